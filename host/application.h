@@ -1,0 +1,95 @@
+// The stand-in application as a library: what a driver (command line, tests) uses beside the plug-in interface
+// itself. A driver works with documents, objects, parameters and messages through "c4d.h", whose tables are this
+// application's own in this process, and with the services below.
+#pragma once
+
+#include "c4d.h"
+#include "host/console.h"
+#include "host/dialogs.h"
+#include "host/faults.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace host {
+
+/** A plug-in that a module registered. */
+struct PluginInfo {
+  PLUGINTYPE kind;
+  LONG id;
+  std::string name;        ///< as shown to the user, UTF-8
+  std::string description; ///< name of the description resource, empty when there is none
+  LONG info;               ///< registration flags
+  std::string module;      ///< path of the module that registered it
+  LONG sortId = 0;         ///< video posts: priority; preferences pages: sort id
+  LONG diskLevel = 0;
+};
+
+/** Objects alive, by class; all zero after the last document is closed and the modules are unloaded. */
+struct LiveCounts {
+  LLONG nodes = 0, nodeData = 0, bitmaps = 0, files = 0, factories = 0, vertexBuffers = 0, blocks = 0, bytes = 0;
+};
+
+/**
+ * One running application. The thread that makes it is the main thread. At most one lives at a time. Its
+ * destructor closes documents, ends and unloads modules in reverse order and reports what is still alive as
+ * misbehaviour.
+ */
+class Application {
+public:
+  /** prefsFolder: where preferences are kept; empty keeps them in memory only. */
+  explicit Application(const std::string& prefsFolder = std::string());
+  ~Application();
+  Application(const Application&) = delete;
+  Application& operator=(const Application&) = delete;
+  static Application& Get();
+
+  /**
+   * Opens a module, checks its version and starts it; every stage undoes itself when a later one fails. False
+   * with one line that names file, stage, what was found and what was expected.
+   */
+  bool LoadModule(const std::string& path, std::string* error);
+  const std::vector<PluginInfo>& Plugins() const;
+  /** The registered plug-in with that description resource, NULL without one. */
+  const PluginInfo* FindByDescription(const std::string& description) const;
+  /** Ends and unloads all modules; documents must be closed. */
+  void UnloadModules();
+
+  /** Empty document with one set of render settings; becomes the active one. Owned by the application. */
+  BaseDocument* NewDocument();
+  void CloseDocument(BaseDocument* doc);
+
+  /**
+   * Writes a scene to a temporary file beside path and renames it: an interrupted or failed save leaves the old
+   * file as it was. False with one line naming file, place and reason.
+   */
+  bool SaveScene(BaseDocument* doc, const std::string& path, std::string* error);
+  /** NULL with one line; nothing loaded before is touched. The new document becomes the active one. */
+  BaseDocument* LoadScene(const std::string& path, std::string* error);
+
+  /**
+   * Number of a parameter of a node by its identifier in the node's description: full (KELVRA_POINT_SIZE), or its end
+   * after the first underscore in any case (point_size). -1 when there is none.
+   */
+  LONG FindParameter(BaseList2D* node, const std::string& name) const;
+  /** Sets a parameter from text by its type in the description. False with one line naming value and range. */
+  bool SetParameterFromText(BaseList2D* node, LONG id, const std::string& value, std::string* error);
+  /** Presses a button: MSG_DESCRIPTION_COMMAND with that id. */
+  void PressButton(BaseList2D* node, LONG id);
+
+  LiveCounts Live() const;
+  /** "module misbehaves: ..." and "host misbehaves: ..." lines so far. */
+  const std::vector<std::string>& Misbehaviour() const;
+  void ReportMisbehaviour(const std::string& text);
+
+  Console& GetConsole();
+  Dialogs& GetDialogs();
+  Faults& GetFaults();
+
+private:
+  struct Impl;
+  std::unique_ptr<Impl> impl_;
+};
+
+} // namespace host

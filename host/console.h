@@ -1,0 +1,41 @@
+// The console and the status line.
+#pragma once
+
+#include <functional>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace host {
+
+/** Collects console lines and the status line. Print is safe from any thread, the rest is the main thread's. */
+class Console {
+public:
+  void Print(const std::string& line);
+  std::vector<std::string> Lines() const;
+  void Clear();
+  /** Also called for every line; NULL for nothing. */
+  void SetSink(std::function<void(const std::string&)> sink);
+
+  void SetStatusText(const std::string& text);
+  void SetStatusBar(int percent);
+  void ClearStatus();
+  /** Draws a progress bar on standard error; off unless it is a terminal and the driver asks for it. */
+  void ShowProgress(bool on) { showProgress_ = on; }
+  /** Every status text and percentage so far. */
+  const std::vector<std::string>& StatusTexts() const { return statusTexts_; }
+  const std::vector<int>& StatusBars() const { return statusBars_; }
+
+private:
+  void DrawProgress();
+
+  mutable std::mutex mutex_;
+  std::vector<std::string> lines_;
+  std::function<void(const std::string&)> sink_;
+  std::vector<std::string> statusTexts_;
+  std::vector<int> statusBars_;
+  bool showProgress_ = false, drawn_ = false;
+  int percent_ = 0;
+};
+
+} // namespace host

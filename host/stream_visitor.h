@@ -1,0 +1,28 @@
+// Looks at the typed values that nodes write, in file order, without loading them.
+#pragma once
+
+#include "c4d.h"
+
+#include <string>
+
+namespace host {
+
+/** Receives values in file order. Array data is valid during the call only. */
+class StreamVisitor {
+public:
+  virtual ~StreamVisitor() {}
+  /** A node begins: its kind ("document", "object", "tag", "video post"...), type number, name and disk level. */
+  virtual void BeginNode(const std::string& kind, LONG type, const std::string& name, LONG level) = 0;
+  virtual void EndNode() = 0;
+  /** One scalar, vector, text or container; data points to the C++ type of that kind (see the Hf table). */
+  virtual void Value(HYPERFILEVALUE type, const void* data) = 0;
+  virtual void Array(HYPERFILEARRAY type, const void* data, LONG increment, LONG count) = 0;
+};
+
+/** Has a node's own Write run into the visitor (no file involved). False when Write failed. */
+bool VisitNode(BaseList2D* node, StreamVisitor& visitor);
+
+/** Reads a scene file value by value. False with one line naming file, offset, found and expected. */
+bool VisitScene(const std::string& path, StreamVisitor& visitor, std::string* error);
+
+} // namespace host

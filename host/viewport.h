@@ -1,0 +1,50 @@
+// One GL viewport: draws a document off screen as the application's view would.
+#pragma once
+
+#include "c4d.h"
+#include "host/gl/image.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace host {
+
+/** Camera in world space: left-handed, y up, angles in degrees (vertical field of view). */
+struct ViewCamera {
+  Vector position, target;
+  double fieldOfView = 45.0;
+};
+
+/**
+ * Owns an off-screen target. Draw calls the objects' Draw in the object pass; the picture has row 0 on top.
+ * Main thread.
+ */
+class Viewport {
+public:
+  /** NULL with one line when there is no usable OpenGL or the size is refused. */
+  static std::unique_ptr<Viewport> Create(BaseDocument* doc, int width, int height, std::string* error);
+  virtual ~Viewport() {}
+
+  virtual void SetCamera(const ViewCamera& camera) = 0;
+  virtual const ViewCamera& Camera() const = 0;
+  /** Looks at a world-space box from above at an angle, whole box in the picture: from the south, so north is up. */
+  virtual void Frame(const Vector& boxMin, const Vector& boxMax) = 0;
+  virtual void SetBackground(double r, double g, double b) = 0;
+  /** BASEDRAW_DRAWPORTTYPE as the objects see it; enhanced OpenGL unless told otherwise. */
+  virtual void SetDrawPortType(LONG type) = 0;
+  /** False with one line when GL reported errors; the picture then holds what was drawn. */
+  virtual bool Draw(std::string* error) = 0;
+  virtual gl::Image Read() = 0;
+  /** Renderer name and GL errors so far. */
+  virtual std::string RendererName() const = 0;
+  virtual const std::vector<std::string>& GlErrors() const = 0;
+};
+
+/** Gives an object a clone tag with these matrices (in its local space) and flags; an empty flag list gives no flag array. */
+bool SetClones(BaseObject* carrier, const std::vector<Matrix>& matrices, const std::vector<LONG>& flags);
+
+/** Box of an object and its children in world space from GetDimension; false when it is empty. */
+bool WorldBox(BaseObject* op, Vector* boxMin, Vector* boxMax);
+
+} // namespace host

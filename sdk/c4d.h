@@ -1,0 +1,23 @@
+// The host's plug-in interface, release 14.
+#pragma once
+
+#include "c4d_basedraw.h"
+#include "c4d_enums.h"
+#include "c4d_file.h"
+#include "c4d_general.h"
+#include "c4d_gl.h"
+#include "c4d_modata.h"
+#include "c4d_nodes.h"
+#include "c4d_plugin.h"
+#include "c4d_plugindata.h"
+#include "c4d_render.h"
+#include "c4d_resource.h"
+#include "ge_data.h"
+#include "ge_dynamicarray.h"
+#include "ge_filename.h"
+#include "ge_memory.h"
+#include "ge_string.h"
+#include "ge_time.h"
+#include "ge_types.h"
+#include "ge_vector.h"
+#include "lib_prefs.h"

@@ -1,0 +1,300 @@
+#include "c4d_os.h"
+
+LONG C4DAtom::GetType() const {
+  return C4DOS.At->GetType(this);
+}
+Bool C4DAtom::IsInstanceOf(LONG id) const {
+  return C4DOS.At->IsInstanceOf(this, id);
+}
+Bool C4DAtom::Message(LONG type, void* data) {
+  return C4DOS.At->Message(this, type, data);
+}
+C4DAtom* C4DAtom::GetClone(COPYFLAGS flags, AliasTrans* trans) {
+  return C4DOS.At->GetClone(this, flags, trans);
+}
+Bool C4DAtom::CopyTo(C4DAtom* dest, COPYFLAGS flags, AliasTrans* trans) {
+  return C4DOS.At->CopyTo(this, dest, flags, trans);
+}
+Bool C4DAtom::GetDescription(Description* description, DESCFLAGS_DESC flags) {
+  return C4DOS.At->GetDescription(this, description, flags);
+}
+Bool C4DAtom::GetParameter(const DescID& id, GeData& data, DESCFLAGS_GET flags) {
+  return C4DOS.At->GetParameter(this, id, data, flags);
+}
+Bool C4DAtom::SetParameter(const DescID& id, const GeData& data, DESCFLAGS_SET flags) {
+  return C4DOS.At->SetParameter(this, id, data, flags);
+}
+ULONG C4DAtom::GetDirty(DIRTYFLAGS flags) const {
+  return C4DOS.At->GetDirty(this, flags);
+}
+void C4DAtom::SetDirty(DIRTYFLAGS flags) {
+  C4DOS.At->SetDirty(this, flags);
+}
+
+GeListNode* GeListNode::GetNext() {
+  return C4DOS.At->GetNext(this);
+}
+GeListNode* GeListNode::GetPred() {
+  return C4DOS.At->GetPred(this);
+}
+GeListNode* GeListNode::GetUp() {
+  return C4DOS.At->GetUp(this);
+}
+GeListNode* GeListNode::GetDown() {
+  return C4DOS.At->GetDown(this);
+}
+void GeListNode::Remove() {
+  C4DOS.At->Remove(this);
+}
+NodeData* GeListNode::GetNodeData(LONG) {
+  return C4DOS.At->GetNodeData(this);
+}
+BaseDocument* GeListNode::GetDocument() {
+  return C4DOS.At->GetDocument(this);
+}
+
+const String& BaseList2D::GetName() const {
+  return *C4DOS.At->GetName(this);
+}
+void BaseList2D::SetName(const String& name) {
+  C4DOS.At->SetName(this, name);
+}
+const String& BaseList2D::GetTypeName() const {
+  return *C4DOS.At->GetTypeName(this);
+}
+BaseContainer* BaseList2D::GetDataInstance() {
+  return C4DOS.At->GetDataInstance(this);
+}
+void BaseList2D::SetData(const BaseContainer& bc, Bool add) {
+  if (add)
+    GetDataInstance()->MergeContainer(bc);
+  else
+    *GetDataInstance() = bc;
+}
+Bool BaseList2D::GetBit(LONG mask) const {
+  return (C4DOS.At->GetBits(this) & mask) != 0;
+}
+void BaseList2D::SetBit(LONG mask) {
+  C4DOS.At->SetBits(this, C4DOS.At->GetBits(this) | mask);
+}
+void BaseList2D::DelBit(LONG mask) {
+  C4DOS.At->SetBits(this, C4DOS.At->GetBits(this) & ~mask);
+}
+
+namespace {
+
+template <class T>
+T* AllocNode(PLUGINTYPE kind, LONG type) {
+  return (T*)C4DOS.At->Alloc(kind, type);
+}
+
+template <class T>
+void FreeNode(T*& node) {
+  if (node) C4DOS.At->Free(node);
+  node = NULL;
+}
+
+} // namespace
+
+BaseTag* BaseTag::Alloc(LONG type) {
+  return AllocNode<BaseTag>(PLUGINTYPE_TAG, type);
+}
+void BaseTag::Free(BaseTag*& tag) {
+  FreeNode(tag);
+}
+BaseObject* BaseTag::GetObject() {
+  return C4DOS.Bo->GetTagObject(this);
+}
+
+BaseObject* BaseObject::Alloc(LONG type) {
+  return AllocNode<BaseObject>(PLUGINTYPE_OBJECT, type);
+}
+void BaseObject::Free(BaseObject*& op) {
+  FreeNode(op);
+}
+Matrix BaseObject::GetMl() const {
+  Matrix m;
+  C4DOS.Bo->GetMl(this, &m);
+  return m;
+}
+void BaseObject::SetMl(const Matrix& m) {
+  C4DOS.Bo->SetMl(this, m);
+}
+Matrix BaseObject::GetMg() const {
+  Matrix m;
+  C4DOS.Bo->GetMg(this, &m);
+  return m;
+}
+void BaseObject::SetMg(const Matrix& m) {
+  C4DOS.Bo->SetMg(this, m);
+}
+BaseTag* BaseObject::GetFirstTag() {
+  return C4DOS.Bo->GetFirstTag(this);
+}
+BaseTag* BaseObject::GetTag(LONG type, LONG nr) {
+  return C4DOS.Bo->GetTag(this, type, nr);
+}
+BaseTag* BaseObject::MakeTag(LONG type, BaseTag* pred) {
+  return C4DOS.Bo->MakeTag(this, type, pred);
+}
+void BaseObject::InsertTag(BaseTag* tag, BaseTag* pred) {
+  C4DOS.Bo->InsertTag(this, tag, pred);
+}
+void BaseObject::KillTag(LONG type, LONG nr) {
+  C4DOS.Bo->KillTag(this, type, nr);
+}
+BaseObject* BaseObject::GetCache(HierarchyHelp* hh) {
+  return C4DOS.Bo->GetCache(this, hh);
+}
+BaseObject* BaseObject::GetDeformCache() {
+  return C4DOS.Bo->GetDeformCache(this);
+}
+Bool BaseObject::CheckCache(HierarchyHelp* hh) {
+  return C4DOS.Bo->CheckCache(this, hh);
+}
+Bool BaseObject::IsDirty(DIRTYFLAGS flags) {
+  return C4DOS.Bo->IsDirty(this, flags);
+}
+
+BaseThread* HierarchyHelp::GetThread() {
+  return C4DOS.Bo->GetHelpThread(this);
+}
+BaseDocument* HierarchyHelp::GetDocument() {
+  return C4DOS.Bo->GetHelpDocument(this);
+}
+BUILDFLAGS HierarchyHelp::GetBuildFlags() {
+  return C4DOS.Bo->GetHelpFlags(this);
+}
+
+BaseVideoPost* BaseVideoPost::Alloc(LONG type) {
+  return AllocNode<BaseVideoPost>(PLUGINTYPE_VIDEOPOST, type);
+}
+void BaseVideoPost::Free(BaseVideoPost*& vp) {
+  FreeNode(vp);
+}
+BaseVideoPost* RenderData::GetFirstVideoPost() {
+  return C4DOS.Bd->GetFirstVideoPost(this);
+}
+void RenderData::InsertVideoPost(BaseVideoPost* vp, BaseVideoPost* pred) {
+  C4DOS.Bd->InsertVideoPost(this, vp, pred);
+}
+void RenderData::InsertVideoPostLast(BaseVideoPost* vp) {
+  C4DOS.Bd->InsertVideoPostLast(this, vp);
+}
+
+BaseDocument* BaseDocument::Alloc() {
+  return C4DOS.Bd->Alloc();
+}
+void BaseDocument::Free(BaseDocument*& doc) {
+  if (doc) C4DOS.Bd->Free(doc);
+  doc = NULL;
+}
+BaseContainer BaseDocument::GetData(DOCUMENTSETTINGS type) const {
+  return *C4DOS.Bd->GetSettings(this, type);
+}
+void BaseDocument::SetData(DOCUMENTSETTINGS type, const BaseContainer& bc) {
+  C4DOS.Bd->GetSettings(this, type)->MergeContainer(bc);
+}
+BaseObject* BaseDocument::GetFirstObject() {
+  return C4DOS.Bd->GetFirstObject(this);
+}
+BaseObject* BaseDocument::GetActiveObject() {
+  return C4DOS.Bd->GetActiveObject(this);
+}
+void BaseDocument::InsertObject(BaseObject* op, BaseObject* parent, BaseObject* pred, Bool checknames) {
+  C4DOS.Bd->InsertObject(this, op, parent, pred, checknames);
+}
+void BaseDocument::SetActiveObject(BaseObject* op, LONG mode) {
+  C4DOS.Bd->SetActiveObject(this, op, mode);
+}
+RenderData* BaseDocument::GetActiveRenderData() {
+  return C4DOS.Bd->GetActiveRenderData(this);
+}
+BaseSceneHook* BaseDocument::FindSceneHook(LONG id) const {
+  return C4DOS.Bd->FindSceneHook(this, id);
+}
+Bool BaseDocument::StartUndo() {
+  return C4DOS.Bd->StartUndo(this);
+}
+Bool BaseDocument::EndUndo() {
+  return C4DOS.Bd->EndUndo(this);
+}
+Bool BaseDocument::AddUndo(UNDOTYPE type, void* data, Bool allowFromThread) {
+  return C4DOS.Bd->AddUndo(this, type, data, allowFromThread);
+}
+Bool BaseDocument::DoUndo(Bool multiple) {
+  return C4DOS.Bd->DoUndo(this, multiple);
+}
+Bool BaseDocument::DoRedo() {
+  return C4DOS.Bd->DoRedo(this);
+}
+BaseTime BaseDocument::GetTime() const {
+  BaseTime time;
+  C4DOS.Bd->GetTime(this, &time);
+  return time;
+}
+void BaseDocument::SetTime(const BaseTime& t) {
+  C4DOS.Bd->SetTime(this, t);
+}
+LONG BaseDocument::GetFps() const {
+  return C4DOS.Bd->GetFps(this);
+}
+Filename BaseDocument::GetDocumentPath() const {
+  Filename path, name;
+  C4DOS.Bd->GetPath(this, &path, &name);
+  return path;
+}
+Filename BaseDocument::GetDocumentName() const {
+  Filename path, name;
+  C4DOS.Bd->GetPath(this, &path, &name);
+  return name;
+}
+BaseDocument* GetActiveDocument() {
+  return C4DOS.Bd->GetActiveDocument();
+}
+
+Bool BaseThread::TestBreak() {
+  return C4DOS.Ge->TestBreak(this);
+}
+
+BaseBitmap* BaseBitmap::Alloc() {
+  return C4DOS.Bm->Alloc();
+}
+void BaseBitmap::Free(BaseBitmap*& bmp) {
+  if (bmp) C4DOS.Bm->Free(bmp);
+  bmp = NULL;
+}
+IMAGERESULT BaseBitmap::Init(LONG x, LONG y, LONG depth) {
+  return C4DOS.Bm->Init(this, x, y, depth);
+}
+IMAGERESULT BaseBitmap::Init(const Filename& name) {
+  return C4DOS.Bm->Load(this, name);
+}
+LONG BaseBitmap::GetBw() const {
+  LONG w = 0, h = 0;
+  C4DOS.Bm->GetSize(this, &w, &h);
+  return w;
+}
+LONG BaseBitmap::GetBh() const {
+  LONG w = 0, h = 0;
+  C4DOS.Bm->GetSize(this, &w, &h);
+  return h;
+}
+void BaseBitmap::GetPixel(LONG x, LONG y, UWORD* r, UWORD* g, UWORD* b) const {
+  C4DOS.Bm->GetPixel(this, x, y, r, g, b);
+}
+
+AutoBitmap::AutoBitmap(const String& name) : bitmap_(BaseBitmap::Alloc()) {
+  if (bitmap_ && bitmap_->Init(GeGetPluginResourcePath() + Filename(name)) != IMAGERESULT_OK)
+    BaseBitmap::Free(bitmap_);
+}
+
+Bool Description::LoadDescription(LONG id) {
+  return C4DOS.Lr->LoadDescription(this, id, String());
+}
+Bool Description::LoadDescription(const String& name) {
+  return C4DOS.Lr->LoadDescription(this, 0, name);
+}
+const DescID* Description::GetSingleDescID() {
+  return C4DOS.Lr->GetSingleDescID(this);
+}

@@ -1,0 +1,225 @@
+// Nodes of a document: opaque objects of the host. Their member functions call the host's function tables on
+// `this`; a plug-in allocates and frees them with the static Alloc and Free.
+// Unless said otherwise: main thread, ownership stays with the host once a node is inserted.
+#pragma once
+
+#include "c4d_enums.h"
+#include "ge_data.h"
+
+class AliasTrans;
+class BaseBitmap;
+class BaseDraw;
+class BaseTag;
+class BaseThread;
+class BaseVideoPost;
+class BaseSceneHook;
+class Description;
+class HierarchyHelp;
+class HyperFile;
+class NodeData;
+class RenderData;
+
+/** Base of the opaque classes: made and destroyed by the host only. */
+class HostOwned {
+protected:
+  HostOwned() {}
+  ~HostOwned() {}
+
+private:
+  HostOwned(const HostOwned&);
+  HostOwned& operator=(const HostOwned&);
+};
+
+class C4DAtom : public HostOwned {
+public:
+  LONG GetType() const;
+  Bool IsInstanceOf(LONG id) const;
+  Bool Message(LONG type, void* data = NULL);
+  C4DAtom* GetClone(COPYFLAGS flags, AliasTrans* trans);
+  Bool CopyTo(C4DAtom* dest, COPYFLAGS flags, AliasTrans* trans);
+  Bool GetDescription(Description* description, DESCFLAGS_DESC flags);
+  Bool GetParameter(const DescID& id, GeData& data, DESCFLAGS_GET flags);
+  Bool SetParameter(const DescID& id, const GeData& data, DESCFLAGS_SET flags);
+  ULONG GetDirty(DIRTYFLAGS flags) const;
+  void SetDirty(DIRTYFLAGS flags);
+};
+
+class C4DAtomGoal : public C4DAtom {};
+
+class GeListNode : public C4DAtomGoal {
+public:
+  GeListNode* GetNext();
+  GeListNode* GetPred();
+  GeListNode* GetUp();
+  GeListNode* GetDown();
+  /** Takes the node out of its list; it then belongs to the caller. */
+  void Remove();
+  NodeData* GetNodeData(LONG index = 0);
+  BaseDocument* GetDocument();
+};
+
+class BaseList2D : public GeListNode {
+public:
+  const String& GetName() const;
+  void SetName(const String& name);
+  const String& GetTypeName() const;
+  BaseContainer GetData() const { return *const_cast<BaseList2D*>(this)->GetDataInstance(); }
+  void SetData(const BaseContainer& bc, Bool add = TRUE);
+  /** The live container; valid as long as the node. */
+  BaseContainer* GetDataInstance();
+  const BaseContainer* GetDataInstance() const { return const_cast<BaseList2D*>(this)->GetDataInstance(); }
+  Bool GetBit(LONG mask) const;
+  void SetBit(LONG mask);
+  void DelBit(LONG mask);
+};
+
+class BaseTag : public BaseList2D {
+public:
+  static BaseTag* Alloc(LONG type);
+  static void Free(BaseTag*& tag);
+  BaseTag* GetNext() { return (BaseTag*)GeListNode::GetNext(); }
+  BaseObject* GetObject();
+};
+
+class BaseObject : public BaseList2D {
+public:
+  /** NULL when the type is unknown or memory is refused. */
+  static BaseObject* Alloc(LONG type);
+  static void Free(BaseObject*& op);
+
+  BaseObject* GetNext() { return (BaseObject*)GeListNode::GetNext(); }
+  BaseObject* GetPred() { return (BaseObject*)GeListNode::GetPred(); }
+  BaseObject* GetUp() { return (BaseObject*)GeListNode::GetUp(); }
+  BaseObject* GetDown() { return (BaseObject*)GeListNode::GetDown(); }
+
+  Matrix GetMl() const;
+  void SetMl(const Matrix& m);
+  Matrix GetMg() const;
+  void SetMg(const Matrix& m);
+
+  BaseTag* GetFirstTag();
+  BaseTag* GetTag(LONG type, LONG nr = 0);
+  BaseTag* MakeTag(LONG type, BaseTag* pred = NULL);
+  void InsertTag(BaseTag* tag, BaseTag* pred = NULL);
+  void KillTag(LONG type, LONG nr = 0);
+
+  /** The generated result, owned by this object; NULL without one. */
+  BaseObject* GetCache(HierarchyHelp* hh = NULL);
+  BaseObject* GetDeformCache();
+  Bool CheckCache(HierarchyHelp* hh);
+  Bool IsDirty(DIRTYFLAGS flags);
+};
+
+class BaseVideoPost : public BaseList2D {
+public:
+  static BaseVideoPost* Alloc(LONG type);
+  static void Free(BaseVideoPost*& vp);
+  BaseVideoPost* GetNext() { return (BaseVideoPost*)GeListNode::GetNext(); }
+};
+
+class BaseSceneHook : public BaseList2D {};
+class BaseShader : public BaseList2D {};
+
+class RenderData : public BaseList2D {
+public:
+  BaseVideoPost* GetFirstVideoPost();
+  /** The render settings own the video post from then on. */
+  void InsertVideoPost(BaseVideoPost* vp, BaseVideoPost* pred = NULL);
+  void InsertVideoPostLast(BaseVideoPost* vp);
+};
+
+class BaseDocument : public BaseList2D {
+public:
+  static BaseDocument* Alloc();
+  static void Free(BaseDocument*& doc);
+
+  BaseContainer GetData(DOCUMENTSETTINGS type) const;
+  void SetData(DOCUMENTSETTINGS type, const BaseContainer& bc);
+  BaseObject* GetFirstObject();
+  BaseObject* GetActiveObject();
+  void InsertObject(BaseObject* op, BaseObject* parent, BaseObject* pred, Bool checknames = FALSE);
+  void SetActiveObject(BaseObject* op, LONG mode = SELECTION_NEW);
+  RenderData* GetActiveRenderData();
+  BaseSceneHook* FindSceneHook(LONG id) const;
+
+  /** A step is what lies between StartUndo and EndUndo; CHANGE kinds are added before the change. */
+  Bool StartUndo();
+  Bool EndUndo();
+  Bool AddUndo(UNDOTYPE type, void* data, Bool allowFromThread = FALSE);
+  Bool DoUndo(Bool multiple = FALSE);
+  Bool DoRedo();
+
+  BaseTime GetTime() const;
+  void SetTime(const BaseTime& t);
+  LONG GetFps() const;
+  Filename GetDocumentPath() const;
+  Filename GetDocumentName() const;
+};
+
+/** Position in the hierarchy while generators build; lives for one build. */
+class HierarchyHelp : public HostOwned {
+public:
+  BaseThread* GetThread();
+  BaseDocument* GetDocument();
+  BUILDFLAGS GetBuildFlags();
+};
+
+/** Running work. TestBreak is TRUE once the user asked to stop; any thread. */
+class BaseThread : public HostOwned {
+public:
+  Bool TestBreak();
+};
+
+class BaseBitmap : public HostOwned {
+public:
+  static BaseBitmap* Alloc();
+  static void Free(BaseBitmap*& bmp);
+  IMAGERESULT Init(LONG x, LONG y, LONG depth = 24);
+  IMAGERESULT Init(const Filename& name);
+  LONG GetBw() const;
+  LONG GetBh() const;
+  void GetPixel(LONG x, LONG y, UWORD* r, UWORD* g, UWORD* b) const;
+};
+
+/** Picture out of the plug-in's resource folder, freed with this object; NULL when it cannot be read. */
+class AutoBitmap {
+public:
+  explicit AutoBitmap(const String& name);
+  ~AutoBitmap() {
+    if (bitmap_) BaseBitmap::Free(bitmap_);
+  }
+  AutoBitmap(const AutoBitmap&) = delete;
+  AutoBitmap& operator=(const AutoBitmap&) = delete;
+  operator BaseBitmap*() const { return bitmap_; }
+
+private:
+  BaseBitmap* bitmap_;
+};
+
+/** Description of a node's parameters while GetDDescription fills it. */
+class Description : public HostOwned {
+public:
+  Bool LoadDescription(LONG id);
+  Bool LoadDescription(const String& name);
+  const DescID* GetSingleDescID();
+};
+
+BaseDocument* GetActiveDocument();
+
+// Data of messages.
+
+struct DescriptionCommand {
+  DescID id;
+  const BaseContainer* msg = NULL;
+};
+struct DescriptionPostSetValue {
+  const DescID* descid = NULL;
+};
+struct DocumentInfoData {
+  LONG type = 0, fileformat = 0;
+  BaseDocument* doc = NULL;
+  const Filename* filename = NULL;
+  BaseList2D* bl = NULL;
+  Bool gui_allowed = FALSE;
+  void* data = NULL;
+};

@@ -1,0 +1,28 @@
+#include "c4d_os.h"
+
+namespace sdk {
+
+void* Alloc(VLONG size, LONG line, const CHAR* file) {
+  return C4DOS.Ge->Alloc(size, line, file);
+}
+void* AllocNC(VLONG size, LONG line, const CHAR* file) {
+  return C4DOS.Ge->AllocNC(size, line, file);
+}
+void* ReallocNC(void* block, VLONG size, LONG line, const CHAR* file) {
+  return C4DOS.Ge->ReallocNC(block, size, line, file);
+}
+void Free(void* block) {
+  if (block) C4DOS.Ge->Free(block);
+}
+void ReportRefusedGrow(LONG line, const CHAR* file) {
+  C4DOS.Ge->Assert("array could not grow", line, file);
+}
+
+} // namespace sdk
+
+void* operator new(std::size_t size, const sdk::HostMemory& where) noexcept {
+  return sdk::Alloc((VLONG)size, where.line, where.file);
+}
+void operator delete(void* block, const sdk::HostMemory&) noexcept {
+  sdk::Free(block);
+}
