@@ -1,0 +1,117 @@
+// kelvra: point clouds without the application. Parses the command line and runs one command.
+#include "cli/cloud_session.h"
+#include "cli/commands.h"
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <regex>
+
+namespace {
+
+/** "WxH" within what a picture may have. */
+void ParseSize(const std::string& text, cli::SnapshotOptions& options) {
+  std::smatch match;
+  if (!std::regex_match(text, match, std::regex("([0-9]{1,5})x([0-9]{1,5})")))
+    throw CLI::ValidationError("--size", "expected WIDTHxHEIGHT in pixels, found " + text);
+  options.width = std::stoi(match[1]);
+  options.height = std::stoi(match[2]);
+  if (options.width < 1 || options.height < 1)
+    throw CLI::ValidationError("--size", "expected at least 1x1 pixels, found " + text);
+}
+
+void AddInput(CLI::App* command, cli::InputOptions& options, bool settings) {
+  command->add_option("FILE", options.files, "LAS, LAZ, XYZ or PTS files, folders of them, or one scene")
+      ->required();
+  if (settings) {
+    command->add_option("--set", options.settings, "Object parameter ID=VALUE, by number or by name")
+        ->take_all()
+        ->expected(1)
+        ->allow_extra_args(false);
+    command->add_option("--fault", options.faults, "Make the N-th call fail, KIND=N")
+        ->take_all()
+        ->expected(1)
+        ->allow_extra_args(false)
+        ->group("");
+  }
+}
+
+CLI::Option* AddOutput(CLI::App* command, cli::InputOptions& options, const char* what) {
+  return command->add_option("-o,--output", options.output, what)->required();
+}
+
+void AddSnapshot(CLI::App& app, cli::SnapshotOptions& options, std::string& size, int& status) {
+  CLI::App* command = app.add_subcommand("snapshot", "Draw one viewport picture");
+  AddInput(command, options, true);
+  AddOutput(command, options, "PNG to write");
+  command->add_option("--size", size, "WIDTHxHEIGHT in pixels, 1280x720");
+  CLI::Option* camera =
+      command->add_option("--camera", options.camera, "X,Y,Z in world space: left-handed, y up, north +z")
+          ->delimiter(',')
+          ->expected(3);
+  CLI::Option* target = command->add_option("--target", options.target, "X,Y,Z that the camera looks at")
+                            ->delimiter(',')
+                            ->expected(3);
+  camera->needs(target);
+  target->needs(camera);
+  command->add_option("--fov", options.fieldOfView, "Vertical field of view in degrees")
+      ->check(CLI::Range(1.0, 170.0));
+  command->add_option("--clones", options.clones, "NXxNYxNZ:SPACING, copies on a grid");
+  command->callback([&] {
+    if (!size.empty()) ParseSize(size, options);
+    status = cli::RunSnapshot(options);
+  });
+}
+
+int Run(int argc, char** argv) {
+  CLI::App app("Kelvra: laser-scan point clouds");
+  app.require_subcommand(1);
+  app.set_version_flag("--version", "kelvra 1.44");
+  int status = 0;
+  cli::InputOptions info, save, text, scene;
+  cli::SnapshotOptions snapshot;
+  std::string size;
+
+  CLI::App* command = app.add_subcommand("info", "Points, box, speed and memory of files");
+  AddInput(command, info, true);
+  command->add_flag("--json", info.json, "Print JSON");
+  command->callback([&] { status = cli::RunInfo(info); });
+
+  AddSnapshot(app, snapshot, size, status);
+
+  command = app.add_subcommand("save", "Save a scene that holds the points");
+  AddInput(command, save, true);
+  AddOutput(command, save, "Scene to write");
+  command->callback([&] { status = cli::RunSave(save); });
+
+  command = app.add_subcommand("export", "Write the points as text, one a line");
+  AddInput(command, text, true);
+  AddOutput(command, text, "Text file to write");
+  command->callback([&] { status = cli::RunExport(text); });
+
+  command = app.add_subcommand("scene", "Print every node and value of a scene file");
+  command->add_option("SCENE", scene.files, "Scene file")->required()->expected(1);
+  command->add_flag("--json", scene.json, "Print JSON");
+  command->callback([&] { status = cli::RunScene(scene); });
+
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& e) {
+    const int result = app.exit(e);
+    return result == 0 ? 0 : cli::kExitUsage;
+  }
+  return status;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return Run(argc, argv);
+  } catch (const cli::UsageError& e) {
+    std::cerr << "kelvra: " << e.text << "\n";
+    return cli::kExitUsage;
+  } catch (const std::exception& e) {
+    std::cerr << "kelvra: " << e.what() << "\n";
+    return cli::kExitIncomplete;
+  }
+}

@@ -1,0 +1,34 @@
+#include "cli/process_memory.h"
+
+#include <filesystem>
+#include <fstream>
+
+namespace cli {
+
+namespace {
+
+/** One "Name:  N kB" entry of the kernel's status file, in bytes. */
+long long StatusEntry(const std::string& name) {
+  std::ifstream status("/proc/self/status");
+  std::string line;
+  while (std::getline(status, line))
+    if (line.rfind(name, 0) == 0) return std::stoll(line.substr(name.size() + 1)) * 1024;
+  return 0;
+}
+
+} // namespace
+
+long long ResidentMemory() {
+  return StatusEntry("VmRSS");
+}
+long long PeakResidentMemory() {
+  return StatusEntry("VmHWM");
+}
+
+std::string ProgramFolder() {
+  std::error_code error;
+  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
+  return error ? std::string(".") : program.parent_path().u8string();
+}
+
+} // namespace cli

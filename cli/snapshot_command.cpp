@@ -1,0 +1,107 @@
+#include "cli/commands.h"
+
+#include "cli/clone_grid.h"
+#include "cli/format.h"
+#include "host/viewport.h"
+#include "otallyframe.h"
+
+#include <iostream>
+#include <stdexcept>
+
+namespace cli {
+
+namespace {
+
+/** Viewport background. */
+const double kMidGrey = 0.5;
+
+/** A cloud without colours of its own is shown by height, unless the user chose a colour mode. */
+bool ShowByHeight(CloudSession& session, BaseObject* cloud) {
+  CloudStats stats;
+  if (session.WasSet(KELVRA_COLOR_MODE) || !ReadCloudStats(cloud, &stats) || stats.HasColor()) return false;
+  Vector low, high;
+  if (!host::WorldBox(cloud, &low, &high)) return false;
+  BaseContainer* data = cloud->GetDataInstance();
+  if (data->GetLong(KELVRA_COLOR_MODE) != KELVRA_COLOR_MODE_POINT) return false; // a scene that chose already
+  session.ApplySetting(cloud, "color_mode=" + std::to_string(KELVRA_COLOR_MODE_HEIGHT));
+  // Heights are those of the object's own coordinates.
+  const Matrix toLocal = !cloud->GetMg();
+  if (!session.WasSet(KELVRA_MIN_HEIGHT)) data->SetReal(KELVRA_MIN_HEIGHT, (low * toLocal).y);
+  if (!session.WasSet(KELVRA_MAX_HEIGHT)) data->SetReal(KELVRA_MAX_HEIGHT, (high * toLocal).y);
+  return true;
+}
+
+void WidenByClones(const std::vector<Matrix>& clones, Vector* low, Vector* high) {
+  if (clones.empty()) return;
+  const Vector boxLow = *low, boxHigh = *high;
+  for (const Matrix& clone : clones)
+    for (int axis = 0; axis < 3; ++axis) {
+      (*low)[axis] = std::min((*low)[axis], boxLow[axis] + clone.off[axis]);
+      (*high)[axis] = std::max((*high)[axis], boxHigh[axis] + clone.off[axis]);
+    }
+}
+
+void PlaceCamera(const SnapshotOptions& options, const CloudSession& session,
+                 const std::vector<Matrix>& clones, host::Viewport& view) {
+  host::ViewCamera camera;
+  camera.fieldOfView = options.fieldOfView;
+  if (!options.camera.empty()) {
+    camera.position = Vector(options.camera[0], options.camera[1], options.camera[2]);
+    camera.target = Vector(options.target[0], options.target[1], options.target[2]);
+    view.SetCamera(camera);
+    return;
+  }
+  view.SetCamera(camera);
+  Vector low, high;
+  bool any = false;
+  for (BaseObject* cloud : session.Clouds()) {
+    Vector cloudLow, cloudHigh;
+    if (!host::WorldBox(cloud, &cloudLow, &cloudHigh)) continue;
+    for (int axis = 0; axis < 3; ++axis) {
+      low[axis] = any ? std::min(low[axis], cloudLow[axis]) : cloudLow[axis];
+      high[axis] = any ? std::max(high[axis], cloudHigh[axis]) : cloudHigh[axis];
+    }
+    any = true;
+  }
+  WidenByClones(clones, &low, &high);
+  if (any) view.Frame(low, high);
+}
+
+} // namespace
+
+int RunSnapshot(const SnapshotOptions& options) {
+  const std::vector<Matrix> clones =
+      options.clones.empty() ? std::vector<Matrix>() : ParseCloneGrid(options.clones);
+  CloudSession session(options.faults);
+  session.Open(options.files, options.settings);
+  PrintReports(session);
+  session.Cloud(); // nothing to draw without one
+
+  bool byHeight = false;
+  long long points = 0;
+  for (BaseObject* cloud : session.Clouds()) {
+    CloudStats stats;
+    if (ReadCloudStats(cloud, &stats)) points += stats.Points();
+    byHeight = ShowByHeight(session, cloud) || byHeight;
+    if (!clones.empty() && !host::SetClones(cloud, clones, {}))
+      throw std::runtime_error("the clones could not be made");
+  }
+  if (points == 0) throw std::runtime_error("no point to draw");
+
+  std::string error;
+  const std::unique_ptr<host::Viewport> view =
+      host::Viewport::Create(session.Document(), options.width, options.height, &error);
+  if (!view) throw std::runtime_error(error);
+  view->SetBackground(kMidGrey, kMidGrey, kMidGrey);
+  PlaceCamera(options, session, clones, *view);
+  const bool drawn = view->Draw(&error);
+  if (!drawn) std::cerr << error << "\n";
+  if (!host::gl::WritePng(view->Read(), options.output, &error)) throw std::runtime_error(error);
+  std::cout << options.output << ": " << options.width << "x" << options.height << ", " << Grouped(points)
+            << " points";
+  if (!clones.empty()) std::cout << " in " << clones.size() << " clones";
+  std::cout << (byHeight ? ", shown by height: the cloud has no colours" : "") << "\n";
+  return drawn ? session.ExitStatus() : (int)kExitIncomplete;
+}
+
+} // namespace cli

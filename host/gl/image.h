@@ -1,0 +1,46 @@
+// Pictures in memory, and as PNG files.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace host::gl {
+
+/** Rows from top to bottom, pixels from left to right, samples interleaved, no padding. */
+template <typename Sample>
+struct BasicImage {
+  int width = 0, height = 0; ///< pixels
+  int channels = 4;          ///< 3 = RGB, 4 = RGBA with alpha not premultiplied
+  std::vector<Sample> samples;
+
+  const Sample* At(int x, int y) const { return samples.data() + ((std::size_t)y * width + x) * channels; }
+  Sample* At(int x, int y) { return samples.data() + ((std::size_t)y * width + x) * channels; }
+};
+using Image = BasicImage<std::uint8_t>;
+using Image16 = BasicImage<std::uint16_t>;
+
+/** Asked before each write to the disk; true makes that write fail as on a full disk. */
+using WriteFault = std::function<bool()>;
+
+/**
+ * Writes a PNG with 8 or 16 bits a sample. An existing file is replaced only by a whole new one. False with
+ * one line that names the file and the reason; nothing is left behind then.
+ */
+bool WritePng(const Image& image, const std::string& path, std::string* error, const WriteFault& fault = {});
+bool WritePng(const Image16& image, const std::string& path, std::string* error,
+              const WriteFault& fault = {});
+
+/** The same to an open file, at its position. False with the reason alone; the file then holds a part. */
+bool EncodePng(const Image& image, std::FILE* file, std::string* error, const WriteFault& fault = {});
+bool EncodePng(const Image16& image, std::FILE* file, std::string* error, const WriteFault& fault = {});
+
+/** Reads any PNG as RGB or RGBA, brought to the sample width of the image. False with one line that names the
+ * file. */
+bool ReadPng(const std::string& path, Image* image, std::string* error);
+bool ReadPng(const std::string& path, Image16* image, std::string* error);
+
+} // namespace host::gl

@@ -1,0 +1,60 @@
+// What BaseFile and BrowseFiles pointers point to: a plain file with 64-bit positions behind one large buffer, and a
+// folder's listing.
+#pragma once
+
+#include "c4d.h"
+#include "host/scene/disk.h"
+
+#include <memory>
+#include <string>
+
+namespace host {
+
+/** One thread at a time. The first failure of a write sticks; reading past the end is an error of that call. */
+class BaseFileImpl {
+public:
+  explicit BaseFileImpl(Faults* faults) : file_(faults) {}
+  /** What is still buffered is written; who wants to know whether it arrived calls Close. */
+  ~BaseFileImpl() { Close(); }
+
+  bool Open(const std::string& path, FILEOPEN mode);
+  bool Close();
+  /** Bytes read. Fewer than asked for sets the error unless mayEnd. */
+  VLONG ReadBytes(void* data, VLONG size, bool mayEnd);
+  bool WriteBytes(const void* data, VLONG size);
+  /** Reading: within the file. Writing: any place from 0, the file grows when something is written there. */
+  bool Seek(LLONG position, FILESEEK mode);
+  LLONG Position() const { return position_; }
+  LLONG Length() const { return length_; }
+  FILEERROR Error() const { return error_; }
+  /** Reason of the last failed Open. */
+  const std::string& Reason() const { return reason_; }
+
+  BaseFile* Api() { return reinterpret_cast<BaseFile*>(this); }
+  static BaseFileImpl* From(BaseFile* file) { return reinterpret_cast<BaseFileImpl*>(file); }
+  static const BaseFileImpl* From(const BaseFile* file) { return reinterpret_cast<const BaseFileImpl*>(file); }
+
+private:
+  bool Fail(FILEERROR error);
+  bool EmptyBuffer();
+  bool InBuffer() const { return position_ >= start_ && position_ < start_ + filled_; }
+
+  disk::File file_;
+  bool readable_ = false, writable_ = false, dirty_ = false;
+  std::unique_ptr<unsigned char[]> buffer_;
+  LLONG start_ = 0, filled_ = 0; ///< what part of the file the buffer holds
+  LLONG position_ = 0, length_ = 0;
+  FILEERROR error_ = FILEERROR_NONE;
+  std::string reason_;
+};
+
+/** The entries as they were when the listing was made. */
+struct BrowseFilesImpl {
+  std::vector<disk::Entry> entries;
+  std::size_t next = 0; ///< one past the current entry
+
+  BrowseFiles* Api() { return reinterpret_cast<BrowseFiles*>(this); }
+  static BrowseFilesImpl* From(BrowseFiles* bf) { return reinterpret_cast<BrowseFilesImpl*>(bf); }
+};
+
+} // namespace host

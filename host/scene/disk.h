@@ -1,0 +1,75 @@
+// Files and folders of the machine: the one place that calls the operating system for them.
+// Paths are UTF-8. Errors come as text that names the reason as the system puts it. No exceptions.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace host {
+
+class Faults;
+
+namespace disk {
+
+enum class Access {
+  Read,      ///< must exist
+  Write,     ///< made or emptied
+  CreateNew, ///< must not exist
+  Append,    ///< made if missing, kept otherwise
+  ReadWrite  ///< made if missing, kept otherwise
+};
+
+/** One open file with 64-bit positions that the caller keeps. One thread at a time. Closes itself. */
+class File {
+public:
+  /** faults: asked before every write and flush, may be NULL. */
+  explicit File(Faults* faults = nullptr) : faults_(faults) {}
+  ~File() { Close(nullptr); }
+  File(const File&) = delete;
+  File& operator=(const File&) = delete;
+
+  /** Folders and devices are refused. */
+  bool Open(const std::string& path, Access access, std::string* error);
+  bool IsOpen() const { return handle_ >= 0; }
+  /** Fewer bytes than asked for only at the end of the file; -1 on failure. */
+  std::int64_t ReadAt(std::int64_t position, void* data, std::size_t size, std::string* error);
+  bool WriteAt(std::int64_t position, const void* data, std::size_t size, std::string* error);
+  /** Returns when the content lies on the disk. */
+  bool Flush(std::string* error);
+  bool Close(std::string* error);
+  /** -1 on failure. */
+  std::int64_t Length() const;
+
+private:
+  Faults* faults_;
+  int handle_ = -1;
+};
+
+bool Exists(const std::string& path, bool folder);
+bool IsRegularFile(const std::string& path);
+/** A file, or a folder: an empty one, or with everything in it. Missing is a failure. */
+bool RemoveFile(const std::string& path, std::string* error);
+bool RemoveFolder(const std::string& path, bool recursive, std::string* error);
+/** Replaces a file that has the new name. */
+bool Rename(const std::string& from, const std::string& to, std::string* error);
+/** Rename of a finished file over another, lasting once it returns: the folder is flushed too. */
+bool Replace(const std::string& from, const std::string& to, std::string* error);
+/** Follows links to the file that a write to path would change; path itself when it is no link. */
+std::string ResolveLinks(const std::string& path);
+/** A name in the same folder that nothing else uses. */
+std::string TemporaryName(const std::string& path);
+/** Gives a file the access rights of another; nothing happens when that is not possible. */
+void CopyRights(const std::string& from, const std::string& to);
+
+struct Entry {
+  std::string name;
+  std::int64_t size = 0; ///< 0 for folders
+  bool folder = false, hidden = false;
+};
+/** Entries of a folder without "." and "..", in no particular order; none when it cannot be read. */
+std::vector<Entry> List(const std::string& folder);
+
+} // namespace disk
+} // namespace host

@@ -1,0 +1,54 @@
+// The kinds of values in a stream: their names in messages, their sizes, and the limits of a stream.
+//
+// A value is one byte of kind (HYPERFILEVALUE) and its payload, little-endian:
+//   numbers, vectors, matrices  their bytes; BOOL one byte; TIME numerator and denominator, 64-bit reals
+//   STRING, FILENAME            32-bit count, then as many UTF-16 units
+//   CONTAINER                   32-bit id, 32-bit count, then per entry 32-bit id, 32-bit type (DA_...), payload
+//   ARRAY                       one byte of element kind (HYPERFILEARRAY), one byte of element size, 32-bit count,
+//                               then the elements
+//   START                       32-bit id, 32-bit level; a chunk lasts up to its STOP
+// A link is the 64-bit number of its target within the stream, 0 for none.
+#pragma once
+
+#include "c4d.h"
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+namespace host {
+
+/** Chunks within chunks, and with them objects below objects. */
+constexpr int kMaxChunkDepth = 1024;
+/** Containers within containers. */
+constexpr int kMaxContainerDepth = 64;
+/** Entries of one container; looking up an id walks them all. */
+constexpr LONG kMaxContainerEntries = 65536;
+
+/** Size of a payload that has the same size always; 0 for the others and for what is no kind. */
+std::size_t FixedSize(int kind);
+/** The same for an entry of a container (DA_...); DA_NIL and DA_VOID have none. */
+std::size_t FixedEntrySize(LONG type);
+/** 0 for what is no element kind. */
+std::size_t ElementSize(int kind);
+/** "32-bit integer", "array", "end of chunk"...; "unknown kind 77" for others, "end of file" for -1. */
+std::string KindName(int kind);
+std::string ElementName(int kind);
+
+/** First failure of a stream: what a plug-in is told and what the user is told. */
+struct StreamError {
+  FILEERROR code = FILEERROR_NONE;
+  std::string text;
+  /** Keeps the first one; false always. */
+  bool Set(FILEERROR newCode, const std::string& newText) {
+    if (code != FILEERROR_NONE) return false;
+    code = newCode;
+    text = newText;
+    return false;
+  }
+};
+
+/** Numbers of link targets: from a running node's to the stream's on writing, back on reading. */
+typedef std::function<LULONG(LULONG)> LinkNumbers;
+
+} // namespace host

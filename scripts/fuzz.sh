@@ -1,0 +1,15 @@
+#!/usr/bin/env bash
+# Builds the fuzz targets with libFuzzer and runs each over its corpus for SECONDS_EACH seconds (60 by default).
+set -euo pipefail
+cd "$(dirname "$0")/.."
+scripts/install_dependencies.sh clang
+cmake --preset fuzz
+cmake --build --preset fuzz -j "$(nproc)"
+for target in build/fuzz/bin/*_fuzz; do
+  name=$(basename "$target" _fuzz)
+  seeds="fuzz/corpus/${name%%_*}"
+  work=$(mktemp -d)
+  echo "== $name"
+  "$target" -max_total_time="${SECONDS_EACH:-60}" -rss_limit_mb=4096 -timeout=20 "$work" "$seeds"
+  rm -rf "$work"
+done

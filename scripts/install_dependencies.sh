@@ -1,0 +1,36 @@
+#!/usr/bin/env bash
+# Installs the Debian packages that the build needs and that are missing. Does nothing when all are there.
+set -euo pipefail
+
+packages=(
+  ca-certificates g++ cmake ninja-build pkg-config git
+  libgtest-dev libbenchmark-dev               # tests, benches
+  libepoxy-dev libegl-dev libegl1 libegl-mesa0 libgl1-mesa-dri # OpenGL off screen
+  libpng-dev libtiff-dev libxxhash-dev        # pictures, scene checksums
+  nlohmann-json3-dev libcli11-dev             # command line
+  r-base-core                                 # brings the LASlib sources from CRAN
+)
+[ $# -eq 0 ] || packages+=("$@")
+
+missing=()
+for package in "${packages[@]}"; do
+  dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed || missing+=("$package")
+done
+[ ${#missing[@]} -gt 0 ] || exit 0
+
+if ! command -v apt-get >/dev/null; then
+  echo "install_dependencies: these Debian packages are missing and apt-get is not there to install them: ${missing[*]}" >&2
+  exit 1
+fi
+as_root=()
+if [ "$(id -u)" -ne 0 ]; then
+  command -v sudo >/dev/null || { echo "install_dependencies: not root and no sudo; install: ${missing[*]}" >&2; exit 1; }
+  as_root=(sudo)
+fi
+echo "Installing: ${missing[*]}"
+export DEBIAN_FRONTEND=noninteractive
+"${as_root[@]}" apt-get update -qq || echo "install_dependencies: the package lists could not be brought up to date; going on with the old ones" >&2
+if ! "${as_root[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null; then
+  echo "install_dependencies: apt-get could not install: ${missing[*]}" >&2
+  exit 1
+fi

@@ -1,0 +1,25 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds, runs every test and prints ctest's summary.
+#
+#   ./test.sh            release build
+#   ./test.sh --asan     address and undefined-behaviour sanitizers
+#   ./test.sh --tsan     thread sanitizer
+#   ./test.sh --tidy     clang-format and clang-tidy over our sources, no tests
+#   ./test.sh --fuzz     builds the fuzz targets with libFuzzer and runs each for a minute
+set -euo pipefail
+cd "$(dirname "$0")"
+
+preset=release
+case "${1:-}" in
+  "") ;;
+  --asan) preset=asan ;;
+  --tsan) preset=tsan ;;
+  --tidy) exec scripts/tidy.sh ;;
+  --fuzz) exec scripts/fuzz.sh ;;
+  *) echo "usage: ./test.sh [--asan | --tsan | --tidy | --fuzz]" >&2; exit 2 ;;
+esac
+
+scripts/install_dependencies.sh
+cmake --preset "$preset"
+cmake --build --preset "$preset" -j "$(nproc)"
+ctest --preset "$preset" -j "$(nproc)"
