@@ -1,4 +1,5 @@
-// Numbers of the texts in c4d_strings.str. The application's resource parser reads this file too: one plain enum.
+// Numbers of the texts in c4d_strings.str. The application's resource parser reads this file too: one plain
+// enum.
 #ifndef KELVRA_C4D_SYMBOLS_H
 #define KELVRA_C4D_SYMBOLS_H
 

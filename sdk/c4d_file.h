@@ -112,6 +112,9 @@ public:
   Bool IsHidden();
 };
 
+/** A folder is removed only with DIRECTORY, what is in it only with RECURSIVE. */
+enum { GE_FKILL_DIRECTORY = 1, GE_FKILL_RECURSIVE = 2, GE_FKILL_FORCE = 4 };
+
 Bool GeFExist(const Filename& name, Bool isdir = FALSE);
 Bool GeFKill(const Filename& name, LONG flags = 0);
 Bool GeFRename(const Filename& from, const Filename& to);

@@ -36,7 +36,7 @@ std::shared_ptr<Context> Context::Create(std::string* error) {
   std::shared_ptr<Context> software;
   std::string tried;
   for (const DisplayChoice& choice : choices) {
-    if (software && choice.software) continue;
+    if (software && choice.lastResort) continue;
     std::string reason;
     std::shared_ptr<Context> context(new Context);
     if (context->Start(choice, &reason)) {
@@ -55,7 +55,8 @@ bool Context::Start(const DisplayChoice& choice, std::string* error) {
     *error = "not offered by this EGL";
     return false;
   }
-  if (!display_.Open(choice.handle, error)) return false;
+  if (!InitializeDisplay(choice.handle, error)) return false;
+  display_ = choice.handle;
   if (!eglBindAPI(EGL_OPENGL_API)) {
     *error = "desktop OpenGL is not offered, " + EglErrorName();
     return false;
@@ -79,8 +80,8 @@ bool Context::CreateHandle(bool surfaceless, std::string* error) {
                            EGL_OPENGL_BIT, EGL_NONE};
   EGLConfig config = nullptr;
   EGLint found = 0;
-  if (!eglChooseConfig(display_.Handle(), wanted, &config, 1, &found) || found == 0) {
-    if (!surfaceless || !epoxy_has_egl_extension(display_.Handle(), "EGL_KHR_no_config_context")) {
+  if (!eglChooseConfig(display_, wanted, &config, 1, &found) || found == 0) {
+    if (!surfaceless || !epoxy_has_egl_extension(display_, "EGL_KHR_no_config_context")) {
       *error = "no EGL config for desktop OpenGL, " + EglErrorName();
       return false;
     }
@@ -95,14 +96,14 @@ bool Context::CreateHandle(bool surfaceless, std::string* error) {
                                EGL_CONTEXT_FLAGS_KHR,
                                EGL_CONTEXT_OPENGL_DEBUG_BIT_KHR,
                                EGL_NONE};
-  context_ = eglCreateContext(display_.Handle(), config, EGL_NO_CONTEXT, attributes);
+  context_ = eglCreateContext(display_, config, EGL_NO_CONTEXT, attributes);
   if (!context_) {
     *error = "no OpenGL 3.3 core context, " + EglErrorName();
     return false;
   }
   if (surfaceless) return true;
   const EGLint size[] = {EGL_WIDTH, 16, EGL_HEIGHT, 16, EGL_NONE};
-  surface_ = eglCreatePbufferSurface(display_.Handle(), config, size);
+  surface_ = eglCreatePbufferSurface(display_, config, size);
   if (!surface_) *error = "no EGL pixel buffer, " + EglErrorName();
   return surface_ != nullptr;
 }
@@ -115,11 +116,11 @@ void Context::Describe() {
 
 Context::~Context() {
   if (currentContext == this) {
-    eglMakeCurrent(display_.Handle(), EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
+    eglMakeCurrent(display_, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
     currentContext = nullptr;
   }
-  if (surface_) eglDestroySurface(display_.Handle(), surface_);
-  if (context_) eglDestroyContext(display_.Handle(), context_);
+  if (surface_) eglDestroySurface(display_, surface_);
+  if (context_) eglDestroyContext(display_, context_);
 }
 
 bool Context::MakeCurrent(std::string* error) {
@@ -129,7 +130,7 @@ bool Context::MakeCurrent(std::string* error) {
   }
   if (currentContext == this) return true;
   // The client API is a setting of the thread, and other users of EGL may have changed it.
-  if (!eglBindAPI(EGL_OPENGL_API) || !eglMakeCurrent(display_.Handle(), surface_, surface_, context_)) {
+  if (!eglBindAPI(EGL_OPENGL_API) || !eglMakeCurrent(display_, surface_, surface_, context_)) {
     *error = "the OpenGL context cannot be made current, " + EglErrorName();
     return false;
   }
@@ -142,7 +143,7 @@ bool Context::Release(std::string* error) {
     *error = "OpenGL context released on a thread where it is not current";
     return false;
   }
-  eglMakeCurrent(display_.Handle(), EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
+  eglMakeCurrent(display_, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
   currentContext = nullptr;
   return true;
 }
@@ -191,7 +192,7 @@ std::string Context::TakeError(const std::string& where) {
     if (code == GL_NO_ERROR) break;
     const std::string name = GlErrorName(code);
     if (first.empty()) first = name;
-    if (!debugOutput_) Report(name + " in " + where);
+    if (!debugOutput_) Report(std::string(name).append(" in ").append(where));
   }
   return first;
 }

@@ -66,7 +66,7 @@ private:
   static void OnDebugMessage(unsigned source, unsigned type, unsigned id, unsigned severity, int length,
                              const char* message, const void* context);
 
-  EglDisplay display_;
+  void* display_ = nullptr; // EGLDisplay
   void* context_ = nullptr; // EGLContext
   void* surface_ = nullptr; // EGLSurface, only where the driver cannot do without
   std::thread::id thread_ = std::this_thread::get_id();

@@ -2,23 +2,11 @@
 
 #include <epoxy/egl.h>
 
-#include <map>
-#include <mutex>
 #include <utility>
 
 namespace host::gl {
 
 namespace {
-
-struct Holders {
-  std::mutex mutex;
-  std::map<EGLDisplay, int> counts;
-};
-
-Holders& DisplayHolders() {
-  static Holders holders;
-  return holders;
-}
 
 bool HasWord(const char* list, const std::string& word) {
   if (!list) return false;
@@ -34,7 +22,7 @@ void AddDevices(std::vector<DisplayChoice>* choices) {
     DisplayChoice choice;
     choice.name = "EGL device " + std::to_string(i);
     choice.handle = eglGetPlatformDisplayEXT(EGL_PLATFORM_DEVICE_EXT, devices[i], nullptr);
-    choice.software =
+    choice.lastResort =
         HasWord(eglQueryDeviceStringEXT(devices[i], EGL_EXTENSIONS), "EGL_MESA_device_software");
     choices->push_back(choice);
   }
@@ -42,38 +30,10 @@ void AddDevices(std::vector<DisplayChoice>* choices) {
 
 } // namespace
 
-EglDisplay::EglDisplay(EglDisplay&& other) noexcept : handle_(std::exchange(other.handle_, nullptr)) {}
-
-EglDisplay& EglDisplay::operator=(EglDisplay&& other) noexcept {
-  std::swap(handle_, other.handle_);
-  return *this;
-}
-
-bool EglDisplay::Open(void* handle, std::string* error) {
-  Close();
-  Holders& holders = DisplayHolders();
-  std::lock_guard<std::mutex> lock(holders.mutex);
-  int& count = holders.counts[handle];
-  if (count == 0 && !eglInitialize(handle, nullptr, nullptr)) {
-    holders.counts.erase(handle);
-    *error = "eglInitialize failed with " + EglErrorName();
-    return false;
-  }
-  ++count;
-  handle_ = handle;
-  return true;
-}
-
-void EglDisplay::Close() {
-  if (!handle_) return;
-  Holders& holders = DisplayHolders();
-  std::lock_guard<std::mutex> lock(holders.mutex);
-  const auto entry = holders.counts.find(handle_);
-  if (--entry->second == 0) {
-    eglTerminate(handle_);
-    holders.counts.erase(entry);
-  }
-  handle_ = nullptr;
+bool InitializeDisplay(void* handle, std::string* error) {
+  if (eglInitialize(handle, nullptr, nullptr)) return true;
+  *error = "eglInitialize failed with " + EglErrorName();
+  return false;
 }
 
 std::vector<DisplayChoice> ListDisplays() {
@@ -97,6 +57,7 @@ std::vector<DisplayChoice> ListDisplays() {
   DisplayChoice standard;
   standard.name = "default display";
   standard.handle = eglGetDisplay(EGL_DEFAULT_DISPLAY);
+  standard.lastResort = true;
   choices.push_back(standard);
   return choices;
 }

@@ -1,4 +1,4 @@
-// EGL displays that need no window system, and how they are shared by the contexts of one process.
+// EGL displays that need no window system.
 #pragma once
 
 #include <string>
@@ -6,32 +6,11 @@
 
 namespace host::gl {
 
-/**
- * An initialised EGL display. EGL hands out one handle per platform and does not count its users, so the
- * holders are counted here and the last one terminates the display. Movable, not copyable. Any thread.
- */
-class EglDisplay {
-public:
-  EglDisplay() = default;
-  EglDisplay(EglDisplay&& other) noexcept;
-  EglDisplay& operator=(EglDisplay&& other) noexcept;
-  ~EglDisplay() { Close(); }
-
-  /** Initialises the display (EGLDisplay) unless another holder did. False with what EGL said. */
-  bool Open(void* handle, std::string* error);
-  void Close();
-  /** EGLDisplay; NULL when not open. */
-  void* Handle() const { return handle_; }
-
-private:
-  void* handle_ = nullptr;
-};
-
 /** A way to reach OpenGL without a window. */
 struct DisplayChoice {
   std::string name;
-  void* handle = nullptr; ///< EGLDisplay, not yet initialised; NULL when EGL offers none
-  bool software = false;  ///< known to be a software rasteriser before it is tried
+  void* handle = nullptr;  ///< EGLDisplay, not yet initialised; NULL when EGL offers none
+  bool lastResort = false; ///< a software rasteriser, or a way that adds nothing once another works
 };
 
 /**
@@ -39,6 +18,13 @@ struct DisplayChoice {
  * a NULL handle are ways that this EGL lacks. Empty when there is no EGL library.
  */
 std::vector<DisplayChoice> ListDisplays();
+
+/**
+ * Prepares a display (EGLDisplay) for use, again and again if need be. False with what EGL said. A display
+ * stays ready until the process ends: EGL hands out one per platform without counting its users, so ending it
+ * would pull it from under other contexts, and the software driver leaks each time it is unloaded.
+ */
+bool InitializeDisplay(void* handle, std::string* error);
 
 /** "EGL_BAD_ALLOC" for the calling thread's last EGL error. */
 std::string EglErrorName();

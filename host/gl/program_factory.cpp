@@ -164,6 +164,9 @@ bool ProgramFactory::BindPrograms() {
   bindFailed_ = true;
   if (!Require(call, {State::Compiled}) || !RequireCurrent(call)) return false;
   if (bound_) return Refuse(call, "already bound");
+  GLint other = 0;
+  glGetIntegerv(GL_CURRENT_PROGRAM, &other);
+  if (other) return Refuse(call, "another program is bound");
   context_->TakeError("an earlier call");
   glUseProgram(program_->Name());
   glEnable(GL_PROGRAM_POINT_SIZE);

@@ -15,6 +15,12 @@ struct HyperFileImpl::OwnFile {
   std::unique_ptr<ValueReader> reader;
 };
 
+HyperFileImpl::HyperFileImpl() = default;
+HyperFileImpl::HyperFileImpl(ValueWriter& writer, BaseDocument* doc)
+    : document(doc), writer_(&writer), floor_(writer.Depth()) {}
+HyperFileImpl::HyperFileImpl(ValueReader& reader, BaseDocument* doc, ULONG fileVersion)
+    : document(doc), version(fileVersion), reader_(&reader), floor_(reader.Depth()) {}
+HyperFileImpl::HyperFileImpl(StreamVisitor& visitor, BaseDocument* doc) : document(doc), visitor_(&visitor) {}
 HyperFileImpl::~HyperFileImpl() = default;
 
 bool HyperFileImpl::Fail(FILEERROR error, const std::string& text) {

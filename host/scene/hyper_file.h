@@ -15,12 +15,11 @@ namespace host {
  */
 class HyperFileImpl {
 public:
-  HyperFileImpl() {}
+  HyperFileImpl();
   /** For one part of a larger stream; the writer, reader or visitor must outlive this. */
-  HyperFileImpl(ValueWriter& writer, BaseDocument* doc) : document(doc), writer_(&writer), floor_(writer.Depth()) {}
-  HyperFileImpl(ValueReader& reader, BaseDocument* doc, ULONG fileVersion)
-      : document(doc), version(fileVersion), reader_(&reader), floor_(reader.Depth()) {}
-  HyperFileImpl(StreamVisitor& visitor, BaseDocument* doc) : document(doc), visitor_(&visitor) {}
+  HyperFileImpl(ValueWriter& writer, BaseDocument* doc);
+  HyperFileImpl(ValueReader& reader, BaseDocument* doc, ULONG fileVersion);
+  HyperFileImpl(StreamVisitor& visitor, BaseDocument* doc);
   ~HyperFileImpl();
 
   /** Own files: READ or WRITE; a written file takes the place of an older one when it is closed. */

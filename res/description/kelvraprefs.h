@@ -2,8 +2,6 @@
 #ifndef KELVRA_KELVRAPREFS_H
 #define KELVRA_KELVRAPREFS_H
 
-enum {
-  KELVRA_PREFS_ABOUT = 1100
-};
+enum { KELVRA_PREFS_ABOUT = 1100 };
 
 #endif

@@ -1,50 +1,51 @@
-// Parameters of the point cloud object. The application's resource parser reads this file too: one plain enum.
+// Parameters of the point cloud object. The application's resource parser reads this file too: one plain
+// enum.
 #ifndef KELVRA_OTALLYFRAME_H
 #define KELVRA_OTALLYFRAME_H
 
 enum {
   // Which points, and how large the cloud is.
-  KELVRA_POINT_SHARE = 1000,  // real: fraction of the stored points handed out, in store order; may pass 1
-  KELVRA_RESERVED = 1001,     // real: stored, saved and copied, without effect
-  KELVRA_OBJECT_SIZE = 1009,  // real: width to which the cloud is fitted
+  KELVRA_POINT_SHARE = 1000, // real: fraction of the stored points handed out, in store order; may pass 1
+  KELVRA_RESERVED = 1001,    // real: stored, saved and copied, without effect
+  KELVRA_OBJECT_SIZE = 1009, // real: width to which the cloud is fitted
 
   // Loading.
-  KELVRA_LOAD_REQUEST = 1012,    // integer: twin of the load state, set by other modules
-  KELVRA_REQUEST_POINTS = 1013,  // button
-  KELVRA_LOAD_STATE = 1014,      // integer: what happens with points sent by another module
-  KELVRA_LOAD_BUDGET = 1181,     // integer: millions of points kept of one LAS or LAZ file
-  KELVRA_LOAD_NTH = 1182,        // integer: only every n-th point of a file is loaded
-  KELVRA_LOAD_FOLDER = 1600,     // button
-  KELVRA_LOAD_FILE = 1602,       // button
-  KELVRA_SAVE_TEXT = 1609,       // button
+  KELVRA_LOAD_REQUEST = 1012,   // integer: twin of the load state, set by other modules
+  KELVRA_REQUEST_POINTS = 1013, // button
+  KELVRA_LOAD_STATE = 1014,     // integer: what happens with points sent by another module
+  KELVRA_LOAD_BUDGET = 1181,    // integer: millions of points kept of one LAS or LAZ file
+  KELVRA_LOAD_NTH = 1182,       // integer: only every n-th point of a file is loaded
+  KELVRA_LOAD_FOLDER = 1600,    // button
+  KELVRA_LOAD_FILE = 1602,      // button
+  KELVRA_SAVE_TEXT = 1609,      // button
 
   // Viewport.
   KELVRA_COLOR_MODE = 1011,
   KELVRA_COLOR_INVERT = 1016,
-  KELVRA_THIN_VIEW = 1100,  // integer: every n-th point in the viewport and the text export; 0 counts as 1
+  KELVRA_THIN_VIEW = 1100, // integer: every n-th point in the viewport and the text export; 0 counts as 1
   KELVRA_MIN_HEIGHT = 1801,
   KELVRA_MAX_HEIGHT = 1802,
-  KELVRA_POINT_SIZE = 1803,  // real: pixels
+  KELVRA_POINT_SIZE = 1803, // real: pixels
 
   // Falloff of the viewport's points, in the object's own display coordinates.
   KELVRA_FALLOFF_SHAPE = 1004,
   KELVRA_FALLOFF_CENTER = 1501,
-  KELVRA_FALLOFF_TARGET = 1502,  // vector: the point to which the plane's normal runs from the centre
+  KELVRA_FALLOFF_TARGET = 1502, // vector: the point to which the plane's normal runs from the centre
   KELVRA_FALLOFF_RADIUS = 1504,
-  KELVRA_FALLOFF_OFFSET = 1505,  // real: moves the centre along the normal
+  KELVRA_FALLOFF_OFFSET = 1505, // real: moves the centre along the normal
   KELVRA_FALLOFF_ACTION = 1506,
   KELVRA_FALLOFF_EXPONENT = 1507,
 
   // Conversion to the application's own geometry.
-  KELVRA_PARTICLE_GROUP = 1005,  // link: the particle group that receives the points
-  KELVRA_CONVERT_VALUE = 1006,   // real: handed to every converter; none of them reads it
+  KELVRA_PARTICLE_GROUP = 1005, // link: the particle group that receives the points
+  KELVRA_CONVERT_VALUE = 1006,  // real: handed to every converter; none of them reads it
   KELVRA_CONVERT_MODE = 1007,
-  KELVRA_SEGMENT_BREAK = 1010,  // real: longest step inside one spline segment
+  KELVRA_SEGMENT_BREAK = 1010, // real: longest step inside one spline segment
 
   // Rendering. Absent entries of 1203 to 1257 read as the defaults in otallyframe.res.
-  KELVRA_RADIUS_CURVE = 1025,   // spline: multiplies the radius by height
-  KELVRA_OPACITY_CURVE = 1035,  // spline: multiplies the opacity by height
-  KELVRA_SEEN_SWITCH = 1201,    // integer: paired with a ray switch that is never set, so it filters nothing
+  KELVRA_RADIUS_CURVE = 1025,  // spline: multiplies the radius by height
+  KELVRA_OPACITY_CURVE = 1035, // spline: multiplies the opacity by height
+  KELVRA_SEEN_SWITCH = 1201,   // integer: paired with a ray switch that is never set, so it filters nothing
   KELVRA_LIGHT_FLAT = 1202,
   KELVRA_LIGHT = 1203,
   KELVRA_SEEN_REFLECTION = 1204,
@@ -52,7 +53,7 @@ enum {
   KELVRA_SEEN_REFRACTION = 1206,
   KELVRA_POINT_RADIUS = 1251,
   KELVRA_TRANSPARENCY = 1252,
-  KELVRA_EDGE_BIAS = 1253,  // real: bias of the opacity's falloff across a point's disc
+  KELVRA_EDGE_BIAS = 1253, // real: bias of the opacity's falloff across a point's disc
   KELVRA_SOFT_DEPTH = 1254,
   KELVRA_RADIUS_VARIATION = 1255,
   KELVRA_CURVE_MIN_HEIGHT = 1256,

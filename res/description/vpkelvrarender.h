@@ -1,14 +1,16 @@
-// Parameters of the video post that renders point clouds. The application's resource parser reads this file too.
+// Parameters of the video post that renders point clouds. The application's resource parser reads this file
+// too.
 #ifndef KELVRA_VPKELVRARENDER_H
 #define KELVRA_VPKELVRARENDER_H
 
 enum {
-  KELVRA_RENDER_OBJECT = 1003,  // link: only what it names is rendered
+  KELVRA_RENDER_OBJECT = 1003, // link: only what it names is rendered
 
-  // Used for a linked polygon or spline object; a point cloud carries settings of its own with the same numbers.
+  // Used for a linked polygon or spline object; a point cloud carries settings of its own with the same
+  // numbers.
   KELVRA_RENDER_RADIUS_CURVE = 1025,
   KELVRA_RENDER_OPACITY_CURVE = 1035,
-  KELVRA_RENDER_SEEN_SWITCH = 1201,  // bool: paired with a ray switch that is never set, so it filters nothing
+  KELVRA_RENDER_SEEN_SWITCH = 1201, // bool: paired with a ray switch that is never set, so it filters nothing
   KELVRA_RENDER_LIGHT_FLAT = 1202,
   KELVRA_RENDER_LIGHT = 1203,
   KELVRA_RENDER_SEEN_REFLECTION = 1204,

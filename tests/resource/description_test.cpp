@@ -106,11 +106,14 @@ TEST_F(DescriptionTest, PutsAnIncludedDescriptionWhereItIsIncluded) {
   temporary_.WriteDescription("xpart", "enum { PART = 1500, REPLACED = 1501 };",
                               "CONTAINER XPart { NAME XPart; GROUP { REAL PART { } } REAL REPLACED { } }",
                               "STRINGTABLE XPart { XPart \"Part\"; PART \"Part\"; REPLACED \"Old\"; }");
-  const Description* description = Load("GROUP GROUP_X { INCLUDE XPart; } GROUP { LONG REPLACED { } }");
+  const Description* description =
+      Load("BOOL A; GROUP GROUP_X { INCLUDE XPart; } GROUP { LONG REPLACED { } }");
   ASSERT_TRUE(description) << error_;
   const Group* inner = description->FindGroup(description->FindParameter("PART")->groupId);
   ASSERT_TRUE(inner);
   EXPECT_EQ(inner->parentId, 2000);
+  EXPECT_GT(inner->order, description->FindGroup(2000)->order);
+  EXPECT_GT(description->FindParameter("PART")->order, inner->order);
   EXPECT_EQ(description->FindParameter(1501)->type, ElementType::kLong);
   EXPECT_NE(description->FindParameter(1501)->groupId, inner->id);
   EXPECT_EQ(description->FindParameter(1501)->longName, "[REPLACED]"); // texts do not travel with an include

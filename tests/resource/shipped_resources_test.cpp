@@ -43,11 +43,12 @@ protected:
       ASSERT_TRUE(parameter) << name << " lacks " << each.id;
       EXPECT_EQ(parameter->type, each.type) << parameter->identifier;
       ASSERT_EQ(parameter->defaultNumbers.has_value(), each.number.has_value()) << parameter->identifier;
-      if (each.number) EXPECT_EQ((*parameter->defaultNumbers)[0], *each.number) << parameter->identifier;
+      const double number = each.number ? (*parameter->defaultNumbers)[0] : 0.0;
+      EXPECT_EQ(number, each.number.value_or(0.0)) << parameter->identifier;
     }
     for (const Parameter& parameter : description.parameters) {
-      if (parameter.origin == name)
-        EXPECT_TRUE(known.count(parameter.id)) << parameter.identifier << " is not wanted";
+      EXPECT_TRUE(parameter.origin != name || known.count(parameter.id))
+          << parameter.identifier << " is not wanted";
     }
   }
 

@@ -1,0 +1,66 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds, and shows a real laser scan: pictures, a thinned one, falloff, clones and a
+# saved scene. With files given (LAS, LAZ, XYZ, PTS, folders, a scene) it shows those.
+#
+#   ./demo.sh [FILE...]      results go to out/
+set -euo pipefail
+
+# Files are named from where the user stands.
+files=()
+for file in "$@"; do files+=("$(realpath -m -- "$file")"); done
+cd "$(dirname "$0")"
+
+scripts/install_dependencies.sh
+cmake --preset release
+cmake --build --preset release -j "$(nproc)" --target kelvra_cli kelvra_module make_cloud
+kelvra=build/release/bin/kelvra
+mkdir -p out
+
+if [ ${#files[@]} -eq 0 ]; then
+  if sample=$(scripts/fetch_sample.sh); then
+    files=("$sample")
+  else
+    echo "The sample scan could not be had from CRAN; a generated landscape takes its place."
+    files=(out/generated.xyz)
+    if build/release/bin/make_cloud out/generated.laz --points 400000; then files=(out/generated.laz); else
+      build/release/bin/make_cloud "${files[0]}" --points 400000
+    fi
+  fi
+fi
+
+status=0
+written=()
+# Runs one command; a file that loaded only in part or not at all is told at the end, not here.
+show() {
+  local output=$1
+  shift
+  "$kelvra" "$@" -o "$output" || status=$?
+  if [ -e "$output" ]; then written+=("$output"); fi
+}
+
+echo "== What is in the files"
+"$kelvra" info "${files[@]}" || status=$?
+
+echo "== Pictures"
+rm -f out/*.png out/demo.scene
+show out/view.png snapshot "${files[@]}" --set point_size=2
+show out/view_height.png snapshot "${files[@]}" --set point_size=2 --set color_mode=6 --set 1801=0 --set 1802=40
+show out/view_inverted.png snapshot "${files[@]}" --set point_size=2 --set color_mode=4 --set color_invert=1
+show out/view_north.png snapshot "${files[@]}" --set point_size=2 --camera 0,140,230 --target 0,0,0
+show out/view_thinned.png snapshot "${files[@]}" --set point_size=3 --set thin_view=8
+show out/view_falloff.png snapshot "${files[@]}" --set point_size=5 --set falloff_action=2 --set falloff_radius=110
+show out/view_clones.png snapshot "${files[@]}" --clones 3x1x3:215
+
+echo "== A scene that holds the points"
+show out/demo.scene save "${files[@]}"
+show out/view_scene.png snapshot out/demo.scene --set point_size=2
+if cmp -s out/view.png out/view_scene.png; then
+  echo "out/demo.scene reopens with the same picture"
+else
+  echo "out/demo.scene reopens with ANOTHER picture than out/view.png" >&2
+  status=1
+fi
+
+echo "== Written"
+ls -l "${written[@]}"
+exit "$status"

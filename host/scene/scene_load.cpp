@@ -1,0 +1,198 @@
+#include "host/scene/scene_file.h"
+
+#include "host/scene/hyper_file.h"
+#include "host/scene/node_access.h"
+#include "host/scene/text.h"
+
+#include <map>
+#include <new>
+#include <unordered_map>
+#include <unordered_set>
+
+namespace host {
+
+namespace {
+
+class SceneReader {
+public:
+  SceneReader(ByteSource& source, ULONG version)
+      : reader_(source, [this](LULONG number) { return LinkIdOfNumber(number); }), version_(version) {}
+
+  /** NULL on failure, with everything made so far freed. */
+  BaseDocument* Read() {
+    try {
+      LONG id = 0;
+      document_ = BaseDocument::Alloc();
+      if (!document_)
+        reason_ = "out of memory for a document";
+      else if (reader_.ChunkStart(&id, nullptr) && CheckRoot(id) && Node({nullptr, NodeChunk::Document}, id) &&
+               reader_.ChunkEnd())
+        return document_;
+    } catch (const std::bad_alloc&) {
+      reason_ = "offset " + std::to_string(reader_.Offset()) + ": out of memory";
+    }
+    BaseDocument::Free(document_);
+    return NULL;
+  }
+  const std::string& Reason() const { return reason_.empty() ? reader_.Error().text : reason_; }
+  /** One line for each type that nobody knows. */
+  const std::map<LONG, std::string>& Unknown() const { return unknown_; }
+
+private:
+  /** A number that is met before its node gets the link id that the node will have. */
+  LULONG LinkIdOfNumber(LULONG number) {
+    LULONG& id = linkIds_[number];
+    if (id == 0) id = ReserveLinkId();
+    return id;
+  }
+
+  bool CheckRoot(LONG id) {
+    return (NodeChunk)id == NodeChunk::Document || reader_.Fail(FILEERROR_WRONG_VALUE, "found no document, expected one");
+  }
+
+  /** One node and what is below it; its chunk has been begun. */
+  bool Node(const SceneNode& parent, LONG id) {
+    SceneNode node = {nullptr, (NodeChunk)id};
+    return Content(parent, &node) && Below(node);
+  }
+
+  /** Apart from Below, so that what it needs is gone before the nodes below are read. */
+  bool Content(const SceneNode& parent, SceneNode* node) {
+    const std::int64_t at = reader_.Offset();
+    NodeHead head;
+    // What can be loaded can be saved: a node needs room for one more chunk.
+    if (reader_.Depth() >= kMaxChunkDepth)
+      return reader_.Fail(FILEERROR_CHUNK_NUMBER, "found nodes nested deeper than " + std::to_string(kMaxChunkDepth - 1));
+    if (!head.Read(reader_, (LONG)node->chunk)) return false;
+    if (head.number == 0 || !seen_.insert(head.number).second)
+      return reader_.Fail(FILEERROR_INVALID, "found link number " + std::to_string(head.number) + " of " +
+                                                 head.Describe() + ", expected one that no other node has");
+    std::string why;
+    node->node = node->chunk == NodeChunk::Document ? document_ : MakeNode(parent, head, &why);
+    if (!node->node) {
+      reason_ = "offset " + std::to_string(at) + ": " + head.Describe() + ": " + why;
+      return false;
+    }
+    ApplyHead(*node, head, LinkIdOfNumber(head.number));
+    if (KeptDataOf(node->node))
+      unknown_.emplace(head.type, head.Describe() + ": no loaded module knows this type; its data is kept as it is");
+    return Parts(*node, head);
+  }
+
+  /** DATA and OWN, which lie before the nodes below. */
+  bool Parts(const SceneNode& node, const NodeHead& head) {
+    while (!reader_.AtChunkEnd()) {
+      LONG id = 0, level = 0;
+      if (!reader_.ChunkStart(&id, &level)) return false;
+      bool good = true;
+      if (id == kDataChunk && KeptDataOf(node.node)) {
+        good = Keep(*KeptDataOf(node.node));
+      } else if (id == kDataChunk || id == kOwnChunk) {
+        good = Guest(node, head, id == kOwnChunk ? GuestPart::Own : GuestPart::PlugIn, level);
+      } else if (NodeChunkName(id)) {
+        pending_ = id; // the first node below: Below goes on with it
+        return true;
+      }
+      if (!good || !reader_.SkipToChunkEnd(reader_.Depth()) || !reader_.ChunkEnd()) return false;
+    }
+    return true;
+  }
+
+  bool Below(const SceneNode& node) {
+    while (pending_ != 0 || !reader_.AtChunkEnd()) {
+      LONG id = pending_;
+      pending_ = 0;
+      if (id == 0 && !reader_.ChunkStart(&id, nullptr)) return false;
+      const bool good = NodeChunkName(id) ? Node(node, id) : reader_.SkipToChunkEnd(reader_.Depth());
+      if (!good || !reader_.ChunkEnd()) return false;
+    }
+    return true;
+  }
+
+  bool Guest(const SceneNode& node, const NodeHead& head, GuestPart part, LONG level) {
+    if (!HasPart(node, part)) return true;
+    const int depth = reader_.Depth();
+    bool read;
+    {
+      HyperFileImpl stream(reader_, document_, version_);
+      read = ReadPart(node, part, stream, level);
+      if (read && stream.Error() == FILEERROR_NONE) return reader_.SkipToChunkEnd(depth);
+      reason_ = head.Describe() + ": ";
+      const std::string text = stream.ErrorText();
+      if (reader_.Error().code == FILEERROR_NONE) reason_ += "offset " + std::to_string(reader_.Offset()) + ": ";
+      reason_ += text.empty() ? "its plug-in refuses the data" : text;
+    }
+    return false;
+  }
+
+  /** Keeps the values of a chunk as they are, links turned into those of the nodes here. */
+  bool Keep(KeptData& kept) {
+    const std::int64_t start = reader_.Offset();
+    std::vector<std::int64_t> links;
+    if (!reader_.SkipToChunkEnd(reader_.Depth(), &links)) return false;
+    const std::size_t size = (std::size_t)(reader_.Offset() - start);
+    kept.bytes.resize(size); // as much as was just read out of the file
+    if (!reader_.BytesAt(start, kept.bytes.data(), size)) return false;
+    for (const std::int64_t link : links) {
+      const std::size_t position = (std::size_t)(link - start);
+      LULONG target = 0;
+      std::memcpy(&target, &kept.bytes[position], sizeof target);
+      target = reader_.LinkTarget(target);
+      std::memcpy(&kept.bytes[position], &target, sizeof target);
+      kept.links.push_back(position);
+    }
+    return true;
+  }
+
+  ValueReader reader_;
+  ULONG version_;
+  BaseDocument* document_ = NULL;
+  std::unordered_map<LULONG, LULONG> linkIds_;
+  std::unordered_set<LULONG> seen_;
+  std::map<LONG, std::string> unknown_;
+  LONG pending_ = 0;
+  std::string reason_;
+};
+
+/** Why parsing stopped, and whether the file is damaged or was written so. */
+std::string Explain(ByteSource& source, const std::string& reason) {
+  if (!source.Error().empty()) return reason; // the file cannot be read: nothing can be said about its content
+  return RestIsUndamaged(source) ? reason : reason + " (the checksum shows that the file is damaged)";
+}
+
+} // namespace
+
+BaseDocument* ReadSceneStream(ByteSource& source, std::string* error) {
+  StreamError failure;
+  ULONG version = 0;
+  if (!ReadStreamHead(source, kSceneIdent, &version, &failure)) {
+    *error = failure.text;
+    return NULL;
+  }
+  SceneReader reader(source, version);
+  BaseDocument* document = reader.Read();
+  if (!document) {
+    *error = Explain(source, reader.Reason());
+    return NULL;
+  }
+  if (!ReadStreamTail(source, &failure)) {
+    BaseDocument::Free(document);
+    *error = failure.text;
+    return NULL;
+  }
+  for (const auto& line : reader.Unknown()) GePrint(FromUtf8(line.second));
+  return document;
+}
+
+BaseDocument* ReadScene(const std::string& path, std::string* error) {
+  ByteSource source;
+  std::string reason;
+  if (!source.Open(path))
+    reason = source.Error();
+  else if (BaseDocument* document = ReadSceneStream(source, &reason))
+    return document;
+  *error = path + ": " + reason;
+  return NULL;
+}
+
+} // namespace host

@@ -1,0 +1,128 @@
+#include "host/viewport.h"
+
+#include "host/application.h"
+#include "host/object_calls.h"
+#include "host/view/view_state.h"
+
+#include <algorithm>
+
+namespace host {
+
+namespace {
+
+/** Every object of a document, parents before children. */
+std::vector<BaseObject*> AllObjects(BaseDocument* doc) {
+  std::vector<BaseObject*> objects;
+  const auto collect = [&objects](BaseObject* first, const auto& self) -> void {
+    for (BaseObject* op = first; op; op = op->GetNext()) {
+      objects.push_back(op);
+      self(op->GetDown(), self);
+    }
+  };
+  collect(doc->GetFirstObject(), collect);
+  return objects;
+}
+
+void Widen(const Vector& point, bool* any, Vector* low, Vector* high) {
+  for (int axis = 0; axis < 3; ++axis) {
+    (*low)[axis] = *any ? std::min((*low)[axis], point[axis]) : point[axis];
+    (*high)[axis] = *any ? std::max((*high)[axis], point[axis]) : point[axis];
+  }
+  *any = true;
+}
+
+/** Adds an object's own box under one matrix. */
+void AddBox(BaseObject* op, const Matrix& global, bool* any, Vector* low, Vector* high) {
+  Vector centre, half;
+  GetObjectBox(op, &centre, &half);
+  if (half == Vector() && centre == Vector()) return;
+  for (int i = 0; i < 8; ++i)
+    Widen((centre + Vector(i & 1 ? half.x : -half.x, i & 2 ? half.y : -half.y, i & 4 ? half.z : -half.z)) * global, any,
+          low, high);
+}
+
+class OffscreenViewport : public Viewport {
+public:
+  OffscreenViewport(BaseDocument* doc, std::unique_ptr<ViewState> state) : doc_(doc), state_(std::move(state)) {}
+
+  void SetCamera(const ViewCamera& camera) override { camera_ = camera; }
+  const ViewCamera& Camera() const override { return camera_; }
+  void Frame(const Vector& boxMin, const Vector& boxMax) override {
+    camera_ = FrameBox(boxMin, boxMax, camera_.fieldOfView, Aspect());
+  }
+  void SetBackground(double r, double g, double b) override { background_ = Vector(r, g, b); }
+  void SetDrawPortType(LONG type) override { state_->drawPortType = type; }
+
+  bool Draw(std::string* error) override {
+    state_->context->ClearErrors();
+    const gl::CurrentScope current(*state_->context, error);
+    if (!current.Ok() || !state_->target->Bind(error) ||
+        !state_->target->Clear((float)background_.x, (float)background_.y, (float)background_.z, 1.0f, error))
+      return false;
+    state_->frame = MakeFrame(camera_, Aspect());
+    FitSceneRange();
+    {
+      const ViewState::DrawScope scope(state_.get());
+      for (BaseObject* op : AllObjects(doc_)) DrawOne(op);
+    }
+    if (state_->context->ErrorCount() == 0) return true;
+    *error = "OpenGL reported " + std::to_string(state_->context->ErrorCount()) +
+             " errors, the first: " + GlErrors().front();
+    return false;
+  }
+
+  gl::Image Read() override {
+    gl::Image image;
+    std::string error;
+    if (!state_->target->Read(3, &image, &error)) Application::Get().GetConsole().Print("GL: " + error);
+    return image;
+  }
+  std::string RendererName() const override { return state_->context->RendererName(); }
+  const std::vector<std::string>& GlErrors() const override { return state_->context->Errors(); }
+
+private:
+  double Aspect() const { return (double)state_->target->Width() / state_->target->Height(); }
+
+  void DrawOne(BaseObject* op) {
+    DrawHelp help;
+    help.document = doc_;
+    help.global = op->GetMg();
+    state_->objectMatrix = help.global;
+    DrawObject(op, DRAWPASS_OBJECT, state_->Api(), reinterpret_cast<BaseDrawHelp*>(&help));
+  }
+
+  void FitSceneRange() {
+    bool any = false;
+    Vector low, high;
+    for (BaseObject* op : AllObjects(doc_))
+      for (const Matrix& global : ObjectInstances(op)) AddBox(op, global, &any, &low, &high);
+    if (any) FitRange(&state_->frame, low, high);
+  }
+
+  BaseDocument* doc_;
+  std::unique_ptr<ViewState> state_;
+  ViewCamera camera_;
+  Vector background_{0.5, 0.5, 0.5};
+};
+
+} // namespace
+
+std::unique_ptr<Viewport> Viewport::Create(BaseDocument* doc, int width, int height, std::string* error) {
+  std::shared_ptr<gl::Context> context = gl::Context::Create(error);
+  if (!context) return nullptr;
+  std::unique_ptr<gl::Framebuffer> target = gl::Framebuffer::Create(context, width, height, 1, error);
+  if (!target) return nullptr;
+  return std::make_unique<OffscreenViewport>(doc, std::make_unique<ViewState>(context, std::move(target)));
+}
+
+bool WorldBox(BaseObject* op, Vector* boxMin, Vector* boxMax) {
+  bool any = false;
+  const auto add = [&](BaseObject* object, const auto& self) -> void {
+    AddBox(object, object->GetMg(), &any, boxMin, boxMax);
+    for (BaseObject* child = object->GetDown(); child; child = child->GetNext()) self(child, self);
+  };
+  add(op, add);
+  return any;
+}
+
+} // namespace host

@@ -1,0 +1,161 @@
+// Loading, saving, reopening and exporting through the program.
+#include "cli/program_run.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <filesystem>
+
+namespace cli_test {
+namespace {
+
+const char* const kPoints = "1 2 3 10 20 30\n4 5 6 40 50 60\n-7 8.5 9 255 0 0\n";
+
+TEST(Info, ReportsPointsAndBoxInFileAxes) {
+  const TempFolder folder;
+  const std::string cloud = folder.Write("three points.xyz", kPoints);
+  const Result result = Kelvra({"info", "--json", cloud});
+  ASSERT_EQ(result.status, 0) << result.err;
+  const nlohmann::json info = result.Json();
+  EXPECT_EQ(info["points"], 3);
+  EXPECT_EQ(info["groups"], 1);
+  EXPECT_EQ(info["blocks"], 1);
+  EXPECT_EQ(info["bbox"]["min"], nlohmann::json({-7.0, 2.0, 3.0}));
+  EXPECT_EQ(info["bbox"]["max"], nlohmann::json({4.0, 8.5, 9.0}));
+  EXPECT_EQ(info["files"][0]["path"], cloud);
+  EXPECT_EQ(info["files"][0]["points"], 3);
+  EXPECT_FALSE(info["files"][0]["message"].get<std::string>().empty());
+  EXPECT_GE(info["seconds"].get<double>(), 0.0);
+  EXPECT_GE(info["peak_memory_bytes"].get<long long>(), 0);
+}
+
+TEST(Info, WhatLoadedIsKeptWhenAnotherFileIsRefused) {
+  const TempFolder folder;
+  const std::string good = folder.Write("good.xyz", kPoints),
+                    bad = folder.Write("bad.las", "~VERSION INFORMATION\n");
+  const Result result = Kelvra({"info", "--json", bad, good, folder / "missing.laz"});
+  EXPECT_EQ(result.status, 1);
+  const nlohmann::json info = result.Json();
+  EXPECT_EQ(info["points"], 3);
+  ASSERT_EQ(info["files"].size(), 3u);
+  EXPECT_EQ(info["files"][0]["points"], 0);
+  EXPECT_NE(info["files"][0]["message"].get<std::string>().find("not a point cloud"), std::string::npos);
+  EXPECT_EQ(info["files"][1]["points"], 3);
+}
+
+TEST(Info, FolderIsLoadedInByteOrder) {
+  const TempFolder folder;
+  std::filesystem::create_directories(folder / "tiles/inner");
+  folder.Write("tiles/b.xyz", "0 0 0 1 1 1\n");
+  folder.Write("tiles/a.pts", "2\n1 1 1 5 6 7 8\n2 2 2 5 6 7 8\n");
+  folder.Write("tiles/.hidden.xyz", "9 9 9\n");
+  folder.Write("tiles/inner/deep.xyz", "9 9 9\n");
+  const nlohmann::json info = Kelvra({"info", "--json", folder / "tiles"}).Json();
+  EXPECT_EQ(info["points"], 3);
+  EXPECT_EQ(info["groups"], 1);
+  ASSERT_EQ(info["files"].size(), 2u);
+  EXPECT_NE(info["files"][0]["path"].get<std::string>().find("a.pts"), std::string::npos);
+}
+
+TEST(Save, SceneReopensWithTheSamePointsAndText) {
+  const TempFolder folder;
+  const std::string cloud = folder.Write("c.xyz", kPoints), scene = folder / "c.scene";
+  ASSERT_EQ(Kelvra({"save", cloud, "-o", scene, "--set", "point_size=5"}).status, 0);
+  const nlohmann::json before = Kelvra({"info", "--json", cloud}).Json(),
+                       after = Kelvra({"info", "--json", scene}).Json();
+  EXPECT_EQ(before["points"], after["points"]);
+  EXPECT_EQ(before["bbox"], after["bbox"]);
+  ASSERT_EQ(Kelvra({"export", cloud, "-o", folder / "a.txt"}).status, 0);
+  ASSERT_EQ(Kelvra({"export", scene, "-o", folder / "b.txt"}).status, 0);
+  const std::string text = TempFolder::Read(folder / "a.txt");
+  EXPECT_EQ(text, TempFolder::Read(folder / "b.txt"));
+  // Colours were 8 bits, times 256 in the store, and come out as 16-bit values scaled to 0..255.
+  EXPECT_EQ(text.substr(0, text.find('\n')), "1 2 3 9 19 29");
+}
+
+TEST(Save, FailedSaveKeepsTheOldScene) {
+  const TempFolder folder;
+  const std::string cloud = folder.Write("c.xyz", kPoints), scene = folder / "c.scene";
+  ASSERT_EQ(Kelvra({"save", cloud, "-o", scene}).status, 0);
+  const std::string old = TempFolder::Read(scene);
+  const Result failed = Kelvra({"save", cloud, "-o", scene, "--fault", "write=1"});
+  EXPECT_EQ(failed.status, 1);
+  EXPECT_NE(failed.err.find("c.scene"), std::string::npos) << failed.err;
+  EXPECT_EQ(TempFolder::Read(scene), old);
+  int files = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(std::filesystem::path(scene).parent_path()))
+    files += entry.is_regular_file();
+  EXPECT_EQ(files, 2) << "nothing but the cloud and the scene";
+}
+
+TEST(Scene, DamagedScenesAreRefusedWithOneLine) {
+  const TempFolder folder;
+  const std::string cloud = folder.Write("c.xyz", kPoints), scene = folder / "c.scene";
+  ASSERT_EQ(Kelvra({"save", cloud, "-o", scene}).status, 0);
+  const std::string whole = TempFolder::Read(scene);
+  std::string flipped = whole;
+  flipped[flipped.size() / 2] ^= 1;
+  for (const std::string& content : {whole.substr(0, whole.size() / 2), whole.substr(0, 8), flipped}) {
+    const std::string bad = folder.Write("bad.scene", content);
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"scene", bad}, {"info", bad}, {"export", bad, "-o", folder / "x.txt"}}) {
+      const Result result = Kelvra(arguments);
+      EXPECT_EQ(result.status, 1) << arguments[0] << result.err;
+      EXPECT_NE(result.err.find("bad.scene"), std::string::npos) << result.err;
+    }
+  }
+}
+
+TEST(Scene, PrintsEveryValueInFileOrder) {
+  const TempFolder folder;
+  const std::string cloud = folder.Write("c.xyz", kPoints), scene = folder / "c.scene";
+  ASSERT_EQ(Kelvra({"save", cloud, "-o", scene}).status, 0);
+  const Result result = Kelvra({"scene", "--json", scene});
+  ASSERT_EQ(result.status, 0) << result.err;
+  std::vector<nlohmann::json> arrays;
+  const std::function<void(const nlohmann::json&)> collect = [&](const nlohmann::json& value) {
+    if (value.is_object() && value.contains("sum")) arrays.push_back(value);
+    if (value.is_structured())
+      for (const auto& part : value) collect(part);
+  };
+  collect(result.Json());
+  ASSERT_EQ(arrays.size(), 4u);
+  EXPECT_EQ(arrays[0]["type"], "sreal");
+  EXPECT_EQ(arrays[0]["count"], 9);
+  // x, height, y of each point.
+  EXPECT_EQ(arrays[0]["first"], nlohmann::json({1.0, 3.0, 2.0, 4.0, 6.0, 5.0}));
+  EXPECT_EQ(arrays[0]["sum"], 1 + 2 + 3 + 4 + 5 + 6 - 7 + 8.5 + 9);
+  EXPECT_EQ(arrays[2]["first"][0], 2560.0);
+  EXPECT_EQ(arrays[3]["count"], 3);
+}
+
+TEST(Usage, MistakesExitWithTwo) {
+  EXPECT_EQ(Kelvra({}).status, 2);
+  EXPECT_EQ(Kelvra({"fly"}).status, 2);
+  EXPECT_EQ(Kelvra({"info"}).status, 2);
+  EXPECT_EQ(Kelvra({"save", "x.xyz"}).status, 2);
+  EXPECT_EQ(Kelvra({"--help"}).status, 0);
+  EXPECT_EQ(Kelvra({"info", "/nonexistent.laz"}).status, 1);
+}
+
+TEST(Generated, EveryFormatLoadsTheSameLandscape) {
+  const TempFolder folder;
+  std::vector<std::string> names = {"t.xyz", "t.pts"};
+#ifdef KELVRA_HAVE_LASLIB
+  names.insert(names.end(), {"t.las", "t.laz"});
+#endif
+  nlohmann::json first;
+  for (const std::string& name : names) {
+    ASSERT_EQ(Run("make_cloud", {folder / name, "--points", "5000"}).status, 0);
+    const nlohmann::json info = Kelvra({"info", "--json", folder / name}).Json();
+    EXPECT_EQ(info["points"], 5000) << name;
+    if (first.is_null()) first = info;
+    for (const char* corner : {"min", "max"})
+      for (int axis = 0; axis < 3; ++axis)
+        EXPECT_NEAR(info["bbox"][corner][axis].get<double>(), first["bbox"][corner][axis].get<double>(), 0.6)
+            << name;
+  }
+}
+
+} // namespace
+} // namespace cli_test

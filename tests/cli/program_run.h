@@ -1,0 +1,37 @@
+// Runs the built program and keeps what it printed.
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include <string>
+#include <vector>
+
+namespace cli_test {
+
+struct Result {
+  int status = -1; ///< exit status, 128 + signal when it was killed
+  std::string out, err;
+  nlohmann::json Json() const { return nlohmann::json::parse(out); }
+};
+
+/** Program of the build's bin folder ("kelvra", "make_cloud") with arguments, passed as they are. */
+Result Run(const std::string& program, const std::vector<std::string>& arguments);
+inline Result Kelvra(const std::vector<std::string>& arguments) {
+  return Run("kelvra", arguments);
+}
+
+/** Folder of its own for one test, removed with this object. */
+class TempFolder {
+public:
+  TempFolder();
+  ~TempFolder();
+  std::string operator/(const std::string& name) const { return path_ + "/" + name; }
+  /** Writes a file and returns its path. */
+  std::string Write(const std::string& name, const std::string& content) const;
+  static std::string Read(const std::string& path);
+
+private:
+  std::string path_;
+};
+
+} // namespace cli_test

@@ -1,0 +1,189 @@
+// Pictures as a user would judge them: where north and east are, which colours, what is hidden.
+#include "cli/program_run.h"
+#include "host/gl/image.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace cli_test {
+namespace {
+
+using host::gl::Image;
+
+/** A dense square patch of one colour, centred on (x, y) in file axes. */
+std::string Patch(double x, double y, double z, int r, int g, int b) {
+  std::string text;
+  for (int i = -10; i <= 10; ++i)
+    for (int j = -10; j <= 10; ++j)
+      text += std::to_string(x + i * 0.5) + " " + std::to_string(y + j * 0.5) + " " + std::to_string(z) +
+              " " + std::to_string(r) + " " + std::to_string(g) + " " + std::to_string(b) + "\n";
+  return text;
+}
+
+/** South-west of the middle red, east green, north blue. */
+std::string Compass() {
+  return Patch(0, 0, 0, 255, 0, 0) + Patch(80, 0, 0, 0, 255, 0) + Patch(0, 80, 0, 0, 0, 255);
+}
+
+struct Spot {
+  double x = 0, y = 0;
+  int count = 0;
+};
+
+/** Mean position of the pixels whose chosen channel stands out. */
+Spot Find(const Image& image, int channel) {
+  Spot spot;
+  for (int y = 0; y < image.height; ++y)
+    for (int x = 0; x < image.width; ++x) {
+      const std::uint8_t* pixel = image.At(x, y);
+      const int others = std::max(pixel[(channel + 1) % 3], pixel[(channel + 2) % 3]);
+      if (pixel[channel] < 200 || others > 60) continue;
+      spot.x += x;
+      spot.y += y;
+      ++spot.count;
+    }
+  if (spot.count) {
+    spot.x /= spot.count;
+    spot.y /= spot.count;
+  }
+  return spot;
+}
+
+Image Snapshot(std::vector<std::string> arguments, int expectedStatus = 0) {
+  const TempFolder folder;
+  const std::string picture = folder / "view.png";
+  arguments.insert(arguments.begin(), "snapshot");
+  arguments.insert(arguments.end(), {"-o", picture, "--size", "320x240"});
+  const Result result = Kelvra(arguments);
+  EXPECT_EQ(result.status, expectedStatus) << result.out << result.err;
+  Image image;
+  std::string error;
+  EXPECT_TRUE(host::gl::ReadPng(picture, &image, &error)) << error;
+  return image;
+}
+
+int Differing(const Image& image, std::uint8_t background) {
+  int count = 0;
+  for (int y = 0; y < image.height; ++y)
+    for (int x = 0; x < image.width; ++x) {
+      const std::uint8_t* p = image.At(x, y);
+      count += std::abs(p[0] - background) > 1 || std::abs(p[1] - background) > 1 ||
+               std::abs(p[2] - background) > 1;
+    }
+  return count;
+}
+
+TEST(Snapshot, NorthIsUpAndEastIsRight) {
+  const TempFolder folder;
+  const std::string cloud = folder.Write("compass.xyz", Compass());
+  const Image image = Snapshot({cloud, "--set", "point_size=3"});
+  const Spot origin = Find(image, 0), east = Find(image, 1), north = Find(image, 2);
+  ASSERT_GT(origin.count, 20);
+  ASSERT_GT(east.count, 20);
+  ASSERT_GT(north.count, 20);
+  EXPECT_GT(east.x, origin.x + 40);
+  EXPECT_NEAR(east.y, origin.y, 25);
+  EXPECT_LT(north.y, origin.y - 30);
+  EXPECT_NEAR(north.x, origin.x, 45);
+}
+
+TEST(Snapshot, FromTheNorthEastIsLeft) {
+  const TempFolder folder;
+  const std::string cloud = folder.Write("compass.xyz", Compass());
+  const Image image =
+      Snapshot({cloud, "--camera", "20,90,260", "--target", "20,0,30", "--set", "point_size=3"});
+  EXPECT_LT(Find(image, 1).x, Find(image, 0).x - 40);
+}
+
+TEST(Snapshot, HeightIsUpInThePicture) {
+  const TempFolder folder;
+  const std::string cloud = folder.Write("tower.xyz", Patch(0, 0, 0, 255, 0, 0) + Patch(0, 0, 60, 0, 255, 0) +
+                                                          Patch(30, 0, 0, 0, 0, 255));
+  const Image image =
+      Snapshot({cloud, "--camera", "0,30,-150", "--target", "0,30,0", "--set", "point_size=3"});
+  EXPECT_LT(Find(image, 1).y, Find(image, 0).y - 30);
+}
+
+TEST(Snapshot, CloudWithoutColoursIsShownByHeight) {
+  const TempFolder folder;
+  std::string text;
+  for (int i = 0; i < 2000; ++i)
+    text +=
+        std::to_string(i % 50) + " " + std::to_string(i / 50) + " " + std::to_string((i % 50) * 0.4) + "\n";
+  const std::string cloud = folder.Write("plain.xyz", text), picture = folder / "view.png";
+  const Result result =
+      Kelvra({"snapshot", cloud, "-o", picture, "--size", "320x240", "--set", "point_size=4"});
+  EXPECT_EQ(result.status, 0) << result.err;
+  EXPECT_NE(result.out.find("shown by height"), std::string::npos) << result.out;
+  Image image;
+  std::string error;
+  ASSERT_TRUE(host::gl::ReadPng(picture, &image, &error)) << error;
+  // Heights rise to the east, so the picture holds dark points on its left and bright ones on its right.
+  int brightRight = 0, darkLeft = 0;
+  for (int y = 0; y < image.height; ++y)
+    for (int x = 0; x < image.width; ++x) {
+      brightRight += x > 160 && image.At(x, y)[0] > 200;
+      darkLeft += x < 160 && image.At(x, y)[0] < 60;
+    }
+  EXPECT_GT(brightRight, 100);
+  EXPECT_GT(darkLeft, 100);
+}
+
+TEST(Snapshot, ClonesShareAndThinningHideOrRepeatPoints) {
+  const TempFolder folder;
+  const std::string cloud = folder.Write("patch.xyz", Patch(0, 0, 0, 255, 0, 0));
+  const std::vector<std::string> view = {cloud, "--camera", "0,200,-10", "--target", "0,0,0"};
+  const auto with = [&](std::vector<std::string> more) {
+    more.insert(more.begin(), view.begin(), view.end());
+    return Differing(Snapshot(more), 128);
+  };
+  const int plain = with({});
+  ASSERT_GT(plain, 100);
+  EXPECT_NEAR(with({"--clones", "3x1x1:40"}), 3 * plain, plain / 2);
+  EXPECT_NEAR(with({"--set", "1000=0.5"}), plain / 2, plain / 6);
+  EXPECT_LT(with({"--set", "thin_view=4"}), plain / 2);
+  EXPECT_EQ(with({"--set", "falloff_action=1", "--set", "falloff_center=1000 0 0"}), 0);
+}
+
+TEST(Snapshot, RefusedPartsOfDrawingLeaveAnEmptyPictureAndNoCrash) {
+  const TempFolder folder;
+  const std::string cloud = folder.Write("patch.xyz", Patch(0, 0, 0, 255, 0, 0));
+  for (const std::string fault :
+       {"vertexbuffer=1", "programfactory=1", "subbuffer=1", "compile=1", "temporaryblock=1"}) {
+    const Image image = Snapshot({cloud, "--fault", fault});
+    EXPECT_EQ(Differing(image, 128), 0) << fault;
+  }
+}
+
+TEST(Snapshot, WrongUseIsTold) {
+  const TempFolder folder;
+  const std::string cloud = folder.Write("patch.xyz", Patch(0, 0, 0, 255, 0, 0)),
+                    picture = folder / "view.png";
+  const struct {
+    std::vector<std::string> arguments;
+    const char* names;
+  } cases[] = {
+      {{"--size", "0x10"}, "--size"},
+      {{"--size", "wide"}, "--size"},
+      {{"--camera", "1,2"}, "--camera"},
+      {{"--camera", "1,2,3"}, "--target"},
+      {{"--clones", "2x2:5"}, "--clones"},
+      {{"--clones", "0x2x2:5"}, "--clones"},
+      {{"--set", "no_such_thing=1"}, "no_such_thing"},
+      {{"--set", "point_size"}, "point_size"},
+      {{"--set", "color_mode=red"}, "red"},
+      {{"--fov", "500"}, "--fov"},
+  };
+  for (const auto& c : cases) {
+    std::vector<std::string> arguments = {"snapshot", cloud, "-o", picture};
+    arguments.insert(arguments.end(), c.arguments.begin(), c.arguments.end());
+    const Result result = Kelvra(arguments);
+    EXPECT_EQ(result.status, 2) << c.names << result.out;
+    EXPECT_NE(result.err.find(c.names), std::string::npos) << result.err;
+  }
+  EXPECT_EQ(Kelvra({"snapshot", cloud, "-o", folder / "none/view.png"}).status, 1);
+}
+
+} // namespace
+} // namespace cli_test

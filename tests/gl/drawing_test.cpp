@@ -1,0 +1,81 @@
+#include "gl_fixture.h"
+
+namespace host::gl {
+namespace {
+
+class DrawingTest : public GlTest {};
+
+TEST_F(DrawingTest, PointsLandOnTheirPixels) {
+  auto factory = PlainProgram();
+  // Red: top left; green: bottom right; blue: right of the middle, one row down.
+  Draw(*factory, {{-0.875f, 0.75f, 0, 1, 0, 0}, {0.875f, -0.75f, 0, 0, 1, 0}, {0.125f, 0.25f, 0, 0, 0, 1}});
+  EXPECT_EQ(Rows(), (Strings{"1.......", "....4...", "........", ".......2"}));
+  Image opaque;
+  ASSERT_TRUE(target_->Read(3, &opaque, &error_)) << error_;
+  EXPECT_EQ(opaque.samples.size(), 3u * kWidth * kHeight);
+  EXPECT_EQ(opaque.At(7, 3)[1], 255);
+}
+
+TEST_F(DrawingTest, NearerPointsCoverFartherOnesInAnyOrder) {
+  auto factory = PlainProgram();
+  Draw(*factory, {{-0.875f, 0.75f, -0.5f, 1, 0, 0},
+                  {-0.875f, 0.75f, 0.5f, 0, 1, 0}, //
+                  {0.875f, 0.75f, 0.5f, 1, 0, 0},
+                  {0.875f, 0.75f, -0.5f, 0, 1, 0}});
+  EXPECT_EQ(Rows()[0], "1......2");
+  std::vector<float> depth;
+  ASSERT_TRUE(target_->ReadDepth(&depth, &error_)) << error_;
+  EXPECT_NEAR(depth[0], 0.25f, 1e-5f);
+  EXPECT_NEAR(depth[7], 0.25f, 1e-5f);
+  EXPECT_EQ(depth[8], 1.0f) << "the row below was cleared to the farthest";
+}
+
+TEST_F(DrawingTest, PointSizeIsTheSideOfASquare) {
+  auto factory = PlainProgram("3.0");
+  Draw(*factory, {{-0.625f, 0.25f, 0, 1, 0, 0}});
+  EXPECT_EQ(Rows(), (Strings{"111.....", "111.....", "111.....", "........"}));
+}
+
+TEST_F(DrawingTest, SizeOfZeroOrLessHidesThePoint) {
+  for (const char* size : {"0.0", "-1.0", "0"}) {
+    auto factory = PlainProgram(size);
+    Draw(*factory, {{0.125f, 0.25f, 0, 1, 0, 0}});
+    EXPECT_EQ(Rows(), Strings(kHeight, "........")) << size;
+  }
+}
+
+TEST_F(DrawingTest, VerticesThatWriteNothingAreOutsideTheView) {
+  auto factory = NewFactory();
+  BeginBody(*factory);
+  factory->AddLine(Stage::Vertex, "if (iposition.x > 0.0) return;");
+  factory->AddLine(Stage::Vertex, "oposition = vec4(iposition, 1.0); ocolor = vec4(1.0);");
+  factory->AddLine(Stage::Fragment, "ocolor = vec4(icolor.rgb, 1.0);");
+  ASSERT_TRUE(factory->CompilePrograms()) << factory->LastError();
+  Draw(*factory, {{-0.125f, 0.75f, 0, 0, 0, 0}, {0.125f, 0.75f, 0, 0, 0, 0}});
+  EXPECT_EQ(Rows(), (Strings{"...7....", "........", "........", "........"}));
+}
+
+TEST_F(DrawingTest, TransformMatrixIsGivenByColumns) {
+  auto factory = PlainProgram();
+  const float shift[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0.5f, -1, 0, 1};
+  Draw(*factory, {{-0.875f, 0.75f, 0, 1, 1, 1}}, 5, shift);
+  EXPECT_EQ(Rows(), (Strings{"........", "........", "..7.....", "........"}));
+}
+
+TEST_F(DrawingTest, TriangleStripsFillWhatTheyCover) {
+  auto factory = PlainProgram();
+  Draw(*factory, {{-1, 1, 0, 1, 1, 1}, {0, 1, 0, 1, 1, 1}, {-1, 0, 0, 1, 1, 1}, {0, 0, 0, 1, 1, 1}}, 8);
+  EXPECT_EQ(Rows(), (Strings{"7777....", "7777....", "........", "........"}));
+}
+
+TEST_F(DrawingTest, MultisampledTargetsAreResolvedForReading) {
+  target_ = Framebuffer::Create(context_, kWidth, kHeight, 4, &error_);
+  ASSERT_TRUE(target_) << error_;
+  ASSERT_TRUE(target_->Clear(0, 0, 0, 0, &error_));
+  auto factory = PlainProgram("2.0");
+  Draw(*factory, {{-0.75f, 0.5f, 0, 1, 0, 0}});
+  EXPECT_EQ(Rows(), (Strings{"11......", "11......", "........", "........"}));
+}
+
+} // namespace
+} // namespace host::gl

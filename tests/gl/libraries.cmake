@@ -1,0 +1,1 @@
+set(libraries host_gl)

@@ -1,0 +1,82 @@
+// The boundaries between the layers, kept true: who includes whom, and what the module lets out.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <regex>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Include {
+  std::string file, target;
+};
+
+std::vector<Include> IncludesOf(const std::string& folder) {
+  std::vector<Include> includes;
+  const std::regex pattern("^\\s*#\\s*include\\s*[<\"]([^>\"]+)[>\"].*");
+  for (const auto& entry : fs::recursive_directory_iterator(fs::path(KELVRA_SOURCE_DIR) / folder)) {
+    const std::string suffix = entry.path().extension().string();
+    if (!entry.is_regular_file() || (suffix != ".h" && suffix != ".cpp" && suffix != ".inc")) continue;
+    std::ifstream file(entry.path());
+    std::string line;
+    std::smatch match;
+    while (std::getline(file, line))
+      if (std::regex_match(line, match, pattern)) includes.push_back({entry.path().string(), match[1]});
+  }
+  return includes;
+}
+
+void ExpectNone(const std::string& folder, const std::regex& forbidden) {
+  const std::vector<Include> includes = IncludesOf(folder);
+  EXPECT_GT(includes.size(), 10u) << folder;
+  for (const Include& include : includes)
+    EXPECT_FALSE(std::regex_search(include.target, forbidden))
+        << include.file << " includes " << include.target;
+}
+
+TEST(Layers, NobodyReachesAcrossTheSeam) {
+  ExpectNone("source", std::regex("^(\\.\\./)*(host|cli|tools)/|c4d_os\\.h|c4d_fence\\.h|^GL/|epoxy"));
+  ExpectNone("sdk", std::regex("^(\\.\\./)*(host|source|cli|object|text|shader|videopost|net)/"));
+  ExpectNone(
+      "host",
+      std::regex("^(\\.\\./)*(source|object|text|shader|videopost|net|cli)/|otallyframe|vpkelvrarender"));
+  ExpectNone("cli", std::regex("^(\\.\\./)*(source|object|text|shader|videopost|net)/|c4d_os\\.h"));
+}
+
+TEST(Layers, HostKnowsNothingOfPointClouds) {
+  // Neither the module's names nor its plug-in numbers.
+  const std::regex forbidden(
+      "kelvra|1037074|1037077|1037178|1037078|1037072|10376\\d\\d|point ?cloud|\\blas(z|lib)?\\b",
+      std::regex::icase);
+  for (const auto& entry : fs::recursive_directory_iterator(fs::path(KELVRA_SOURCE_DIR) / "host")) {
+    const std::string suffix = entry.path().extension().string();
+    if (!entry.is_regular_file() || (suffix != ".h" && suffix != ".cpp")) continue;
+    std::ifstream file(entry.path());
+    std::string line;
+    for (int number = 1; std::getline(file, line); ++number)
+      EXPECT_FALSE(std::regex_search(line, forbidden)) << entry.path() << ":" << number << ": " << line;
+  }
+}
+
+TEST(Layers, ModuleExportsOnlyItsEntry) {
+  const std::string module = std::string(KELVRA_BIN_DIR) + "/kelvra.so";
+  ASSERT_TRUE(fs::exists(module));
+  std::FILE* list = popen(("nm -D --defined-only '" + module + "'").c_str(), "r");
+  ASSERT_NE(list, nullptr);
+  std::set<std::string> names;
+  std::array<char, 4096> line;
+  char address[64], kind[8], name[2048];
+  while (std::fgets(line.data(), line.size(), list))
+    if (std::sscanf(line.data(), "%63s %7s %2047s", address, kind, name) == 3) names.insert(name);
+  ASSERT_EQ(pclose(list), 0);
+  EXPECT_EQ(names, std::set<std::string>{"c4d_main"});
+}
+
+} // namespace

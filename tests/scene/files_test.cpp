@@ -1,0 +1,203 @@
+#include "scene/scratch.h"
+
+#include "c4d.h"
+#include "host/application.h"
+
+#include <algorithm>
+#include <set>
+
+namespace {
+
+Filename Name(const std::string& path) {
+  return Filename(String(path.c_str(), STRINGENCODING_UTF8));
+}
+
+class Files : public Scratch {
+protected:
+  host::Application application_;
+};
+
+TEST_F(Files, PiecesOfEverySizeReadBackWhateverTheBufferHolds) {
+  std::string data(1 << 20, '\0');
+  for (std::size_t i = 0; i < data.size(); ++i) data[i] = (char)(i * 2654435761u >> 11);
+  const VLONG sizes[] = {1, 7, 4096, 262143, 262144, 262145, 300000};
+  const std::string path = Path("\xc3\xa4\xe6\x97\xa5.bin");
+  AutoAlloc<BaseFile> out;
+  ASSERT_TRUE(out->Open(Name(path), FILEOPEN_WRITE));
+  std::size_t done = 0;
+  for (int i = 0; done < data.size(); ++i) {
+    const VLONG size = std::min<VLONG>(sizes[i % 7], (VLONG)(data.size() - done));
+    ASSERT_TRUE(out->WriteBytes(&data[done], size));
+    done += (std::size_t)size;
+    ASSERT_EQ(out->GetPosition(), (LLONG)done);
+  }
+  ASSERT_TRUE(out->Close());
+  EXPECT_TRUE(Bytes(path) == data);
+
+  AutoAlloc<BaseFile> in;
+  ASSERT_TRUE(in->Open(Name(path)));
+  EXPECT_EQ(in->GetLength(), (LLONG)data.size());
+  std::string back(data.size() + 1, '\0');
+  for (LLONG at : {(LLONG)900000, (LLONG)3, (LLONG)262000, (LLONG)0}) {
+    ASSERT_TRUE(in->Seek(at, FILESEEK_START));
+    VLONG size = std::min<VLONG>(500000, (VLONG)data.size() - (VLONG)at);
+    ASSERT_EQ(in->ReadBytes(&back[0], size), size);
+    EXPECT_EQ(data.compare((std::size_t)at, (std::size_t)size, back, 0, (std::size_t)size), 0) << at;
+  }
+}
+
+TEST_F(Files, TheEndIsAnErrorOnlyWhenAllWasNeeded) {
+  PutBytes(Path("ten"), "0123456789");
+  char buffer[32];
+  AutoAlloc<BaseFile> file;
+  ASSERT_TRUE(file->Open(Name(Path("ten"))));
+  ASSERT_TRUE(file->Seek(6));
+  EXPECT_EQ(file->TryReadBytes(buffer, 20), 4);
+  EXPECT_EQ(file->GetError(), FILEERROR_NONE);
+  EXPECT_EQ(file->TryReadBytes(buffer, 20), 0);
+  ASSERT_TRUE(file->Seek(-2));
+  EXPECT_EQ(file->ReadBytes(buffer, 3), 2);
+  EXPECT_EQ(file->GetError(), FILEERROR_READ);
+  EXPECT_FALSE(file->Seek(-11));
+  EXPECT_FALSE(file->Seek(11, FILESEEK_START));
+  EXPECT_FALSE(file->WriteBytes("x", 1)) << "opened for reading";
+}
+
+TEST_F(Files, AppendingAndOverwritingMixWithReading) {
+  PutBytes(Path("mixed"), "abcdef");
+  AutoAlloc<BaseFile> end;
+  ASSERT_TRUE(end->Open(Name(Path("mixed")), FILEOPEN_APPEND));
+  ASSERT_TRUE(end->WriteBytes("gh", 2));
+  ASSERT_TRUE(end->Close());
+  AutoAlloc<BaseFile> both;
+  char read[9] = {};
+  ASSERT_TRUE(both->Open(Name(Path("mixed")), FILEOPEN_READWRITE));
+  ASSERT_EQ(both->ReadBytes(read, 2), 2);
+  ASSERT_TRUE(both->WriteBytes("XY", 2));
+  ASSERT_EQ(both->ReadBytes(read + 2, 1), 1);
+  ASSERT_TRUE(both->Seek(0, FILESEEK_START));
+  ASSERT_EQ(both->ReadBytes(read, 8), 8);
+  EXPECT_STREQ(read, "abXYefgh");
+  ASSERT_TRUE(both->Close());
+  EXPECT_EQ(Bytes(Path("mixed")), "abXYefgh");
+}
+
+TEST_F(Files, AFullDiskIsToldAndSticks) {
+  AutoAlloc<BaseFile> file;
+  ASSERT_TRUE(file->Open(Name(Path("full")), FILEOPEN_WRITE));
+  ASSERT_TRUE(file->WriteBytes("buffered", 8));
+  application_.GetFaults().FailAt(host::Fault::FileWrite, 1);
+  EXPECT_FALSE(file->Close()) << "what was buffered did not arrive";
+  EXPECT_EQ(file->GetError(), FILEERROR_WRITE);
+
+  const std::string large(1 << 20, 'x');
+  ASSERT_TRUE(file->Open(Name(Path("full")), FILEOPEN_WRITE));
+  application_.GetFaults().FailAt(host::Fault::FileWrite, 1);
+  EXPECT_FALSE(file->WriteBytes(large.data(), (VLONG)large.size()));
+  EXPECT_FALSE(file->WriteBytes("x", 1)) << "a gap would be left";
+  EXPECT_FALSE(file->Close());
+}
+
+TEST_F(Files, WhatIsNoFileDoesNotOpen) {
+  AutoAlloc<BaseFile> file;
+  for (const std::string& path : {std::string(), Path("missing"), folder_.string(), std::string("/dev/null")}) {
+    EXPECT_FALSE(file->Open(Name(path))) << path;
+    EXPECT_EQ(file->GetError(), FILEERROR_OPEN);
+    EXPECT_EQ(file->TryReadBytes(&file, 1), 0);
+  }
+  EXPECT_FALSE(file->Close());
+}
+
+TEST_F(Files, FoldersAreListedByName) {
+  PutBytes(Path("\xc3\xbc.las"), "12345");
+  PutBytes(Path(".hidden"), "");
+  std::filesystem::create_directory(folder_ / "inner");
+  AutoAlloc<BrowseFiles> listing;
+  listing->Init(Name(folder_.string()), 0);
+  std::set<std::string> seen;
+  while (listing->GetNext()) {
+    CHAR* name = listing->GetFilename().GetString().GetCStringCopy(STRINGENCODING_UTF8);
+    seen.insert(std::string(name) + (listing->IsDir() ? "/" : "") + (listing->IsHidden() ? " hidden " : " ") +
+                std::to_string(listing->GetSize()));
+    GeFree(name);
+  }
+  EXPECT_EQ(seen, (std::set<std::string>{"\xc3\xbc.las 5", ".hidden hidden 0", "inner/ 0"}));
+  listing->Init(Name(Path("missing")), 0);
+  EXPECT_FALSE(listing->GetNext());
+}
+
+TEST_F(Files, ExistKillAndRenameTellFilesFromFolders) {
+  PutBytes(Path("a"), "a");
+  PutBytes(Path("b"), "b");
+  EXPECT_TRUE(GeFExist(Name(Path("a"))));
+  EXPECT_FALSE(GeFExist(Name(Path("a")), TRUE));
+  EXPECT_FALSE(GeFExist(Name(folder_.string())));
+  EXPECT_TRUE(GeFExist(Name(folder_.string()), TRUE));
+  EXPECT_FALSE(GeFKill(Name(folder_.string())));
+  EXPECT_TRUE(GeFRename(Name(Path("a")), Name(Path("b"))));
+  EXPECT_EQ(Bytes(Path("b")), "a");
+  EXPECT_TRUE(GeFKill(Name(Path("b"))));
+  EXPECT_FALSE(GeFKill(Name(Path("b"))));
+  EXPECT_FALSE(GeFRename(Name(Path("b")), Name(Path("c"))));
+}
+
+// ---------------------------------------------------------------------------------------------------------------
+
+TEST_F(Files, OwnStreamsKeepChunksAndSkipUnknownOnes) {
+  AutoAlloc<HyperFile> out;
+  ASSERT_TRUE(out->Open(4711, Name(Path("own")), FILEOPEN_WRITE, FILEDIALOG_NONE));
+  const SReal reals[3] = {1, 2, 3};
+  ASSERT_TRUE(out->WriteChunkStart(1, 0));
+  ASSERT_TRUE(out->WriteChunkStart(99, 5));
+  ASSERT_TRUE(out->WriteArray(reals, HYPERFILEARRAY_SREAL, 4, 3));
+  ASSERT_TRUE(out->WriteString("unknown to the reader"));
+  ASSERT_TRUE(out->WriteChunkEnd());
+  ASSERT_TRUE(out->WriteLong(12));
+  ASSERT_TRUE(out->WriteChunkEnd());
+  ASSERT_TRUE(out->Close());
+
+  AutoAlloc<HyperFile> in;
+  LONG id = 0, level = 0, number = 0;
+  ASSERT_TRUE(in->Open(4711, Name(Path("own")), FILEOPEN_READ, FILEDIALOG_NONE));
+  ASSERT_TRUE(in->ReadChunkStart(&id, &level));
+  ASSERT_TRUE(in->ReadChunkStart(&id, &level));
+  EXPECT_EQ(id, 99);
+  EXPECT_EQ(level, 5);
+  ASSERT_TRUE(in->SkipToEndChunk());
+  ASSERT_TRUE(in->ReadChunkEnd());
+  ASSERT_TRUE(in->ReadLong(&number));
+  EXPECT_EQ(number, 12);
+  ASSERT_TRUE(in->ReadChunkEnd());
+  EXPECT_TRUE(in->Close());
+}
+
+TEST_F(Files, OwnStreamsRefuseWrongUse) {
+  LONG n = 0;
+  AutoAlloc<HyperFile> out;
+  EXPECT_FALSE(out->WriteLong(1));
+  AutoAlloc<HyperFile> outside;
+  ASSERT_TRUE(outside->Open(1, Name(Path("s")), FILEOPEN_WRITE, FILEDIALOG_NONE));
+  EXPECT_FALSE(outside->WriteLong(1));
+  EXPECT_EQ(outside->GetError(), FILEERROR_VALUE_NO_CHUNK);
+  EXPECT_FALSE(outside->Close());
+  EXPECT_EQ(FilesInFolder(), 0u) << "a stream with an error leaves no file";
+
+  AutoAlloc<HyperFile> open;
+  ASSERT_TRUE(open->Open(1, Name(Path("s")), FILEOPEN_WRITE, FILEDIALOG_NONE));
+  ASSERT_TRUE(open->WriteChunkStart(1, 0));
+  EXPECT_FALSE(open->Close());
+  EXPECT_EQ(open->GetError(), FILEERROR_CHUNK_NUMBER);
+
+  AutoAlloc<HyperFile> mixed, good, other, ended;
+  ASSERT_TRUE(mixed->Open(1, Name(Path("s")), FILEOPEN_WRITE, FILEDIALOG_NONE));
+  ASSERT_TRUE(mixed->WriteChunkStart(1, 0) && mixed->WriteChunkEnd());
+  EXPECT_FALSE(mixed->ReadLong(&n));
+  EXPECT_FALSE(mixed->Close());
+  ASSERT_TRUE(good->Open(1, Name(Path("s")), FILEOPEN_WRITE, FILEDIALOG_NONE));
+  ASSERT_TRUE(good->WriteChunkStart(1, 0) && good->WriteChunkEnd() && good->Close());
+  EXPECT_FALSE(other->Open(2, Name(Path("s")), FILEOPEN_READ, FILEDIALOG_NONE));
+  EXPECT_EQ(other->GetError(), FILEERROR_OPEN);
+  EXPECT_FALSE(ended->Open(1, Name(Path("s")), FILEOPEN_APPEND, FILEDIALOG_NONE));
+}
+
+} // namespace

@@ -1,0 +1,399 @@
+#include "scene/scratch.h"
+#include "scene/test_plugins.h"
+
+#include "host/application.h"
+#include "host/scene/checksum.h"
+#include "host/scene/scene_file.h"
+#include "host/stream_visitor.h"
+#include "host/viewport.h"
+
+#include <algorithm>
+#include <memory>
+
+using host::Application;
+
+namespace {
+
+class SceneFile : public Scratch {
+protected:
+  void SetUp() override {
+    Scratch::SetUp();
+    twist = Twist::None;
+    Start(true);
+  }
+  void TearDown() override {
+    application_.reset();
+    Scratch::TearDown();
+  }
+
+  /** Another run of the application, with or without the plug-ins. */
+  void Start(bool plugins) {
+    application_.reset();
+    application_.reset(new Application);
+    if (plugins) {
+      ASSERT_TRUE(RegisterPayloads());
+    }
+  }
+
+  static BaseObject* Add(BaseDocument* doc, LONG type, const char* name, BaseObject* parent = NULL,
+                         BaseObject* pred = NULL) {
+    BaseObject* op = BaseObject::Alloc(type);
+    EXPECT_NE(op, nullptr);
+    op->SetName(String(name));
+    doc->InsertObject(op, parent, pred);
+    return op;
+  }
+
+  /** Root -> (First -> Inner, Second): links run forward, back, to the node itself and to a video post. */
+  BaseDocument* MakeDocument() {
+    BaseDocument* doc = application_->NewDocument();
+    BaseObject* root = Add(doc, Onull, "Root");
+    BaseObject* first = Add(doc, kPayloadObject, "F\xc3\xafrst", root);
+    BaseObject* inner = Add(doc, Onull, "Inner", first);
+    BaseObject* second = Add(doc, kPayloadObject, "Second", root, first);
+    first->SetMl(Matrix(Vector(1, 2, 3), Vector(0, 1, 0), Vector(1, 0, 0), Vector(0, 0, 2)));
+    first->GetDataInstance()->SetReal(1000, 0.25);
+    first->GetDataInstance()->SetLink(2000, second);
+    inner->GetDataInstance()->SetLink(2000, root);
+    Payload& data = PayloadOf(first);
+    data.number = 17;
+    data.text = String("\xe6\x97\xa5");
+    data.reals = {1.5f, -2.5f, 1e-40f};
+    data.extra.SetLink(1, first);
+    data.extra.SetLink(2, second);
+    RenderData* settings = doc->GetActiveRenderData();
+    BaseVideoPost* post = BaseVideoPost::Alloc(kPayloadPost);
+    ((PayloadPost*)post->GetNodeData())->number = 99;
+    settings->InsertVideoPostLast(post);
+    post->GetDataInstance()->SetLink(1003, first);
+    second->GetDataInstance()->SetLink(2000, post);
+    BaseContainer general = doc->GetData(DOCUMENTSETTINGS_GENERAL);
+    general.SetString(4000, "setting");
+    doc->SetData(DOCUMENTSETTINGS_GENERAL, general);
+    doc->SetTime(BaseTime(7, 25));
+    return doc;
+  }
+
+  std::string Save(BaseDocument* doc, const std::string& name) {
+    std::string error;
+    EXPECT_TRUE(application_->SaveScene(doc, Path(name), &error)) << error;
+    return Bytes(Path(name));
+  }
+  BaseDocument* Load(const std::string& name) {
+    std::string error;
+    BaseDocument* doc = application_->LoadScene(Path(name), &error);
+    EXPECT_NE(doc, nullptr) << error;
+    return doc;
+  }
+  /** The line of a load that must fail, without the file's name. */
+  std::string Refusal(const std::string& bytes) {
+    host::ByteSource source;
+    std::string error;
+    EXPECT_TRUE(source.OpenMemory(bytes.data(), bytes.size()));
+    BaseDocument* doc = host::ReadSceneStream(source, &error);
+    EXPECT_EQ(doc, nullptr);
+    if (doc) BaseDocument::Free(doc);
+    EXPECT_FALSE(error.empty());
+    EXPECT_EQ(error.find('\n'), std::string::npos);
+    return error;
+  }
+  /** Gives changed bytes the length and checksum that belong to them. */
+  static std::string Sealed(std::string bytes) {
+    const std::uint64_t length = bytes.size();
+    std::memcpy(&bytes[length - 16], &length, 8);
+    host::Checksum checksum;
+    checksum.Update(bytes.data(), (std::size_t)length - 8);
+    const std::uint64_t value = checksum.Value();
+    std::memcpy(&bytes[length - 8], &value, 8);
+    return bytes;
+  }
+
+  std::unique_ptr<Application> application_;
+};
+
+TEST_F(SceneFile, EverythingComesBack) {
+  const std::string saved = Save(MakeDocument(), "a.scene");
+  BaseDocument* doc = Load("a.scene");
+  ASSERT_NE(doc, nullptr);
+  BaseObject* root = doc->GetFirstObject();
+  BaseObject* first = root->GetDown();
+  BaseObject* second = first->GetNext();
+  EXPECT_EQ(Text(root->GetName()), "Root");
+  EXPECT_EQ(root->GetNext(), nullptr);
+  EXPECT_EQ(Text(first->GetName()), "F\xc3\xafrst");
+  EXPECT_EQ(Text(first->GetDown()->GetName()), "Inner");
+  EXPECT_EQ(second->GetNext(), nullptr);
+  EXPECT_EQ(first->GetMl(), Matrix(Vector(1, 2, 3), Vector(0, 1, 0), Vector(1, 0, 0), Vector(0, 0, 2)));
+  EXPECT_EQ(first->GetDataInstance()->GetReal(1000), 0.25);
+  EXPECT_EQ(second->GetDataInstance()->GetReal(1000), 0.5);
+
+  const Payload& data = PayloadOf(first);
+  EXPECT_EQ(data.number, 17);
+  EXPECT_EQ(Text(data.text), "\xe6\x97\xa5");
+  EXPECT_EQ(data.reals, (std::vector<SReal>{1.5f, -2.5f, 1e-40f}));
+  EXPECT_EQ(data.levelRead, 3) << "the disk level of the registration";
+
+  BaseVideoPost* post = doc->GetActiveRenderData()->GetFirstVideoPost();
+  ASSERT_NE(post, nullptr);
+  EXPECT_EQ(((PayloadPost*)post->GetNodeData())->number, 99);
+  EXPECT_EQ(first->GetDataInstance()->GetLink(2000, doc), second);
+  EXPECT_EQ(second->GetDataInstance()->GetLink(2000, doc), post);
+  EXPECT_EQ(first->GetDown()->GetDataInstance()->GetLink(2000, doc), root);
+  EXPECT_EQ(post->GetDataInstance()->GetLink(1003, doc), first);
+  EXPECT_EQ(data.extra.GetLink(1, doc), first);
+  EXPECT_EQ(data.extra.GetLink(2, doc), second);
+  EXPECT_EQ(Text(doc->GetData(DOCUMENTSETTINGS_GENERAL).GetString(4000)), "setting");
+  EXPECT_EQ(doc->GetTime(), BaseTime(7, 25));
+
+  EXPECT_TRUE(Save(doc, "b.scene") == saved) << "the same scene gives the same bytes";
+}
+
+TEST_F(SceneFile, NodesOfMissingPlugInsAreKeptWithTheirDataAndLinks) {
+  const std::string saved = Save(MakeDocument(), "a.scene");
+  Start(false);
+  BaseDocument* doc = Load("a.scene");
+  ASSERT_NE(doc, nullptr);
+  EXPECT_EQ(Text(doc->GetFirstObject()->GetDown()->GetName()), "F\xc3\xafrst");
+  int named = 0;
+  for (const std::string& line : application_->GetConsole().Lines())
+    named += line.find(std::to_string(kPayloadObject)) != std::string::npos;
+  EXPECT_EQ(named, 1) << "one line for the type, however many nodes";
+  EXPECT_TRUE(Save(doc, "b.scene") == saved);
+
+  Start(true);
+  doc = Load("b.scene");
+  BaseObject* first = doc->GetFirstObject()->GetDown();
+  EXPECT_EQ(PayloadOf(first).number, 17);
+  EXPECT_EQ(PayloadOf(first).extra.GetLink(2, doc), first->GetNext());
+}
+
+TEST_F(SceneFile, ClonesTravelWithTheirTag) {
+  BaseDocument* doc = application_->NewDocument();
+  BaseObject* carrier = Add(doc, Onull, "Cloner");
+  const std::vector<Matrix> matrices = {MatrixMove(Vector(1, 2, 3)), MatrixScale(Vector(4, 5, 6))};
+  ASSERT_TRUE(host::SetClones(carrier, matrices, {1, 3}));
+  const std::string saved = Save(doc, "a.scene");
+  doc = Load("a.scene");
+  BaseTag* tag = doc->GetFirstObject()->GetTag(ID_MOTAGDATA);
+  ASSERT_NE(tag, nullptr);
+  GetMoDataMessage message;
+  ASSERT_TRUE(tag->Message(MSG_GET_MODATA, &message));
+  ASSERT_NE(message.modata, nullptr);
+  EXPECT_EQ(message.modata->GetCount(), 2);
+  const MDArray<Matrix> loaded = message.modata->GetMatrixArray(MODATA_MATRIX);
+  EXPECT_EQ(loaded[0], matrices[0]);
+  EXPECT_EQ(loaded[1], matrices[1]);
+  EXPECT_EQ(message.modata->GetLongArray(MODATA_FLAGS)[1], 3);
+  EXPECT_TRUE(Save(doc, "b.scene") == saved);
+}
+
+TEST_F(SceneFile, ATruncatedFileIsRefusedAtEveryLength) {
+  const std::string saved = Save(MakeDocument(), "a.scene");
+  for (std::size_t size = 0; size < saved.size(); ++size) Refusal(saved.substr(0, size));
+  EXPECT_EQ(Refusal(saved.substr(0, saved.size() - 1)),
+            "offset " + std::to_string(saved.size() - 21) + ": found 02 48 45 4e, expected the end mark \"HEND\": " +
+                "the file is truncated or damaged");
+}
+
+TEST_F(SceneFile, AChangedBitIsNeverLoaded) {
+  const std::string saved = Save(MakeDocument(), "a.scene");
+  for (std::size_t at = 0; at < saved.size(); ++at) {
+    std::string bytes = saved;
+    bytes[at] = (char)(bytes[at] ^ (1 << (at % 8)));
+    Refusal(bytes);
+  }
+}
+
+TEST_F(SceneFile, WellSealedNonsenseDoesNoHarm) {
+  const std::string saved = Save(MakeDocument(), "a.scene");
+  unsigned random = 1;
+  for (std::size_t at = 12; at < saved.size() - 20; ++at) {
+    std::string bytes = saved;
+    random = random * 1664525u + 1013904223u;
+    bytes[at] = (char)(random >> 24);
+    bytes = Sealed(bytes);
+    host::ByteSource source;
+    std::string error;
+    ASSERT_TRUE(source.OpenMemory(bytes.data(), bytes.size()));
+    BaseDocument* doc = host::ReadSceneStream(source, &error);
+    EXPECT_EQ(doc == NULL, !error.empty());
+    if (doc) BaseDocument::Free(doc);
+  }
+}
+
+TEST_F(SceneFile, EachFaultOfTheFrameHasItsOwnLine) {
+  const std::string saved = Save(MakeDocument(), "a.scene");
+  const auto changed = [&](std::size_t at, const std::string& bytes) {
+    std::string all = saved;
+    return all.replace(at, bytes.size(), bytes);
+  };
+  EXPECT_EQ(Refusal(changed(0, "LASF")), "offset 0: found \"LASF\", expected \"HSCN\": this is no scene file");
+  EXPECT_EQ(Refusal(changed(4, std::string("\2\0\0\0", 4))),
+            "offset 4: found format version 2, expected version 1 to 1: a newer program wrote this file");
+  EXPECT_NE(Refusal(changed(8, "xxxx")).find("offset 8: found ident"), std::string::npos);
+  EXPECT_NE(Refusal(saved.substr(0, 100) + saved.substr(101)).find("a length of " + std::to_string(saved.size())),
+            std::string::npos);
+  EXPECT_NE(Refusal(changed(saved.size() - 8, "????????")).find("checksum 3f3f3f3f3f3f3f3f, expected"),
+            std::string::npos);
+  EXPECT_NE(Refusal("").find("truncated"), std::string::npos);
+  EXPECT_NE(Refusal(Sealed(saved.substr(0, saved.size() - 20) + "x" + saved.substr(saved.size() - 20)))
+                .find("found 1 more bytes"),
+            std::string::npos);
+  EXPECT_NE(Refusal(changed(12, std::string(1, '\x63'))).find("checksum shows that the file is damaged"),
+            std::string::npos);
+}
+
+TEST_F(SceneFile, AFailedLoadLeavesTheOpenDocumentAlone) {
+  BaseDocument* doc = MakeDocument();
+  const std::string saved = Save(doc, "a.scene");
+  PutBytes(Path("bad.scene"), saved.substr(0, saved.size() / 2));
+  const host::LiveCounts before = application_->Live();
+  std::string error;
+  EXPECT_EQ(application_->LoadScene(Path("bad.scene"), &error), nullptr);
+  EXPECT_EQ(error.find(Path("bad.scene") + ": offset "), 0u) << error;
+  EXPECT_EQ(application_->LoadScene(Path("missing.scene"), &error), nullptr);
+  EXPECT_EQ(error, Path("missing.scene") + ": No such file or directory");
+  EXPECT_EQ(GetActiveDocument(), doc);
+  EXPECT_EQ(application_->Live().nodes, before.nodes);
+  EXPECT_EQ(application_->Live().nodeData, before.nodeData);
+}
+
+TEST_F(SceneFile, AFullDiskAtAnyWriteKeepsTheOldScene) {
+  BaseDocument* doc = MakeDocument();
+  const std::string old = Save(doc, "a.scene");
+  PayloadOf(doc->GetFirstObject()->GetDown()).reals.assign(300000, 1.0f); // several writes
+  int failures = 0;
+  for (int n = 1; n < 100; ++n) {
+    std::string error;
+    application_->GetFaults().FailAt(host::Fault::FileWrite, n);
+    const bool saved = application_->SaveScene(doc, Path("a.scene"), &error);
+    application_->GetFaults().Clear();
+    EXPECT_EQ(FilesInFolder(), 1u) << "no temporary file stays";
+    if (saved) break;
+    ++failures;
+    EXPECT_NE(error.find("No space left on device"), std::string::npos) << error;
+    EXPECT_EQ(error.find(Path("a.scene") + ": "), 0u) << error;
+    EXPECT_TRUE(Bytes(Path("a.scene")) == old) << n;
+  }
+  EXPECT_GE(failures, 5);
+  EXPECT_GT(Bytes(Path("a.scene")).size(), 1200000u);
+}
+
+TEST_F(SceneFile, WhatCannotBeReplacedIsRefusedBeforeWriting) {
+  BaseDocument* doc = MakeDocument();
+  std::filesystem::create_directory(folder_ / "folder");
+  for (const std::string& path : {folder_.string(), Path("folder"), std::string("/dev/null"), Path("no/such/a.scene")}) {
+    std::string error;
+    EXPECT_FALSE(application_->SaveScene(doc, path, &error)) << path;
+    EXPECT_EQ(error.find(path + ": "), 0u) << error;
+  }
+  PutBytes(Path("target"), "old");
+  std::filesystem::create_symlink(Path("target"), Path("link"));
+  Save(doc, "link");
+  EXPECT_TRUE(std::filesystem::is_symlink(Path("link"))) << "a link stays one, its target is replaced";
+  EXPECT_EQ(Bytes(Path("target")).substr(0, 4), "HSCN");
+}
+
+TEST_F(SceneFile, PlugInsThatMisbehaveWhileSavingFailTheSaveByName) {
+  BaseDocument* doc = MakeDocument();
+  const std::string old = Save(doc, "a.scene");
+  const struct {
+    Twist twist;
+    const char* text;
+  } cases[] = {{Twist::RefuseWrite, "its plug-in refuses to write its data"},
+               {Twist::IgnoreWriteError, "array of 3 32-bit integers"},
+               {Twist::LeaveChunkOpen, "leaves 1 chunks open"},
+               {Twist::EndForeignChunk, "a chunk was ended that was not begun"}};
+  for (const auto& c : cases) {
+    std::string error;
+    twist = c.twist;
+    EXPECT_FALSE(application_->SaveScene(doc, Path("a.scene"), &error));
+    EXPECT_NE(error.find("object \"F\xc3\xafrst\" (type 1099001): "), std::string::npos) << error;
+    EXPECT_NE(error.find(c.text), std::string::npos) << error;
+    EXPECT_TRUE(Bytes(Path("a.scene")) == old);
+  }
+}
+
+TEST_F(SceneFile, PlugInsThatMisbehaveWhileLoadingFailTheLoadByNameAndOffset) {
+  Save(MakeDocument(), "a.scene");
+  for (const Twist t : {Twist::RefuseRead, Twist::ReadTooMuch}) {
+    std::string error;
+    twist = t;
+    EXPECT_EQ(application_->LoadScene(Path("a.scene"), &error), nullptr);
+    EXPECT_NE(error.find("object \"F\xc3\xafrst\" (type 1099001): offset "), std::string::npos) << error;
+    EXPECT_EQ(error.find("damaged"), std::string::npos) << "the file is as it was written: " << error;
+    if (t == Twist::ReadTooMuch) {
+      EXPECT_NE(error.find("found end of chunk, expected 32-bit integer"), std::string::npos) << error;
+    }
+  }
+}
+
+TEST_F(SceneFile, WhatAnOlderPlugInLeavesUnreadIsSkipped) {
+  Save(MakeDocument(), "a.scene");
+  twist = Twist::ReadLess;
+  BaseDocument* doc = Load("a.scene");
+  ASSERT_NE(doc, nullptr);
+  BaseObject* first = doc->GetFirstObject()->GetDown();
+  EXPECT_EQ(PayloadOf(first).number, 17);
+  EXPECT_EQ(Text(first->GetDown()->GetName()), "Inner");
+}
+
+TEST_F(SceneFile, HierarchiesAreSavedAsDeepAsTheyCanBeRead) {
+  BaseDocument* doc = application_->NewDocument();
+  BaseObject* last = NULL;
+  for (int i = 0; i < 1000; ++i) last = Add(doc, Onull, "level", last);
+  Save(doc, "deep.scene");
+  BaseObject* op = Load("deep.scene")->GetFirstObject();
+  int depth = 0;
+  for (; op; op = op->GetDown()) ++depth;
+  EXPECT_EQ(depth, 1000);
+  for (int i = 0; i < 100; ++i) last = Add(doc, Onull, "level", last);
+  std::string error;
+  EXPECT_FALSE(application_->SaveScene(doc, Path("deeper.scene"), &error));
+  EXPECT_NE(error.find("deeper than"), std::string::npos) << error;
+}
+
+// ---------------------------------------------------------------------------------------------------------------
+
+/** Writes down what it is shown. */
+class Notes : public host::StreamVisitor {
+public:
+  std::vector<std::string> lines;
+  void BeginNode(const std::string& kind, LONG type, const std::string& name, LONG level) override {
+    lines.push_back("begin " + kind + " " + std::to_string(type) + " " + name + " " + std::to_string(level));
+  }
+  void EndNode() override { lines.push_back("end"); }
+  void Value(HYPERFILEVALUE type, const void* data) override {
+    std::string text = std::to_string((int)type);
+    if (type == HYPERFILEVALUE_LONG) text += " " + std::to_string(*(const LONG*)data);
+    if (type == HYPERFILEVALUE_STRING) text += " " + Text(*(const String*)data);
+    lines.push_back(text);
+  }
+  void Array(HYPERFILEARRAY type, const void* data, LONG increment, LONG count) override {
+    std::string text = "array " + std::to_string((int)type);
+    for (LONG i = 0; i < count; ++i)
+      text += " " + std::to_string(*(const SReal*)((const char*)data + (std::size_t)i * (std::size_t)increment));
+    lines.push_back(text);
+  }
+};
+
+TEST_F(SceneFile, VisitorsSeeTheSameValuesInTheNodeAndInTheFile) {
+  BaseDocument* doc = MakeDocument();
+  Save(doc, "a.scene");
+  Notes node, file;
+  ASSERT_TRUE(host::VisitNode(doc->GetFirstObject()->GetDown(), node));
+  EXPECT_EQ(node.lines,
+            (std::vector<std::string>{"begin object 1099001 F\xc3\xafrst 3", "15 17", "130 \xe6\x97\xa5", "15 3",
+                                      "array 5 1.500000 -2.500000 0.000000", "132", "end"}));
+  std::string error;
+  ASSERT_TRUE(host::VisitScene(Path("a.scene"), file, &error)) << error;
+  EXPECT_EQ(file.lines.front().substr(0, 14), "begin document");
+  // The node's child lies before its end in the file.
+  const auto found = std::search(file.lines.begin(), file.lines.end(), node.lines.begin(), node.lines.end() - 1);
+  ASSERT_NE(found, file.lines.end());
+  EXPECT_EQ(*(found + (std::ptrdiff_t)node.lines.size() - 1), "begin object 5140 Inner 0");
+  twist = Twist::RefuseWrite;
+  EXPECT_FALSE(host::VisitNode(doc->GetFirstObject()->GetDown(), node));
+}
+
+} // namespace
