@@ -1,5 +1,5 @@
-// Saving and opening a scene whose one object holds 10 million points, against plain write() and read() of the same
-// bytes on the same disk. Both sides write to a temporary file, flush it to the disk and rename it.
+// Saving and opening a scene whose one object holds 10 million points, against plain write() and read() of
+// the same bytes on the same disk. Both sides write to a temporary file, flush it to the disk and rename it.
 //
 //   scene_bench [folder] [points]
 #include "host/application.h"
@@ -34,7 +34,8 @@ std::vector<Part> MakeParts(LONG points) {
   unsigned random = 1;
   for (Part& part : parts) {
     part.bytes.resize((std::size_t)points * (std::size_t)(part.elementSize * part.perPoint));
-    for (unsigned char& byte : part.bytes) byte = (unsigned char)((random = random * 1664525u + 1013904223u) >> 24);
+    for (unsigned char& byte : part.bytes)
+      byte = (unsigned char)((random = random * 1664525u + 1013904223u) >> 24);
   }
   return parts;
 }
@@ -92,8 +93,10 @@ void PlainWrite(const std::vector<Part>& parts, const std::string& folder) {
   const int file = ::open(temporary.c_str(), O_CREAT | O_EXCL | O_WRONLY, 0666);
   if (file < 0) Stop("cannot write to " + folder);
   for (const Part& part : parts)
-    if (::write(file, part.bytes.data(), part.bytes.size()) != (ssize_t)part.bytes.size()) Stop("short write");
-  if (::fsync(file) != 0 || ::close(file) != 0 || ::rename(temporary.c_str(), path.c_str()) != 0) Stop("plain write failed");
+    if (::write(file, part.bytes.data(), part.bytes.size()) != (ssize_t)part.bytes.size())
+      Stop("short write");
+  if (::fsync(file) != 0 || ::close(file) != 0 || ::rename(temporary.c_str(), path.c_str()) != 0)
+    Stop("plain write failed");
   const int directory = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY);
   ::fsync(directory);
   ::close(directory);
@@ -105,7 +108,8 @@ std::vector<Part> PlainRead(const std::vector<Part>& like, const std::string& fo
   const int file = ::open((folder + "/plain.raw").c_str(), O_RDONLY);
   for (std::size_t i = 0; i < parts.size(); ++i) {
     parts[i].bytes.resize(like[i].bytes.size());
-    if (::read(file, parts[i].bytes.data(), parts[i].bytes.size()) != (ssize_t)parts[i].bytes.size()) Stop("short read");
+    if (::read(file, parts[i].bytes.data(), parts[i].bytes.size()) != (ssize_t)parts[i].bytes.size())
+      Stop("short read");
   }
   ::close(file);
   return parts;
@@ -124,7 +128,8 @@ int main(int argc, char** argv) {
   const LONG points = argc > 2 ? std::atoi(argv[2]) : 10000000;
   const std::string path = folder + "/bench.scene";
   host::Application application;
-  if (!RegisterObjectPlugin(kCloud, "Cloud", 0, Cloud::Alloc, String(), NULL, 1)) Stop("the object was refused");
+  if (!RegisterObjectPlugin(kCloud, "Cloud", 0, Cloud::Alloc, String(), NULL, 1))
+    Stop("the object was refused");
   BaseDocument* doc = application.NewDocument();
   doc->InsertObject(BaseObject::Alloc(kCloud), NULL, NULL);
   CloudOf(doc).parts = MakeParts(points);
@@ -142,13 +147,15 @@ int main(int argc, char** argv) {
     if (!opened) Stop(error);
     std::vector<Part> read;
     plainOpen.push_back(Seconds([&] { read = PlainRead(parts, folder); }));
-    if (!Same(CloudOf(opened).parts, parts) || !Same(read, parts)) Stop("what was read is not what was written");
+    if (!Same(CloudOf(opened).parts, parts) || !Same(read, parts))
+      Stop("what was read is not what was written");
     BaseDocument::Free(opened);
   }
   ::unlink(path.c_str());
   ::unlink((folder + "/plain.raw").c_str());
 
-  const auto report = [&](const char* what, const std::vector<double>& ours, const std::vector<double>& plain) {
+  const auto report = [&](const char* what, const std::vector<double>& ours,
+                          const std::vector<double>& plain) {
     const double a = Median(ours), b = Median(plain);
     std::printf("%-5s %d points: %.3f s, %.1f M points/s; plain %.3f s; ratio %.2f\n", what, (int)points, a,
                 points / a * 1e-6, b, a / b);

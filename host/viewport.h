@@ -28,7 +28,8 @@ public:
 
   virtual void SetCamera(const ViewCamera& camera) = 0;
   virtual const ViewCamera& Camera() const = 0;
-  /** Looks at a world-space box from above at an angle, whole box in the picture: from the south, so north is up. */
+  /** Looks at a world-space box from above at an angle, whole box in the picture: from the south, so north is
+   * up. */
   virtual void Frame(const Vector& boxMin, const Vector& boxMax) = 0;
   virtual void SetBackground(double r, double g, double b) = 0;
   /** BASEDRAW_DRAWPORTTYPE as the objects see it; enhanced OpenGL unless told otherwise. */
@@ -41,8 +42,12 @@ public:
   virtual const std::vector<std::string>& GlErrors() const = 0;
 };
 
-/** Gives an object a clone tag with these matrices (in its local space) and flags; an empty flag list gives no flag array. */
+/** Gives an object a clone tag with these matrices (in its local space) and flags; an empty flag list gives
+ * no flag array. */
 bool SetClones(BaseObject* carrier, const std::vector<Matrix>& matrices, const std::vector<LONG>& flags);
+
+/** Where an object is drawn: its global matrix, or one for each clone of the tag on it or on its parent. */
+std::vector<Matrix> ObjectInstances(BaseObject* op);
 
 /** Box of an object and its children in world space from GetDimension; false when it is empty. */
 bool WorldBox(BaseObject* op, Vector* boxMin, Vector* boxMax);

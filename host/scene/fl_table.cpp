@@ -1,5 +1,6 @@
 // Fl: plain files and folder listings of the plug-in interface.
 #include "host/application.h"
+#include "host/os_tables.h"
 #include "host/scene/base_file.h"
 #include "host/scene/text.h"
 
@@ -7,7 +8,7 @@ namespace host {
 
 namespace {
 
-struct Fl {
+struct FlEntries {
   static BaseFileImpl* At(BaseFile* file) { return BaseFileImpl::From(file); }
 
   static BaseFile* Alloc() {
@@ -74,5 +75,7 @@ struct Fl {
 };
 
 } // namespace
+
+HOST_BIND_FL(FlEntries)
 
 } // namespace host

@@ -1,5 +1,6 @@
 // Hf: the typed streams of the plug-in interface.
 #include "host/application.h"
+#include "host/os_tables.h"
 #include "host/scene/hyper_file.h"
 #include "host/scene/text.h"
 
@@ -7,7 +8,7 @@ namespace host {
 
 namespace {
 
-struct Hf {
+struct HfEntries {
   static HyperFileImpl* At(HyperFile* hf) { return HyperFileImpl::From(hf); }
   static const HyperFileImpl* At(const HyperFile* hf) { return HyperFileImpl::From(hf); }
 
@@ -45,5 +46,7 @@ struct Hf {
 };
 
 } // namespace
+
+HOST_BIND_HF(HfEntries)
 
 } // namespace host

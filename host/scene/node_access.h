@@ -1,6 +1,7 @@
 // What saving and loading need of nodes beyond the plug-in interface.
 #pragma once
 
+#include "host/node.h"
 #include "host/scene/hyper_file.h"
 #include "host/scene/scene_format.h"
 
@@ -31,13 +32,11 @@ bool ReadPart(const SceneNode& node, GuestPart part, HyperFileImpl& stream, LONG
 /** What an unknown type's node keeps; NULL for nodes of known types. */
 KeptData* KeptDataOf(BaseList2D* node);
 
-/** A number that no node has had; ApplyHead gives it to one. */
-LULONG ReserveLinkId();
 /**
  * A node of that kind and type in its place below parent, as the last one; one that keeps its data when the type is
  * unknown. NULL with the reason when it cannot lie there or there is no memory.
  */
-BaseList2D* MakeNode(const SceneNode& parent, const NodeHead& head, std::string* why);
+BaseList2D* PlaceNode(const SceneNode& parent, const NodeHead& head, std::string* why);
 /** Entries of the container that the file does not hold keep what the node's Init gave them. */
 void ApplyHead(const SceneNode& node, const NodeHead& head, LULONG linkId);
 

@@ -68,7 +68,7 @@ private:
       return reader_.Fail(FILEERROR_INVALID, "found link number " + std::to_string(head.number) + " of " +
                                                  head.Describe() + ", expected one that no other node has");
     std::string why;
-    node->node = node->chunk == NodeChunk::Document ? document_ : MakeNode(parent, head, &why);
+    node->node = node->chunk == NodeChunk::Document ? document_ : PlaceNode(parent, head, &why);
     if (!node->node) {
       reason_ = "offset " + std::to_string(at) + ": " + head.Describe() + ": " + why;
       return false;

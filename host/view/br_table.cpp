@@ -19,15 +19,22 @@ struct BrEntries {
   }
   static void GetDrawParam(const BaseDraw* bd, LONG id, GeData* data) {
     switch (id) {
-    case BASEDRAW_DRAWPORTTYPE: *data = GeData(ViewState::Of(bd)->drawPortType); break;
+    case BASEDRAW_DRAWPORTTYPE:
+      *data = GeData(ViewState::Of(bd)->drawPortType);
+      break;
     case kIsShadowPass:
     case kIsRenderAsEditor:
     case kIsPrepass:
-    case kIsPickPass: *data = GeData(0); break;
-    default: *data = GeData();
+    case kIsPickPass:
+      *data = GeData(0);
+      break;
+    default:
+      *data = GeData();
     }
   }
-  static void SetMatrix_Matrix(BaseDraw* bd, BaseObject*, const Matrix& mg) { ViewState::Of(bd)->objectMatrix = mg; }
+  static void SetMatrix_Matrix(BaseDraw* bd, BaseObject*, const Matrix& mg) {
+    ViewState::Of(bd)->objectMatrix = mg;
+  }
   static Bool TestBreak(BaseDraw*) { return C4DOS.Ge->TestBreak(C4DOS.Ge->GetCurrentThread()); }
   static BaseDocument* GetHelpDocument(BaseDrawHelp* bh) { return reinterpret_cast<DrawHelp*>(bh)->document; }
   static void GetHelpMg(BaseDrawHelp* bh, Matrix* m) { *m = reinterpret_cast<DrawHelp*>(bh)->global; }

@@ -14,6 +14,8 @@ struct CloneData {
 };
 
 /** What the tag answers to MSG_GET_MODATA. */
-inline MoData* Api(CloneData* data) { return reinterpret_cast<MoData*>(data); }
+inline MoData* Api(CloneData* data) {
+  return reinterpret_cast<MoData*>(data);
+}
 
 } // namespace host

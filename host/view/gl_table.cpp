@@ -10,11 +10,19 @@ namespace host {
 
 namespace {
 
-ViewFactory& At(GlProgramFactory* f) { return *reinterpret_cast<ViewFactory*>(f); }
-const ViewFactory& At(const GlProgramFactory* f) { return *reinterpret_cast<const ViewFactory*>(f); }
-ViewBuffer& At(GlVertexBuffer* b) { return *reinterpret_cast<ViewBuffer*>(b); }
+ViewFactory& At(GlProgramFactory* f) {
+  return *reinterpret_cast<ViewFactory*>(f);
+}
+const ViewFactory& At(const GlProgramFactory* f) {
+  return *reinterpret_cast<const ViewFactory*>(f);
+}
+ViewBuffer& At(GlVertexBuffer* b) {
+  return *reinterpret_cast<ViewBuffer*>(b);
+}
 
-bool Strikes(Fault fault) { return Application::Get().GetFaults().Strikes(fault); }
+bool Strikes(Fault fault) {
+  return Application::Get().GetFaults().Strikes(fault);
+}
 
 /** A refused call is the module's mistake: say which and why. */
 Bool Checked(ViewFactory& factory, bool ok) {
@@ -26,7 +34,8 @@ Bool Checked(ViewFactory& factory, bool ok) {
 ViewState* CheckedView(const BaseDraw* bd, const char* call) {
   ViewState* view = ViewState::Of(bd);
   if (ViewState::IsAlive(view)) return view;
-  Application::Get().ReportMisbehaviour(std::string("module misbehaves: ") + call + ": the view does not exist");
+  Application::Get().ReportMisbehaviour(std::string("module misbehaves: ") + call +
+                                        ": the view does not exist");
   return nullptr;
 }
 
@@ -43,11 +52,13 @@ gl::VertexAttribute Convert(const GlVertexBufferVectorInfo& info) {
   return attribute;
 }
 
-std::string LayoutKey(const std::vector<gl::VertexAttribute>& attributes, const std::vector<gl::InputVector>& inputs) {
+std::string LayoutKey(const std::vector<gl::VertexAttribute>& attributes,
+                      const std::vector<gl::InputVector>& inputs) {
   std::string key;
   for (const gl::VertexAttribute& a : attributes)
-    key += a.type + " " + a.name + " " + std::to_string(a.dataType) + " " + std::to_string(a.components) + " " +
-           std::to_string(a.offset) + " " + std::to_string(a.stride) + " " + std::to_string(a.location) + ";";
+    key += a.type + " " + a.name + " " + std::to_string(a.dataType) + " " + std::to_string(a.components) +
+           " " + std::to_string(a.offset) + " " + std::to_string(a.stride) + " " +
+           std::to_string(a.location) + ";";
   for (const gl::InputVector& input : inputs) key += input.declaration + ";";
   return key;
 }
@@ -111,9 +122,10 @@ struct GlEntries {
       fn((GlProgramType)stage, message.c_str());
     }));
   }
-  static void AddUniformParameter(GlProgramFactory* f, GlProgramType t, GlUniformParamType p, const char* name,
-                                  GlString* realName) {
-    const std::string real = At(f).program.AddUniformParameter((gl::Stage)t, (gl::UniformType)p, name);
+  static void AddUniformParameter(GlProgramFactory* f, GlProgramType t, GlUniformParamType p,
+                                  const char* name, GlString* realName) {
+    const std::string real =
+        At(f).program.AddUniformParameter((gl::Stage)t, (gl::UniformType)p, name ? name : "");
     Checked(At(f), !real.empty());
     *realName = GlString(real.c_str());
   }
@@ -137,12 +149,13 @@ struct GlEntries {
   static Bool UnbindPrograms(GlProgramFactory* f) { return Checked(At(f), At(f).program.UnbindPrograms()); }
   static void InitSetParameters(GlProgramFactory*) {} // no texture units to count
 
-  static void GetVectorInfo(const GlProgramFactory* f, LONG* count, const GlVertexBufferVectorInfo* const** infos) {
+  static void GetVectorInfo(const GlProgramFactory* f, LONG* count,
+                            const GlVertexBufferVectorInfo* const** infos) {
     *count = (LONG)At(f).vectors.size();
     *infos = At(f).vectors.data();
   }
   static GlProgramParameter GetParameterHandle(const GlProgramFactory* f, GlProgramType t, const char* name) {
-    return const_cast<ViewFactory&>(At(f)).program.GetParameterHandle((gl::Stage)t, name);
+    return const_cast<ViewFactory&>(At(f)).program.GetParameterHandle((gl::Stage)t, name ? name : "");
   }
   static Bool SetParameterMatrixTransform(GlProgramFactory* f, GlProgramParameter p) {
     float columns[16];
@@ -178,11 +191,14 @@ struct GlEntries {
   static void RemoveObject(C4DAtom* obj, LONG index) { ViewState::RemoveBuffers(obj, index); }
   static Bool IsDirty(GlVertexBuffer* vb) { return At(vb).dirty; }
   static void SetBufferDirty(GlVertexBuffer* vb, Bool dirty) { At(vb).dirty = dirty != FALSE; }
-  static GlVertexSubBufferData* AllocSubBuffer(GlVertexBuffer* vb, const BaseDraw*, GlVertexBufferSubBufferType type,
-                                               VLONG size, const void* data) {
+  static GlVertexSubBufferData* AllocSubBuffer(GlVertexBuffer* vb, const BaseDraw*,
+                                               GlVertexBufferSubBufferType type, VLONG size,
+                                               const void* data) {
     std::string error;
     gl::SubBuffer* made =
         size > 0 ? At(vb).data.Allocate((gl::BufferType)type, (std::size_t)size, data, &error) : nullptr;
+    if (!made)
+      Application::Get().GetConsole().Print("GL: " + (error.empty() ? "a sub-buffer of no bytes" : error));
     return reinterpret_cast<GlVertexSubBufferData*>(made);
   }
   static Bool FreeBuffer(GlVertexBuffer* vb, const BaseDraw*, GlVertexSubBufferData* sub) {
@@ -200,8 +216,8 @@ struct GlEntries {
   static Bool DrawSubBuffer(const BaseDraw* bd, const GlVertexSubBufferData* vertexSub,
                             const GlVertexSubBufferData* elementSub, LONG drawCnt,
                             const GlVertexBufferDrawSubbuffer* draw, LONG vectorCnt,
-                            const GlVertexBufferVectorInfo* const* vectors, GlVertexBufferDrawElementCallback callback,
-                            void* callbackData) {
+                            const GlVertexBufferVectorInfo* const* vectors,
+                            GlVertexBufferDrawElementCallback callback, void* callbackData) {
     if (!CheckedView(bd, "GlVertexBuffer::DrawSubBuffer")) return FALSE;
     std::vector<gl::VertexAttribute> layout;
     for (LONG i = 0; i < vectorCnt; ++i) layout.push_back(Convert(*vectors[i]));

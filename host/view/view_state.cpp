@@ -18,7 +18,8 @@ std::vector<ViewState*>& Views() {
 }
 
 /** Frees GL objects with their context current. */
-template <class List, class Match> void RemoveMatching(ViewState* view, List& list, Match match) {
+template <class List, class Match>
+void RemoveMatching(ViewState* view, List& list, Match match) {
   std::string ignored;
   const gl::CurrentScope current(*view->context, &ignored);
   list.remove_if([&](const auto& entry) { return match(*entry); });
@@ -26,14 +27,21 @@ template <class List, class Match> void RemoveMatching(ViewState* view, List& li
 
 } // namespace
 
-ViewFactory::ViewFactory(ViewState* v, std::vector<gl::VertexAttribute> attributes, std::vector<gl::InputVector> inputs)
+ViewFactory::ViewFactory(ViewState* v, std::vector<gl::VertexAttribute> attributes,
+                         std::vector<gl::InputVector> inputs)
     : view(v), program(v->context, std::move(attributes), std::move(inputs)) {
   ++liveFactories;
 }
-ViewFactory::~ViewFactory() { --liveFactories; }
+ViewFactory::~ViewFactory() {
+  --liveFactories;
+}
 
-ViewBuffer::ViewBuffer(ViewState* v) : view(v), data(v->context) { ++liveBuffers; }
-ViewBuffer::~ViewBuffer() { --liveBuffers; }
+ViewBuffer::ViewBuffer(ViewState* v) : view(v), data(v->context) {
+  ++liveBuffers;
+}
+ViewBuffer::~ViewBuffer() {
+  --liveBuffers;
+}
 
 ViewState::ViewState(std::shared_ptr<gl::Context> c, std::unique_ptr<gl::Framebuffer> t)
     : context(std::move(c)), target(std::move(t)) {
@@ -49,7 +57,9 @@ ViewState::~ViewState() {
   Views().erase(std::remove(Views().begin(), Views().end(), this), Views().end());
 }
 
-ViewState* ViewState::Drawing() { return drawing; }
+ViewState* ViewState::Drawing() {
+  return drawing;
+}
 
 bool ViewState::IsAlive(const ViewState* view) {
   return std::find(Views().begin(), Views().end(), view) != Views().end();
@@ -64,12 +74,17 @@ void ViewState::RemoveFactories(const C4DAtom* object, LULONG index) {
 
 void ViewState::RemoveBuffers(const C4DAtom* object, LONG index) {
   for (ViewState* view : Views())
-    RemoveMatching(view, view->buffers,
-                   [&](const ViewBuffer& b) { return b.object == object && (index == NOTOK || b.index == index); });
+    RemoveMatching(view, view->buffers, [&](const ViewBuffer& b) {
+      return b.object == object && (index == NOTOK || b.index == index);
+    });
 }
 
-ViewState::DrawScope::DrawScope(ViewState* view) : previous_(drawing) { drawing = view; }
-ViewState::DrawScope::~DrawScope() { drawing = previous_; }
+ViewState::DrawScope::DrawScope(ViewState* view) : previous_(drawing) {
+  drawing = view;
+}
+ViewState::DrawScope::~DrawScope() {
+  drawing = previous_;
+}
 
 GlCounts LiveGlObjects() {
   GlCounts counts;

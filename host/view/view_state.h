@@ -1,4 +1,5 @@
-// What a view keeps while it lives: its GL target, its camera, and the programs and buffers of the objects that it drew.
+// What a view keeps while it lives: its GL target, its camera, and the programs and buffers of the objects
+// that it drew.
 #pragma once
 
 #include "host/gl/framebuffer.h"

@@ -37,13 +37,15 @@ void AddBox(BaseObject* op, const Matrix& global, bool* any, Vector* low, Vector
   GetObjectBox(op, &centre, &half);
   if (half == Vector() && centre == Vector()) return;
   for (int i = 0; i < 8; ++i)
-    Widen((centre + Vector(i & 1 ? half.x : -half.x, i & 2 ? half.y : -half.y, i & 4 ? half.z : -half.z)) * global, any,
-          low, high);
+    Widen((centre + Vector(i & 1 ? half.x : -half.x, i & 2 ? half.y : -half.y, i & 4 ? half.z : -half.z)) *
+              global,
+          any, low, high);
 }
 
 class OffscreenViewport : public Viewport {
 public:
-  OffscreenViewport(BaseDocument* doc, std::unique_ptr<ViewState> state) : doc_(doc), state_(std::move(state)) {}
+  OffscreenViewport(BaseDocument* doc, std::unique_ptr<ViewState> state)
+      : doc_(doc), state_(std::move(state)) {}
 
   void SetCamera(const ViewCamera& camera) override { camera_ = camera; }
   const ViewCamera& Camera() const override { return camera_; }

@@ -1,0 +1,53 @@
+// Memory that crosses the boundary between host and modules. Any thread.
+#pragma once
+
+#include "c4d.h"
+
+#include <string>
+#include <vector>
+
+namespace host {
+
+class Faults;
+
+/** Blocks of this size and more are address space that costs memory only where it is touched. */
+constexpr VLONG kLargeBlock = (VLONG)1 << 30;
+/** Nothing larger is ever handed out. */
+constexpr VLONG kLargestBlock = (VLONG)1 << 40;
+
+namespace memory {
+
+/** NULL when the size is below 1 or above the largest, when a fault strikes, or when the system refuses. */
+void* Allocate(VLONG size, bool clear, LONG line, const CHAR* file);
+/** As the Ge table says; a foreign block is reported and refused. */
+void* Reallocate(void* block, VLONG size, LONG line, const CHAR* file);
+/** Reports an address that is no live block. NULL is allowed. */
+void Free(void* block);
+
+/** Injected refusals; NULL for none. */
+void SetFaults(Faults* faults);
+
+LLONG LiveBlocks();
+LLONG LiveBytes();
+
+/** Blocks that module code asked for at one place and nobody has freed. */
+struct Survivor {
+  std::string place; ///< file:line
+  LLONG blocks = 0, bytes = 0;
+};
+std::vector<Survivor> ModuleSurvivors();
+/** The names of source files are the modules' own: to be called before one is unloaded. Later survivors stay named. */
+void ForgetSites();
+
+/** Marks what is asked for on this thread as temporary blocks of drawing. */
+class DrawScope {
+public:
+  DrawScope();
+  ~DrawScope();
+
+private:
+  bool previous_;
+};
+
+} // namespace memory
+} // namespace host

@@ -1,0 +1,38 @@
+// Work that the user can stop: Ctrl-C, an injected break, and the thread object that plug-ins ask.
+#pragma once
+
+#include "c4d.h"
+
+#include <atomic>
+
+namespace host {
+
+/** Ctrl-C asks running work to stop; a second one ends the program. For command lines only. */
+void InstallInterruptHandler();
+/** As if Ctrl-C had been pressed; stays until cleared. Any thread. */
+void RequestInterrupt();
+void ClearInterrupt();
+bool Interrupted();
+
+/** Work that the host has started on this thread, for the life of the object; works nest. */
+class Work {
+public:
+  Work();
+  ~Work();
+  Work(const Work&) = delete;
+  Work& operator=(const Work&) = delete;
+
+  /** The innermost work of this thread, NULL without one. */
+  static Work* Current();
+  /** True once the user asked to stop, and from then on. Any thread. */
+  bool TestBreak() const;
+
+  BaseThread* Api() { return reinterpret_cast<BaseThread*>(this); }
+  static const Work* From(const BaseThread* thread) { return reinterpret_cast<const Work*>(thread); }
+
+private:
+  Work* outer_;
+  mutable std::atomic<bool> stopped_{false};
+};
+
+} // namespace host
