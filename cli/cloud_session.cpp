@@ -1,7 +1,7 @@
 #include "cli/cloud_session.h"
 
 #include "cli/process_memory.h"
-#include "host/scene/scene_file.h"
+#include "host/scene/scene_kind.h"
 #include "host/user_break.h"
 #include "otallyframe.h"
 

@@ -33,6 +33,8 @@ namespace {
 
 /** Reader kinds that the loader-settings record names: colours that the module made up from classes. */
 const LONG kReaderLasByClass = 2;
+/** Values of a loader-settings record after its name: two corners, four of the reader, four counts. */
+const int kSettingsValues = 10;
 
 bool AllEqual(const UWORD* rgb, LONG count) {
   for (LONG i = 3; i < count; ++i)
@@ -82,7 +84,8 @@ public:
     if (arrays_ == 2 && type == HYPERFILEARRAY_WORD) Block().hasColor = !AllEqual((const UWORD*)data, count);
     if (++arrays_ == 4) {
       state_ = State::Fields;
-      fields_ = 0;
+      vectors_ = 0;
+      settingsValues_ = -1;
     }
   }
 
@@ -128,14 +131,19 @@ private:
 
   void ReadField(HYPERFILEVALUE type, const void* data) {
     if (type == HYPERFILEVALUE_VECTOR || type == HYPERFILEVALUE_LVECTOR) ReadVector(*(const LVector*)data);
-    if (type == HYPERFILEVALUE_STRING && Block().source.empty()) {
-      CHAR path[4096];
-      ((const String*)data)->GetCString(path, sizeof path, STRINGENCODING_UTF8);
+    if (type == HYPERFILEVALUE_STRING) {
+      std::string path(std::size_t(((const String*)data)->GetCStringLen(STRINGENCODING_UTF8)) + 1, '\0');
+      path.resize(
+          (std::size_t)((const String*)data)->GetCString(&path[0], (LONG)path.size(), STRINGENCODING_UTF8));
       Block().source = path;
+      settingsValues_ = 0;
+      return;
     }
-    if (type == HYPERFILEVALUE_LONG && settingsLongs_ >= 0) ReadSettingsLong(*(const LONG*)data);
-    ++fields_;
-    if (type == HYPERFILEVALUE_STRING) settingsLongs_ = 0;
+    if (settingsValues_ < 0) return;
+    // After the name: two corners, then the reader's kind; the last of the ten values closes the block.
+    if (settingsValues_ == 2 && type == HYPERFILEVALUE_LONG && *(const LONG*)data == kReaderLasByClass)
+      Block().hasColor = false;
+    if (++settingsValues_ == kSettingsValues) NextBlock();
   }
 
   void ReadVector(const LVector& v) {
@@ -150,15 +158,11 @@ private:
     ++vectors_;
   }
 
-  /** After the name: version, reader kind, every-n-th, budget, multiplier, then read, kept, rejected,
-   * dropped. */
-  void ReadSettingsLong(LONG value) { (void)value; }
-
   CloudStats* stats_;
   State state_ = State::Groups;
   bool broken_ = false;
   LONG groupsLeft_ = 0, blocksLeft_ = 0;
-  int arrays_ = 0, fields_ = 0, vectors_ = 0, settingsLongs_ = -1;
+  int arrays_ = 0, vectors_ = 0, settingsValues_ = -1;
 };
 
 } // namespace

@@ -44,6 +44,11 @@ public:
   Application(const Application&) = delete;
   Application& operator=(const Application&) = delete;
   static Application& Get();
+  /**
+   * What the destructor does first: closes documents, ends modules, saves preferences. Returns what was found alive or
+   * broken meanwhile; the destructor writes these lines to standard error when nobody asked here.
+   */
+  std::vector<std::string> Close();
 
   /**
    * Opens a module, checks its version and starts it; every stage undoes itself when a later one fails. False
@@ -78,6 +83,9 @@ public:
   /** Presses a button: MSG_DESCRIPTION_COMMAND with that id. */
   void PressButton(BaseList2D* node, LONG id);
 
+  /** How often a redraw was asked for. */
+  long long RedrawsAskedFor() const;
+
   LiveCounts Live() const;
   /** "module misbehaves: ..." and "host misbehaves: ..." lines so far. */
   const std::vector<std::string>& Misbehaviour() const;
@@ -91,5 +99,11 @@ private:
   struct Impl;
   std::unique_ptr<Impl> impl_;
 };
+
+/**
+ * A new object as from the application's menu: it hears MSG_MENUPREPARE with the document, is inserted on top under a name
+ * of its own and selected, as one undo step. NULL when the type is unknown or refuses.
+ */
+BaseObject* CreateObjectFromMenu(BaseDocument* doc, LONG type);
 
 } // namespace host

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "c4d_enums.h"
+#include "ge_filename.h"
 
 #include <deque>
 #include <functional>

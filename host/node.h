@@ -52,6 +52,7 @@ struct Node {
   Plugin* plugin = nullptr; ///< NULL for the host's own types and for types that nobody knows
   NodeData* data = nullptr; ///< the plug-in's part, NULL without a plug-in
   std::shared_ptr<KeptData> kept;
+  bool keptByUndo = false; ///< who frees it only takes it out: an undo step may bring it back
 
   Node* Owner() const { return list ? list->owner : nullptr; }
   /** The document that it lies in, itself for a document, NULL outside of documents. */
@@ -144,9 +145,11 @@ inline BaseDocument* Api(Document* doc) { return reinterpret_cast<BaseDocument*>
 
 /**
  * A new node in no list: its plug-in's data is made, attached and initialised, which fills the container. NULL when the
- * type is unknown (unless placeholders are asked for), when memory is refused, or when Init fails.
+ * type is unknown, when memory is refused, or when Init fails.
  */
 Node* MakeNode(NodeKind kind, LONG type);
+/** True for the host's own types and those of registered plug-ins. */
+bool IsKnownType(NodeKind kind, LONG type);
 /** A node of a type that nobody knows; it keeps name, container and place. */
 Node* MakePlaceholder(NodeKind kind, LONG type);
 /** A new document with one set of render settings and one instance of each registered scene hook. */
@@ -189,6 +192,12 @@ Node* CloneNode(Node& node, COPYFLAGS flags);
 bool CopyNode(Node& source, Node& dest, COPYFLAGS flags);
 /** Sum of the counters that the flags name; it grows with every change. */
 ULONG DirtyCount(const Node& node, DIRTYFLAGS flags);
+
+/** Makes links in a container, nested ones too, that lead to `from` lead to `to`. */
+struct LinkChange {
+  LULONG from, to;
+};
+void ChangeLinks(BaseContainer& container, const std::vector<LinkChange>& changes);
 
 /** Creates the video posts that are flagged as always present and that the settings lack. */
 void AddInherentVideoPosts(RenderSettings& settings);

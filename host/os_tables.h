@@ -7,7 +7,8 @@
 //     HOST_BIND_HF(HfEntries)
 //
 // This defines kHfTable, constant-initialised. An entry without a function ends the program with its name. Each function
-// runs behind a fence: an exception is reported as the host's misbehaviour and the caller gets R{}. A struct that says
+// runs behind a fence: an exception is reported as the host's misbehaviour and the caller gets R{}. It counts as the
+// host's own work; one that is noexcept counts as its caller's, as memory does. A struct that says
 // `static constexpr bool kMainThread = true;` has all its entries report calls from other threads; functions that alone
 // are the main thread's call RequireMainThread themselves.
 #pragma once
@@ -31,12 +32,6 @@ struct IsMainThreadTable : std::false_type {};
 template <class E>
 struct IsMainThreadTable<E, std::void_t<decltype(E::kMainThread)>> : std::bool_constant<E::kMainThread> {};
 
-/** Memory is asked for on behalf of whoever calls: these entries must not leave the module's scope. */
-template <class E, class = void>
-struct KeepsScope : std::false_type {};
-template <class E>
-struct KeepsScope<E, std::void_t<decltype(E::kKeepsScope)>> : std::bool_constant<E::kKeepsScope> {};
-
 template <class Signature, class Name>
 struct NoEntry;
 template <class R, class... A, class Name>
@@ -51,7 +46,7 @@ struct GuardedEntry<R (*)(A...), Own, function, Name, E> {
   static R Call(A... arguments) noexcept {
     try {
       if constexpr (IsMainThreadTable<E>::value) RequireMainThread(Name::Text());
-      if constexpr (KeepsScope<E>::value) {
+      if constexpr (std::is_nothrow_invocable_v<Own, A...>) {
         return function(static_cast<A>(arguments)...);
       } else {
         const HostScope scope;

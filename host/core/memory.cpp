@@ -7,6 +7,7 @@
 #include "host/core/module_scope.h"
 #include "host/faults.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>

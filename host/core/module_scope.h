@@ -10,15 +10,24 @@ namespace host {
 /** True while a module's code runs on this thread. Injected refusals of memory strike modules only. */
 extern thread_local bool inModule;
 
+/** True while the host works because a module called it. */
+extern thread_local bool calledByModule;
+
 class ScopeSwitch {
 public:
-  explicit ScopeSwitch(bool module) : previous_(inModule) { inModule = module; }
-  ~ScopeSwitch() { inModule = previous_; }
+  explicit ScopeSwitch(bool module) : wasInModule_(inModule), wasCalled_(calledByModule) {
+    calledByModule = !module && (inModule || calledByModule);
+    inModule = module;
+  }
+  ~ScopeSwitch() {
+    inModule = wasInModule_;
+    calledByModule = wasCalled_;
+  }
   ScopeSwitch(const ScopeSwitch&) = delete;
   ScopeSwitch& operator=(const ScopeSwitch&) = delete;
 
 private:
-  bool previous_;
+  bool wasInModule_, wasCalled_;
 };
 struct HostScope : ScopeSwitch {
   HostScope() : ScopeSwitch(false) {}

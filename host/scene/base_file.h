@@ -1,17 +1,19 @@
-// What BaseFile and BrowseFiles pointers point to: a plain file with 64-bit positions behind one large buffer, and a
-// folder's listing.
+// What BaseFile and BrowseFiles pointers point to: a plain file with 64-bit positions behind one large
+// buffer, and a folder's listing.
 #pragma once
 
 #include "c4d.h"
 #include "host/scene/disk.h"
+#include "host/scene/live_files.h"
 
 #include <memory>
 #include <string>
 
 namespace host {
 
-/** One thread at a time. The first failure of a write sticks; reading past the end is an error of that call. */
-class BaseFileImpl {
+/** One thread at a time. The first failure of a write sticks; reading past the end is an error of that call.
+ */
+class BaseFileImpl : LiveFile {
 public:
   explicit BaseFileImpl(Faults* faults) : file_(faults) {}
   /** What is still buffered is written; who wants to know whether it arrived calls Close. */
@@ -32,7 +34,9 @@ public:
 
   BaseFile* Api() { return reinterpret_cast<BaseFile*>(this); }
   static BaseFileImpl* From(BaseFile* file) { return reinterpret_cast<BaseFileImpl*>(file); }
-  static const BaseFileImpl* From(const BaseFile* file) { return reinterpret_cast<const BaseFileImpl*>(file); }
+  static const BaseFileImpl* From(const BaseFile* file) {
+    return reinterpret_cast<const BaseFileImpl*>(file);
+  }
 
 private:
   bool Fail(FILEERROR error);
@@ -49,7 +53,7 @@ private:
 };
 
 /** The entries as they were when the listing was made. */
-struct BrowseFilesImpl {
+struct BrowseFilesImpl : private LiveFile {
   std::vector<disk::Entry> entries;
   std::size_t next = 0; ///< one past the current entry
 

@@ -9,8 +9,8 @@
 namespace host {
 
 /**
- * The first failure sticks: everything after it does nothing and fails. Error() then says what the system said.
- * Large pieces go to the file without a copy.
+ * The first failure sticks: everything after it does nothing and fails. Error() then says what the system
+ * said. Large pieces go to the file without a copy.
  */
 class ByteSink {
 public:

@@ -148,7 +148,8 @@ bool Rename(const std::string& from, const std::string& to, std::string* error) 
 
 bool Replace(const std::string& from, const std::string& to, std::string* error) {
   if (!Rename(from, to, error)) return false;
-  // The new content is safe either way; where a folder cannot be flushed, a power failure may show the old file.
+  // The new content is safe either way; where a folder cannot be flushed, a power failure may show the old
+  // file.
   const std::string folder = fs::u8path(to).parent_path().u8string();
   const int handle = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (handle >= 0) {

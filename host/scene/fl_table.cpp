@@ -30,7 +30,9 @@ struct FlEntries {
   static VLONG ReadBytes(BaseFile* file, void* data, VLONG len, Bool just_try) {
     return At(file)->ReadBytes(data, len, just_try != FALSE);
   }
-  static Bool WriteBytes(BaseFile* file, const void* data, VLONG len) { return At(file)->WriteBytes(data, len); }
+  static Bool WriteBytes(BaseFile* file, const void* data, VLONG len) {
+    return At(file)->WriteBytes(data, len);
+  }
   static Bool Seek(BaseFile* file, LLONG pos, FILESEEK mode) { return At(file)->Seek(pos, mode); }
   static LLONG GetPosition(BaseFile* file) { return At(file)->Position(); }
   static LLONG GetLength(BaseFile* file) { return At(file)->Length(); }

@@ -30,7 +30,9 @@ struct HfEntries {
   static void SetError(HyperFile* hf, FILEERROR error) { At(hf)->SetError(error); }
   static LONG GetFileVersion(const HyperFile* hf) { return (LONG)At(hf)->version; }
   static BaseDocument* GetDocument(const HyperFile* hf) { return At(hf)->document; }
-  static Bool Write(HyperFile* hf, HYPERFILEVALUE type, const void* value) { return At(hf)->Write(type, value); }
+  static Bool Write(HyperFile* hf, HYPERFILEVALUE type, const void* value) {
+    return At(hf)->Write(type, value);
+  }
   static Bool Read(HyperFile* hf, HYPERFILEVALUE type, void* value) { return At(hf)->Read(type, value); }
   static Bool WriteArray(HyperFile* hf, const void* data, HYPERFILEARRAY type, LONG increment, LONG count) {
     return At(hf)->WriteArray(data, type, increment, count);
@@ -38,9 +40,13 @@ struct HfEntries {
   static Bool ReadArray(HyperFile* hf, void* data, HYPERFILEARRAY type, LONG increment, LONG count) {
     return At(hf)->ReadArray(data, type, increment, count);
   }
-  static Bool WriteChunkStart(HyperFile* hf, LONG id, LONG level) { return At(hf)->WriteChunkStart(id, level); }
+  static Bool WriteChunkStart(HyperFile* hf, LONG id, LONG level) {
+    return At(hf)->WriteChunkStart(id, level);
+  }
   static Bool WriteChunkEnd(HyperFile* hf) { return At(hf)->WriteChunkEnd(); }
-  static Bool ReadChunkStart(HyperFile* hf, LONG* id, LONG* level) { return At(hf)->ReadChunkStart(id, level); }
+  static Bool ReadChunkStart(HyperFile* hf, LONG* id, LONG* level) {
+    return At(hf)->ReadChunkStart(id, level);
+  }
   static Bool ReadChunkEnd(HyperFile* hf) { return At(hf)->ReadChunkEnd(); }
   static Bool SkipToEndChunk(HyperFile* hf) { return At(hf)->SkipToEndChunk(); }
 };

@@ -28,7 +28,8 @@ bool HyperFileImpl::Fail(FILEERROR error, const std::string& text) {
 }
 
 bool HyperFileImpl::Open(LONG ident, const std::string& path, FILEOPEN mode, Faults* faults) {
-  if (own_ || writer_ || reader_ || visitor_) return Fail(FILEERROR_OPEN, path + ": the stream is open already");
+  if (own_ || writer_ || reader_ || visitor_)
+    return Fail(FILEERROR_OPEN, path + ": the stream is open already");
   error_ = StreamError();
   own_.reset(new OwnFile(path));
   std::string reason;
@@ -65,7 +66,8 @@ bool HyperFileImpl::Close() {
   std::string reason;
   if (good && writer_) {
     good = WriteStreamTail(own_->target->Sink()) && own_->target->Commit(&reason);
-    if (!good) Fail(FILEERROR_WRITE, own_->path + ": " + (reason.empty() ? own_->target->Sink().Error() : reason));
+    if (!good)
+      Fail(FILEERROR_WRITE, own_->path + ": " + (reason.empty() ? own_->target->Sink().Error() : reason));
   }
   // The error outlives the writer or reader that found it.
   const StreamError last = error_.code != FILEERROR_NONE ? error_
@@ -118,7 +120,8 @@ bool HyperFileImpl::WriteArray(const void* data, HYPERFILEARRAY kind, LONG incre
 
 bool HyperFileImpl::ReadArray(void* data, HYPERFILEARRAY kind, LONG increment, LONG count) {
   if (!CanRead()) return false;
-  if (reader_->Depth() == 0) return Fail(FILEERROR_VALUE_NO_CHUNK, "an array was asked for outside any chunk");
+  if (reader_->Depth() == 0)
+    return Fail(FILEERROR_VALUE_NO_CHUNK, "an array was asked for outside any chunk");
   return reader_->Array(data, kind, increment, count);
 }
 

@@ -1,6 +1,7 @@
 // What a HyperFile pointer points to: one stream of typed values, written, read or shown to a visitor.
 #pragma once
 
+#include "host/scene/live_files.h"
 #include "host/scene/stream_file.h"
 #include "host/stream_visitor.h"
 
@@ -10,10 +11,10 @@
 namespace host {
 
 /**
- * One stream. A guest (a plug-in's Read or Write) is held within the chunk that was made for it: it can neither end that
- * chunk nor read past its end. Errors stick.
+ * One stream. A guest (a plug-in's Read or Write) is held within the chunk that was made for it: it can
+ * neither end that chunk nor read past its end. Errors stick.
  */
-class HyperFileImpl {
+class HyperFileImpl : LiveFile {
 public:
   HyperFileImpl();
   /** For one part of a larger stream; the writer, reader or visitor must outlive this. */

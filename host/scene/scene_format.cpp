@@ -10,9 +10,12 @@ const struct {
   NodeChunk chunk;
   const char* name;
 } kNodeChunks[] = {
-    {NodeChunk::Document, "document"}, {NodeChunk::Object, "object"},
-    {NodeChunk::Tag, "tag"},           {NodeChunk::RenderSettings, "render settings"},
-    {NodeChunk::Shader, "shader"},     {NodeChunk::VideoPost, "video post"},
+    {NodeChunk::Document, "document"},
+    {NodeChunk::Object, "object"},
+    {NodeChunk::Tag, "tag"},
+    {NodeChunk::RenderSettings, "render settings"},
+    {NodeChunk::Shader, "shader"},
+    {NodeChunk::VideoPost, "video post"},
     {NodeChunk::SceneHook, "scene hook"},
 };
 

@@ -5,8 +5,8 @@
 //     STRING name, LONG bits, MATRIX (objects only), CONTAINER
 //     DATA chunk  what the plug-in's Write wrote; what its Read leaves is skipped
 //     OWN chunk   what nodes of the host's own add
-//     then the nodes below it: a document's render settings, objects and scene hooks, an object's tags and objects,
-//     render settings' video posts
+//     then the nodes below it: a document's render settings, objects and scene hooks, an object's tags and
+//     objects, render settings' video posts
 // Chunks of other ids are skipped.
 #pragma once
 
@@ -16,6 +16,7 @@
 namespace host {
 
 enum class NodeChunk : LONG {
+  None = 0,
   Document = C4D_FOUR_BYTE('D', 'O', 'C', 'U'),
   Object = C4D_FOUR_BYTE('O', 'B', 'J', 'E'),
   Tag = C4D_FOUR_BYTE('T', 'A', 'G', ' '),

@@ -3,6 +3,7 @@
 #include "host/scene/hyper_file.h"
 #include "host/scene/node_access.h"
 #include "host/scene/text.h"
+#include "host/user_break.h"
 
 #include <map>
 #include <new>
@@ -19,20 +20,19 @@ public:
       : reader_(source, [this](LULONG number) { return LinkIdOfNumber(number); }), version_(version) {}
 
   /** NULL on failure, with everything made so far freed. */
-  BaseDocument* Read() {
+  Document* Read() {
     try {
       LONG id = 0;
-      document_ = BaseDocument::Alloc();
+      document_ = MakeDocument();
       if (!document_)
         reason_ = "out of memory for a document";
-      else if (reader_.ChunkStart(&id, nullptr) && CheckRoot(id) && Node({nullptr, NodeChunk::Document}, id) &&
-               reader_.ChunkEnd())
+      else if (reader_.ChunkStart(&id, nullptr) && CheckRoot(id) && Root() && reader_.ChunkEnd())
         return document_;
     } catch (const std::bad_alloc&) {
       reason_ = "offset " + std::to_string(reader_.Offset()) + ": out of memory";
     }
-    BaseDocument::Free(document_);
-    return NULL;
+    FreeNode(document_);
+    return nullptr;
   }
   const std::string& Reason() const { return reason_.empty() ? reader_.Error().text : reason_; }
   /** One line for each type that nobody knows. */
@@ -47,46 +47,64 @@ private:
   }
 
   bool CheckRoot(LONG id) {
-    return (NodeChunk)id == NodeChunk::Document || reader_.Fail(FILEERROR_WRONG_VALUE, "found no document, expected one");
+    return (NodeChunk)id == NodeChunk::Document ||
+           reader_.Fail(FILEERROR_WRONG_VALUE, "found no document, expected one");
+  }
+
+  bool Root() {
+    FreeList(document_->renderSettings); // the file has its own
+    if (!Chunk(nullptr, (LONG)NodeChunk::Document)) return false;
+    const Node* active = FindNode(document_->activeObject);
+    if (!active || active->kind != NodeKind::Object) document_->activeObject = 0;
+    if (document_->renderSettings.first) return true;
+    Node* settings = MakeNode(NodeKind::RenderSettings, Rbase);
+    if (!settings) return reader_.Fail(FILEERROR_OUTOFMEMORY, "out of memory for render settings");
+    AppendNode(document_->renderSettings, *settings);
+    return true;
   }
 
   /** One node and what is below it; its chunk has been begun. */
-  bool Node(const SceneNode& parent, LONG id) {
-    SceneNode node = {nullptr, (NodeChunk)id};
-    return Content(parent, &node) && Below(node);
+  bool Chunk(Node* parent, LONG id) {
+    Node* node = Content(parent, id);
+    return node && Below(*node);
   }
 
-  /** Apart from Below, so that what it needs is gone before the nodes below are read. */
-  bool Content(const SceneNode& parent, SceneNode* node) {
-    const std::int64_t at = reader_.Offset();
+  /** Apart from Below, so that what it needs is gone before the nodes below are read. NULL on failure. */
+  Node* Content(Node* parent, LONG id) {
     NodeHead head;
-    // What can be loaded can be saved: a node needs room for one more chunk.
-    if (reader_.Depth() >= kMaxChunkDepth)
-      return reader_.Fail(FILEERROR_CHUNK_NUMBER, "found nodes nested deeper than " + std::to_string(kMaxChunkDepth - 1));
-    if (!head.Read(reader_, (LONG)node->chunk)) return false;
-    if (head.number == 0 || !seen_.insert(head.number).second)
-      return reader_.Fail(FILEERROR_INVALID, "found link number " + std::to_string(head.number) + " of " +
-                                                 head.Describe() + ", expected one that no other node has");
+    if (!ReadHead(&head, id)) return nullptr;
     std::string why;
-    node->node = node->chunk == NodeChunk::Document ? document_ : PlaceNode(parent, head, &why);
-    if (!node->node) {
-      reason_ = "offset " + std::to_string(at) + ": " + head.Describe() + ": " + why;
-      return false;
+    Node* node = parent ? PlaceNode(*parent, head, &why) : document_;
+    if (!node) {
+      reader_.Fail(FILEERROR_INVALID, head.Describe() + ": " + why);
+      return nullptr;
     }
     ApplyHead(*node, head, LinkIdOfNumber(head.number));
-    if (KeptDataOf(node->node))
-      unknown_.emplace(head.type, head.Describe() + ": no loaded module knows this type; its data is kept as it is");
-    return Parts(*node, head);
+    if (node->kept)
+      unknown_.emplace(head.type,
+                       head.Describe() + ": no loaded module knows this type; its data is kept as it is");
+    return Parts(*node, head) ? node : nullptr;
+  }
+
+  bool ReadHead(NodeHead* head, LONG id) {
+    // What can be loaded can be saved: a node needs room for one more chunk.
+    if (reader_.Depth() >= kMaxChunkDepth)
+      return reader_.Fail(FILEERROR_CHUNK_NUMBER,
+                          "found nodes nested deeper than " + std::to_string(kMaxChunkDepth - 1));
+    if (!head->Read(reader_, id)) return false;
+    if (head->number != 0 && seen_.insert(head->number).second) return true;
+    return reader_.Fail(FILEERROR_INVALID, "found link number " + std::to_string(head->number) + " of " +
+                                               head->Describe() + ", expected one that no other node has");
   }
 
   /** DATA and OWN, which lie before the nodes below. */
-  bool Parts(const SceneNode& node, const NodeHead& head) {
+  bool Parts(Node& node, const NodeHead& head) {
     while (!reader_.AtChunkEnd()) {
       LONG id = 0, level = 0;
       if (!reader_.ChunkStart(&id, &level)) return false;
       bool good = true;
-      if (id == kDataChunk && KeptDataOf(node.node)) {
-        good = Keep(*KeptDataOf(node.node));
+      if (id == kDataChunk && node.kept) {
+        good = Keep(*node.kept);
       } else if (id == kDataChunk || id == kOwnChunk) {
         good = Guest(node, head, id == kOwnChunk ? GuestPart::Own : GuestPart::PlugIn, level);
       } else if (NodeChunkName(id)) {
@@ -98,30 +116,28 @@ private:
     return true;
   }
 
-  bool Below(const SceneNode& node) {
+  bool Below(Node& node) {
     while (pending_ != 0 || !reader_.AtChunkEnd()) {
       LONG id = pending_;
       pending_ = 0;
       if (id == 0 && !reader_.ChunkStart(&id, nullptr)) return false;
-      const bool good = NodeChunkName(id) ? Node(node, id) : reader_.SkipToChunkEnd(reader_.Depth());
+      const bool good = NodeChunkName(id) ? Chunk(&node, id) : reader_.SkipToChunkEnd(reader_.Depth());
       if (!good || !reader_.ChunkEnd()) return false;
     }
     return true;
   }
 
-  bool Guest(const SceneNode& node, const NodeHead& head, GuestPart part, LONG level) {
+  bool Guest(Node& node, const NodeHead& head, GuestPart part, LONG level) {
     if (!HasPart(node, part)) return true;
     const int depth = reader_.Depth();
-    bool read;
-    {
-      HyperFileImpl stream(reader_, document_, version_);
-      read = ReadPart(node, part, stream, level);
-      if (read && stream.Error() == FILEERROR_NONE) return reader_.SkipToChunkEnd(depth);
-      reason_ = head.Describe() + ": ";
-      const std::string text = stream.ErrorText();
-      if (reader_.Error().code == FILEERROR_NONE) reason_ += "offset " + std::to_string(reader_.Offset()) + ": ";
-      reason_ += text.empty() ? "its plug-in refuses the data" : text;
-    }
+    HyperFileImpl stream(reader_, Api(document_), version_);
+    const bool read = ReadPart(node, part, stream, level);
+    if (read && stream.Error() == FILEERROR_NONE) return reader_.SkipToChunkEnd(depth);
+    reason_ = head.Describe() + ": ";
+    if (reader_.Error().code == FILEERROR_NONE)
+      reason_ += "offset " + std::to_string(reader_.Offset()) + ": ";
+    const std::string text = stream.ErrorText();
+    reason_ += text.empty() ? "its plug-in refuses the data" : text;
     return false;
   }
 
@@ -131,6 +147,7 @@ private:
     std::vector<std::int64_t> links;
     if (!reader_.SkipToChunkEnd(reader_.Depth(), &links)) return false;
     const std::size_t size = (std::size_t)(reader_.Offset() - start);
+    kept.links.clear();
     kept.bytes.resize(size); // as much as was just read out of the file
     if (!reader_.BytesAt(start, kept.bytes.data(), size)) return false;
     for (const std::int64_t link : links) {
@@ -146,7 +163,7 @@ private:
 
   ValueReader reader_;
   ULONG version_;
-  BaseDocument* document_ = NULL;
+  Document* document_ = nullptr;
   std::unordered_map<LULONG, LULONG> linkIds_;
   std::unordered_set<LULONG> seen_;
   std::map<LONG, std::string> unknown_;
@@ -156,7 +173,8 @@ private:
 
 /** Why parsing stopped, and whether the file is damaged or was written so. */
 std::string Explain(ByteSource& source, const std::string& reason) {
-  if (!source.Error().empty()) return reason; // the file cannot be read: nothing can be said about its content
+  if (!source.Error().empty())
+    return reason; // the file cannot be read: nothing can be said about its content
   return RestIsUndamaged(source) ? reason : reason + " (the checksum shows that the file is damaged)";
 }
 
@@ -170,18 +188,19 @@ BaseDocument* ReadSceneStream(ByteSource& source, std::string* error) {
     return NULL;
   }
   SceneReader reader(source, version);
-  BaseDocument* document = reader.Read();
+  const Work work;
+  Document* document = reader.Read();
   if (!document) {
     *error = Explain(source, reader.Reason());
     return NULL;
   }
   if (!ReadStreamTail(source, &failure)) {
-    BaseDocument::Free(document);
+    FreeNode(document);
     *error = failure.text;
     return NULL;
   }
   for (const auto& line : reader.Unknown()) GePrint(FromUtf8(line.second));
-  return document;
+  return Api(document);
 }
 
 BaseDocument* ReadScene(const std::string& path, std::string* error) {

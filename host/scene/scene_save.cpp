@@ -3,6 +3,7 @@
 #include "host/scene/hyper_file.h"
 #include "host/scene/node_access.h"
 #include "host/scene/text.h"
+#include "host/user_break.h"
 
 #include <unordered_map>
 
@@ -12,58 +13,49 @@ namespace {
 
 class SceneWriter {
 public:
-  SceneWriter(ByteSink& sink, BaseDocument* doc)
+  SceneWriter(ByteSink& sink, Document* doc)
       : writer_(sink, [this](LULONG node) { return NumberOf(node); }), document_(doc) {}
 
   bool Write() {
-    NumberNodes();
-    return Node({document_, NodeChunk::Document});
+    // Links are written as places in the file: known before the first value, and the same in every process.
+    for (const Node* node : Hierarchy(*document_)) numbers_.emplace(node->linkId, numbers_.size() + 1);
+    return Chunk(*document_);
   }
   std::string Reason() const { return reason_.empty() ? writer_.Error().text : reason_; }
 
 private:
-  /** Links are written as places in the file: known before the first value, and the same in every process. */
-  void NumberNodes() {
-    std::vector<SceneNode> open{{document_, NodeChunk::Document}};
-    while (!open.empty()) {
-      const SceneNode node = open.back();
-      open.pop_back();
-      const LULONG number = numbers_.size() + 1;
-      numbers_.emplace(LinkIdOf(node.node), number);
-      const std::vector<SceneNode> below = NodesBelow(node);
-      open.insert(open.end(), below.rbegin(), below.rend());
-    }
-  }
-
   LULONG NumberOf(LULONG node) const {
     const auto found = numbers_.find(node);
     return found == numbers_.end() ? 0 : found->second; // a node of another document, or one that is gone
   }
 
-  bool Node(const SceneNode& node) {
-    return writer_.ChunkStart((LONG)node.chunk, kNodeLayout) && Content(node) && Below(node) && writer_.ChunkEnd();
+  bool Chunk(Node& node) {
+    return writer_.ChunkStart((LONG)ChunkOf(node), kNodeLayout) && Content(node) && Below(node) &&
+           writer_.ChunkEnd();
   }
 
   /** Apart from Below, so that what it needs is gone before the nodes below are written. */
-  bool Content(const SceneNode& node) {
-    const NodeHead head = HeadOf(node, NumberOf(LinkIdOf(node.node)));
+  bool Content(Node& node) {
+    const NodeHead head = HeadOf(node, NumberOf(node.linkId));
     if (!head.Write(writer_)) return false;
     return Guest(node, head, GuestPart::PlugIn) && Guest(node, head, GuestPart::Own);
   }
 
-  bool Below(const SceneNode& node) {
-    for (const SceneNode& below : NodesBelow(node))
-      if (!Node(below)) return false;
+  bool Below(Node& node) {
+    for (const NodeList* list : ListsOf(node))
+      for (Node* below = list->first; below; below = below->next)
+        if (!Chunk(*below)) return false;
     return true;
   }
 
-  bool Guest(const SceneNode& node, const NodeHead& head, GuestPart part) {
+  bool Guest(Node& node, const NodeHead& head, GuestPart part) {
     if (!HasPart(node, part)) return true;
     const bool own = part == GuestPart::Own;
     if (!writer_.ChunkStart(own ? kOwnChunk : kDataChunk, own ? kNodeLayout : head.diskLevel)) return false;
-    if (const KeptData* kept = own ? nullptr : KeptDataOf(node.node))
-      return writer_.Raw(kept->bytes.data(), kept->bytes.size(), kept->links) && writer_.ChunkEnd();
-    HyperFileImpl stream(writer_, document_);
+    if (!own && node.kept)
+      return writer_.Raw(node.kept->bytes.data(), node.kept->bytes.size(), node.kept->links) &&
+             writer_.ChunkEnd();
+    HyperFileImpl stream(writer_, Api(document_));
     const bool written = WritePart(node, part, stream);
     if (written && stream.Error() == FILEERROR_NONE && stream.OpenChunks() == 0) return writer_.ChunkEnd();
     const std::string text = stream.ErrorText();
@@ -78,7 +70,7 @@ private:
   }
 
   ValueWriter writer_;
-  BaseDocument* document_;
+  Document* document_;
   std::unordered_map<LULONG, LULONG> numbers_;
   std::string reason_;
 };
@@ -87,7 +79,8 @@ private:
 
 bool WriteScene(BaseDocument* doc, const std::string& path, Faults* faults, std::string* error) {
   ReplacingFile file(path, faults);
-  SceneWriter writer(file.Sink(), doc);
+  SceneWriter writer(file.Sink(), Impl(doc));
+  const Work work;
   std::string reason;
   if (file.Open(&reason)) {
     if (!WriteStreamHead(file.Sink(), kSceneIdent))

@@ -6,7 +6,8 @@
 
 namespace host {
 
-/** One value or array of a guest's chunk, shown as it was written; starts and ends of chunks are passed silently. */
+/** One value or array of a guest's chunk, shown as it was written; starts and ends of chunks are passed
+ * silently. */
 bool VisitValue(ValueReader& reader, StreamVisitor& visitor);
 
 /** All of a scene stream, checksum included; text of the failure without a file's name. */

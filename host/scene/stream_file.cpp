@@ -40,7 +40,8 @@ struct Tail {
 
   bool Read(ByteSource& source) {
     const std::int64_t at = source.Length() - kStreamTailBytes;
-    return source.ReadAt(at, mark, 4) && source.ReadAt(at + 4, &length, 8) && source.ReadAt(at + 12, &checksum, 8);
+    return source.ReadAt(at, mark, 4) && source.ReadAt(at + 4, &length, 8) &&
+           source.ReadAt(at + 12, &checksum, 8);
   }
 };
 
@@ -61,17 +62,18 @@ bool ReadStreamHead(ByteSource& source, LONG ident, ULONG* version, StreamError*
   UCHAR magic[4];
   LONG foundIdent = 0;
   if (source.Length() < kStreamHeadBytes + kStreamTailBytes)
-    return error->Set(FILEERROR_FILE_END, At(source.Length(), "the end of the file",
-                                             "at least " + std::to_string(kStreamHeadBytes + kStreamTailBytes) +
-                                                 " bytes: it is truncated or no scene file"));
+    return error->Set(FILEERROR_FILE_END,
+                      At(source.Length(), "the end of the file",
+                         "at least " + std::to_string(kStreamHeadBytes + kStreamTailBytes) +
+                             " bytes: it is truncated or no scene file"));
   if (!source.Read(magic, 4) || !source.Read(version, 4) || !source.Read(&foundIdent, 4))
     return error->Set(FILEERROR_READ, "offset " + std::to_string(source.Position()) + ": " + source.Error());
   if (std::memcmp(magic, kHead, 4) != 0)
     return error->Set(FILEERROR_WRONG_VALUE, At(0, Quote(magic), "\"HSCN\": this is no scene file"));
   if (*version == 0 || *version > kStreamVersion)
-    return error->Set(FILEERROR_WRONG_VALUE,
-                      At(4, "format version " + std::to_string(*version),
-                         "version 1 to " + std::to_string(kStreamVersion) + ": a newer program wrote this file"));
+    return error->Set(FILEERROR_WRONG_VALUE, At(4, "format version " + std::to_string(*version),
+                                                "version 1 to " + std::to_string(kStreamVersion) +
+                                                    ": a newer program wrote this file"));
   if (foundIdent != ident)
     return error->Set(FILEERROR_WRONG_VALUE,
                       At(8, "ident " + std::to_string(foundIdent), "ident " + std::to_string(ident)));

@@ -6,13 +6,14 @@
 namespace host {
 
 bool VisitNode(BaseList2D* api, StreamVisitor& visitor) {
-  const SceneNode node = {api, ChunkOf(api)};
+  Node& node = *Impl(api);
   const NodeHead head = HeadOf(node, 0);
-  visitor.BeginNode(NodeChunkName((LONG)head.chunk), head.type, Utf8(head.name), head.diskLevel);
+  const char* kind = NodeChunkName((LONG)head.chunk);
+  visitor.BeginNode(kind ? kind : "preferences", head.type, Utf8(head.name), head.diskLevel);
   bool good = true;
   for (const GuestPart part : {GuestPart::PlugIn, GuestPart::Own}) {
-    if (!HasPart(node, part) || KeptDataOf(api)) continue;
-    HyperFileImpl stream(visitor, api->GetDocument());
+    if (!HasPart(node, part) || (part == GuestPart::PlugIn && node.kept)) continue;
+    HyperFileImpl stream(visitor, Api(node.GetDocument()));
     good = good && WritePart(node, part, stream) && stream.Error() == FILEERROR_NONE;
   }
   visitor.EndNode();

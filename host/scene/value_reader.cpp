@@ -19,16 +19,16 @@ bool ValueReader::FailAt(std::int64_t offset, FILEERROR code, const std::string&
 bool ValueReader::Bytes(void* data, std::size_t size) {
   if (error_.code != FILEERROR_NONE) return false;
   if (source_.Remaining() >= 0 && (std::uint64_t)source_.Remaining() < size)
-    return Fail(FILEERROR_FILE_END, "found " + std::to_string(source_.Remaining()) + " bytes up to the end, expected " +
-                                        std::to_string(size));
+    return Fail(FILEERROR_FILE_END, "found " + std::to_string(source_.Remaining()) +
+                                        " bytes up to the end, expected " + std::to_string(size));
   return source_.Read(data, size) || Fail(FILEERROR_READ, source_.Error());
 }
 
 bool ValueReader::Pass(std::int64_t size) {
   if (error_.code != FILEERROR_NONE) return false;
   if (source_.Remaining() < size)
-    return Fail(FILEERROR_FILE_END, "found " + std::to_string(source_.Remaining()) + " bytes up to the end, expected " +
-                                        std::to_string(size));
+    return Fail(FILEERROR_FILE_END, "found " + std::to_string(source_.Remaining()) +
+                                        " bytes up to the end, expected " + std::to_string(size));
   return source_.Skip(size) || Fail(FILEERROR_READ, source_.Error());
 }
 
@@ -57,9 +57,9 @@ bool ValueReader::Count(LONG* count, std::size_t size, const char* what) {
   if (!Get(&found)) return false;
   const std::uint64_t most = std::min<std::uint64_t>((std::uint64_t)source_.Remaining() / size, MAXLONGl);
   if (found > most)
-    return FailAt(at, FILEERROR_FILE_END, "found a count of " + std::to_string(found) + " " + what +
-                                              ", expected at most " + std::to_string(most) +
-                                              " in the rest of the file");
+    return FailAt(at, FILEERROR_FILE_END,
+                  "found a count of " + std::to_string(found) + " " + what + ", expected at most " +
+                      std::to_string(most) + " in the rest of the file");
   *count = (LONG)found;
   return true;
 }
@@ -119,15 +119,16 @@ bool ValueReader::Text(String* text) {
 
 bool ValueReader::Container(BaseContainer* bc, int depth, std::vector<std::int64_t>* linkPositions) {
   if (depth > kMaxContainerDepth)
-    return Fail(FILEERROR_INVALID, "found containers nested deeper than " + std::to_string(kMaxContainerDepth));
+    return Fail(FILEERROR_INVALID,
+                "found containers nested deeper than " + std::to_string(kMaxContainerDepth));
   LONG id = 0, count = 0;
   if (!Get(&id)) return false;
   const std::int64_t at = Offset();
   if (!Count(&count, kSmallestEntry, "container entries")) return false;
   if (count > kMaxContainerEntries)
-    return FailAt(at, FILEERROR_INVALID, "found a count of " + std::to_string(count) +
-                                             " container entries, expected at most " +
-                                             std::to_string(kMaxContainerEntries));
+    return FailAt(at, FILEERROR_INVALID,
+                  "found a count of " + std::to_string(count) + " container entries, expected at most " +
+                      std::to_string(kMaxContainerEntries));
   if (bc) bc->SetId(id);
   for (LONG i = 0; i < count; ++i) {
     LONG entry = 0, type = 0;
@@ -211,10 +212,12 @@ bool ValueReader::ArrayHeader(HYPERFILEARRAY* kind, LONG* count) {
   if (!Get(&found)) return false;
   const std::size_t size = ElementSize(found[0]);
   if (size == 0)
-    return FailAt(at, FILEERROR_UNKNOWN_VALUE, "found an array of " + ElementName(found[0]) + ", expected a known one");
+    return FailAt(at, FILEERROR_UNKNOWN_VALUE,
+                  "found an array of " + ElementName(found[0]) + ", expected a known one");
   if (found[1] != size)
-    return FailAt(at, FILEERROR_INVALID, "found an element size of " + std::to_string(found[1]) + " for " +
-                                             ElementName(found[0]) + ", expected " + std::to_string(size));
+    return FailAt(at, FILEERROR_INVALID,
+                  "found an element size of " + std::to_string(found[1]) + " for " + ElementName(found[0]) +
+                      ", expected " + std::to_string(size));
   *kind = (HYPERFILEARRAY)found[0];
   return Count(count, size, ElementName(found[0]).c_str());
 }
@@ -235,8 +238,9 @@ bool ValueReader::Array(void* data, HYPERFILEARRAY kind, LONG increment, LONG co
                   "found an array of " + std::to_string(found) + " " + ElementName(foundKind) +
                       ", expected one of " + std::to_string(count) + " " + ElementName(kind));
   if ((count > 0 && !data) || increment < (LONG)ElementSize(kind))
-    return FailAt(at, FILEERROR_INVALID, "array of " + std::to_string(count) + " " + ElementName(kind) + " every " +
-                                             std::to_string(increment) + " bytes cannot be read");
+    return FailAt(at, FILEERROR_INVALID,
+                  "array of " + std::to_string(count) + " " + ElementName(kind) + " every " +
+                      std::to_string(increment) + " bytes cannot be read");
   return ArrayData(data, kind, increment, count);
 }
 

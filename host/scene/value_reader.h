@@ -7,8 +7,8 @@
 namespace host {
 
 /**
- * Every call fails after the first failure; the text of the failure names offset, found and expected. What a count
- * in the stream asks for is compared with what is left of it before memory is asked for.
+ * Every call fails after the first failure; the text of the failure names offset, found and expected. What a
+ * count in the stream asks for is compared with what is left of it before memory is asked for.
  */
 class ValueReader {
 public:
@@ -44,7 +44,10 @@ public:
   const StreamError& Error() const { return error_; }
 
 private:
-  template <class T> bool Get(T* value) { return Bytes(value, sizeof *value); }
+  template <class T>
+  bool Get(T* value) {
+    return Bytes(value, sizeof *value);
+  }
   bool FailAt(std::int64_t offset, FILEERROR code, const std::string& text);
   bool Expect(int kind);
   bool Bytes(void* data, std::size_t size);

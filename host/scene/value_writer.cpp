@@ -100,7 +100,8 @@ bool ValueWriter::Entry(const GeData& data, int depth) {
     return Put((LULONG)(links_ && target ? links_(target) : 0));
   }
   default:
-    return Fail(FILEERROR_UNKNOWN_VALUE, "a container entry of type " + std::to_string(type) + " cannot be saved");
+    return Fail(FILEERROR_UNKNOWN_VALUE,
+                "a container entry of type " + std::to_string(type) + " cannot be saved");
   }
 }
 

@@ -26,7 +26,10 @@ public:
   const StreamError& Error() const { return error_; }
 
 private:
-  template <class T> bool Put(const T& value) { return Bytes(&value, sizeof value); }
+  template <class T>
+  bool Put(const T& value) {
+    return Bytes(&value, sizeof value);
+  }
   bool Bytes(const void* data, std::size_t size);
   bool Kind(HYPERFILEVALUE kind);
   bool Text(const String& text);

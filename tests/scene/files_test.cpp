@@ -2,6 +2,7 @@
 
 #include "c4d.h"
 #include "host/application.h"
+#include "host/scene/live_files.h"
 
 #include <algorithm>
 #include <set>
@@ -14,6 +15,12 @@ Filename Name(const std::string& path) {
 
 class Files : public Scratch {
 protected:
+  void TearDown() override {
+    EXPECT_EQ(host::LiveFile::Count(), 0) << "whatever failed, everything was freed";
+    EXPECT_TRUE(application_.Misbehaviour().empty());
+    Scratch::TearDown();
+  }
+
   host::Application application_;
 };
 
@@ -100,7 +107,8 @@ TEST_F(Files, AFullDiskIsToldAndSticks) {
 
 TEST_F(Files, WhatIsNoFileDoesNotOpen) {
   AutoAlloc<BaseFile> file;
-  for (const std::string& path : {std::string(), Path("missing"), folder_.string(), std::string("/dev/null")}) {
+  for (const std::string& path :
+       {std::string(), Path("missing"), folder_.string(), std::string("/dev/null")}) {
     EXPECT_FALSE(file->Open(Name(path))) << path;
     EXPECT_EQ(file->GetError(), FILEERROR_OPEN);
     EXPECT_EQ(file->TryReadBytes(&file, 1), 0);
@@ -140,8 +148,6 @@ TEST_F(Files, ExistKillAndRenameTellFilesFromFolders) {
   EXPECT_FALSE(GeFKill(Name(Path("b"))));
   EXPECT_FALSE(GeFRename(Name(Path("b")), Name(Path("c"))));
 }
-
-// ---------------------------------------------------------------------------------------------------------------
 
 TEST_F(Files, OwnStreamsKeepChunksAndSkipUnknownOnes) {
   AutoAlloc<HyperFile> out;

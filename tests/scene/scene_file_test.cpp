@@ -22,6 +22,7 @@ protected:
     Start(true);
   }
   void TearDown() override {
+    for (const std::string& line : application_->Misbehaviour()) ADD_FAILURE() << line;
     application_.reset();
     Scratch::TearDown();
   }
@@ -191,8 +192,8 @@ TEST_F(SceneFile, ATruncatedFileIsRefusedAtEveryLength) {
   const std::string saved = Save(MakeDocument(), "a.scene");
   for (std::size_t size = 0; size < saved.size(); ++size) Refusal(saved.substr(0, size));
   EXPECT_EQ(Refusal(saved.substr(0, saved.size() - 1)),
-            "offset " + std::to_string(saved.size() - 21) + ": found 02 48 45 4e, expected the end mark \"HEND\": " +
-                "the file is truncated or damaged");
+            "offset " + std::to_string(saved.size() - 21) +
+                ": found 02 48 45 4e, expected the end mark \"HEND\": " + "the file is truncated or damaged");
 }
 
 TEST_F(SceneFile, AChangedBitIsNeverLoaded) {
@@ -227,12 +228,14 @@ TEST_F(SceneFile, EachFaultOfTheFrameHasItsOwnLine) {
     std::string all = saved;
     return all.replace(at, bytes.size(), bytes);
   };
-  EXPECT_EQ(Refusal(changed(0, "LASF")), "offset 0: found \"LASF\", expected \"HSCN\": this is no scene file");
+  EXPECT_EQ(Refusal(changed(0, "LASF")),
+            "offset 0: found \"LASF\", expected \"HSCN\": this is no scene file");
   EXPECT_EQ(Refusal(changed(4, std::string("\2\0\0\0", 4))),
             "offset 4: found format version 2, expected version 1 to 1: a newer program wrote this file");
   EXPECT_NE(Refusal(changed(8, "xxxx")).find("offset 8: found ident"), std::string::npos);
-  EXPECT_NE(Refusal(saved.substr(0, 100) + saved.substr(101)).find("a length of " + std::to_string(saved.size())),
-            std::string::npos);
+  EXPECT_NE(
+      Refusal(saved.substr(0, 100) + saved.substr(101)).find("a length of " + std::to_string(saved.size())),
+      std::string::npos);
   EXPECT_NE(Refusal(changed(saved.size() - 8, "????????")).find("checksum 3f3f3f3f3f3f3f3f, expected"),
             std::string::npos);
   EXPECT_NE(Refusal("").find("truncated"), std::string::npos);
@@ -282,7 +285,8 @@ TEST_F(SceneFile, AFullDiskAtAnyWriteKeepsTheOldScene) {
 TEST_F(SceneFile, WhatCannotBeReplacedIsRefusedBeforeWriting) {
   BaseDocument* doc = MakeDocument();
   std::filesystem::create_directory(folder_ / "folder");
-  for (const std::string& path : {folder_.string(), Path("folder"), std::string("/dev/null"), Path("no/such/a.scene")}) {
+  for (const std::string& path :
+       {folder_.string(), Path("folder"), std::string("/dev/null"), Path("no/such/a.scene")}) {
     std::string error;
     EXPECT_FALSE(application_->SaveScene(doc, path, &error)) << path;
     EXPECT_EQ(error.find(path + ": "), 0u) << error;
@@ -353,8 +357,6 @@ TEST_F(SceneFile, HierarchiesAreSavedAsDeepAsTheyCanBeRead) {
   EXPECT_NE(error.find("deeper than"), std::string::npos) << error;
 }
 
-// ---------------------------------------------------------------------------------------------------------------
-
 /** Writes down what it is shown. */
 class Notes : public host::StreamVisitor {
 public:
@@ -372,7 +374,8 @@ public:
   void Array(HYPERFILEARRAY type, const void* data, LONG increment, LONG count) override {
     std::string text = "array " + std::to_string((int)type);
     for (LONG i = 0; i < count; ++i)
-      text += " " + std::to_string(*(const SReal*)((const char*)data + (std::size_t)i * (std::size_t)increment));
+      text +=
+          " " + std::to_string(*(const SReal*)((const char*)data + (std::size_t)i * (std::size_t)increment));
     lines.push_back(text);
   }
 };
@@ -383,13 +386,14 @@ TEST_F(SceneFile, VisitorsSeeTheSameValuesInTheNodeAndInTheFile) {
   Notes node, file;
   ASSERT_TRUE(host::VisitNode(doc->GetFirstObject()->GetDown(), node));
   EXPECT_EQ(node.lines,
-            (std::vector<std::string>{"begin object 1099001 F\xc3\xafrst 3", "15 17", "130 \xe6\x97\xa5", "15 3",
-                                      "array 5 1.500000 -2.500000 0.000000", "132", "end"}));
+            (std::vector<std::string>{"begin object 1099001 F\xc3\xafrst 3", "15 17", "130 \xe6\x97\xa5",
+                                      "15 3", "array 5 1.500000 -2.500000 0.000000", "132", "end"}));
   std::string error;
   ASSERT_TRUE(host::VisitScene(Path("a.scene"), file, &error)) << error;
   EXPECT_EQ(file.lines.front().substr(0, 14), "begin document");
   // The node's child lies before its end in the file.
-  const auto found = std::search(file.lines.begin(), file.lines.end(), node.lines.begin(), node.lines.end() - 1);
+  const auto found =
+      std::search(file.lines.begin(), file.lines.end(), node.lines.begin(), node.lines.end() - 1);
   ASSERT_NE(found, file.lines.end());
   EXPECT_EQ(*(found + (std::ptrdiff_t)node.lines.size() - 1), "begin object 5140 Inner 0");
   twist = Twist::RefuseWrite;

@@ -12,7 +12,8 @@ class Scratch : public ::testing::Test {
 protected:
   void SetUp() override {
     const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
-    std::string name = std::string(info->test_suite_name()) + "-" + info->name() + "-" + std::to_string(::getpid());
+    std::string name =
+        std::string(info->test_suite_name()) + "-" + info->name() + "-" + std::to_string(::getpid());
     for (char& c : name)
       if (c == '/') c = '_';
     folder_ = std::filesystem::temp_directory_path() / name;

@@ -9,7 +9,16 @@
 constexpr LONG kPayloadObject = 1099001, kPayloadPost = 1099002;
 
 /** What the next Read or Write does besides its work. */
-enum class Twist { None, RefuseWrite, IgnoreWriteError, LeaveChunkOpen, EndForeignChunk, RefuseRead, ReadTooMuch, ReadLess };
+enum class Twist {
+  None,
+  RefuseWrite,
+  IgnoreWriteError,
+  LeaveChunkOpen,
+  EndForeignChunk,
+  RefuseRead,
+  ReadTooMuch,
+  ReadLess
+};
 inline Twist twist = Twist::None;
 
 class Payload : public ObjectData {
@@ -44,7 +53,8 @@ public:
     if (count < 0 || count > 1000000) return FALSE;
     reals.resize((std::size_t)count);
     if (!hf->ReadArray(reals.data(), HYPERFILEARRAY_SREAL, sizeof(SReal), count)) return FALSE;
-    if (!hf->ReadChunkStart(&id, &level) || !hf->ReadContainer(&extra, TRUE) || !hf->ReadChunkEnd()) return FALSE;
+    if (!hf->ReadChunkStart(&id, &level) || !hf->ReadContainer(&extra, TRUE) || !hf->ReadChunkEnd())
+      return FALSE;
     return twist != Twist::ReadTooMuch || hf->ReadLong(&count);
   }
 };
@@ -58,7 +68,8 @@ public:
 };
 
 inline Bool RegisterPayloads() {
-  return RegisterObjectPlugin(kPayloadObject, "Payload", OBJECT_GENERATOR, Payload::Alloc, String(), NULL, 3) &&
+  return RegisterObjectPlugin(kPayloadObject, "Payload", OBJECT_GENERATOR, Payload::Alloc, String(), NULL,
+                              3) &&
          RegisterVideoPostPlugin(kPayloadPost, "Payload Post", 0, PayloadPost::Alloc, String(), 1, 0);
 }
 

@@ -22,7 +22,8 @@ protected:
     return Bytes(Path("values"));
   }
 
-  template <class T> void ExpectSame(HYPERFILEVALUE kind, const T& value) {
+  template <class T>
+  void ExpectSame(HYPERFILEVALUE kind, const T& value) {
     const std::string bytes = Written([&](ValueWriter& w) { return w.Value(kind, &value); });
     ByteSource source;
     ASSERT_TRUE(source.OpenMemory(bytes.data(), bytes.size()));
@@ -161,8 +162,6 @@ TEST_F(ValueStream, LargePiecesPassTheBufferUnchanged) {
   EXPECT_EQ(source.CurrentChecksum(), written);
 }
 
-// ---------------------------------------------------------------------------------------------------------------
-
 struct Refusal {
   const char* name;
   std::string bytes;
@@ -208,10 +207,14 @@ TEST_P(RefusedStream, NamesOffsetFoundAndExpected) {
 }
 
 const Refusal kRefusals[] = {
-    {"other_kind", Raw({15, 1, 0, 0, 0}), ReadText, FILEERROR_WRONG_VALUE, "offset 0: found 32-bit integer, expected text"},
-    {"unknown_kind", Raw({99}), ReadText, FILEERROR_UNKNOWN_VALUE, "offset 0: found unknown kind 99, expected text"},
-    {"chunk_end", Raw({2}), ReadLong, FILEERROR_WRONG_VALUE, "offset 0: found end of chunk, expected 32-bit integer"},
-    {"nothing", Raw({}), ReadLong, FILEERROR_FILE_END, "offset 0: found end of file, expected 32-bit integer"},
+    {"other_kind", Raw({15, 1, 0, 0, 0}), ReadText, FILEERROR_WRONG_VALUE,
+     "offset 0: found 32-bit integer, expected text"},
+    {"unknown_kind", Raw({99}), ReadText, FILEERROR_UNKNOWN_VALUE,
+     "offset 0: found unknown kind 99, expected text"},
+    {"chunk_end", Raw({2}), ReadLong, FILEERROR_WRONG_VALUE,
+     "offset 0: found end of chunk, expected 32-bit integer"},
+    {"nothing", Raw({}), ReadLong, FILEERROR_FILE_END,
+     "offset 0: found end of file, expected 32-bit integer"},
     {"short_number", Raw({15, 1, 2}), ReadLong, FILEERROR_FILE_END,
      "offset 1: found 2 bytes up to the end, expected 4"},
     {"huge_text", Raw({130, 255, 255, 255, 127, 65}), ReadText, FILEERROR_FILE_END,

@@ -7,6 +7,7 @@
 
 #include "lasreader.hpp"
 #include "lasreader_las.hpp"
+#include "lasreadpoint.hpp"
 #if KELVRA_LASLIB_MESSAGES
 #include "laslib_messages.h"
 #endif
@@ -29,12 +30,12 @@ bool LasFile::Open(const std::string& path) {
   remaining_ = 0;
   report_ = LasReport();
 
-  FileBytes bytes;
+  file_ = std::make_unique<FileBytes>();
   std::string problem;
   if (!Available()) {
     problem = "this build cannot read LAS and LAZ files: it was made without LASlib";
-  } else if (bytes.Open(path, problem)) {
-    report_ = ValidateLas(bytes);
+  } else if (file_->Open(path, problem)) {
+    report_ = ValidateLas(*file_);
     if (!report_.complaints.empty()) problem = report_.complaints.front();
   }
   if (problem.empty() && !OpenLibrary(path))
@@ -65,6 +66,7 @@ void LasFile::OnMessage(void* context, const char* text) {
 #if KELVRA_HAVE_LASLIB
 
 struct LasFile::Library {
+  Library(ByteSource& file, const LasReport& report) : stream(file, report.patches) {}
   ~Library() {
     reader.reset();
 #if KELVRA_LASLIB_MESSAGES
@@ -72,8 +74,10 @@ struct LasFile::Library {
 #endif
   }
 
+  LasStream stream;
   LASreadOpener opener;
-  std::unique_ptr<LASreader> reader;
+  std::unique_ptr<LASreader> reader;  // header, layout of a point, the current point
+  std::unique_ptr<LASreadPoint> points;
 };
 
 LasFile::~LasFile() = default;
@@ -81,6 +85,11 @@ LasFile::~LasFile() = default;
 bool LasFile::Available() { return true; }
 
 namespace {
+
+// Layers of a compressed point that nothing here asks for are not decoded; colour other than red, green and blue too.
+constexpr U32 kLayers = LASZIP_DECOMPRESS_SELECTIVE_CHANNEL_RETURNS_XY | LASZIP_DECOMPRESS_SELECTIVE_Z |
+                        LASZIP_DECOMPRESS_SELECTIVE_CLASSIFICATION | LASZIP_DECOMPRESS_SELECTIVE_FLAGS |
+                        LASZIP_DECOMPRESS_SELECTIVE_RGB;
 
 // Whether the library's opener takes this name for a LAS file and leaves what lies beside it alone: it reads a spatial
 // index, whose name differs in the last letter, without any check.
@@ -98,44 +107,46 @@ bool SuitsOpener(const std::string& path) {
   return true;
 }
 
-LASreader* OpenByName(LASreadOpener& opener, const std::string& path) {
-  constexpr U32 kBufferBytes = 1 << 20;
-  opener.set_io_ibuffer_size(kBufferBytes);
-  opener.set_file_name(path.c_str());
-  return opener.open();
+// Lets the plain reader, which keeps the order of the file, read the header as the patches make it.
+LASreader* OpenPatched(LasStream& stream) {
+  auto reader = std::make_unique<LASreaderLAS>();
+  reader->set_delete_stream(FALSE);
+  return reader->open(&stream) ? reader.release() : nullptr;
 }
 
-// The plain reader, which keeps the order of the file, on the file as the patches make it.
-LASreader* OpenPatched(const std::string& path, const LasReport& report) {
-  std::FILE* file = OpenForReading(path);
-  if (!file) return nullptr;
-  constexpr std::size_t kBufferBytes = 1 << 16;
-  std::setvbuf(file, nullptr, _IOFBF, kBufferBytes);
-  auto* stream = new PatchedStream(file, report.patches);  // the reader's, whether it opens or not
-  auto reader = std::make_unique<LASreaderLAS>();
-  if (!reader->open(stream)) return nullptr;
-  if (!report.header.Compressed()) stream->DropPatches();
-  return reader.release();
+// The library's point reader on our own stream rather than on the C file that the opener reads through.
+std::unique_ptr<LASreadPoint> StartPoints(const LasHeader& header, LASreader& reader, LasStream& stream) {
+  auto points = std::make_unique<LASreadPoint>(kLayers);
+  LASzip* compression = reader.header.laszip;
+  const bool ready = compression ? points->setup(compression->num_items, compression->items, compression)
+                                 : points->setup(reader.point.num_items, reader.point.items);
+  if (!ready || !stream.seek(header.pointOffset) || !points->init(&stream)) return nullptr;
+  return points;
 }
 
 }  // namespace
 
 bool LasFile::OpenLibrary(const std::string& path) {
-  library_ = std::make_unique<Library>();
+  library_ = std::make_unique<Library>(*file_, report_);
 #if KELVRA_LASLIB_MESSAGES
   kelvra_las_message(&LasFile::OnMessage, this);
 #endif
   try {
-    const bool byName = report_.patches.empty() && SuitsOpener(path);
-    library_->reader.reset(byName ? OpenByName(library_->opener, path) : OpenPatched(path, report_));
+    if (report_.patches.empty() && SuitsOpener(path)) {
+      library_->opener.set_file_name(path.c_str());
+      library_->reader.reset(library_->opener.open());
+    } else {
+      library_->reader.reset(OpenPatched(library_->stream));
+    }
+    if (!library_->reader) return false;
+    library_->points = StartPoints(report_.header, *library_->reader, library_->stream);
   } catch (const std::bad_alloc&) {
     throw;
   } catch (...) {
     return false;  // the library throws integers
   }
-  if (!library_->reader) return false;
   const LASheader& header = library_->reader->header;
-  return header.point_data_format == report_.header.PointFormat() &&
+  return library_->points && header.point_data_format == report_.header.PointFormat() &&
          library_->reader->npoints == static_cast<I64>(report_.header.Points());
 }
 
@@ -145,9 +156,10 @@ bool LasFile::Next() {
   if (remaining_ == 0) return false;
   bool read = false;
   try {
-    read = library_->reader->read_point();
+    read = library_->points->read(library_->reader->point.point);
+    if (!read && library_->points->error()) OnMessage(this, library_->points->error());
   } catch (...) {
-    read = false;
+    read = false;  // the library catches its own exceptions only, not a refused allocation
   }
   remaining_ = read ? remaining_ - 1 : 0;
   return read;

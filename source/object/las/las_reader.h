@@ -51,6 +51,7 @@ private:
   LasReport report_;
   std::string refusal_;
   std::vector<std::string> libraryMessages_;
+  std::unique_ptr<FileBytes> file_;
   std::unique_ptr<Library> library_;
   std::uint64_t remaining_ = 0;  // points that may still be asked for
 };

@@ -85,6 +85,7 @@ LoopResult ReadPoints(LasFile& file, const Plan& plan, ProgressMeter& meter, Las
   LoopResult result;
   const bool hasColor = cloud.hasColor;
   LasPoint point;
+  LasBox box;
   std::int64_t sinceKept = 0;
   while (cloud.kept < plan.capacity) {
     if (!file.Next()) {
@@ -104,8 +105,8 @@ LoopResult ReadPoints(LasFile& file, const Plan& plan, ProgressMeter& meter, Las
     // Unclassified points are left out of reprojected clouds only. The key of a LAS cloud is never above 1, so they all
     // stay; the rule is kept for the day a reader sets another key.
     if (cloud.key > 1 && (point.classification & 31) == 0) continue;
-    if (cloud.kept == 0) cloud.pointBox = {{point.x, point.y, point.z}, {point.x, point.y, point.z}};
-    Enclose(point, cloud.pointBox);
+    if (cloud.kept == 0) box = {{point.x, point.y, point.z}, {point.x, point.y, point.z}};
+    Enclose(point, box);
     FillRecord(point, hasColor, cloud.records[cloud.kept], result.colorBits);
     ++cloud.kept;
     if ((cloud.kept & kProgressMask) == 0 && !meter.Report(cloud.kept)) {
@@ -113,6 +114,7 @@ LoopResult ReadPoints(LasFile& file, const Plan& plan, ProgressMeter& meter, Las
       break;
     }
   }
+  cloud.pointBox = box;
   return result;
 }
 
@@ -157,8 +159,8 @@ void Tell(LasCloud& cloud, const std::string& name, const std::string& text) {
   cloud.messages.push_back(name + ": " + text);
 }
 
-void TellFindings(const LasFile& file, const std::string& name, const Plan& plan, LasCloud& cloud) {
-  if (cloud.outcome == LasOutcome::kPartial)
+void TellFindings(const LasFile& file, const std::string& name, const Plan& plan, bool partial, LasCloud& cloud) {
+  if (partial)
     Tell(cloud, name,
          "loaded " + Grouped(cloud.available) + " of " + Grouped(cloud.announced) + " points" +
              (plan.step > 1 ? ", every " + Grouped(plan.step) + "th kept" : ""));
@@ -203,10 +205,10 @@ void Load(LasFile& file, const std::string& name, const LasReadOptions& options,
   // What was there: the library may have ended before the last point that seemed readable.
   cloud.available = result.atEnd ? result.read : Clamped(file.Report().readable);
   const bool partial = cloud.available < cloud.announced && (result.atEnd || cloud.kept <= plan.limit);
-  if (cloud.kept > 0 && result.colorBits <= 255) WidenColors(cloud);
+  if (cloud.kept > 0 && result.colorBits > 0 && result.colorBits <= 255) WidenColors(cloud);
   cloud.headerBoxHolds = cloud.kept > 0 && BoxHolds(file.Report().header, cloud.headerBox, cloud.pointBox);
-  cloud.outcome = cloud.kept == 0 && !partial ? LasOutcome::kEmpty : partial ? LasOutcome::kPartial : LasOutcome::kLoaded;
-  TellFindings(file, name, plan, cloud);
+  cloud.outcome = cloud.kept == 0 ? LasOutcome::kEmpty : partial ? LasOutcome::kPartial : LasOutcome::kLoaded;
+  TellFindings(file, name, plan, partial, cloud);
   if (cloud.announced == 0) Tell(cloud, name, "the file holds no points");
   if (cloud.kept == 0) Release(memory, cloud);
 }

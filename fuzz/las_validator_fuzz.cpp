@@ -1,0 +1,55 @@
+// Any bytes as a LAS or LAZ file: never more points than the checks allowed, and the same points whether the library's
+// opener or its plain reader, which serves files with patches, reads the header.
+#include "object/las/las_reader.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <random>
+
+namespace {
+
+struct Reading {
+  bool opened = false;
+  std::uint64_t points = 0, hash = 0;
+  bool operator==(const Reading& other) const {
+    return opened == other.opened && points == other.points && hash == other.hash;
+  }
+};
+
+Reading ReadAll(const std::filesystem::path& path) {
+  kelvra::LasFile file;
+  Reading reading;
+  reading.opened = file.Open(path.string());
+  kelvra::LasPoint point;
+  while (file.Next()) {
+    file.Get(point);
+    const double values[] = {point.x, point.y, point.z, double(point.r), double(point.classification)};
+    for (const double value : values) {
+      std::uint64_t bits;
+      std::memcpy(&bits, &value, sizeof bits);
+      reading.hash = (reading.hash ^ bits) * 1099511628211u;
+    }
+    if (++reading.points > file.Report().readable) std::abort();
+  }
+  return reading;
+}
+
+std::filesystem::path Scratch() {
+  const auto name = "kelvra_las_fuzz_" + std::to_string(std::random_device{}()) + ".laz";
+  return std::filesystem::temp_directory_path() / name;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  static const std::filesystem::path named = Scratch(), plain = named.string() + ".cloud";
+  std::ofstream(named, std::ios::binary).write(reinterpret_cast<const char*>(data), std::streamsize(size));
+  const Reading first = ReadAll(named);
+  std::filesystem::rename(named, plain);  // the opener does not know this suffix
+  const Reading second = ReadAll(plain);
+  std::filesystem::remove(plain);
+  if (!(first == second)) std::abort();
+  return 0;
+}

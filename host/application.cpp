@@ -1,0 +1,297 @@
+#include "host/application.h"
+
+#include "host/core/memory.h"
+#include "host/core/misbehaviour.h"
+#include "host/core/module.h"
+#include "host/core/node_parameters.h"
+#include "host/core/parameter_text.h"
+#include "host/core/services.h"
+#include "host/core/undo.h"
+#include "host/scene/scene_file.h"
+#include "host/scene/text.h"
+#include "host/user_break.h"
+#include "host/view/view_state.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <map>
+#include <mutex>
+
+namespace host {
+
+namespace {
+
+std::atomic<Application*> application{nullptr};
+std::atomic<Services*> services{nullptr};
+
+std::map<std::string, LLONG> BlocksByPlace() {
+  std::map<std::string, LLONG> blocks;
+  for (const memory::Survivor& survivor : memory::ModuleSurvivors()) blocks[survivor.place] += survivor.blocks;
+  return blocks;
+}
+
+} // namespace
+
+struct Application::Impl {
+  Services services;
+  Console console;
+  Dialogs dialogs;
+  Faults faults;
+  std::vector<Document*> documents;
+  std::vector<std::unique_ptr<Module>> modules;
+  mutable std::vector<PluginInfo> plugins;
+  std::mutex misbehaviourMutex;
+  std::vector<std::string> misbehaviour;
+  std::map<std::string, LLONG> blocksBefore = BlocksByPlace();
+  LLONG liveBlocksBefore = memory::LiveBlocks(), liveBytesBefore = memory::LiveBytes();
+  LLONG nodesBefore = LiveNodes();
+  bool closed = false;
+
+  Document* Adopt(Document* doc) {
+    documents.push_back(doc);
+    services.active = doc;
+    return doc;
+  }
+  void ReportSurvivors();
+};
+
+Services& TheServices() {
+  if (Services* living = services) return *living;
+  std::fputs("host: the application's interface is used while no application runs\n", stderr);
+  std::abort();
+}
+
+Services* FindServices() {
+  return services;
+}
+
+void ReportHost(const std::string& text) {
+  if (Application* living = application)
+    living->ReportMisbehaviour("host misbehaves: " + text);
+  else
+    std::fprintf(stderr, "host misbehaves: %s\n", text.c_str());
+}
+
+void ReportModule(const std::string& text) {
+  if (Application* living = application)
+    living->ReportMisbehaviour("module misbehaves: " + text);
+  else
+    std::fprintf(stderr, "module misbehaves: %s\n", text.c_str());
+}
+
+Application& Application::Get() {
+  if (Application* living = application) return *living;
+  TheServices();
+  std::abort();
+}
+
+Application::Application(const std::string& prefsFolder) : impl_(new Impl) {
+  if (application) {
+    std::fputs("host: a second application is started while one runs\n", stderr);
+    std::abort();
+  }
+  impl_->services.mainThread = std::this_thread::get_id();
+  application = this;
+  services = &impl_->services;
+  memory::SetFaults(&impl_->faults);
+  std::string error;
+  impl_->services.worldData.Open(prefsFolder, &error);
+  if (!error.empty()) impl_->console.Print(error);
+}
+
+Application::~Application() {
+  const bool reported = impl_->closed;
+  const std::vector<std::string> lines = Close();
+  if (!reported)
+    for (const std::string& line : lines) std::fprintf(stderr, "%s\n", line.c_str());
+  services = nullptr;
+  application = nullptr;
+}
+
+std::vector<std::string> Application::Close() {
+  if (impl_->closed) return {};
+  impl_->closed = true;
+  const std::size_t before = impl_->misbehaviour.size();
+  impl_->faults.Clear();
+  while (!impl_->documents.empty()) CloseDocument(Api(impl_->documents.back()));
+  UnloadModules();
+  std::string error;
+  if (!impl_->services.worldData.Save(&error)) impl_->console.Print(error);
+  impl_->ReportSurvivors();
+  memory::SetFaults(nullptr);
+  impl_->services.plugins.Remove(std::string());
+  return {impl_->misbehaviour.begin() + (std::ptrdiff_t)before, impl_->misbehaviour.end()};
+}
+
+void Application::Impl::ReportSurvivors() {
+  for (const Plugin& plugin : services.plugins.All()) {
+    // Only plug-ins of this program itself are left now.
+    for (std::vector<Node*> nodes = NodesOfPlugin(plugin); !nodes.empty(); nodes = NodesOfPlugin(plugin)) {
+      ReportModule("a node of type " + std::to_string(plugin.id) + " is still alive at the end");
+      FreeNode(nodes.front());
+    }
+  }
+  if (LiveNodes() > nodesBefore)
+    ReportModule(std::to_string(LiveNodes() - nodesBefore) + " nodes that lie in no document are still alive at the end");
+  for (const auto& place : BlocksByPlace()) {
+    const auto old = blocksBefore.find(place.first);
+    const LLONG more = place.second - (old == blocksBefore.end() ? 0 : old->second);
+    if (more > 0) ReportModule(std::to_string(more) + " blocks of host memory asked for at " + place.first + " were never freed");
+  }
+}
+
+bool Application::LoadModule(const std::string& path, std::string* error) {
+  const std::string file = std::filesystem::absolute(std::filesystem::u8path(path)).u8string();
+  for (const auto& loaded : impl_->modules)
+    if (loaded->Path() == file) {
+      *error = file + ": the module is loaded already";
+      return false;
+    }
+  std::unique_ptr<Module> module = Module::Load(file, &C4DOS, impl_->services.plugins, error);
+  if (!module) return false;
+  impl_->modules.push_back(std::move(module));
+  impl_->modules.back()->SendMessage(C4DPL_STARTACTIVITY);
+  return true;
+}
+
+void Application::UnloadModules() {
+  for (auto at = impl_->modules.rbegin(); at != impl_->modules.rend(); ++at) (*at)->SendMessage(C4DPL_ENDACTIVITY);
+  while (!impl_->modules.empty()) impl_->modules.pop_back();
+}
+
+const std::vector<PluginInfo>& Application::Plugins() const {
+  impl_->plugins.clear();
+  for (const Plugin& plugin : impl_->services.plugins.All()) {
+    PluginInfo info;
+    info.kind = plugin.kind;
+    info.id = plugin.id;
+    info.name = Utf8(plugin.name);
+    info.description = plugin.description;
+    info.info = plugin.Base().info;
+    info.module = plugin.module;
+    if (plugin.kind == PLUGINTYPE_VIDEOPOST) info.sortId = plugin.As<VIDEOPOSTPLUGIN>().priority;
+    if (plugin.kind == PLUGINTYPE_SCENEHOOK) info.sortId = plugin.As<SCENEHOOKPLUGIN>().draw_priority;
+    if (plugin.kind == PLUGINTYPE_PREFS) info.sortId = plugin.container.GetLong(IDPREFS_SORTID);
+    if (plugin.kind != PLUGINTYPE_COREMESSAGE) info.diskLevel = plugin.Node().disklevel;
+    impl_->plugins.push_back(info);
+  }
+  return impl_->plugins;
+}
+
+const PluginInfo* Application::FindByDescription(const std::string& description) const {
+  const std::vector<PluginInfo>& all = Plugins();
+  const auto found = std::find_if(all.begin(), all.end(), [&](const PluginInfo& p) { return p.description == description; });
+  return found == all.end() || description.empty() ? nullptr : &*found;
+}
+
+BaseDocument* Application::NewDocument() {
+  return Api(impl_->Adopt(MakeDocument()));
+}
+
+void Application::CloseDocument(BaseDocument* doc) {
+  auto& all = impl_->documents;
+  all.erase(std::remove(all.begin(), all.end(), host::Impl(doc)), all.end());
+  FreeNode(host::Impl(doc));
+  if (!impl_->services.active && !all.empty()) impl_->services.active = all.back();
+}
+
+bool Application::SaveScene(BaseDocument* doc, const std::string& path, std::string* error) {
+  const Work work;
+  if (!WriteScene(doc, path, &impl_->faults, error)) return false;
+  host::Impl(doc)->path = std::filesystem::absolute(std::filesystem::u8path(path)).u8string();
+  return true;
+}
+
+BaseDocument* Application::LoadScene(const std::string& path, std::string* error) {
+  const Work work;
+  BaseDocument* doc = ReadScene(path, error);
+  if (!doc) return NULL;
+  host::Impl(doc)->path = std::filesystem::absolute(std::filesystem::u8path(path)).u8string();
+  return Api(impl_->Adopt(host::Impl(doc)));
+}
+
+LONG Application::FindParameter(BaseList2D* node, const std::string& name) const {
+  const resource::Description* description = FindDescription(*host::Impl(node));
+  const resource::Parameter* parameter = description ? FindParameterByName(*description, name) : nullptr;
+  return parameter ? parameter->id : -1;
+}
+
+bool Application::SetParameterFromText(BaseList2D* api, LONG id, const std::string& value, std::string* error) {
+  Node& node = *host::Impl(api);
+  const resource::Description* description = FindDescription(node);
+  const resource::Parameter* parameter = description ? description->FindParameter(id) : nullptr;
+  if (!parameter) {
+    *error = "found parameter " + std::to_string(id) + ", expected one of " + Utf8(TypeName(node));
+    return false;
+  }
+  GeData data;
+  if (!ParseParameter(*parameter, value, node.GetDocument(), &data, error)) return false;
+  const Work work;
+  if (SetParameter(node, DescID(id), data, DESCFLAGS_SET_USERINTERACTION)) return true;
+  *error = "\"" + value + "\" for " + parameter->identifier + " is refused by " + Utf8(TypeName(node));
+  return false;
+}
+
+void Application::PressButton(BaseList2D* node, LONG id) {
+  const Work work;
+  const BaseContainer message;
+  DescriptionCommand command;
+  command.id = DescID(id);
+  command.msg = &message;
+  SendMessage(*host::Impl(node), MSG_DESCRIPTION_COMMAND, &command);
+}
+
+BaseObject* CreateObjectFromMenu(BaseDocument* api, LONG type) {
+  Document& doc = *Impl(api);
+  Object* op = static_cast<Object*>(MakeNode(NodeKind::Object, type));
+  if (!op) return NULL;
+  const Work work;
+  SendMessage(*op, MSG_MENUPREPARE, api);
+  api->StartUndo();
+  api->InsertObject(Api(op), NULL, NULL, TRUE);
+  api->AddUndo(UNDOTYPE_NEW, Api(op));
+  api->EndUndo();
+  doc.activeObject = 0;
+  api->SetActiveObject(Api(op));
+  return Api(op);
+}
+
+LiveCounts Application::Live() const {
+  LiveCounts counts;
+  counts.nodes = LiveNodes() - impl_->nodesBefore;
+  counts.nodeData = LiveNodeData();
+  counts.bitmaps = Bitmap::Live();
+  counts.files = 0;
+  counts.factories = LiveGlObjects().factories;
+  counts.vertexBuffers = LiveGlObjects().vertexBuffers;
+  counts.blocks = memory::LiveBlocks() - impl_->liveBlocksBefore;
+  counts.bytes = memory::LiveBytes() - impl_->liveBytesBefore;
+  return counts;
+}
+
+const std::vector<std::string>& Application::Misbehaviour() const {
+  return impl_->misbehaviour;
+}
+
+void Application::ReportMisbehaviour(const std::string& text) {
+  const std::lock_guard<std::mutex> lock(impl_->misbehaviourMutex);
+  impl_->misbehaviour.push_back(text);
+}
+
+long long Application::RedrawsAskedFor() const {
+  return impl_->services.redraws;
+}
+
+Console& Application::GetConsole() {
+  return impl_->console;
+}
+Dialogs& Application::GetDialogs() {
+  return impl_->dialogs;
+}
+Faults& Application::GetFaults() {
+  return impl_->faults;
+}
+
+} // namespace host

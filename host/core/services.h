@@ -1,0 +1,28 @@
+// The parts of the running application that the tables and nodes need. Main thread unless said otherwise.
+#pragma once
+
+#include "host/application.h"
+#include "host/core/plugin_registry.h"
+#include "host/core/world_data.h"
+#include "host/node.h"
+
+#include <atomic>
+#include <thread>
+
+namespace host {
+
+struct Services {
+  PluginRegistry plugins;
+  WorldData worldData;
+  Document* active = nullptr;
+  std::list<std::unique_ptr<Resources>> resources;
+  std::atomic<long long> redraws{0}; ///< asked for by EventAdd
+  std::thread::id mainThread;
+};
+
+/** Those of the living application; ends the program with a message when there is none. Any thread. */
+Services& TheServices();
+/** NULL without an application. Any thread. */
+Services* FindServices();
+
+} // namespace host

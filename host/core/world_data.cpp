@@ -1,0 +1,145 @@
+#include "host/core/world_data.h"
+
+#include "host/gl/replacing_file.h"
+#include "host/scene/text.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <limits>
+#include <nlohmann/json.hpp>
+
+namespace host {
+
+namespace {
+
+using nlohmann::json;
+namespace fs = std::filesystem;
+
+const int kDeepest = 32;
+
+json ToJson(const BaseContainer& bc);
+
+json ToJson(const Vector& v) {
+  return json::array({v.x, v.y, v.z});
+}
+
+/** Null for what has no meaning in another run: links and pointers. */
+json ToJson(const GeData& value) {
+  switch (value.GetType()) {
+  case DA_LONG: return {{"long", value.GetLong()}};
+  case DA_LLONG: return {{"llong", value.GetLLong()}};
+  case DA_REAL: return {{"real", value.GetReal()}};
+  case DA_VECTOR: return {{"vector", ToJson(value.GetVector())}};
+  case DA_MATRIX: {
+    const Matrix& m = value.GetMatrix();
+    return {{"matrix", json::array({ToJson(m.off), ToJson(m.v1), ToJson(m.v2), ToJson(m.v3)})}};
+  }
+  case DA_STRING: return {{"string", Utf8(value.GetString())}};
+  case DA_FILENAME: return {{"filename", Utf8(value.GetFilename())}};
+  case DA_TIME: return {{"time", json::array({value.GetTime().GetNumerator(), value.GetTime().GetDenominator()})}};
+  case DA_CONTAINER: return {{"container", ToJson(*value.GetContainer())}};
+  default: return nullptr;
+  }
+}
+
+json ToJson(const BaseContainer& bc) {
+  json object = json::object();
+  for (LONG i = 0; i < bc.GetCount(); ++i) {
+    json value = ToJson(*bc.GetIndexData(i));
+    if (!value.is_null()) object[std::to_string(bc.GetIndexId(i))] = std::move(value);
+  }
+  return object;
+}
+
+/** A number that is not finite has no JSON form: it was written as null. */
+double ToReal(const json& v) {
+  return v.is_null() ? std::numeric_limits<double>::quiet_NaN() : v.get<double>();
+}
+
+Vector ToVector(const json& v) {
+  return Vector(ToReal(v.at(0)), ToReal(v.at(1)), ToReal(v.at(2)));
+}
+
+BaseContainer ToContainer(const json& object, int depth);
+
+GeData ToValue(const json& value, int depth) {
+  const auto entry = value.begin();
+  const std::string& kind = entry.key();
+  const json& v = entry.value();
+  if (kind == "long") return GeData(v.get<LONG>());
+  if (kind == "llong") return GeData(v.get<LLONG>(), LLONGVALUE_0);
+  if (kind == "real") return GeData(ToReal(v));
+  if (kind == "vector") return GeData(ToVector(v));
+  if (kind == "matrix") return GeData(Matrix(ToVector(v.at(0)), ToVector(v.at(1)), ToVector(v.at(2)), ToVector(v.at(3))));
+  if (kind == "string") return GeData(FromUtf8(v.get<std::string>()));
+  if (kind == "filename") return GeData(Filename(FromUtf8(v.get<std::string>())));
+  if (kind == "time") return GeData(BaseTime(ToReal(v.at(0)), ToReal(v.at(1))));
+  if (kind == "container") return GeData(ToContainer(v, depth + 1));
+  throw std::runtime_error("found a value of kind " + kind + ", expected one of those written here");
+}
+
+BaseContainer ToContainer(const json& object, int depth) {
+  if (depth > kDeepest) throw std::runtime_error("containers nest deeper than " + std::to_string(kDeepest));
+  BaseContainer bc;
+  for (const auto& [id, value] : object.items()) bc.SetData(std::stoi(id), ToValue(value, depth));
+  return bc;
+}
+
+std::string Dump(const json& root) {
+  return root.dump(1, ' ', false, json::error_handler_t::replace);
+}
+
+} // namespace
+
+void WorldData::Open(const std::string& folder, std::string* error) {
+  if (folder.empty()) return;
+  const fs::path path = fs::u8path(folder) / "preferences.json";
+  path_ = path.u8string();
+  std::error_code ignored;
+  if (!fs::exists(path, ignored)) return;
+  try {
+    std::ifstream file(path, std::ios::binary);
+    const json root = json::parse(file);
+    std::map<LONG, BaseContainer> read;
+    for (const auto& [id, container] : root.items()) read[std::stoi(id)] = ToContainer(container, 0);
+    containers_.swap(read);
+  } catch (const std::exception& e) {
+    const fs::path aside = fs::u8path(path_ + ".damaged");
+    fs::rename(path, aside, ignored);
+    *error = path_ + ": the preferences cannot be read and begin anew, the file is now " + aside.u8string() + ": " + e.what();
+  }
+}
+
+bool WorldData::Save(std::string* error) {
+  if (path_.empty() || containers_.empty()) return true;
+  json root = json::object();
+  for (const auto& entry : containers_) root[std::to_string(entry.first)] = ToJson(entry.second);
+  const std::string text = Dump(root) + "\n";
+  std::error_code ignored;
+  fs::create_directories(fs::u8path(path_).parent_path(), ignored);
+  gl::ReplacingFile file(path_);
+  std::string reason;
+  if (!file.Open(&reason) ||
+      (std::fwrite(text.data(), 1, text.size(), file.File()) != text.size() && (reason = "writing fails", true)) ||
+      !file.Commit(&reason)) {
+    *error = path_ + ": " + reason;
+    return false;
+  }
+  return true;
+}
+
+BaseContainer* WorldData::Get(LONG id) {
+  const auto found = containers_.find(id);
+  return found == containers_.end() ? NULL : &found->second;
+}
+
+void WorldData::Set(LONG id, const BaseContainer& bc, bool add) {
+  BaseContainer& own = containers_[id];
+  if (add)
+    own.MergeContainer(bc);
+  else
+    own = bc;
+}
+
+} // namespace host

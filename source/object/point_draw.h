@@ -1,0 +1,34 @@
+// Draws the points of an object in a view, once per clone.
+#pragma once
+
+#include "c4d.h"
+#include "object/point_program.h"
+#include "point_store.h"
+
+namespace kelvra {
+
+/** What was uploaded to one view's vertex buffer. */
+struct PointUpload {
+  GlVertexBuffer* buffer = NULL;
+  GlVertexSubBufferData* vertices = NULL;
+  LONG count = 0;
+  LONG generation = 0; ///< of the points when they were uploaded
+};
+
+/** An object's state in its views. The host drops buffers and programs when the node is freed. */
+struct PointDisplay {
+  UniformNames uniforms;
+  BaseContainer uniformCache; ///< handed to SetUniform, which does not consult it
+  GrowingBox box;             ///< of the positions written last
+  GeDynamicArray<PointUpload> uploads;
+  LONG generation = 0; ///< grows with every change of the points that a draw has seen
+};
+
+/**
+ * Uploads when the store's flag asks for it or the view has no copy of ours, then draws. Every failure ends
+ * the draw and is no error; compile messages reach the console.
+ */
+void DrawPoints(BaseObject* op, PointStore& store, PointDisplay& display, DRAWPASS pass, BaseDraw* bd,
+                BaseDrawHelp* bh);
+
+} // namespace kelvra

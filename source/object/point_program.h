@@ -1,0 +1,51 @@
+// The vertex and fragment programs that draw points, put together line by line in the host's factory.
+#pragma once
+
+#include "c4d.h"
+
+namespace kelvra {
+
+/** Uniforms in the order of their declaration. */
+enum PointUniform {
+  kPointSize,
+  kMinHeight,
+  kMaxHeight,
+  kFragmentColorMode, ///< declared, never set
+  kColorMode,
+  kColorInvert,
+  kFalloffType,
+  kFalloffAction,
+  kFalloffPosition,
+  kFalloffRadius,
+  kFalloffNormal,
+  kFalloffFunction,
+  kMotionTime,
+  kMotionMin,
+  kMotionMax,
+  kMotionDelta,
+  kMotionScale,
+  kIndexStop,
+  kIndexCount,
+  kIndexNth,
+  kUniformCount
+};
+
+/** Names that the factory gave to the uniforms. */
+struct UniformNames {
+  GlString names[kUniformCount];
+};
+
+/**
+ * Declares the uniforms and hands over the text, unless the factory holds a compiled program. No parameter
+ * value stands in the text: it is the same for all objects. FALSE when it does not compile; the handler has
+ * printed why.
+ */
+Bool BuildPointProgram(GlProgramFactory* factory, UniformNames& names);
+
+/**
+ * Sets one uniform of the vertex program by the value's type: integer, real or vector; other types are
+ * ignored. The cache is not consulted: every call sets the uniform.
+ */
+void SetUniform(GlProgramFactory* factory, const GlString& name, const GeData& value, BaseContainer* cache);
+
+} // namespace kelvra

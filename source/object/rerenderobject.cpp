@@ -1,0 +1,212 @@
+#include "object/rerenderobject.h"
+
+#include "glpoint.h"
+#include "object/file_loading.h"
+#include "object/laz_renderer.h"
+#include "object/reprojection.h"
+#include "object/text_export.h"
+#include "otallyframe.h"
+#include "version.h"
+#include "vpkelvrarender.h"
+
+#include <cmath>
+
+namespace kelvra {
+
+KelvraObject* GetCloudData(BaseObject* op) {
+  return op && op->GetType() == kPointCloudId ? static_cast<KelvraObject*>(op->GetNodeData()) : NULL;
+}
+
+LONG ShareOf(LONG total, Real share) {
+  const Real count = std::floor((Real)total * share);
+  return count == count ? (LONG)FCut(count, 0.0, (Real)MAXLONGl) : 0;
+}
+
+Bool KelvraObject::Init(GeListNode* node) {
+  BaseContainer* data = static_cast<BaseObject*>(node)->GetDataInstance();
+  data->SetReal(KELVRA_POINT_SHARE, 1.0);
+  data->SetReal(KELVRA_RESERVED, 0.0);
+  data->SetLong(KELVRA_FALLOFF_SHAPE, 0);
+  data->SetReal(KELVRA_CONVERT_VALUE, 1.0);
+  data->SetLong(KELVRA_CONVERT_MODE, 0);
+  data->SetReal(KELVRA_OBJECT_SIZE, kUnitObjectSize);
+  data->SetReal(KELVRA_SEGMENT_BREAK, 10.0);
+  data->SetLong(KELVRA_COLOR_MODE, 0);
+  data->SetLong(KELVRA_COLOR_INVERT, 0);
+  data->SetLong(KELVRA_THIN_VIEW, 0);
+  data->SetLong(KELVRA_LOAD_BUDGET, 60);
+  data->SetLong(KELVRA_LOAD_NTH, 1);
+  data->SetLong(KELVRA_SEEN_SWITCH, 0);
+  data->SetBool(KELVRA_LIGHT_FLAT, FALSE);
+  data->SetVector(KELVRA_FALLOFF_CENTER, Vector());
+  data->SetVector(KELVRA_FALLOFF_TARGET, Vector());
+  data->SetReal(KELVRA_FALLOFF_RADIUS, 100.0);
+  data->SetReal(KELVRA_FALLOFF_OFFSET, 0.0);
+  data->SetLong(KELVRA_FALLOFF_ACTION, 0);
+  data->SetReal(KELVRA_FALLOFF_EXPONENT, 1.0);
+  data->SetReal(KELVRA_MIN_HEIGHT, 0.0);
+  data->SetReal(KELVRA_MAX_HEIGHT, 100.0);
+  data->SetReal(KELVRA_POINT_SIZE, 1.0);
+  return TRUE;
+}
+
+void KelvraObject::Free(GeListNode* node) {
+  GlVertexBuffer::RemoveObject(node, 0);
+  GlProgramFactory::RemoveReference(node);
+}
+
+Bool KelvraObject::Read(GeListNode*, HyperFile* hf, LONG level) {
+  return store.Read(hf, level);
+}
+
+Bool KelvraObject::Write(GeListNode*, HyperFile* hf) {
+  return store.Write(hf);
+}
+
+Bool KelvraObject::CopyTo(NodeData* dest, GeListNode* snode, GeListNode* dnode, COPYFLAGS flags,
+                          AliasTrans* trans) {
+  KelvraObject* copy = static_cast<KelvraObject*>(dest);
+  if (!store.CopyTo(copy->store)) return FALSE;
+  return SUPER::CopyTo(dest, snode, dnode, flags, trans);
+}
+
+Bool KelvraObject::Message(GeListNode* node, LONG type, void* data) {
+  BaseObject* op = static_cast<BaseObject*>(node);
+  switch (type) {
+  case MSG_DESCRIPTION_COMMAND:
+    if (data) OnCommand(op, ((DescriptionCommand*)data)->id[0].id);
+    break;
+  case MSG_DESCRIPTION_POSTSETPARAMETER:
+    if (data && ((DescriptionPostSetValue*)data)->descid)
+      OnParameter(op, (*((DescriptionPostSetValue*)data)->descid)[0].id);
+    break;
+  case MSG_MENUPREPARE:
+    OnMenuPrepare(op, (BaseDocument*)data);
+    break;
+  case kMessageDeliverPoints:
+    if (data) OnDelivery(op, *(PointDelivery*)data);
+    break;
+  case kMessageExportColors:
+    Answer(op, (PointArray*)data, [&](Vector* dest, LONG count) { store.ExportColors(dest, count); });
+    break;
+  case kMessageExportPositions:
+    Answer(op, (PointArray*)data, [&](Vector* dest, LONG count) {
+      store.ExportPositions(dest, count, &display.box, op->GetDataInstance()->GetReal(KELVRA_OBJECT_SIZE));
+    });
+    break;
+  default:
+    break;
+  }
+  return SUPER::Message(node, type, data);
+}
+
+template <class Export>
+void KelvraObject::Answer(BaseObject* op, PointArray* answer, Export exportTo) {
+  if (!answer) return;
+  answer->count = ShareOf(store.GetPointCount(), op->GetDataInstance()->GetReal(KELVRA_POINT_SHARE));
+  if (answer->count == 0 || store.GetPointCount() == 0) return;
+  // Cleared: a share above 1 asks for more than the store holds.
+  answer->data = GeAllocType(Vector, answer->count);
+  if (answer->data)
+    exportTo(answer->data, answer->count);
+  else
+    answer->count = 0;
+}
+
+void KelvraObject::OnCommand(BaseObject* op, LONG id) {
+  switch (id) {
+  case KELVRA_LOAD_FOLDER:
+    LoadFiles(op, TRUE);
+    break;
+  case KELVRA_LOAD_FILE:
+    LoadFiles(op, FALSE);
+    break;
+  case KELVRA_SAVE_TEXT:
+    SaveAsText(op);
+    break;
+  case KELVRA_REQUEST_POINTS:
+    op->GetDataInstance()->SetLong(KELVRA_LOAD_STATE, KELVRA_LOAD_STATE_STREAM);
+    break;
+  default:
+    break;
+  }
+}
+
+void KelvraObject::OnParameter(BaseObject* op, LONG id) {
+  switch (id) {
+  case KELVRA_EPSG:
+    ShowReprojectedCorners(op, store);
+    settingsChanged = 1;
+    break;
+  case KELVRA_OBJECT_SIZE:
+    store.uploadFlag = 1;
+    break;
+  case KELVRA_CONVERT_VALUE:
+  case KELVRA_PARTICLE_GROUP:
+  case KELVRA_THIN_VIEW:
+  case KELVRA_LIGHT_FLAT:
+  case KELVRA_SEEN_SWITCH:
+  case KELVRA_FALLOFF_CENTER:
+  case KELVRA_FALLOFF_TARGET:
+  case KELVRA_FALLOFF_RADIUS:
+  case KELVRA_FALLOFF_OFFSET:
+    settingsChanged = 1;
+    break;
+  default:
+    break;
+  }
+}
+
+/** A newly made cloud is rendered without further steps: its render settings get a video post that links it.
+ */
+void KelvraObject::OnMenuPrepare(BaseObject* op, BaseDocument* doc) {
+  RenderData* settings = doc ? doc->GetActiveRenderData() : NULL;
+  BaseVideoPost* post = settings ? BaseVideoPost::Alloc(kVoxelVideoPostId) : NULL;
+  if (!post) return;
+  post->GetDataInstance()->SetLink(KELVRA_RENDER_OBJECT, op);
+  settings->InsertVideoPost(post);
+}
+
+/**
+ * Takes points that were asked for. One delivery ends the request and can be undone; a stream goes on without
+ * undo. Anything else stays with its sender.
+ */
+void KelvraObject::OnDelivery(BaseObject* op, PointDelivery& delivery) {
+  BaseContainer* data = op->GetDataInstance();
+  const LONG request = data->GetLong(KELVRA_LOAD_REQUEST), state = data->GetLong(KELVRA_LOAD_STATE);
+  const Bool once = delivery.state == kDeliverOnce && (request == kDeliverOnce || state == kDeliverOnce);
+  const Bool stream =
+      delivery.state == kDeliverStream && (request == kDeliverStream || state == kDeliverStream);
+  if (!once && !stream) return;
+  if (once) {
+    RecordUndo(op);
+    data->SetLong(KELVRA_LOAD_STATE, KELVRA_LOAD_STATE_IDLE);
+  }
+  if (!store.Merge(delivery.points)) return;
+  op->Message(MSG_UPDATE);
+  EventAdd();
+}
+
+void KelvraObject::GetDimension(BaseObject* op, Vector* mp, Vector* rad) {
+  GrowingBox box;
+  store.AddDisplayBox(&box, op->GetDataInstance()->GetReal(KELVRA_OBJECT_SIZE));
+  *mp = box.valid ? (box.min + box.max) * 0.5 : Vector();
+  *rad = box.valid ? (box.max - box.min) * 0.5 : Vector();
+}
+
+DRAWRESULT KelvraObject::Draw(BaseObject* op, DRAWPASS drawpass, BaseDraw* bd, BaseDrawHelp* bh) {
+  DrawPoints(op, store, display, drawpass, bd, bh);
+  return DRAWRESULT_OK; // a view that could not be drawn is no error of the object
+}
+
+BaseObject* KelvraObject::GetVirtualObjects(BaseObject* op, HierarchyHelp* hh) {
+  return op->GetCache(hh);
+}
+
+Bool RegisterPointCloudObject() {
+  if (!BuildPointDescriptions()) return FALSE;
+  return RegisterObjectPlugin(kPointCloudId, GeLoadString(kStringObject), OBJECT_GENERATOR,
+                              KelvraObject::Alloc, "Otallyframe", AutoBitmap("Kelvra.tif"), 0);
+}
+
+} // namespace kelvra

@@ -1,0 +1,55 @@
+// The point cloud object: owns a store of points, loads, saves, hands out and draws them.
+#pragma once
+
+#include "c4d.h"
+#include "object/cloud_messages.h"
+#include "object/point_draw.h"
+#include "point_store.h"
+
+namespace kelvra {
+
+const LONG kPointCloudId = 1037074;
+
+/** Size at which the uniform scale of converted geometry is 1. */
+const LReal kUnitObjectSize = 200.0;
+
+class KelvraObject : public ObjectData {
+  INSTANCEOF(KelvraObject, ObjectData)
+public:
+  static NodeData* Alloc() { return gNew KelvraObject; }
+
+  Bool Init(GeListNode* node) override;
+  void Free(GeListNode* node) override;
+  Bool Read(GeListNode* node, HyperFile* hf, LONG level) override;
+  Bool Write(GeListNode* node, HyperFile* hf) override;
+  Bool Message(GeListNode* node, LONG type, void* data) override;
+  Bool CopyTo(NodeData* dest, GeListNode* snode, GeListNode* dnode, COPYFLAGS flags,
+              AliasTrans* trans) override;
+  void GetDimension(BaseObject* op, Vector* mp, Vector* rad) override;
+  DRAWRESULT Draw(BaseObject* op, DRAWPASS drawpass, BaseDraw* bd, BaseDrawHelp* bh) override;
+  BaseObject* GetVirtualObjects(BaseObject* op, HierarchyHelp* hh) override;
+
+  PointStore store;
+  PointDisplay display;
+  /** One-shot rebuild flag of the conversion. */
+  LONG settingsChanged = 0;
+
+private:
+  void OnCommand(BaseObject* op, LONG id);
+  void OnParameter(BaseObject* op, LONG id);
+  void OnMenuPrepare(BaseObject* op, BaseDocument* doc);
+  void OnDelivery(BaseObject* op, PointDelivery& delivery);
+  template <class Export>
+  void Answer(BaseObject* op, PointArray* answer, Export exportTo);
+};
+
+/** The object's data of a node of this type, NULL for other nodes. */
+KelvraObject* GetCloudData(BaseObject* op);
+
+/** floor(total * share), 0 where that is not a number, at most 2^31 - 1. */
+LONG ShareOf(LONG total, Real share);
+
+/** Builds the vertex descriptions, then registers the object; FALSE when either fails. */
+Bool RegisterPointCloudObject();
+
+} // namespace kelvra

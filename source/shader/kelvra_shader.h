@@ -1,0 +1,57 @@
+// Channel shader that hands a renderer one colour per point of a linked cloud, by point index.
+#pragma once
+
+#include "c4d.h"
+#include "object/cloud_messages.h"
+
+namespace kelvra {
+
+const LONG kRayShaderId = 1037072;
+/** Asks nodes for their lookup record. */
+const LONG kMessageGetLookup = 1018952;
+
+class LAZrayShader;
+
+/** What a renderer that asks gets: version, size, and at byte 72 the colour callback; the rest is 0. */
+struct LookupRecord {
+  LONG version;
+  LONG size;
+  void* reserved[8];
+  Vector (*color)(LAZrayShader* shader, LONG index); ///< render threads, between InitRender and FreeRender
+  void* more[6];
+};
+static_assert(sizeof(LookupRecord) == 128 && offsetof(LookupRecord, color) == 72,
+              "the layout that renderers expect");
+
+/** Message data of kMessageGetLookup: the answer goes into the third field. */
+struct LookupMessage {
+  void* fields[2];
+  LookupRecord* record;
+};
+
+class LAZrayShader : public ShaderData {
+public:
+  static NodeData* Alloc() { return gNew LAZrayShader; }
+  LAZrayShader();
+  ~LAZrayShader() override { FreeColors(); }
+
+  Bool Init(GeListNode* node) override;
+  Bool Message(GeListNode* node, LONG type, void* data) override;
+  /** Fills the colour table from the object that parameter 1000 links. */
+  INITRENDERRESULT InitRender(BaseShader* shader, const InitRenderStruct& irs) override;
+  void FreeRender(BaseShader*) override { FreeColors(); }
+  /** Black: the shader shades no surface itself. */
+  Vector Output(BaseShader*, ChannelData*) override { return Vector(); }
+
+private:
+  /** White outside the table. */
+  static Vector ColorAt(LAZrayShader* shader, LONG index);
+  void FreeColors();
+
+  LookupRecord lookup_;
+  PointArray colors_;
+};
+
+Bool RegisterRayShader();
+
+} // namespace kelvra

@@ -1,0 +1,17 @@
+// Numbers out of text, as the C library reads them in the C locale, and fast for what files hold.
+#pragma once
+
+#include <cstdint>
+
+namespace kelvra {
+
+/**
+ * Reads a real at text, which must end with a NUL, exactly as strtod does: white space is skipped, *end is
+ * text when there is no number. Plain decimals take a fast path with the same result.
+ */
+double ParseReal(const char* text, const char** end);
+
+/** Reads a decimal integer as strtol does where a long has 32 bits: values beyond saturate. */
+std::int32_t ParseInteger(const char* text, const char** end);
+
+} // namespace kelvra

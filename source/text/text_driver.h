@@ -1,0 +1,48 @@
+// Reads a text file line by line into an array of points: thinning, format detection, filtering, growth,
+// progress.
+#pragma once
+
+#include "text/text_loader.h"
+
+#include <cstddef>
+#include <functional>
+#include <string>
+
+namespace kelvra {
+
+/** Longest line that is parsed, in bytes; longer ones are rejected without being kept. */
+const std::size_t kMostLineBytes = 64 * 1024;
+/** Points at or below this height mean "no data" in the files of the field. */
+const double kNoDataHeight = -9999.0;
+/** Elements of the first growth request; each later one asks for twice as many. */
+const std::int64_t kFirstGrowth = 0x10000000;
+
+struct TextInput {
+  /** Up to size bytes; 0 at the end. */
+  std::function<std::size_t(char* buffer, std::size_t size)> read;
+  std::int64_t fileSize = 0; ///< bytes, for the progress
+  std::int32_t everyNth = 1; ///< of the lines, the first one used; below 2 all are
+  /** Moves the array to a new size in bytes; NULL when refused, the old array then stays. */
+  std::function<void*(void* array, std::size_t bytes)> reallocate;
+  /** Called when the part that is read, in thousandths, has changed; false stops. May be empty. */
+  std::function<bool(int thousandths)> progress;
+};
+
+struct TextResult {
+  TextPoint* points = nullptr; ///< the caller's, from reallocate; NULL without points
+  std::int32_t count = 0;
+  double min[3] = {0, 0, 0}, max[3] = {0, 0, 0}; ///< of the accepted points
+  std::int64_t lines = 0;
+  std::int64_t rejected = 0, firstRejected = 0; ///< lines that no form fits; number of the first, from 1
+  std::int64_t noData = 0;                      ///< points at or below kNoDataHeight
+  std::int64_t notFinite = 0;                   ///< points that are no finite 32-bit floats
+  std::int64_t noMemory = 0;                    ///< points that no memory was left for
+  bool stopped = false;                         ///< by progress
+  std::string firstLine;                        ///< start of the first line with content, for messages
+  bool looksUtf16 = false;
+};
+
+/** The loader's format is detected from the first line that parses and kept to the end of the file. */
+TextResult LoadText(const TextLoader& loader, const TextInput& input);
+
+} // namespace kelvra

@@ -1,0 +1,13 @@
+#include "timer_message.h"
+
+namespace kelvra {
+
+Bool RegisterTimerMessage() {
+  TimerMessage* message = gNew TimerMessage;
+  if (!message) return FALSE;
+  if (RegisterMessagePlugin(kTimerMessageId, String(), 0, message)) return TRUE;
+  delete message;
+  return FALSE;
+}
+
+} // namespace kelvra

@@ -1,0 +1,182 @@
+// Compressed files: the compression record, the chunk table, the layers of a chunk, and files that end early.
+#include "las/las_fixture.h"
+
+#include <functional>
+#include <numeric>
+
+namespace {
+
+using kelvra::LasReport;
+
+constexpr int kChunk = 50;
+constexpr std::size_t kPoints = 220;  // four chunks and a part of one
+
+class Compressed : public LasTest {
+protected:
+  static LasReport Validate(const Bytes& bytes) {
+    kelvra::MemoryBytes file(bytes.data(), bytes.size());
+    return kelvra::ValidateLas(file);
+  }
+  static std::size_t PointsAt(const Bytes& file) { return Take<std::uint32_t>(file, 96); }
+  // The payload of the compression record, the only record of the file.
+  static std::size_t RecordAt(const Bytes& file) { return Take<std::uint16_t>(file, 94) + 54u; }
+  static std::size_t TableAt(const Bytes& file) { return Take<std::uint64_t>(file, PointsAt(file)); }
+
+  std::vector<TestPoint> points_ = Spiral(kPoints);
+};
+
+TEST_F(Compressed, EveryFormatReadsBackInFileOrder) {
+  NEEDS_LASLIB();
+  for (unsigned format = 0; format <= 10; ++format) {
+    const Bytes file = Compress(MakeLas(format, points_), kChunk);
+    const LasReport report = Validate(file);
+    EXPECT_TRUE(report.complaints.empty() && report.remarks.empty() && report.patches.empty()) << format;
+    EXPECT_EQ(Heights(file), HeightsOf(points_, kPoints)) << format;
+  }
+  EXPECT_EQ(Heights(Compress(MakeLas(3, points_), 0)), HeightsOf(points_, kPoints)) << "pointwise";
+  EXPECT_EQ(Heights(Compress(MakeLas(7, points_, {}, 5), kChunk)), HeightsOf(points_, kPoints)) << "extra bytes";
+}
+
+TEST_F(Compressed, CompressionRecordIsCheckedFieldByField) {
+  NEEDS_LASLIB();
+  struct Case {
+    std::size_t field;
+    std::uint16_t value;
+    const char* complaint;
+  };
+  const Case cases[] = {
+      {0, 0, "compressor 0 is unknown"},     {0, 4, "compressor 4 is unknown"},
+      {0, 3, "compressor 3 does not fit"},   {2, 1, "coder 1 is unknown"},
+      {32, 2, "2 items need 46"},            {32, 0xffff, "65535 items need"},
+      {34, 22, "item 0 has type 22"},        {36, 21, "item 0 has 21 bytes, type 6 has 20"},
+      {38, 3, "version 3, which is unknown"}, {40, 8, "item 1 has type 8, point format 3 needs 7"},
+  };
+  for (const Case& c : cases) {
+    Bytes file = Compress(MakeLas(3, points_), kChunk);
+    Put(file, RecordAt(file) + c.field, c.value);
+    std::string refusal;
+    EXPECT_TRUE(Heights(file, &refusal).empty());
+    EXPECT_NE(refusal.find(c.complaint), std::string::npos) << refusal;
+  }
+  Bytes uncompressed = Compress(MakeLas(3, points_), kChunk);
+  uncompressed[104] &= 127;
+  EXPECT_NE(Validate(uncompressed).complaints.at(0).find("point format (byte 104) is uncompressed"), std::string::npos);
+}
+
+TEST_F(Compressed, DamagedTableIsNotNeededWhereChunksHaveOneSize) {
+  NEEDS_LASLIB();
+  for (const unsigned format : {1u, 6u}) {
+    const Bytes sound = Compress(MakeLas(format, points_), kChunk);
+    const std::size_t start = PointsAt(sound), table = TableAt(sound);
+    const std::function<void(Bytes&)> changes[] = {
+        [&](Bytes& f) { Put<std::uint64_t>(f, start, f.size() * 3); },
+        [&](Bytes& f) { Put<std::uint64_t>(f, start, start + 7); },
+        [&](Bytes& f) { Put<std::uint64_t>(f, start, start); },  // interrupted writer
+        [&](Bytes& f) { Put<std::uint64_t>(f, start, ~std::uint64_t{0}); },
+        [&](Bytes& f) { Put(f, table, 1u); },
+        [&](Bytes& f) { Put(f, table + 4, 4u); },
+        [&](Bytes& f) { Put(f, table + 4, 0xffffffffu); },
+        [&](Bytes& f) { Put(f, table + 8, 0xffffffffu); },
+        [&](Bytes& f) { f[table + 9] ^= 0x10; },
+        [&](Bytes& f) { f.resize(table + 9); },
+        [&](Bytes& f) { f.resize(table); },
+    };
+    for (std::size_t i = 0; i < std::size(changes); ++i) {
+      Bytes file = sound;
+      changes[i](file);
+      EXPECT_EQ(Validate(file).remarks.size(), 1u) << format << " change " << i;
+      EXPECT_EQ(Heights(file), HeightsOf(points_, kPoints)) << format << " change " << i;
+    }
+  }
+}
+
+TEST_F(Compressed, TableMayBeFoundFromTheEndOfTheFile) {
+  NEEDS_LASLIB();
+  Bytes file = Compress(MakeLas(1, points_), kChunk);
+  const std::uint64_t table = TableAt(file);
+  Put<std::uint64_t>(file, PointsAt(file), ~std::uint64_t{0});
+  Put(file, file.size(), table);
+  EXPECT_TRUE(Validate(file).remarks.empty());
+  EXPECT_EQ(Heights(file), HeightsOf(points_, kPoints));
+}
+
+TEST_F(Compressed, VariableChunksNeedTheirTable) {
+  NEEDS_LASLIB();
+  for (const std::uint32_t size : {0u, 0xffffffffu}) {
+    Bytes file = Compress(MakeLas(6, points_), kChunk);
+    Put(file, RecordAt(file) + 12, size);  // its table holds no point numbers then
+    std::string refusal;
+    EXPECT_TRUE(Heights(file, &refusal).empty());
+    EXPECT_NE(refusal.find("cannot be read without it"), std::string::npos) << refusal;
+  }
+}
+
+TEST_F(Compressed, ReadingStopsBeforeADamagedLayeredChunk) {
+  NEEDS_LASLIB();
+  const Bytes sound = Compress(MakeLas(7, points_), kChunk);
+  constexpr std::size_t kRaw = 36, kLayers = 10;
+  // The third chunk starts after two whole ones.
+  std::size_t at = PointsAt(sound) + 8;
+  for (int chunk = 0; chunk < 2; ++chunk) {
+    std::size_t length = kRaw + 4 + 4 * kLayers;
+    for (std::size_t layer = 0; layer < kLayers; ++layer) length += Take<std::uint32_t>(sound, at + kRaw + 4 + 4 * layer);
+    at += length;
+  }
+  ASSERT_EQ(Take<std::uint32_t>(sound, at + kRaw), std::uint32_t{kChunk});
+  for (const std::size_t field : {0u, 1u, 5u, 10u})  // the number of points, three layers
+    for (const std::uint32_t value : {0xffffffffu, 0x7fffffffu, 49u}) {
+      Bytes file = sound;
+      Put(file, at + kRaw + 4 * field, value);
+      EXPECT_EQ(Validate(file).readable, 2u * kChunk);
+      EXPECT_EQ(Heights(file), HeightsOf(points_, 2 * kChunk)) << field << " " << value;
+    }
+}
+
+TEST_F(Compressed, FileThatEndsEarlyGivesAPrefix) {
+  NEEDS_LASLIB();
+  for (const int chunk : {kChunk, 0})
+    for (const unsigned format : {0u, 3u, 8u}) {
+      if (format == 8 && chunk == 0) continue;  // one layered chunk is read whole or not at all
+      const Bytes sound = Compress(MakeLas(format, points_), chunk);
+      const std::vector<std::int64_t> all = HeightsOf(points_, kPoints);
+      std::size_t most = 0;
+      for (std::size_t size = PointsAt(sound); size < sound.size(); size += 17) {
+        const std::vector<std::int64_t> read = Heights(Bytes(sound.begin(), sound.begin() + static_cast<long>(size)));
+        ASSERT_LE(read.size(), kPoints);
+        EXPECT_TRUE(std::equal(read.begin(), read.end(), all.begin())) << format << " cut at " << size;
+        if (format == 8 && read.size() < kPoints) {
+          EXPECT_EQ(read.size() % kChunk, 0u) << "whole chunks only";
+        }
+        most = std::max(most, read.size());
+      }
+      EXPECT_GT(most, kPoints / 2) << format;
+    }
+}
+
+TEST_F(Compressed, AbsurdCountsAskForNoMoreThanTheBytesCanHold) {
+  NEEDS_LASLIB();
+  Bytes pointwise = Compress(MakeLas(0, points_), 0);
+  Put(pointwise, 107, 4000000000u);
+  EXPECT_LT(Validate(pointwise).readable, pointwise.size() * 2048);
+  Bytes layered = Compress(MakeLas(6, points_), kChunk);
+  Put(layered, 107, 0u);
+  Put(layered, 247, std::uint64_t{1} << 61);
+  EXPECT_LE(Validate(layered).readable, kPoints);
+}
+
+// Streams that no encoder writes: all bits set break the coder's bounds, and make GPS time switch sequences without end.
+TEST_F(Compressed, DecoderSurvivesDamagedStreams) {
+  NEEDS_LASLIB();
+  for (const unsigned format : {1u, 3u, 6u, 10u})
+    for (const std::uint8_t first : {0x00, 0x55, 0xfe, 0xff})
+      for (const std::uint8_t rest : {0x00, 0xff}) {
+        Bytes file = Compress(MakeLas(format, Spiral(3000)), 3000);
+        const std::size_t raw[] = {0, 28, 0, 34, 0, 0, 30 + 4 + 36, 0, 0, 0, 67 + 4 + 48};
+        const std::size_t start = PointsAt(file) + 8 + raw[format], end = TableAt(file);
+        std::fill(file.begin() + static_cast<long>(start), file.begin() + static_cast<long>(end), rest);
+        file[start] = first;
+        EXPECT_LE(Heights(file).size(), 3000u) << format << ": " << int{first} << " then " << int{rest};
+      }
+}
+
+}  // namespace

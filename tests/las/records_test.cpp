@@ -1,0 +1,228 @@
+// The load loop: thinning, budget, colours, widening, progress, memory.
+#include "las/las_fixture.h"
+
+#include "object/las/las_palette.h"
+#include "object/las/las_records.h"
+
+#include <limits>
+
+namespace {
+
+using kelvra::LasCloud;
+using kelvra::LasOutcome;
+using kelvra::LasReadOptions;
+using kelvra::SourceRecord;
+
+class CountingMemory : public kelvra::RecordMemory {
+public:
+  void* Allocate(std::size_t bytes) override {
+    asked = bytes;
+    if (refuse) return nullptr;
+    ++alive;
+    return ::operator new(bytes);
+  }
+  void Free(void* memory) override {
+    --alive;
+    ::operator delete(memory);
+  }
+  std::size_t asked = 0;
+  bool refuse = false;
+  int alive = 0;
+};
+
+class Records : public LasTest {
+protected:
+  ~Records() override {
+    if (cloud.records) memory.Free(cloud.records);
+    EXPECT_EQ(memory.alive, 0);
+  }
+  void Read(const Bytes& file, LasReadOptions options = {}, const kelvra::LasProgress& progress = nullptr) {
+    if (cloud.records) memory.Free(cloud.records);
+    cloud = kelvra::ReadLas(Write(file), options, memory, progress);
+  }
+  std::vector<int> KeptX() const {
+    std::vector<int> kept;
+    for (std::int64_t i = 0; i < cloud.kept; ++i) kept.push_back(static_cast<int>(std::lround(cloud.records[i].x * 100)));
+    return kept;
+  }
+  bool Says(const std::string& text) const {
+    for (const std::string& message : cloud.messages)
+      if (message == "cloud.las: " + text) return true;
+    return false;
+  }
+  CountingMemory memory;
+  LasCloud cloud;
+};
+
+std::vector<TestPoint> Row(int count) {
+  std::vector<TestPoint> points(static_cast<std::size_t>(count));
+  for (int i = 0; i < count; ++i) points[static_cast<std::size_t>(i)].x = i;
+  return points;
+}
+
+TEST_F(Records, ThinningAndBudget) {
+  NEEDS_LASLIB();
+  struct Case {
+    int points;
+    std::int64_t limit, step;
+    std::vector<int> kept;
+  };
+  const Case cases[] = {
+      {10, 1000, 3, {0, 3, 6, 9}}, {11, 1000, 3, {0, 3, 6, 9}}, {4, 1000, 1, {0, 1, 2, 3}}, {4, 1000, 0, {0, 1, 2, 3}},
+      {4, 1000, -5, {0, 1, 2, 3}}, {4, 1000, 100, {0}},         {9, 2, 1, {0, 1, 2}},       {9, 2, 2, {0, 2, 4}},
+      {9, 0, 1, {0}},              {9, -7, 1, {0}},             {9, std::numeric_limits<std::int64_t>::max(), 4, {0, 4, 8}},
+  };
+  for (const Case& c : cases) {
+    Read(MakeLas(0, Row(c.points)), {c.limit, c.step});
+    EXPECT_EQ(KeptX(), c.kept) << c.points << " points, limit " << c.limit << ", step " << c.step;
+    EXPECT_EQ(memory.asked, c.kept.size() * 64);
+    EXPECT_EQ(cloud.outcome, LasOutcome::kLoaded);
+  }
+}
+
+TEST_F(Records, ShortFileLoadsWhatIsThereAndSaysSo) {
+  NEEDS_LASLIB();
+  Bytes file = MakeLas(0, Row(1065));
+  file.resize(file.size() - 2);
+  Read(file);
+  EXPECT_EQ(cloud.outcome, LasOutcome::kPartial);
+  EXPECT_EQ(cloud.kept, 1064);
+  EXPECT_TRUE(Says("loaded 1,064 of 1,065 points"));
+  Read(file, {9, 1});
+  EXPECT_EQ(cloud.outcome, LasOutcome::kLoaded) << "the budget ended before the file did";
+}
+
+TEST_F(Records, RecordHoldsCoordinatesNormalFlagAndColor) {
+  NEEDS_LASLIB();
+  Read(MakeLas(3, {{100, -200, 250, 0x42, 300, 2, 1}, {0, 0, 0, 0x22, 1, 1, 1}}));
+  const SourceRecord& first = cloud.records[0];
+  EXPECT_DOUBLE_EQ(first.x, 1.0);
+  EXPECT_DOUBLE_EQ(first.y, -2.0);
+  EXPECT_DOUBLE_EQ(first.z, 2.5);
+  EXPECT_EQ(first.second[0], 0);
+  EXPECT_EQ(first.second[1], 0);
+  EXPECT_EQ(first.second[2], 1);
+  EXPECT_EQ(first.intensity, 0u);
+  EXPECT_EQ(first.flag, 1) << "bit 6 of the classification byte";
+  EXPECT_EQ(cloud.records[1].flag, 0) << "bit 5 is another flag";
+  EXPECT_EQ(first.r, 300);
+  EXPECT_EQ(first.g, 2);
+  EXPECT_FALSE(cloud.widened);
+  Read(MakeLas(6, {{0, 0, 0, 2, 0, 0, 0, 0x02}, {0, 0, 0, 66, 0, 0, 0, 0x05}}));
+  EXPECT_EQ(cloud.records[0].flag, 1) << "the key-point flag of the newer formats";
+  EXPECT_EQ(cloud.records[1].flag, 0);
+}
+
+TEST_F(Records, EightBitColorsAreWidenedBy255) {
+  NEEDS_LASLIB();
+  Read(MakeLas(2, {{0, 0, 0, 1, 255, 1, 0}, {0, 0, 0, 1, 7, 254, 128}}));
+  EXPECT_EQ(cloud.records[0].r, 65025);
+  EXPECT_EQ(cloud.records[0].g, 255);
+  EXPECT_EQ(cloud.records[0].b, 0);
+  EXPECT_EQ(cloud.records[1].g, 64770);
+  Read(MakeLas(2, {{0, 0, 0, 1, 255, 1, 0}, {0, 0, 0, 1, 7, 256, 128}}));
+  EXPECT_EQ(cloud.records[0].r, 255) << "one larger component says the colours have 16 bits";
+  Read(MakeLas(2, {{0, 0, 0, 1, 255, 1, 0}, {0, 0, 0, 1, 7, 256, 128}}), {100, 2});
+  EXPECT_EQ(cloud.records[0].r, 65025) << "it was not kept";
+}
+
+TEST(Palette, ClassesAndGreys) {
+  const struct {
+    unsigned classification;
+    double z;
+    unsigned r, g, b;
+  } cases[] = {
+      {2, 9, 15535, 22222, 55535}, {3, 9, 15535, 15535, 0},     {4, 9, 12767, 45167, 27647}, {5, 9, 45535, 65535, 35535},
+      {6, 9, 35535, 0, 0},         {7, 9, 15535, 0, 25535},     {9, 9, 2909, 12222, 55535},  {10, 9, 25535, 0, 25535},
+      {17, 9, 45535, 0, 45535},    {18, 9, 65535, 0, 65535},    {0, 0.5, 32767, 32767, 32767}, {1, 1, 65535, 65535, 65535},
+      {8, 2, 65534, 65534, 65534}, {16, -0.5, 32769, 32769, 32769}, {31, 0, 0, 0, 0},        {255, 1, 65535, 65535, 65535},
+  };
+  for (const auto& c : cases) {
+    const kelvra::LasColor color = kelvra::ColorOfClass(c.classification, c.z);
+    EXPECT_EQ(color.r, c.r) << c.classification;
+    EXPECT_EQ(color.g, c.g) << c.classification;
+    EXPECT_EQ(color.b, c.b) << c.classification;
+  }
+  for (const double z : {std::nan(""), 1e300, -1e300, 1e15, std::numeric_limits<double>::infinity()})
+    EXPECT_EQ(kelvra::GreyOfHeight(z), 0) << z;
+}
+
+TEST_F(Records, ColorComesFromThePointOrItsClass) {
+  NEEDS_LASLIB();
+  Read(MakeLas(1, {{0, 0, 100, 0xe2}, {0, 0, 100, 0x1f}}));
+  EXPECT_EQ(cloud.records[0].g, 22222) << "the flags above the class do not count";
+  EXPECT_EQ(cloud.records[1].g, 65535);
+  Read(MakeLas(6, {{0, 0, 100, 66}, {0, 0, 0, 2}}));
+  EXPECT_EQ(cloud.records[0].b, 65535) << "66 is not 2";
+  Read(MakeLas(3, {{0, 0, 0, 2, 0, 0, 0}}));
+  EXPECT_EQ(cloud.records[0].g, 0) << "a format with colour is not coloured by class";
+}
+
+TEST_F(Records, ClassZeroStaysAndTheKeyIsOne) {
+  NEEDS_LASLIB();
+  const Bytes directory = {1, 0, 1, 0, 0, 0, 1, 0, 0, 12, 0, 0, 1, 0, 0xb2, 0x0b};  // 3072: 2994
+  Read(MakeLas(0, {{1, 2, 3, 0}}, {{"LASF_Projection", 34735, directory}}));
+  EXPECT_EQ(cloud.kept, 1);
+  EXPECT_EQ(cloud.key, 1u);
+  EXPECT_EQ(cloud.geoKeyCode, 2994u);
+  EXPECT_TRUE(Says("EPSG 2994 found; enter it to reproject"));
+  Read(MakeLas(0, {}, {{"LASF_Projection", 34735, directory}}));
+  EXPECT_EQ(cloud.key, 2994u) << "only a point in the header sets 1";
+  EXPECT_EQ(cloud.outcome, LasOutcome::kEmpty);
+}
+
+TEST_F(Records, PointsWithoutFiniteCoordinatesAreDropped) {
+  NEEDS_LASLIB();
+  Bytes file = MakeLas(0, {{2, 1, 1}, {2000000000, 1, 1}, {3, 1, 1}});
+  Put(file, 131, 1e300);
+  Read(file);
+  EXPECT_EQ(cloud.kept, 2);
+  EXPECT_EQ(cloud.dropped, 1);
+  EXPECT_TRUE(Says("1 points without finite coordinates dropped"));
+}
+
+TEST_F(Records, HeaderBoxHoldsWhenItEnclosesTheKeptPoints) {
+  NEEDS_LASLIB();
+  Bytes file = MakeLas(0, {{100, 0, 0}, {300, 0, 0}});
+  Read(file);
+  EXPECT_TRUE(cloud.headerBoxHolds);
+  EXPECT_DOUBLE_EQ(cloud.pointBox.minimum[0], 1);
+  EXPECT_DOUBLE_EQ(cloud.pointBox.maximum[0], 3);
+  Read(Put(file, 179, 2.996));
+  EXPECT_TRUE(cloud.headerBoxHolds) << "rounded by its writer";
+  Read(Put(file, 179, 2.9));
+  EXPECT_FALSE(cloud.headerBoxHolds);
+  Read(file, {100, 2});
+  EXPECT_TRUE(cloud.headerBoxHolds) << "the point outside was not kept";
+  Read(Put(file, 179, std::nan("")));
+  EXPECT_FALSE(cloud.headerBoxHolds);
+}
+
+TEST_F(Records, ProgressIsTheWholePercentageOfKeptPointsAndCanStop) {
+  NEEDS_LASLIB();
+  const Bytes file = MakeLas(0, Row(5000));
+  std::vector<std::int64_t> seen;
+  Read(file, {1000000, 2}, [&](std::int64_t kept, std::int64_t total, int percent) {
+    seen.insert(seen.end(), {kept, total, percent});
+    return true;
+  });
+  EXPECT_EQ(seen, (std::vector<std::int64_t>{1024, 2500, 40, 2048, 2500, 81}));
+  Read(file, {}, [](std::int64_t, std::int64_t, int) { return false; });
+  EXPECT_EQ(cloud.outcome, LasOutcome::kStopped);
+  EXPECT_EQ(cloud.records, nullptr);
+}
+
+TEST_F(Records, RefusedMemoryAndMissingFilesAreOneClearLine) {
+  NEEDS_LASLIB();
+  memory.refuse = true;
+  Read(MakeLas(0, Row(20)));
+  EXPECT_EQ(cloud.outcome, LasOutcome::kOutOfMemory);
+  EXPECT_TRUE(Says("out of memory: 20 points need 1,280 bytes"));
+  cloud = kelvra::ReadLas(KELVRA_SOURCE_DIR, {}, memory, nullptr);
+  EXPECT_EQ(cloud.outcome, LasOutcome::kRefused);
+  EXPECT_NE(cloud.messages.at(0).find("is not a file"), std::string::npos);
+  cloud = kelvra::ReadLas("/nowhere/no.las", {}, memory, nullptr);
+  EXPECT_EQ(cloud.messages, std::vector<std::string>{"no.las: cannot be opened: No such file or directory"});
+}
+
+}  // namespace
