@@ -74,7 +74,7 @@ public:
   BaseDocument* LoadScene(const std::string& path, std::string* error);
 
   /**
-   * Number of a parameter of a node by its identifier in the node's description: full (KELVRA_POINT_SIZE), or its end
+   * Number of a parameter of a node by its identifier in the node's description: full (DEMO_POINT_SIZE), or its end
    * after the first underscore in any case (point_size). -1 when there is none.
    */
   LONG FindParameter(BaseList2D* node, const std::string& name) const;

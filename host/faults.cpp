@@ -11,10 +11,11 @@ const struct {
   const char* name;
   Fault fault;
 } kNames[] = {
-    {"allocation", Fault::Allocation}, {"large", Fault::LargeBlock},         {"registration", Fault::Registration},
-    {"buffer", Fault::VertexBuffer},   {"factory", Fault::ProgramFactory},   {"temporary", Fault::TemporaryBlock},
-    {"subbuffer", Fault::SubBuffer},   {"compile", Fault::Compile},          {"write", Fault::FileWrite},
-    {"break", Fault::UserBreak},
+    {"allocation", Fault::Allocation},         {"largeblock", Fault::LargeBlock},
+    {"registration", Fault::Registration},     {"vertexbuffer", Fault::VertexBuffer},
+    {"programfactory", Fault::ProgramFactory}, {"temporaryblock", Fault::TemporaryBlock},
+    {"subbuffer", Fault::SubBuffer},           {"compile", Fault::Compile},
+    {"write", Fault::FileWrite},               {"userbreak", Fault::UserBreak},
 };
 static_assert(sizeof kNames / sizeof kNames[0] == (std::size_t)Fault::Count, "every fault has a name");
 

@@ -20,7 +20,7 @@ void Print(const char* format, std::va_list arguments) {
   messageSink(messageContext, text);
 }
 
-}  // namespace
+} // namespace
 
 extern "C" {
 
@@ -43,5 +43,7 @@ void Rprintf(const char* format, ...) {
   va_end(arguments);
 }
 
-double unif_rand(void) { return std::rand() / (RAND_MAX + 1.0); }
+double unif_rand(void) {
+  return std::rand() / (RAND_MAX + 1.0);
+}
 }

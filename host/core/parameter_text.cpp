@@ -110,15 +110,18 @@ bool ParseLong(const Parameter& parameter, const std::string& text, GeData* valu
   return true;
 }
 
-bool ParseVector(const Parameter& parameter, const std::string& text, GeData* value, std::string* error) {
-  Vector v;
+/** Three numbers apart by commas or blanks. */
+bool ParseVector(const Parameter& parameter, std::string text, GeData* value, std::string* error) {
+  const std::string found = text;
+  std::replace(text.begin(), text.end(), ',', ' ');
   std::istringstream in(text);
   std::string part;
+  Vector v;
   for (LONG axis = 0; axis < 3; ++axis) {
-    if (!std::getline(in, part, ',')) return Fail(parameter, text, "three numbers, X,Y,Z", error);
+    if (!(in >> part)) return Fail(parameter, found, "three numbers, X,Y,Z", error);
     if (!CheckedNumber(parameter, (std::size_t)axis, part, "three numbers", &v[axis], error)) return false;
   }
-  if (std::getline(in, part, ',')) return Fail(parameter, text, "three numbers, X,Y,Z", error);
+  if (in >> part) return Fail(parameter, found, "three numbers, X,Y,Z", error);
   value->SetVector(v);
   return true;
 }

@@ -43,7 +43,7 @@ struct NodeHead {
   /** The chunk must have been begun. */
   bool Write(ValueWriter& writer) const;
   bool Read(ValueReader& reader, LONG chunkId);
-  /** "object Lidar (type 1037074)" */
+  /** "object Scan (type 5140)" */
   std::string Describe() const;
 };
 

@@ -65,14 +65,30 @@ ViewCamera FrameBox(const Vector& boxMin, const Vector& boxMax, double fieldOfVi
   const Vector backward(0, std::sin(Rad(kElevation)), -std::cos(Rad(kElevation)));
   camera.position = camera.target + backward;
   const ViewFrame frame = MakeFrame(camera, aspect);
-  const double tangentX = frame.tangent * aspect * kFill, tangentY = frame.tangent * kFill;
-  // Each corner asks for a distance at which it lies inside the picture.
+  const double tangentX = frame.tangent * aspect, tangentY = frame.tangent;
+
+  // Nearer parts of the box look larger, so its middle is not the middle of its picture: aim, measure, aim again.
   double distance = 1e-3;
-  for (int i = 0; i < 8; ++i) {
-    const Vector offset = Corner(boxMin, boxMax, i) - camera.target;
-    const double depth = offset * frame.forward;
-    distance = std::max({distance, std::abs(offset * frame.right) / tangentX - depth,
-                         std::abs(offset * frame.up) / tangentY - depth});
+  for (int round = 0; round < 8; ++round) {
+    distance = 1e-3;
+    for (int i = 0; i < 8; ++i) {
+      // Each corner asks for a distance at which it lies inside the picture.
+      const Vector offset = Corner(boxMin, boxMax, i) - camera.target;
+      const double depth = offset * frame.forward;
+      distance = std::max({distance, std::abs(offset * frame.right) / (tangentX * kFill) - depth,
+                           std::abs(offset * frame.up) / (tangentY * kFill) - depth});
+    }
+    double low[2] = {1e300, 1e300}, high[2] = {-1e300, -1e300};
+    for (int i = 0; i < 8; ++i) {
+      const Vector offset = Corner(boxMin, boxMax, i) - camera.target;
+      const double depth = distance + offset * frame.forward;
+      const double at[2] = {offset * frame.right / depth, offset * frame.up / depth};
+      for (int axis = 0; axis < 2; ++axis) {
+        low[axis] = std::min(low[axis], at[axis]);
+        high[axis] = std::max(high[axis], at[axis]);
+      }
+    }
+    camera.target += (frame.right * (low[0] + high[0]) + frame.up * (low[1] + high[1])) * (0.5 * distance);
   }
   camera.position = camera.target + backward * distance;
   return camera;

@@ -146,7 +146,7 @@ TEST(Generated, EveryFormatLoadsTheSameLandscape) {
 #endif
   nlohmann::json first;
   for (const std::string& name : names) {
-    ASSERT_EQ(Run("make_cloud", {folder / name, "--points", "5000"}).status, 0);
+    ASSERT_EQ(RunProgram("make_cloud", {folder / name, "--points", "5000"}).status, 0);
     const nlohmann::json info = Kelvra({"info", "--json", folder / name}).Json();
     EXPECT_EQ(info["points"], 5000) << name;
     if (first.is_null()) first = info;

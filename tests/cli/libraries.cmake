@@ -2,3 +2,6 @@
 find_package(nlohmann_json REQUIRED)
 set(libraries host_gl nlohmann_json::nlohmann_json)
 add_dependencies(${target} kelvra_cli make_cloud)
+if(TARGET LASlib::LASlib)
+  target_compile_definitions(${target} PRIVATE KELVRA_HAVE_LASLIB=1)
+endif()

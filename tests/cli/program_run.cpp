@@ -21,7 +21,7 @@ std::string Quoted(const std::string& argument) {
 
 } // namespace
 
-Result Run(const std::string& program, const std::vector<std::string>& arguments) {
+Result RunProgram(const std::string& program, const std::vector<std::string>& arguments) {
   const TempFolder folder;
   std::string command = Quoted(std::string(KELVRA_BIN_DIR) + "/" + program);
   for (const std::string& argument : arguments) command += " " + Quoted(argument);

@@ -15,9 +15,9 @@ struct Result {
 };
 
 /** Program of the build's bin folder ("kelvra", "make_cloud") with arguments, passed as they are. */
-Result Run(const std::string& program, const std::vector<std::string>& arguments);
+Result RunProgram(const std::string& program, const std::vector<std::string>& arguments);
 inline Result Kelvra(const std::vector<std::string>& arguments) {
-  return Run("kelvra", arguments);
+  return RunProgram("kelvra", arguments);
 }
 
 /** Folder of its own for one test, removed with this object. */

@@ -9,7 +9,7 @@ namespace {
 using kelvra::LasReport;
 
 constexpr int kChunk = 50;
-constexpr std::size_t kPoints = 220;  // four chunks and a part of one
+constexpr std::size_t kPoints = 220; // four chunks and a part of one
 
 class Compressed : public LasTest {
 protected:
@@ -34,7 +34,8 @@ TEST_F(Compressed, EveryFormatReadsBackInFileOrder) {
     EXPECT_EQ(Heights(file), HeightsOf(points_, kPoints)) << format;
   }
   EXPECT_EQ(Heights(Compress(MakeLas(3, points_), 0)), HeightsOf(points_, kPoints)) << "pointwise";
-  EXPECT_EQ(Heights(Compress(MakeLas(7, points_, {}, 5), kChunk)), HeightsOf(points_, kPoints)) << "extra bytes";
+  EXPECT_EQ(Heights(Compress(MakeLas(7, points_, {}, 5), kChunk)), HeightsOf(points_, kPoints))
+      << "extra bytes";
 }
 
 TEST_F(Compressed, CompressionRecordIsCheckedFieldByField) {
@@ -45,11 +46,16 @@ TEST_F(Compressed, CompressionRecordIsCheckedFieldByField) {
     const char* complaint;
   };
   const Case cases[] = {
-      {0, 0, "compressor 0 is unknown"},     {0, 4, "compressor 4 is unknown"},
-      {0, 3, "compressor 3 does not fit"},   {2, 1, "coder 1 is unknown"},
-      {32, 2, "2 items need 46"},            {32, 0xffff, "65535 items need"},
-      {34, 22, "item 0 has type 22"},        {36, 21, "item 0 has 21 bytes, type 6 has 20"},
-      {38, 3, "version 3, which is unknown"}, {40, 8, "item 1 has type 8, point format 3 needs 7"},
+      {0, 0, "compressor 0 is unknown"},
+      {0, 4, "compressor 4 is unknown"},
+      {0, 3, "compressor 3 does not fit"},
+      {2, 1, "coder 1 is unknown"},
+      {32, 2, "2 items need 46"},
+      {32, 0xffff, "65535 items need"},
+      {34, 22, "item 0 has type 22"},
+      {36, 21, "item 0 has 21 bytes, type 6 has 20"},
+      {38, 3, "version 3, which is unknown"},
+      {40, 8, "item 1 has type 8, point format 3 needs 7"},
   };
   for (const Case& c : cases) {
     Bytes file = Compress(MakeLas(3, points_), kChunk);
@@ -60,7 +66,8 @@ TEST_F(Compressed, CompressionRecordIsCheckedFieldByField) {
   }
   Bytes uncompressed = Compress(MakeLas(3, points_), kChunk);
   uncompressed[104] &= 127;
-  EXPECT_NE(Validate(uncompressed).complaints.at(0).find("point format (byte 104) is uncompressed"), std::string::npos);
+  EXPECT_NE(Validate(uncompressed).complaints.at(0).find("point format (byte 104) is uncompressed"),
+            std::string::npos);
 }
 
 TEST_F(Compressed, DamagedTableIsNotNeededWhereChunksHaveOneSize) {
@@ -71,7 +78,7 @@ TEST_F(Compressed, DamagedTableIsNotNeededWhereChunksHaveOneSize) {
     const std::function<void(Bytes&)> changes[] = {
         [&](Bytes& f) { Put<std::uint64_t>(f, start, f.size() * 3); },
         [&](Bytes& f) { Put<std::uint64_t>(f, start, start + 7); },
-        [&](Bytes& f) { Put<std::uint64_t>(f, start, start); },  // interrupted writer
+        [&](Bytes& f) { Put<std::uint64_t>(f, start, start); }, // interrupted writer
         [&](Bytes& f) { Put<std::uint64_t>(f, start, ~std::uint64_t{0}); },
         [&](Bytes& f) { Put(f, table, 1u); },
         [&](Bytes& f) { Put(f, table + 4, 4u); },
@@ -104,7 +111,7 @@ TEST_F(Compressed, VariableChunksNeedTheirTable) {
   NEEDS_LASLIB();
   for (const std::uint32_t size : {0u, 0xffffffffu}) {
     Bytes file = Compress(MakeLas(6, points_), kChunk);
-    Put(file, RecordAt(file) + 12, size);  // its table holds no point numbers then
+    Put(file, RecordAt(file) + 12, size); // its table holds no point numbers then
     std::string refusal;
     EXPECT_TRUE(Heights(file, &refusal).empty());
     EXPECT_NE(refusal.find("cannot be read without it"), std::string::npos) << refusal;
@@ -119,11 +126,12 @@ TEST_F(Compressed, ReadingStopsBeforeADamagedLayeredChunk) {
   std::size_t at = PointsAt(sound) + 8;
   for (int chunk = 0; chunk < 2; ++chunk) {
     std::size_t length = kRaw + 4 + 4 * kLayers;
-    for (std::size_t layer = 0; layer < kLayers; ++layer) length += Take<std::uint32_t>(sound, at + kRaw + 4 + 4 * layer);
+    for (std::size_t layer = 0; layer < kLayers; ++layer)
+      length += Take<std::uint32_t>(sound, at + kRaw + 4 + 4 * layer);
     at += length;
   }
   ASSERT_EQ(Take<std::uint32_t>(sound, at + kRaw), std::uint32_t{kChunk});
-  for (const std::size_t field : {0u, 1u, 5u, 10u})  // the number of points, three layers
+  for (const std::size_t field : {0u, 1u, 5u, 10u}) // the number of points, three layers
     for (const std::uint32_t value : {0xffffffffu, 0x7fffffffu, 49u}) {
       Bytes file = sound;
       Put(file, at + kRaw + 4 * field, value);
@@ -136,12 +144,13 @@ TEST_F(Compressed, FileThatEndsEarlyGivesAPrefix) {
   NEEDS_LASLIB();
   for (const int chunk : {kChunk, 0})
     for (const unsigned format : {0u, 3u, 8u}) {
-      if (format == 8 && chunk == 0) continue;  // one layered chunk is read whole or not at all
+      if (format == 8 && chunk == 0) continue; // one layered chunk is read whole or not at all
       const Bytes sound = Compress(MakeLas(format, points_), chunk);
       const std::vector<std::int64_t> all = HeightsOf(points_, kPoints);
       std::size_t most = 0;
       for (std::size_t size = PointsAt(sound); size < sound.size(); size += 17) {
-        const std::vector<std::int64_t> read = Heights(Bytes(sound.begin(), sound.begin() + static_cast<long>(size)));
+        const std::vector<std::int64_t> read =
+            Heights(Bytes(sound.begin(), sound.begin() + static_cast<long>(size)));
         ASSERT_LE(read.size(), kPoints);
         EXPECT_TRUE(std::equal(read.begin(), read.end(), all.begin())) << format << " cut at " << size;
         if (format == 8 && read.size() < kPoints) {
@@ -164,7 +173,8 @@ TEST_F(Compressed, AbsurdCountsAskForNoMoreThanTheBytesCanHold) {
   EXPECT_LE(Validate(layered).readable, kPoints);
 }
 
-// Streams that no encoder writes: all bits set break the coder's bounds, and make GPS time switch sequences without end.
+// Streams that no encoder writes: all bits set break the coder's bounds, and make GPS time switch sequences
+// without end.
 TEST_F(Compressed, DecoderSurvivesDamagedStreams) {
   NEEDS_LASLIB();
   for (const unsigned format : {1u, 3u, 6u, 10u})
@@ -179,4 +189,4 @@ TEST_F(Compressed, DecoderSurvivesDamagedStreams) {
       }
 }
 
-}  // namespace
+} // namespace

@@ -24,5 +24,7 @@ Bytes Compress(const Bytes& las, int chunkSize) {
 }
 
 #else
-Bytes Compress(const Bytes& las, int) { return las; }
+Bytes Compress(const Bytes& las, int) {
+  return las;
+}
 #endif

@@ -1,4 +1,5 @@
-// LAS files made byte by byte, compressed ones made of them by the library's writer, and the folder that holds them.
+// LAS files made byte by byte, compressed ones made of them by the library's writer, and the folder that
+// holds them.
 #pragma once
 
 #include "object/las/las_reader.h"
@@ -12,7 +13,7 @@
 #include <string>
 #include <vector>
 
-#define NEEDS_LASLIB() \
+#define NEEDS_LASLIB()                                                                                       \
   if (!kelvra::LasFile::Available()) GTEST_SKIP() << "this build has no LASlib"
 
 using Bytes = std::vector<std::uint8_t>;
@@ -30,10 +31,10 @@ T Take(const Bytes& bytes, std::size_t offset) {
 }
 
 struct TestPoint {
-  std::int32_t x = 0, y = 0, z = 0;  // raw, scale 0.01
-  std::uint8_t classByte = 1;        // formats 0 to 5: with the flags above the class; 6 to 10: the class
+  std::int32_t x = 0, y = 0, z = 0; // raw, scale 0.01
+  std::uint8_t classByte = 1;       // formats 0 to 5: with the flags above the class; 6 to 10: the class
   std::uint16_t r = 0, g = 0, b = 0;
-  std::uint8_t flags = 0;  // formats 6 to 10 only
+  std::uint8_t flags = 0; // formats 6 to 10 only
 };
 
 struct TestRecord {
@@ -42,8 +43,8 @@ struct TestRecord {
   Bytes payload;
 };
 
-inline Bytes MakeLas(unsigned format, const std::vector<TestPoint>& points, const std::vector<TestRecord>& records = {},
-                     unsigned extraBytes = 0) {
+inline Bytes MakeLas(unsigned format, const std::vector<TestPoint>& points,
+                     const std::vector<TestRecord>& records = {}, unsigned extraBytes = 0) {
   static constexpr unsigned kLength[] = {20, 28, 26, 34, 57, 63, 30, 36, 38, 59, 67};
   static constexpr unsigned kColor[] = {0, 0, 20, 28, 0, 28, 0, 30, 30, 0, 30};
   const bool modern = format >= 6;
@@ -79,12 +80,12 @@ inline Bytes MakeLas(unsigned format, const std::vector<TestPoint>& points, cons
     const std::size_t at = file.size();
     file.resize(at + length);
     Put(Put(Put(file, at, point.x), at + 4, point.y), at + 8, point.z);
-    file[at + 14] = modern ? 0x11 : 0x09;  // return 1 of 1
+    file[at + 14] = modern ? 0x11 : 0x09; // return 1 of 1
     file[at + (modern ? 16 : 15)] = point.classByte;
     if (modern) file[at + 15] = point.flags;
     if (kColor[format])
-      Put(Put(Put(file, at + kColor[format], point.r), at + kColor[format] + 2, point.g), at + kColor[format] + 4,
-          point.b);
+      Put(Put(Put(file, at + kColor[format], point.r), at + kColor[format] + 2, point.g),
+          at + kColor[format] + 4, point.b);
   }
   return file;
 }

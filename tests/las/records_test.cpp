@@ -42,7 +42,8 @@ protected:
   }
   std::vector<int> KeptX() const {
     std::vector<int> kept;
-    for (std::int64_t i = 0; i < cloud.kept; ++i) kept.push_back(static_cast<int>(std::lround(cloud.records[i].x * 100)));
+    for (std::int64_t i = 0; i < cloud.kept; ++i)
+      kept.push_back(static_cast<int>(std::lround(cloud.records[i].x * 100)));
     return kept;
   }
   bool Says(const std::string& text) const {
@@ -68,9 +69,17 @@ TEST_F(Records, ThinningAndBudget) {
     std::vector<int> kept;
   };
   const Case cases[] = {
-      {10, 1000, 3, {0, 3, 6, 9}}, {11, 1000, 3, {0, 3, 6, 9}}, {4, 1000, 1, {0, 1, 2, 3}}, {4, 1000, 0, {0, 1, 2, 3}},
-      {4, 1000, -5, {0, 1, 2, 3}}, {4, 1000, 100, {0}},         {9, 2, 1, {0, 1, 2}},       {9, 2, 2, {0, 2, 4}},
-      {9, 0, 1, {0}},              {9, -7, 1, {0}},             {9, std::numeric_limits<std::int64_t>::max(), 4, {0, 4, 8}},
+      {10, 1000, 3, {0, 3, 6, 9}},
+      {11, 1000, 3, {0, 3, 6, 9}},
+      {4, 1000, 1, {0, 1, 2, 3}},
+      {4, 1000, 0, {0, 1, 2, 3}},
+      {4, 1000, -5, {0, 1, 2, 3}},
+      {4, 1000, 100, {0}},
+      {9, 2, 1, {0, 1, 2}},
+      {9, 2, 2, {0, 2, 4}},
+      {9, 0, 1, {0}},
+      {9, -7, 1, {0}},
+      {9, std::numeric_limits<std::int64_t>::max(), 4, {0, 4, 8}},
   };
   for (const Case& c : cases) {
     Read(MakeLas(0, Row(c.points)), {c.limit, c.step});
@@ -132,10 +141,22 @@ TEST(Palette, ClassesAndGreys) {
     double z;
     unsigned r, g, b;
   } cases[] = {
-      {2, 9, 15535, 22222, 55535}, {3, 9, 15535, 15535, 0},     {4, 9, 12767, 45167, 27647}, {5, 9, 45535, 65535, 35535},
-      {6, 9, 35535, 0, 0},         {7, 9, 15535, 0, 25535},     {9, 9, 2909, 12222, 55535},  {10, 9, 25535, 0, 25535},
-      {17, 9, 45535, 0, 45535},    {18, 9, 65535, 0, 65535},    {0, 0.5, 32767, 32767, 32767}, {1, 1, 65535, 65535, 65535},
-      {8, 2, 65534, 65534, 65534}, {16, -0.5, 32769, 32769, 32769}, {31, 0, 0, 0, 0},        {255, 1, 65535, 65535, 65535},
+      {2, 9, 15535, 22222, 55535},
+      {3, 9, 15535, 15535, 0},
+      {4, 9, 12767, 45167, 27647},
+      {5, 9, 45535, 65535, 35535},
+      {6, 9, 35535, 0, 0},
+      {7, 9, 15535, 0, 25535},
+      {9, 9, 2909, 12222, 55535},
+      {10, 9, 25535, 0, 25535},
+      {17, 9, 45535, 0, 45535},
+      {18, 9, 65535, 0, 65535},
+      {0, 0.5, 32767, 32767, 32767},
+      {1, 1, 65535, 65535, 65535},
+      {8, 2, 65534, 65534, 65534},
+      {16, -0.5, 32769, 32769, 32769},
+      {31, 0, 0, 0, 0},
+      {255, 1, 65535, 65535, 65535},
   };
   for (const auto& c : cases) {
     const kelvra::LasColor color = kelvra::ColorOfClass(c.classification, c.z);
@@ -160,7 +181,7 @@ TEST_F(Records, ColorComesFromThePointOrItsClass) {
 
 TEST_F(Records, ClassZeroStaysAndTheKeyIsOne) {
   NEEDS_LASLIB();
-  const Bytes directory = {1, 0, 1, 0, 0, 0, 1, 0, 0, 12, 0, 0, 1, 0, 0xb2, 0x0b};  // 3072: 2994
+  const Bytes directory = {1, 0, 1, 0, 0, 0, 1, 0, 0, 12, 0, 0, 1, 0, 0xb2, 0x0b}; // 3072: 2994
   Read(MakeLas(0, {{1, 2, 3, 0}}, {{"LASF_Projection", 34735, directory}}));
   EXPECT_EQ(cloud.kept, 1);
   EXPECT_EQ(cloud.key, 1u);
@@ -225,4 +246,4 @@ TEST_F(Records, RefusedMemoryAndMissingFilesAreOneClearLine) {
   EXPECT_EQ(cloud.messages, std::vector<std::string>{"no.las: cannot be opened: No such file or directory"});
 }
 
-}  // namespace
+} // namespace

@@ -17,7 +17,9 @@ public:
   void Free(void* memory) override { std::free(memory); }
 };
 
-json FactsOf(const std::string& name) { return json::parse(std::ifstream(KELVRA_DATA_DIR "/" + name + ".json")); }
+json FactsOf(const std::string& name) {
+  return json::parse(std::ifstream(KELVRA_DATA_DIR "/" + name + ".json"));
+}
 
 std::vector<std::string> SampleFiles(bool withPointsOnly) {
   std::vector<std::string> files;
@@ -58,8 +60,10 @@ TEST_P(SampleFile, LoadsAsIndependentReadersDo) {
   for (std::size_t i = 0; i < first.size(); ++i) ExpectSamePosition(cloud.records[i], first[i]);
   ExpectSamePosition(cloud.records[cloud.kept - 1], expected.at("point_last"));
   for (int axis = 0; axis < 3; ++axis) {
-    EXPECT_NEAR(cloud.pointBox.minimum[axis], expected.at("min_xyz")[static_cast<std::size_t>(axis)].get<double>(), 1e-6);
-    EXPECT_NEAR(cloud.pointBox.maximum[axis], expected.at("max_xyz")[static_cast<std::size_t>(axis)].get<double>(), 1e-6);
+    EXPECT_NEAR(cloud.pointBox.minimum[axis],
+                expected.at("min_xyz")[static_cast<std::size_t>(axis)].get<double>(), 1e-6);
+    EXPECT_NEAR(cloud.pointBox.maximum[axis],
+                expected.at("max_xyz")[static_cast<std::size_t>(axis)].get<double>(), 1e-6);
   }
   EXPECT_TRUE(cloud.headerBoxHolds);
   EXPECT_EQ(cloud.hasColor, expected.at("has_rgb_fields").get<bool>());
@@ -95,7 +99,8 @@ TEST_P(SamplePoints, HoldsTheSamePointsAndClasses) {
     EXPECT_EQ(maxColor, expected.at("max_rgb").get<std::int64_t>());
   }
   const json& keys = expected.at("geokeys");
-  EXPECT_EQ(file.Report().geoKeyCode, keys.contains("3072") ? keys["3072"].get<unsigned>() : keys.value("2048", 0u));
+  EXPECT_EQ(file.Report().geoKeyCode,
+            keys.contains("3072") ? keys["3072"].get<unsigned>() : keys.value("2048", 0u));
 }
 
 TEST(SampleFolder, IsThere) {
@@ -114,4 +119,4 @@ INSTANTIATE_TEST_SUITE_P(Las, SamplePoints, testing::ValuesIn(SampleFiles(true))
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(SampleFile);
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(SamplePoints);
 
-}  // namespace
+} // namespace

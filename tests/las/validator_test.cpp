@@ -1,4 +1,5 @@
-// What the checks in front of the library refuse, each by one small change to a sound file, and what they let through.
+// What the checks in front of the library refuse, each by one small change to a sound file, and what they let
+// through.
 #include "las/las_fixture.h"
 
 #include "object/las/las_geokeys.h"
@@ -21,7 +22,7 @@ struct RefusedCase {
   const char* name;
   unsigned format;
   std::function<void(Bytes&)> change;
-  const char* complaint;  // its decisive part: place, value, bound
+  const char* complaint; // its decisive part: place, value, bound
 };
 
 class Refused : public testing::TestWithParam<RefusedCase> {};
@@ -30,23 +31,29 @@ const double kInfinity = std::numeric_limits<double>::infinity();
 
 const RefusedCase kRefused[] = {
     {"Empty", 0, [](Bytes& f) { f.clear(); }, "it is empty"},
-    {"WellLog", 0, [](Bytes& f) { f = {'~', 'V', 'E', 'R', 'S', 'I', 'O', 'N', ' ', 'I'}; }, "starts with ~VERSION…"},
+    {"WellLog", 0, [](Bytes& f) { f = {'~', 'V', 'E', 'R', 'S', 'I', 'O', 'N', ' ', 'I'}; },
+     "starts with ~VERSION…"},
     {"Picture", 0, [](Bytes& f) { Put(f, 0, 0x89504e47u); }, "starts with G"},
     {"ShortHeader", 0, [](Bytes& f) { f.resize(226); }, "has 226 bytes, a header needs at least 227"},
     {"Version15", 0, [](Bytes& f) { f[25] = 5; }, "version (byte 24) is 1.5, 1.0 to 1.4"},
     {"Version20", 0, [](Bytes& f) { f[24] = 2; }, "version (byte 24) is 2.2"},
     {"HeaderSize12", 0, [](Bytes& f) { Put<std::uint16_t>(f, 94, 226); }, "header size (byte 94) is 226"},
     {"HeaderSize13", 0, [](Bytes& f) { f[25] = 3; }, "227, version 1.3 has at least 235"},
-    {"HeaderSize14", 6, [](Bytes& f) { Put<std::uint16_t>(f, 94, 374); }, "374, version 1.4 has at least 375"},
-    {"PointsInHeader", 0, [](Bytes& f) { Put(f, 96, 226u); }, "offset to point data (byte 96) is 226, the header has 227"},
+    {"HeaderSize14", 6, [](Bytes& f) { Put<std::uint16_t>(f, 94, 374); },
+     "374, version 1.4 has at least 375"},
+    {"PointsInHeader", 0, [](Bytes& f) { Put(f, 96, 226u); },
+     "offset to point data (byte 96) is 226, the header has 227"},
     {"PointsBehindEnd", 0, [](Bytes& f) { Put(f, 96, 100000u); }, "is 100,000, the file has 247"},
-    {"RecordCount", 0, [](Bytes& f) { Put(f, 100, 1069128089u); }, "1,069,128,089 variable-length records (byte 100)"},
-    {"RecordLength", 1, [](Bytes& f) { Put<std::uint16_t>(f, 105, 27); }, "27, point format 1 has at least 28"},
+    {"RecordCount", 0, [](Bytes& f) { Put(f, 100, 1069128089u); },
+     "1,069,128,089 variable-length records (byte 100)"},
+    {"RecordLength", 1, [](Bytes& f) { Put<std::uint16_t>(f, 105, 27); },
+     "27, point format 1 has at least 28"},
     {"Format11", 0, [](Bytes& f) { f[104] = 11; }, "point format (byte 104) is 11, 0 to 10"},
     {"Format64", 0, [](Bytes& f) { f[104] = 64; }, "point format (byte 104) is 64"},
     {"Format6In12", 0, [](Bytes& f) { f[104] = 6; }, "is 6, version 1.2 has 0 to 5"},
     {"CompressedWithout", 0, [](Bytes& f) { f[104] |= 128; }, "no compression record"},
-    {"TwoCounts", 6, [](Bytes& f) { Put(f, 107, 7u); }, "number of points is 7 in the old field (byte 107), 1"},
+    {"TwoCounts", 6, [](Bytes& f) { Put(f, 107, 7u); },
+     "number of points is 7 in the old field (byte 107), 1"},
     {"ScaleZero", 0, [](Bytes& f) { Put(f, 139, 0.0); }, "y scale (byte 139) is 0"},
     {"ScaleInfinite", 0, [](Bytes& f) { Put(f, 131, kInfinity); }, "x scale (byte 131) is inf"},
     {"OffsetNotANumber", 0, [](Bytes& f) { Put(f, 171, std::nan("")); }, "z offset (byte 171) is"},
@@ -69,14 +76,16 @@ TEST(Validator, RecordThatReachesIntoThePointsIsRefused) {
   Bytes file = MakeLas(0, {TestPoint()}, {{"someone", 7, Bytes(10)}});
   Put<std::uint16_t>(file, 227 + 20, 11);
   ASSERT_EQ(Validate(file).complaints.size(), 1u);
-  EXPECT_NE(Validate(file).complaints[0].find("record 0 at byte 227 ends at byte 292, the point data starts at byte 291"),
+  EXPECT_NE(Validate(file).complaints[0].find(
+                "record 0 at byte 227 ends at byte 292, the point data starts at byte 291"),
             std::string::npos);
 }
 
 TEST(Validator, LongerRecordsAndSoundRecordsPassUntouched) {
   Bytes attribute(192);
-  attribute[2] = 3;  // 16-bit number
-  const LasReport report = Validate(MakeLas(1, {TestPoint()}, {{"LASF_Spec", 4, attribute}, {"x", 1, Bytes(3)}}, 2));
+  attribute[2] = 3; // 16-bit number
+  const LasReport report =
+      Validate(MakeLas(1, {TestPoint()}, {{"LASF_Spec", 4, attribute}, {"x", 1, Bytes(3)}}, 2));
   EXPECT_TRUE(report.complaints.empty());
   EXPECT_TRUE(report.patches.empty());
   EXPECT_EQ(report.readable, 1u);
@@ -86,7 +95,7 @@ TEST(Validator, CountsWhatIsThere) {
   Bytes file = MakeLas(0, Spiral(10));
   file.resize(file.size() - 21);
   EXPECT_EQ(Validate(file).readable, 8u);
-  Put(file, 107, 4000000000u);  // allocates nothing
+  Put(file, 107, 4000000000u); // allocates nothing
   EXPECT_EQ(Validate(file).readable, 8u);
   EXPECT_EQ(Validate(file).remarks.size(), 1u);
 }
@@ -104,12 +113,12 @@ Bytes Attribute(std::uint8_t type) {
 INSTANTIATE_TEST_SUITE_P(
     Validator, LasRecords,
     testing::Values(TestRecord{"copc", 1, Bytes(160, 255)}, TestRecord{"LASF_Projection", 34735, Bytes(4)},
-                    TestRecord{"LASF_Projection", 34735, {1, 0, 1, 0, 0, 0, 9, 0}}, TestRecord{"LASF_Spec", 4, Bytes(191)},
-                    TestRecord{"LASF_Spec", 4, {}}, TestRecord{"LASF_Spec", 4, Attribute(31)},
-                    TestRecord{"LASF_Spec", 4, Attribute(30)}, TestRecord{"LASF_Spec", 4, Attribute(2)},
-                    TestRecord{"LASF_Spec", 100, Bytes(25)}, TestRecord{"LAStools", 10, Bytes(27)},
-                    TestRecord{"LAStools", 20, Bytes(28)}, TestRecord{"lastools tile", 1, Bytes(29)},
-                    TestRecord{"LAStools", 30, Bytes(40, 255)}));
+                    TestRecord{"LASF_Projection", 34735, {1, 0, 1, 0, 0, 0, 9, 0}},
+                    TestRecord{"LASF_Spec", 4, Bytes(191)}, TestRecord{"LASF_Spec", 4, {}},
+                    TestRecord{"LASF_Spec", 4, Attribute(31)}, TestRecord{"LASF_Spec", 4, Attribute(30)},
+                    TestRecord{"LASF_Spec", 4, Attribute(2)}, TestRecord{"LASF_Spec", 100, Bytes(25)},
+                    TestRecord{"LAStools", 10, Bytes(27)}, TestRecord{"LAStools", 20, Bytes(28)},
+                    TestRecord{"lastools tile", 1, Bytes(29)}, TestRecord{"LAStools", 30, Bytes(40, 255)}));
 
 TEST_P(LasRecords, TrapsAreHiddenAndThePointsRead) {
   NEEDS_LASLIB();
@@ -146,7 +155,7 @@ TEST_F(LasTest, IndexBesideTheCloudIsNotOpened) {
 }
 
 struct KeyCase {
-  std::vector<std::uint16_t> entries;  // key, place, count, value
+  std::vector<std::uint16_t> entries; // key, place, count, value
   unsigned code;
 };
 
@@ -156,8 +165,8 @@ TEST(GeoKeys, FirstOfTheKnownKeysCounts) {
       {{1024, 0, 1, 1, 2048, 0, 1, 4326}, 4326},
       {{2048, 0, 1, 4269, 3072, 0, 1, 26995, 4099, 0, 1, 9003}, 26995},
       {{4098, 0, 1, 5103, 4099, 0, 1, 9001}, 5103},
-      {{3072, 34737, 1, 12, 2048, 0, 1, 4326}, 4326},  // a value that stands elsewhere
-      {{2048, 0, 1, 4269, 3072, 0, 1, 32767}, 32767},  // user-defined: its points are not in degrees
+      {{3072, 34737, 1, 12, 2048, 0, 1, 4326}, 4326}, // a value that stands elsewhere
+      {{2048, 0, 1, 4269, 3072, 0, 1, 32767}, 32767}, // user-defined: its points are not in degrees
       {{2054, 0, 1, 9102, 2050, 0, 1, 6269, 3076, 0, 1, 9002}, 9002},
   };
   for (const KeyCase& c : cases) {
@@ -169,4 +178,4 @@ TEST(GeoKeys, FirstOfTheKnownKeysCounts) {
   EXPECT_FALSE(kelvra::IsOfferedCode(32767) || kelvra::IsOfferedCode(0));
 }
 
-}  // namespace
+} // namespace

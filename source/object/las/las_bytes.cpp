@@ -16,7 +16,7 @@ bool SeekTo(std::FILE* file, std::uint64_t offset) {
 #endif
 }
 
-}  // namespace
+} // namespace
 
 bool MemoryBytes::Read(std::uint64_t offset, void* bytes, std::size_t count) {
   if (offset > size_ || count > size_ - offset) return false;
@@ -78,4 +78,4 @@ std::string Grouped(std::uint64_t number) {
   return digits;
 }
 
-}  // namespace kelvra
+} // namespace kelvra

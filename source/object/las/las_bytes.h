@@ -1,4 +1,5 @@
-// Random access to the bytes of a file (or of a buffer) for the checks that run before the point library sees the file.
+// Random access to the bytes of a file (or of a buffer) for the checks that run before the point library sees
+// the file.
 #pragma once
 
 #include <cstddef>
@@ -42,7 +43,8 @@ public:
 
 class MemoryBytes : public ByteSource {
 public:
-  MemoryBytes(const void* bytes, std::size_t size) : bytes_(static_cast<const std::uint8_t*>(bytes)), size_(size) {}
+  MemoryBytes(const void* bytes, std::size_t size)
+      : bytes_(static_cast<const std::uint8_t*>(bytes)), size_(size) {}
   std::uint64_t Size() const override { return size_; }
   bool Read(std::uint64_t offset, void* bytes, std::size_t count) override;
 
@@ -81,4 +83,4 @@ std::string Text(const char* format, ...)
 // 1234567 as "1,234,567".
 std::string Grouped(std::uint64_t number);
 
-}  // namespace kelvra
+} // namespace kelvra

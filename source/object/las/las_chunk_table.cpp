@@ -1,4 +1,5 @@
-// The chunk table is compressed with the same coder as the points, so it is decoded by the point library's own classes.
+// The chunk table is compressed with the same coder as the points, so it is decoded by the point library's
+// own classes.
 #include "object/las/las_chunks.h"
 
 #if KELVRA_HAVE_LASLIB
@@ -38,15 +39,17 @@ bool DecodeLasChunkTable(ByteSource& file, std::uint64_t offset, std::uint64_t c
       chunk.bytes = static_cast<std::uint64_t>(length);
     }
   } catch (...) {
-    return false;  // the library throws integers: the end of the bytes, or bytes that no encoder writes
+    return false; // the library throws integers: the end of the bytes, or bytes that no encoder writes
   }
   return true;
 }
 
 #else
 
-bool DecodeLasChunkTable(ByteSource&, std::uint64_t, std::uint64_t, bool, std::vector<LasChunk>&) { return false; }
+bool DecodeLasChunkTable(ByteSource&, std::uint64_t, std::uint64_t, bool, std::vector<LasChunk>&) {
+  return false;
+}
 
 #endif
 
-}  // namespace kelvra
+} // namespace kelvra

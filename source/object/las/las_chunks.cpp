@@ -9,11 +9,11 @@ namespace {
 
 // A chunked file starts its point data with the position of the chunk table.
 constexpr std::uint64_t kTablePositionBytes = 8;
-constexpr std::uint64_t kTableHeaderBytes = 8;  // version, number of chunks
+constexpr std::uint64_t kTableHeaderBytes = 8; // version, number of chunks
 
 struct ChunkTable {
   std::vector<LasChunk> chunks;
-  std::uint64_t position = 0;  // of the table, and the end of the last chunk
+  std::uint64_t position = 0; // of the table, and the end of the last chunk
 };
 
 // Reads the position of the table; the writer of a stream that cannot seek puts it into the last eight bytes.
@@ -34,7 +34,8 @@ std::string ReadTable(ByteSource& file, const LasHeader& header, const LasCompre
                       ChunkTable& table) {
   if (std::string problem = FindTable(file, header, table.position); !problem.empty()) return problem;
   std::uint32_t version = 0, count = 0;
-  if (!file.Field(table.position, version) || !file.Field(table.position + 4, count)) return "it cannot be read";
+  if (!file.Field(table.position, version) || !file.Field(table.position + 4, count))
+    return "it cannot be read";
   if (version != 0) return Text("the chunk table has version %u, only 0 is known", version);
 
   const std::uint64_t announced = header.Points();
@@ -42,13 +43,16 @@ std::string ReadTable(ByteSource& file, const LasHeader& header, const LasCompre
   const std::uint64_t mostChunks = std::min(announced, bytes / compression.RawPointBytes());
   const std::uint64_t size = compression.chunkSize;
   if (count > mostChunks)
-    return Text("the chunk table has %s chunks, %s points in %s bytes make %s at most", Grouped(count).c_str(),
-                Grouped(announced).c_str(), Grouped(bytes).c_str(), Grouped(mostChunks).c_str());
+    return Text("the chunk table has %s chunks, %s points in %s bytes make %s at most",
+                Grouped(count).c_str(), Grouped(announced).c_str(), Grouped(bytes).c_str(),
+                Grouped(mostChunks).c_str());
   if (!compression.VariableChunks() && count != (announced - 1) / size + 1)
     return Text("the chunk table has %s chunks, %s points in chunks of %s make %s", Grouped(count).c_str(),
-                Grouped(announced).c_str(), Grouped(size).c_str(), Grouped((announced - 1) / size + 1).c_str());
+                Grouped(announced).c_str(), Grouped(size).c_str(),
+                Grouped((announced - 1) / size + 1).c_str());
 
-  if (!DecodeLasChunkTable(file, table.position + kTableHeaderBytes, count, compression.VariableChunks(), table.chunks))
+  if (!DecodeLasChunkTable(file, table.position + kTableHeaderBytes, count, compression.VariableChunks(),
+                           table.chunks))
     return "the chunk table does not decode";
   std::uint64_t points = 0, end = header.pointOffset + kTablePositionBytes;
   for (std::size_t i = 0; i < table.chunks.size(); ++i) {
@@ -56,7 +60,8 @@ std::string ReadTable(ByteSource& file, const LasHeader& header, const LasCompre
     if (!compression.VariableChunks()) chunk.points = std::min(size, announced - points);
     points += chunk.points;
     end += chunk.bytes;
-    if (chunk.points == 0 || chunk.bytes < compression.RawPointBytes() || end > table.position || points > announced)
+    if (chunk.points == 0 || chunk.bytes < compression.RawPointBytes() || end > table.position ||
+        points > announced)
       return Text("chunk %zu of the chunk table has %s points in %s bytes", i, Grouped(chunk.points).c_str(),
                   Grouped(chunk.bytes).c_str());
   }
@@ -67,8 +72,8 @@ std::string ReadTable(ByteSource& file, const LasHeader& header, const LasCompre
   return {};
 }
 
-// Finds the length of the layered chunk at `start`: the first point, the number of points, the lengths of the layers,
-// the layers. Returns what is wrong with it, or an empty text.
+// Finds the length of the layered chunk at `start`: the first point, the number of points, the lengths of the
+// layers, the layers. Returns what is wrong with it, or an empty text.
 std::string MeasureLayeredChunk(ByteSource& file, const LasCompression& compression, std::uint64_t start,
                                 std::uint64_t end, std::uint64_t points, std::uint64_t& length) {
   const std::uint64_t sizesAt = compression.RawPointBytes();
@@ -80,11 +85,13 @@ std::string MeasureLayeredChunk(ByteSource& file, const LasCompression& compress
   if (counted != points) return Text("says it holds %u points, not %s", counted, Grouped(points).c_str());
   for (std::size_t at = 4; at < sizes.size(); at += 4) length += LittleEndian<std::uint32_t>(&sizes[at]);
   if (length > end - start)
-    return Text("has %s bytes in its layers, %s are there", Grouped(length).c_str(), Grouped(end - start).c_str());
+    return Text("has %s bytes in its layers, %s are there", Grouped(length).c_str(),
+                Grouped(end - start).c_str());
   return {};
 }
 
-// Follows the layered chunks one after the other; the points of the chunks before the first damaged one are readable.
+// Follows the layered chunks one after the other; the points of the chunks before the first damaged one are
+// readable.
 void FollowLayeredChunks(ByteSource& file, const LasHeader& header, const LasCompression& compression,
                          const ChunkTable* table, LasChunkPlan& plan) {
   const std::uint64_t announced = header.Points();
@@ -108,7 +115,7 @@ void FollowLayeredChunks(ByteSource& file, const LasHeader& header, const LasCom
   plan.readable = points;
 }
 
-}  // namespace
+} // namespace
 
 LasChunkPlan PlanLasChunks(ByteSource& file, const LasHeader& header, const LasCompression& compression) {
   LasChunkPlan plan;
@@ -117,7 +124,8 @@ LasChunkPlan PlanLasChunks(ByteSource& file, const LasHeader& header, const LasC
   // The library cannot start on point data that is shorter than this.
   const std::uint64_t start = header.pointOffset + (compression.Chunked() ? kTablePositionBytes : 0);
   if (start + compression.RawPointBytes() > file.Size()) {
-    plan.remark = Text("the file ends at byte %s, before its first point is complete", Grouped(file.Size()).c_str());
+    plan.remark =
+        Text("the file ends at byte %s, before its first point is complete", Grouped(file.Size()).c_str());
     return plan;
   }
   const std::uint64_t bytes = file.Size() - start;
@@ -141,4 +149,4 @@ LasChunkPlan PlanLasChunks(ByteSource& file, const LasHeader& header, const LasC
   return plan;
 }
 
-}  // namespace kelvra
+} // namespace kelvra

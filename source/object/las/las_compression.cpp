@@ -44,29 +44,42 @@ const FormatItems& ItemsOf(unsigned pointFormat) {
 
 unsigned SizeOf(ItemType type, unsigned extraBytes) {
   switch (type) {
-    case kPoint10: return 20;
-    case kGpsTime11: return 8;
-    case kRgb12: return 6;
-    case kWavePacket13: return 29;
-    case kPoint14: return 30;
-    case kRgb14: return 6;
-    case kRgbNir14: return 8;
-    case kWavePacket14: return 29;
-    case kByte:
-    case kByte14: return extraBytes;
+  case kPoint10:
+    return 20;
+  case kGpsTime11:
+    return 8;
+  case kRgb12:
+    return 6;
+  case kWavePacket13:
+    return 29;
+  case kPoint14:
+    return 30;
+  case kRgb14:
+    return 6;
+  case kRgbNir14:
+    return 8;
+  case kWavePacket14:
+    return 29;
+  case kByte:
+  case kByte14:
+    return extraBytes;
   }
   return 0;
 }
 
 bool VersionFits(ItemType type, unsigned version) {
   switch (type) {
-    case kWavePacket13: return version == 1;
-    case kWavePacket14: return version == 3 || version == 4;
-    case kPoint14:
-    case kRgb14:
-    case kRgbNir14:
-    case kByte14: return version >= 2 && version <= 4;
-    default: return version == 1 || version == 2;
+  case kWavePacket13:
+    return version == 1;
+  case kWavePacket14:
+    return version == 3 || version == 4;
+  case kPoint14:
+  case kRgb14:
+  case kRgbNir14:
+  case kByte14:
+    return version >= 2 && version <= 4;
+  default:
+    return version == 1 || version == 2;
   }
 }
 
@@ -83,8 +96,8 @@ std::string CheckItems(const LasHeader& header, const LasCompression& compressio
   for (std::size_t i = 0; i < expected.size(); ++i) {
     const LasItem& item = compression.items[i];
     if (item.type != expected[i])
-      return Text("item %zu has type %u, point format %u needs %u", i, unsigned{item.type}, header.PointFormat(),
-                  unsigned{expected[i]});
+      return Text("item %zu has type %u, point format %u needs %u", i, unsigned{item.type},
+                  header.PointFormat(), unsigned{expected[i]});
     if (item.size != SizeOf(expected[i], extraBytes))
       return Text("item %zu has %u bytes, type %u has %u", i, unsigned{item.size}, unsigned{item.type},
                   SizeOf(expected[i], extraBytes));
@@ -93,11 +106,12 @@ std::string CheckItems(const LasHeader& header, const LasCompression& compressio
                   unsigned{item.version});
   }
   if (compression.Layered() != layered)
-    return Text("compressor %u does not fit point format %u", unsigned(compression.compressor), header.PointFormat());
+    return Text("compressor %u does not fit point format %u", unsigned(compression.compressor),
+                header.PointFormat());
   return {};
 }
 
-}  // namespace
+} // namespace
 
 std::uint64_t LasCompression::RawPointBytes() const {
   std::uint64_t bytes = 0;
@@ -109,16 +123,25 @@ std::uint64_t LasCompression::Layers() const {
   std::uint64_t layers = 0;
   for (const LasItem& item : items) {
     switch (item.type) {
-      case kPoint14: layers += 9; break;
-      case kRgbNir14: layers += 2; break;
-      case kByte14: layers += item.size; break;
-      default: layers += 1;
+    case kPoint14:
+      layers += 9;
+      break;
+    case kRgbNir14:
+      layers += 2;
+      break;
+    case kByte14:
+      layers += item.size;
+      break;
+    default:
+      layers += 1;
     }
   }
   return layers;
 }
 
-unsigned LasBaseLength(unsigned pointFormat) { return ItemsOf(pointFormat).baseLength; }
+unsigned LasBaseLength(unsigned pointFormat) {
+  return ItemsOf(pointFormat).baseLength;
+}
 
 std::string CheckLasCompression(ByteSource& file, const LasHeader& header, const LasRecord& record,
                                 LasCompression& compression) {
@@ -130,7 +153,8 @@ std::string CheckLasCompression(ByteSource& file, const LasHeader& header, const
   const unsigned compressor = LittleEndian<std::uint16_t>(&bytes[0]);
   const unsigned coder = LittleEndian<std::uint16_t>(&bytes[2]);
   const unsigned items = LittleEndian<std::uint16_t>(&bytes[32]);
-  if (compressor < 1 || compressor > 3) return Text("compressor %u is unknown (1 to 3 are known)", compressor);
+  if (compressor < 1 || compressor > 3)
+    return Text("compressor %u is unknown (1 to 3 are known)", compressor);
   if (coder != 0) return Text("coder %u is unknown (only 0 is known)", coder);
   if (record.length != kFixedBytes + kItemBytes * items)
     return Text("its length is %u, %u items need %u", unsigned(record.length), items,
@@ -148,4 +172,4 @@ std::string CheckLasCompression(ByteSource& file, const LasHeader& header, const
   return CheckItems(header, compression);
 }
 
-}  // namespace kelvra
+} // namespace kelvra

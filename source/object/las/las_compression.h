@@ -7,7 +7,12 @@
 
 namespace kelvra {
 
-enum class LasCompressor : std::uint16_t { kNone = 0, kPointwise = 1, kPointwiseChunked = 2, kLayeredChunked = 3 };
+enum class LasCompressor : std::uint16_t {
+  kNone = 0,
+  kPointwise = 1,
+  kPointwiseChunked = 2,
+  kLayeredChunked = 3
+};
 
 struct LasItem {
   std::uint16_t type = 0, size = 0, version = 0;
@@ -15,7 +20,7 @@ struct LasItem {
 
 struct LasCompression {
   LasCompressor compressor = LasCompressor::kNone;
-  std::uint32_t chunkSize = 0;  // points per chunk; 0 and 0xFFFFFFFF: chunks of different sizes
+  std::uint32_t chunkSize = 0; // points per chunk; 0 and 0xFFFFFFFF: chunks of different sizes
   std::int64_t specialRecords = 0;
   std::vector<LasItem> items;
 
@@ -28,7 +33,7 @@ struct LasCompression {
   std::uint64_t Layers() const;
 };
 
-constexpr std::uint64_t kSpecialRecordsField = 16;  // within the record's payload
+constexpr std::uint64_t kSpecialRecordsField = 16; // within the record's payload
 
 // Bytes of the smallest record of a point format; 0 for an unknown format.
 unsigned LasBaseLength(unsigned pointFormat);
@@ -37,4 +42,4 @@ unsigned LasBaseLength(unsigned pointFormat);
 std::string CheckLasCompression(ByteSource& file, const LasHeader& header, const LasRecord& record,
                                 LasCompression& compression);
 
-}  // namespace kelvra
+} // namespace kelvra

@@ -10,7 +10,7 @@ namespace {
 constexpr unsigned kKeyOrder[] = {3072, 2048, 4098, 4099, 3076, 2050, 2054};
 constexpr std::uint64_t kEntryBytes = 8;
 
-}  // namespace
+} // namespace
 
 unsigned GeoKeyCode(ByteSource& file, const std::vector<LasRecord>& records) {
   const auto directory = std::find_if(records.begin(), records.end(), [](const LasRecord& record) {
@@ -23,12 +23,12 @@ unsigned GeoKeyCode(ByteSource& file, const std::vector<LasRecord>& records) {
   const std::uint64_t held = std::min<std::uint64_t>(count, directory->length / kEntryBytes - 1);
   unsigned best = std::size(kKeyOrder), code = 0;
   for (std::uint64_t i = 1; i <= held; ++i) {
-    std::uint8_t entry[kEntryBytes];  // key, where its value is (0: here), number of values, value
+    std::uint8_t entry[kEntryBytes]; // key, where its value is (0: here), number of values, value
     if (!file.Read(directory->Payload() + i * kEntryBytes, entry, sizeof entry)) break;
     if (LittleEndian<std::uint16_t>(entry + 2) != 0) continue;
     const unsigned key = LittleEndian<std::uint16_t>(entry);
-    const unsigned rank =
-        static_cast<unsigned>(std::find(std::begin(kKeyOrder), std::end(kKeyOrder), key) - std::begin(kKeyOrder));
+    const unsigned rank = static_cast<unsigned>(std::find(std::begin(kKeyOrder), std::end(kKeyOrder), key) -
+                                                std::begin(kKeyOrder));
     if (rank >= best) continue;
     best = rank;
     code = LittleEndian<std::uint16_t>(entry + 6);
@@ -36,4 +36,4 @@ unsigned GeoKeyCode(ByteSource& file, const std::vector<LasRecord>& records) {
   return code;
 }
 
-}  // namespace kelvra
+} // namespace kelvra

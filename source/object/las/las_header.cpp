@@ -40,8 +40,9 @@ bool FillLasRecord(ByteSource& file, std::uint64_t offset, bool extended, LasRec
   const auto* user = reinterpret_cast<const char*>(bytes + 2);
   record.userId.assign(user, std::find(user, user + 16, '\0'));
   record.recordId = LittleEndian<std::uint16_t>(bytes + 18);
-  record.length = extended ? LittleEndian<std::uint64_t>(bytes + 20) : LittleEndian<std::uint16_t>(bytes + 20);
+  record.length =
+      extended ? LittleEndian<std::uint64_t>(bytes + 20) : LittleEndian<std::uint16_t>(bytes + 20);
   return true;
 }
 
-}  // namespace kelvra
+} // namespace kelvra

@@ -6,10 +6,10 @@ namespace kelvra {
 
 namespace {
 
-constexpr std::uint64_t kUserIdField = 2, kUserIdBytes = 16;  // within a record's header
-constexpr std::uint64_t kAttributeBytes = 192;                // description of one extra value per point
-constexpr unsigned kLastSimpleType = 10, kLastType = 30;      // types above kLastSimpleType are deprecated tuples
-constexpr std::uint64_t kMaxExtendedBytes = 16 << 20;         // the library loads them whole
+constexpr std::uint64_t kUserIdField = 2, kUserIdBytes = 16; // within a record's header
+constexpr std::uint64_t kAttributeBytes = 192;               // description of one extra value per point
+constexpr unsigned kLastSimpleType = 10, kLastType = 30; // types above kLastSimpleType are deprecated tuples
+constexpr std::uint64_t kMaxExtendedBytes = 16 << 20;    // the library loads them whole
 constexpr std::uint32_t kMaxExtendedRecords = 4096;
 
 // What is wrong with the description of the extra bytes, or an empty text.
@@ -28,7 +28,8 @@ std::string CheckExtraBytes(ByteSource& file, const LasHeader& header, const Las
     if (type > kLastSimpleType && std::find(name, name + 32, 0) == name + 32) return "a name has no end";
     described += type == 0 ? attribute[3] : kTypeBytes[(type - 1) % 10] * ((type - 1) / 10 + 1);
   }
-  if (described > extraBytes) return Text("it describes %u bytes a point, %u are there", described, extraBytes);
+  if (described > extraBytes)
+    return Text("it describes %u bytes a point, %u are there", described, extraBytes);
   return {};
 }
 
@@ -58,8 +59,10 @@ std::string FindDamage(ByteSource& file, const LasReport& report, const LasRecor
 
 // Records that are sound but must be hidden all the same.
 bool IsUnwanted(const LasRecord& record) {
-  if (record.userId == "copc") return true;  // another order of points, and positions that are often out of date
-  return record.userId == "LAStools" && record.recordId < 2000 && record.recordId != 10 && record.recordId != 20;
+  if (record.userId == "copc")
+    return true; // another order of points, and positions that are often out of date
+  return record.userId == "LAStools" && record.recordId < 2000 && record.recordId != 10 &&
+         record.recordId != 20;
 }
 
 // Follows the extended records; false when they do not lie in the file.
@@ -68,7 +71,8 @@ bool FillExtended(ByteSource& file, LasReport& report) {
   if (report.header.extendedCount > kMaxExtendedRecords || at < report.header.pointOffset) return false;
   for (std::uint32_t i = 0; i < report.header.extendedCount; ++i) {
     LasRecord record;
-    if (!FillLasRecord(file, at, true, record) || record.length > file.Size() - record.Payload()) return false;
+    if (!FillLasRecord(file, at, true, record) || record.length > file.Size() - record.Payload())
+      return false;
     at = record.End();
     report.records.push_back(std::move(record));
   }
@@ -82,21 +86,23 @@ void HideExtended(ByteSource& file, LasReport& report) {
   bool hide = false;
   if (!FillExtended(file, report)) {
     report.records.resize(first);
-    report.remarks.push_back(Text("the %u extended records (byte 243) from byte %s on do not lie in the file, ignored",
-                                  report.header.extendedCount, Grouped(report.header.extendedStart).c_str()));
+    report.remarks.push_back(
+        Text("the %u extended records (byte 243) from byte %s on do not lie in the file, ignored",
+             report.header.extendedCount, Grouped(report.header.extendedStart).c_str()));
     hide = true;
   }
   std::uint64_t bytes = 0;
   for (std::size_t i = first; i < report.records.size(); ++i) {
     const std::string& user = report.records[i].userId;
-    for (const char* known : {"LASF_Projection", "LASF_Spec", "laszip encoded", "LAStools", "lastools tile", "copc"})
+    for (const char* known :
+         {"LASF_Projection", "LASF_Spec", "laszip encoded", "LAStools", "lastools tile", "copc"})
       hide = hide || user == known;
     bytes += report.records[i].length;
   }
   if (hide || bytes > kMaxExtendedBytes) report.patches.push_back({kExtendedCountField, {0, 0, 0, 0}});
 }
 
-}  // namespace
+} // namespace
 
 void HideLasRecords(ByteSource& file, LasReport& report) {
   bool extraBytesSeen = false;
@@ -109,9 +115,10 @@ void HideLasRecords(ByteSource& file, LasReport& report) {
     report.patches.push_back({record.offset + kUserIdField, std::vector<std::uint8_t>(kUserIdBytes)});
     if (!damage.empty())
       report.remarks.push_back(Text("record %s %u at byte %s is ignored: ", record.userId.c_str(),
-                                    unsigned{record.recordId}, Grouped(record.offset).c_str()) + damage);
+                                    unsigned{record.recordId}, Grouped(record.offset).c_str()) +
+                               damage);
   }
   HideExtended(file, report);
 }
 
-}  // namespace kelvra
+} // namespace kelvra

@@ -17,9 +17,11 @@ namespace kelvra {
 
 namespace {
 
-std::string FileName(const std::string& path) { return std::filesystem::u8path(path).filename().u8string(); }
+std::string FileName(const std::string& path) {
+  return std::filesystem::u8path(path).filename().u8string();
+}
 
-}  // namespace
+} // namespace
 
 LasFile::LasFile() = default;
 
@@ -76,28 +78,31 @@ struct LasFile::Library {
 
   LasStream stream;
   LASreadOpener opener;
-  std::unique_ptr<LASreader> reader;  // header, layout of a point, the current point
+  std::unique_ptr<LASreader> reader; // header, layout of a point, the current point
   std::unique_ptr<LASreadPoint> points;
 };
 
 LasFile::~LasFile() = default;
 
-bool LasFile::Available() { return true; }
+bool LasFile::Available() {
+  return true;
+}
 
 namespace {
 
-// Layers of a compressed point that nothing here asks for are not decoded; colour other than red, green and blue too.
+// Layers of a compressed point that nothing here asks for are not decoded; colour other than red, green and
+// blue too.
 constexpr U32 kLayers = LASZIP_DECOMPRESS_SELECTIVE_CHANNEL_RETURNS_XY | LASZIP_DECOMPRESS_SELECTIVE_Z |
                         LASZIP_DECOMPRESS_SELECTIVE_CLASSIFICATION | LASZIP_DECOMPRESS_SELECTIVE_FLAGS |
                         LASZIP_DECOMPRESS_SELECTIVE_RGB;
 
-// Whether the library's opener takes this name for a LAS file and leaves what lies beside it alone: it reads a spatial
-// index, whose name differs in the last letter, without any check.
+// Whether the library's opener takes this name for a LAS file and leaves what lies beside it alone: it reads
+// a spatial index, whose name differs in the last letter, without any check.
 bool SuitsOpener(const std::string& path) {
   const std::string suffix = path.size() < 4 ? "" : path.substr(path.size() - 4);
   if (suffix != ".las" && suffix != ".laz" && suffix != ".LAS" && suffix != ".LAZ") return false;
   for (const unsigned char c : path)
-    if (c > 127 && sizeof(wchar_t) == 2) return false;  // the opener knows no Unicode names on that system
+    if (c > 127 && sizeof(wchar_t) == 2) return false; // the opener knows no Unicode names on that system
   std::error_code error;
   for (const char last : {'x', 'X'}) {
     std::string index = path;
@@ -124,7 +129,7 @@ std::unique_ptr<LASreadPoint> StartPoints(const LasHeader& header, LASreader& re
   return points;
 }
 
-}  // namespace
+} // namespace
 
 bool LasFile::OpenLibrary(const std::string& path) {
   library_ = std::make_unique<Library>(*file_, report_);
@@ -143,14 +148,16 @@ bool LasFile::OpenLibrary(const std::string& path) {
   } catch (const std::bad_alloc&) {
     throw;
   } catch (...) {
-    return false;  // the library throws integers
+    return false; // the library throws integers
   }
   const LASheader& header = library_->reader->header;
   return library_->points && header.point_data_format == report_.header.PointFormat() &&
          library_->reader->npoints == static_cast<I64>(report_.header.Points());
 }
 
-bool LasFile::HasColor() const { return library_ && library_->reader && library_->reader->point.have_rgb; }
+bool LasFile::HasColor() const {
+  return library_ && library_->reader && library_->reader->point.have_rgb;
+}
 
 bool LasFile::Next() {
   if (remaining_ == 0) return false;
@@ -159,7 +166,7 @@ bool LasFile::Next() {
     read = library_->points->read(library_->reader->point.point);
     if (!read && library_->points->error()) OnMessage(this, library_->points->error());
   } catch (...) {
-    read = false;  // the library catches its own exceptions only, not a refused allocation
+    read = false; // the library catches its own exceptions only, not a refused allocation
   }
   remaining_ = read ? remaining_ - 1 : 0;
   return read;
@@ -184,12 +191,22 @@ struct LasFile::Library {};
 
 LasFile::~LasFile() = default;
 
-bool LasFile::Available() { return false; }
-bool LasFile::OpenLibrary(const std::string&) { return false; }
-bool LasFile::HasColor() const { return false; }
-bool LasFile::Next() { return false; }
-void LasFile::Get(LasPoint& point) const { point = LasPoint(); }
+bool LasFile::Available() {
+  return false;
+}
+bool LasFile::OpenLibrary(const std::string&) {
+  return false;
+}
+bool LasFile::HasColor() const {
+  return false;
+}
+bool LasFile::Next() {
+  return false;
+}
+void LasFile::Get(LasPoint& point) const {
+  point = LasPoint();
+}
 
 #endif
 
-}  // namespace kelvra
+} // namespace kelvra

@@ -8,10 +8,10 @@
 namespace kelvra {
 
 struct LasPoint {
-  double x, y, z;               // file units: raw integer × scale + offset
-  std::uint16_t r, g, b;        // 0 where the point format carries no colour
-  std::uint8_t classification;  // 0 to 31 in point formats 0 to 5, else 0 to 255
-  bool keyPoint;                // bit 6 of the classification byte, or its equivalent in point formats 6 to 10
+  double x, y, z;              // file units: raw integer × scale + offset
+  std::uint16_t r, g, b;       // 0 where the point format carries no colour
+  std::uint8_t classification; // 0 to 31 in point formats 0 to 5, else 0 to 255
+  bool keyPoint;               // bit 6 of the classification byte, or its equivalent in point formats 6 to 10
 };
 
 // At most one LasFile of a thread receives the library's messages: the one opened last.
@@ -22,8 +22,8 @@ public:
   LasFile(const LasFile&) = delete;
   LasFile& operator=(const LasFile&) = delete;
 
-  // Checks and opens the file, `path` being UTF-8. False when it is refused: Refusal() says why, in one line that names
-  // the file. May throw std::bad_alloc.
+  // Checks and opens the file, `path` being UTF-8. False when it is refused: Refusal() says why, in one line
+  // that names the file. May throw std::bad_alloc.
   bool Open(const std::string& path);
   const std::string& Refusal() const { return refusal_; }
 
@@ -31,8 +31,8 @@ public:
   const LasReport& Report() const { return report_; }
   bool HasColor() const;
 
-  // Goes to the next point; false at the end of the file, after the last readable point, and where the compressed bytes
-  // are damaged. The library must not be asked again after that, and it is not.
+  // Goes to the next point; false at the end of the file, after the last readable point, and where the
+  // compressed bytes are damaged. The library must not be asked again after that, and it is not.
   bool Next();
   // The point that Next went to. Precondition: the last call of Next returned true.
   void Get(LasPoint& point) const;
@@ -53,7 +53,7 @@ private:
   std::vector<std::string> libraryMessages_;
   std::unique_ptr<FileBytes> file_;
   std::unique_ptr<Library> library_;
-  std::uint64_t remaining_ = 0;  // points that may still be asked for
+  std::uint64_t remaining_ = 0; // points that may still be asked for
 };
 
-}  // namespace kelvra
+} // namespace kelvra

@@ -13,7 +13,7 @@ namespace kelvra {
 
 namespace {
 
-constexpr std::int64_t kMaxKept = 2147483647;  // one more is kept before the load ends
+constexpr std::int64_t kMaxKept = 2147483647; // one more is kept before the load ends
 constexpr std::int64_t kProgressMask = 1023;
 
 std::int64_t Clamped(std::uint64_t count) {
@@ -21,13 +21,15 @@ std::int64_t Clamped(std::uint64_t count) {
   return static_cast<std::int64_t>(std::min(count, kMost));
 }
 
-std::int64_t RoundedUp(std::int64_t count, std::int64_t step) { return count == 0 ? 0 : (count - 1) / step + 1; }
+std::int64_t RoundedUp(std::int64_t count, std::int64_t step) {
+  return count == 0 ? 0 : (count - 1) / step + 1;
+}
 
 // The shares of the loop that do not change from point to point.
 struct Plan {
   std::int64_t step = 1;
   std::int64_t limit = 0;
-  std::int64_t capacity = 0;  // of the record array
+  std::int64_t capacity = 0; // of the record array
 };
 
 Plan MakePlan(const LasReadOptions& options, std::uint64_t readable) {
@@ -50,11 +52,13 @@ void Enclose(const LasPoint& point, LasBox& box) {
 class ProgressMeter {
 public:
   ProgressMeter(const LasProgress& progress, std::int64_t announced, std::int64_t step)
-      : progress_(progress), total_(RoundedUp(announced, step)),
+      : progress_(progress),
+        total_(RoundedUp(announced, step)),
         share_(static_cast<double>(announced) / static_cast<double>(step)) {}
 
   bool Report(std::int64_t kept) {
-    const int percent = share_ > 0 ? static_cast<int>(std::min(100.0, static_cast<double>(kept) / share_ * 100.0)) : 0;
+    const int percent =
+        share_ > 0 ? static_cast<int>(std::min(100.0, static_cast<double>(kept) / share_ * 100.0)) : 0;
     if (percent == last_ || !progress_) return true;
     last_ = percent;
     return progress_(kept, total_, percent);
@@ -69,15 +73,16 @@ private:
 
 struct LoopResult {
   std::int64_t read = 0;
-  bool atEnd = false;  // of the file, rather than of the record array
+  bool atEnd = false; // of the file, rather than of the record array
   bool stopped = false;
-  unsigned colorBits = 0;  // of all colour components together
+  unsigned colorBits = 0; // of all colour components together
 };
 
 void FillRecord(const LasPoint& point, bool hasColor, SourceRecord& record, unsigned& colorBits) {
   LasColor color = {point.r, point.g, point.b};
   if (!hasColor) color = ColorOfClass(point.classification, point.z);
-  record = {point.x, point.y, point.z, {0, 0, 1.0}, 0, color.r, color.g, color.b, std::uint16_t{point.keyPoint}};
+  record = {
+      point.x, point.y, point.z, {0, 0, 1.0}, 0, color.r, color.g, color.b, std::uint16_t{point.keyPoint}};
   colorBits |= static_cast<unsigned>(color.r | color.g | color.b);
 }
 
@@ -102,8 +107,8 @@ LoopResult ReadPoints(LasFile& file, const Plan& plan, ProgressMeter& meter, Las
       ++cloud.dropped;
       continue;
     }
-    // Unclassified points are left out of reprojected clouds only. The key of a LAS cloud is never above 1, so they all
-    // stay; the rule is kept for the day a reader sets another key.
+    // Unclassified points are left out of reprojected clouds only. The key of a LAS cloud is never above 1,
+    // so they all stay; the rule is kept for the day a reader sets another key.
     if (cloud.key > 1 && (point.classification & 31) == 0) continue;
     if (cloud.kept == 0) box = {{point.x, point.y, point.z}, {point.x, point.y, point.z}};
     Enclose(point, box);
@@ -135,7 +140,8 @@ bool BoxHolds(const LasHeader& header, const LasBox& outer, const LasBox& inner)
   for (int axis = 0; axis < 3; ++axis) {
     const double slack = std::abs(header.scale[axis]) / 2;
     if (!std::isfinite(outer.minimum[axis]) || !std::isfinite(outer.maximum[axis])) return false;
-    if (inner.minimum[axis] < outer.minimum[axis] - slack || inner.maximum[axis] > outer.maximum[axis] + slack)
+    if (inner.minimum[axis] < outer.minimum[axis] - slack ||
+        inner.maximum[axis] > outer.maximum[axis] + slack)
       return false;
   }
   return true;
@@ -159,19 +165,22 @@ void Tell(LasCloud& cloud, const std::string& name, const std::string& text) {
   cloud.messages.push_back(name + ": " + text);
 }
 
-void TellFindings(const LasFile& file, const std::string& name, const Plan& plan, bool partial, LasCloud& cloud) {
+void TellFindings(const LasFile& file, const std::string& name, const Plan& plan, bool partial,
+                  LasCloud& cloud) {
   if (partial)
     Tell(cloud, name,
          "loaded " + Grouped(cloud.available) + " of " + Grouped(cloud.announced) + " points" +
              (plan.step > 1 ? ", every " + Grouped(plan.step) + "th kept" : ""));
   for (const std::string& remark : file.Report().remarks) Tell(cloud, name, remark);
   for (const std::string& message : file.LibraryMessages()) Tell(cloud, name, "LASlib: " + message);
-  if (cloud.dropped > 0) Tell(cloud, name, Grouped(cloud.dropped) + " points without finite coordinates dropped");
+  if (cloud.dropped > 0)
+    Tell(cloud, name, Grouped(cloud.dropped) + " points without finite coordinates dropped");
   if (cloud.kept > plan.limit && RoundedUp(cloud.announced, plan.step) > cloud.kept)
     Tell(cloud, name, "the point budget ended the load after " + Grouped(cloud.kept) + " points");
   if (cloud.kept > 0 && !cloud.headerBoxHolds)
     Tell(cloud, name, "the bounds in the header do not enclose the points, the points' own are used");
-  if (IsOfferedCode(cloud.geoKeyCode)) Tell(cloud, name, Text("EPSG %u found; enter it to reproject", cloud.geoKeyCode));
+  if (IsOfferedCode(cloud.geoKeyCode))
+    Tell(cloud, name, Text("EPSG %u found; enter it to reproject", cloud.geoKeyCode));
 }
 
 void Release(RecordMemory& memory, LasCloud& cloud) {
@@ -189,7 +198,8 @@ void Load(LasFile& file, const std::string& name, const LasReadOptions& options,
     cloud.records = static_cast<SourceRecord*>(memory.Allocate(bytes));
     if (!cloud.records) {
       cloud.outcome = LasOutcome::kOutOfMemory;
-      Tell(cloud, name, "out of memory: " + Grouped(plan.capacity) + " points need " + Grouped(bytes) + " bytes");
+      Tell(cloud, name,
+           "out of memory: " + Grouped(plan.capacity) + " points need " + Grouped(bytes) + " bytes");
       return;
     }
   }
@@ -213,7 +223,7 @@ void Load(LasFile& file, const std::string& name, const LasReadOptions& options,
   if (cloud.kept == 0) Release(memory, cloud);
 }
 
-}  // namespace
+} // namespace
 
 LasCloud ReadLas(const std::string& path, const LasReadOptions& options, RecordMemory& memory,
                  const LasProgress& progress) {
@@ -237,4 +247,4 @@ LasCloud ReadLas(const std::string& path, const LasReadOptions& options, RecordM
   return cloud;
 }
 
-}  // namespace kelvra
+} // namespace kelvra

@@ -1,7 +1,8 @@
-// The file as the point library is to see it: its own bytes, but for the patches. Only for a build with LASlib.
+// The file as the point library is to see it: its own bytes, but for the patches. Only for a build with
+// LASlib.
 //
-// The library asks for single bytes and for items of a few bytes through virtual calls, so this serves them from one
-// large buffer without locks; that is most of the time in which uncompressed points are read.
+// The library asks for single bytes and for items of a few bytes through virtual calls, so this serves them
+// from one large buffer without locks; that is most of the time in which uncompressed points are read.
 #pragma once
 
 #include "object/las/las_validator.h"
@@ -26,7 +27,7 @@ public:
   }
 
   void getBytes(U8* bytes, const U32 count) override {
-    if (count == 0) return;  // `bytes` may be null then
+    if (count == 0) return; // `bytes` may be null then
     if (count <= Buffered()) {
       std::memcpy(bytes, next_, count);
       next_ += count;
@@ -78,7 +79,8 @@ private:
   // Reads the next bytes of the file into the empty buffer and lays the patches over them.
   bool Fill() {
     const std::uint64_t begin = bufferEnd_;
-    const std::size_t count = static_cast<std::size_t>(std::min<std::uint64_t>(file_.Size() - begin, kBufferBytes));
+    const std::size_t count =
+        static_cast<std::size_t>(std::min<std::uint64_t>(file_.Size() - begin, kBufferBytes));
     if (count == 0 || !file_.Read(begin, buffer_.get(), count)) return false;
     next_ = buffer_.get();
     end_ = next_ + count;
@@ -86,7 +88,8 @@ private:
     for (const LasPatch& patch : patches_) {
       const std::uint64_t from = std::max(begin, patch.offset);
       const std::uint64_t to = std::min(bufferEnd_, patch.offset + patch.bytes.size());
-      if (from < to) std::copy_n(patch.bytes.data() + (from - patch.offset), to - from, buffer_.get() + (from - begin));
+      if (from < to)
+        std::copy_n(patch.bytes.data() + (from - patch.offset), to - from, buffer_.get() + (from - begin));
     }
     return true;
   }
@@ -94,9 +97,9 @@ private:
   ByteSource& file_;
   std::vector<LasPatch> patches_;
   std::unique_ptr<U8[]> buffer_;
-  const U8* next_ = buffer_.get();  // the next byte to hand out
-  const U8* end_ = buffer_.get();   // of what the buffer holds
-  std::uint64_t bufferEnd_ = 0;     // position of end_ in the file
+  const U8* next_ = buffer_.get(); // the next byte to hand out
+  const U8* end_ = buffer_.get();  // of what the buffer holds
+  std::uint64_t bufferEnd_ = 0;    // position of end_ in the file
 };
 
-}  // namespace kelvra
+} // namespace kelvra

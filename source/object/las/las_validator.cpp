@@ -18,7 +18,8 @@ std::string Beginning(ByteSource& file) {
   const std::size_t count = static_cast<std::size_t>(std::min<std::uint64_t>(file.Size(), sizeof bytes));
   if (count == 0 || !file.Read(0, bytes, count)) return "it is empty";
   std::string text;
-  for (std::size_t i = 0; i < count && bytes[i] > ' ' && bytes[i] < 127; ++i) text += static_cast<char>(bytes[i]);
+  for (std::size_t i = 0; i < count && bytes[i] > ' ' && bytes[i] < 127; ++i)
+    text += static_cast<char>(bytes[i]);
   if (!text.empty()) return "it starts with " + text + (text.size() < file.Size() ? "…" : "");
   return Text("it starts with the bytes %02X %02X %02X %02X", bytes[0], bytes[1], bytes[2], bytes[3]);
 }
@@ -28,7 +29,8 @@ std::string CheckSignature(ByteSource& file) {
   if (!file.Read(0, signature, 4) || std::memcmp(signature, "LASF", 4) != 0)
     return "this is not a point cloud (" + Beginning(file) + ")";
   if (file.Size() < kLasHeaderBytes)
-    return Text("the file has %s bytes, a header needs at least %zu", Grouped(file.Size()).c_str(), kLasHeaderBytes);
+    return Text("the file has %s bytes, a header needs at least %zu", Grouped(file.Size()).c_str(),
+                kLasHeaderBytes);
   return {};
 }
 
@@ -39,15 +41,15 @@ unsigned SmallestHeader(unsigned minorVersion) {
 void CheckLayout(ByteSource& file, const LasHeader& header, std::vector<std::string>& complaints) {
   const auto size = file.Size();
   if (header.versionMajor != 1 || header.versionMinor > 4)
-    complaints.push_back(Text("version (byte 24) is %u.%u, 1.0 to 1.4 are known", unsigned{header.versionMajor},
-                              unsigned{header.versionMinor}));
+    complaints.push_back(Text("version (byte 24) is %u.%u, 1.0 to 1.4 are known",
+                              unsigned{header.versionMajor}, unsigned{header.versionMinor}));
   else if (header.headerSize < SmallestHeader(header.versionMinor))
     complaints.push_back(Text("header size (byte 94) is %u, version 1.%u has at least %u",
                               unsigned{header.headerSize}, unsigned{header.versionMinor},
                               SmallestHeader(header.versionMinor)));
   if (header.pointOffset < header.headerSize)
-    complaints.push_back(Text("offset to point data (byte 96) is %u, the header has %u bytes", header.pointOffset,
-                              unsigned{header.headerSize}));
+    complaints.push_back(Text("offset to point data (byte 96) is %u, the header has %u bytes",
+                              header.pointOffset, unsigned{header.headerSize}));
   if (header.pointOffset > size)
     complaints.push_back(Text("offset to point data (byte 96) is %s, the file has %s bytes",
                               Grouped(header.pointOffset).c_str(), Grouped(size).c_str()));
@@ -66,16 +68,17 @@ void CheckPoints(const LasHeader& header, std::vector<std::string>& complaints) 
                                 unsigned{header.recordLength}, format, LasBaseLength(format)));
   }
   if (header.versionMinor >= 4 && header.legacyPoints != 0 && header.legacyPoints != header.extendedPoints)
-    complaints.push_back(Text("number of points is %s in the old field (byte 107), %s in the new one (byte 247)",
-                              Grouped(header.legacyPoints).c_str(), Grouped(header.extendedPoints).c_str()));
+    complaints.push_back(
+        Text("number of points is %s in the old field (byte 107), %s in the new one (byte 247)",
+             Grouped(header.legacyPoints).c_str(), Grouped(header.extendedPoints).c_str()));
   for (int axis = 0; axis < 3; ++axis) {
     const char name = static_cast<char>('x' + axis);
     if (!std::isfinite(header.scale[axis]) || header.scale[axis] == 0)
       complaints.push_back(Text("%c scale (byte %d) is %g, it must be finite and not 0", name, 131 + 8 * axis,
                                 header.scale[axis]));
     if (!std::isfinite(header.offset[axis]))
-      complaints.push_back(Text("%c offset (byte %d) is %g, it must be finite", name, 155 + 8 * axis,
-                                header.offset[axis]));
+      complaints.push_back(
+          Text("%c offset (byte %d) is %g, it must be finite", name, 155 + 8 * axis, header.offset[axis]));
   }
 }
 
@@ -93,9 +96,10 @@ void FillRecords(ByteSource& file, LasReport& report) {
   for (std::uint32_t i = 0; i < header.recordCount; ++i) {
     LasRecord record;
     if (!FillLasRecord(file, at, false, record) || record.End() > header.pointOffset) {
-      report.complaints.push_back(Text(
-          "variable-length record %u at byte %s ends at byte %s, the point data starts at byte %u", i,
-          Grouped(at).c_str(), Grouped(std::max(record.End(), at + kRecordHeaderBytes)).c_str(), header.pointOffset));
+      report.complaints.push_back(
+          Text("variable-length record %u at byte %s ends at byte %s, the point data starts at byte %u", i,
+               Grouped(at).c_str(), Grouped(std::max(record.End(), at + kRecordHeaderBytes)).c_str(),
+               header.pointOffset));
       return;
     }
     at = record.End();
@@ -109,22 +113,25 @@ void CheckCompression(ByteSource& file, LasReport& report) {
   for (const LasRecord& record : report.records) {
     if (record.userId != "laszip encoded") continue;
     if (record.recordId != 22204 || found) {
-      report.complaints.push_back(Text("record \"laszip encoded\" %u at byte %s: one with number 22204 is expected",
-                                       unsigned{record.recordId}, Grouped(record.offset).c_str()));
+      report.complaints.push_back(
+          Text("record \"laszip encoded\" %u at byte %s: one with number 22204 is expected",
+               unsigned{record.recordId}, Grouped(record.offset).c_str()));
       return;
     }
     found = &record;
   }
   if (report.header.Compressed() != (found != nullptr)) {
-    report.complaints.push_back(found ? "the file has a compression record, its point format (byte 104) is uncompressed"
-                                      : "point format (byte 104) is compressed, the file has no compression record");
+    report.complaints.push_back(
+        found ? "the file has a compression record, its point format (byte 104) is uncompressed"
+              : "point format (byte 104) is compressed, the file has no compression record");
     return;
   }
   if (!found) return;
   const std::string problem = CheckLasCompression(file, report.header, *found, report.compression);
   if (!problem.empty())
-    report.complaints.push_back(Text("compression record at byte %s: ", Grouped(found->offset).c_str()) + problem);
-  else if (report.compression.specialRecords > 0)  // a spatial index for the library, read without checks
+    report.complaints.push_back(Text("compression record at byte %s: ", Grouped(found->offset).c_str()) +
+                                problem);
+  else if (report.compression.specialRecords > 0) // a spatial index for the library, read without checks
     report.patches.push_back({found->Payload() + kSpecialRecordsField, std::vector<std::uint8_t>(8)});
 }
 
@@ -150,7 +157,7 @@ void CountReadable(ByteSource& file, LasReport& report) {
   }
 }
 
-}  // namespace
+} // namespace
 
 LasReport ValidateLas(ByteSource& file) {
   LasReport report;
@@ -179,4 +186,4 @@ LasReport ValidateLas(ByteSource& file) {
   return report;
 }
 
-}  // namespace kelvra
+} // namespace kelvra

@@ -1,0 +1,160 @@
+#include "host/core/memory.h"
+#include "test_plugins.h"
+
+#include <algorithm>
+#include <fstream>
+#include <thread>
+
+namespace {
+
+constexpr VLONG kGiB = (VLONG)1 << 30;
+
+long long ResidentBytes() {
+  std::ifstream file("/proc/self/statm");
+  long long total = 0, resident = 0;
+  file >> total >> resident;
+  return resident * 4096;
+}
+
+class HostMemory : public HostTest {
+protected:
+  void SetUp() override {
+    HostTest::SetUp();
+    probe_ = Add(kProbe, "probe");
+  }
+  /** Runs as plug-in code. */
+  template <class F>
+  void InModule(F work) {
+    Probe::onMessage = [&](Probe&, GeListNode*, LONG, void*) {
+      work();
+      return TRUE;
+    };
+    probe_->Message(1);
+    Probe::onMessage = nullptr;
+  }
+
+  BaseObject* probe_ = NULL;
+};
+
+TEST_F(HostMemory, SizesOutsideTheBoundsAreRefused) {
+  for (const VLONG size : {(VLONG)0, (VLONG)-1, host::kLargestBlock + 1, (VLONG)1 << 62}) {
+    EXPECT_EQ(GeAlloc(size), nullptr) << size;
+    EXPECT_EQ(GeAllocNC(size), nullptr) << size;
+  }
+  unsigned char* block = GeAllocTypeNC(unsigned char, 100);
+  std::fill(block, block + 100, (unsigned char)7);
+  EXPECT_EQ(GeReallocNC(block, -5), nullptr);
+  EXPECT_EQ(block[99], 7) << "a refused realloc leaves the block";
+  GeFree(block);
+  EXPECT_EQ(block, nullptr);
+}
+
+TEST_F(HostMemory, ClearedMeansCleared) {
+  for (int i = 0; i < 50; ++i) {
+    unsigned char* block = GeAllocType(unsigned char, 4000 + i);
+    EXPECT_EQ(std::count(block, block + 4000 + i, 0), 4000 + i);
+    std::fill(block, block + 4000, (unsigned char)0xff);
+    GeFree(block);
+  }
+}
+
+TEST_F(HostMemory, UntouchedGigabytesCostNothing) {
+  const long long before = ResidentBytes();
+  char* block = GeAllocTypeNC(char, 16 * kGiB);
+  ASSERT_NE(block, nullptr);
+  block[0] = 1;
+  block[7 * kGiB + 5] = 2;
+  block[16 * kGiB - 1] = 3;
+  for (const VLONG size : {32 * kGiB, 512 * kGiB, 16 * kGiB}) {
+    char* moved = (char*)GeReallocNC(block, size);
+    ASSERT_NE(moved, nullptr) << size;
+    block = moved;
+    EXPECT_EQ(block[0] + block[7 * kGiB + 5] + block[16 * kGiB - 1], 6);
+  }
+  EXPECT_LT(ResidentBytes() - before, 32 << 20);
+  block = (char*)GeReallocNC(block, 1000); // back to an ordinary block
+  EXPECT_EQ(block[0], 1);
+  char* large = (char*)GeReallocNC(block, 2 * kGiB);
+  ASSERT_NE(large, nullptr);
+  EXPECT_EQ(large[0], 1);
+  EXPECT_EQ(large[2 * kGiB - 1], 0);
+  GeFree(large);
+  EXPECT_LT(ResidentBytes() - before, 32 << 20);
+}
+
+TEST_F(HostMemory, ForeignAddressesAreReportedAndLeftAlone) {
+  int local = 0;
+  void* foreign = &local;
+  C4DOS.Ge->Free(foreign);
+  EXPECT_NE(Reported().find("host misbehaves: free of"), std::string::npos) << Reported();
+  EXPECT_EQ(C4DOS.Ge->ReallocNC(foreign, 10, 0, ""), nullptr);
+  EXPECT_EQ(application_->Misbehaviour().size(), 2u);
+}
+
+TEST_F(HostMemory, CountsComeBackToWhereTheyWere) {
+  const host::LiveCounts before = application_->Live();
+  std::vector<std::thread> threads;
+  for (int t = 0; t < 4; ++t)
+    threads.emplace_back([] {
+      std::vector<void*> blocks;
+      for (int i = 1; i < 3000; ++i) {
+        blocks.push_back(GeAllocNC(i % 97 + 1));
+        if (i % 3 == 0) blocks.back() = GeReallocNC(blocks.back(), i % 1013 + 1);
+        if (i % 2 == 0) GeFree(blocks[(std::size_t)i / 2]);
+      }
+      for (void*& block : blocks) GeFree(block);
+    });
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(application_->Live().blocks, before.blocks);
+  EXPECT_EQ(application_->Live().bytes, before.bytes);
+}
+
+TEST_F(HostMemory, InjectedRefusalsStrikeModulesOnly) {
+  host::Faults& faults = application_->GetFaults();
+  faults.FailAt(host::Fault::Allocation, 1, -1);
+  const String own("the host's own text");
+  EXPECT_EQ(own.GetLength(), 19);
+  bool refused = false;
+  InModule([&] {
+    void* block = GeAlloc(10);
+    refused = block == NULL;
+    GeFree(block);
+  });
+  EXPECT_TRUE(refused);
+}
+
+TEST_F(HostMemory, TheNthCallOfAKindFails) {
+  host::Faults& faults = application_->GetFaults();
+  std::string got;
+  const auto ask = [&](VLONG size) {
+    void* block = GeAllocNC(size);
+    got += block ? 'y' : 'n';
+    GeFree(block);
+  };
+  Probe::onMessage = [&](Probe&, GeListNode*, LONG, void*) {
+    for (const VLONG size : {(VLONG)1, kGiB, (VLONG)2, 2 * kGiB, 3 * kGiB}) ask(size);
+    return TRUE;
+  };
+  faults.FailAt(host::Fault::LargeBlock, 2);
+  probe_->Message(1);
+  faults.Clear();
+  faults.FailAt(host::Fault::Allocation, 2, 2);
+  probe_->Message(1);
+  faults.Clear();
+  faults.FailAt(host::Fault::TemporaryBlock, 1, -1); // nothing is being drawn
+  probe_->Message(1);
+  EXPECT_EQ(got, "yyyny" "ynnyy" "yyyyy");
+}
+
+TEST_F(HostMemory, ArraysThatCannotGrowSaySo) {
+  GeDynamicArray<LONG> array;
+  Bool grown = TRUE;
+  application_->GetFaults().FailAt(host::Fault::Allocation, 1);
+  InModule([&] { grown = array.Push(5); });
+  EXPECT_FALSE(grown);
+  const std::vector<std::string> lines = application_->GetConsole().Lines();
+  ASSERT_EQ(lines.size(), 1u);
+  EXPECT_NE(lines[0].find("array could not grow"), std::string::npos) << lines[0];
+}
+
+} // namespace

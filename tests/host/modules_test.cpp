@@ -1,0 +1,135 @@
+#include "test_plugins.h"
+
+#include <cstdio>
+
+namespace {
+
+const std::string kFolder = HOST_TEST_MODULES;
+
+bool Contains(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+
+struct BrokenModule {
+  const char* name;
+  const char* message;     ///< part of the one line
+  const char* misbehaviour; ///< part of the report, empty for none
+  bool ends;               ///< its PluginEnd must have run
+};
+
+class BrokenModules : public testing::TestWithParam<BrokenModule> {};
+
+TEST_P(BrokenModules, GiveOneLineAndLeaveNothing) {
+  host::Application application;
+  const std::string path = kFolder + "/host_test_" + GetParam().name + ".so";
+  std::string error;
+  EXPECT_FALSE(application.LoadModule(path, &error));
+  EXPECT_EQ(error.find(path + ": "), 0u) << error;
+  EXPECT_TRUE(Contains(error, GetParam().message)) << error;
+  EXPECT_EQ(error.find('\n'), std::string::npos);
+  EXPECT_TRUE(application.Plugins().empty()) << "what it had registered is gone";
+  EXPECT_EQ(application.GetConsole().Lines().size(), GetParam().ends ? 1u : 0u);
+  const std::vector<std::string> reports = application.Misbehaviour();
+  EXPECT_EQ(reports.size(), *GetParam().misbehaviour ? 1u : 0u);
+  for (const std::string& report : reports) EXPECT_TRUE(Contains(report, GetParam().misbehaviour)) << report;
+  EXPECT_EQ(application.Close(), std::vector<std::string>());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Modules, BrokenModules,
+    testing::Values(BrokenModule{"missing", "cannot be opened", "", false},
+                    BrokenModule{"no_entry", "found no exported function c4d_main", "", false},
+                    BrokenModule{"wrong_version", "loader version: found 4, expected 5", "", false},
+                    BrokenModule{"newer_host", "needs a newer application", "", false},
+                    BrokenModule{"entry_throws", "system initialisation refused", "left c4d_main: no mood", false},
+                    BrokenModule{"message_refused", "found answer -1 to the initialisation message", "", true},
+                    BrokenModule{"start_refused", "start refused", "", true},
+                    BrokenModule{"start_throws", "start refused", "in PluginStart: bad start", true}),
+    [](const auto& broken) { return std::string(broken.param.name); });
+
+TEST(Modules, AFileThatIsNoLibraryIsRefused) {
+  const std::string path = testing::TempDir() + "no_library.so";
+  std::FILE* file = std::fopen(path.c_str(), "w");
+  std::fputs("text", file);
+  std::fclose(file);
+  host::Application application;
+  std::string error;
+  EXPECT_FALSE(application.LoadModule(path, &error));
+  EXPECT_TRUE(Contains(error, "cannot be opened")) << error;
+  std::remove(path.c_str());
+}
+
+class SoundModule : public testing::Test {
+protected:
+  void SetUp() override {
+    std::string error;
+    ASSERT_TRUE(application_.LoadModule(kFolder + "/host_test_sound.so", &error)) << error;
+    doc_ = application_.NewDocument();
+    op_ = host::CreateObjectFromMenu(doc_, 1099101);
+    ASSERT_NE(op_, nullptr);
+  }
+  /** What is reported when all is closed after one button. */
+  std::vector<std::string> After(LONG button) {
+    application_.PressButton(op_, button);
+    std::vector<std::string> lines = application_.Misbehaviour();
+    for (const std::string& line : application_.Close()) lines.push_back(line);
+    return lines;
+  }
+
+  host::Application application_;
+  BaseDocument* doc_ = NULL;
+  BaseObject* op_ = NULL;
+};
+
+TEST_F(SoundModule, RegistersWorksAndLeavesNothingAlive) {
+  const std::vector<host::PluginInfo> plugins = application_.Plugins();
+  ASSERT_EQ(plugins.size(), 2u);
+  EXPECT_EQ(plugins[0].id, 1099101);
+  EXPECT_EQ(plugins[0].name, "Worker");
+  EXPECT_EQ(plugins[0].diskLevel, 2);
+  EXPECT_EQ(plugins[0].module, kFolder + "/host_test_sound.so");
+  std::string error;
+  EXPECT_FALSE(application_.LoadModule(kFolder + "/host_test_sound.so", &error));
+  EXPECT_TRUE(Contains(error, "loaded already"));
+  application_.PressButton(op_, 5);
+  EXPECT_EQ(application_.GetConsole().Lines().back(), kFolder) << "the module knows its folder";
+
+  EXPECT_EQ(application_.Live().nodeData, 1);
+  application_.CloseDocument(doc_);
+  application_.UnloadModules();
+  EXPECT_EQ(application_.GetConsole().Lines().back(), "end");
+  const host::LiveCounts live = application_.Live();
+  EXPECT_EQ(live.nodes, 0);
+  EXPECT_EQ(live.nodeData, 0);
+  EXPECT_EQ(live.bitmaps, 0);
+  EXPECT_EQ(application_.Close(), std::vector<std::string>());
+}
+
+TEST_F(SoundModule, ABlockThatIsNeverFreedIsNamedByItsPlace) {
+  const std::vector<std::string> lines = After(1);
+  ASSERT_EQ(lines.size(), 1u);
+  EXPECT_TRUE(Contains(lines[0], "module misbehaves: 1 blocks")) << lines[0];
+  EXPECT_TRUE(Contains(lines[0], "modules/plugin_module.cpp:")) << lines[0];
+}
+
+TEST_F(SoundModule, ANodeThatIsNeverFreedIsReportedAndTakenAway) {
+  const std::vector<std::string> lines = After(2);
+  ASSERT_EQ(lines.size(), 1u);
+  EXPECT_TRUE(Contains(lines[0], "1 nodes of type 1099101 are still alive")) << lines[0];
+  EXPECT_EQ(application_.Live().nodeData, 0);
+}
+
+TEST_F(SoundModule, AnExceptionStopsAtTheFence) {
+  const std::vector<std::string> lines = After(3);
+  ASSERT_EQ(lines.size(), 1u);
+  EXPECT_TRUE(Contains(lines[0], "button of doom")) << lines[0];
+  EXPECT_TRUE(Contains(lines[0], "Message")) << lines[0];
+}
+
+TEST_F(SoundModule, FreeingTwiceIsReportedAndHarmless) {
+  const std::vector<std::string> lines = After(4);
+  ASSERT_EQ(lines.size(), 1u);
+  EXPECT_TRUE(Contains(lines[0], "module misbehaves: free of")) << lines[0];
+}
+
+} // namespace

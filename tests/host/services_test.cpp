@@ -1,0 +1,144 @@
+#include "host/user_break.h"
+#include "test_plugins.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+
+namespace {
+
+class HostServices : public HostTest {};
+
+TEST_F(HostServices, DialogsTakeTheirAnswersInOrder) {
+  host::Dialogs& dialogs = application_->GetDialogs();
+  dialogs.AnswerFile("/tmp/a.las");
+  dialogs.AnswerFile("");
+  dialogs.AnswerFile("/tmp/x.y/out.dat");
+  dialogs.AnswerQuestion(GEMB_R_NO);
+  Filename name;
+  EXPECT_TRUE(name.FileSelect(FILESELECTTYPE_ANYTHING, FILESELECT_LOAD, "Open"));
+  EXPECT_EQ(Text(name.GetString()), "/tmp/a.las");
+  EXPECT_FALSE(name.FileSelect(FILESELECTTYPE_ANYTHING, FILESELECT_LOAD, "Again"));
+  EXPECT_EQ(Text(name.GetString()), "/tmp/a.las") << "a cancelled dialog touches nothing";
+  EXPECT_TRUE(name.FileSelect(FILESELECTTYPE_ANYTHING, FILESELECT_SAVE, "Save", "txt"));
+  EXPECT_EQ(Text(name.GetString()), "/tmp/x.y/out.txt");
+  EXPECT_FALSE(name.FileSelect(FILESELECTTYPE_ANYTHING, FILESELECT_LOAD, "No answer left"));
+  MessageDialog("told");
+  EXPECT_FALSE(QuestionDialog("sure?")) << "the message took no answer away";
+  EXPECT_TRUE(QuestionDialog("really?")) << "without an answer a question is confirmed";
+  ASSERT_EQ(dialogs.Shown().size(), 7u);
+  EXPECT_EQ(dialogs.Shown()[4].text, "told");
+  EXPECT_FALSE(dialogs.Shown()[4].file);
+}
+
+TEST_F(HostServices, TheConsoleKeepsLinesAndStatus) {
+  std::string seen;
+  application_->GetConsole().SetSink([&](const std::string& line) { seen = line; });
+  GePrint("gr\xc3\xbc\xc3\x9f");
+  StatusSetText("Loading : 1 of 2");
+  StatusSetBar(150);
+  StatusClear();
+  EXPECT_EQ(seen, "gr\xc3\xbc\xc3\x9f");
+  EXPECT_EQ(application_->GetConsole().StatusTexts().back(), "Loading : 1 of 2");
+  EXPECT_EQ(application_->GetConsole().StatusBars().back(), 150) << "as it was said; only the drawing is clamped";
+}
+
+TEST_F(HostServices, FaultTextsAreChecked) {
+  const struct {
+    const char* text;
+    bool good;
+  } cases[] = {{"allocation=3", true}, {"write=2:5", true},   {"userbreak=1", true}, {"allocation=0", false},
+               {"allocation=", false}, {"write=1:0", false},  {"write=a", false},    {"nothing=1", false},
+               {"", false},            {"write=-1", false},   {"write=99999999999999999999", false}};
+  for (const auto& c : cases) {
+    host::Faults faults;
+    std::string error;
+    EXPECT_EQ(faults.Parse(c.text, &error), c.good) << c.text;
+    EXPECT_EQ(error.empty(), c.good) << c.text;
+  }
+  host::Faults faults;
+  std::string error, struck;
+  ASSERT_TRUE(faults.Parse("write=2:2", &error));
+  for (int i = 0; i < 5; ++i) struck += faults.Strikes(host::Fault::FileWrite) ? '1' : '0';
+  EXPECT_EQ(struck, "01100");
+}
+
+TEST_F(HostServices, RegistrationsThatAreWrongAreRefused) {
+  cleanExpected_ = false;
+  OBJECTPLUGIN sound = {};
+  const auto submit = [&](PLUGINTYPE type, LONG id, LONG size) {
+    return C4DOS.Ge->RegisterPlugin(type, id, "x", &sound, size);
+  };
+  EXPECT_FALSE(submit(PLUGINTYPE_OBJECT, 5, sizeof sound)) << "no functions";
+  EXPECT_FALSE(submit(PLUGINTYPE_OBJECT, 5, sizeof sound - 8)) << "a short structure";
+  EXPECT_FALSE(submit(PLUGINTYPE_LIBRARY, 5, sizeof sound)) << "a kind that is not taken";
+  EXPECT_FALSE(C4DOS.Ge->RegisterPlugin(PLUGINTYPE_OBJECT, 5, "x", NULL, sizeof sound));
+  EXPECT_FALSE(RegisterObjectPlugin(5, "x", 0, NULL, String(), NULL, 0)) << "no allocator";
+  EXPECT_FALSE(RegisterObjectPlugin(kProbe, "x", 0, Probe::Alloc, String(), NULL, 0)) << "the id is taken";
+  EXPECT_FALSE(RegisterVideoPostPlugin(kProbe, "x", 0, ProbePost::Alloc, String(), 0, 0)) << "by another kind too";
+  EXPECT_FALSE(RegisterMessagePlugin(5, "x", 0, NULL));
+  EXPECT_EQ(application_->Misbehaviour().size(), 7u) << "the interface itself refused the last";
+  EXPECT_FALSE(RegisterObjectPlugin(6, "x", 0, Probe::Alloc, "Onothing", NULL, 0)) << "no such description";
+  application_->GetFaults().FailAt(host::Fault::Registration, 1);
+  EXPECT_FALSE(RegisterObjectPlugin(7, "x", 0, Probe::Alloc, String(), NULL, 0));
+  EXPECT_TRUE(RegisterObjectPlugin(7, "x", 0, Probe::Alloc, String(), NULL, 0));
+}
+
+TEST_F(HostServices, WorkCanBeStopped) {
+  EXPECT_EQ(GeGetCurrentThread(), nullptr);
+  std::string answers;
+  BaseObject* op = Add(kProbe, "op");
+  Probe::onMessage = [&](Probe&, GeListNode*, LONG, void*) {
+    for (int i = 0; i < 4; ++i) answers += GeGetCurrentThread()->TestBreak() ? '1' : '0';
+    return TRUE;
+  };
+  application_->GetFaults().FailAt(host::Fault::UserBreak, 3);
+  application_->PressButton(op, 1);
+  application_->PressButton(op, 1);
+  EXPECT_EQ(answers, "00110000") << "stopped once struck, until the work ends";
+  host::RequestInterrupt();
+  application_->PressButton(op, 1);
+  host::ClearInterrupt();
+  EXPECT_EQ(answers, "001100001111");
+}
+
+TEST(Preferences, ComeBackInTheNextRun) {
+  const std::string folder = testing::TempDir() + "host_prefs";
+  std::filesystem::remove_all(folder);
+  {
+    host::Application application(folder);
+    EXPECT_EQ(GetWorldPluginData(44), nullptr);
+    BaseContainer bc, inner;
+    bc.SetString(1, "\xe6\x97\xa5 \"quoted\"");
+    bc.SetReal(2, 0.1);
+    bc.SetLLong(3, (LLONG)1 << 62);
+    bc.SetVector(4, Vector(1, -2, 3e-300));
+    inner.SetFilename(7, Filename("/a/b"));
+    bc.SetContainer(5, inner);
+    bc.SetVoid(6, &bc);
+    EXPECT_TRUE(SetWorldPluginData(44, bc, FALSE));
+    GetWorldPluginData(44)->SetTime(8, BaseTime(1, 25));
+  }
+  {
+    host::Application application(folder);
+    BaseContainer* bc = GetWorldPluginData(44);
+    ASSERT_NE(bc, nullptr);
+    EXPECT_EQ(Text(bc->GetString(1)), "\xe6\x97\xa5 \"quoted\"");
+    EXPECT_EQ(bc->GetReal(2), 0.1);
+    EXPECT_EQ(bc->GetLLong(3), (LLONG)1 << 62);
+    EXPECT_EQ(bc->GetVector(4), Vector(1, -2, 3e-300));
+    EXPECT_EQ(Text(bc->GetContainer(5).GetFilename(7).GetString()), "/a/b");
+    EXPECT_EQ(bc->GetType(6), DA_NIL) << "a pointer means nothing in another run";
+    EXPECT_EQ(bc->GetTime(8), BaseTime(1, 25));
+  }
+  for (const char* damage : {"{", "[1]", "{\"44\":{\"1\":{\"long\":\"x\"}}}", "{\"44\":{\"1\":{}}}", "{\"x\":{}}"}) {
+    std::ofstream(folder + "/preferences.json") << damage;
+    host::Application application(folder);
+    EXPECT_EQ(GetWorldPluginData(44), nullptr) << damage;
+    EXPECT_EQ(application.GetConsole().Lines().size(), 1u) << damage;
+    EXPECT_TRUE(std::filesystem::exists(folder + "/preferences.json.damaged")) << "nothing of the user's is lost";
+  }
+  std::filesystem::remove_all(folder);
+}
+
+} // namespace
