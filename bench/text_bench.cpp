@@ -38,23 +38,37 @@ int Channel() {
 }
 
 int WriteOdd(char* line, std::size_t size) {
-  static const char* const kReals[] = {"0x1.8p3", "nan",       "inf",      "-Infinity", "1e",      "1e400",
-                                       "4.9e-324", "1e-400",   "+.5",      "5.",        "0x",      "nan(7)",
-                                       "9007199254740993",      "2.2250738585072011e-308", "-0",   "1,5"};
+  static const char* const kReals[] = {"0x1.8p3",
+                                       "nan",
+                                       "inf",
+                                       "-Infinity",
+                                       "1e",
+                                       "1e400",
+                                       "4.9e-324",
+                                       "1e-400",
+                                       "+.5",
+                                       "5.",
+                                       "0x",
+                                       "nan(7)",
+                                       "9007199254740993",
+                                       "2.2250738585072011e-308",
+                                       "-0",
+                                       "1,5"};
   const auto odd = [] { return kReals[random() % (sizeof kReals / sizeof *kReals)]; };
   if (random() % 8 == 0)
     return std::snprintf(line, size, "%.*f\t%0400d %s \r\n", 300, Uniform(-9, 9), 7, odd());
   if (random() % 2 == 0)
     return std::snprintf(line, size, " %.17g %.19g %.3e 99999999999 -1 +7\n", Uniform(-1, 1),
                          Uniform(-1e20, 1e20), Uniform(-1e-30, 1e-30));
-  return std::snprintf(line, size, "%s %s %s %d %d %d\n", odd(), odd(), odd(), Channel(), Channel(), Channel());
+  return std::snprintf(line, size, "%s %s %s %d %d %d\n", odd(), odd(), odd(), Channel(), Channel(),
+                       Channel());
 }
 
 const Sample kSamples[] = {
     {"x y z", false,
      [](char* line, std::size_t size) {
-       return std::snprintf(line, size, "%.3f %.3f %.3f\n", Uniform(665000, 666000), Uniform(5648000, 5649000),
-                            Uniform(200, 300));
+       return std::snprintf(line, size, "%.3f %.3f %.3f\n", Uniform(665000, 666000),
+                            Uniform(5648000, 5649000), Uniform(200, 300));
      }},
     {"x y z, 17 digits", false,
      [](char* line, std::size_t size) {
@@ -134,7 +148,8 @@ int main(int argc, char** argv) {
     double slow = 1e30, fast = 1e30;
     for (int round = 0; round < 5; ++round) {
       std::memcpy(copy.data(), text.data(), text.size());
-      slow = std::min(slow, Seconds([&] { reference::ReadInto(plain, copy.data(), text.size(), 1, sample.pts); }));
+      slow = std::min(slow,
+                      Seconds([&] { reference::ReadInto(plain, copy.data(), text.size(), 1, sample.pts); }));
       fast = std::min(fast, Seconds([&] { ours = Drive(text, sample.pts, store); }));
     }
     const double megabytes = (double)text.size() / 1e6, millions = (double)points / 1e6;

@@ -51,5 +51,7 @@ void ReleaseSpace(void* space, std::size_t) {
   VirtualFree(space, 0, MEM_RELEASE);
 }
 
+void PreferLargePages(void*, std::size_t) {} // large pages need a privilege that users lack
+
 } // namespace host
 #endif

@@ -40,9 +40,14 @@ bool Refused(VLONG size) {
   return refused;
 }
 
+/** Blocks from this size on get large pages where the system has them. */
+const VLONG kLargePageBlock = VLONG(4) << 20;
+
 void* Obtain(VLONG size, bool mapped, bool clear) {
   if (mapped) return ReserveSpace((std::size_t)size);
-  return clear ? std::calloc(1, (std::size_t)size) : std::malloc((std::size_t)size);
+  void* block = clear ? std::calloc(1, (std::size_t)size) : std::malloc((std::size_t)size);
+  if (block && size >= kLargePageBlock) PreferLargePages(block, (std::size_t)size);
+  return block;
 }
 
 void Release(const Block& block) {

@@ -65,12 +65,12 @@ bool Fail(const Parameter& parameter, const std::string& text, const std::string
   return false;
 }
 
-bool CheckedNumber(const Parameter& parameter, std::size_t axis, const std::string& text, const char* what, double* number,
-                   std::string* error) {
+/** One number of `whole`, which is what the user gave. */
+bool CheckedNumber(const Parameter& parameter, std::size_t axis, const std::string& text, const std::string& whole,
+                   const char* what, double* number, std::string* error) {
   const std::string range = Range(parameter, axis);
   const std::string expected = std::string(what) + (range.empty() ? "" : " " + range);
-  if (!ParseNumber(text, number)) return Fail(parameter, text, expected, error);
-  return InRange(parameter, axis, *number) || Fail(parameter, text, expected, error);
+  return (ParseNumber(text, number) && InRange(parameter, axis, *number)) || Fail(parameter, whole, expected, error);
 }
 
 bool ParseBool(const Parameter& parameter, const std::string& text, GeData* value, std::string* error) {
@@ -103,7 +103,7 @@ bool ParseCycle(const Parameter& parameter, const std::string& text, GeData* val
 bool ParseLong(const Parameter& parameter, const std::string& text, GeData* value, std::string* error) {
   if (!parameter.cycle.empty()) return ParseCycle(parameter, text, value, error);
   double number = 0;
-  if (!CheckedNumber(parameter, 0, text, "a whole number", &number, error)) return false;
+  if (!CheckedNumber(parameter, 0, text, text, "a whole number", &number, error)) return false;
   if (number != std::floor(number) || std::abs(number) > 2147483647.0)
     return Fail(parameter, text, "a whole number of at most 2147483647", error);
   value->SetLong((LONG)number);
@@ -119,7 +119,7 @@ bool ParseVector(const Parameter& parameter, std::string text, GeData* value, st
   Vector v;
   for (LONG axis = 0; axis < 3; ++axis) {
     if (!(in >> part)) return Fail(parameter, found, "three numbers, X,Y,Z", error);
-    if (!CheckedNumber(parameter, (std::size_t)axis, part, "three numbers", &v[axis], error)) return false;
+    if (!CheckedNumber(parameter, (std::size_t)axis, part, found, "three numbers", &v[axis], error)) return false;
   }
   if (in >> part) return Fail(parameter, found, "three numbers, X,Y,Z", error);
   value->SetVector(v);
@@ -164,7 +164,7 @@ bool ParseParameter(const Parameter& parameter, const std::string& text, Documen
   case ElementType::kLink: return ParseLink(parameter, text, doc, value, error);
   case ElementType::kReal: {
     double number = 0;
-    if (!CheckedNumber(parameter, 0, text, "a number", &number, error)) return false;
+    if (!CheckedNumber(parameter, 0, text, text, "a number", &number, error)) return false;
     value->SetReal(number);
     return true;
   }
@@ -172,7 +172,7 @@ bool ParseParameter(const Parameter& parameter, const std::string& text, Documen
   case ElementType::kFilename: value->SetFilename(Filename(FromUtf8(text))); return true;
   case ElementType::kBaseTime: {
     double seconds = 0;
-    if (!CheckedNumber(parameter, 0, text, "a number of seconds", &seconds, error)) return false;
+    if (!CheckedNumber(parameter, 0, text, text, "a number of seconds", &seconds, error)) return false;
     value->SetBaseTime(BaseTime(seconds));
     return true;
   }

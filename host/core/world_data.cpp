@@ -64,6 +64,7 @@ Vector ToVector(const json& v) {
 BaseContainer ToContainer(const json& object, int depth);
 
 GeData ToValue(const json& value, int depth) {
+  if (!value.is_object() || value.size() != 1) throw std::runtime_error("found " + value.dump() + ", expected one value with its kind");
   const auto entry = value.begin();
   const std::string& kind = entry.key();
   const json& v = entry.value();
@@ -81,6 +82,7 @@ GeData ToValue(const json& value, int depth) {
 
 BaseContainer ToContainer(const json& object, int depth) {
   if (depth > kDeepest) throw std::runtime_error("containers nest deeper than " + std::to_string(kDeepest));
+  if (!object.is_object()) throw std::runtime_error("found " + object.dump() + ", expected a container");
   BaseContainer bc;
   for (const auto& [id, value] : object.items()) bc.SetData(std::stoi(id), ToValue(value, depth));
   return bc;

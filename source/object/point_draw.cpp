@@ -2,6 +2,7 @@
 
 #include "glpoint.h"
 #include "object/rerenderobject.h"
+#include "object/view_uploads.h"
 #include "otallyframe.h"
 
 namespace kelvra {
@@ -18,23 +19,13 @@ LONG DisplayCount(const PointStore& store) {
   return LMin(store.GetPointCount(), (LONG)(kMostBufferBytes / kVertexBytes));
 }
 
-PointUpload* FindUpload(PointDisplay& display, GlVertexBuffer* buffer) {
-  for (VLONG i = 0; i < display.uploads.GetCount(); ++i) {
-    PointUpload& upload = display.uploads[i];
-    // A buffer made later at the same address has no sub-buffer of ours.
-    if (upload.buffer == buffer)
-      return buffer->GetSubBufferCount() > 0 && buffer->GetSubBuffer(0) == upload.vertices ? &upload : NULL;
-  }
-  return NULL;
-}
-
-PointUpload* NewUpload(PointDisplay& display, GlVertexBuffer* buffer) {
-  for (VLONG i = 0; i < display.uploads.GetCount(); ++i)
-    if (display.uploads[i].buffer == buffer) {
-      display.uploads[i] = PointUpload();
-      return &display.uploads[i];
-    }
-  return display.uploads.Push(PointUpload()) ? &display.uploads[display.uploads.GetCount() - 1] : NULL;
+/** Lets the earlier copy, if there is one, stand for the new points. */
+Bool KeepEarlier(PointDisplay& display, GlVertexBuffer* buffer, ViewUpload& upload) {
+  ViewUpload* earlier = FindViewUpload(buffer);
+  if (!earlier) return FALSE;
+  earlier->version = display.version;
+  upload = *earlier;
+  return TRUE;
 }
 
 /**
@@ -42,60 +33,73 @@ PointUpload* NewUpload(PointDisplay& display, GlVertexBuffer* buffer) {
  * copy, if there is one, stays in use, and the flag is cleared all the same.
  */
 Bool Upload(BaseObject* op, PointStore& store, PointDisplay& display, BaseDraw* bd, GlVertexBuffer* buffer,
-            LONG count, PointUpload*& upload) {
-  if (store.uploadFlag) {
+            LONG count, ViewUpload& upload) {
+  if (store.uploadFlag || display.version == 0) {
     // One raise of the flag makes every view's copy old, not only that of the view that draws first.
     store.uploadFlag = 0;
-    ++display.generation;
+    display.version = NewPointsVersion();
   }
-  upload = FindUpload(display, buffer);
-  if (upload && upload->generation == display.generation) return TRUE;
+  const ViewUpload* current = FindViewUpload(buffer);
+  if (current && current->version == display.version) {
+    upload = *current;
+    return TRUE;
+  }
 
   const LReal size = op->GetDataInstance()->GetReal(KELVRA_OBJECT_SIZE);
   SReal* records = GeAllocTypeNC(SReal, (VLONG)count * 6);
   if (!records) {
     buffer->SetDirty(TRUE);
-    if (upload) upload->generation = display.generation;
-    return upload != NULL;
+    return KeepEarlier(display, buffer, upload);
   }
-  const LONG written = store.FillVertices(records, count, &display.box, size);
-  GlVertexSubBufferData* vertices =
-      buffer->AllocSubBuffer(bd, VBArrayBuffer, (VLONG)written * kVertexBytes, records);
+  upload.buffer = buffer;
+  upload.node = op;
+  upload.version = display.version;
+  upload.count = store.FillVertices(records, count, &display.box, size);
+  upload.vertices = buffer->AllocSubBuffer(bd, VBArrayBuffer, (VLONG)upload.count * kVertexBytes, records);
   GeFree(records);
-  if (!vertices) {
+  if (!upload.vertices) {
     store.uploadFlag = 1; // tried again at the next draw
     return FALSE;
   }
-  if (upload) buffer->FreeBuffer(bd, upload->vertices);
-  if (!upload) upload = NewUpload(display, buffer);
   buffer->SetDirty(TRUE);
-  if (!upload) return FALSE;
-  upload->buffer = buffer;
-  upload->vertices = vertices;
-  upload->count = written;
-  upload->generation = display.generation;
-  return TRUE;
+  return KeepViewUpload(bd, upload);
 }
 
 /** The clones to draw: data of the tag on the object, else on its parent; without data the object alone. */
-struct Clones {
-  GetMoDataMessage message;
-  BaseObject* carrier = NULL;
-
+class Clones {
+public:
   explicit Clones(BaseObject* op) {
     BaseObject* const candidates[2] = {op, op->GetUp()};
     for (BaseObject* candidate : candidates) {
       BaseTag* tag = candidate ? candidate->GetTag(ID_MOTAGDATA) : NULL;
-      if (!tag) continue;
-      tag->Message(MSG_GET_MODATA, &message);
-      if (message.modata && message.modata->GetArray(MODATA_MATRIX, MD_MATRIX)) {
-        carrier = candidate;
+      if (tag && Ask(tag)) {
+        carrier_ = candidate;
         return;
       }
-      message.modata = NULL;
     }
   }
-  LONG Count() const { return carrier ? message.modata->GetCount() : 1; }
+
+  LONG Count() const { return carrier_ ? message_.modata->GetCount() : 1; }
+  /** Without flags every clone is shown. */
+  Bool IsShown(LONG i) const {
+    return !carrier_ ||
+           (message_.modata->GetLongArray(MODATA_FLAGS, MOGENFLAG_CLONE_ON)[i] & MOGENFLAG_CLONE_ON) != 0;
+  }
+  Matrix Global(LONG i, BaseDrawHelp* bh) const {
+    return carrier_ ? carrier_->GetMg() * message_.modata->GetMatrixArray(MODATA_MATRIX)[i] : bh->GetMg();
+  }
+
+private:
+  Bool Ask(BaseTag* tag) {
+    tag->Message(MSG_GET_MODATA, &message_);
+    if (message_.modata && message_.modata->GetArray(MODATA_MATRIX, MD_MATRIX)) return TRUE;
+    if (message_.modata && message_.user_owned) MoData::Free(message_.modata);
+    message_.modata = NULL;
+    return FALSE;
+  }
+
+  GetMoDataMessage message_;
+  BaseObject* carrier_ = NULL;
 };
 
 /** Values of the uniforms that are the same for all clones. */
@@ -167,7 +171,7 @@ private:
   Bool bound_;
 };
 
-void DrawClones(BaseObject* op, PointStore& store, PointDisplay& display, const PointUpload& upload,
+void DrawClones(BaseObject* op, PointStore& store, PointDisplay& display, const ViewUpload& upload,
                 DRAWPASS pass, BaseDraw* bd, BaseDrawHelp* bh, GlProgramFactory* factory) {
   const Clones clones(op);
   const UniformValues values(op, store, upload.count, bh->GetDocument());
@@ -176,13 +180,8 @@ void DrawClones(BaseObject* op, PointStore& store, PointDisplay& display, const 
   LONG vectorCount = 0;
   factory->GetVectorInfo(vectorCount, vectors);
   for (LONG i = 0; i < clones.Count(); ++i) {
-    Matrix matrix = bh->GetMg();
-    if (clones.carrier) {
-      const LONG flags = clones.message.modata->GetLongArray(MODATA_FLAGS, MOGENFLAG_CLONE_ON)[i];
-      if (!(flags & MOGENFLAG_CLONE_ON)) continue;
-      matrix = clones.carrier->GetMg() * clones.message.modata->GetMatrixArray(MODATA_MATRIX)[i];
-    }
-    bd->SetMatrix_Matrix(op, matrix);
+    if (!clones.IsShown(i)) continue;
+    bd->SetMatrix_Matrix(op, clones.Global(i, bh));
     factory->SetParameterMatrixTransform(factory->GetParameterHandle(VertexProgram, "transmatrix"));
     values.Set(factory, display);
     if (pass != DRAWPASS_OBJECT || count <= 0) continue;
@@ -200,7 +199,7 @@ void DrawPoints(BaseObject* op, PointStore& store, PointDisplay& display, DRAWPA
   if (count == 0) return;
 
   GlVertexBuffer* buffer = GlVertexBuffer::GetVertexBuffer(bd, op, 0, identity, sizeof identity);
-  PointUpload* upload = NULL;
+  ViewUpload upload;
   if (!buffer || !Upload(op, store, display, bd, buffer, count, upload)) return;
 
   const PointDescriptions& descriptions = GetPointDescriptions();
@@ -216,7 +215,7 @@ void DrawPoints(BaseObject* op, PointStore& store, PointDisplay& display, DRAWPA
   }
   if (factory->BindPrograms()) {
     factory->InitSetParameters();
-    DrawClones(op, store, display, *upload, pass, bd, bh, factory);
+    DrawClones(op, store, display, upload, pass, bd, bh, factory);
   }
   factory->UnbindPrograms();
 }

@@ -7,21 +7,12 @@
 
 namespace kelvra {
 
-/** What was uploaded to one view's vertex buffer. */
-struct PointUpload {
-  GlVertexBuffer* buffer = NULL;
-  GlVertexSubBufferData* vertices = NULL;
-  LONG count = 0;
-  LONG generation = 0; ///< of the points when they were uploaded
-};
-
 /** An object's state in its views. The host drops buffers and programs when the node is freed. */
 struct PointDisplay {
   UniformNames uniforms;
   BaseContainer uniformCache; ///< handed to SetUniform, which does not consult it
   GrowingBox box;             ///< of the positions written last
-  GeDynamicArray<PointUpload> uploads;
-  LONG generation = 0; ///< grows with every change of the points that a draw has seen
+  LULONG version = 0;         ///< of the points that views are to show; new with every raise of the upload flag
 };
 
 /**

@@ -107,7 +107,11 @@ private:
 } // namespace
 
 Bool BuildPointProgram(GlProgramFactory* factory, UniformNames& uniforms) {
-  if (factory->IsProgram(CompiledProgram)) return TRUE;
+  if (factory->IsProgram(CompiledProgram)) {
+    if (uniforms.names[kPointSize].GetLength() > 0) return TRUE;
+    // The node's data came from its copy, as undo gives it: only the other data knows this program's names.
+    factory->DestroyPrograms();
+  }
   factory->AddParameters(kProgramParameters);
   factory->Init(0);
   factory->AddErrorHandler(&PrintError);

@@ -36,9 +36,9 @@ struct UniformNames {
 };
 
 /**
- * Declares the uniforms and hands over the text, unless the factory holds a compiled program. No parameter
- * value stands in the text: it is the same for all objects. FALSE when it does not compile; the handler has
- * printed why.
+ * Declares the uniforms and hands over the text, unless the factory holds a compiled program whose names are
+ * known. No parameter value stands in the text: it is the same for all objects, and so are the names. FALSE
+ * when it does not compile; the handler has printed why.
  */
 Bool BuildPointProgram(GlProgramFactory* factory, UniformNames& names);
 

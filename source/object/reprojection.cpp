@@ -6,11 +6,6 @@ namespace kelvra {
 
 namespace {
 
-/** Two corners: a is the south-west one, b the north-east one; x before y. */
-struct Corners {
-  LReal a1, a2, b1, b2;
-};
-
 /** Base address of the geometry service; empty where none is set up. */
 String ServiceAddress() {
   return String();

@@ -5,6 +5,7 @@
 #include "object/laz_renderer.h"
 #include "object/reprojection.h"
 #include "object/text_export.h"
+#include "object/view_uploads.h"
 #include "otallyframe.h"
 #include "version.h"
 #include "vpkelvrarender.h"
@@ -16,6 +17,16 @@ namespace kelvra {
 KelvraObject* GetCloudData(BaseObject* op) {
   return op && op->GetType() == kPointCloudId ? static_cast<KelvraObject*>(op->GetNodeData()) : NULL;
 }
+
+namespace {
+
+/** A store with an empty block could not be saved. */
+void DropEmptyBlocks(PointGroup& group) {
+  for (VLONG i = group.blocks.GetCount() - 1; i >= 0; --i)
+    if (group.blocks[i].count < 1) group.blocks.Remove(i);
+}
+
+} // namespace
 
 LONG ShareOf(LONG total, Real share) {
   const Real count = std::floor((Real)total * share);
@@ -53,6 +64,7 @@ Bool KelvraObject::Init(GeListNode* node) {
 void KelvraObject::Free(GeListNode* node) {
   GlVertexBuffer::RemoveObject(node, 0);
   GlProgramFactory::RemoveReference(node);
+  ForgetViewUploads(node);
 }
 
 Bool KelvraObject::Read(GeListNode*, HyperFile* hf, LONG level) {
@@ -104,7 +116,7 @@ template <class Export>
 void KelvraObject::Answer(BaseObject* op, PointArray* answer, Export exportTo) {
   if (!answer) return;
   answer->count = ShareOf(store.GetPointCount(), op->GetDataInstance()->GetReal(KELVRA_POINT_SHARE));
-  if (answer->count == 0 || store.GetPointCount() == 0) return;
+  if (answer->count == 0) return;
   // Cleared: a share above 1 asks for more than the store holds.
   answer->data = GeAllocType(Vector, answer->count);
   if (answer->data)
@@ -178,10 +190,10 @@ void KelvraObject::OnDelivery(BaseObject* op, PointDelivery& delivery) {
   const Bool stream =
       delivery.state == kDeliverStream && (request == kDeliverStream || state == kDeliverStream);
   if (!once && !stream) return;
-  if (once) {
-    RecordUndo(op);
-    data->SetLong(KELVRA_LOAD_STATE, KELVRA_LOAD_STATE_IDLE);
-  }
+  if (once) data->SetLong(KELVRA_LOAD_STATE, KELVRA_LOAD_STATE_IDLE);
+  DropEmptyBlocks(delivery.points);
+  if (delivery.points.blocks.GetCount() == 0) return;
+  if (once) RecordUndo(op);
   if (!store.Merge(delivery.points)) return;
   op->Message(MSG_UPDATE);
   EventAdd();

@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <clocale>
+#include <cmath>
 #include <cstdlib>
 #include <limits>
 
@@ -23,6 +24,48 @@ const int kLargestPower = 22;
 const std::uint64_t kLargestExact = std::uint64_t(1) << 53;
 /** More digits than these may not fit the mantissa. */
 const int kMostDigits = 19;
+
+#ifdef __SIZEOF_INT128__
+__extension__ typedef unsigned __int128 Wide;
+const int kLargestDivisor = 19; // 10^19 still fits 64 bits
+
+int BitLength(std::uint64_t value) {
+  return 64 - __builtin_clzll(value);
+}
+
+/**
+ * mantissa / 10^places, rounded once: a quotient of 63 or 64 bits whose last bit also stands for the remainder
+ * is rounded by its conversion; the scaling that follows is exact. mantissa is not 0, places from 1 to 19.
+ */
+double Quotient(std::uint64_t mantissa, int places) {
+  static const std::uint64_t kDivisors[] = {1,
+                                            10,
+                                            100,
+                                            1000,
+                                            10000,
+                                            100000,
+                                            1000000,
+                                            10000000,
+                                            100000000,
+                                            1000000000,
+                                            10000000000,
+                                            100000000000,
+                                            1000000000000,
+                                            10000000000000,
+                                            100000000000000,
+                                            1000000000000000,
+                                            10000000000000000,
+                                            100000000000000000,
+                                            1000000000000000000,
+                                            10000000000000000000u};
+  const std::uint64_t divisor = kDivisors[places];
+  const int shift = 63 + BitLength(divisor) - BitLength(mantissa);
+  const Wide dividend = (Wide)mantissa << shift;
+  const std::uint64_t quotient = (std::uint64_t)(dividend / divisor);
+  const bool rest = (Wide)quotient * divisor != dividend;
+  return std::ldexp((double)(quotient | (std::uint64_t)rest), -shift);
+}
+#endif
 
 /** The C library's own reading, whatever the process' locale is. */
 double LibraryReal(const char* text, const char** end) {
@@ -69,19 +112,24 @@ double ParseReal(const char* text, const char** end) {
     }
   }
 
-  // One rounding only: exact mantissa, exact power of ten.
+  // One rounding only: what is exact, or one division in whole numbers.
   const int power = exponent - decimals;
-  if (digits <= kMostDigits && mantissa <= kLargestExact && power >= -kLargestPower &&
-      power <= kLargestPower) {
-    const double whole = (double)mantissa;
-    const double value = power < 0 ? whole / kPowers[-power] : whole * kPowers[power];
-    *end = p;
-    return negative ? -value : value;
-  }
   double value = 0;
+  *end = p;
+  if (digits <= kMostDigits) {
+    if (mantissa <= kLargestExact && power >= -kLargestPower && power <= kLargestPower) {
+      value = power < 0 ? (double)mantissa / kPowers[-power] : (double)mantissa * kPowers[power];
+      return negative ? -value : value;
+    }
+#ifdef __SIZEOF_INT128__
+    if (mantissa != 0 && power < 0 && power >= -kLargestDivisor) {
+      value = Quotient(mantissa, -power);
+      return negative ? -value : value;
+    }
+#endif
+  }
   const std::from_chars_result result = std::from_chars(number, p, value);
   if (result.ec != std::errc() || result.ptr != p) return LibraryReal(start, end);
-  *end = p;
   return negative ? -value : value;
 }
 

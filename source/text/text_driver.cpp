@@ -140,10 +140,19 @@ private:
     return true;
   }
 
+  /** Most lines end before the next thousandth begins: one comparison. */
   void Progress() {
-    if (!input_.progress || input_.fileSize <= 0) return;
-    const int thousandths = (int)std::min<std::int64_t>(
-        1000, (std::int64_t)((double)bytesDone_ / (double)input_.fileSize * 1000.0));
+    if (bytesDone_ < nextShown_) return;
+    const std::int64_t size = input_.fileSize;
+    if (!input_.progress || size <= 0) {
+      nextShown_ = std::numeric_limits<std::int64_t>::max();
+      return;
+    }
+    const int thousandths =
+        (int)std::min<std::int64_t>(1000, (std::int64_t)((double)bytesDone_ / (double)size * 1000.0));
+    // A little early is harmless: a value that is shown already is not shown again.
+    nextShown_ = thousandths == 1000 ? std::numeric_limits<std::int64_t>::max()
+                                     : (std::int64_t)((double)size / 1000.0 * (thousandths + 1)) - 1;
     if (thousandths == shown_) return;
     shown_ = thousandths;
     result_.stopped = !input_.progress(thousandths);
@@ -155,7 +164,7 @@ private:
   TextPoint scratch_;
   Form form_ = Form::Any;
   std::int32_t counter_ = 0;
-  std::int64_t capacity_ = 0, growth_ = kFirstGrowth, bytesDone_ = 0;
+  std::int64_t capacity_ = 0, growth_ = kFirstGrowth, bytesDone_ = 0, nextShown_ = 0;
   int shown_ = -1;
   bool anyBounds_ = false;
 };

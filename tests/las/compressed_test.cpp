@@ -13,10 +13,6 @@ constexpr std::size_t kPoints = 220; // four chunks and a part of one
 
 class Compressed : public LasTest {
 protected:
-  static LasReport Validate(const Bytes& bytes) {
-    kelvra::MemoryBytes file(bytes.data(), bytes.size());
-    return kelvra::ValidateLas(file);
-  }
   static std::size_t PointsAt(const Bytes& file) { return Take<std::uint32_t>(file, 96); }
   // The payload of the compression record, the only record of the file.
   static std::size_t RecordAt(const Bytes& file) { return Take<std::uint16_t>(file, 94) + 54u; }
@@ -26,7 +22,6 @@ protected:
 };
 
 TEST_F(Compressed, EveryFormatReadsBackInFileOrder) {
-  NEEDS_LASLIB();
   for (unsigned format = 0; format <= 10; ++format) {
     const Bytes file = Compress(MakeLas(format, points_), kChunk);
     const LasReport report = Validate(file);
@@ -39,13 +34,11 @@ TEST_F(Compressed, EveryFormatReadsBackInFileOrder) {
 }
 
 TEST_F(Compressed, CompressionRecordIsCheckedFieldByField) {
-  NEEDS_LASLIB();
-  struct Case {
+  const struct {
     std::size_t field;
     std::uint16_t value;
     const char* complaint;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {0, 0, "compressor 0 is unknown"},
       {0, 4, "compressor 4 is unknown"},
       {0, 3, "compressor 3 does not fit"},
@@ -57,7 +50,7 @@ TEST_F(Compressed, CompressionRecordIsCheckedFieldByField) {
       {38, 3, "version 3, which is unknown"},
       {40, 8, "item 1 has type 8, point format 3 needs 7"},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     Bytes file = Compress(MakeLas(3, points_), kChunk);
     Put(file, RecordAt(file) + c.field, c.value);
     std::string refusal;
@@ -71,7 +64,6 @@ TEST_F(Compressed, CompressionRecordIsCheckedFieldByField) {
 }
 
 TEST_F(Compressed, DamagedTableIsNotNeededWhereChunksHaveOneSize) {
-  NEEDS_LASLIB();
   for (const unsigned format : {1u, 6u}) {
     const Bytes sound = Compress(MakeLas(format, points_), kChunk);
     const std::size_t start = PointsAt(sound), table = TableAt(sound);
@@ -81,11 +73,9 @@ TEST_F(Compressed, DamagedTableIsNotNeededWhereChunksHaveOneSize) {
         [&](Bytes& f) { Put<std::uint64_t>(f, start, start); }, // interrupted writer
         [&](Bytes& f) { Put<std::uint64_t>(f, start, ~std::uint64_t{0}); },
         [&](Bytes& f) { Put(f, table, 1u); },
-        [&](Bytes& f) { Put(f, table + 4, 4u); },
         [&](Bytes& f) { Put(f, table + 4, 0xffffffffu); },
         [&](Bytes& f) { Put(f, table + 8, 0xffffffffu); },
         [&](Bytes& f) { f[table + 9] ^= 0x10; },
-        [&](Bytes& f) { f.resize(table + 9); },
         [&](Bytes& f) { f.resize(table); },
     };
     for (std::size_t i = 0; i < std::size(changes); ++i) {
@@ -98,7 +88,6 @@ TEST_F(Compressed, DamagedTableIsNotNeededWhereChunksHaveOneSize) {
 }
 
 TEST_F(Compressed, TableMayBeFoundFromTheEndOfTheFile) {
-  NEEDS_LASLIB();
   Bytes file = Compress(MakeLas(1, points_), kChunk);
   const std::uint64_t table = TableAt(file);
   Put<std::uint64_t>(file, PointsAt(file), ~std::uint64_t{0});
@@ -108,7 +97,6 @@ TEST_F(Compressed, TableMayBeFoundFromTheEndOfTheFile) {
 }
 
 TEST_F(Compressed, VariableChunksNeedTheirTable) {
-  NEEDS_LASLIB();
   for (const std::uint32_t size : {0u, 0xffffffffu}) {
     Bytes file = Compress(MakeLas(6, points_), kChunk);
     Put(file, RecordAt(file) + 12, size); // its table holds no point numbers then
@@ -119,7 +107,6 @@ TEST_F(Compressed, VariableChunksNeedTheirTable) {
 }
 
 TEST_F(Compressed, ReadingStopsBeforeADamagedLayeredChunk) {
-  NEEDS_LASLIB();
   const Bytes sound = Compress(MakeLas(7, points_), kChunk);
   constexpr std::size_t kRaw = 36, kLayers = 10;
   // The third chunk starts after two whole ones.
@@ -141,7 +128,6 @@ TEST_F(Compressed, ReadingStopsBeforeADamagedLayeredChunk) {
 }
 
 TEST_F(Compressed, FileThatEndsEarlyGivesAPrefix) {
-  NEEDS_LASLIB();
   for (const int chunk : {kChunk, 0})
     for (const unsigned format : {0u, 3u, 8u}) {
       if (format == 8 && chunk == 0) continue; // one layered chunk is read whole or not at all
@@ -163,7 +149,6 @@ TEST_F(Compressed, FileThatEndsEarlyGivesAPrefix) {
 }
 
 TEST_F(Compressed, AbsurdCountsAskForNoMoreThanTheBytesCanHold) {
-  NEEDS_LASLIB();
   Bytes pointwise = Compress(MakeLas(0, points_), 0);
   Put(pointwise, 107, 4000000000u);
   EXPECT_LT(Validate(pointwise).readable, pointwise.size() * 2048);
@@ -176,7 +161,6 @@ TEST_F(Compressed, AbsurdCountsAskForNoMoreThanTheBytesCanHold) {
 // Streams that no encoder writes: all bits set break the coder's bounds, and make GPS time switch sequences
 // without end.
 TEST_F(Compressed, DecoderSurvivesDamagedStreams) {
-  NEEDS_LASLIB();
   for (const unsigned format : {1u, 3u, 6u, 10u})
     for (const std::uint8_t first : {0x00, 0x55, 0xfe, 0xff})
       for (const std::uint8_t rest : {0x00, 0xff}) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "object/las/las_reader.h"
+#include "object/las/las_records.h"
 
 #include <gtest/gtest.h>
 
@@ -12,9 +13,6 @@
 #include <random>
 #include <string>
 #include <vector>
-
-#define NEEDS_LASLIB()                                                                                       \
-  if (!kelvra::LasFile::Available()) GTEST_SKIP() << "this build has no LASlib"
 
 using Bytes = std::vector<std::uint8_t>;
 
@@ -102,13 +100,38 @@ inline std::vector<TestPoint> Spiral(int count) {
 // The same points compressed; chunk size 0 means one chunk without a table.
 Bytes Compress(const Bytes& las, int chunkSize);
 
+inline kelvra::LasReport Validate(const Bytes& bytes) {
+  kelvra::MemoryBytes file(bytes.data(), bytes.size());
+  return kelvra::ValidateLas(file);
+}
+
+// Counts what is given out, and can refuse.
+class CountingMemory : public kelvra::RecordMemory {
+public:
+  void* Allocate(std::size_t bytes) override {
+    asked = bytes;
+    if (refuse) return nullptr;
+    ++alive;
+    return ::operator new(bytes);
+  }
+  void Free(void* memory) override {
+    --alive;
+    ::operator delete(memory);
+  }
+  std::size_t asked = 0;
+  bool refuse = false;
+  int alive = 0;
+};
+
 class LasTest : public testing::Test {
 protected:
   LasTest() {
-    const auto* info = testing::UnitTest::GetInstance()->current_test_info();
-    folder_ = std::filesystem::temp_directory_path() /
-              (std::string("kelvra_las_") + info->name() + "_" + std::to_string(std::random_device{}()));
+    folder_ =
+        std::filesystem::temp_directory_path() / ("kelvra_las_" + std::to_string(std::random_device{}()));
     std::filesystem::create_directories(folder_);
+  }
+  void SetUp() override {
+    if (!kelvra::LasFile::Available()) GTEST_SKIP() << "this build has no LASlib";
   }
   ~LasTest() override { std::filesystem::remove_all(folder_); }
 

@@ -1,8 +1,6 @@
 // Real files of many writers, against what independent readers found in them.
 #include "las/las_fixture.h"
 
-#include "object/las/las_records.h"
-
 #include <nlohmann/json.hpp>
 
 #include <map>
@@ -10,12 +8,6 @@
 namespace {
 
 using nlohmann::json;
-
-class MallocMemory : public kelvra::RecordMemory {
-public:
-  void* Allocate(std::size_t bytes) override { return std::malloc(bytes); }
-  void Free(void* memory) override { std::free(memory); }
-};
 
 json FactsOf(const std::string& name) {
   return json::parse(std::ifstream(KELVRA_DATA_DIR "/" + name + ".json"));
@@ -33,9 +25,9 @@ std::vector<std::string> SampleFiles(bool withPointsOnly) {
   return files;
 }
 
-class SampleFile : public testing::TestWithParam<std::string> {
+class SampleFile : public LasTest, public testing::WithParamInterface<std::string> {
 protected:
-  std::string Path() const { return std::string(KELVRA_DATA_DIR) + "/" + GetParam(); }
+  std::string path_ = KELVRA_DATA_DIR "/" + GetParam();
 };
 class SamplePoints : public SampleFile {};
 
@@ -46,10 +38,9 @@ void ExpectSamePosition(const kelvra::SourceRecord& record, const json& point) {
 }
 
 TEST_P(SampleFile, LoadsAsIndependentReadersDo) {
-  NEEDS_LASLIB();
   const json facts = FactsOf(GetParam()), outcome = facts.at("outcome");
-  MallocMemory memory;
-  const kelvra::LasCloud cloud = kelvra::ReadLas(Path(), {}, memory, nullptr);
+  CountingMemory memory;
+  const kelvra::LasCloud cloud = kelvra::ReadLas(path_, {}, memory, nullptr);
   EXPECT_EQ(cloud.outcome == kelvra::LasOutcome::kRefused, outcome.at("refused").get<bool>());
   EXPECT_EQ(cloud.outcome == kelvra::LasOutcome::kPartial, outcome.contains("partial"));
   ASSERT_EQ(cloud.kept, outcome.at("points").get<std::int64_t>());
@@ -76,9 +67,8 @@ TEST_P(SampleFile, LoadsAsIndependentReadersDo) {
 }
 
 TEST_P(SamplePoints, HoldsTheSamePointsAndClasses) {
-  NEEDS_LASLIB();
   kelvra::LasFile file;
-  ASSERT_TRUE(file.Open(Path())) << file.Refusal();
+  ASSERT_TRUE(file.Open(path_)) << file.Refusal();
   std::map<std::string, std::int64_t> classes;
   std::int64_t sum[3] = {}, maxColor = 0;
   const kelvra::LasHeader& header = file.Report().header;

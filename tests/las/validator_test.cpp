@@ -10,13 +10,6 @@
 namespace {
 
 using kelvra::LasReport;
-using kelvra::MemoryBytes;
-using kelvra::ValidateLas;
-
-LasReport Validate(const Bytes& bytes) {
-  MemoryBytes file(bytes.data(), bytes.size());
-  return ValidateLas(file);
-}
 
 struct RefusedCase {
   const char* name;
@@ -36,7 +29,6 @@ const RefusedCase kRefused[] = {
     {"Picture", 0, [](Bytes& f) { Put(f, 0, 0x89504e47u); }, "starts with G"},
     {"ShortHeader", 0, [](Bytes& f) { f.resize(226); }, "has 226 bytes, a header needs at least 227"},
     {"Version15", 0, [](Bytes& f) { f[25] = 5; }, "version (byte 24) is 1.5, 1.0 to 1.4"},
-    {"Version20", 0, [](Bytes& f) { f[24] = 2; }, "version (byte 24) is 2.2"},
     {"HeaderSize12", 0, [](Bytes& f) { Put<std::uint16_t>(f, 94, 226); }, "header size (byte 94) is 226"},
     {"HeaderSize13", 0, [](Bytes& f) { f[25] = 3; }, "227, version 1.3 has at least 235"},
     {"HeaderSize14", 6, [](Bytes& f) { Put<std::uint16_t>(f, 94, 374); },
@@ -49,7 +41,6 @@ const RefusedCase kRefused[] = {
     {"RecordLength", 1, [](Bytes& f) { Put<std::uint16_t>(f, 105, 27); },
      "27, point format 1 has at least 28"},
     {"Format11", 0, [](Bytes& f) { f[104] = 11; }, "point format (byte 104) is 11, 0 to 10"},
-    {"Format64", 0, [](Bytes& f) { f[104] = 64; }, "point format (byte 104) is 64"},
     {"Format6In12", 0, [](Bytes& f) { f[104] = 6; }, "is 6, version 1.2 has 0 to 5"},
     {"CompressedWithout", 0, [](Bytes& f) { f[104] |= 128; }, "no compression record"},
     {"TwoCounts", 6, [](Bytes& f) { Put(f, 107, 7u); },
@@ -121,7 +112,6 @@ INSTANTIATE_TEST_SUITE_P(
                     TestRecord{"lastools tile", 1, Bytes(29)}, TestRecord{"LAStools", 30, Bytes(40, 255)}));
 
 TEST_P(LasRecords, TrapsAreHiddenAndThePointsRead) {
-  NEEDS_LASLIB();
   const std::vector<TestPoint> points = Spiral(5);
   const Bytes file = MakeLas(7, points, {GetParam(), {"someone else's", 1, Bytes(8)}});
   EXPECT_EQ(Validate(file).patches.size(), 1u);
@@ -129,7 +119,6 @@ TEST_P(LasRecords, TrapsAreHiddenAndThePointsRead) {
 }
 
 TEST_F(LasTest, ExtendedRecordsCountOnlyWhenCounted) {
-  NEEDS_LASLIB();
   const std::vector<TestPoint> points = Spiral(5);
   Bytes file = MakeLas(6, points);
   Put(file, 235, static_cast<std::uint64_t>(file.size()));
@@ -146,7 +135,6 @@ TEST_F(LasTest, ExtendedRecordsCountOnlyWhenCounted) {
 }
 
 TEST_F(LasTest, IndexBesideTheCloudIsNotOpened) {
-  NEEDS_LASLIB();
   Write(Bytes(100, 255), "cloud.lax");
   EXPECT_EQ(Heights(MakeLas(0, Spiral(3))).size(), 3u);
   kelvra::LasFile file;
@@ -154,13 +142,11 @@ TEST_F(LasTest, IndexBesideTheCloudIsNotOpened) {
   EXPECT_TRUE(file.LibraryMessages().empty()) << file.LibraryMessages().front();
 }
 
-struct KeyCase {
-  std::vector<std::uint16_t> entries; // key, place, count, value
-  unsigned code;
-};
-
 TEST(GeoKeys, FirstOfTheKnownKeysCounts) {
-  const KeyCase cases[] = {
+  const struct {
+    std::vector<std::uint16_t> entries; // key, place, count, value
+    unsigned code;
+  } cases[] = {
       {{}, 0},
       {{1024, 0, 1, 1, 2048, 0, 1, 4326}, 4326},
       {{2048, 0, 1, 4269, 3072, 0, 1, 26995, 4099, 0, 1, 9003}, 26995},
@@ -169,7 +155,7 @@ TEST(GeoKeys, FirstOfTheKnownKeysCounts) {
       {{2048, 0, 1, 4269, 3072, 0, 1, 32767}, 32767}, // user-defined: its points are not in degrees
       {{2054, 0, 1, 9102, 2050, 0, 1, 6269, 3076, 0, 1, 9002}, 9002},
   };
-  for (const KeyCase& c : cases) {
+  for (const auto& c : cases) {
     Bytes directory(8);
     Put<std::uint16_t>(directory, 6, static_cast<std::uint16_t>(c.entries.size() / 4));
     for (const std::uint16_t value : c.entries) Put(directory, directory.size(), value);
