@@ -43,17 +43,17 @@ echo "== What is in the files"
 
 echo "== Pictures"
 rm -f out/*.png out/demo.scene
-show out/view.png snapshot "${files[@]}" --set point_size=2
-show out/view_height.png snapshot "${files[@]}" --set point_size=2 --set color_mode=6 --set 1801=0 --set 1802=40
-show out/view_inverted.png snapshot "${files[@]}" --set point_size=2 --set color_mode=4 --set color_invert=1
-show out/view_north.png snapshot "${files[@]}" --set point_size=2 --camera 0,140,230 --target 0,0,0
-show out/view_thinned.png snapshot "${files[@]}" --set point_size=3 --set thin_view=8
-show out/view_falloff.png snapshot "${files[@]}" --set point_size=5 --set falloff_action=2 --set falloff_radius=110
-show out/view_clones.png snapshot "${files[@]}" --clones 3x1x3:215
+show out/view.png snapshot "${files[@]}" --set point_size=5
+show out/view_own_colors.png snapshot "${files[@]}" --set point_size=5 --set color_mode=0
+show out/view_inverted_height.png snapshot "${files[@]}" --set point_size=5 --set color_mode=5 --set color_invert=1
+show out/view_from_north.png snapshot "${files[@]}" --set point_size=5 --camera 0,150,225 --target 0,-8,0
+show out/view_thinned.png snapshot "${files[@]}" --set point_size=5 --set thin_view=8
+show out/view_falloff.png snapshot "${files[@]}" --set point_size=8 --set falloff_action=2 --set falloff_radius=120
+show out/view_clones.png snapshot "${files[@]}" --set point_size=2 --clones 3x1x3:215
 
 echo "== A scene that holds the points"
 show out/demo.scene save "${files[@]}"
-show out/view_scene.png snapshot out/demo.scene --set point_size=2
+show out/view_scene.png snapshot out/demo.scene --set point_size=5
 if cmp -s out/view.png out/view_scene.png; then
   echo "out/demo.scene reopens with the same picture"
 else

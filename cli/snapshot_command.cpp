@@ -14,20 +14,31 @@ namespace {
 
 /** Viewport background. */
 const double kMidGrey = 0.5;
+/** What a new object has. */
+const double kDefaultMinHeight = 0.0, kDefaultMaxHeight = 100.0;
 
-/** A cloud without colours of its own is shown by height, unless the user chose a colour mode. */
+/** Colour modes by height span the cloud's own heights unless the user or the scene says otherwise. */
+void FitHeights(CloudSession& session, BaseObject* cloud) {
+  BaseContainer* data = cloud->GetDataInstance();
+  const LONG mode = data->GetLong(KELVRA_COLOR_MODE);
+  if (mode != KELVRA_COLOR_MODE_HEIGHT && mode != KELVRA_COLOR_MODE_POINT_BY_HEIGHT) return;
+  Vector low, high;
+  if (!host::WorldBox(cloud, &low, &high)) return;
+  // Heights are those of the object's own coordinates.
+  const Matrix toLocal = !cloud->GetMg();
+  if (!session.WasSet(KELVRA_MIN_HEIGHT) && data->GetReal(KELVRA_MIN_HEIGHT) == kDefaultMinHeight)
+    data->SetReal(KELVRA_MIN_HEIGHT, (low * toLocal).y);
+  if (!session.WasSet(KELVRA_MAX_HEIGHT) && data->GetReal(KELVRA_MAX_HEIGHT) == kDefaultMaxHeight)
+    data->SetReal(KELVRA_MAX_HEIGHT, (high * toLocal).y);
+}
+
+/** A cloud without colours of its own is shown by height, unless the user or a scene chose a colour mode. */
 bool ShowByHeight(CloudSession& session, BaseObject* cloud) {
   CloudStats stats;
   if (session.WasSet(KELVRA_COLOR_MODE) || !ReadCloudStats(cloud, &stats) || stats.HasColor()) return false;
-  Vector low, high;
-  if (!host::WorldBox(cloud, &low, &high)) return false;
   BaseContainer* data = cloud->GetDataInstance();
-  if (data->GetLong(KELVRA_COLOR_MODE) != KELVRA_COLOR_MODE_POINT) return false; // a scene that chose already
-  session.ApplySetting(cloud, "color_mode=" + std::to_string(KELVRA_COLOR_MODE_HEIGHT));
-  // Heights are those of the object's own coordinates.
-  const Matrix toLocal = !cloud->GetMg();
-  if (!session.WasSet(KELVRA_MIN_HEIGHT)) data->SetReal(KELVRA_MIN_HEIGHT, (low * toLocal).y);
-  if (!session.WasSet(KELVRA_MAX_HEIGHT)) data->SetReal(KELVRA_MAX_HEIGHT, (high * toLocal).y);
+  if (data->GetLong(KELVRA_COLOR_MODE) != KELVRA_COLOR_MODE_POINT) return false;
+  data->SetLong(KELVRA_COLOR_MODE, KELVRA_COLOR_MODE_HEIGHT);
   return true;
 }
 
@@ -83,6 +94,7 @@ int RunSnapshot(const SnapshotOptions& options) {
     CloudStats stats;
     if (ReadCloudStats(cloud, &stats)) points += stats.Points();
     byHeight = ShowByHeight(session, cloud) || byHeight;
+    FitHeights(session, cloud);
     if (!clones.empty() && !host::SetClones(cloud, clones, {}))
       throw std::runtime_error("the clones could not be made");
   }

@@ -22,7 +22,8 @@ struct Fields {
   char *at, *lineEnd;
   bool ok = true, first = true;
 
-  template <class Value, class Field> void Take(Value value, char* end, Field& field) {
+  template <class Value, class Field>
+  void Take(Value value, char* end, Field& field) {
     ok = end <= lineEnd && (first || end != at);
     first = false;
     at = end;
@@ -36,7 +37,8 @@ struct Fields {
     }
     return *this;
   }
-  template <class Field> Fields& Integer(Field& field) {
+  template <class Field>
+  Fields& Integer(Field& field) {
     char* end = nullptr;
     if (ok) {
       const long long value = std::strtoll(at, &end, 10);

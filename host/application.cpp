@@ -1,5 +1,6 @@
 #include "host/application.h"
 
+#include "host/core/live_files.h"
 #include "host/core/memory.h"
 #include "host/core/misbehaviour.h"
 #include "host/core/module.h"
@@ -28,7 +29,8 @@ std::atomic<Services*> services{nullptr};
 
 std::map<std::string, LLONG> BlocksByPlace() {
   std::map<std::string, LLONG> blocks;
-  for (const memory::Survivor& survivor : memory::ModuleSurvivors()) blocks[survivor.place] += survivor.blocks;
+  for (const memory::Survivor& survivor : memory::ModuleSurvivors())
+    blocks[survivor.place] += survivor.blocks;
   return blocks;
 }
 
@@ -45,8 +47,7 @@ struct Application::Impl {
   std::mutex misbehaviourMutex;
   std::vector<std::string> misbehaviour;
   std::map<std::string, LLONG> blocksBefore = BlocksByPlace();
-  LLONG liveBlocksBefore = memory::LiveBlocks(), liveBytesBefore = memory::LiveBytes();
-  LLONG nodesBefore = LiveNodes();
+  LiveCounts before; ///< what an earlier application of this process left
   bool closed = false;
 
   Document* Adopt(Document* doc) {
@@ -54,7 +55,7 @@ struct Application::Impl {
     services.active = doc;
     return doc;
   }
-  void ReportSurvivors();
+  void FreeOwnPlugins();
 };
 
 Services& TheServices() {
@@ -93,6 +94,11 @@ Application::Application(const std::string& prefsFolder) : impl_(new Impl) {
     std::abort();
   }
   impl_->services.mainThread = std::this_thread::get_id();
+  impl_->before.nodes = LiveNodes();
+  impl_->before.bitmaps = Bitmap::Live();
+  impl_->before.files = liveFiles;
+  impl_->before.blocks = memory::LiveBlocks();
+  impl_->before.bytes = memory::LiveBytes();
   application = this;
   services = &impl_->services;
   memory::SetFaults(&impl_->faults);
@@ -119,26 +125,41 @@ std::vector<std::string> Application::Close() {
   UnloadModules();
   std::string error;
   if (!impl_->services.worldData.Save(&error)) impl_->console.Print(error);
-  impl_->ReportSurvivors();
+  impl_->FreeOwnPlugins();
+  ReportSurvivors();
   memory::SetFaults(nullptr);
-  impl_->services.plugins.Remove(std::string());
   return {impl_->misbehaviour.begin() + (std::ptrdiff_t)before, impl_->misbehaviour.end()};
 }
 
-void Application::Impl::ReportSurvivors() {
-  for (const Plugin& plugin : services.plugins.All()) {
-    // Only plug-ins of this program itself are left now.
+/** Only plug-ins of this program itself are left then. */
+void Application::Impl::FreeOwnPlugins() {
+  for (const Plugin& plugin : services.plugins.All())
     for (std::vector<Node*> nodes = NodesOfPlugin(plugin); !nodes.empty(); nodes = NodesOfPlugin(plugin)) {
       ReportModule("a node of type " + std::to_string(plugin.id) + " is still alive at the end");
       FreeNode(nodes.front());
     }
-  }
-  if (LiveNodes() > nodesBefore)
-    ReportModule(std::to_string(LiveNodes() - nodesBefore) + " nodes that lie in no document are still alive at the end");
+  services.plugins.Remove(std::string());
+}
+
+void Application::ReportSurvivors() const {
+  const LiveCounts live = Live();
+  const struct {
+    LLONG count;
+    const char* what;
+  } kinds[] = {{live.nodes, "nodes that lie in no document"},
+               {live.bitmaps, "bitmaps"},
+               {live.files, "files"},
+               {live.factories, "program factories"},
+               {live.vertexBuffers, "vertex buffers"}};
+  for (const auto& kind : kinds)
+    if (kind.count > 0)
+      ReportModule(std::to_string(kind.count) + " " + kind.what + " are still alive at the end");
   for (const auto& place : BlocksByPlace()) {
-    const auto old = blocksBefore.find(place.first);
-    const LLONG more = place.second - (old == blocksBefore.end() ? 0 : old->second);
-    if (more > 0) ReportModule(std::to_string(more) + " blocks of host memory asked for at " + place.first + " were never freed");
+    const auto old = impl_->blocksBefore.find(place.first);
+    const LLONG more = place.second - (old == impl_->blocksBefore.end() ? 0 : old->second);
+    if (more > 0)
+      ReportModule(std::to_string(more) + " blocks of host memory asked for at " + place.first +
+                   " were never freed");
   }
 }
 
@@ -157,7 +178,8 @@ bool Application::LoadModule(const std::string& path, std::string* error) {
 }
 
 void Application::UnloadModules() {
-  for (auto at = impl_->modules.rbegin(); at != impl_->modules.rend(); ++at) (*at)->SendMessage(C4DPL_ENDACTIVITY);
+  for (auto at = impl_->modules.rbegin(); at != impl_->modules.rend(); ++at)
+    (*at)->SendMessage(C4DPL_ENDACTIVITY);
   while (!impl_->modules.empty()) impl_->modules.pop_back();
 }
 
@@ -182,7 +204,8 @@ const std::vector<PluginInfo>& Application::Plugins() const {
 
 const PluginInfo* Application::FindByDescription(const std::string& description) const {
   const std::vector<PluginInfo>& all = Plugins();
-  const auto found = std::find_if(all.begin(), all.end(), [&](const PluginInfo& p) { return p.description == description; });
+  const auto found =
+      std::find_if(all.begin(), all.end(), [&](const PluginInfo& p) { return p.description == description; });
   return found == all.end() || description.empty() ? nullptr : &*found;
 }
 
@@ -218,7 +241,8 @@ LONG Application::FindParameter(BaseList2D* node, const std::string& name) const
   return parameter ? parameter->id : -1;
 }
 
-bool Application::SetParameterFromText(BaseList2D* api, LONG id, const std::string& value, std::string* error) {
+bool Application::SetParameterFromText(BaseList2D* api, LONG id, const std::string& value,
+                                       std::string* error) {
   Node& node = *host::Impl(api);
   const resource::Description* description = FindDescription(node);
   const resource::Parameter* parameter = description ? description->FindParameter(id) : nullptr;
@@ -260,14 +284,14 @@ BaseObject* CreateObjectFromMenu(BaseDocument* api, LONG type) {
 
 LiveCounts Application::Live() const {
   LiveCounts counts;
-  counts.nodes = LiveNodes() - impl_->nodesBefore;
+  counts.nodes = LiveNodes() - impl_->before.nodes;
   counts.nodeData = LiveNodeData();
-  counts.bitmaps = Bitmap::Live();
-  counts.files = 0;
+  counts.bitmaps = Bitmap::Live() - impl_->before.bitmaps;
+  counts.files = liveFiles - impl_->before.files;
   counts.factories = LiveGlObjects().factories;
   counts.vertexBuffers = LiveGlObjects().vertexBuffers;
-  counts.blocks = memory::LiveBlocks() - impl_->liveBlocksBefore;
-  counts.bytes = memory::LiveBytes() - impl_->liveBytesBefore;
+  counts.blocks = memory::LiveBlocks() - impl_->before.blocks;
+  counts.bytes = memory::LiveBytes() - impl_->before.bytes;
   return counts;
 }
 

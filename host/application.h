@@ -1,6 +1,6 @@
-// The stand-in application as a library: what a driver (command line, tests) uses beside the plug-in interface
-// itself. A driver works with documents, objects, parameters and messages through "c4d.h", whose tables are this
-// application's own in this process, and with the services below.
+// The stand-in application as a library: what a driver (command line, tests) uses beside the plug-in
+// interface itself. A driver works with documents, objects, parameters and messages through "c4d.h", whose
+// tables are this application's own in this process, and with the services below.
 #pragma once
 
 #include "c4d.h"
@@ -28,7 +28,8 @@ struct PluginInfo {
 
 /** Objects alive, by class; all zero after the last document is closed and the modules are unloaded. */
 struct LiveCounts {
-  LLONG nodes = 0, nodeData = 0, bitmaps = 0, files = 0, factories = 0, vertexBuffers = 0, blocks = 0, bytes = 0;
+  LLONG nodes = 0, nodeData = 0, bitmaps = 0, files = 0, factories = 0, vertexBuffers = 0, blocks = 0,
+        bytes = 0;
 };
 
 /**
@@ -45,8 +46,8 @@ public:
   Application& operator=(const Application&) = delete;
   static Application& Get();
   /**
-   * What the destructor does first: closes documents, ends modules, saves preferences. Returns what was found alive or
-   * broken meanwhile; the destructor writes these lines to standard error when nobody asked here.
+   * What the destructor does first: closes documents, ends modules, saves preferences. Returns what was found
+   * alive or broken meanwhile; the destructor writes these lines to standard error when nobody asked here.
    */
   std::vector<std::string> Close();
 
@@ -66,19 +67,20 @@ public:
   void CloseDocument(BaseDocument* doc);
 
   /**
-   * Writes a scene to a temporary file beside path and renames it: an interrupted or failed save leaves the old
-   * file as it was. False with one line naming file, place and reason.
+   * Writes a scene to a temporary file beside path and renames it: an interrupted or failed save leaves the
+   * old file as it was. False with one line naming file, place and reason.
    */
   bool SaveScene(BaseDocument* doc, const std::string& path, std::string* error);
   /** NULL with one line; nothing loaded before is touched. The new document becomes the active one. */
   BaseDocument* LoadScene(const std::string& path, std::string* error);
 
   /**
-   * Number of a parameter of a node by its identifier in the node's description: full (DEMO_POINT_SIZE), or its end
-   * after the first underscore in any case (point_size). -1 when there is none.
+   * Number of a parameter of a node by its identifier in the node's description: full (DEMO_POINT_SIZE), or
+   * its end after the first underscore in any case (point_size). -1 when there is none.
    */
   LONG FindParameter(BaseList2D* node, const std::string& name) const;
-  /** Sets a parameter from text by its type in the description. False with one line naming value and range. */
+  /** Sets a parameter from text by its type in the description. False with one line naming value and range.
+   */
   bool SetParameterFromText(BaseList2D* node, LONG id, const std::string& value, std::string* error);
   /** Presses a button: MSG_DESCRIPTION_COMMAND with that id. */
   void PressButton(BaseList2D* node, LONG id);
@@ -97,12 +99,14 @@ public:
 
 private:
   struct Impl;
+  void ReportSurvivors() const;
+
   std::unique_ptr<Impl> impl_;
 };
 
 /**
- * A new object as from the application's menu: it hears MSG_MENUPREPARE with the document, is inserted on top under a name
- * of its own and selected, as one undo step. NULL when the type is unknown or refuses.
+ * A new object as from the application's menu: it hears MSG_MENUPREPARE with the document, is inserted on top
+ * under a name of its own and selected, as one undo step. NULL when the type is unknown or refuses.
  */
 BaseObject* CreateObjectFromMenu(BaseDocument* doc, LONG type);
 

@@ -66,8 +66,10 @@ void Console::DrawProgress() {
   if (!showProgress_ || !terminal) return;
   const std::lock_guard<std::mutex> lock(mutex_);
   const int full = percent_ * kBarWidth / 100;
-  const std::string bar = std::string((std::size_t)full, '#') + std::string((std::size_t)(kBarWidth - full), '.');
-  std::fprintf(stderr, "\r\x1b[K[%s] %3d %% %s", bar.c_str(), percent_, statusTexts_.empty() ? "" : statusTexts_.back().c_str());
+  const std::string bar =
+      std::string((std::size_t)full, '#') + std::string((std::size_t)(kBarWidth - full), '.');
+  std::fprintf(stderr, "\r\x1b[K[%s] %3d %% %s", bar.c_str(), percent_,
+               statusTexts_.empty() ? "" : statusTexts_.back().c_str());
   std::fflush(stderr);
   drawn_ = true;
 }

@@ -11,11 +11,16 @@ GEMB_R Confirmation(GEMB flags) {
 
 std::string Name(GEMB_R answer) {
   switch (answer) {
-  case GEMB_R_OK: return "ok";
-  case GEMB_R_CANCEL: return "cancel";
-  case GEMB_R_YES: return "yes";
-  case GEMB_R_NO: return "no";
-  default: return "";
+  case GEMB_R_OK:
+    return "ok";
+  case GEMB_R_CANCEL:
+    return "cancel";
+  case GEMB_R_YES:
+    return "yes";
+  case GEMB_R_NO:
+    return "no";
+  default:
+    return "";
   }
 }
 
@@ -35,7 +40,8 @@ void Dialogs::Clear() {
   shown_.clear();
 }
 
-bool Dialogs::SelectFile(FILESELECT kind, const std::string& title, const std::string& forceSuffix, std::string* path) {
+bool Dialogs::SelectFile(FILESELECT kind, const std::string& title, const std::string& forceSuffix,
+                         std::string* path) {
   DialogRecord record;
   record.file = true;
   record.kind = kind;

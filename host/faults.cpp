@@ -11,17 +11,23 @@ const struct {
   const char* name;
   Fault fault;
 } kNames[] = {
-    {"allocation", Fault::Allocation},         {"largeblock", Fault::LargeBlock},
-    {"registration", Fault::Registration},     {"vertexbuffer", Fault::VertexBuffer},
-    {"programfactory", Fault::ProgramFactory}, {"temporaryblock", Fault::TemporaryBlock},
-    {"subbuffer", Fault::SubBuffer},           {"compile", Fault::Compile},
-    {"write", Fault::FileWrite},               {"userbreak", Fault::UserBreak},
+    {"allocation", Fault::Allocation},
+    {"largeblock", Fault::LargeBlock},
+    {"registration", Fault::Registration},
+    {"vertexbuffer", Fault::VertexBuffer},
+    {"programfactory", Fault::ProgramFactory},
+    {"temporaryblock", Fault::TemporaryBlock},
+    {"subbuffer", Fault::SubBuffer},
+    {"compile", Fault::Compile},
+    {"write", Fault::FileWrite},
+    {"userbreak", Fault::UserBreak},
 };
 static_assert(sizeof kNames / sizeof kNames[0] == (std::size_t)Fault::Count, "every fault has a name");
 
 /** Digits only, 1 and above. */
 bool ParseCount(const std::string& text, long long* number) {
-  if (text.empty() || text.size() > 18 || text.find_first_not_of("0123456789") != std::string::npos) return false;
+  if (text.empty() || text.size() > 18 || text.find_first_not_of("0123456789") != std::string::npos)
+    return false;
   *number = std::atoll(text.c_str());
   return *number >= 1;
 }
@@ -55,7 +61,8 @@ bool Faults::Parse(const std::string& text, std::string* error) {
     const std::string numbers = text.substr(prefix.size());
     const std::size_t colon = numbers.find(':');
     long long n = 0, times = 1;
-    if (ParseCount(numbers.substr(0, colon), &n) && (colon == std::string::npos || ParseCount(numbers.substr(colon + 1), &times))) {
+    if (ParseCount(numbers.substr(0, colon), &n) &&
+        (colon == std::string::npos || ParseCount(numbers.substr(colon + 1), &times))) {
       FailAt(entry.fault, n, times);
       return true;
     }

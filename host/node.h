@@ -1,7 +1,9 @@
-// Nodes of documents: what the opaque pointers of the plug-in interface point to in this host. Main thread only.
+// Nodes of documents: what the opaque pointers of the plug-in interface point to in this host. Main thread
+// only.
 //
-// A node lies in one list of its owner (an object's children or tags, a document's objects, render settings' video
-// posts...) or in none, and then belongs to whoever made it. Lists own their nodes: FreeNode takes what lies below too.
+// A node lies in one list of its owner (an object's children or tags, a document's objects, render settings'
+// video posts...) or in none, and then belongs to whoever made it. Lists own their nodes: FreeNode takes what
+// lies below too.
 #pragma once
 
 #include "c4d.h"
@@ -115,7 +117,7 @@ struct Document : Node {
   ~Document() override;
 
   NodeList objects{this}, renderSettings{this}, hooks{this};
-  LULONG activeObject = 0; ///< link id
+  LULONG activeObject = 0;               ///< link id
   std::array<BaseContainer, 3> settings; ///< by DOCUMENTSETTINGS
   std::string path;                      ///< of the file, UTF-8; empty before it was saved
   std::unique_ptr<UndoHistory> undo;
@@ -125,27 +127,59 @@ struct Document : Node {
 };
 
 // Between the interface's pointers and nodes; NULL stays NULL.
-inline Node* Impl(C4DAtom* node) { return reinterpret_cast<Node*>(node); }
-inline const Node* Impl(const C4DAtom* node) { return reinterpret_cast<const Node*>(node); }
-inline Object* Impl(BaseObject* op) { return reinterpret_cast<Object*>(op); }
-inline const Object* Impl(const BaseObject* op) { return reinterpret_cast<const Object*>(op); }
-inline Tag* Impl(BaseTag* tag) { return reinterpret_cast<Tag*>(tag); }
-inline VideoPost* Impl(BaseVideoPost* vp) { return reinterpret_cast<VideoPost*>(vp); }
-inline RenderSettings* Impl(RenderData* rd) { return reinterpret_cast<RenderSettings*>(rd); }
-inline Document* Impl(BaseDocument* doc) { return reinterpret_cast<Document*>(doc); }
-inline const Document* Impl(const BaseDocument* doc) { return reinterpret_cast<const Document*>(doc); }
+inline Node* Impl(C4DAtom* node) {
+  return reinterpret_cast<Node*>(node);
+}
+inline const Node* Impl(const C4DAtom* node) {
+  return reinterpret_cast<const Node*>(node);
+}
+inline Object* Impl(BaseObject* op) {
+  return reinterpret_cast<Object*>(op);
+}
+inline const Object* Impl(const BaseObject* op) {
+  return reinterpret_cast<const Object*>(op);
+}
+inline Tag* Impl(BaseTag* tag) {
+  return reinterpret_cast<Tag*>(tag);
+}
+inline VideoPost* Impl(BaseVideoPost* vp) {
+  return reinterpret_cast<VideoPost*>(vp);
+}
+inline RenderSettings* Impl(RenderData* rd) {
+  return reinterpret_cast<RenderSettings*>(rd);
+}
+inline Document* Impl(BaseDocument* doc) {
+  return reinterpret_cast<Document*>(doc);
+}
+inline const Document* Impl(const BaseDocument* doc) {
+  return reinterpret_cast<const Document*>(doc);
+}
 
-inline BaseList2D* Api(Node* node) { return reinterpret_cast<BaseList2D*>(node); }
-inline BaseObject* Api(Object* op) { return reinterpret_cast<BaseObject*>(op); }
-inline BaseTag* Api(Tag* tag) { return reinterpret_cast<BaseTag*>(tag); }
-inline BaseVideoPost* Api(VideoPost* vp) { return reinterpret_cast<BaseVideoPost*>(vp); }
-inline BaseSceneHook* Api(SceneHook* hook) { return reinterpret_cast<BaseSceneHook*>(hook); }
-inline RenderData* Api(RenderSettings* rd) { return reinterpret_cast<RenderData*>(rd); }
-inline BaseDocument* Api(Document* doc) { return reinterpret_cast<BaseDocument*>(doc); }
+inline BaseList2D* Api(Node* node) {
+  return reinterpret_cast<BaseList2D*>(node);
+}
+inline BaseObject* Api(Object* op) {
+  return reinterpret_cast<BaseObject*>(op);
+}
+inline BaseTag* Api(Tag* tag) {
+  return reinterpret_cast<BaseTag*>(tag);
+}
+inline BaseVideoPost* Api(VideoPost* vp) {
+  return reinterpret_cast<BaseVideoPost*>(vp);
+}
+inline BaseSceneHook* Api(SceneHook* hook) {
+  return reinterpret_cast<BaseSceneHook*>(hook);
+}
+inline RenderData* Api(RenderSettings* rd) {
+  return reinterpret_cast<RenderData*>(rd);
+}
+inline BaseDocument* Api(Document* doc) {
+  return reinterpret_cast<BaseDocument*>(doc);
+}
 
 /**
- * A new node in no list: its plug-in's data is made, attached and initialised, which fills the container. NULL when the
- * type is unknown, when memory is refused, or when Init fails.
+ * A new node in no list: its plug-in's data is made, attached and initialised, which fills the container.
+ * NULL when the type is unknown, when memory is refused, or when Init fails.
  */
 Node* MakeNode(NodeKind kind, LONG type);
 /** True for the host's own types and those of registered plug-ins. */
@@ -154,7 +188,8 @@ bool IsKnownType(NodeKind kind, LONG type);
 Node* MakePlaceholder(NodeKind kind, LONG type);
 /** A new document with one set of render settings and one instance of each registered scene hook. */
 Document* MakeDocument();
-/** Takes the node out of its list and frees it with all below; plug-in data first hears Free. NULL is allowed. */
+/** Takes the node out of its list and frees it with all below; plug-in data first hears Free. NULL is
+ * allowed. */
 void FreeNode(Node* node);
 
 /** The lists of a node in the order in which they are saved; caches are not among them. */

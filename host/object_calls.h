@@ -10,7 +10,8 @@ void GetObjectBox(BaseObject* op, Vector* centre, Vector* halfSize);
 /** Has an object draw itself in a view; DRAWRESULT_SKIP for types that draw nothing. */
 DRAWRESULT DrawObject(BaseObject* op, DRAWPASS pass, BaseDraw* view, BaseDrawHelp* help);
 /**
- * Has a generator build its cache again when it is out of date; the object owns the result. NULL for what builds nothing.
+ * Has a generator build its cache again when it is out of date; the object owns the result. NULL for what
+ * builds nothing.
  */
 BaseObject* UpdateCache(BaseObject* op, BaseDocument* doc, BUILDFLAGS flags);
 

@@ -1,16 +1,16 @@
 // How the host's functions get into the tables that modules call.
 //
-// Each table is bound in one file: a struct with a static function for every entry that is implemented, named and typed
-// as in sdk/tables/<name>.inc, and after it, in namespace host:
+// Each table is bound in one file: a struct with a static function for every entry that is implemented, named
+// and typed as in sdk/tables/<name>.inc, and after it, in namespace host:
 //
 //     namespace { struct HfEntries { static Bool Close(HyperFile* hf) {...} ... }; }
 //     HOST_BIND_HF(HfEntries)
 //
-// This defines kHfTable, constant-initialised. An entry without a function ends the program with its name. Each function
-// runs behind a fence: an exception is reported as the host's misbehaviour and the caller gets R{}. It counts as the
-// host's own work; one that is noexcept counts as its caller's, as memory does. A struct that says
-// `static constexpr bool kMainThread = true;` has all its entries report calls from other threads; functions that alone
-// are the main thread's call RequireMainThread themselves.
+// This defines kHfTable, constant-initialised. An entry without a function ends the program with its name.
+// Each function runs behind a fence: an exception is reported as the host's misbehaviour and the caller gets
+// R{}. It counts as the host's own work; one that is noexcept counts as its caller's, as memory does. A
+// struct that says `static constexpr bool kMainThread = true;` has all its entries report calls from other
+// threads; functions that alone are the main thread's call RequireMainThread themselves.
 #pragma once
 
 #include "c4d_os.h"

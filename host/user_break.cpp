@@ -45,7 +45,8 @@ Work* Work::Current() {
 }
 
 bool Work::TestBreak() const {
-  if (!stopped_ && (Interrupted() || (FindServices() && Application::Get().GetFaults().Strikes(Fault::UserBreak))))
+  if (!stopped_ &&
+      (Interrupted() || (FindServices() && Application::Get().GetFaults().Strikes(Fault::UserBreak))))
     stopped_ = true;
   return stopped_;
 }

@@ -3,7 +3,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 deps=build/deps
-wanted=lidR/inst/extdata/MixedConifer.laz
+wanted=lidR/inst/extdata/Megaplot.laz
 sample=$deps/$(basename "$wanted")
 mkdir -p "$deps"
 if [ ! -s "$sample" ]; then

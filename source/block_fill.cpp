@@ -2,29 +2,45 @@
 
 namespace kelvra {
 
+namespace {
+
+/** Smallest and largest value so far; kept in registers by the loop that owns it. */
+struct Range {
+  SReal low, high;
+  explicit Range(SReal first) : low(first), high(first) {}
+  void Add(SReal v) {
+    low = v < low ? v : low;
+    high = v > high ? v : high;
+  }
+};
+
+} // namespace
+
 Bool FillBlock(const SourceRecord* records, LONG count, LONG colorMultiplier, PointBlock& block) {
   if (!block.Allocate(count)) return FALSE;
   SReal *position = block.positions, *color = block.colors;
   UWORD *channel = block.attrib3, *flag = block.attrib1;
-  SReal low[3] = {(SReal)records[0].x, (SReal)records[0].z, (SReal)records[0].y};
-  SReal high[3] = {low[0], low[1], low[2]};
+  // The file's z is the host's y.
+  Range x((SReal)records[0].x), y((SReal)records[0].z), z((SReal)records[0].y);
   for (LONG i = 0; i < count; ++i, position += 3, color += 3, channel += 3) {
     const SourceRecord& record = records[i];
-    position[0] = (SReal)record.x;
-    position[1] = (SReal)record.z;
-    position[2] = (SReal)record.y;
-    for (LONG axis = 0; axis < 3; ++axis) {
-      low[axis] = position[axis] < low[axis] ? position[axis] : low[axis];
-      high[axis] = position[axis] > high[axis] ? position[axis] : high[axis];
-      color[axis] = (SReal)record.second[axis];
-    }
-    channel[0] = (UWORD)(record.r * colorMultiplier);
-    channel[1] = (UWORD)(record.g * colorMultiplier);
-    channel[2] = (UWORD)(record.b * colorMultiplier);
+    const SReal px = (SReal)record.x, py = (SReal)record.z, pz = (SReal)record.y;
+    position[0] = px;
+    position[1] = py;
+    position[2] = pz;
+    x.Add(px);
+    y.Add(py);
+    z.Add(pz);
+    color[0] = (SReal)record.second[0];
+    color[1] = (SReal)record.second[1];
+    color[2] = (SReal)record.second[2];
+    channel[0] = (UWORD)((ULONG)record.r * (ULONG)colorMultiplier);
+    channel[1] = (UWORD)((ULONG)record.g * (ULONG)colorMultiplier);
+    channel[2] = (UWORD)((ULONG)record.b * (ULONG)colorMultiplier);
     flag[i] = record.flag;
   }
-  block.bboxMin = LVector(low[0], low[1], low[2]);
-  block.bboxMax = LVector(high[0], high[1], high[2]);
+  block.bboxMin = LVector(x.low, y.low, z.low);
+  block.bboxMax = LVector(x.high, y.high, z.high);
   block.bboxValid = 1;
   return TRUE;
 }

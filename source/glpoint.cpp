@@ -17,6 +17,18 @@ void Describe(GlVertexBufferVectorInfo& vector, const char* name, VLONG offset, 
   vector.nAttribLocation = location;
 }
 
+/** A text that was refused memory is empty. */
+Bool IsComplete(const VertexSet& set) {
+  for (const GlVertexBufferVectorInfo& vector : set.vectors)
+    if (vector.strType.GetLength() == 0 || vector.strName.GetLength() == 0) return FALSE;
+  return TRUE;
+}
+Bool IsComplete(const InputSet& set) {
+  for (const GlVertexBufferAttributeInfo& input : set.inputs)
+    if (input.strDeclaration.GetLength() == 0 || input.strName.GetLength() == 0) return FALSE;
+  return TRUE;
+}
+
 VertexSet* MakeVertexSet(LONG everyNth) {
   VertexSet* set = gNew VertexSet;
   if (!set) return NULL;
@@ -51,7 +63,9 @@ Bool BuildPointDescriptions() {
   descriptions.half = MakeVertexSet(2);
   descriptions.quarter = MakeVertexSet(4);
   descriptions.inputs = MakeInputSet();
-  return descriptions.full && descriptions.half && descriptions.quarter && descriptions.inputs;
+  if (!descriptions.full || !descriptions.half || !descriptions.quarter || !descriptions.inputs) return FALSE;
+  return IsComplete(*descriptions.full) && IsComplete(*descriptions.half) &&
+         IsComplete(*descriptions.quarter) && IsComplete(*descriptions.inputs);
 }
 
 void FreePointDescriptions() {

@@ -45,19 +45,31 @@ PointHeader PointMapping::Fitted(const PointHeader& header, LReal size) {
   PointHeader fitted = header;
   const LReal finiteSize = FiniteOr(size, 0.0), scale = FitScale(header, finiteSize);
   const LReal depth = FiniteOr(Width(header.slots[kSlotMinY], header.slots[kSlotMaxY]) * scale, 0.0);
+  const LReal height = Width(header.slots[kSlotMinHeight], header.slots[kSlotMaxHeight]) * scale;
   fitted.slots[kSlotExtentX] = finiteSize;
   fitted.slots[kSlotOffsetX] = -finiteSize / 2.0;
   fitted.slots[kSlotExtentZ] = depth;
   fitted.slots[kSlotOffsetZ] = -depth / 2.0;
-  fitted.slots[kSlotScaleHeight] = scale;
+  fitted.slots[kSlotScaleHeight] = std::isfinite(height) ? scale : 0.0;
   return fitted;
+}
+
+AxisMap::AxisMap(LReal lowest, LReal width, LReal displayExtent, LReal displayOffset) {
+  if (width == 0.0) {
+    offset = displayOffset + displayExtent * 0.5;
+    return;
+  }
+  low = lowest;
+  range = width;
+  extent = displayExtent;
+  offset = displayOffset;
 }
 
 PointMapping::PointMapping(const PointHeader& header, LReal size) : mapped_(header.key != 0) {
   const PointHeader fitted = Fitted(header, size);
   const LReal* s = fitted.slots;
-  x_ = {s[kSlotMinX], Width(s[kSlotMinX], s[kSlotMaxX]), s[kSlotExtentX], s[kSlotOffsetX]};
-  z_ = {s[kSlotMinY], Width(s[kSlotMinY], s[kSlotMaxY]), s[kSlotExtentZ], s[kSlotOffsetZ]};
+  x_ = AxisMap(s[kSlotMinX], Width(s[kSlotMinX], s[kSlotMaxX]), s[kSlotExtentX], s[kSlotOffsetX]);
+  z_ = AxisMap(s[kSlotMinY], Width(s[kSlotMinY], s[kSlotMaxY]), s[kSlotExtentZ], s[kSlotOffsetZ]);
   lowest_ = FiniteOr(s[kSlotMinHeight], 0.0);
   scale_ = s[kSlotScaleHeight];
 }

@@ -40,25 +40,30 @@ struct PointHeader {
  */
 LReal FitScale(const PointHeader& header, LReal size);
 
-/** One axis: (v - low) / (high - low) * extent + offset; a source range without width maps to the middle. */
+/**
+ * One axis: (v - low) / (high - low) * extent + offset, computed in this order so that every part of the system
+ * gets the same bits. A source range without width maps every finite v to the middle.
+ */
 struct AxisMap {
-  LReal low, range, extent, offset;
-  LReal Map(LReal v) const {
-    return range == 0.0 ? offset + extent * 0.5 : (v - low) / range * extent + offset;
-  }
+  LReal low = 0.0, range = 1.0, extent = 0.0, offset = 0.0;
+  AxisMap() {}
+  AxisMap(LReal lowest, LReal width, LReal displayExtent, LReal displayOffset);
+  LReal Map(LReal v) const { return (v - low) / range * extent + offset; }
 };
 
 /**
  * The mapping of one block at one object size, prepared once per block. Height maps with the fit scale from
- * the lowest point up: y' = (y - slot 11) * slot 15.
+ * the lowest point up: y' = (y - slot 11) * slot 15. Positions within the header's bounds map to finite ones,
+ * whatever the bounds are.
  */
 class PointMapping {
 public:
   /** Without a key every position stays as it is. */
   PointMapping(const PointHeader& header, LReal size);
   /** Stored (x, height, y) to display coordinates (x, up, north). */
-  Vector Map(const SReal* p) const {
-    if (!mapped_) return Vector(p[0], p[1], p[2]);
+  Vector Map(const SReal* p) const { return mapped_ ? MapFitted(p) : Vector(p[0], p[1], p[2]); }
+  /** The same for loops that asked IsIdentity before. */
+  Vector MapFitted(const SReal* p) const {
     return Vector(x_.Map(p[0]), ((LReal)p[1] - lowest_) * scale_, z_.Map(p[2]));
   }
   bool IsIdentity() const { return !mapped_; }

@@ -5,6 +5,9 @@ namespace kelvra {
 namespace {
 
 const LReal kFullChannel = 65535.0;
+/** Narrowed to 32 bits, a 16-bit channel times this is the channel divided by kFullChannel, for all 65,536. */
+const LReal kPerFullChannel = 1.0 / kFullChannel;
+const LONG kVertexFloats = 6;
 
 template <class T>
 Bool WriteAll(const GeDynamicArray<T>& elements, HyperFile* hf) {
@@ -14,22 +17,37 @@ Bool WriteAll(const GeDynamicArray<T>& elements, HyperFile* hf) {
   return TRUE;
 }
 
-/** Elements are appended as they are read: a count from a file never sizes an allocation. */
+/**
+ * Elements are appended as they are read: a count from a file never sizes an allocation. The array grows in
+ * steps of half its length, so that many small elements cost no more than their reading.
+ */
 template <class T>
 Bool ReadAll(GeDynamicArray<T>& elements, HyperFile* hf, LONG level) {
   LONG count = 0;
+  const VLONG usualStep = elements.GetBlockSize();
   elements.FreeArray();
   if (!hf->ReadLong(&count) || count < 0) return FALSE;
-  for (LONG i = 0; i < count; ++i)
-    if (!elements.ReSize(i + 1) || !elements[i].Read(hf, level)) return FALSE;
+  for (LONG i = 0; i < count; ++i) {
+    elements.SetBlockSize(usualStep > i / 2 ? usualStep : i / 2);
+    const Bool grown = elements.Push(T());
+    elements.SetBlockSize(usualStep);
+    if (!grown || !elements[i].Read(hf, level)) return FALSE;
+  }
   return TRUE;
 }
 
+/**
+ * When an element fails, the elements before it stay, and so does the failed one if it can hold part of its own:
+ * no empty block is left behind, which could never be saved.
+ */
 template <class T>
-Bool CopyAll(const GeDynamicArray<T>& from, GeDynamicArray<T>& to) {
+Bool CopyAll(const GeDynamicArray<T>& from, GeDynamicArray<T>& to, Bool keepFailed) {
   if (!to.ReScope(from.GetCount())) return FALSE;
   for (VLONG i = 0; i < from.GetCount(); ++i)
-    if (!from[i].CopyTo(to[i])) return FALSE;
+    if (!from[i].CopyTo(to[i])) {
+      to.ReSize(keepFailed ? i + 1 : i);
+      return FALSE;
+    }
   return TRUE;
 }
 
@@ -42,7 +60,7 @@ Bool PointGroup::Write(HyperFile* hf) const {
   return WriteAll(blocks, hf);
 }
 Bool PointGroup::CopyTo(PointGroup& dest) const {
-  return CopyAll(blocks, dest.blocks);
+  return &dest == this || CopyAll(blocks, dest.blocks, FALSE);
 }
 
 Bool PointStore::Read(HyperFile* hf, LONG level) {
@@ -54,7 +72,7 @@ Bool PointStore::Write(HyperFile* hf) const {
 }
 Bool PointStore::CopyTo(PointStore& dest) const {
   dest.uploadFlag = 1;
-  return &dest == this || CopyAll(groups, dest.groups);
+  return &dest == this || CopyAll(groups, dest.groups, TRUE);
 }
 
 void GrowingBox::Add(const Vector& p) {
@@ -66,6 +84,8 @@ void GrowingBox::Add(const Vector& p) {
 }
 
 Bool PointStore::Merge(PointGroup& group) {
+  for (VLONG b = group.blocks.GetCount() - 1; b >= 0; --b)
+    if (group.blocks[b].count < 1) group.blocks.Remove(b);
   const VLONG last = groups.GetCount();
   if (!groups.ReSize(last + 1)) return FALSE;
   groups[last] = static_cast<PointGroup&&>(group);
@@ -139,35 +159,66 @@ LONG PointStore::ExportColors(Vector* dest, LONG count) const {
   });
 }
 
+namespace {
+
+/** Smallest and largest value so far; kept in registers by the loop that owns it. */
+struct Range {
+  SReal low, high;
+  void Start(SReal v) { low = high = v; }
+  void Add(SReal v) {
+    low = v < low ? v : low;
+    high = v > high ? v : high;
+  }
+};
+
+/** The records of one run of points, at least one; place gives a stored position's x, y and z. */
+template <class Place>
+void FillRun(const PointBlock& block, LONG count, SReal* record, GrowingBox* box, Place place) {
+  const SReal* stored = block.positions;
+  const UWORD* channel = block.attrib3;
+  Range x, y, z;
+  place(stored, record);
+  x.Start(record[0]);
+  y.Start(record[1]);
+  z.Start(record[2]);
+  for (LONG i = 0; i < count; ++i, stored += 3, channel += 3, record += kVertexFloats) {
+    SReal p[3];
+    place(stored, p);
+    x.Add(p[0]);
+    y.Add(p[1]);
+    z.Add(p[2]);
+    record[0] = p[0];
+    record[1] = p[1];
+    record[2] = p[2];
+    record[3] = (SReal)(channel[0] * kPerFullChannel);
+    record[4] = (SReal)(channel[1] * kPerFullChannel);
+    record[5] = (SReal)(channel[2] * kPerFullChannel);
+  }
+  box->Add(Vector(x.low, y.low, z.low));
+  box->Add(Vector(x.high, y.high, z.high));
+}
+
+} // namespace
+
 LONG PointStore::FillVertices(SReal* dest, LONG count, GrowingBox* box, LReal size) const {
   box->Reset();
   return ForEachBlock(count, [&](const PointBlock& block, LONG taken, LONG first) {
+    if (taken < 1) return;
     const PointMapping mapping(HeaderFor(block), size);
-    SReal low[3] = {MAXREALs, MAXREALs, MAXREALs}, high[3] = {MINREALs, MINREALs, MINREALs};
-    SReal* record = dest + (VLONG)first * 6;
-    for (LONG i = 0; i < taken; ++i, record += 6) {
-      const SReal* stored = block.positions + (VLONG)i * 3;
-      const UWORD* c = block.attrib3 + (VLONG)i * 3;
-      if (mapping.IsIdentity()) {
-        record[0] = stored[0];
-        record[1] = stored[1];
-        record[2] = stored[2];
-      } else {
-        const Vector p = mapping.Map(stored);
-        record[0] = (SReal)p.x;
-        record[1] = (SReal)p.y;
-        record[2] = (SReal)p.z;
-      }
-      for (LONG axis = 0; axis < 3; ++axis) {
-        record[3 + axis] = (SReal)(c[axis] / kFullChannel);
-        low[axis] = record[axis] < low[axis] ? record[axis] : low[axis];
-        high[axis] = record[axis] > high[axis] ? record[axis] : high[axis];
-      }
-    }
-    if (taken > 0) {
-      box->Add(Vector(low[0], low[1], low[2]));
-      box->Add(Vector(high[0], high[1], high[2]));
-    }
+    SReal* record = dest + (VLONG)first * kVertexFloats;
+    if (mapping.IsIdentity())
+      FillRun(block, taken, record, box, [](const SReal* stored, SReal* p) {
+        p[0] = stored[0];
+        p[1] = stored[1];
+        p[2] = stored[2];
+      });
+    else
+      FillRun(block, taken, record, box, [mapping](const SReal* stored, SReal* p) {
+        const Vector shown = mapping.MapFitted(stored);
+        p[0] = (SReal)shown.x;
+        p[1] = (SReal)shown.y;
+        p[2] = (SReal)shown.z;
+      });
   });
 }
 

@@ -36,10 +36,13 @@ public:
 
   Bool Read(HyperFile* hf, LONG level);
   Bool Write(HyperFile* hf) const;
-  /** FALSE when a resize or an element fails; elements copied so far stay in dest. */
+  /** FALSE when a resize or an element fails; the blocks copied so far stay in dest, no empty one does. */
   Bool CopyTo(PointStore& dest) const;
 
-  /** Takes the blocks of a group as one new group at the end; FALSE leaves both as they were. */
+  /**
+   * Takes the blocks of a group as one new group at the end; empty blocks are dropped, a store that holds one
+   * cannot be saved. FALSE when memory is refused: the points stay with the group.
+   */
   Bool Merge(PointGroup& group);
 
   /** Points in all blocks, at most 2^31 - 1. */

@@ -8,7 +8,8 @@
 namespace host {
 
 void* ReserveSpace(std::size_t size) {
-  void* space = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+  void* space =
+      mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
   if (space == MAP_FAILED) return nullptr;
   PreferLargePages(space, size);
   return space;

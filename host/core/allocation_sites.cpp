@@ -15,10 +15,12 @@ std::string Place(const char* file, int line) {
 } // namespace
 
 std::uint32_t AllocationSites::Find(const char* file, int line) {
-  const std::uint64_t hash = ((std::uint64_t)(std::uintptr_t)file + (std::uint64_t)line * 7919) * 0x9E3779B97F4A7C15ull;
+  const std::uint64_t hash =
+      ((std::uint64_t)(std::uintptr_t)file + (std::uint64_t)line * 7919) * 0x9E3779B97F4A7C15ull;
   std::atomic<std::uint32_t>& recent = recent_[hash >> 51];
   const std::uint32_t cached = recent.load(std::memory_order_acquire);
-  if (cached && sites_[cached].file.load(std::memory_order_relaxed) == file && sites_[cached].line == line) return cached;
+  if (cached && sites_[cached].file.load(std::memory_order_relaxed) == file && sites_[cached].line == line)
+    return cached;
   const std::uint32_t site = Add(file, line);
   recent.store(site, std::memory_order_release);
   return site;
@@ -39,7 +41,9 @@ std::uint32_t AllocationSites::Add(const char* file, int line) {
 void AllocationSites::ForEachLive(
     const std::function<void(const std::string& place, long long blocks, long long bytes)>& visit) const {
   for (std::uint32_t i = 0; i < kSites; ++i)
-    if (sites_[i].blocks > 0) visit(i ? sites_[i].place : "places beyond the first " + std::to_string(kSites), sites_[i].blocks, sites_[i].bytes);
+    if (sites_[i].blocks > 0)
+      visit(i ? sites_[i].place : "places beyond the first " + std::to_string(kSites), sites_[i].blocks,
+            sites_[i].bytes);
 }
 
 void AllocationSites::Forget() {

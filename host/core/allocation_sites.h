@@ -17,7 +17,8 @@ public:
     sites_[site].blocks.fetch_add(blocks, std::memory_order_relaxed);
     sites_[site].bytes.fetch_add(bytes, std::memory_order_relaxed);
   }
-  void ForEachLive(const std::function<void(const std::string& place, long long blocks, long long bytes)>& visit) const;
+  void ForEachLive(
+      const std::function<void(const std::string& place, long long blocks, long long bytes)>& visit) const;
   /** The names' memory is about to go: later places are new ones, even at the same address. */
   void Forget();
 

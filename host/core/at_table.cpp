@@ -25,7 +25,9 @@ struct AtEntries {
   static LONG GetType(const C4DAtom* node) { return Impl(node)->type; }
   static Bool IsInstanceOf(const C4DAtom* node, LONG type) { return host::IsInstanceOf(*Impl(node), type); }
   static Bool Message(C4DAtom* node, LONG type, void* data) { return SendMessage(*Impl(node), type, data); }
-  static C4DAtom* GetClone(C4DAtom* node, COPYFLAGS flags, AliasTrans*) { return Api(CloneNode(*Impl(node), flags)); }
+  static C4DAtom* GetClone(C4DAtom* node, COPYFLAGS flags, AliasTrans*) {
+    return Api(CloneNode(*Impl(node), flags));
+  }
   static Bool CopyTo(C4DAtom* node, C4DAtom* dest, COPYFLAGS flags, AliasTrans*) {
     return CopyNode(*Impl(node), *Impl(dest), flags);
   }

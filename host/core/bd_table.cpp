@@ -58,7 +58,8 @@ struct BdEntries {
     Node* node = FindNode(Impl(doc)->activeObject);
     return node && node->GetDocument() == Impl(doc) ? Api((Object*)node) : NULL;
   }
-  static void InsertObject(BaseDocument* doc, BaseObject* op, BaseObject* parent, BaseObject* pred, Bool checknames) {
+  static void InsertObject(BaseDocument* doc, BaseObject* op, BaseObject* parent, BaseObject* pred,
+                           Bool checknames) {
     if (op) PlaceObject(*Impl(doc), *Impl(op), Impl(parent), Impl(pred), checknames != FALSE);
   }
   static void SetActiveObject(BaseDocument* doc, BaseObject* op, LONG mode) {
@@ -78,8 +79,12 @@ struct BdEntries {
     return NULL;
   }
 
-  static Bool StartUndo(BaseDocument* doc) { return Checked(Impl(doc)->undo->Begin(), "StartUndo within an undo step"); }
-  static Bool EndUndo(BaseDocument* doc) { return Checked(Impl(doc)->undo->End(), "EndUndo without StartUndo"); }
+  static Bool StartUndo(BaseDocument* doc) {
+    return Checked(Impl(doc)->undo->Begin(), "StartUndo within an undo step");
+  }
+  static Bool EndUndo(BaseDocument* doc) {
+    return Checked(Impl(doc)->undo->End(), "EndUndo without StartUndo");
+  }
   static Bool AddUndo(BaseDocument* doc, UNDOTYPE type, void* data, Bool) {
     std::string why;
     if (!RequireMainThread("Bd::AddUndo")) return FALSE;
@@ -101,7 +106,9 @@ struct BdEntries {
     *path = Filename(FromUtf8(file.parent_path().u8string()));
     *name = Filename(FromUtf8(file.filename().u8string()));
   }
-  static BaseVideoPost* GetFirstVideoPost(RenderData* rd) { return Api((VideoPost*)Impl(rd)->videoPosts.first); }
+  static BaseVideoPost* GetFirstVideoPost(RenderData* rd) {
+    return Api((VideoPost*)Impl(rd)->videoPosts.first);
+  }
   static void InsertVideoPost(RenderData* rd, BaseVideoPost* vp, BaseVideoPost* pred) {
     if (!vp) return;
     Node* after = Impl(pred);

@@ -16,7 +16,9 @@ struct BmEntries {
   }
   static void Free(BaseBitmap* bmp) { delete Bitmap::From(bmp); }
   static IMAGERESULT Init(BaseBitmap* bmp, LONG x, LONG y, LONG) { return Bitmap::From(bmp)->Init(x, y); }
-  static IMAGERESULT Load(BaseBitmap* bmp, const Filename& name) { return Bitmap::From(bmp)->Load(Utf8(name)); }
+  static IMAGERESULT Load(BaseBitmap* bmp, const Filename& name) {
+    return Bitmap::From(bmp)->Load(Utf8(name));
+  }
   static void GetSize(const BaseBitmap* bmp, LONG* w, LONG* h) {
     *w = Bitmap::From(bmp)->Width();
     *h = Bitmap::From(bmp)->Height();

@@ -40,7 +40,9 @@ struct BoEntries {
     SetMl(op, up ? !up->Global() * m : m);
   }
   static BaseTag* GetFirstTag(BaseObject* op) { return Api((Tag*)Impl(op)->tags.first); }
-  static BaseTag* GetTag(BaseObject* op, LONG type, LONG nr) { return Api((Tag*)FindTag(*Impl(op), type, nr)); }
+  static BaseTag* GetTag(BaseObject* op, LONG type, LONG nr) {
+    return Api((Tag*)FindTag(*Impl(op), type, nr));
+  }
   static BaseTag* MakeTag(BaseObject* op, LONG type, BaseTag* pred) {
     Node* tag = MakeNode(NodeKind::Tag, type);
     if (tag) PlaceTag(*Impl(op), *tag, pred);
@@ -54,7 +56,9 @@ struct BoEntries {
   static BaseObject* GetCache(BaseObject* op, HierarchyHelp*) { return Api((Object*)Impl(op)->cache.first); }
   static BaseObject* GetDeformCache(BaseObject*) { return NULL; } // nothing deforms here
   static Bool CheckCache(BaseObject* op, HierarchyHelp*) { return NeedsCache(*Impl(op)); }
-  static Bool IsDirty(BaseObject* op, DIRTYFLAGS flags) { return DirtyCount(*Impl(op), flags) != Impl(op)->cacheState; }
+  static Bool IsDirty(BaseObject* op, DIRTYFLAGS flags) {
+    return DirtyCount(*Impl(op), flags) != Impl(op)->cacheState;
+  }
   static BaseThread* GetHelpThread(HierarchyHelp* hh) { return BuildHelp::From(hh)->work->Api(); }
   static BaseDocument* GetHelpDocument(HierarchyHelp* hh) { return Api(BuildHelp::From(hh)->document); }
   static BUILDFLAGS GetHelpFlags(HierarchyHelp* hh) { return BuildHelp::From(hh)->flags; }

@@ -14,7 +14,9 @@ namespace host {
 namespace {
 
 struct GeEntries {
-  static void* Alloc(VLONG size, LONG line, const CHAR* file) noexcept { return memory::Allocate(size, true, line, file); }
+  static void* Alloc(VLONG size, LONG line, const CHAR* file) noexcept {
+    return memory::Allocate(size, true, line, file);
+  }
   static void* AllocNC(VLONG size, LONG line, const CHAR* file) noexcept {
     return memory::Allocate(size, false, line, file);
   }
@@ -25,7 +27,8 @@ struct GeEntries {
 
   static void Assert(const CHAR* what, LONG line, const CHAR* file) {
     if (FindServices())
-      Application::Get().GetConsole().Print("assertion: " + std::string(what) + " (" + file + ":" + std::to_string(line) + ")");
+      Application::Get().GetConsole().Print("assertion: " + std::string(what) + " (" + file + ":" +
+                                            std::to_string(line) + ")");
   }
   static void ReportException(const CHAR* where, const CHAR* what) {
     ReportModule(std::string("an exception in ") + where + ": " + what);
@@ -62,7 +65,9 @@ struct GeEntries {
     return work ? work->Api() : NULL;
   }
   static Bool IsMainThread() { return std::this_thread::get_id() == TheServices().mainThread; }
-  static Bool TestBreak(const BaseThread* thread) { return thread ? Work::From(thread)->TestBreak() : Interrupted(); }
+  static Bool TestBreak(const BaseThread* thread) {
+    return thread ? Work::From(thread)->TestBreak() : Interrupted();
+  }
   static LONG GetCPUCount() { return (LONG)std::max(1u, std::thread::hardware_concurrency()); }
   static LReal GetMilliSeconds() {
     const auto now = std::chrono::steady_clock::now().time_since_epoch();
@@ -71,7 +76,9 @@ struct GeEntries {
   static LONG GetC4DVersion() { return API_VERSION; }
 
   static Bool RegisterPlugin(PLUGINTYPE type, LONG id, const String& str, const void* data, LONG datasize) {
-    if (!RequireMainThread("Ge::RegisterPlugin") || Application::Get().GetFaults().Strikes(Fault::Registration)) return FALSE;
+    if (!RequireMainThread("Ge::RegisterPlugin") ||
+        Application::Get().GetFaults().Strikes(Fault::Registration))
+      return FALSE;
     std::string why;
     if (TheServices().plugins.Register(type, id, str, data, datasize, &why)) return TRUE;
     ReportModule(why);

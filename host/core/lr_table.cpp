@@ -50,10 +50,13 @@ struct LrEntries {
   }
   static Bool LoadDescription(::Description* description, LONG id, const String& name) {
     DescriptionRequest& request = *DescriptionRequest::From(description);
-    if (const resource::Description* loaded = host::LoadDescription(id, Utf8(name), request.node)) request.loaded = loaded;
+    if (const resource::Description* loaded = host::LoadDescription(id, Utf8(name), request.node))
+      request.loaded = loaded;
     return request.loaded != nullptr;
   }
-  static const DescID* GetSingleDescID(const ::Description*) { return NULL; } // descriptions are always asked for whole
+  static const DescID* GetSingleDescID(const ::Description*) {
+    return NULL;
+  } // descriptions are always asked for whole
 };
 
 } // namespace

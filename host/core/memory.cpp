@@ -79,7 +79,8 @@ void ReportForeign(const char* call, void* address) {
   ReportCaller(text);
 }
 
-/** A block that changes between heap and address space of its own is copied; only touched pages can be in it. */
+/** A block that changes between heap and address space of its own is copied; only touched pages can be in it.
+ */
 void* Move(const Block& old, VLONG size, Block* moved) {
   moved->mapped = size >= kLargeBlock;
   void* target = Obtain(size, moved->mapped, false);
@@ -148,7 +149,9 @@ LLONG LiveBytes() {
 
 std::vector<Survivor> ModuleSurvivors() {
   std::vector<Survivor> survivors;
-  Sites().ForEachLive([&](const std::string& place, LLONG blocks, LLONG bytes) { survivors.push_back({place, blocks, bytes}); });
+  Sites().ForEachLive([&](const std::string& place, LLONG blocks, LLONG bytes) {
+    survivors.push_back({place, blocks, bytes});
+  });
   return survivors;
 }
 

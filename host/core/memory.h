@@ -36,7 +36,8 @@ struct Survivor {
   LLONG blocks = 0, bytes = 0;
 };
 std::vector<Survivor> ModuleSurvivors();
-/** The names of source files are the modules' own: to be called before one is unloaded. Later survivors stay named. */
+/** The names of source files are the modules' own: to be called before one is unloaded. Later survivors stay
+ * named. */
 void ForgetSites();
 
 /** Marks what is asked for on this thread as temporary blocks of drawing. */

@@ -55,7 +55,8 @@ public:
     if (answer == 1) return initialised_ = true;
     *error = "system initialisation refused: found answer " + std::to_string(answer) + ", expected 1";
     if (answer == C4DPL_ERROR_VERSION)
-      *error += "; the module needs a newer application than this one, whose interface version is " + std::to_string(os->version);
+      *error += "; the module needs a newer application than this one, whose interface version is " +
+                std::to_string(os->version);
     return false;
   }
 
@@ -109,7 +110,8 @@ std::unique_ptr<Module> Module::Load(const std::string& path, OperatingSystem* o
 
   const LONG version = library.Call(C4DPL_INIT_VERSION);
   if (version != C4DPL_VERSION) {
-    reason = "wrong loader version: found " + std::to_string(version) + ", expected " + std::to_string(C4DPL_VERSION);
+    reason = "wrong loader version: found " + std::to_string(version) + ", expected " +
+             std::to_string(C4DPL_VERSION);
     return fail();
   }
   module->system_.reset(new System(library));
@@ -119,7 +121,8 @@ std::unique_ptr<Module> Module::Load(const std::string& path, OperatingSystem* o
   LONG answer = library.Call(C4DPL_MESSAGE, (void*)(VLONG)C4DPL_INIT_SYS);
   if (answer != 1) {
     module->registrations_->Close();
-    reason = "its resources are refused: found answer " + std::to_string(answer) + " to the initialisation message, expected 1";
+    reason = "its resources are refused: found answer " + std::to_string(answer) +
+             " to the initialisation message, expected 1";
     return fail();
   }
   answer = library.Call(C4DPL_INIT);

@@ -10,7 +10,8 @@ namespace host {
 
 class PluginRegistry;
 
-/** Its destructor undoes, in reverse, what loading did: registrations, start, system initialisation, library. */
+/** Its destructor undoes, in reverse, what loading did: registrations, start, system initialisation, library.
+ */
 class Module {
 public:
   /** NULL with one line naming file, stage, what was found and what was expected. `path` is absolute. */

@@ -83,9 +83,11 @@ ULONG DirtyCount(const Node& node, DIRTYFLAGS flags) {
 
 void AddInherentVideoPosts(RenderSettings& settings) {
   for (const Plugin& plugin : TheServices().plugins.All()) {
-    if (plugin.kind != PLUGINTYPE_VIDEOPOST || !(plugin.Base().info & PLUGINFLAG_VIDEOPOST_INHERENT)) continue;
+    if (plugin.kind != PLUGINTYPE_VIDEOPOST || !(plugin.Base().info & PLUGINFLAG_VIDEOPOST_INHERENT))
+      continue;
     bool present = false;
-    for (Node* post = settings.videoPosts.first; post; post = post->next) present = present || post->type == plugin.id;
+    for (Node* post = settings.videoPosts.first; post; post = post->next)
+      present = present || post->type == plugin.id;
     if (present) continue;
     if (Node* post = MakeNode(NodeKind::VideoPost, plugin.id)) AppendNode(settings.videoPosts, *post);
   }

@@ -1,7 +1,7 @@
 #include "host/core/node_parameters.h"
 
-#include "host/core/module_scope.h"
 #include "host/core/matrix_parts.h"
+#include "host/core/module_scope.h"
 #include "host/core/services.h"
 #include "host/scene/text.h"
 
@@ -119,8 +119,10 @@ bool Convert(ElementType type, const GeData& from, GeData* to) {
 }
 
 double ClampAxis(const resource::Parameter& parameter, int axis, double value) {
-  if (parameter.min && value < (*parameter.min)[(std::size_t)axis]) value = (*parameter.min)[(std::size_t)axis];
-  if (parameter.max && value > (*parameter.max)[(std::size_t)axis]) value = (*parameter.max)[(std::size_t)axis];
+  if (parameter.min && value < (*parameter.min)[(std::size_t)axis])
+    value = (*parameter.min)[(std::size_t)axis];
+  if (parameter.max && value > (*parameter.max)[(std::size_t)axis])
+    value = (*parameter.max)[(std::size_t)axis];
   // An exclusive bound itself is not reached.
   if (parameter.min && parameter.minExclusive && value == (*parameter.min)[(std::size_t)axis])
     value = std::nextafter(value, HUGE_VAL);
@@ -136,7 +138,8 @@ void Clamp(const resource::Parameter& parameter, GeData* data) {
     data->SetReal(ClampAxis(parameter, 0, data->GetReal()));
   } else if (data->GetType() == DA_VECTOR) {
     const Vector v = data->GetVector();
-    data->SetVector(Vector(ClampAxis(parameter, 0, v.x), ClampAxis(parameter, 1, v.y), ClampAxis(parameter, 2, v.z)));
+    data->SetVector(
+        Vector(ClampAxis(parameter, 0, v.x), ClampAxis(parameter, 1, v.y), ClampAxis(parameter, 2, v.z)));
   }
 }
 
@@ -172,7 +175,8 @@ bool SetWhole(Node& node, LONG id, const GeData& data, DESCFLAGS_SET flags) {
   if (description) {
     const resource::Parameter* parameter = description->FindParameter(id);
     if (!parameter || !Convert(parameter->type, data, &value)) return false;
-    if ((flags & DESCFLAGS_SET_USERINTERACTION) && !(flags & DESCFLAGS_SET_DONTCHECKMINMAX)) Clamp(*parameter, &value);
+    if ((flags & DESCFLAGS_SET_USERINTERACTION) && !(flags & DESCFLAGS_SET_DONTCHECKMINMAX))
+      Clamp(*parameter, &value);
   }
   if (!SetBuiltIn(node, id, value) && !node.container.SetData(id, value)) return false;
   ++node.dataDirty;
@@ -204,7 +208,8 @@ const resource::Description* FindDescription(Node& node) {
   request.node = &node;
   DESCFLAGS_DESC flags = DESCFLAGS_DESC_0;
   if (node.data)
-    CallModule("GetDDescription", node.plugin->Node().GetDDescription, node.data, Api(&node), request.Api(), flags);
+    CallModule("GetDDescription", node.plugin->Node().GetDDescription, node.data, Api(&node), request.Api(),
+               flags);
   if ((flags & DESCFLAGS_DESC_LOADED) && request.loaded) return request.loaded;
   return node.plugin->description.empty() ? nullptr : LoadDescription(node.type, std::string(), &node);
 }

@@ -79,14 +79,22 @@ Node* MakeOwnNode(NodeKind kind, LONG type) {
 
 Node* MakeEmptyNode(NodeKind kind, LONG type) {
   switch (kind) {
-  case NodeKind::Document: return new Document;
-  case NodeKind::RenderSettings: return new RenderSettings;
-  case NodeKind::Object: return new Object(type);
-  case NodeKind::Tag: return new Tag(type);
-  case NodeKind::VideoPost: return new VideoPost(type);
-  case NodeKind::SceneHook: return new SceneHook(type);
-  case NodeKind::Shader: return new Shader(type);
-  case NodeKind::Preferences: return new PreferencesPage(type);
+  case NodeKind::Document:
+    return new Document;
+  case NodeKind::RenderSettings:
+    return new RenderSettings;
+  case NodeKind::Object:
+    return new Object(type);
+  case NodeKind::Tag:
+    return new Tag(type);
+  case NodeKind::VideoPost:
+    return new VideoPost(type);
+  case NodeKind::SceneHook:
+    return new SceneHook(type);
+  case NodeKind::Shader:
+    return new Shader(type);
+  case NodeKind::Preferences:
+    return new PreferencesPage(type);
   }
   return nullptr;
 }

@@ -35,7 +35,8 @@ bool ParseNumber(std::string text, double* number) {
   std::istringstream in(text);
   in.imbue(std::locale::classic());
   in >> std::noskipws >> *number;
-  if (text.empty() || in.fail() || in.peek() != std::char_traits<char>::eof() || !std::isfinite(*number)) return false;
+  if (text.empty() || in.fail() || in.peek() != std::char_traits<char>::eof() || !std::isfinite(*number))
+    return false;
   if (percent) *number /= 100.0;
   return true;
 }
@@ -44,7 +45,8 @@ std::string Range(const Parameter& parameter, std::size_t axis) {
   std::string text;
   if (parameter.min) text += (parameter.minExclusive ? "above " : "from ") + Short((*parameter.min)[axis]);
   if (parameter.max)
-    text += std::string(text.empty() ? "" : " ") + (parameter.maxExclusive ? "below " : "to ") + Short((*parameter.max)[axis]);
+    text += std::string(text.empty() ? "" : " ") + (parameter.maxExclusive ? "below " : "to ") +
+            Short((*parameter.max)[axis]);
   return text;
 }
 
@@ -60,17 +62,19 @@ bool InRange(const Parameter& parameter, std::size_t axis, double value) {
   return true;
 }
 
-bool Fail(const Parameter& parameter, const std::string& text, const std::string& expected, std::string* error) {
+bool Fail(const Parameter& parameter, const std::string& text, const std::string& expected,
+          std::string* error) {
   *error = "found \"" + text + "\" for " + parameter.identifier + ", expected " + expected;
   return false;
 }
 
 /** One number of `whole`, which is what the user gave. */
-bool CheckedNumber(const Parameter& parameter, std::size_t axis, const std::string& text, const std::string& whole,
-                   const char* what, double* number, std::string* error) {
+bool CheckedNumber(const Parameter& parameter, std::size_t axis, const std::string& text,
+                   const std::string& whole, const char* what, double* number, std::string* error) {
   const std::string range = Range(parameter, axis);
   const std::string expected = std::string(what) + (range.empty() ? "" : " " + range);
-  return (ParseNumber(text, number) && InRange(parameter, axis, *number)) || Fail(parameter, whole, expected, error);
+  return (ParseNumber(text, number) && InRange(parameter, axis, *number)) ||
+         Fail(parameter, whole, expected, error);
 }
 
 bool ParseBool(const Parameter& parameter, const std::string& text, GeData* value, std::string* error) {
@@ -89,8 +93,9 @@ bool ParseCycle(const Parameter& parameter, const std::string& text, GeData* val
   for (const resource::CycleEntry& entry : parameter.cycle) {
     if (entry.isDivider) continue;
     const std::string identifier = Lower(entry.identifier);
-    const bool isEnd = identifier.size() > word.size() && !word.empty() &&
-                       identifier.compare(identifier.size() - word.size() - 1, std::string::npos, "_" + word) == 0;
+    const bool isEnd =
+        identifier.size() > word.size() && !word.empty() &&
+        identifier.compare(identifier.size() - word.size() - 1, std::string::npos, "_" + word) == 0;
     if (word == std::to_string(entry.id) || word == identifier || isEnd || word == Lower(entry.text)) {
       value->SetLong(entry.id);
       return true;
@@ -119,14 +124,16 @@ bool ParseVector(const Parameter& parameter, std::string text, GeData* value, st
   Vector v;
   for (LONG axis = 0; axis < 3; ++axis) {
     if (!(in >> part)) return Fail(parameter, found, "three numbers, X,Y,Z", error);
-    if (!CheckedNumber(parameter, (std::size_t)axis, part, found, "three numbers", &v[axis], error)) return false;
+    if (!CheckedNumber(parameter, (std::size_t)axis, part, found, "three numbers", &v[axis], error))
+      return false;
   }
   if (in >> part) return Fail(parameter, found, "three numbers, X,Y,Z", error);
   value->SetVector(v);
   return true;
 }
 
-bool ParseLink(const Parameter& parameter, const std::string& text, Document* doc, GeData* value, std::string* error) {
+bool ParseLink(const Parameter& parameter, const std::string& text, Document* doc, GeData* value,
+               std::string* error) {
   BaseLink link;
   if (!text.empty()) {
     const String name = FromUtf8(text);
@@ -134,7 +141,8 @@ bool ParseLink(const Parameter& parameter, const std::string& text, Document* do
     const auto found = std::find_if(nodes.begin(), nodes.end(), [&](const Node* node) {
       return node->kind == NodeKind::Object && node->name == name;
     });
-    if (found == nodes.end()) return Fail(parameter, text, "the name of an object in the document, or nothing", error);
+    if (found == nodes.end())
+      return Fail(parameter, text, "the name of an object in the document, or nothing", error);
     link.target = (*found)->linkId;
   }
   value->SetBaseLink(&link);
@@ -149,7 +157,8 @@ const Parameter* FindParameterByName(const resource::Description& description, c
   const std::string wanted = Lower(name);
   for (const Parameter& parameter : description.parameters) {
     const std::size_t underscore = parameter.identifier.find('_');
-    if (underscore != std::string::npos && Lower(parameter.identifier.substr(underscore + 1)) == wanted) return &parameter;
+    if (underscore != std::string::npos && Lower(parameter.identifier.substr(underscore + 1)) == wanted)
+      return &parameter;
   }
   return nullptr;
 }
@@ -157,27 +166,37 @@ const Parameter* FindParameterByName(const resource::Description& description, c
 bool ParseParameter(const Parameter& parameter, const std::string& text, Document* doc, GeData* value,
                     std::string* error) {
   switch (parameter.type) {
-  case ElementType::kBool: return ParseBool(parameter, text, value, error);
-  case ElementType::kLong: return ParseLong(parameter, text, value, error);
+  case ElementType::kBool:
+    return ParseBool(parameter, text, value, error);
+  case ElementType::kLong:
+    return ParseLong(parameter, text, value, error);
   case ElementType::kVector:
-  case ElementType::kColor: return ParseVector(parameter, text, value, error);
-  case ElementType::kLink: return ParseLink(parameter, text, doc, value, error);
+  case ElementType::kColor:
+    return ParseVector(parameter, text, value, error);
+  case ElementType::kLink:
+    return ParseLink(parameter, text, doc, value, error);
   case ElementType::kReal: {
     double number = 0;
     if (!CheckedNumber(parameter, 0, text, text, "a number", &number, error)) return false;
     value->SetReal(number);
     return true;
   }
-  case ElementType::kString: value->SetString(FromUtf8(text)); return true;
-  case ElementType::kFilename: value->SetFilename(Filename(FromUtf8(text))); return true;
+  case ElementType::kString:
+    value->SetString(FromUtf8(text));
+    return true;
+  case ElementType::kFilename:
+    value->SetFilename(Filename(FromUtf8(text)));
+    return true;
   case ElementType::kBaseTime: {
     double seconds = 0;
     if (!CheckedNumber(parameter, 0, text, text, "a number of seconds", &seconds, error)) return false;
     value->SetBaseTime(BaseTime(seconds));
     return true;
   }
-  case ElementType::kButton: return Fail(parameter, text, "nothing: a button has no value", error);
-  default: return Fail(parameter, text, "nothing: such a parameter cannot be given as text", error);
+  case ElementType::kButton:
+    return Fail(parameter, text, "nothing: a button has no value", error);
+  default:
+    return Fail(parameter, text, "nothing: such a parameter cannot be given as text", error);
   }
 }
 

@@ -31,8 +31,9 @@ const KindInfo* FindKind(PLUGINTYPE kind) {
 }
 
 bool IsComplete(const NODEPLUGIN& np) {
-  return np.Destructor && np.Allocator && np.Attach && np.Init && np.Free && np.Read && np.Write && np.Message &&
-         np.CopyTo && np.GetDDescription && np.GetDParameter && np.GetDEnabling && np.SetDParameter;
+  return np.Destructor && np.Allocator && np.Attach && np.Init && np.Free && np.Read && np.Write &&
+         np.Message && np.CopyTo && np.GetDDescription && np.GetDParameter && np.GetDEnabling &&
+         np.SetDParameter;
 }
 
 bool IsComplete(PLUGINTYPE kind, const void* data) {
@@ -48,7 +49,8 @@ bool IsComplete(PLUGINTYPE kind, const void* data) {
   }
   case PLUGINTYPE_VIDEOPOST: {
     const VIDEOPOSTPLUGIN& vp = *(const VIDEOPOSTPLUGIN*)data;
-    return IsComplete((const NODEPLUGIN&)vp) && vp.GetRenderInfo && vp.Execute && vp.CalcVolumetric && vp.CalcShadow;
+    return IsComplete((const NODEPLUGIN&)vp) && vp.GetRenderInfo && vp.Execute && vp.CalcVolumetric &&
+           vp.CalcShadow;
   }
   case PLUGINTYPE_COREMESSAGE: {
     const MESSAGEPLUGIN& mp = *(const MESSAGEPLUGIN*)data;
@@ -68,8 +70,8 @@ PluginRegistry::~PluginRegistry() {
 Plugin* PluginRegistry::Register(PLUGINTYPE kind, LONG id, const String& name, const void* data, LONG size,
                                  std::string* why) {
   const KindInfo* info = FindKind(kind);
-  const std::string what = std::string(info ? info->name : "plug-in of kind " + std::to_string((int)kind)) + " " +
-                           std::to_string(id) + " refused: ";
+  const std::string what = std::string(info ? info->name : "plug-in of kind " + std::to_string((int)kind)) +
+                           " " + std::to_string(id) + " refused: ";
   if (!info)
     *why = what + "this host takes no such plug-ins";
   else if (!data || size < (LONG)info->size)
@@ -102,7 +104,8 @@ Plugin* PluginRegistry::Register(PLUGINTYPE kind, LONG id, const String& name, c
   return nullptr;
 }
 
-bool PluginRegistry::BindDescription(LONG id, const std::string& name, Resources* resources, std::string* why) {
+bool PluginRegistry::BindDescription(LONG id, const std::string& name, Resources* resources,
+                                     std::string* why) {
   const std::string what = "description " + name + " of type " + std::to_string(id) + " refused: ";
   Plugin* plugin = Find(id, PLUGINTYPE_ANY);
   std::string error;

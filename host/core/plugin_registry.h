@@ -38,7 +38,10 @@ struct Plugin {
   const BASEPLUGIN& Base() const { return *reinterpret_cast<const BASEPLUGIN*>(structure.data()); }
   /** For kinds whose plug-ins have nodes. */
   const NODEPLUGIN& Node() const { return As<NODEPLUGIN>(); }
-  template <class T> const T& As() const { return static_cast<const T&>(Base()); }
+  template <class T>
+  const T& As() const {
+    return static_cast<const T&>(Base());
+  }
 
   BasePlugin* Api() { return reinterpret_cast<BasePlugin*>(this); }
   static Plugin* From(BasePlugin* plugin) { return reinterpret_cast<Plugin*>(plugin); }
@@ -53,7 +56,8 @@ public:
   /** Plug-ins that are registered from now on belong to this module. */
   void SetModule(const std::string& path) { module_ = path; }
   /** NULL with the reason when refused. */
-  Plugin* Register(PLUGINTYPE kind, LONG id, const String& name, const void* data, LONG size, std::string* why);
+  Plugin* Register(PLUGINTYPE kind, LONG id, const String& name, const void* data, LONG size,
+                   std::string* why);
   /** Binds a description to a registered plug-in. */
   bool BindDescription(LONG id, const std::string& name, Resources* resources, std::string* why);
   Plugin* Find(LONG id, PLUGINTYPE kind);

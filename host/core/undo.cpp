@@ -10,7 +10,8 @@ namespace host {
 
 namespace {
 
-typedef std::unordered_map<LULONG, LULONG> Origins; ///< from a kept node's number to that of the node it was made from
+typedef std::unordered_map<LULONG, LULONG>
+    Origins; ///< from a kept node's number to that of the node it was made from
 
 void SwapData(Node& a, Node& b) {
   std::swap(a.data, b.data);
@@ -26,7 +27,8 @@ void SwapContent(Node& a, Node& b) {
     std::swap(static_cast<Object&>(a).ml, static_cast<Object&>(b).ml);
     static_cast<Object&>(a).cacheBuilt = static_cast<Object&>(b).cacheBuilt = false;
   }
-  if (a.kind == NodeKind::Document) std::swap(static_cast<Document&>(a).settings, static_cast<Document&>(b).settings);
+  if (a.kind == NodeKind::Document)
+    std::swap(static_cast<Document&>(a).settings, static_cast<Document&>(b).settings);
   SwapData(a, b);
   a.SwapOwn(b);
   ++a.dataDirty;
@@ -77,7 +79,8 @@ public:
     SwapContent(*node, *kept_);
     if (!branches_) return;
     for (NodeList* list : ListsOf(*node)) {
-      if (!hierarchy_ && list->owner->kind == NodeKind::Object && list == &static_cast<Object*>(list->owner)->children)
+      if (!hierarchy_ && list->owner->kind == NodeKind::Object &&
+          list == &static_cast<Object*>(list->owner)->children)
         continue;
       for (NodeList* other : ListsOf(*kept_))
         if (Matches(*list, *other)) SwapLists(*list, *other);
@@ -97,8 +100,8 @@ private:
   }
 
   /**
-   * The clone's links lead to its own parts. It stands for the node itself, so they must lead where the node's lead; which
-   * clone stands for which node is kept by number.
+   * The clone's links lead to its own parts. It stands for the node itself, so they must lead where the
+   * node's lead; which clone stands for which node is kept by number.
    */
   void UndoLinkChanges(Node& node) {
     const std::vector<Node*> originals = Counterparts(node), clones = Counterparts(*kept_);

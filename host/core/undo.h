@@ -1,5 +1,5 @@
-// Undo of one document. A step is what was added between Begin and End; each change keeps what is needed to go back and,
-// once undone, to go forward again.
+// Undo of one document. A step is what was added between Begin and End; each change keeps what is needed to
+// go back and, once undone, to go forward again.
 #pragma once
 
 #include "host/node.h"

@@ -27,19 +27,28 @@ json ToJson(const Vector& v) {
 /** Null for what has no meaning in another run: links and pointers. */
 json ToJson(const GeData& value) {
   switch (value.GetType()) {
-  case DA_LONG: return {{"long", value.GetLong()}};
-  case DA_LLONG: return {{"llong", value.GetLLong()}};
-  case DA_REAL: return {{"real", value.GetReal()}};
-  case DA_VECTOR: return {{"vector", ToJson(value.GetVector())}};
+  case DA_LONG:
+    return {{"long", value.GetLong()}};
+  case DA_LLONG:
+    return {{"llong", value.GetLLong()}};
+  case DA_REAL:
+    return {{"real", value.GetReal()}};
+  case DA_VECTOR:
+    return {{"vector", ToJson(value.GetVector())}};
   case DA_MATRIX: {
     const Matrix& m = value.GetMatrix();
     return {{"matrix", json::array({ToJson(m.off), ToJson(m.v1), ToJson(m.v2), ToJson(m.v3)})}};
   }
-  case DA_STRING: return {{"string", Utf8(value.GetString())}};
-  case DA_FILENAME: return {{"filename", Utf8(value.GetFilename())}};
-  case DA_TIME: return {{"time", json::array({value.GetTime().GetNumerator(), value.GetTime().GetDenominator()})}};
-  case DA_CONTAINER: return {{"container", ToJson(*value.GetContainer())}};
-  default: return nullptr;
+  case DA_STRING:
+    return {{"string", Utf8(value.GetString())}};
+  case DA_FILENAME:
+    return {{"filename", Utf8(value.GetFilename())}};
+  case DA_TIME:
+    return {{"time", json::array({value.GetTime().GetNumerator(), value.GetTime().GetDenominator()})}};
+  case DA_CONTAINER:
+    return {{"container", ToJson(*value.GetContainer())}};
+  default:
+    return nullptr;
   }
 }
 
@@ -64,7 +73,8 @@ Vector ToVector(const json& v) {
 BaseContainer ToContainer(const json& object, int depth);
 
 GeData ToValue(const json& value, int depth) {
-  if (!value.is_object() || value.size() != 1) throw std::runtime_error("found " + value.dump() + ", expected one value with its kind");
+  if (!value.is_object() || value.size() != 1)
+    throw std::runtime_error("found " + value.dump() + ", expected one value with its kind");
   const auto entry = value.begin();
   const std::string& kind = entry.key();
   const json& v = entry.value();
@@ -72,7 +82,8 @@ GeData ToValue(const json& value, int depth) {
   if (kind == "llong") return GeData(v.get<LLONG>(), LLONGVALUE_0);
   if (kind == "real") return GeData(ToReal(v));
   if (kind == "vector") return GeData(ToVector(v));
-  if (kind == "matrix") return GeData(Matrix(ToVector(v.at(0)), ToVector(v.at(1)), ToVector(v.at(2)), ToVector(v.at(3))));
+  if (kind == "matrix")
+    return GeData(Matrix(ToVector(v.at(0)), ToVector(v.at(1)), ToVector(v.at(2)), ToVector(v.at(3))));
   if (kind == "string") return GeData(FromUtf8(v.get<std::string>()));
   if (kind == "filename") return GeData(Filename(FromUtf8(v.get<std::string>())));
   if (kind == "time") return GeData(BaseTime(ToReal(v.at(0)), ToReal(v.at(1))));
@@ -109,7 +120,8 @@ void WorldData::Open(const std::string& folder, std::string* error) {
   } catch (const std::exception& e) {
     const fs::path aside = fs::u8path(path_ + ".damaged");
     fs::rename(path, aside, ignored);
-    *error = path_ + ": the preferences cannot be read and begin anew, the file is now " + aside.u8string() + ": " + e.what();
+    *error = path_ + ": the preferences cannot be read and begin anew, the file is now " + aside.u8string() +
+             ": " + e.what();
   }
 }
 
@@ -123,7 +135,8 @@ bool WorldData::Save(std::string* error) {
   gl::ReplacingFile file(path_);
   std::string reason;
   if (!file.Open(&reason) ||
-      (std::fwrite(text.data(), 1, text.size(), file.File()) != text.size() && (reason = "writing fails", true)) ||
+      (std::fwrite(text.data(), 1, text.size(), file.File()) != text.size() &&
+       (reason = "writing fails", true)) ||
       !file.Commit(&reason)) {
     *error = path_ + ": " + reason;
     return false;

@@ -11,8 +11,8 @@ namespace host {
 class WorldData {
 public:
   /**
-   * Reads the file of that folder; one that cannot be read is told in `error` and set aside under another name, so that it
-   * is never overwritten. An empty folder keeps preferences in memory only.
+   * Reads the file of that folder; one that cannot be read is told in `error` and set aside under another
+   * name, so that it is never overwritten. An empty folder keeps preferences in memory only.
    */
   void Open(const std::string& folder, std::string* error);
   /** Writes the file by replacing it. True when there is nothing to write. */

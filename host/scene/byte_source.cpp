@@ -49,6 +49,7 @@ bool ByteSource::ReadAt(std::int64_t position, void* data, std::size_t size) {
     if (error_.empty()) error_ = "unexpected end of file";
     return false;
   }
+  if (size == 0) return true; // data may be NULL then
   if (memory_) {
     std::memcpy(data, memory_ + position, size);
     return true;

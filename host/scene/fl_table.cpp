@@ -1,5 +1,6 @@
 // Fl: plain files and folder listings of the plug-in interface.
 #include "host/application.h"
+#include "host/core/live_files.h"
 #include "host/os_tables.h"
 #include "host/scene/base_file.h"
 #include "host/scene/text.h"
@@ -13,10 +14,12 @@ struct FlEntries {
 
   static BaseFile* Alloc() {
     BaseFileImpl* made = gNew BaseFileImpl(&Application::Get().GetFaults());
+    if (made) ++liveFiles;
     return made ? made->Api() : NULL;
   }
   static void Free(BaseFile* file) {
     BaseFileImpl* impl = At(file);
+    if (impl) --liveFiles;
     gDelete(impl);
   }
   /** The byte order concerns typed values, which callers put into bytes themselves. */
@@ -49,10 +52,12 @@ struct FlEntries {
 
   static BrowseFiles* AllocBrowse() {
     BrowseFilesImpl* made = gNew BrowseFilesImpl;
+    if (made) ++liveFiles;
     return made ? made->Api() : NULL;
   }
   static void FreeBrowse(BrowseFiles* bf) {
     BrowseFilesImpl* impl = BrowseFilesImpl::From(bf);
+    if (impl) --liveFiles;
     gDelete(impl);
   }
   static void InitBrowse(BrowseFiles* bf, const Filename& directory, LONG) {

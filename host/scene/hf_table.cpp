@@ -1,5 +1,6 @@
 // Hf: the typed streams of the plug-in interface.
 #include "host/application.h"
+#include "host/core/live_files.h"
 #include "host/os_tables.h"
 #include "host/scene/hyper_file.h"
 #include "host/scene/text.h"
@@ -14,10 +15,12 @@ struct HfEntries {
 
   static HyperFile* Alloc() {
     HyperFileImpl* made = gNew HyperFileImpl;
+    if (made) ++liveFiles;
     return made ? made->Api() : NULL;
   }
   static void Free(HyperFile* hf) {
     HyperFileImpl* impl = At(hf);
+    if (impl) --liveFiles;
     gDelete(impl);
   }
   static Bool Open(HyperFile* hf, LONG ident, const Filename& name, FILEOPEN mode, FILEDIALOG dialog) {

@@ -109,6 +109,11 @@ Node* PlaceNode(Node& parent, const NodeHead& head, std::string* why) {
   Node* node = MakeNode(kind, head.type);
   if (!node && !IsRegistered(kind, head.type)) {
     node = MakePlaceholder(kind, head.type);
+    if (node && node->type != head.type) {
+      FreeNode(node); // kinds that no plug-in adds to have one type only
+      *why = "there is no such type of this kind";
+      return nullptr;
+    }
     if (node) {
       node->kept = std::make_shared<KeptData>();
       node->kept->diskLevel = head.diskLevel;

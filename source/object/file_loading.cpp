@@ -82,6 +82,8 @@ std::string Summary(const LoadedFile& file, double seconds) {
   line += ", " + Number(seconds, "%.2f") + " s";
   if (seconds > 0.0) line += ", " + Number(file.block.count / seconds / 1e6, "%.1f") + " M points/s";
   line += ", positions are stored to " + Number(StoredStep(file.block), "%.2g") + " m";
+  const LONG step = file.block.settings.reader.everyNth;
+  if (step > 1) line += ", 1 of " + Grouped(step) + " kept";
   if (!file.detail.empty()) line += ", " + file.detail;
   return line;
 }
@@ -91,7 +93,7 @@ class LoadCommand {
 public:
   LoadCommand(BaseObject* op, PointStore& store) : op_(op), store_(store), options_(ReadOptions(op)) {}
 
-  /** FALSE when the user stopped. */
+  /** FALSE when the user stopped: nothing of the file was loaded. */
   Bool Load(const NamedFile& file) {
     const LReal start = GeGetMilliSeconds();
     LoadedFile loaded;
@@ -105,7 +107,6 @@ public:
 
 private:
   void Report(const NamedFile& file, LoadedFile& loaded, double seconds) {
-    for (const std::string& note : loaded.notes) PrintLine(file.path, note);
     if (!loaded.refusal.empty()) PrintLine(file.path, loaded.refusal);
     if (loaded.block.count < 1) return;
     const std::string summary = Summary(loaded, seconds);
@@ -113,10 +114,11 @@ private:
     loaded.block.Finish(kFinishRecomputeBox);
     if (key > 1) loaded.block.Finish(kFinishRecomputeBox);
     if (!Merge(loaded.block)) {
-      PrintLine(file.path, "not enough memory to add " + Grouped(loaded.block.count) + " points");
+      PrintLine(file.path, kNoMemory);
       return;
     }
     PrintLine(file.path, summary);
+    for (const std::string& note : loaded.notes) PrintLine(file.path, note);
     if (key > 1 && CountBlocks() == 1) op_->GetDataInstance()->SetString(KELVRA_EPSG, LongToString(key));
     if (loaded.geoKeyCode > 0 && loaded.geoKeyCode != kUserDefinedSystem)
       PrintLine(file.path, "EPSG " + std::to_string(loaded.geoKeyCode) + " found; enter it to reproject");
@@ -195,10 +197,11 @@ void LoadFiles(BaseObject* op, Bool folderMode) {
   if (files.empty()) PrintLine(Utf8(chosen.GetString()), "the folder holds no file to load");
   LoadCommand command(op, cloud->store);
   for (std::size_t i = 0; i < files.size(); ++i) {
-    if (command.Load(files[i]) && !UserStopped()) continue;
-    if (i + 1 < files.size())
-      PrintLine(files[i].path,
-                "stopped; " + Grouped((LLONG)(files.size() - i - 1)) + " more files were not loaded");
+    if (!UserStopped() && command.Load(files[i])) continue;
+    const std::size_t more = files.size() - i - 1;
+    PrintLine(files[i].path,
+              "stopped; nothing of it was loaded" +
+                  (more ? "; " + Grouped((LLONG)more) + " more files were not loaded" : std::string()));
     break;
   }
   StatusClear();

@@ -26,6 +26,34 @@ std::string WithoutName(const std::string& line, const std::string& path) {
   return line;
 }
 
+/** The reader's lines that the loader's own do not say: its findings, and what the library printed. */
+std::vector<std::string> Findings(const LasCloud& cloud, const std::string& path) {
+  static const char* const kSaidByLoader[] = {"loaded ", "EPSG ", "the bounds in the header ",
+                                              " points without finite coordinates dropped"};
+  std::vector<std::string> findings;
+  for (const std::string& message : cloud.messages) {
+    const std::string line = WithoutName(message, path);
+    bool said = false;
+    for (const char* known : kSaidByLoader) {
+      const std::size_t at = line.find(known);
+      said |= at == 0 || (known[0] == ' ' && at != std::string::npos);
+    }
+    if (!said) findings.push_back(line);
+  }
+  return findings;
+}
+
+/** Why a file gave no records. */
+std::string Refusal(const LasCloud& cloud, const std::string& path) {
+  if (cloud.outcome == LasOutcome::kOutOfMemory) return kNoMemory;
+  if (cloud.outcome == LasOutcome::kEmpty && cloud.dropped > 0)
+    return "none of its points has finite coordinates";
+  std::string reason;
+  for (const std::string& message : cloud.messages)
+    reason += (reason.empty() ? "" : "; ") + WithoutName(message, path);
+  return reason.empty() ? "gave no point" : reason;
+}
+
 void FillHeader(const LasCloud& cloud, const LoadOptions& options, PointBlock& block) {
   const LasBox& box = cloud.headerBoxHolds ? cloud.headerBox : cloud.pointBox;
   block.header.SetBounds(Corner(box.minimum), Corner(box.maximum));
@@ -66,20 +94,19 @@ void LoadLasFile(const std::string& path, const LoadOptions& options, LoadedFile
   loaded.partial = cloud.outcome == LasOutcome::kPartial;
   loaded.stopped = cloud.outcome == LasOutcome::kStopped;
   loaded.geoKeyCode = (LONG)cloud.geoKeyCode;
-  for (const std::string& line : cloud.messages) loaded.notes.push_back(WithoutName(line, path));
-
   SourceRecord* records = cloud.records;
   if (!records || cloud.kept < 1) {
-    if (loaded.notes.empty()) loaded.refusal = loaded.stopped ? "stopped" : "gave no point";
+    if (!loaded.stopped) loaded.refusal = Refusal(cloud, path);
     if (records) memory.Free(records);
     return;
   }
   const Bool filled = FillBlock(records, (LONG)cloud.kept, 1, loaded.block);
   memory.Free(records);
   if (!filled) {
-    loaded.refusal = "not enough memory for " + Grouped(cloud.kept) + " points; nothing of it was loaded";
+    loaded.refusal = kNoMemory;
     return;
   }
+  loaded.notes = Findings(cloud, path);
   FillHeader(cloud, options, loaded.block);
   FillSettings(path, cloud, options, loaded.block.settings);
   if (cloud.dropped > 0)

@@ -20,14 +20,17 @@ struct LoadOptions {
 /** What became of a file. */
 struct LoadedFile {
   PointBlock block;               ///< clear when nothing was loaded
-  std::vector<std::string> notes; ///< lines for the console after the path, in order
-  std::string refusal;            ///< why nothing was loaded, after the path; empty when something was
-  std::string detail;             ///< added to the summary line: rejected lines, dropped points
-  LLONG announced = 0;            ///< points that the file promises; 0 where it does not say
-  bool partial = false;           ///< fewer points than announced
-  bool stopped = false;           ///< by the user
-  LONG geoKeyCode = 0;            ///< coordinate system found, 0 for none
+  std::vector<std::string> notes; ///< lines for the console after the file's own, in order
+  std::string refusal;  ///< why nothing was loaded, after the path; empty when something was, or stopped
+  std::string detail;   ///< added to the summary line: rejected lines, dropped points
+  LLONG announced = 0;  ///< points that the file promises; 0 where it does not say
+  bool partial = false; ///< fewer points than announced
+  bool stopped = false; ///< by the user
+  LONG geoKeyCode = 0;  ///< coordinate system found, 0 for none
 };
+
+/** The refusal of a file that the host has no memory for. */
+const char* const kNoMemory = "not enough memory for its points; nothing of it was loaded";
 
 /** Both fill the block and its header; neither throws. `path` is UTF-8. */
 void LoadLasFile(const std::string& path, const LoadOptions& options, LoadedFile& loaded);

@@ -10,17 +10,18 @@ namespace {
 /** 8-bit colours of text files become 16-bit ones; LAS colours are widened by 255 instead, deliberately. */
 const LONG kTextColorMultiplier = 256;
 
-std::string Reason(const TextResult& text) {
+std::string Reason(const TextResult& text, Bool pts) {
   if (text.lines == 0) return "the file is empty";
   if (text.looksUtf16) return "no line holds a point: this looks like UTF-16 text, plain text is expected";
-  if (text.noMemory > 0) return "not enough memory for its points";
+  if (text.noMemory > 0) return kNoMemory;
   if (text.noData + text.notFinite > 0 && text.rejected == 0)
     return "every point is marked as no data or is no number";
   const std::string first = text.firstLine.empty() ? "" : " (first line: \"" + text.firstLine + "\")";
   if (text.firstLine.find(',') != std::string::npos || text.firstLine.find(';') != std::string::npos)
     return "no line holds a point: fields are expected to be separated by blanks or tabs, not by commas" +
            first;
-  return "no line holds a point: expected x y z in each line, then r g b where there is colour" + first;
+  return std::string("no line holds a point: expected x y z") + (pts ? " intensity" : "") +
+         " in each line, then r g b where there is colour" + first;
 }
 
 std::string Detail(const TextResult& text) {
@@ -91,14 +92,14 @@ void LoadTextFile(const Filename& name, const std::string& path, Bool pts, const
 
   loaded.stopped = text.stopped;
   if (text.count < 1 || text.stopped) {
-    loaded.refusal = text.stopped ? "stopped; nothing of it was loaded" : Reason(text);
+    if (!text.stopped) loaded.refusal = Reason(text, pts);
     GeFree(text.points);
     return;
   }
   const Bool filled = FillBlock(text.points, text.count, kTextColorMultiplier, loaded.block);
   GeFree(text.points);
   if (!filled) {
-    loaded.refusal = "not enough memory for " + Grouped(text.count) + " points; nothing of it was loaded";
+    loaded.refusal = kNoMemory;
     return;
   }
   FillDescription(path, pts, options, text, loaded.block);

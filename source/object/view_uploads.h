@@ -1,7 +1,7 @@
 // What each view's vertex buffer holds of our points.
 //
-// Kept by buffer, not by object: undo gives a node the data of its copy and back, while the node's buffers stay.
-// Thread that draws views.
+// Kept by buffer, not by object: undo gives a node the data of its copy and back, while the node's buffers
+// stay. Thread that draws views.
 #pragma once
 
 #include "c4d.h"
@@ -12,8 +12,8 @@ struct ViewUpload {
   GlVertexBuffer* buffer = NULL;
   const C4DAtom* node = NULL;
   GlVertexSubBufferData* vertices = NULL;
-  LONG count = 0;      ///< of points
-  LULONG version = 0;  ///< of the points, from NewPointsVersion
+  LONG count = 0;     ///< of points
+  LULONG version = 0; ///< of the points, from NewPointsVersion
 };
 
 /** A number that no points, of any object, have had. */
@@ -23,8 +23,8 @@ LULONG NewPointsVersion();
 ViewUpload* FindViewUpload(GlVertexBuffer* buffer);
 
 /**
- * Notes a new sub-buffer and frees all others of the buffer, which are ours too. FALSE, with the new one freed
- * as well, when memory is refused.
+ * Notes a new sub-buffer and frees all others of the buffer, which are ours too. FALSE, with the new one
+ * freed as well, when memory is refused.
  */
 Bool KeepViewUpload(BaseDraw* bd, const ViewUpload& upload);
 

@@ -2,9 +2,9 @@
 
 #include <charconv>
 #include <clocale>
-#include <cmath>
+#include <cstddef>
 #include <cstdlib>
-#include <limits>
+#include <cstring>
 
 namespace kelvra {
 
@@ -25,47 +25,25 @@ const std::uint64_t kLargestExact = std::uint64_t(1) << 53;
 /** More digits than these may not fit the mantissa. */
 const int kMostDigits = 19;
 
-#ifdef __SIZEOF_INT128__
-__extension__ typedef unsigned __int128 Wide;
-const int kLargestDivisor = 19; // 10^19 still fits 64 bits
-
-int BitLength(std::uint64_t value) {
-  return 64 - __builtin_clzll(value);
+double WithSign(double value, bool negative) {
+  const double signs[] = {1.0, -1.0};
+  return value * signs[negative];
 }
 
-/**
- * mantissa / 10^places, rounded once: a quotient of 63 or 64 bits whose last bit also stands for the remainder
- * is rounded by its conversion; the scaling that follows is exact. mantissa is not 0, places from 1 to 19.
- */
-double Quotient(std::uint64_t mantissa, int places) {
-  static const std::uint64_t kDivisors[] = {1,
-                                            10,
-                                            100,
-                                            1000,
-                                            10000,
-                                            100000,
-                                            1000000,
-                                            10000000,
-                                            100000000,
-                                            1000000000,
-                                            10000000000,
-                                            100000000000,
-                                            1000000000000,
-                                            10000000000000,
-                                            100000000000000,
-                                            1000000000000000,
-                                            10000000000000000,
-                                            100000000000000000,
-                                            1000000000000000000,
-                                            10000000000000000000u};
-  const std::uint64_t divisor = kDivisors[places];
-  const int shift = 63 + BitLength(divisor) - BitLength(mantissa);
-  const Wide dividend = (Wide)mantissa << shift;
-  const std::uint64_t quotient = (std::uint64_t)(dividend / divisor);
-  const bool rest = (Wide)quotient * divisor != dividend;
-  return std::ldexp((double)(quotient | (std::uint64_t)rest), -shift);
+/** Eight digits at p, or not; their value. Works on the eight bytes at once, the first digit lowest. */
+bool EightDigits(const char* p, std::uint64_t& value) {
+  std::uint64_t bytes;
+  std::memcpy(&bytes, p, sizeof bytes);
+  if (((bytes & 0xF0F0F0F0F0F0F0F0u) | (((bytes + 0x0606060606060606u) & 0xF0F0F0F0F0F0F0F0u) >> 4)) !=
+      0x3333333333333333u)
+    return false;
+  bytes -= 0x3030303030303030u;
+  bytes = bytes * 10 + (bytes >> 8); // pairs, in every other byte
+  const std::uint64_t pairs = 0x000000FF000000FFu;
+  value =
+      ((bytes & pairs) * (100 + (1000000ull << 32)) + ((bytes >> 16) & pairs) * (1 + (10000ull << 32))) >> 32;
+  return true;
 }
-#endif
 
 /** The C library's own reading, whatever the process' locale is. */
 double LibraryReal(const char* text, const char** end) {
@@ -83,24 +61,32 @@ double LibraryReal(const char* text, const char** end) {
 
 } // namespace
 
-double ParseReal(const char* text, const char** end) {
+double ParseReal(const char* text, const char* textEnd, const char** end) {
   const char* p = text;
   while (IsSpace(*p)) ++p;
   const char* const start = p;
-  const bool negative = *p == '-';
-  if (*p == '-' || *p == '+') ++p;
+  const bool negative = *p == '-'; // no branches: signs come at random
+  p += negative | (*p == '+');
   const char* const number = p;
 
   // Digits with at most one point among them.
+  // The mantissa wraps beyond kMostDigits, and is not used then.
   std::uint64_t mantissa = 0;
-  int digits = 0, decimals = 0;
-  for (; IsDigit(*p); ++p, ++digits) mantissa = mantissa * 10 + (std::uint64_t)(*p - '0');
+  for (; IsDigit(*p); ++p) mantissa = mantissa * 10 + (std::uint64_t)(*p - '0');
+  std::ptrdiff_t digits = p - number, decimals = 0;
   if (*p == 'x' || *p == 'X') return LibraryReal(text, end);
-  if (*p == '.')
-    for (++p; IsDigit(*p); ++p, ++digits, ++decimals) mantissa = mantissa * 10 + (std::uint64_t)(*p - '0');
+  if (*p == '.') {
+    const char* const fraction = ++p;
+    for (std::uint64_t eight; textEnd - p >= 8 && EightDigits(p, eight); p += 8)
+      mantissa = mantissa * 100000000 + eight;
+    for (; IsDigit(*p); ++p) mantissa = mantissa * 10 + (std::uint64_t)(*p - '0');
+    decimals = p - fraction;
+    digits += decimals;
+  }
   if (digits == 0) return LibraryReal(text, end); // nan, inf, or no number
 
-  int exponent = 0;
+  // An exponent counts only with a digit of its own.
+  std::ptrdiff_t exponent = 0;
   if (*p == 'e' || *p == 'E') {
     const char* q = p + 1;
     const bool down = *q == '-';
@@ -112,44 +98,39 @@ double ParseReal(const char* text, const char** end) {
     }
   }
 
-  // One rounding only: what is exact, or one division in whole numbers.
-  const int power = exponent - decimals;
+  // Exact mantissa and exact power of ten: rounded once.
+  const std::ptrdiff_t power = exponent - decimals;
   double value = 0;
   *end = p;
-  if (digits <= kMostDigits) {
-    if (mantissa <= kLargestExact && power >= -kLargestPower && power <= kLargestPower) {
-      value = power < 0 ? (double)mantissa / kPowers[-power] : (double)mantissa * kPowers[power];
-      return negative ? -value : value;
-    }
-#ifdef __SIZEOF_INT128__
-    if (mantissa != 0 && power < 0 && power >= -kLargestDivisor) {
-      value = Quotient(mantissa, -power);
-      return negative ? -value : value;
-    }
-#endif
+  if (digits <= kMostDigits && mantissa <= kLargestExact && power >= -kLargestPower &&
+      power <= kLargestPower) {
+    value = power < 0 ? (double)mantissa / kPowers[-power] : (double)mantissa * kPowers[power];
+    return WithSign(value, negative);
   }
   const std::from_chars_result result = std::from_chars(number, p, value);
   if (result.ec != std::errc() || result.ptr != p) return LibraryReal(start, end);
-  return negative ? -value : value;
+  return WithSign(value, negative);
 }
 
 std::int32_t ParseInteger(const char* text, const char** end) {
   const char* p = text;
   while (IsSpace(*p)) ++p;
   const bool negative = *p == '-';
-  if (*p == '-' || *p == '+') ++p;
-  if (!IsDigit(*p)) {
-    *end = text;
-    return 0;
+  p += negative | (*p == '+');
+  const char* const number = p;
+  std::uint64_t value = 0;
+  for (; IsDigit(*p); ++p) value = value * 10 + (std::uint64_t)(*p - '0');
+  *end = p == number ? text : p;
+
+  // Leading zeros may make a long text of a small number: those and what wraps take the checked way.
+  const std::uint64_t limit = 0x7fffffffu + (std::uint64_t)negative;
+  if (p - number > kMostDigits) {
+    value = 0;
+    for (const char* q = number; q != p && value <= limit; ++q)
+      value = value * 10 + (std::uint64_t)(*q - '0');
   }
-  const std::int64_t limit = negative ? -(std::int64_t)std::numeric_limits<std::int32_t>::min()
-                                      : (std::int64_t)std::numeric_limits<std::int32_t>::max();
-  std::int64_t value = 0;
-  for (; IsDigit(*p); ++p)
-    if (value <= limit) value = value * 10 + (*p - '0');
-  *end = p;
-  value = value > limit ? limit : value;
-  return (std::int32_t)(negative ? -value : value);
+  const std::int64_t saturated = (std::int64_t)(value < limit ? value : limit);
+  return (std::int32_t)(negative ? -saturated : saturated);
 }
 
 } // namespace kelvra

@@ -6,10 +6,10 @@
 namespace kelvra {
 
 /**
- * Reads a real at text, which must end with a NUL, exactly as strtod does: white space is skipped, *end is
- * text when there is no number. Plain decimals take a fast path with the same result.
+ * Reads a real at text exactly as strtod does: white space is skipped, *end is text when there is no number.
+ * textEnd is at or behind text and holds a NUL. Plain decimals take a fast path with the same result.
  */
-double ParseReal(const char* text, const char** end);
+double ParseReal(const char* text, const char* textEnd, const char** end);
 
 /** Reads a decimal integer as strtol does where a long has 32 bits: values beyond saturate. */
 std::int32_t ParseInteger(const char* text, const char** end);

@@ -11,61 +11,90 @@ namespace kelvra {
 namespace {
 
 /** Bytes asked for at a time. */
-const std::size_t kChunk = 256 * 1024;
+const std::size_t kChunk = 64 * 1024;
+/** A look at the encoding takes these, however few each read gives. */
+const std::size_t kMarkBytes = 4;
 const std::size_t kShownBytes = 60;
+const double kFar = std::numeric_limits<double>::infinity();
 
 /** Which form the file's lines have, once one was accepted. */
 enum class Form { Any, Extended, Plain };
 
 class Driver {
 public:
-  Driver(const TextLoader& loader, const TextInput& input) : loader_(loader), input_(input) {
+  Driver(const TextLoader& loader, const TextInput& input)
+      : loader_(loader), input_(input), growth_(input.firstGrowth) {
     std::memset(static_cast<void*>(&scratch_), 0, sizeof scratch_);
   }
 
   TextResult Run() {
-    // One byte more: each line is closed with a NUL in place.
-    const std::unique_ptr<char[]> buffer(new char[kChunk + kMostLineBytes + 2]);
-    std::size_t held = 0;
-    bool skipping = false, first = true;
-    while (!result_.stopped) {
-      const std::size_t got = input_.read(buffer.get() + held, kChunk);
-      if (got == 0) break;
-      std::size_t start = first ? SkipMark(buffer.get(), held + got) : 0;
-      first = false;
-      const std::size_t end = held + got;
-      for (char* newline; (newline = (char*)std::memchr(buffer.get() + start, '\n', end - start));) {
-        *newline = 0;
-        const std::size_t length = (std::size_t)(newline - buffer.get()) - start;
-        Line(buffer.get() + start, length, skipping);
-        skipping = false;
-        start += length + 1;
-        if (result_.stopped) break;
-      }
-      held = end - start;
-      std::memmove(buffer.get(), buffer.get() + start, held);
-      if (held > kMostLineBytes) { // too long to be a point: drop what is there, reject at its end
-        bytesDone_ += (std::int64_t)held;
-        held = 0;
-        skipping = true;
-      }
+    while (!result_.stopped && Fill()) Lines();
+    if ((held_ > 0 || skipping_) && !result_.stopped) { // no line feed at the end of the file
+      buffer_[held_] = 0;
+      Line(buffer_.get(), held_);
     }
-    if ((held > 0 || skipping) && !result_.stopped) {
-      buffer[held] = 0;
-      Line(buffer.get(), held, skipping);
+    if (min_[0] <= max_[0]) {
+      std::copy(min_, min_ + 3, result_.min);
+      std::copy(max_, max_ + 3, result_.max);
     }
     return result_;
   }
 
 private:
-  /** A UTF-8 byte-order mark is no part of the first line; files of 16-bit text are told, not read. */
-  std::size_t SkipMark(const char* text, std::size_t size) {
-    result_.looksUtf16 =
-        size >= 2 && (std::memcmp(text, "\xFF\xFE", 2) == 0 || std::memcmp(text, "\xFE\xFF", 2) == 0);
-    return size >= 3 && std::memcmp(text, "\xEF\xBB\xBF", 3) == 0 ? 3 : 0;
+  /** Reads on behind the part of a line that is held; false at the end of the file. */
+  bool Fill() {
+    char* const free = buffer_.get() + held_;
+    filled_ = held_;
+    std::size_t got = input_.read(free, kChunk);
+    if (!begun_) {
+      for (std::size_t more = got; more > 0 && got < kMarkBytes; got += more)
+        more = input_.read(free + got, kChunk - got);
+      start_ = SkipMark(free, got);
+      begun_ = true;
+    }
+    filled_ += got;
+    return got > 0;
   }
 
-  void Line(char* line, std::size_t length, bool tooLong) {
+  /** Takes each whole line of the buffer, then moves the rest to its front. */
+  void Lines() {
+    char* const buffer = buffer_.get();
+    std::size_t from = std::max(start_, held_); // what was held has no line feed
+    while (char* const lineFeed = (char*)std::memchr(buffer + from, '\n', filled_ - from)) {
+      *lineFeed = 0;
+      const std::size_t length = (std::size_t)(lineFeed - buffer) - start_;
+      Line(buffer + start_, length);
+      from = start_ += length + 1;
+      if (result_.stopped) return;
+    }
+    held_ = filled_ - start_;
+    if (start_ > 0) std::memmove(buffer, buffer + start_, held_);
+    start_ = 0;
+    if (held_ > kMostLineBytes) Drop();
+  }
+
+  /** What is held is too long to be a point: the line is rejected when its end comes. */
+  void Drop() {
+    if (result_.firstLine.empty() && !skipping_) Remember(buffer_.get(), held_);
+    bytesDone_ += (std::int64_t)held_;
+    held_ = 0;
+    skipping_ = true;
+    Progress();
+  }
+
+  /** A UTF-8 byte-order mark is no part of the first line; 16-bit text is told, with a mark or without. */
+  std::size_t SkipMark(const char* text, std::size_t size) {
+    const auto startsWith = [&](const char* mark, std::size_t length) {
+      return size >= length && std::memcmp(text, mark, length) == 0;
+    };
+    const bool wide = size >= 4 && !text[0] == !text[2] && !text[1] == !text[3] && !text[0] != !text[1];
+    result_.looksUtf16 = wide || startsWith("\xFF\xFE", 2) || startsWith("\xFE\xFF", 2);
+    return startsWith("\xEF\xBB\xBF", 3) ? 3 : 0;
+  }
+
+  void Line(const char* line, std::size_t length) {
+    const bool tooLong = skipping_ || length > kMostLineBytes;
+    skipping_ = false;
     ++result_.lines;
     bytesDone_ += (std::int64_t)length + 1;
     // Thinning counts lines, headers too.
@@ -73,7 +102,7 @@ private:
     counter_ = t + 1;
     if (t == 0) {
       if (result_.firstLine.empty()) Remember(line, length);
-      if (tooLong || length > kMostLineBytes || !Parse(line, (std::int32_t)length))
+      if (tooLong || !Parse(line, (std::int32_t)length))
         Reject();
       else
         Accept();
@@ -116,10 +145,9 @@ private:
       return;
     }
     for (int axis = 0; axis < 3; ++axis) {
-      result_.min[axis] = anyBounds_ ? std::min(result_.min[axis], p[axis]) : p[axis];
-      result_.max[axis] = anyBounds_ ? std::max(result_.max[axis], p[axis]) : p[axis];
+      min_[axis] = std::min(min_[axis], p[axis]);
+      max_[axis] = std::max(max_[axis], p[axis]);
     }
-    anyBounds_ = true;
     if (result_.count >= capacity_ && !Grow()) {
       ++result_.noMemory;
       return;
@@ -162,11 +190,15 @@ private:
   const TextInput& input_;
   TextResult result_;
   TextPoint scratch_;
+  /** One byte more than can be held and read: each line is closed with a NUL in place. */
+  const std::unique_ptr<char[]> buffer_{new char[kMostLineBytes + kChunk + 1]};
+  std::size_t start_ = 0, held_ = 0, filled_ = 0; ///< of the next line; bytes of an unfinished one; all bytes
+  bool begun_ = false, skipping_ = false;         ///< skipping_: the start of this line was dropped
   Form form_ = Form::Any;
   std::int32_t counter_ = 0;
-  std::int64_t capacity_ = 0, growth_ = kFirstGrowth, bytesDone_ = 0, nextShown_ = 0;
+  std::int64_t capacity_ = 0, growth_, bytesDone_ = 0, nextShown_ = 0;
   int shown_ = -1;
-  bool anyBounds_ = false;
+  double min_[3] = {kFar, kFar, kFar}, max_[3] = {-kFar, -kFar, -kFar};
 };
 
 } // namespace

@@ -24,6 +24,7 @@ struct TextInput {
   std::int32_t everyNth = 1; ///< of the lines, the first one used; below 2 all are
   /** Moves the array to a new size in bytes; NULL when refused, the old array then stays. */
   std::function<void*(void* array, std::size_t bytes)> reallocate;
+  std::int64_t firstGrowth = kFirstGrowth;
   /** Called when the part that is read, in thousandths, has changed; false stops. May be empty. */
   std::function<bool(int thousandths)> progress;
 };
@@ -39,10 +40,13 @@ struct TextResult {
   std::int64_t noMemory = 0;                    ///< points that no memory was left for
   bool stopped = false;                         ///< by progress
   std::string firstLine;                        ///< start of the first line with content, for messages
-  bool looksUtf16 = false;
+  bool looksUtf16 = false;                      ///< such a file gives no points
 };
 
-/** The loader's format is detected from the first line that parses and kept to the end of the file. */
+/**
+ * The loader's format is detected from the first line that parses and kept to the end of the file. Throws
+ * std::bad_alloc, before the first call of reallocate, when there is no memory for the line buffer.
+ */
 TextResult LoadText(const TextLoader& loader, const TextInput& input);
 
 } // namespace kelvra

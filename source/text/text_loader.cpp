@@ -13,7 +13,7 @@ public:
 
   bool Real(double& field) {
     const char* end = nullptr;
-    const double value = ParseReal(next_, &end);
+    const double value = ParseReal(next_, lineEnd_, &end);
     if (!Advance(end)) return false;
     field = value;
     return true;

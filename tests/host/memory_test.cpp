@@ -143,7 +143,9 @@ TEST_F(HostMemory, TheNthCallOfAKindFails) {
   faults.Clear();
   faults.FailAt(host::Fault::TemporaryBlock, 1, -1); // nothing is being drawn
   probe_->Message(1);
-  EXPECT_EQ(got, "yyyny" "ynnyy" "yyyyy");
+  EXPECT_EQ(got, "yyyny"
+                 "ynnyy"
+                 "yyyyy");
 }
 
 TEST_F(HostMemory, ArraysThatCannotGrowSaySo) {

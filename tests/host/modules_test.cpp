@@ -12,9 +12,9 @@ bool Contains(const std::string& text, const std::string& part) {
 
 struct BrokenModule {
   const char* name;
-  const char* message;     ///< part of the one line
+  const char* message;      ///< part of the one line
   const char* misbehaviour; ///< part of the report, empty for none
-  bool ends;               ///< its PluginEnd must have run
+  bool ends;                ///< its PluginEnd must have run
 };
 
 class BrokenModules : public testing::TestWithParam<BrokenModule> {};
@@ -37,14 +37,15 @@ TEST_P(BrokenModules, GiveOneLineAndLeaveNothing) {
 
 INSTANTIATE_TEST_SUITE_P(
     Modules, BrokenModules,
-    testing::Values(BrokenModule{"missing", "cannot be opened", "", false},
-                    BrokenModule{"no_entry", "found no exported function c4d_main", "", false},
-                    BrokenModule{"wrong_version", "loader version: found 4, expected 5", "", false},
-                    BrokenModule{"newer_host", "needs a newer application", "", false},
-                    BrokenModule{"entry_throws", "system initialisation refused", "left c4d_main: no mood", false},
-                    BrokenModule{"message_refused", "found answer -1 to the initialisation message", "", true},
-                    BrokenModule{"start_refused", "start refused", "", true},
-                    BrokenModule{"start_throws", "start refused", "in PluginStart: bad start", true}),
+    testing::Values(
+        BrokenModule{"missing", "cannot be opened", "", false},
+        BrokenModule{"no_entry", "found no exported function c4d_main", "", false},
+        BrokenModule{"wrong_version", "loader version: found 4, expected 5", "", false},
+        BrokenModule{"newer_host", "needs a newer application", "", false},
+        BrokenModule{"entry_throws", "system initialisation refused", "left c4d_main: no mood", false},
+        BrokenModule{"message_refused", "found answer -1 to the initialisation message", "", true},
+        BrokenModule{"start_refused", "start refused", "", true},
+        BrokenModule{"start_throws", "start refused", "in PluginStart: bad start", true}),
     [](const auto& broken) { return std::string(broken.param.name); });
 
 TEST(Modules, AFileThatIsNoLibraryIsRefused) {

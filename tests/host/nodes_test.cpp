@@ -140,6 +140,22 @@ TEST_F(Nodes, CallsOnOtherThreadsAreReported) {
   EXPECT_NE(Reported().find("Bo::GetMl is called on another thread"), std::string::npos) << Reported();
 }
 
+TEST_F(Nodes, WhatIsStillAliveAtTheEndIsNamed) {
+  BaseObject::Alloc(kProbe);
+  BaseObject::Alloc(Onull);
+  BaseFile* file = BaseFile::Alloc();
+  BaseBitmap* bitmap = BaseBitmap::Alloc();
+  std::string all;
+  for (const std::string& line : application_->Close()) all += line + "\n";
+  cleanExpected_ = false;
+  for (const char* what :
+       {"a node of type 1099201", "1 nodes that lie in no document", "1 bitmaps", "1 files"})
+    EXPECT_NE(all.find(what), std::string::npos) << what << " in " << all;
+  EXPECT_EQ(application_->Live().nodeData, 0) << "no code of a plug-in runs later";
+  BaseFile::Free(file);
+  BaseBitmap::Free(bitmap);
+}
+
 class Undo : public HostTest {
 protected:
   void Step(UNDOTYPE type, BaseObject* op) {

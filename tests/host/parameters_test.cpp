@@ -6,7 +6,18 @@
 namespace {
 
 constexpr LONG kDescribed = 1099301;
-enum { kSize = 1000, kCount = 1001, kShade = 1002, kName = 1003, kPlace = 1004, kPartner = 1005, kButton = 1006, kOn = 1007, kOwn = 1008, kPath = 1009 };
+enum {
+  kSize = 1000,
+  kCount = 1001,
+  kShade = 1002,
+  kName = 1003,
+  kPlace = 1004,
+  kPartner = 1005,
+  kButton = 1006,
+  kOn = 1007,
+  kOwn = 1008,
+  kPath = 1009
+};
 
 const char* const kHeader = R"(enum {
   PROBE_SIZE = 1000, PROBE_COUNT = 1001, PROBE_SHADE = 1002, PROBE_NAME = 1003, PROBE_PLACE = 1004,
@@ -72,7 +83,8 @@ protected:
     ASSERT_TRUE(RegisterObjectPlugin(kDescribed, "Described", 0, Described::Alloc, "Oprobe", NULL, 0));
     op_ = Add(kDescribed, "op");
     Probe::onMessage = [this](Probe&, GeListNode*, LONG type, void* data) {
-      if (type == MSG_DESCRIPTION_POSTSETPARAMETER) told_.push_back((*((DescriptionPostSetValue*)data)->descid)[0].id);
+      if (type == MSG_DESCRIPTION_POSTSETPARAMETER)
+        told_.push_back((*((DescriptionPostSetValue*)data)->descid)[0].id);
       if (type == MSG_DESCRIPTION_COMMAND) pressed_ = ((DescriptionCommand*)data)->id[0].id;
       return TRUE;
     };
@@ -134,7 +146,8 @@ TEST_F(Parameters, WhatIsNotSetHasItsDefault) {
   EXPECT_EQ(Get(kCount).GetLong(), 4);
   EXPECT_EQ(Get(kPlace).GetVector(), Vector(1, 2, 3));
   GeData data;
-  EXPECT_FALSE(op_->GetParameter(DescID(kName), data, DESCFLAGS_GET_0)) << "without a default there is no value";
+  EXPECT_FALSE(op_->GetParameter(DescID(kName), data, DESCFLAGS_GET_0))
+      << "without a default there is no value";
 }
 
 TEST_F(Parameters, OnlyWhatTheUserSetsIsClamped) {
@@ -177,25 +190,39 @@ TEST_F(Parameters, TextsAreCheckedAgainstTypeAndRange) {
     const char* text;
     const char* error; ///< part of it, NULL when the value is good
   } cases[] = {
-      {"PROBE_SIZE", "1.25", NULL},         {"size", "125%", NULL},
-      {"size", "2.5", "from 0 to 2"},       {"size", "abc", "expected a number"},
-      {"size", "1.5x", "expected a number"}, {"size", "nan", "expected a number"},
-      {"size", "", "expected a number"},    {"count", "0", "above 0 to 9"},
-      {"count", "1.5", "whole number"},     {"count", "9", NULL},
-      {"shade", "5", NULL},                 {"shade", "light", NULL},
-      {"Shade", "rather dark", NULL},       {"shade", "4", "3 (Rather Dark), 5 (Light)"},
-      {"place", "1,2,3", NULL},             {"place", "1 2 3", NULL},
-      {"place", "1,2", "X,Y,Z"},            {"place", "1,2,3,4", "X,Y,Z"},
-      {"place", "-11,0,0", "from -10"},     {"on", "yes", NULL},
-      {"on", "2", "0 or 1"},                {"partner", "Partner", NULL},
-      {"partner", "Nobody", "name of an object"}, {"button", "1", "a button has no value"},
-      {"path", "/x/y", NULL},               {"name", "any text", NULL},
+      {"PROBE_SIZE", "1.25", NULL},
+      {"size", "125%", NULL},
+      {"size", "2.5", "from 0 to 2"},
+      {"size", "abc", "expected a number"},
+      {"size", "1.5x", "expected a number"},
+      {"size", "nan", "expected a number"},
+      {"size", "", "expected a number"},
+      {"count", "0", "above 0 to 9"},
+      {"count", "1.5", "whole number"},
+      {"count", "9", NULL},
+      {"shade", "5", NULL},
+      {"shade", "light", NULL},
+      {"Shade", "rather dark", NULL},
+      {"shade", "4", "3 (Rather Dark), 5 (Light)"},
+      {"place", "1,2,3", NULL},
+      {"place", "1 2 3", NULL},
+      {"place", "1,2", "X,Y,Z"},
+      {"place", "1,2,3,4", "X,Y,Z"},
+      {"place", "-11,0,0", "from -10"},
+      {"on", "yes", NULL},
+      {"on", "2", "0 or 1"},
+      {"partner", "Partner", NULL},
+      {"partner", "Nobody", "name of an object"},
+      {"button", "1", "a button has no value"},
+      {"path", "/x/y", NULL},
+      {"name", "any text", NULL},
   };
   for (const auto& c : cases) {
     const LONG id = application_->FindParameter(op_, c.name);
     ASSERT_GE(id, 0) << c.name;
     std::string error;
-    EXPECT_EQ(application_->SetParameterFromText(op_, id, c.text, &error), c.error == NULL) << c.name << "=" << c.text << error;
+    EXPECT_EQ(application_->SetParameterFromText(op_, id, c.text, &error), c.error == NULL)
+        << c.name << "=" << c.text << error;
     if (c.error) {
       EXPECT_NE(error.find(c.error), std::string::npos) << error;
       EXPECT_NE(error.find(std::string("\"") + c.text + "\""), std::string::npos) << error;

@@ -40,16 +40,25 @@ TEST_F(HostServices, TheConsoleKeepsLinesAndStatus) {
   StatusClear();
   EXPECT_EQ(seen, "gr\xc3\xbc\xc3\x9f");
   EXPECT_EQ(application_->GetConsole().StatusTexts().back(), "Loading : 1 of 2");
-  EXPECT_EQ(application_->GetConsole().StatusBars().back(), 150) << "as it was said; only the drawing is clamped";
+  EXPECT_EQ(application_->GetConsole().StatusBars().back(), 150)
+      << "as it was said; only the drawing is clamped";
 }
 
 TEST_F(HostServices, FaultTextsAreChecked) {
   const struct {
     const char* text;
     bool good;
-  } cases[] = {{"allocation=3", true}, {"write=2:5", true},   {"userbreak=1", true}, {"allocation=0", false},
-               {"allocation=", false}, {"write=1:0", false},  {"write=a", false},    {"nothing=1", false},
-               {"", false},            {"write=-1", false},   {"write=99999999999999999999", false}};
+  } cases[] = {{"allocation=3", true},
+               {"write=2:5", true},
+               {"userbreak=1", true},
+               {"allocation=0", false},
+               {"allocation=", false},
+               {"write=1:0", false},
+               {"write=a", false},
+               {"nothing=1", false},
+               {"", false},
+               {"write=-1", false},
+               {"write=99999999999999999999", false}};
   for (const auto& c : cases) {
     host::Faults faults;
     std::string error;
@@ -75,7 +84,8 @@ TEST_F(HostServices, RegistrationsThatAreWrongAreRefused) {
   EXPECT_FALSE(C4DOS.Ge->RegisterPlugin(PLUGINTYPE_OBJECT, 5, "x", NULL, sizeof sound));
   EXPECT_FALSE(RegisterObjectPlugin(5, "x", 0, NULL, String(), NULL, 0)) << "no allocator";
   EXPECT_FALSE(RegisterObjectPlugin(kProbe, "x", 0, Probe::Alloc, String(), NULL, 0)) << "the id is taken";
-  EXPECT_FALSE(RegisterVideoPostPlugin(kProbe, "x", 0, ProbePost::Alloc, String(), 0, 0)) << "by another kind too";
+  EXPECT_FALSE(RegisterVideoPostPlugin(kProbe, "x", 0, ProbePost::Alloc, String(), 0, 0))
+      << "by another kind too";
   EXPECT_FALSE(RegisterMessagePlugin(5, "x", 0, NULL));
   EXPECT_EQ(application_->Misbehaviour().size(), 7u) << "the interface itself refused the last";
   EXPECT_FALSE(RegisterObjectPlugin(6, "x", 0, Probe::Alloc, "Onothing", NULL, 0)) << "no such description";
@@ -131,12 +141,14 @@ TEST(Preferences, ComeBackInTheNextRun) {
     EXPECT_EQ(bc->GetType(6), DA_NIL) << "a pointer means nothing in another run";
     EXPECT_EQ(bc->GetTime(8), BaseTime(1, 25));
   }
-  for (const char* damage : {"{", "[1]", "{\"44\":{\"1\":{\"long\":\"x\"}}}", "{\"44\":{\"1\":{}}}", "{\"x\":{}}"}) {
+  for (const char* damage :
+       {"{", "[1]", "{\"44\":{\"1\":{\"long\":\"x\"}}}", "{\"44\":{\"1\":{}}}", "{\"x\":{}}"}) {
     std::ofstream(folder + "/preferences.json") << damage;
     host::Application application(folder);
     EXPECT_EQ(GetWorldPluginData(44), nullptr) << damage;
     EXPECT_EQ(application.GetConsole().Lines().size(), 1u) << damage;
-    EXPECT_TRUE(std::filesystem::exists(folder + "/preferences.json.damaged")) << "nothing of the user's is lost";
+    EXPECT_TRUE(std::filesystem::exists(folder + "/preferences.json.damaged"))
+        << "nothing of the user's is lost";
   }
   std::filesystem::remove_all(folder);
 }

@@ -65,7 +65,8 @@ protected:
     application_.reset(new host::Application);
     ASSERT_TRUE(RegisterObjectPlugin(kProbe, "Probe", OBJECT_GENERATOR, Probe::Alloc, String(), NULL, 0));
     ASSERT_TRUE(RegisterObjectPlugin(kStubborn, "Stubborn", 0, Stubborn::Alloc, String(), NULL, 0));
-    ASSERT_TRUE(RegisterVideoPostPlugin(kProbePost, "Post", PLUGINFLAG_VIDEOPOST_INHERENT, ProbePost::Alloc, String(), 0, 7));
+    ASSERT_TRUE(RegisterVideoPostPlugin(kProbePost, "Post", PLUGINFLAG_VIDEOPOST_INHERENT, ProbePost::Alloc,
+                                        String(), 0, 7));
     ASSERT_TRUE(RegisterSceneHookPlugin(kProbeHook, "Hook", 0, ProbeHook::Alloc, 0, 0));
     doc_ = application_->NewDocument();
   }

@@ -1,4 +1,5 @@
-// The module's entry: what it registers, what it does when that is refused, and the calls that the host makes.
+// The module's entry: what it registers, what it does when that is refused, and the calls that the host
+// makes.
 #include "module_fixture.h"
 
 #include "c4d_os.h"
@@ -58,8 +59,8 @@ class RefusedRegistration : public testing::TestWithParam<int> {};
 
 TEST_P(RefusedRegistration, StopsOnlyWhatNeedsIt) {
   // What goes missing with each refusal: the voxel post takes builder and hook along, the builder the hook.
-  const std::set<LONG> missing[] = {{kCloud}, {kRecorder}, {kShader}, {kVoxelPost, kBuilder, kHook}, {kBuilder, kHook},
-                                    {kHook},  {kTimer},    {kPrefs}};
+  const std::set<LONG> missing[] = {{kCloud},          {kRecorder}, {kShader}, {kVoxelPost, kBuilder, kHook},
+                                    {kBuilder, kHook}, {kHook},     {kTimer},  {kPrefs}};
   // The chain's members are not even tried.
   host::Application application;
   application.GetFaults().FailAt(host::Fault::Registration, GetParam() + 1);

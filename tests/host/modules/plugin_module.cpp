@@ -14,9 +14,12 @@ public:
   Bool Message(GeListNode*, LONG type, void* data) override {
     if (type != MSG_DESCRIPTION_COMMAND) return TRUE;
     switch (((DescriptionCommand*)data)->id[0].id) {
-    case kLeakBlock: return GeAlloc(1000) != NULL;
-    case kLeakNode: return BaseObject::Alloc(1099101) != NULL;
-    case kThrow: throw std::runtime_error("button of doom");
+    case kLeakBlock:
+      return GeAlloc(1000) != NULL;
+    case kLeakNode:
+      return BaseObject::Alloc(1099101) != NULL;
+    case kThrow:
+      throw std::runtime_error("button of doom");
     case kFreeTwice: {
       void* block = GeAlloc(16);
       void* again = block;
@@ -24,7 +27,9 @@ public:
       GeFree(again);
       return TRUE;
     }
-    case kPrintPath: GePrint(GeGetPluginPath().GetString()); return TRUE;
+    case kPrintPath:
+      GePrint(GeGetPluginPath().GetString());
+      return TRUE;
     }
     return FALSE;
   }

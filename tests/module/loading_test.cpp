@@ -1,0 +1,268 @@
+// Loading by the object's buttons: what is stored of made files, folders and failures.
+#include "module_fixture.h"
+
+#include "las/las_fixture.h"
+
+#include <algorithm>
+
+namespace {
+
+using Colors = std::vector<std::array<int, 3>>;
+
+class LoadingTest : public ModuleTest {
+protected:
+  std::string WriteLas(const std::string& name, const Bytes& bytes) const {
+    return Write(name, std::string(bytes.begin(), bytes.end()));
+  }
+  static Colors ColorsOf(const StoredBlock& block) {
+    Colors colors;
+    for (std::size_t i = 0; i < (std::size_t)block.count; ++i) colors.push_back(block.Rgb(i));
+    return colors;
+  }
+  /** Ten lines, x counting from 0. */
+  static std::string TenLines() {
+    std::string text;
+    for (int i = 0; i < 10; ++i) text += std::to_string(i) + " 1 2 3 4 5\n";
+    return text;
+  }
+  static std::vector<double> Eastings(const StoredCloud& cloud) {
+    std::vector<double> x;
+    for (const StoredBlock& block : cloud.blocks)
+      for (std::size_t i = 0; i < (std::size_t)block.count; ++i) x.push_back(block.Point(i)[0]);
+    return x;
+  }
+};
+
+bool Any(const std::vector<std::string>& lines, const std::string& part) {
+  for (const std::string& line : lines)
+    if (line.find(part) != std::string::npos) return true;
+  return false;
+}
+
+TEST_F(LoadingTest, TheSuffixChoosesTheReaderOfText) {
+  // As XYZ the fourth to sixth numbers are the colour, as PTS the fifth to seventh.
+  const std::string line = "1.5 -2 3 40 50 60 70\n";
+  const std::pair<const char*, Colors> cases[] = {
+      {"a.xyz", {{40 * 256, 50 * 256, 60 * 256}}}, {"a.ASC", {{40 * 256, 50 * 256, 60 * 256}}},
+      {"a.asc", {{40 * 256, 50 * 256, 60 * 256}}}, {"a.dat", {{40 * 256, 50 * 256, 60 * 256}}},
+      {"a", {{40 * 256, 50 * 256, 60 * 256}}},     {"a.pts", {{50 * 256, 60 * 256, 70 * 256}}},
+      {"a.PTS", {{50 * 256, 60 * 256, 70 * 256}}},
+  };
+  for (const auto& [name, colors] : cases) {
+    SCOPED_TRACE(name);
+    const std::size_t before = Stored().blocks.size();
+    Load(Write(name, line));
+    const StoredCloud cloud = Stored();
+    ASSERT_EQ(cloud.blocks.size(), before + 1);
+    const StoredBlock& block = cloud.blocks.back();
+    EXPECT_EQ(block.key, 0);
+    EXPECT_EQ(block.positions, (std::vector<SReal>{1.5f, 3.0f, -2.0f}));
+    EXPECT_EQ(ColorsOf(block), colors);
+    EXPECT_EQ(block.flags, std::vector<UWORD>{0});
+    EXPECT_EQ(block.corners[0], LVector(1.5, 3, -2));
+  }
+}
+
+TEST_F(LoadingTest, LasPointsWithoutColourTakeThePaletteOfTheirClass) {
+  const std::pair<int, std::array<int, 3>> palette[] = {
+      {2, {15535, 22222, 55535}}, {3, {15535, 15535, 0}},  {4, {12767, 45167, 27647}},
+      {5, {45535, 65535, 35535}}, {6, {35535, 0, 0}},      {7, {15535, 0, 25535}},
+      {9, {2909, 12222, 55535}},  {10, {25535, 0, 25535}}, {17, {45535, 0, 45535}},
+      {18, {65535, 0, 65535}},
+  };
+  std::vector<TestPoint> points;
+  Colors expected;
+  for (const auto& [code, rgb] : palette) {
+    points.push_back({0, 0, 100, (std::uint8_t)code});
+    expected.push_back(rgb);
+  }
+  // Any other class is grey by height: z * 65535, the low 16 bits of what is left of the point.
+  for (const int code : {0, 1, 8, 11, 16, 19, 31}) {
+    points.push_back({0, 0, 150, (std::uint8_t)code});
+    expected.push_back({98302 % 65536, 98302 % 65536, 98302 % 65536});
+  }
+  points.push_back({0, 0, -50, 1});
+  expected.push_back({65536 - 32767, 65536 - 32767, 65536 - 32767});
+  points[1].classByte |= 0x40; // key point
+  Load(WriteLas("classes.las", MakeLas(0, points)));
+  const StoredCloud cloud = Stored();
+  ASSERT_EQ(cloud.blocks.size(), 1u);
+  EXPECT_EQ(ColorsOf(cloud.blocks[0]), expected);
+  EXPECT_EQ(cloud.blocks[0].key, 1);
+  std::vector<UWORD> flags(points.size(), 0);
+  flags[1] = 1;
+  EXPECT_EQ(cloud.blocks[0].flags, flags);
+  EXPECT_EQ(std::vector<SReal>(cloud.blocks[0].colors.begin(), cloud.blocks[0].colors.begin() + 3),
+            (std::vector<SReal>{0, 0, 1}));
+}
+
+TEST_F(LoadingTest, EightBitLasColoursAreWidenedBy255) {
+  Load(WriteLas("narrow.las", MakeLas(2, {{0, 0, 0, 1, 255, 1, 0}, {1, 1, 1, 1, 7, 100, 255}})));
+  Load(WriteLas("wide.las", MakeLas(2, {{0, 0, 0, 1, 256, 1, 0}, {1, 1, 1, 1, 7, 100, 255}})));
+  const StoredCloud cloud = Stored();
+  ASSERT_EQ(cloud.blocks.size(), 2u);
+  EXPECT_EQ(ColorsOf(cloud.blocks[0]), (Colors{{65025, 255, 0}, {7 * 255, 25500, 65025}}));
+  EXPECT_EQ(ColorsOf(cloud.blocks[1]), (Colors{{256, 1, 0}, {7, 100, 255}}))
+      << "one larger value: left alone";
+  EXPECT_EQ(cloud.blocks[0].group, 0);
+  EXPECT_EQ(cloud.blocks[1].group, 1) << "each command opens a group";
+}
+
+TEST_F(LoadingTest, EveryNthPointIsKept) {
+  const std::vector<std::pair<LONG, std::vector<double>>> cases = {{3, {0, 3, 6, 9}},
+                                                                   {1, {0, 1, 2, 3, 4, 5, 6, 7, 8, 9}},
+                                                                   {0, {0, 1, 2, 3, 4, 5, 6, 7, 8, 9}},
+                                                                   {100, {0}}};
+  std::vector<std::string> files = {Write("ten.xyz", TenLines())};
+  std::vector<TestPoint> points;
+  for (int i = 0; i < 10; ++i) points.push_back({i * 100, 0, 0, 2});
+  files.push_back(WriteLas("ten.las", MakeLas(0, points)));
+  for (const std::string& file : files)
+    for (const auto& [step, expected] : cases) {
+      SCOPED_TRACE(file + " " + std::to_string(step));
+      op_ = host::CreateObjectFromMenu(doc_, kCloud);
+      Set(1182, GeData(step));
+      Set(1100, GeData(5)); // thins the view only
+      Load(file);
+      EXPECT_EQ(Eastings(Stored()), expected);
+    }
+  op_->GetDataInstance()->RemoveData(1182);
+  Load(files[0]);
+  EXPECT_EQ(Stored().Points(), 1 + 10) << "without an entry every point is kept";
+}
+
+TEST_F(LoadingTest, TheBudgetBoundsLasFilesOnly) {
+  Set(1181, GeData(0));
+  Load(Write("ten.xyz", TenLines()));
+  EXPECT_EQ(Stored().Points(), 10);
+  Load(WriteLas("ten.las", MakeLas(0, Spiral(10))));
+  EXPECT_EQ(Stored().Points(), 11) << "one more than the limit of none";
+}
+
+TEST_F(LoadingTest, AFolderIsLoadedByNameIntoOneGroup) {
+  namespace fs = std::filesystem;
+  fs::create_directories(folder_ / "all" / "a_folder.xyz");
+  const std::pair<const char*, const char*> files[] = {
+      {"b.xyz", "2 0 0\n"},   {"B.xyz", "1 0 0\n"},
+      {"c.txt", "3 0 0\n"},   {"a.lax", "9 0 0\n"},
+      {"a.wdp", "9 0 0\n"},   {".hidden.xyz", "9 0 0\n"},
+      {"bad.csv", "1,2,3\n"}, {"d.pts", "4 0 0 1\n"},
+      {"empty.xyz", ""},      {"a_folder.xyz/in.xyz", "9 0 0\n"}};
+  for (const auto& [name, text] : files) Write(std::string("all/") + name, text);
+  const std::vector<std::string> lines = Load(Path("all"), kLoadFolder);
+  const StoredCloud cloud = Stored();
+  EXPECT_EQ(Eastings(cloud), (std::vector<double>{1, 2, 3, 4}));
+  for (const StoredBlock& block : cloud.blocks) EXPECT_EQ(block.group, 0);
+  EXPECT_TRUE(Any(lines, Path("all/bad.csv") + ": "));
+  EXPECT_TRUE(Any(lines, Path("all/empty.xyz") + ": "));
+  const host::DialogRecord& dialog = application_.GetDialogs().Shown().back();
+  EXPECT_EQ(dialog.text, "Point Cloud");
+  EXPECT_EQ(dialog.kind, (int)FILESELECT_DIRECTORY);
+}
+
+TEST_F(LoadingTest, ACancelledDialogDoesNothing) {
+  const ULONG dirty = op_->GetDirty(DIRTYFLAGS_DATA);
+  for (const LONG button : {kLoadFile, kLoadFolder}) EXPECT_EQ(Load("", button), std::vector<std::string>());
+  EXPECT_EQ(application_.GetDialogs().Shown().size(), 2u);
+  EXPECT_EQ(op_->GetDirty(DIRTYFLAGS_DATA), dirty);
+  EXPECT_TRUE(doc_->DoUndo()); // the step that made the object, not one of a load
+  EXPECT_EQ(doc_->GetFirstObject(), nullptr);
+  EXPECT_TRUE(doc_->DoRedo());
+}
+
+TEST_F(LoadingTest, ALoadIsOneUndoStep) {
+  std::filesystem::create_directories(folder_ / "two");
+  Write("two/a.xyz", "1 0 0\n");
+  Write("two/b.xyz", "2 0 0\n");
+  Load(Write("first.xyz", "0 0 0\n"));
+  Load(Path("two"), kLoadFolder);
+  const auto now = [&] { return Eastings(Stored(doc_->GetFirstObject())); };
+  ASSERT_EQ(now(), (std::vector<double>{0, 1, 2}));
+  EXPECT_TRUE(doc_->DoUndo());
+  EXPECT_EQ(now(), (std::vector<double>{0}));
+  EXPECT_TRUE(doc_->DoUndo());
+  EXPECT_EQ(now(), (std::vector<double>{}));
+  EXPECT_TRUE(doc_->DoRedo());
+  EXPECT_TRUE(doc_->DoRedo());
+  EXPECT_EQ(now(), (std::vector<double>{0, 1, 2}));
+  EXPECT_EQ(doc_->GetFirstObject(), op_);
+}
+
+TEST_F(LoadingTest, AnObjectOutsideOfDocumentsLoadsToo) {
+  BaseObject* lone = BaseObject::Alloc(kCloud);
+  ASSERT_NE(lone, nullptr);
+  std::swap(op_, lone);
+  Load(Write("ten.xyz", TenLines()));
+  EXPECT_EQ(Stored().Points(), 10);
+  std::swap(op_, lone);
+  BaseObject::Free(lone);
+}
+
+TEST_F(LoadingTest, ProgressIsShownWhenThePercentageChanges) {
+  Load(WriteLas("many.las", MakeLas(0, Spiral(5000))));
+  std::vector<std::string> loading;
+  for (const std::string& text : application_.GetConsole().StatusTexts())
+    if (text.rfind("Loading", 0) == 0) loading.push_back(text);
+  EXPECT_EQ(loading, (std::vector<std::string>{"Loading : 1024 of 5000", "Loading : 2048 of 5000",
+                                               "Loading : 3072 of 5000", "Loading : 4096 of 5000"}));
+  std::vector<int> bars = application_.GetConsole().StatusBars();
+  bars.erase(std::remove(bars.begin(), bars.end(), 0), bars.end());
+  EXPECT_EQ(bars, (std::vector<int>{20, 40, 61, 81}));
+}
+
+TEST_F(LoadingTest, AUserBreakStopsTheFolder) {
+  std::filesystem::create_directories(folder_ / "all");
+  Write("all/a.xyz", TenLines());
+  WriteLas("all/b.las", MakeLas(0, Spiral(5000)));
+  WriteLas("all/c.las", MakeLas(0, Spiral(5000)));
+  application_.GetFaults().FailAt(host::Fault::UserBreak, 3, -1);
+  const std::vector<std::string> lines = Load(Path("all"), kLoadFolder);
+  EXPECT_GE(Stored().Points(), 10) << "what was loaded before stays";
+  EXPECT_LT(Stored().Points(), 5010);
+  EXPECT_TRUE(Any(lines, "1 more files were not loaded"));
+  application_.GetFaults().Clear();
+}
+
+class RefusedMemory : public LoadingTest {
+protected:
+  /** Refuses each allocation of a load in turn: the store holds all points or none, and a console line tells.
+   */
+  void SweepAllocations(const std::string& file, long long points) {
+    int abandoned = 0;
+    for (int n = 1;; ++n) {
+      ASSERT_LT(n, 500) << "the load never ran out of allocations";
+      SCOPED_TRACE(n);
+      op_ = host::CreateObjectFromMenu(doc_, kCloud);
+      application_.GetFaults().FailAt(host::Fault::Allocation, n);
+      const std::vector<std::string> lines = Load(file);
+      const bool struck = application_.GetFaults().Calls(host::Fault::Allocation) >= n;
+      application_.GetFaults().Clear();
+      if (getenv("DBG")) for (auto& l : lines) printf("%d %s\n", n, l.c_str());
+      const StoredCloud cloud = Stored();
+      if (Any(lines, "not enough memory for")) {
+        ++abandoned;
+        EXPECT_TRUE(cloud.blocks.empty());
+      }
+      EXPECT_TRUE(cloud.Points() == 0 || cloud.Points() == points) << cloud.Points();
+      for (const StoredBlock& block : cloud.blocks) {
+        EXPECT_EQ(block.positions.size(), 3u * (std::size_t)block.count);
+        EXPECT_EQ(block.flags.size(), (std::size_t)block.count);
+      }
+      if (!struck) {
+        EXPECT_EQ(cloud.Points(), points);
+        break;
+      }
+    }
+    EXPECT_GE(abandoned, 4) << "each of the four arrays of a block";
+  }
+};
+
+TEST_F(RefusedMemory, AbandonsATextFile) {
+  SweepAllocations(Write("ten.xyz", TenLines()), 10);
+}
+
+TEST_F(RefusedMemory, AbandonsALasFile) {
+  SweepAllocations(WriteLas("ten.las", MakeLas(2, Spiral(10))), 10);
+}
+
+} // namespace

@@ -1,0 +1,119 @@
+// The console's lines about loaded files: one a file, which scripts read.
+#include "object_fixture.h"
+
+#include <algorithm>
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+class LoadReportTest : public ObjectTest {
+protected:
+  std::string Put(const std::string& name, const std::string& text) const {
+    PutBytes(Path(name), text);
+    return Path(name);
+  }
+  static long Containing(const Lines& lines, const std::string& text) {
+    return std::count_if(lines.begin(), lines.end(),
+                         [&](const std::string& line) { return line.find(text) != std::string::npos; });
+  }
+};
+
+TEST_F(LoadReportTest, OneLineTellsWhatWasKept) {
+  const std::string path = Put("a.xyz", "x y z\n1 2 3\n4 5 6\n7 8 -9999\n16777217 0 0\n");
+  Lines lines = Load(path);
+  ASSERT_EQ(lines.size(), 1u);
+  EXPECT_EQ(lines[0].rfind(path + ": 3 points, ", 0), 0u) << lines[0];
+  for (const char* part :
+       {"positions are stored to 2 m", "1 line rejected (line 1)", "1 points without data dropped"})
+    EXPECT_EQ(Containing(lines, part), 1) << lines[0];
+  op_->GetDataInstance()->SetLong(1182, 2);
+  lines = Load(path);
+  ASSERT_EQ(lines.size(), 1u);
+  EXPECT_EQ(lines[0].rfind(path + ": 2 points, ", 0), 0u) << "lines 1, 3 and 5; " << lines[0];
+  EXPECT_EQ(Containing(lines, "1 of 2 kept"), 1);
+}
+
+TEST_F(LoadReportTest, RefusalsNameTheReasonAndNoPoints) {
+  const struct {
+    const char *name, *content, *reason;
+  } cases[] = {
+      {"empty.xyz", "", "the file is empty"},
+      {"comma.txt", "1,2,3\n", "not by commas"},
+      {"plain.pts", "3\n1 2 3\n", "expected x y z intensity"},
+      {"wide.xyz", "\xFF\xFE\x31\x00", "UTF-16"},
+      {"log.las", "~VERSION INFORMATION\n VERS. 2.0\n", "this is not a point cloud (it starts with ~VERSION"},
+      {"nodata.xyz", "1 2 -9999\n", "every point is marked as no data"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    const std::string path =
+        Put(c.name, std::string(c.content, std::strcmp(c.name, "wide.xyz") ? std::strlen(c.content) : 4));
+    const Lines lines = Load(path);
+    ASSERT_EQ(lines.size(), 1u);
+    EXPECT_EQ(lines[0].rfind(path + ": ", 0), 0u) << lines[0];
+    EXPECT_EQ(Containing(lines, c.reason), 1) << lines[0];
+    EXPECT_EQ(Cloud(op_).store.groups.GetCount(), 0) << "no empty group stays";
+  }
+  EXPECT_FALSE(doc_->DoUndo()) << "nothing was merged";
+  EXPECT_EQ(Load(Path("missing.xyz")), Lines{Path("missing.xyz") + ": the file could not be opened"});
+}
+
+TEST_F(LoadReportTest, FindingsAreToldOnce) {
+  const struct {
+    const char *name, *first;
+    std::size_t lines;
+    const char* also;
+  } cases[] = {
+      {"1.2-with-color-clipped.las", ": loaded 1,064 of 1,065 points, ", 2, "the file ends at byte"},
+      {"1815.las", ": 1,247 points, ", 3, "EPSG 6580 found; enter it to reproject"},
+      {"autzen_trim.las", ": 110,000 points, ", 1, "positions are stored to 0.062 m"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    const std::string path = std::string(KELVRA_DATA_DIR "/") + c.name;
+    if (!std::filesystem::exists(path)) GTEST_SKIP() << path << " is not there";
+    const Lines lines = Load(path);
+    ASSERT_EQ(lines.size(), c.lines) << testing::PrintToString(lines);
+    EXPECT_EQ(lines[0].rfind(path + c.first, 0), 0u) << lines[0];
+    EXPECT_EQ(Containing(lines, c.also), 1) << testing::PrintToString(lines);
+  }
+}
+
+TEST_F(LoadReportTest, AStopIsOneLineAndKeepsWholeFiles) {
+  std::filesystem::create_directories(Path("all"));
+  for (const char* name : {"all/b.xyz", "all/a.xyz", "all/c.xyz", "all/.hidden.xyz", "all/x.lax"})
+    Put(name, "1 2 3\n");
+  for (int asked = 1; asked < 12; ++asked) {
+    SCOPED_TRACE(asked);
+    op_ = Add();
+    application_->GetFaults().FailAt(host::Fault::UserBreak, asked, -1);
+    const Lines lines = Load(Path("all"), 1600);
+    application_->GetFaults().Clear();
+    const LONG loaded = Cloud(op_).store.GetPointCount();
+    if (loaded == 3) return; // three files: hidden ones and index files are none
+    ASSERT_EQ(lines.size(), (std::size_t)loaded + 1) << testing::PrintToString(lines);
+    const std::string stoppedAt = Path("all/") + "abc"[loaded] + ".xyz";
+    const std::string more =
+        loaded == 2 ? "" : "; " + std::to_string(2 - loaded) + " more files were not loaded";
+    EXPECT_EQ(lines.back(), stoppedAt + ": stopped; nothing of it was loaded" + more);
+  }
+  FAIL() << "the load never came to its end";
+}
+
+TEST_F(LoadReportTest, SavingAsTextSaysWhereOrWhyNot) {
+  Give(op_, {Vector(1, 2, 3)});
+  application_->GetDialogs().AnswerFile(Path("out.xyz"));
+  application_->PressButton(op_, 1609);
+  EXPECT_EQ(application_->GetDialogs().Shown().back().text, "Where would you like to save to?");
+  EXPECT_EQ(application_->GetConsole().Lines().back(), "Saved to : " + Path("out.xyz"));
+  EXPECT_EQ(Bytes(Path("out.xyz")), "1 3 2 255 255 255\n");
+  application_->GetDialogs().AnswerFile(Path("no/such/folder.xyz"));
+  application_->PressButton(op_, 1609);
+  EXPECT_NE(application_->GetDialogs().Shown().back().text.find(Path("no/such/folder.xyz")),
+            std::string::npos);
+  EXPECT_EQ(application_->GetConsole().Lines().back(), "Saved to : " + Path("out.xyz"))
+      << "only the dialog tells";
+}
+
+} // namespace

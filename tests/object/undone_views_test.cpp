@@ -1,0 +1,138 @@
+// Views of a cloud whose data undo exchanges, whose node is freed, and whose views come and go.
+#include "object_fixture.h"
+
+#include "host/viewport.h"
+#include "object/file_loading.h"
+
+namespace {
+
+using host::Viewport;
+
+class ViewTest : public ObjectTest {
+protected:
+  std::unique_ptr<Viewport> NewView() {
+    std::string error;
+    std::unique_ptr<Viewport> view = Viewport::Create(doc_, 64, 64, &error);
+    if (!view) {
+      reason_ = error;
+      return view;
+    }
+    host::ViewCamera camera;
+    camera.position = Vector(0, 0, -100);
+    view->SetCamera(camera);
+    view->SetBackground(0, 0, 0);
+    return view;
+  }
+  /** Columns of the lit pixels, from left to right, one entry a pixel. */
+  static std::vector<int> Lit(Viewport& view) {
+    std::string error;
+    EXPECT_TRUE(view.Draw(&error)) << error;
+    const host::gl::Image image = view.Read();
+    std::vector<int> columns;
+    for (int x = 0; x < image.width; ++x)
+      for (int y = 0; y < image.height; ++y)
+        if (image.At(x, y)[0] > 0) columns.push_back(x);
+    return columns;
+  }
+  long long Uploads() const { return application_->GetFaults().Calls(host::Fault::SubBuffer); }
+
+  std::string reason_;
+};
+
+#define NEEDS_VIEW(view)                                                                                     \
+  if (!view) GTEST_SKIP() << reason_
+
+const std::vector<Vector> kThree = {Vector(-20, 0, 0), Vector(0, 10, 0), Vector(20, 0, 0)};
+const std::vector<Vector> kTwo = {Vector(-10, -20, 0), Vector(10, -20, 0)};
+
+TEST_F(ViewTest, UndoAndRedoShowThePointsOfTheirTimeAndUploadThemOnce) {
+  std::unique_ptr<Viewport> view = NewView(), second = NewView();
+  NEEDS_VIEW(view);
+  Give(op_, kThree);
+  EXPECT_EQ(Lit(*view).size(), 3u);
+  kelvra::RecordUndo(op_);
+  Give(op_, kTwo);
+  EXPECT_EQ(Lit(*view).size(), 5u);
+  EXPECT_EQ(Lit(*second).size(), 5u);
+  for (int round = 0; round < 3; ++round) {
+    SCOPED_TRACE(round);
+    ASSERT_TRUE(doc_->DoUndo());
+    EXPECT_EQ(Lit(*view).size(), 3u);
+    EXPECT_EQ(Lit(*second).size(), 3u);
+    ASSERT_TRUE(doc_->DoRedo());
+    const long long before = Uploads();
+    for (int draw = 0; draw < 3; ++draw) EXPECT_EQ(Lit(*view).size(), 5u);
+    EXPECT_EQ(Uploads(), before + 1) << "points that came back are uploaded by the first draw only";
+  }
+}
+
+TEST_F(ViewTest, EachViewUploadsEachChangeOnce) {
+  std::unique_ptr<Viewport> view = NewView(), second = NewView();
+  NEEDS_VIEW(view);
+  Give(op_, kThree);
+  Lit(*view);
+  EXPECT_EQ(Uploads(), 1);
+  EXPECT_EQ(Lit(*second).size(), 3u) << "the flag is down already";
+  EXPECT_EQ(Uploads(), 2);
+  Give(op_, kTwo);
+  for (Viewport* each : {view.get(), second.get(), view.get(), second.get()})
+    EXPECT_EQ(Lit(*each).size(), 5u);
+  EXPECT_EQ(Uploads(), 4);
+}
+
+TEST_F(ViewTest, ObjectsAndViewsMayGoInAnyOrder) {
+  Give(op_, kThree);
+  std::unique_ptr<Viewport> view = NewView();
+  NEEDS_VIEW(view);
+  Lit(*view);
+  view.reset();
+  view = NewView();
+  EXPECT_EQ(Lit(*view).size(), 3u) << "a new view starts without a copy, whatever its address";
+  op_->Remove();
+  BaseObject::Free(op_);
+  EXPECT_EQ(application_->Live().vertexBuffers, 0);
+  EXPECT_EQ(application_->Live().factories, 0);
+  op_ = Add();
+  Give(op_, kTwo);
+  EXPECT_EQ(Lit(*view).size(), 2u);
+}
+
+TEST_F(ViewTest, ARefusedBlockLeavesTheEarlierCopyUntilTheNextChange) {
+  std::unique_ptr<Viewport> view = NewView();
+  NEEDS_VIEW(view);
+  Give(op_, kThree);
+  Lit(*view);
+  Give(op_, kTwo);
+  application_->GetFaults().FailAt(host::Fault::TemporaryBlock, 1, -1);
+  EXPECT_LE(Lit(*view).size(), 3u);
+  application_->GetFaults().Clear();
+  EXPECT_EQ(Lit(*view).size(), 3u) << "the flag was cleared with the refusal";
+  Cloud(op_).store.uploadFlag = 1;
+  EXPECT_EQ(Lit(*view).size(), 5u);
+}
+
+TEST_F(ViewTest, ClonesOfTheParentStandInItsSpace) {
+  std::unique_ptr<Viewport> view = NewView();
+  NEEDS_VIEW(view);
+  BaseObject* carrier = BaseObject::Alloc(Onull);
+  doc_->InsertObject(carrier, NULL, NULL);
+  BaseObject* child = Add(carrier);
+  child->SetMl(MatrixMove(Vector(0, 1000, 0))); // clones replace the object's own place
+  Give(child, {Vector(0, 0, 0)});
+  EXPECT_EQ(Lit(*view).size(), 0u);
+  ASSERT_TRUE(host::SetClones(carrier, {}, {}));
+  EXPECT_EQ(Lit(*view).size(), 0u) << "a tag without data counts as none";
+  ASSERT_TRUE(host::SetClones(
+      carrier, {MatrixMove(Vector(-20, 0, 0)), MatrixMove(Vector(20, 0, 0)), Matrix()}, {1, 1, 0}));
+  const std::vector<int> before = Lit(*view);
+  ASSERT_EQ(before.size(), 2u) << "the third is switched off";
+  carrier->SetMl(MatrixMove(Vector(10, 0, 0)));
+  const std::vector<int> after = Lit(*view);
+  ASSERT_EQ(after.size(), 2u);
+  EXPECT_GT(after[0], before[0]);
+  EXPECT_GT(after[1], before[1]);
+  ASSERT_TRUE(host::SetClones(carrier, {Matrix(), MatrixMove(Vector(5, 0, 0))}, {0, 0}));
+  EXPECT_EQ(Lit(*view).size(), 0u);
+}
+
+} // namespace
