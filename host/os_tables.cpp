@@ -9,7 +9,7 @@
 namespace host {
 
 void EntryNotImplemented(const char* entry) {
-  const std::string text = std::string("entry ") + entry + " is not implemented";
+  const std::string text = std::string("entry ") + entry + " has no implementation";
   ReportHost(text);
   std::fprintf(stderr, "host: %s\n", text.c_str());
   std::abort();

@@ -159,7 +159,7 @@ public:
   /** Makes the view's context current; NULL unbinds. */
   Bool BindToView(const BaseDraw* bd);
   Bool IsProgram(GlProgramType t);
-  /** Order of building: AddParameters, Init, AddErrorHandler, uniforms, header lines, HeaderFinished, lines,
+  /** Calls in this order: AddParameters, Init, AddErrorHandler, uniforms, header lines, HeaderFinished, lines,
    * CompilePrograms. */
   void AddParameters(LULONG parameters, LULONG formats = 0);
   ULONG Init(LONG subdivisionCount);

@@ -41,8 +41,8 @@ struct PointHeader {
 LReal FitScale(const PointHeader& header, LReal size);
 
 /**
- * One axis: (v - low) / (high - low) * extent + offset, computed in this order so that every part of the system
- * gets the same bits. A source range without width maps every finite v to the middle.
+ * One axis: (v - low) / (high - low) * extent + offset, computed in this order so that every part of the
+ * system gets the same bits. A source range without width maps every finite v to the middle.
  */
 struct AxisMap {
   LReal low = 0.0, range = 1.0, extent = 0.0, offset = 0.0;

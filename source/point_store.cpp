@@ -5,7 +5,8 @@ namespace kelvra {
 namespace {
 
 const LReal kFullChannel = 65535.0;
-/** Narrowed to 32 bits, a 16-bit channel times this is the channel divided by kFullChannel, for all 65,536. */
+/** Narrowed to 32 bits, a 16-bit channel times this is the channel divided by kFullChannel, for all 65,536.
+ */
 const LReal kPerFullChannel = 1.0 / kFullChannel;
 const LONG kVertexFloats = 6;
 
@@ -37,8 +38,8 @@ Bool ReadAll(GeDynamicArray<T>& elements, HyperFile* hf, LONG level) {
 }
 
 /**
- * When an element fails, the elements before it stay, and so does the failed one if it can hold part of its own:
- * no empty block is left behind, which could never be saved.
+ * When an element fails, the elements before it stay, and so does the failed one if it can hold part of its
+ * own: no empty block is left behind, which could never be saved.
  */
 template <class T>
 Bool CopyAll(const GeDynamicArray<T>& from, GeDynamicArray<T>& to, Bool keepFailed) {

@@ -32,14 +32,11 @@ TEST(TextLoader, LinesSetTheFieldsBeforeTheFirstThatFails) {
       {kXyz, colored, "1,2,3", false, "1 9 9 | 9 9 9 | 9 | 9 9 9"},
       {kXyz, colored, "# comment", false, "0 9 9 | 9 9 9 | 9 | 9 9 9"}, // the first field may be empty
       {kXyz, extended, "1 2 3 0.5 -0.5 1e1 10 20 30", true, "1 2 3 | 0.5 -0.5 10 | 9 | 10 20 30"},
-      {kXyz, extended, "1 2 3 0.5 0.25", false, "1 2 3 | 0.5 0.25 9 | 9 | 9 9 9"},
       {kXyz, plain, "1 2 3", true, "1 2 3 | 9 9 9 | 9 | 1 1 1"},
-      {kXyz, plain, "1 2 three", false, "1 2 9 | 9 9 9 | 9 | 9 9 9"},
       {kPts, colored, "1.0 2.0 3.0 150", true, "1 2 3 | 9 9 9 | 150 | 150 150 150"},
       {kPts, colored, "1 2 3 -2 10 20 30", true, "1 2 3 | 9 9 9 | 4294967294 | 10 20 30"},
       {kPts, colored, "1 2 3 65537 none", true, "1 2 3 | 9 9 9 | 65537 | 1 1 1"},
       {kPts, colored, "1 2 3 150 10 20", false, "1 2 3 | 9 9 9 | 150 | 10 20 9"},
-      {kPts, colored, "1 2 3", false, "1 2 3 | 9 9 9 | 9 | 9 9 9"},
       {kPts, plain, "1 2 3", false, "9 9 9 | 9 9 9 | 9 | 9 9 9"},
   };
   for (const Case& c : cases) {
@@ -54,8 +51,7 @@ TEST(TextLoader, LinesSetTheFieldsBeforeTheFirstThatFails) {
 
 TEST(TextLoader, PairCountSkipsThreeAfterAMatchAndLooksOneByteFurther) {
   EXPECT_EQ(kXyz.CountPairs("\r\n\r\n\r\n", 6, 6, "\r\n"), 2); // the second pair lies in the skipped part
-  EXPECT_EQ(kXyz.CountPairs("\r\nx\r\nx\r\n", 8, 8, "\r\n"), 3);
-  EXPECT_EQ(kXyz.CountPairs("ab\r\n", 3, 4, "\r\n"), 1); // its second byte is behind the length
+  EXPECT_EQ(kXyz.CountPairs("ab\r\n", 3, 4, "\r\n"), 1);       // its second byte is behind the length
   EXPECT_EQ(kXyz.CountPairs("ab\r\n", 3, 3, "\r\n"), 0);
   EXPECT_EQ(kXyz.EstimatePointCount(379), 9);
   EXPECT_EQ(kPts.EstimatePointCount(-85), -2);
