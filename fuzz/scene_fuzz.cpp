@@ -1,16 +1,21 @@
-// A scene of any bytes does no harm; what loads can be walked, and what is saved of it loads to the same scene.
+// A scene of any bytes does no harm; what loads can be walked, and what is saved of it loads to the same
+// scene.
 #include "host/application.h"
 #include "host/scene/scene_file.h"
 #include "host/scene/scene_walk.h"
 #include "host/scene/stream_file.h"
 
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <unistd.h>
 
 namespace {
 
-template <class T> std::string Number(T value) { return std::string((const char*)&value, sizeof value); }
+template <class T>
+std::string Number(T value) {
+  return std::string((const char*)&value, sizeof value);
+}
 
 /** The values in a frame with the right length and checksum, so that they are read at all. */
 std::string Framed(const std::uint8_t* data, std::size_t size) {
@@ -35,6 +40,7 @@ std::string Saved(BaseDocument* doc) {
   if (!doc || !host::WriteScene(doc, path, nullptr, &error)) std::abort();
   BaseDocument::Free(doc);
   std::ifstream in(path, std::ios::binary);
+  std::remove(path.c_str()); // stays readable while it is open
   return std::string(std::istreambuf_iterator<char>(in), {});
 }
 

@@ -2,7 +2,7 @@
 # Builds the fuzz targets with libFuzzer and runs each over its corpus for SECONDS_EACH seconds (60 by default).
 set -euo pipefail
 cd "$(dirname "$0")/.."
-scripts/install_dependencies.sh clang
+scripts/install_dependencies.sh clang libclang-rt-14-dev
 cmake --preset fuzz
 cmake --build --preset fuzz -j "$(nproc)"
 for target in build/fuzz/bin/*_fuzz; do

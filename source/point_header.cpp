@@ -1,5 +1,6 @@
 #include "point_header.h"
 
+#include <cfloat>
 #include <cmath>
 
 namespace kelvra {
@@ -10,6 +11,11 @@ namespace {
 LReal Width(LReal low, LReal high) {
   const LReal width = high - low;
   return std::isfinite(width) ? width : 0.0;
+}
+
+/** Can every 32-bit float map to a finite value? Only bounds that no cloud has fail this. */
+bool StaysFinite(LReal low, LReal factor, LReal offset) {
+  return std::isfinite((FLT_MAX + std::fabs(low)) * std::fabs(factor) + std::fabs(offset));
 }
 
 LReal FiniteOr(LReal value, LReal other) {
@@ -45,17 +51,18 @@ PointHeader PointMapping::Fitted(const PointHeader& header, LReal size) {
   PointHeader fitted = header;
   const LReal finiteSize = FiniteOr(size, 0.0), scale = FitScale(header, finiteSize);
   const LReal depth = FiniteOr(Width(header.slots[kSlotMinY], header.slots[kSlotMaxY]) * scale, 0.0);
-  const LReal height = Width(header.slots[kSlotMinHeight], header.slots[kSlotMaxHeight]) * scale;
+  const bool heightFits = StaysFinite(header.slots[kSlotMinHeight], scale, 0.0);
   fitted.slots[kSlotExtentX] = finiteSize;
   fitted.slots[kSlotOffsetX] = -finiteSize / 2.0;
   fitted.slots[kSlotExtentZ] = depth;
   fitted.slots[kSlotOffsetZ] = -depth / 2.0;
-  fitted.slots[kSlotScaleHeight] = std::isfinite(height) ? scale : 0.0;
+  fitted.slots[kSlotScaleHeight] = heightFits ? scale : 0.0;
   return fitted;
 }
 
 AxisMap::AxisMap(LReal lowest, LReal width, LReal displayExtent, LReal displayOffset) {
-  if (width == 0.0) {
+  if (width == 0.0 || !StaysFinite(lowest, 1.0 / width, 0.0) ||
+      !StaysFinite(lowest, 1.0 / width * displayExtent, displayOffset)) {
     offset = displayOffset + displayExtent * 0.5;
     return;
   }

@@ -42,7 +42,7 @@ LReal FitScale(const PointHeader& header, LReal size);
 
 /**
  * One axis: (v - low) / (high - low) * extent + offset, computed in this order so that every part of the
- * system gets the same bits. A source range without width maps every finite v to the middle.
+ * system gets the same bits. A source range without width maps every 32-bit float to the middle.
  */
 struct AxisMap {
   LReal low = 0.0, range = 1.0, extent = 0.0, offset = 0.0;
@@ -53,8 +53,8 @@ struct AxisMap {
 
 /**
  * The mapping of one block at one object size, prepared once per block. Height maps with the fit scale from
- * the lowest point up: y' = (y - slot 11) * slot 15. Positions within the header's bounds map to finite ones,
- * whatever the bounds are.
+ * the lowest point up: y' = (y - slot 11) * slot 15. Finite positions map to finite ones, whatever
+ * the header holds.
  */
 class PointMapping {
 public:

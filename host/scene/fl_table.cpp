@@ -15,7 +15,7 @@ struct FlEntries {
   static BaseFile* Alloc() {
     BaseFileImpl* made = gNew BaseFileImpl(&Application::Get().GetFaults());
     if (made) ++liveFiles;
-    return made ? made->Api() : NULL;
+    return made ? made->Api() : nullptr;
   }
   static void Free(BaseFile* file) {
     BaseFileImpl* impl = At(file);
@@ -53,7 +53,7 @@ struct FlEntries {
   static BrowseFiles* AllocBrowse() {
     BrowseFilesImpl* made = gNew BrowseFilesImpl;
     if (made) ++liveFiles;
-    return made ? made->Api() : NULL;
+    return made ? made->Api() : nullptr;
   }
   static void FreeBrowse(BrowseFiles* bf) {
     BrowseFilesImpl* impl = BrowseFilesImpl::From(bf);

@@ -16,7 +16,7 @@ struct HfEntries {
   static HyperFile* Alloc() {
     HyperFileImpl* made = gNew HyperFileImpl;
     if (made) ++liveFiles;
-    return made ? made->Api() : NULL;
+    return made ? made->Api() : nullptr;
   }
   static void Free(HyperFile* hf) {
     HyperFileImpl* impl = At(hf);

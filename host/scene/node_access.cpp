@@ -30,7 +30,7 @@ NodeKind KindOf(NodeChunk chunk) {
 
 bool IsRegistered(NodeKind kind, LONG type) {
   for (const auto& known : kChunks)
-    if (known.kind == kind) return C4DOS.Ge->FindPlugin(type, known.plugin) != NULL;
+    if (known.kind == kind) return C4DOS.Ge->FindPlugin(type, known.plugin) != nullptr;
   return false;
 }
 

@@ -185,19 +185,19 @@ BaseDocument* ReadSceneStream(ByteSource& source, std::string* error) {
   ULONG version = 0;
   if (!ReadStreamHead(source, kSceneIdent, &version, &failure)) {
     *error = failure.text;
-    return NULL;
+    return nullptr;
   }
   SceneReader reader(source, version);
   const Work work;
   Document* document = reader.Read();
   if (!document) {
     *error = Explain(source, reader.Reason());
-    return NULL;
+    return nullptr;
   }
   if (!ReadStreamTail(source, &failure)) {
     FreeNode(document);
     *error = failure.text;
-    return NULL;
+    return nullptr;
   }
   for (const auto& line : reader.Unknown()) GePrint(FromUtf8(line.second));
   return Api(document);
@@ -211,7 +211,7 @@ BaseDocument* ReadScene(const std::string& path, std::string* error) {
   else if (BaseDocument* document = ReadSceneStream(source, &reason))
     return document;
   *error = path + ": " + reason;
-  return NULL;
+  return nullptr;
 }
 
 } // namespace host

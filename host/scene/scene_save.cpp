@@ -83,14 +83,12 @@ bool WriteScene(BaseDocument* doc, const std::string& path, Faults* faults, std:
   const Work work;
   std::string reason;
   if (file.Open(&reason)) {
-    if (!WriteStreamHead(file.Sink(), kSceneIdent))
-      reason = file.Sink().Error();
-    else if (!writer.Write())
+    const bool begun = WriteStreamHead(file.Sink(), kSceneIdent);
+    if (begun && !writer.Write())
       reason = writer.Reason();
-    else if (!WriteStreamTail(file.Sink()))
-      reason = file.Sink().Error();
-    else if (file.Commit(&reason))
+    else if (begun && WriteStreamTail(file.Sink()) && file.Commit(&reason))
       return true;
+    if (reason.empty()) reason = file.Sink().Error();
   }
   *error = path + ": " + reason;
   return false;

@@ -155,7 +155,7 @@ bool ValueReader::Entry(LONG type, GeData* data, int depth, std::vector<std::int
   case DA_NIL:
     break;
   case DA_VOID:
-    if (data) data->SetVoid(NULL);
+    if (data) data->SetVoid(nullptr);
     break;
   case DA_LONG:
     if (data) data->SetLong(payload.number);

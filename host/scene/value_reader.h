@@ -14,7 +14,7 @@ class ValueReader {
 public:
   /** Without link numbers every link is read as none. The source must outlive the reader. */
   explicit ValueReader(ByteSource& source, LinkNumbers links = LinkNumbers())
-      : source_(source), links_(links) {}
+      : source_(source), links_(std::move(links)) {}
 
   /** Kind of the next value (HYPERFILEVALUE), which stays; -1 at the end. */
   int Next() { return source_.Peek(); }

@@ -10,7 +10,8 @@ namespace host {
 class ValueWriter {
 public:
   /** Without link numbers every link is written as none. The sink must outlive the writer. */
-  explicit ValueWriter(ByteSink& sink, LinkNumbers links = LinkNumbers()) : sink_(sink), links_(links) {}
+  explicit ValueWriter(ByteSink& sink, LinkNumbers links = LinkNumbers())
+      : sink_(sink), links_(std::move(links)) {}
 
   /** value points to the C++ type of that kind. */
   bool Value(HYPERFILEVALUE kind, const void* value);

@@ -1,51 +1,18 @@
 // Views of a cloud whose data undo exchanges, whose node is freed, and whose views come and go.
-#include "object_fixture.h"
+#include "view_fixture.h"
 
-#include "host/viewport.h"
 #include "object/file_loading.h"
 
 namespace {
 
 using host::Viewport;
 
-class ViewTest : public ObjectTest {
+class UndoneViews : public ViewTest {
 protected:
-  std::unique_ptr<Viewport> NewView() {
-    std::string error;
-    std::unique_ptr<Viewport> view = Viewport::Create(doc_, 64, 64, &error);
-    if (!view) {
-      reason_ = error;
-      return view;
-    }
-    host::ViewCamera camera;
-    camera.position = Vector(0, 0, -100);
-    view->SetCamera(camera);
-    view->SetBackground(0, 0, 0);
-    return view;
-  }
-  /** Columns of the lit pixels, from left to right, one entry a pixel. */
-  static std::vector<int> Lit(Viewport& view) {
-    std::string error;
-    EXPECT_TRUE(view.Draw(&error)) << error;
-    const host::gl::Image image = view.Read();
-    std::vector<int> columns;
-    for (int x = 0; x < image.width; ++x)
-      for (int y = 0; y < image.height; ++y)
-        if (image.At(x, y)[0] > 0) columns.push_back(x);
-    return columns;
-  }
   long long Uploads() const { return application_->GetFaults().Calls(host::Fault::SubBuffer); }
-
-  std::string reason_;
 };
 
-#define NEEDS_VIEW(view)                                                                                     \
-  if (!view) GTEST_SKIP() << reason_
-
-const std::vector<Vector> kThree = {Vector(-20, 0, 0), Vector(0, 10, 0), Vector(20, 0, 0)};
-const std::vector<Vector> kTwo = {Vector(-10, -20, 0), Vector(10, -20, 0)};
-
-TEST_F(ViewTest, UndoAndRedoShowThePointsOfTheirTimeAndUploadThemOnce) {
+TEST_F(UndoneViews, UndoAndRedoShowThePointsOfTheirTimeAndUploadThemOnce) {
   std::unique_ptr<Viewport> view = NewView(), second = NewView();
   NEEDS_VIEW(view);
   Give(op_, kThree);
@@ -66,7 +33,7 @@ TEST_F(ViewTest, UndoAndRedoShowThePointsOfTheirTimeAndUploadThemOnce) {
   }
 }
 
-TEST_F(ViewTest, EachViewUploadsEachChangeOnce) {
+TEST_F(UndoneViews, EachViewUploadsEachChangeOnce) {
   std::unique_ptr<Viewport> view = NewView(), second = NewView();
   NEEDS_VIEW(view);
   Give(op_, kThree);
@@ -80,7 +47,7 @@ TEST_F(ViewTest, EachViewUploadsEachChangeOnce) {
   EXPECT_EQ(Uploads(), 4);
 }
 
-TEST_F(ViewTest, ObjectsAndViewsMayGoInAnyOrder) {
+TEST_F(UndoneViews, ObjectsAndViewsMayGoInAnyOrder) {
   Give(op_, kThree);
   std::unique_ptr<Viewport> view = NewView();
   NEEDS_VIEW(view);
@@ -97,7 +64,7 @@ TEST_F(ViewTest, ObjectsAndViewsMayGoInAnyOrder) {
   EXPECT_EQ(Lit(*view).size(), 2u);
 }
 
-TEST_F(ViewTest, ARefusedBlockLeavesTheEarlierCopyUntilTheNextChange) {
+TEST_F(UndoneViews, ARefusedBlockLeavesTheEarlierCopyUntilTheNextChange) {
   std::unique_ptr<Viewport> view = NewView();
   NEEDS_VIEW(view);
   Give(op_, kThree);
@@ -111,7 +78,7 @@ TEST_F(ViewTest, ARefusedBlockLeavesTheEarlierCopyUntilTheNextChange) {
   EXPECT_EQ(Lit(*view).size(), 5u);
 }
 
-TEST_F(ViewTest, ClonesOfTheParentStandInItsSpace) {
+TEST_F(UndoneViews, ClonesOfTheParentStandInItsSpace) {
   std::unique_ptr<Viewport> view = NewView();
   NEEDS_VIEW(view);
   BaseObject* carrier = BaseObject::Alloc(Onull);

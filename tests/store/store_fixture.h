@@ -7,6 +7,7 @@
 #include "host/application.h"
 #include "host/core/module_scope.h"
 #include "host/scene/hyper_file.h"
+#include "host/scene/value_kinds.h"
 #include "scene/scratch.h"
 
 namespace kelvra {
@@ -15,14 +16,12 @@ namespace kelvra {
 inline PointBlock MakeBlock(LONG count, UWORD key = 0, SReal start = 0.0f) {
   PointBlock block;
   EXPECT_TRUE(block.Allocate(count));
-  for (LONG i = 0; i < count; ++i) {
-    for (LONG axis = 0; axis < 3; ++axis) {
-      const SReal steps[3] = {1.0f, 10.0f, 100.0f};
-      block.positions[i * 3 + axis] = start + (SReal)i * steps[axis];
-      block.colors[i * 3 + axis] = (SReal)axis / 4.0f;
-      block.attrib3[i * 3 + axis] = (UWORD)(i + axis);
-    }
-    block.attrib1[i] = (UWORD)(i & 1);
+  for (LONG i = 0; i < count * 3; ++i) {
+    const SReal steps[3] = {1.0f, 10.0f, 100.0f};
+    block.positions[i] = start + (SReal)(i / 3) * steps[i % 3];
+    block.colors[i] = (SReal)i / 4.0f;
+    block.attrib3[i] = (UWORD)(i / 3 + i % 3);
+    block.attrib1[i / 3] = (UWORD)i;
   }
   block.Finish(kFinishRecomputeBox);
   const LVector low = block.bboxMin, high = block.bboxMax;
@@ -37,13 +36,12 @@ inline void Add(PointStore& store, std::initializer_list<PointBlock> blocks) {
   ASSERT_TRUE(store.Merge(group));
 }
 
-/** Typed values in the order in which something wrote them; can write them again, all or the first few. */
+/** Typed values in the order in which something wrote them; can write the first few of them again. */
 class Recording : public host::StreamVisitor {
 public:
   struct Item {
-    bool array;
     int type;
-    LONG increment, count;
+    LONG increment, count; ///< of arrays; count -1 otherwise
     std::string bytes;
     String text;
   };
@@ -55,15 +53,11 @@ public:
     return written.Write(stream.Api());
   }
   void Replay(HyperFile* hf, std::size_t first) const {
-    for (std::size_t i = 0; i < first; ++i) {
-      const Item& item = items[i];
-      if (item.array)
-        hf->WriteArray(item.bytes.data(), (HYPERFILEARRAY)item.type, item.increment, item.count);
-      else if (item.type == (int)HYPERFILEVALUE_STRING)
-        hf->WriteString(item.text);
+    for (const Item& i : std::vector<Item>(items.begin(), items.begin() + (std::ptrdiff_t)first))
+      if (i.count >= 0)
+        hf->WriteArray(i.bytes.data(), (HYPERFILEARRAY)i.type, i.increment, i.count);
       else
-        C4DOS.Hf->Write(hf, (HYPERFILEVALUE)item.type, item.bytes.data());
-    }
+        C4DOS.Hf->Write(hf, (HYPERFILEVALUE)i.type, i.bytes.empty() ? &i.text : (const void*)i.bytes.data());
   }
   template <class T>
   T At(std::size_t i) const {
@@ -77,19 +71,12 @@ private:
   void BeginNode(const std::string&, LONG, const std::string&, LONG) override {}
   void EndNode() override {}
   void Value(HYPERFILEVALUE type, const void* data) override {
-    if (type == HYPERFILEVALUE_STRING)
-      return items.push_back({false, (int)type, 0, 0, "", *(const String*)data});
-    const std::size_t size = type == HYPERFILEVALUE_LVECTOR                                 ? 24
-                             : type == HYPERFILEVALUE_UWORD                                 ? 2
-                             : type == HYPERFILEVALUE_LONG                                  ? 4
-                             : type == HYPERFILEVALUE_LREAL || type == HYPERFILEVALUE_LLONG ? 8
-                                                                                            : 0;
-    ASSERT_NE(size, 0u) << "unexpected kind " << (int)type;
-    items.push_back({false, (int)type, 0, 0, std::string((const char*)data, size), String()});
+    const std::string bytes((const char*)data, host::FixedSize((int)type));
+    items.push_back({(int)type, 0, -1, bytes, bytes.empty() ? *(const String*)data : String()});
   }
   void Array(HYPERFILEARRAY type, const void* data, LONG increment, LONG count) override {
     const std::string bytes((const char*)data, (std::size_t)increment * (std::size_t)count);
-    items.push_back({true, (int)type, increment, count, bytes, String()});
+    items.push_back({(int)type, increment, count, bytes, String()});
   }
 };
 
@@ -97,27 +84,22 @@ class StoreTest : public Scratch {
 protected:
   host::Application app;
 
-  /** Reads what `write` put into a file. */
-  template <class T, class Write>
-  bool ReadBack(T& read, Write write) {
-    {
-      AutoAlloc<HyperFile> out;
-      EXPECT_TRUE(out->Open(1, Filename(Path("stream").c_str()), FILEOPEN_WRITE, FILEDIALOG_NONE));
-      out->WriteChunkStart(1, 0);
-      write((HyperFile*)out);
-      out->WriteChunkEnd();
-      EXPECT_TRUE(out->Close());
-    }
-    AutoAlloc<HyperFile> in;
+  /** Reads the first values of a recording from a file, with the n-th request for memory refused. */
+  template <class T>
+  bool ReadBack(T& read, const Recording& values, std::size_t first, LONG refused = 0) {
+    const Filename path(Path("stream").c_str());
+    AutoAlloc<HyperFile> out, in;
     LONG id = 0, level = 0;
-    EXPECT_TRUE(in->Open(1, Filename(Path("stream").c_str()), FILEOPEN_READ, FILEDIALOG_NONE));
-    EXPECT_TRUE(in->ReadChunkStart(&id, &level));
-    return read.Read(in, level) != FALSE;
+    EXPECT_TRUE(out->Open(1, path, FILEOPEN_WRITE, FILEDIALOG_NONE) && out->WriteChunkStart(1, 0));
+    values.Replay(out, first);
+    EXPECT_TRUE(out->WriteChunkEnd() && out->Close());
+    EXPECT_TRUE(in->Open(1, path, FILEOPEN_READ, FILEDIALOG_NONE) && in->ReadChunkStart(&id, &level));
+    return WithRefusal(refused, [&] { return read.Read(in, level); }) != FALSE;
   }
   /** Runs a module's code with its n-th request for memory refused. */
   template <class Call>
   Bool WithRefusal(LONG n, Call call) {
-    app.GetFaults().FailAt(host::Fault::Allocation, n);
+    if (n > 0) app.GetFaults().FailAt(host::Fault::Allocation, n);
     const host::ModuleScope scope;
     const Bool result = call();
     app.GetFaults().Clear();
