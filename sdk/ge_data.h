@@ -121,7 +121,6 @@ private:
   }
 
   LONG type_ = DA_NIL;
-  LONG pad_ = 0;
   union {
     LONG number;
     Real real;

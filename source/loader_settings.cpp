@@ -18,7 +18,12 @@ Bool LoaderSettings::Write(HyperFile* hf) const {
 
 Bool LoaderSettings::Read(HyperFile* hf) {
   LONG version = 0;
-  if (!hf->ReadLong(&version) || version < 1 || version > kVersion) return FALSE;
+  if (!hf->ReadLong(&version)) return FALSE;
+  if (version < 1 || version > kVersion) {
+    GePrint("the scene has loader settings of version " + LongToString(version) + ", expected 1 to " +
+            LongToString(kVersion));
+    return FALSE;
+  }
   return hf->ReadString(&name) && hf->ReadLVector(&boxMin) && hf->ReadLVector(&boxMax) &&
          hf->ReadLong(&reader.kind) && hf->ReadLong(&reader.everyNth) && hf->ReadLong(&reader.budget) &&
          hf->ReadLong(&reader.colorMultiplier) && hf->ReadLLong(&counts.read) &&

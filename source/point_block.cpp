@@ -139,7 +139,13 @@ Bool PointBlock::Write(HyperFile* hf) const {
 Bool PointBlock::Read(HyperFile* hf, LONG) {
   Clear();
   LONG n = 0;
-  if (!hf->ReadLong(&n) || n < 1 || n > kMostBlockPoints || !Allocate(n)) return FALSE;
+  if (!hf->ReadLong(&n)) return FALSE;
+  if (n < 1 || n > kMostBlockPoints) {
+    GePrint("the scene has a block of " + LongToString(n) + " points, expected 1 to " +
+            LongToString(kMostBlockPoints));
+    return FALSE;
+  }
+  if (!Allocate(n)) return FALSE;
   if (!hf->ReadArray(positions, HYPERFILEARRAY_SREAL, sizeof(SReal), n * 3) ||
       !hf->ReadArray(colors, HYPERFILEARRAY_SREAL, sizeof(SReal), n * 3) ||
       !hf->ReadArray(attrib3, HYPERFILEARRAY_WORD, sizeof(UWORD), n * 3) ||

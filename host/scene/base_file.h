@@ -4,7 +4,6 @@
 
 #include "c4d.h"
 #include "host/scene/disk.h"
-#include "host/scene/live_files.h"
 
 #include <memory>
 #include <string>
@@ -13,7 +12,7 @@ namespace host {
 
 /** One thread at a time. The first failure of a write sticks; reading past the end is an error of that call.
  */
-class BaseFileImpl : LiveFile {
+class BaseFileImpl {
 public:
   explicit BaseFileImpl(Faults* faults) : file_(faults) {}
   /** What is still buffered is written; who wants to know whether it arrived calls Close. */
@@ -53,7 +52,7 @@ private:
 };
 
 /** The entries as they were when the listing was made. */
-struct BrowseFilesImpl : private LiveFile {
+struct BrowseFilesImpl {
   std::vector<disk::Entry> entries;
   std::size_t next = 0; ///< one past the current entry
 

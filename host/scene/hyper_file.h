@@ -1,7 +1,6 @@
 // What a HyperFile pointer points to: one stream of typed values, written, read or shown to a visitor.
 #pragma once
 
-#include "host/scene/live_files.h"
 #include "host/scene/stream_file.h"
 #include "host/stream_visitor.h"
 
@@ -14,7 +13,7 @@ namespace host {
  * One stream. A guest (a plug-in's Read or Write) is held within the chunk that was made for it: it can
  * neither end that chunk nor read past its end. Errors stick.
  */
-class HyperFileImpl : LiveFile {
+class HyperFileImpl {
 public:
   HyperFileImpl();
   /** For one part of a larger stream; the writer, reader or visitor must outlive this. */

@@ -7,7 +7,6 @@ namespace host {
 
 namespace {
 
-const LONG kTagLevel = 0;
 const LONG kMostClones = 10000000;
 
 class CloneTag : public Tag {

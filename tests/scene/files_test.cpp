@@ -2,7 +2,6 @@
 
 #include "c4d.h"
 #include "host/application.h"
-#include "host/scene/live_files.h"
 
 #include <algorithm>
 #include <set>
@@ -16,7 +15,7 @@ Filename Name(const std::string& path) {
 class Files : public Scratch {
 protected:
   void TearDown() override {
-    EXPECT_EQ(host::LiveFile::Count(), 0) << "whatever failed, everything was freed";
+    EXPECT_EQ(application_.Live().files, 0) << "whatever failed, everything was freed";
     EXPECT_TRUE(application_.Misbehaviour().empty());
     Scratch::TearDown();
   }
