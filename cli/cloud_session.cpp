@@ -35,26 +35,40 @@ bool IsFolder(const std::string& path) {
 
 FileOutcome Judge(const std::string& message, long long points) {
   if (points == 0) return FileOutcome::Refused;
-  return message.find("loaded ") != std::string::npos && message.find(" of ") != std::string::npos
-             ? FileOutcome::Partial
-             : FileOutcome::Whole;
+  const bool cut = message.find("loaded ") != std::string::npos && message.find(" of ") != std::string::npos;
+  for (const char* loss : {"point budget ended", "without finite coordinates dropped", "for want of memory"})
+    if (message.find(loss) != std::string::npos) return FileOutcome::Partial;
+  return cut ? FileOutcome::Partial : FileOutcome::Whole;
 }
 
 } // namespace
 
 CloudSession::CloudSession(const std::vector<std::string>& faults) : application_(new host::Application) {
   std::string error;
+  for (const std::string& fault : faults)
+    if (!application_->GetFaults().Parse(fault, &error)) throw UsageError{error};
   const fs::path module = fs::u8path(ProgramFolder()) / kModuleName;
   if (!application_->LoadModule(module.u8string(), &error)) throw std::runtime_error(error);
   host::InstallInterruptHandler();
   application_->GetConsole().ShowProgress(true);
   document_ = application_->NewDocument();
-  for (const std::string& fault : faults)
-    if (!application_->GetFaults().Parse(fault, &error)) throw UsageError{error};
   idleMemory_ = ResidentMemory();
 }
 
 CloudSession::~CloudSession() {}
+
+long long CloudSession::Points() const {
+  long long points = 0;
+  for (BaseObject* cloud : Clouds()) {
+    CloudStats stats;
+    if (ReadCloudStats(cloud, &stats)) points += stats.Points();
+  }
+  return points;
+}
+
+void CloudSession::RequirePoints() const {
+  if (Points() == 0) throw std::runtime_error("no point was loaded, nothing is written");
+}
 
 long long CloudSession::PeakMemory() const {
   return std::max(0LL, PeakResidentMemory() - idleMemory_);
@@ -99,7 +113,7 @@ void CloudSession::OpenScene(const std::string& path) {
       if (ReadCloudStats(cloud, &stats)) report.points += stats.Points();
     }
     report.message = "scene, " + std::to_string(Clouds().size()) + " point cloud objects";
-    report.outcome = FileOutcome::Whole;
+    report.outcome = report.points ? FileOutcome::Whole : FileOutcome::Refused;
   } else {
     report.message = SpeaksOf(error, path) ? error.substr(path.size() + 2) : error;
   }

@@ -46,6 +46,10 @@ public:
   /** The first cloud object; throws std::runtime_error without one. */
   BaseObject* Cloud() const;
   const std::vector<FileReport>& Reports() const { return reports_; }
+  /** Of all cloud objects. */
+  long long Points() const;
+  /** Throws std::runtime_error without a point: an output that exists is then left alone. */
+  void RequirePoints() const;
   double LoadSeconds() const { return loadSeconds_; }
   /** Resident growth at its highest over the program before it loaded anything, in bytes. */
   long long PeakMemory() const;

@@ -3,10 +3,38 @@
 #include "cli/commands.h"
 
 #include <CLI/CLI.hpp>
+#include <cmath>
+#include <csignal>
+#include <filesystem>
 #include <iostream>
 #include <regex>
 
 namespace {
+
+/** Most pixels on a side of a picture. */
+const int kMostPixels = 16384;
+
+/** Coordinates far beyond any cloud, still far from overflow. */
+const double kFarthest = 1e12;
+
+void CheckCamera(const cli::SnapshotOptions& options) {
+  for (const std::vector<double>* point : {&options.camera, &options.target})
+    for (const double c : *point)
+      if (!(std::abs(c) <= kFarthest)) throw CLI::ValidationError("--camera", "expected finite coordinates");
+  if (!options.camera.empty() && options.camera == options.target)
+    throw CLI::ValidationError("--camera", "the camera stands where it looks (--target)");
+  if (!(options.fieldOfView >= 1.0 && options.fieldOfView <= 170.0))
+    throw CLI::ValidationError("--fov", "expected 1 to 170 degrees");
+}
+
+/** An output takes the place of a regular file or of nothing. */
+void CheckOutput(const std::string& path) {
+  std::error_code ignored;
+  const std::filesystem::path file = std::filesystem::u8path(path);
+  if (path.empty()) throw CLI::ValidationError("--output", "expected a file name, found nothing");
+  if (std::filesystem::exists(file, ignored) && !std::filesystem::is_regular_file(file, ignored))
+    throw std::runtime_error(path + ": is no regular file, nothing is written");
+}
 
 /** "WxH" within what a picture may have. */
 void ParseSize(const std::string& text, cli::SnapshotOptions& options) {
@@ -15,8 +43,9 @@ void ParseSize(const std::string& text, cli::SnapshotOptions& options) {
     throw CLI::ValidationError("--size", "expected WIDTHxHEIGHT in pixels, found " + text);
   options.width = std::stoi(match[1]);
   options.height = std::stoi(match[2]);
-  if (options.width < 1 || options.height < 1)
-    throw CLI::ValidationError("--size", "expected at least 1x1 pixels, found " + text);
+  if (options.width < 1 || options.height < 1 || options.width > kMostPixels || options.height > kMostPixels)
+    throw CLI::ValidationError("--size", "expected 1 to " + std::to_string(kMostPixels) +
+                                             " pixels a side, found " + text);
 }
 
 void AddInput(CLI::App* command, cli::InputOptions& options, bool settings) {
@@ -53,11 +82,12 @@ void AddSnapshot(CLI::App& app, cli::SnapshotOptions& options, std::string& size
                             ->expected(3);
   camera->needs(target);
   target->needs(camera);
-  command->add_option("--fov", options.fieldOfView, "Vertical field of view in degrees")
-      ->check(CLI::Range(1.0, 170.0));
+  command->add_option("--fov", options.fieldOfView, "Vertical field of view in degrees");
   command->add_option("--clones", options.clones, "NXxNYxNZ:SPACING, copies on a grid");
   command->callback([&] {
     if (!size.empty()) ParseSize(size, options);
+    CheckCamera(options);
+    CheckOutput(options.output);
     status = cli::RunSnapshot(options);
   });
 }
@@ -81,12 +111,18 @@ int Run(int argc, char** argv) {
   command = app.add_subcommand("save", "Save a scene that holds the points");
   AddInput(command, save, true);
   AddOutput(command, save, "Scene to write");
-  command->callback([&] { status = cli::RunSave(save); });
+  command->callback([&] {
+    CheckOutput(save.output);
+    status = cli::RunSave(save);
+  });
 
   command = app.add_subcommand("export", "Write the points as text, one a line");
   AddInput(command, text, true);
   AddOutput(command, text, "Text file to write");
-  command->callback([&] { status = cli::RunExport(text); });
+  command->callback([&] {
+    CheckOutput(text.output);
+    status = cli::RunExport(text);
+  });
 
   command = app.add_subcommand("scene", "Print every node and value of a scene file");
   command->add_option("SCENE", scene.files, "Scene file")->required()->expected(1);
@@ -96,8 +132,9 @@ int Run(int argc, char** argv) {
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& e) {
-    const int result = app.exit(e);
-    return result == 0 ? 0 : cli::kExitUsage;
+    if (e.get_exit_code() == 0) return app.exit(e);
+    std::cerr << "kelvra: " << e.what() << " (kelvra --help lists the commands)\n";
+    return cli::kExitUsage;
   }
   return status;
 }
@@ -105,8 +142,14 @@ int Run(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
+#ifdef SIGXFSZ
+  std::signal(SIGXFSZ, SIG_IGN); // a file that grows too large is a failed write, not the end
+#endif
   try {
-    return Run(argc, argv);
+    const int status = Run(argc, argv);
+    if (std::cout.flush()) return status;
+    std::cerr << "kelvra: standard output could not be written\n";
+    return cli::kExitIncomplete;
   } catch (const cli::UsageError& e) {
     std::cerr << "kelvra: " << e.text << "\n";
     return cli::kExitUsage;

@@ -23,7 +23,7 @@ int RunSave(const InputOptions& options) {
   CloudSession session(options.faults);
   session.Open(options.files, options.settings);
   PrintReports(session);
-  session.Cloud(); // nothing to save without one
+  session.RequirePoints();
   std::string error;
   if (!session.App().SaveScene(session.Document(), options.output, &error)) {
     std::cerr << error << "\n";
@@ -37,10 +37,12 @@ int RunExport(const InputOptions& options) {
   CloudSession session(options.faults);
   session.Open(options.files, options.settings);
   PrintReports(session);
+  session.RequirePoints();
   BaseObject* cloud = session.Cloud();
-  if (session.Clouds().size() > 1)
+  const bool several = session.Clouds().size() > 1;
+  if (several)
     std::cerr << "the scene holds " << session.Clouds().size()
-              << " point clouds; the first one is exported\n";
+              << " point clouds; only the first one is exported\n";
   const std::size_t firstLine = session.App().GetConsole().Lines().size();
   const std::size_t firstDialog = session.App().GetDialogs().Shown().size();
   session.App().GetDialogs().AnswerFile(options.output);
@@ -49,7 +51,7 @@ int RunExport(const InputOptions& options) {
   for (std::size_t i = firstLine; i < lines.size(); ++i)
     if (lines[i].rfind("Saved to : ", 0) == 0) {
       std::cout << options.output << ": points written, " << Bytes(FileSize(options.output)) << "\n";
-      return session.ExitStatus();
+      return several ? (int)kExitIncomplete : session.ExitStatus();
     }
   for (std::size_t i = firstLine; i < lines.size(); ++i) std::cerr << lines[i] << "\n";
   const auto& dialogs = session.App().GetDialogs().Shown();

@@ -24,6 +24,12 @@ public:
     heads_.push_back({{"node", kind}, {"type", type}, {"name", name}, {"level", level}});
     open_.push_back(json::array());
   }
+  void Head(LULONG number, LONG bits, const Matrix* place, const BaseContainer& parameters) override {
+    heads_.back()["number"] = number;
+    heads_.back()["bits"] = bits;
+    if (place) heads_.back()["matrix"] = ValueJson(HYPERFILEVALUE_MATRIX, place);
+    heads_.back()["parameters"] = ValueJson(HYPERFILEVALUE_CONTAINER, &parameters);
+  }
   void EndNode() override {
     json node = heads_.back();
     node["values"] = open_.back();
@@ -48,6 +54,14 @@ public:
   void BeginNode(const std::string& kind, LONG type, const std::string& name, LONG level) override {
     std::cout << Indent() << kind << " " << type << " \"" << name << "\" level " << level << "\n";
     ++depth_;
+  }
+  void Head(LULONG number, LONG bits, const Matrix* place, const BaseContainer& parameters) override {
+    std::cout << Indent() << "number " << number << ", bits " << bits << "\n";
+    if (place) Value(HYPERFILEVALUE_MATRIX, place);
+    for (LONG i = 0; i < parameters.GetCount(); ++i)
+      std::cout << Indent() << "parameter " << parameters.GetIndexId(i) << " "
+                << DataTypeName(parameters.GetIndexData(i)->GetType()) << " "
+                << Dump(DataJson(*parameters.GetIndexData(i))) << "\n";
   }
   void EndNode() override { --depth_; }
   void Value(HYPERFILEVALUE type, const void* data) override {

@@ -106,8 +106,16 @@ int RunSnapshot(const SnapshotOptions& options) {
   if (!view) throw std::runtime_error(error);
   view->SetBackground(kMidGrey, kMidGrey, kMidGrey);
   PlaceCamera(options, session, clones, *view);
-  const bool drawn = view->Draw(&error);
+  const std::size_t firstLine = session.App().GetConsole().Lines().size();
+  bool drawn = view->Draw(&error);
   if (!drawn) std::cerr << error << "\n";
+  const std::vector<std::string> lines = session.App().GetConsole().Lines();
+  for (std::size_t i = firstLine; i < lines.size(); ++i) std::cerr << lines[i] << "\n";
+  if (drawn && view->VerticesDrawn() == 0) {
+    std::cerr << options.output << ": nothing was drawn, though " << Grouped(points)
+              << " points are loaded\n";
+    drawn = false;
+  }
   if (!host::gl::WritePng(view->Read(), options.output, &error)) throw std::runtime_error(error);
   std::cout << options.output << ": " << options.width << "x" << options.height << ", " << Grouped(points)
             << " points";

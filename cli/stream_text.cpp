@@ -35,6 +35,45 @@ std::string Utf8(const String& text) {
 
 json ContainerJson(const BaseContainer& bc);
 
+json ContainerJson(const BaseContainer& bc) {
+  json entries = json::array();
+  for (LONG i = 0; i < bc.GetCount(); ++i)
+    entries.push_back({{"id", bc.GetIndexId(i)},
+                       {"type", DataTypeName(bc.GetIndexData(i)->GetType())},
+                       {"value", DataJson(*bc.GetIndexData(i))}});
+  return entries;
+}
+
+template <class T>
+T Element(const void* data, LONG increment, LONG index) {
+  T value;
+  std::memcpy(&value, (const char*)data + (std::ptrdiff_t)increment * index, sizeof value);
+  return value;
+}
+
+template <class T>
+json Exact(T value) {
+  if constexpr (std::is_floating_point<T>::value) return Number((double)value);
+  return (LLONG)value;
+}
+
+template <class T>
+void Summarise(json& array, const void* data, LONG increment, LONG count) {
+  const LONG shown = std::min<LONG>(6, count);
+  json first = json::array(), last = json::array();
+  for (LONG i = 0; i < shown; ++i) {
+    first.push_back(Exact(Element<T>(data, increment, i)));
+    last.push_back(Exact(Element<T>(data, increment, count - shown + i)));
+  }
+  double sum = 0;
+  for (LONG i = 0; i < count; ++i) sum += (double)Element<T>(data, increment, i);
+  array["first"] = first;
+  array["last"] = last;
+  array["sum"] = Number(sum);
+}
+
+} // namespace
+
 json DataJson(const GeData& data) {
   switch (data.GetType()) {
   case DA_LONG:
@@ -62,36 +101,32 @@ json DataJson(const GeData& data) {
   }
 }
 
-json ContainerJson(const BaseContainer& bc) {
-  json entries = json::array();
-  for (LONG i = 0; i < bc.GetCount(); ++i)
-    entries.push_back({{"id", bc.GetIndexId(i)}, {"value", DataJson(*bc.GetIndexData(i))}});
-  return entries;
-}
-
-template <class T>
-T Element(const void* data, LONG increment, LONG index) {
-  T value;
-  std::memcpy(&value, (const char*)data + (std::ptrdiff_t)increment * index, sizeof value);
-  return value;
-}
-
-template <class T>
-void Summarise(json& array, const void* data, LONG increment, LONG count) {
-  const LONG shown = std::min<LONG>(6, count);
-  json first = json::array(), last = json::array();
-  for (LONG i = 0; i < shown; ++i) {
-    first.push_back(Number((double)Element<T>(data, increment, i)));
-    last.push_back(Number((double)Element<T>(data, increment, count - shown + i)));
+const char* DataTypeName(LONG type) {
+  switch (type) {
+  case DA_LONG:
+    return "long";
+  case DA_LLONG:
+    return "llong";
+  case DA_REAL:
+    return "real";
+  case DA_TIME:
+    return "time";
+  case DA_VECTOR:
+    return "vector";
+  case DA_MATRIX:
+    return "matrix";
+  case DA_STRING:
+    return "string";
+  case DA_FILENAME:
+    return "filename";
+  case DA_CONTAINER:
+    return "container";
+  case DA_ALIASLINK:
+    return "link";
+  default:
+    return "none";
   }
-  double sum = 0;
-  for (LONG i = 0; i < count; ++i) sum += (double)Element<T>(data, increment, i);
-  array["first"] = first;
-  array["last"] = last;
-  array["sum"] = Number(sum);
 }
-
-} // namespace
 
 const char* ValueTypeName(HYPERFILEVALUE type) {
   switch (type) {

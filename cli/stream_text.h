@@ -8,6 +8,8 @@
 namespace cli {
 
 const char* ValueTypeName(HYPERFILEVALUE type);
+const char* DataTypeName(LONG type);
+nlohmann::json DataJson(const GeData& data);
 const char* ArrayTypeName(HYPERFILEARRAY type);
 /** Numbers stay numbers, vectors become lists, containers lists of {id, type, value}; nan and inf become
  * text. */

@@ -11,8 +11,15 @@ namespace host {
 class StreamVisitor {
 public:
   virtual ~StreamVisitor() {}
-  /** A node begins: its kind ("document", "object", "tag", "video post"...), type number, name and disk level. */
+  /** A node begins: its kind ("document", "object", "tag", "video post"...), type number, name and disk
+   * level. */
   virtual void BeginNode(const std::string& kind, LONG type, const std::string& name, LONG level) = 0;
+  /**
+   * What the host itself keeps of a node, right after BeginNode and in scene files only: its number for
+   * links, bits, place (objects, else NULL) and parameters.
+   */
+  virtual void Head(LULONG /*number*/, LONG /*bits*/, const Matrix* /*place*/,
+                    const BaseContainer& /*parameters*/) {}
   virtual void EndNode() = 0;
   /** One scalar, vector, text or container; data points to the C++ type of that kind (see the Hf table). */
   virtual void Value(HYPERFILEVALUE type, const void* data) = 0;

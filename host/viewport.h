@@ -36,6 +36,8 @@ public:
   virtual void SetDrawPortType(LONG type) = 0;
   /** False with one line when GL reported errors; the picture then holds what was drawn. */
   virtual bool Draw(std::string* error) = 0;
+  /** Vertices that the last Draw handed to GL, hidden ones included. */
+  virtual long long VerticesDrawn() const = 0;
   virtual gl::Image Read() = 0;
   /** Renderer name and GL errors so far. */
   virtual std::string RendererName() const = 0;

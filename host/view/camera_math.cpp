@@ -67,7 +67,8 @@ ViewCamera FrameBox(const Vector& boxMin, const Vector& boxMax, double fieldOfVi
   const ViewFrame frame = MakeFrame(camera, aspect);
   const double tangentX = frame.tangent * aspect, tangentY = frame.tangent;
 
-  // Nearer parts of the box look larger, so its middle is not the middle of its picture: aim, measure, aim again.
+  // Nearer parts of the box look larger, so its middle is not the middle of its picture: aim, measure, aim
+  // again.
   double distance = 1e-3;
   for (int round = 0; round < 8; ++round) {
     distance = 1e-3;

@@ -227,8 +227,10 @@ struct GlEntries {
       if (callback) callback(i, callbackData);
       const std::vector<gl::DrawRange> range = {{draw[i].lType, draw[i].lCount, draw[i].lOffset}};
       if (gl::DrawSubBuffer(reinterpret_cast<const gl::SubBuffer*>(vertexSub),
-                            reinterpret_cast<const gl::SubBuffer*>(elementSub), range, layout, &error))
+                            reinterpret_cast<const gl::SubBuffer*>(elementSub), range, layout, &error)) {
+        ViewState::Of(bd)->pointsDrawn += draw[i].lCount;
         continue;
+      }
       Application::Get().ReportMisbehaviour("module misbehaves: " + error);
       return FALSE;
     }

@@ -63,7 +63,8 @@ public:
   std::shared_ptr<gl::Context> context;
   std::unique_ptr<gl::Framebuffer> target;
   ViewFrame frame;
-  Matrix objectMatrix; ///< of what is drawn next, in world space
+  Matrix objectMatrix;   ///< of what is drawn next, in world space
+  LLONG pointsDrawn = 0; ///< vertices of accepted draws since the last Draw began
   LONG drawPortType = DRAWPORT_TYPE_OGL_HQ;
   std::list<std::unique_ptr<ViewFactory>> factories;
   std::list<std::unique_ptr<ViewBuffer>> buffers;

@@ -61,6 +61,7 @@ public:
     if (!current.Ok() || !state_->target->Bind(error) ||
         !state_->target->Clear((float)background_.x, (float)background_.y, (float)background_.z, 1.0f, error))
       return false;
+    state_->pointsDrawn = 0;
     state_->frame = MakeFrame(camera_, Aspect());
     FitSceneRange();
     {
@@ -72,6 +73,8 @@ public:
              " errors, the first: " + GlErrors().front();
     return false;
   }
+
+  long long VerticesDrawn() const override { return state_->pointsDrawn; }
 
   gl::Image Read() override {
     gl::Image image;

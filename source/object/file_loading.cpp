@@ -27,6 +27,13 @@ void PrintLine(const std::string& path, const std::string& text) {
   GePrint(String((path + ": " + text).c_str(), STRINGENCODING_UTF8));
 }
 
+/** Compares a path's suffix without regard to the case of ASCII letters; needs no memory of the host. */
+bool HasSuffix(const std::string& path, const std::string& suffix) {
+  if (path.size() <= suffix.size() || path[path.size() - suffix.size() - 1] != '.') return false;
+  return std::equal(suffix.begin(), suffix.end(), path.end() - (std::ptrdiff_t)suffix.size(),
+                    [](char a, char b) { return a == (b >= 'A' && b <= 'Z' ? (char)(b + 32) : b); });
+}
+
 struct NamedFile {
   Filename name;
   std::string path; ///< UTF-8
@@ -97,10 +104,10 @@ public:
   Bool Load(const NamedFile& file) {
     const LReal start = GeGetMilliSeconds();
     LoadedFile loaded;
-    if (file.name.CheckSuffix("las") || file.name.CheckSuffix("laz"))
+    if (HasSuffix(file.path, "las") || HasSuffix(file.path, "laz"))
       LoadLasFile(file.path, options_, loaded);
     else
-      LoadTextFile(file.name, file.path, file.name.CheckSuffix("pts"), options_, loaded);
+      LoadTextFile(file.name, file.path, HasSuffix(file.path, "pts"), options_, loaded);
     Report(file, loaded, (GeGetMilliSeconds() - start) / 1000.0);
     return !loaded.stopped;
   }

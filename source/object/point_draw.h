@@ -12,7 +12,7 @@ struct PointDisplay {
   UniformNames uniforms;
   BaseContainer uniformCache; ///< handed to SetUniform, which does not consult it
   GrowingBox box;             ///< of the positions written last
-  LULONG version = 0;         ///< of the points that views are to show; new with every raise of the upload flag
+  LULONG version = 0; ///< of the points that views are to show; new with every raise of the upload flag
 };
 
 /**

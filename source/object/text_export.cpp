@@ -12,11 +12,14 @@ namespace {
 COLORSPACETRANSFORMATION DocumentTransformation(const BaseDocument* doc) {
   if (!doc) return COLORSPACETRANSFORMATION_NONE;
   const BaseContainer settings = doc->GetData(DOCUMENTSETTINGS_DOCUMENT);
-  const LONG profile = settings.GetLong(DOCUMENT_COLORPROFILE);
-  const Bool linear = settings.GetBool(DOCUMENT_LINEARWORKFLOW);
-  if (profile == DOCUMENT_COLORPROFILE_SRGB && linear) return COLORSPACETRANSFORMATION_SRGB_TO_LINEAR;
-  if (profile == DOCUMENT_COLORPROFILE_LINEAR && !linear) return COLORSPACETRANSFORMATION_LINEAR_TO_SRGB;
-  return COLORSPACETRANSFORMATION_NONE;
+  const Bool linear = settings.GetBool(DOCUMENT_LINEARWORKFLOW) &&
+                      settings.GetLong(DOCUMENT_COLORPROFILE) == DOCUMENT_COLORPROFILE_SRGB;
+  return linear ? COLORSPACETRANSFORMATION_SRGB_TO_LINEAR : COLORSPACETRANSFORMATION_NONE;
+}
+
+/** A host that does not rename over an existing file gets it out of the way first. */
+Bool Replace(const Filename& part, const Filename& path) {
+  return GeFRename(part, path) || (GeFExist(path) && GeFKill(path) && GeFRename(part, path));
 }
 
 } // namespace
@@ -31,13 +34,16 @@ void SaveAsText(BaseObject* op) {
   options.transformation = DocumentTransformation(op->GetDocument());
   AutoAlloc<BaseFile> file;
   const KelvraObject* cloud = GetCloudData(op);
-  const Bool opened = file && file->Open(path, FILEOPEN_WRITE, FILEDIALOG_NONE);
+  // Written beside the target, which it replaces once it is whole: a full disk costs no earlier file.
+  const Filename part(path.GetString() + ".part");
+  const Bool opened = file && file->Open(part, FILEOPEN_WRITE, FILEDIALOG_NONE);
   const Bool written = opened && ExportText(cloud->store, options, file);
   const Bool closed = opened && file->Close();
-  if (written && closed) {
+  if (written && closed && Replace(part, path)) {
     GePrint(String("Saved to : ") + path.GetString());
     return;
   }
+  if (opened) GeFKill(part);
   MessageDialog(path.GetString() + (opened ? ": the points could not all be written; is the disk full?"
                                            : ": the file could not be opened for writing"));
 }

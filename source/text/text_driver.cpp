@@ -15,6 +15,8 @@ const std::size_t kChunk = 64 * 1024;
 /** A look at the encoding takes these, however few each read gives. */
 const std::size_t kMarkBytes = 4;
 const std::size_t kShownBytes = 60;
+/** One block holds no more: three values a point are counted in 32 bits. */
+const std::int32_t kMostPoints = 715827882;
 const double kFar = std::numeric_limits<double>::infinity();
 
 /** Which form the file's lines have, once one was accepted. */
@@ -111,7 +113,10 @@ private:
   }
 
   void Remember(const char* line, std::size_t length) {
-    const std::string text(line, std::min(length, kShownBytes));
+    std::string text(line, std::min(length, kShownBytes));
+    // It is shown to people: control bytes would garble their terminal.
+    for (char& c : text)
+      if ((unsigned char)c < ' ' && c != '\t' && c != '\r') c = '?';
     const std::size_t last = text.find_last_not_of(" \t\r");
     if (last != std::string::npos) result_.firstLine = text.substr(0, last + 1);
   }
@@ -148,7 +153,7 @@ private:
       min_[axis] = std::min(min_[axis], p[axis]);
       max_[axis] = std::max(max_[axis], p[axis]);
     }
-    if (result_.count >= capacity_ && !Grow()) {
+    if (result_.count >= kMostPoints || (result_.count >= capacity_ && !Grow())) {
       ++result_.noMemory;
       return;
     }
@@ -160,7 +165,7 @@ private:
     const std::int64_t wanted = growth_;
     const std::int64_t most = std::numeric_limits<std::int64_t>::max() / (std::int64_t)sizeof(TextPoint) / 2;
     if (growth_ <= most) growth_ *= 2;
-    if (wanted > most || result_.count == std::numeric_limits<std::int32_t>::max()) return false;
+    if (wanted > most) return false;
     void* moved = input_.reallocate(result_.points, (std::size_t)wanted * sizeof(TextPoint));
     if (!moved) return false;
     result_.points = (TextPoint*)moved;

@@ -151,7 +151,7 @@ TEST(Snapshot, RefusedPartsOfDrawingLeaveAnEmptyPictureAndNoCrash) {
   const std::string cloud = folder.Write("patch.xyz", Patch(0, 0, 0, 255, 0, 0));
   for (const std::string fault :
        {"vertexbuffer=1", "programfactory=1", "subbuffer=1", "compile=1", "temporaryblock=1"}) {
-    const Image image = Snapshot({cloud, "--fault", fault});
+    const Image image = Snapshot({cloud, "--fault", fault}, 1);
     EXPECT_EQ(Differing(image, 128), 0) << fault;
   }
 }

@@ -215,7 +215,7 @@ TEST_F(LoadingTest, AUserBreakStopsTheFolder) {
   Write("all/a.xyz", TenLines());
   WriteLas("all/b.las", MakeLas(0, Spiral(5000)));
   WriteLas("all/c.las", MakeLas(0, Spiral(5000)));
-  application_.GetFaults().FailAt(host::Fault::UserBreak, 3, -1);
+  application_.GetFaults().FailAt(host::Fault::UserBreak, 14, -1);
   const std::vector<std::string> lines = Load(Path("all"), kLoadFolder);
   EXPECT_GE(Stored().Points(), 10) << "what was loaded before stays";
   EXPECT_LT(Stored().Points(), 5010);
@@ -237,13 +237,14 @@ protected:
       const std::vector<std::string> lines = Load(file);
       const bool struck = application_.GetFaults().Calls(host::Fault::Allocation) >= n;
       application_.GetFaults().Clear();
-      if (getenv("DBG")) for (auto& l : lines) printf("%d %s\n", n, l.c_str());
       const StoredCloud cloud = Stored();
       if (Any(lines, "not enough memory for")) {
         ++abandoned;
         EXPECT_TRUE(cloud.blocks.empty());
       }
-      EXPECT_TRUE(cloud.Points() == 0 || cloud.Points() == points) << cloud.Points();
+      // A text point whose growth is refused is dropped, and the load goes on.
+      const bool dropped = Any(lines, "for want of memory");
+      EXPECT_TRUE(cloud.Points() == 0 || cloud.Points() == points || dropped) << cloud.Points();
       for (const StoredBlock& block : cloud.blocks) {
         EXPECT_EQ(block.positions.size(), 3u * (std::size_t)block.count);
         EXPECT_EQ(block.flags.size(), (std::size_t)block.count);

@@ -4,7 +4,6 @@
 #include "block_fill.h"
 #include "c4d_fence.h"
 #include "host/application.h"
-#include "host/core/module_scope.h"
 #include "object/rerenderobject.h"
 #include "scene/scratch.h"
 
@@ -19,11 +18,8 @@ protected:
     application_.reset(new host::Application);
     // Resources are looked for beside the module's file.
     sdk::SetPluginFile(Filename(KELVRA_SOURCE_DIR "/kelvra.so"));
-    {
-      const host::ModuleScope scope;
-      ASSERT_TRUE(PluginMessage(C4DPL_INIT_SYS, NULL));
-      ASSERT_TRUE(PluginStart());
-    }
+    ASSERT_TRUE(PluginMessage(C4DPL_INIT_SYS, NULL));
+    ASSERT_TRUE(PluginStart());
     doc_ = application_->NewDocument();
     op_ = Add();
   }

@@ -85,6 +85,16 @@ TEST_F(Persistence, DamagedValuesAreRefused) {
   }
 }
 
+TEST_F(Persistence, RefusedCountIsNamedWithItsBounds) {
+  Recording r;
+  ASSERT_TRUE(r.Record(MakeBlock(1)));
+  r.items[0].bytes = std::string(4, '\xff');
+  PointBlock read;
+  EXPECT_FALSE(ReadBack(read, r, 1));
+  ASSERT_EQ(app.GetConsole().Lines().size(), 1u);
+  EXPECT_EQ(app.GetConsole().Lines()[0], "the scene has a block of -1 points, expected 1 to 715827882");
+}
+
 TEST_F(Persistence, RefusedArrayFailsTheRead) {
   Recording r;
   ASSERT_TRUE(r.Record(MakeBlock(4)));

@@ -13,6 +13,8 @@ namespace kelvra {
 
 namespace {
 
+// One block holds no more: three values a point are counted in 32 bits.
+constexpr std::int64_t kMaxBlockPoints = 715827882;
 constexpr std::int64_t kMaxKept = 2147483647; // one more is kept before the load ends
 constexpr std::int64_t kProgressMask = 1023;
 
@@ -37,6 +39,7 @@ Plan MakePlan(const LasReadOptions& options, std::uint64_t readable) {
   plan.step = std::max<std::int64_t>(1, options.step);
   plan.limit = std::clamp<std::int64_t>(options.limit, 0, kMaxKept);
   plan.capacity = std::min(RoundedUp(Clamped(readable), plan.step), plan.limit + 1);
+  plan.capacity = std::min(plan.capacity, kMaxBlockPoints);
   return plan;
 }
 
@@ -103,7 +106,9 @@ LoopResult ReadPoints(LasFile& file, const Plan& plan, ProgressMeter& meter, Las
     sinceKept = place + 1;
     if (place != 0) continue;
     file.Get(point);
-    if (!std::isfinite(point.x) || !std::isfinite(point.y) || !std::isfinite(point.z)) {
+    // Blocks hold 32-bit floats: what is no finite one there is no point.
+    if (!std::isfinite(static_cast<float>(point.x)) || !std::isfinite(static_cast<float>(point.y)) ||
+        !std::isfinite(static_cast<float>(point.z))) {
       ++cloud.dropped;
       continue;
     }

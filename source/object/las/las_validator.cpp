@@ -67,7 +67,8 @@ void CheckPoints(const LasHeader& header, std::vector<std::string>& complaints) 
       complaints.push_back(Text("point record length (byte 105) is %u, point format %u has at least %u",
                                 unsigned{header.recordLength}, format, LasBaseLength(format)));
   }
-  if (header.versionMinor >= 4 && header.legacyPoints != 0 && header.legacyPoints != header.extendedPoints)
+  if (header.versionMinor >= 4 && header.legacyPoints != 0 && header.extendedPoints != 0 &&
+      header.legacyPoints != header.extendedPoints)
     complaints.push_back(
         Text("number of points is %s in the old field (byte 107), %s in the new one (byte 247)",
              Grouped(header.legacyPoints).c_str(), Grouped(header.extendedPoints).c_str()));
