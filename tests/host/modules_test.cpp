@@ -49,7 +49,7 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& broken) { return std::string(broken.param.name); });
 
 TEST(Modules, AFileThatIsNoLibraryIsRefused) {
-  const std::string path = testing::TempDir() + "no_library.so";
+  const std::string path = testing::TempDir() + "no_library_" + std::to_string(::getpid()) + ".so";
   std::FILE* file = std::fopen(path.c_str(), "w");
   std::fputs("text", file);
   std::fclose(file);

@@ -113,7 +113,7 @@ TEST_F(HostServices, WorkCanBeStopped) {
 }
 
 TEST(Preferences, ComeBackInTheNextRun) {
-  const std::string folder = testing::TempDir() + "host_prefs";
+  const std::string folder = testing::TempDir() + "host_prefs_" + std::to_string(::getpid());
   std::filesystem::remove_all(folder);
   {
     host::Application application(folder);
