@@ -8,7 +8,8 @@
 
 namespace host {
 
-/** Collects console lines and the status line. Print is safe from any thread, the rest is the main thread's. */
+/** Collects console lines and the status line. Print is safe from any thread, the rest is the main thread's.
+ */
 class Console {
 public:
   void Print(const std::string& line);

@@ -26,11 +26,14 @@ public:
   /** Queues the answer to the next question. */
   void AnswerQuestion(GEMB_R answer) { answers_.push_back(answer); }
   /** Asked when the queues are empty; without it a file dialog is cancelled and a message is confirmed. */
-  void SetInteractive(std::function<GEMB_R(const std::string& text, GEMB flags)> ask) { ask_ = std::move(ask); }
+  void SetInteractive(std::function<GEMB_R(const std::string& text, GEMB flags)> ask) {
+    ask_ = std::move(ask);
+  }
   const std::vector<DialogRecord>& Shown() const { return shown_; }
   void Clear();
 
-  bool SelectFile(FILESELECT kind, const std::string& title, const std::string& forceSuffix, std::string* path);
+  bool SelectFile(FILESELECT kind, const std::string& title, const std::string& forceSuffix,
+                  std::string* path);
   GEMB_R Show(const std::string& text, GEMB flags);
 
 private:

@@ -23,7 +23,8 @@ enum class Fault {
 /** Counts calls and fails chosen ones. Safe from any thread. */
 class Faults {
 public:
-  /** Fails the n-th call from now (1 = next) and the following ones, `times` in all; -1 = all from then on. */
+  /** Fails the n-th call from now (1 = next) and the following ones, `times` in all; -1 = all from then on.
+   */
   void FailAt(Fault fault, long long n, long long times = 1);
   void Clear();
   /** Counts one call; true when it must fail. */

@@ -159,8 +159,8 @@ public:
   /** Makes the view's context current; NULL unbinds. */
   Bool BindToView(const BaseDraw* bd);
   Bool IsProgram(GlProgramType t);
-  /** Calls in this order: AddParameters, Init, AddErrorHandler, uniforms, header lines, HeaderFinished, lines,
-   * CompilePrograms. */
+  /** Calls in this order: AddParameters, Init, AddErrorHandler, uniforms, header lines, HeaderFinished,
+   * lines, CompilePrograms. */
   void AddParameters(LULONG parameters, LULONG formats = 0);
   ULONG Init(LONG subdivisionCount);
   void AddErrorHandler(GlProgramFactoryErrorHandler fn);

@@ -71,7 +71,8 @@ class Parameters : public HostTest {
 protected:
   void SetUp() override {
     HostTest::SetUp();
-    folder_ = std::filesystem::path(testing::TempDir()) / ("host_parameters_res_" + std::to_string(::getpid()));
+    folder_ =
+        std::filesystem::path(testing::TempDir()) / ("host_parameters_res_" + std::to_string(::getpid()));
     std::filesystem::create_directories(folder_ / "description");
     std::filesystem::create_directories(folder_ / "strings_us" / "description");
     Write("c4d_symbols.h", "enum { IDS_HELLO = 10000 };");
