@@ -92,6 +92,12 @@ void AddSnapshot(CLI::App& app, cli::SnapshotOptions& options, std::string& size
   });
 }
 
+bool HasCommand(CLI::App& app, const std::string& name) {
+  for (const CLI::App* command : app.get_subcommands([](CLI::App*) { return true; }))
+    if (command->get_name() == name) return true;
+  return false;
+}
+
 int Run(int argc, char** argv) {
   CLI::App app("Kelvra: laser-scan point clouds");
   app.require_subcommand(1);
@@ -129,6 +135,11 @@ int Run(int argc, char** argv) {
   command->add_flag("--json", scene.json, "Print JSON");
   command->callback([&] { status = cli::RunScene(scene); });
 
+  if (argc > 1 && argv[1][0] != '-' && !HasCommand(app, argv[1])) {
+    std::cerr << "kelvra: there is no command \"" << argv[1]
+              << "\", expected info, snapshot, save, export or scene\n";
+    return cli::kExitUsage;
+  }
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& e) {
