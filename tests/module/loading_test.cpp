@@ -4,6 +4,7 @@
 #include "las/las_fixture.h"
 
 #include <algorithm>
+#include <set>
 
 namespace {
 
@@ -30,6 +31,15 @@ protected:
     for (const StoredBlock& block : cloud.blocks)
       for (std::size_t i = 0; i < (std::size_t)block.count; ++i) x.push_back(block.Point(i)[0]);
     return x;
+  }
+};
+
+/** For tests whose files are LAS or LAZ. */
+class LasLoadingTest : public LoadingTest {
+protected:
+  void SetUp() override {
+    LoadingTest::SetUp();
+    if (!kelvra::LasFile::Available()) GTEST_SKIP() << "this build has no LASlib";
   }
 };
 
@@ -63,7 +73,7 @@ TEST_F(LoadingTest, TheSuffixChoosesTheReaderOfText) {
   }
 }
 
-TEST_F(LoadingTest, LasPointsWithoutColourTakeThePaletteOfTheirClass) {
+TEST_F(LasLoadingTest, LasPointsWithoutColourTakeThePaletteOfTheirClass) {
   const std::pair<int, std::array<int, 3>> palette[] = {
       {2, {15535, 22222, 55535}}, {3, {15535, 15535, 0}},  {4, {12767, 45167, 27647}},
       {5, {45535, 65535, 35535}}, {6, {35535, 0, 0}},      {7, {15535, 0, 25535}},
@@ -96,7 +106,7 @@ TEST_F(LoadingTest, LasPointsWithoutColourTakeThePaletteOfTheirClass) {
             (std::vector<SReal>{0, 0, 1}));
 }
 
-TEST_F(LoadingTest, EightBitLasColoursAreWidenedBy255) {
+TEST_F(LasLoadingTest, EightBitLasColoursAreWidenedBy255) {
   Load(WriteLas("narrow.las", MakeLas(2, {{0, 0, 0, 1, 255, 1, 0}, {1, 1, 1, 1, 7, 100, 255}})));
   Load(WriteLas("wide.las", MakeLas(2, {{0, 0, 0, 1, 256, 1, 0}, {1, 1, 1, 1, 7, 100, 255}})));
   const StoredCloud cloud = Stored();
@@ -108,7 +118,7 @@ TEST_F(LoadingTest, EightBitLasColoursAreWidenedBy255) {
   EXPECT_EQ(cloud.blocks[1].group, 1) << "each command opens a group";
 }
 
-TEST_F(LoadingTest, EveryNthPointIsKept) {
+TEST_F(LasLoadingTest, EveryNthPointIsKept) {
   const std::vector<std::pair<LONG, std::vector<double>>> cases = {{3, {0, 3, 6, 9}},
                                                                    {1, {0, 1, 2, 3, 4, 5, 6, 7, 8, 9}},
                                                                    {0, {0, 1, 2, 3, 4, 5, 6, 7, 8, 9}},
@@ -131,7 +141,7 @@ TEST_F(LoadingTest, EveryNthPointIsKept) {
   EXPECT_EQ(Stored().Points(), 1 + 10) << "without an entry every point is kept";
 }
 
-TEST_F(LoadingTest, TheBudgetBoundsLasFilesOnly) {
+TEST_F(LasLoadingTest, TheBudgetBoundsLasFilesOnly) {
   Set(1181, GeData(0));
   Load(Write("ten.xyz", TenLines()));
   EXPECT_EQ(Stored().Points(), 10);
@@ -198,7 +208,7 @@ TEST_F(LoadingTest, AnObjectOutsideOfDocumentsLoadsToo) {
   BaseObject::Free(lone);
 }
 
-TEST_F(LoadingTest, ProgressIsShownWhenThePercentageChanges) {
+TEST_F(LasLoadingTest, ProgressIsShownWhenThePercentageChanges) {
   Load(WriteLas("many.las", MakeLas(0, Spiral(5000))));
   std::vector<std::string> loading;
   for (const std::string& text : application_.GetConsole().StatusTexts())
@@ -210,20 +220,32 @@ TEST_F(LoadingTest, ProgressIsShownWhenThePercentageChanges) {
   EXPECT_EQ(bars, (std::vector<int>{20, 40, 61, 81}));
 }
 
-TEST_F(LoadingTest, AUserBreakStopsTheFolder) {
+TEST_F(LasLoadingTest, AUserBreakKeepsWholeFilesOnly) {
   std::filesystem::create_directories(folder_ / "all");
   Write("all/a.xyz", TenLines());
   WriteLas("all/b.las", MakeLas(0, Spiral(5000)));
   WriteLas("all/c.las", MakeLas(0, Spiral(5000)));
-  application_.GetFaults().FailAt(host::Fault::UserBreak, 14, -1);
-  const std::vector<std::string> lines = Load(Path("all"), kLoadFolder);
-  EXPECT_GE(Stored().Points(), 10) << "what was loaded before stays";
-  EXPECT_LT(Stored().Points(), 5010);
-  EXPECT_TRUE(Any(lines, "1 more files were not loaded"));
+  std::set<long long> kept;
+  for (int n = 1;; ++n) {
+    ASSERT_LT(n, 500) << "the load never ended by itself";
+    SCOPED_TRACE(n);
+    op_ = host::CreateObjectFromMenu(doc_, kCloud);
+    application_.GetFaults().Clear();
+    application_.GetFaults().FailAt(host::Fault::UserBreak, n, -1);
+    const std::vector<std::string> lines = Load(Path("all"), kLoadFolder);
+    const bool struck = application_.GetFaults().Calls(host::Fault::UserBreak) >= n;
+    const long long points = Stored().Points();
+    kept.insert(points);
+    EXPECT_EQ(Any(lines, "stopped"), struck && points < 10010);
+    EXPECT_EQ(Any(lines, "2 more files were not loaded"), points == 0);
+    EXPECT_EQ(Any(lines, "1 more files were not loaded"), points == 10);
+    if (!struck) break;
+  }
   application_.GetFaults().Clear();
+  EXPECT_EQ(kept, (std::set<long long>{0, 10, 5010, 10010}));
 }
 
-class RefusedMemory : public LoadingTest {
+class RefusedMemory : public LasLoadingTest {
 protected:
   /** Refuses each allocation of a load in turn: the store holds all points or none, and a console line tells.
    */
