@@ -1,5 +1,7 @@
 #include "cli/cloud_session.h"
 
+#include "cli/preferences_folder.h"
+#include "cli/preferences_page.h"
 #include "cli/process_memory.h"
 #include "host/scene/scene_kind.h"
 #include "host/user_break.h"
@@ -43,7 +45,9 @@ FileOutcome Judge(const std::string& message, long long points) {
 
 } // namespace
 
-CloudSession::CloudSession(const std::vector<std::string>& faults) : application_(new host::Application) {
+CloudSession::CloudSession(const std::vector<std::string>& faults)
+    : application_(new host::Application(PreferencesFolder())) {
+  PrintConsole(application_->GetConsole(), 0); // what is wrong with the preferences
   std::string error;
   for (const std::string& fault : faults)
     if (!application_->GetFaults().Parse(fault, &error)) throw UsageError{error};

@@ -22,8 +22,24 @@ struct SnapshotOptions : InputOptions {
   std::string clones; ///< NXxNYxNZ:SPACING
 };
 
+struct RenderCommandOptions : SnapshotOptions {
+  std::vector<std::string> lights; ///< see scene_light.h
+  bool ground = false;
+  double groundMirror = 0.0;        ///< share that the ground mirrors
+  int supersample = 2;              ///< rays a pixel and axis
+  int depth = 0;                    ///< bits a sample, 0 for the format's usual
+  std::string frames;               ///< FIRST-LAST
+  double turn = 0.0;                ///< degrees that the camera turns over the frames
+  std::string record;               ///< folder
+  int threads = 0;
+  std::string background = "#c3d2e2";
+  std::vector<int> pixel; ///< two numbers, or empty
+  bool progress = false;
+};
+
 int RunInfo(const InputOptions& options);
 int RunSnapshot(const SnapshotOptions& options);
+int RunRender(const RenderCommandOptions& options);
 int RunSave(const InputOptions& options);
 int RunExport(const InputOptions& options);
 int RunScene(const InputOptions& options);

@@ -1,6 +1,7 @@
 // kelvra: point clouds without the application. Parses the command line and runs one command.
 #include "cli/cloud_session.h"
 #include "cli/commands.h"
+#include "cli/service_commands.h"
 
 #include <CLI/CLI.hpp>
 #include <cmath>
@@ -8,6 +9,11 @@
 #include <filesystem>
 #include <iostream>
 #include <regex>
+#ifdef _WIN32
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
 
 namespace {
 
@@ -68,10 +74,7 @@ CLI::Option* AddOutput(CLI::App* command, cli::InputOptions& options, const char
   return command->add_option("-o,--output", options.output, what)->required();
 }
 
-void AddSnapshot(CLI::App& app, cli::SnapshotOptions& options, std::string& size, int& status) {
-  CLI::App* command = app.add_subcommand("snapshot", "Draw one viewport picture");
-  AddInput(command, options, true);
-  AddOutput(command, options, "PNG to write");
+void AddCamera(CLI::App* command, cli::SnapshotOptions& options, std::string& size) {
   command->add_option("--size", size, "WIDTHxHEIGHT in pixels, 1280x720");
   CLI::Option* camera =
       command->add_option("--camera", options.camera, "X,Y,Z in world space: left-handed, y up, north +z")
@@ -83,12 +86,61 @@ void AddSnapshot(CLI::App& app, cli::SnapshotOptions& options, std::string& size
   camera->needs(target);
   target->needs(camera);
   command->add_option("--fov", options.fieldOfView, "Vertical field of view in degrees");
+}
+
+void AddSnapshot(CLI::App& app, cli::SnapshotOptions& options, std::string& size, int& status) {
+  CLI::App* command = app.add_subcommand("snapshot", "Draw one viewport picture");
+  AddInput(command, options, true);
+  AddOutput(command, options, "PNG to write");
+  AddCamera(command, options, size);
   command->add_option("--clones", options.clones, "NXxNYxNZ:SPACING, copies on a grid");
   command->callback([&] {
     if (!size.empty()) ParseSize(size, options);
     CheckCamera(options);
     CheckOutput(options.output);
     status = cli::RunSnapshot(options);
+  });
+}
+
+/** A flag or a list takes one value each time it is given. */
+CLI::Option* OnePerFlag(CLI::Option* option) {
+  return option->take_all()->expected(1)->allow_extra_args(false);
+}
+
+void AddRender(CLI::App& app, cli::RenderCommandOptions& options, std::string& size, int& status) {
+  CLI::App* command = app.add_subcommand("render", "Render a picture with light and shadow");
+  AddInput(command, options, true);
+  CLI::Option* output =
+      command->add_option("-o,--output", options.output, "PNG, TIFF or EXR to write; #### is the frame number");
+  AddCamera(command, options, size);
+  OnePerFlag(command->add_option("--light", options.lights,
+                                 "sun:AZIMUTH,ELEVATION, point:X,Y,Z or ambient, then :BRIGHTNESS and :#RRGGBB"));
+  command->add_flag("--ground", options.ground, "Put a ground below the points");
+  command->add_option("--ground-mirror", options.groundMirror, "Share of light that the ground mirrors, 0 to 1")
+      ->check(CLI::Range(0.0, 1.0));
+  command->add_option("--supersample", options.supersample, "N x N rays a pixel, 2")->check(CLI::Range(1, 16));
+  command->add_option("--depth", options.depth, "Bits a sample: 8, 16 or 32")->check(CLI::IsMember({8, 16, 32}));
+  command->add_option("--frames", options.frames, "FIRST-LAST, frames of an animation");
+  command->add_option("--turn", options.turn, "Degrees that the camera turns around its target over the frames");
+  command->add_option("--record", options.record, "Folder in which the recorder stores each frame with 16 bits");
+  command->add_option("--threads", options.threads, "Render threads, all cores")->check(CLI::Range(1, 64));
+  command->add_option("--background", options.background, "#RRGGBB");
+  CLI::Option* pixel =
+      command->add_option("--pixel", options.pixel, "X,Y: print what the ray through this pixel does instead")
+          ->delimiter(',')
+          ->expected(2);
+  output->excludes(pixel);
+  command->callback([&, output] {
+    if (!size.empty()) ParseSize(size, options);
+    CheckCamera(options);
+    if (options.pixel.empty() && !*output) throw CLI::RequiredError("--output");
+    if (!options.pixel.empty() &&
+        (options.pixel[0] < 0 || options.pixel[0] >= options.width || options.pixel[1] < 0 ||
+         options.pixel[1] >= options.height))
+      throw CLI::ValidationError("--pixel", "expected a pixel of the picture, X,Y from 0,0");
+    if (options.pixel.empty()) CheckOutput(options.output);
+    options.progress = ::isatty(2) != 0;
+    status = cli::RunRender(options);
   });
 }
 
@@ -105,7 +157,8 @@ int Run(int argc, char** argv) {
   int status = 0;
   cli::InputOptions info, save, text, scene;
   cli::SnapshotOptions snapshot;
-  std::string size;
+  cli::RenderCommandOptions render;
+  std::string size, renderSize;
 
   CLI::App* command = app.add_subcommand("info", "Points, box, speed and memory of files");
   AddInput(command, info, true);
@@ -113,6 +166,7 @@ int Run(int argc, char** argv) {
   command->callback([&] { status = cli::RunInfo(info); });
 
   AddSnapshot(app, snapshot, size, status);
+  AddRender(app, render, renderSize, status);
 
   command = app.add_subcommand("save", "Save a scene that holds the points");
   AddInput(command, save, true);
@@ -135,9 +189,12 @@ int Run(int argc, char** argv) {
   command->add_flag("--json", scene.json, "Print JSON");
   command->callback([&] { status = cli::RunScene(scene); });
 
+  cli::AddServiceCommands(app, status);
+
   if (argc > 1 && argv[1][0] != '-' && !HasCommand(app, argv[1])) {
     std::cerr << "kelvra: there is no command \"" << argv[1]
-              << "\", expected info, snapshot, save, export or scene\n";
+              << "\", expected info, snapshot, render, save, export, scene, "
+                 "reproject, prefs or update-check\n";
     return cli::kExitUsage;
   }
   try {

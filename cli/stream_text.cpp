@@ -33,7 +33,11 @@ std::string Utf8(const String& text) {
   return out;
 }
 
-json ContainerJson(const BaseContainer& bc);
+json CurveJson(const SplineData& curve) {
+  json knots = json::array();
+  for (LONG i = 0; i < curve.GetKnotCount(); ++i) knots.push_back({curve.GetKnot(i).x, curve.GetKnot(i).y});
+  return knots;
+}
 
 json ContainerJson(const BaseContainer& bc) {
   json entries = json::array();
@@ -96,6 +100,8 @@ json DataJson(const GeData& data) {
     return ContainerJson(*data.GetContainer());
   case DA_ALIASLINK:
     return {{"link", data.GetBaseLink().target}};
+  case CUSTOMDATATYPE_SPLINE:
+    return CurveJson(*(const SplineData*)data.GetCustomDataType(CUSTOMDATATYPE_SPLINE));
   default:
     return nullptr;
   }
@@ -123,6 +129,8 @@ const char* DataTypeName(LONG type) {
     return "container";
   case DA_ALIASLINK:
     return "link";
+  case CUSTOMDATATYPE_SPLINE:
+    return "curve";
   default:
     return "none";
   }

@@ -42,6 +42,7 @@ struct Application::Impl {
   Dialogs dialogs;
   Faults faults;
   std::vector<Document*> documents;
+  std::map<LONG, Node*> pages; ///< of the preferences dialog
   std::vector<std::unique_ptr<Module>> modules;
   mutable std::vector<PluginInfo> plugins;
   std::mutex misbehaviourMutex;
@@ -125,6 +126,7 @@ std::vector<std::string> Application::Close() {
   UnloadModules();
   std::string error;
   if (!impl_->services.worldData.Save(&error)) impl_->console.Print(error);
+  impl_->services.worldData.Clear();
   impl_->FreeOwnPlugins();
   ReportSurvivors();
   memory::SetFaults(nullptr);
@@ -178,6 +180,8 @@ bool Application::LoadModule(const std::string& path, std::string* error) {
 }
 
 void Application::UnloadModules() {
+  for (const auto& page : impl_->pages) FreeNode(page.second);
+  impl_->pages.clear();
   for (auto at = impl_->modules.rbegin(); at != impl_->modules.rend(); ++at)
     (*at)->SendMessage(C4DPL_ENDACTIVITY);
   while (!impl_->modules.empty()) impl_->modules.pop_back();
@@ -265,6 +269,19 @@ void Application::PressButton(BaseList2D* node, LONG id) {
   command.id = DescID(id);
   command.msg = &message;
   SendMessage(*host::Impl(node), MSG_DESCRIPTION_COMMAND, &command);
+}
+
+BaseList2D* Application::PreferencesPage(LONG id) {
+  const auto shown = impl_->pages.find(id);
+  if (shown != impl_->pages.end()) return Api(shown->second);
+  const Work work;
+  Node* page = MakeNode(NodeKind::Preferences, id);
+  if (page) impl_->pages[id] = page;
+  return Api(page);
+}
+
+bool Application::SavePreferences(std::string* error) {
+  return impl_->services.worldData.Save(error);
 }
 
 BaseObject* CreateObjectFromMenu(BaseDocument* api, LONG type) {

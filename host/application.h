@@ -85,6 +85,14 @@ public:
   /** Presses a button: MSG_DESCRIPTION_COMMAND with that id. */
   void PressButton(BaseList2D* node, LONG id);
 
+  /**
+   * The page of the preferences dialog that was registered under that id, as when the dialog shows it: made
+   * the first time, kept until the modules are unloaded. NULL when there is none or when it refuses.
+   */
+  BaseList2D* PreferencesPage(LONG id);
+  /** Writes the preferences now, which Close does anyway. False with one line naming file and reason. */
+  bool SavePreferences(std::string* error);
+
   /** How often a redraw was asked for. */
   long long RedrawsAskedFor() const;
 

@@ -65,8 +65,8 @@ struct Node {
   virtual bool HasOwnData() const { return false; }
   virtual bool WriteOwn(HyperFile*) { return true; }
   virtual bool ReadOwn(HyperFile*, LONG /*level*/) { return true; }
-  /** dest is of the same type. */
-  virtual void CopyOwn(Node& /*dest*/) const {}
+  /** dest is of the same type; false when memory is refused. */
+  virtual bool CopyOwn(Node& /*dest*/) const { return true; }
   virtual void SwapOwn(Node& /*other*/) {}
 };
 
@@ -74,8 +74,9 @@ struct Object : Node {
   explicit Object(LONG objectType) : Node(NodeKind::Object, objectType) {}
   Matrix ml;
   NodeList children{this}, tags{this};
-  NodeList cache{this}; ///< at most one object: what the generator built last
-  ULONG cacheState = 0; ///< dirty count that the cache was built for
+  NodeList cache{this};       ///< at most one object: what the generator built last
+  NodeList deformCache{this}; ///< at most one object: what deformers made of this one
+  ULONG cacheState = 0;       ///< dirty count that the cache was built for
   bool cacheBuilt = false;
 
   /** The object above, NULL on top. */
@@ -236,6 +237,9 @@ void ChangeLinks(BaseContainer& container, const std::vector<LinkChange>& change
 
 /** Creates the video posts that are flagged as always present and that the settings lack. */
 void AddInherentVideoPosts(RenderSettings& settings);
+
+/** Takes `result` as what deformers made of `op` and frees what was there; NULL for nothing. */
+void SetDeformCache(Object& op, Object* result);
 
 /** The clone tag (type ID_MOTAGDATA), defined in host/view/. */
 Tag* MakeCloneTag();

@@ -5,6 +5,7 @@
 #include "host/core/misbehaviour.h"
 #include "host/core/module_scope.h"
 #include "host/core/plugin_registry.h"
+#include "host/geometry/point_nodes.h"
 #include "host/user_break.h"
 
 namespace host {
@@ -22,6 +23,8 @@ void GetObjectBox(BaseObject* op, Vector* centre, Vector* halfSize) {
   *centre = *halfSize = Vector();
   if (const OBJECTPLUGIN* plugin = PluginOf(*Impl(op)))
     CallModule("GetDimension", plugin->GetDimension, Impl(op)->data, op, centre, halfSize);
+  else if (const PointNode* points = AsPoints(Impl(op)))
+    points->Box(centre, halfSize);
 }
 
 DRAWRESULT DrawObject(BaseObject* op, DRAWPASS pass, BaseDraw* view, BaseDrawHelp* help) {

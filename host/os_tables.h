@@ -94,6 +94,12 @@ struct GuardedEntry<R (*)(A...), Own, function, Name, E> {
 #define HOST_TABLE Mo
 #define HOST_TABLE_FILE "tables/mo.inc"
 #include "host/bind_table.inc"
+#define HOST_TABLE Vd
+#define HOST_TABLE_FILE "tables/vd.inc"
+#include "host/bind_table.inc"
+#define HOST_TABLE Po
+#define HOST_TABLE_FILE "tables/po.inc"
+#include "host/bind_table.inc"
 
 #define HOST_BIND_GE(Entries) constexpr C4D_Ge kGeTable = bindGe::Make<Entries>();
 #define HOST_BIND_LR(Entries) constexpr C4D_Lr kLrTable = bindLr::Make<Entries>();
@@ -106,5 +112,7 @@ struct GuardedEntry<R (*)(A...), Own, function, Name, E> {
 #define HOST_BIND_BR(Entries) constexpr C4D_Br kBrTable = bindBr::Make<Entries>();
 #define HOST_BIND_GL(Entries) constexpr C4D_Gl kGlTable = bindGl::Make<Entries>();
 #define HOST_BIND_MO(Entries) constexpr C4D_Mo kMoTable = bindMo::Make<Entries>();
+#define HOST_BIND_VD(Entries) constexpr C4D_Vd kVdTable = bindVd::Make<Entries>();
+#define HOST_BIND_PO(Entries) constexpr C4D_Po kPoTable = bindPo::Make<Entries>();
 
 } // namespace host

@@ -6,8 +6,11 @@ packages=(
   ca-certificates g++ cmake ninja-build pkg-config git
   libgtest-dev libbenchmark-dev               # tests, benches
   libepoxy-dev libegl-dev libegl1 libegl-mesa0 libgl1-mesa-dri # OpenGL off screen
-  libpng-dev libtiff-dev libxxhash-dev        # pictures, scene checksums
+  libpng-dev libtiff-dev libopenexr-dev libxxhash-dev # pictures, scene checksums
   nlohmann-json3-dev libcli11-dev             # command line
+  libembree-dev                               # surfaces in rendered pictures
+  libcurl4-openssl-dev                        # requests of the module
+  libcpp-httplib-dev libssl-dev               # servers that the tests ask
   r-base-core                                 # brings the LASlib sources from CRAN
 )
 [ $# -eq 0 ] || packages+=("$@")

@@ -50,6 +50,9 @@ BaseContainer* GetWorldPluginData(LONG id) {
 Bool SetWorldPluginData(LONG id, const BaseContainer& bc, Bool add) {
   return C4DOS.Ge->SetWorldPluginData(id, bc, add);
 }
+BaseContainer* GetWorldContainerInstance() {
+  return C4DOS.Ge->GetWorldContainerInstance();
+}
 
 namespace {
 

@@ -31,6 +31,8 @@ Vector TransformColor(const Vector& color, COLORSPACETRANSFORMATION transformati
 /** Settings kept under a plug-in's id with the user's preferences; NULL when there are none yet. */
 BaseContainer* GetWorldPluginData(LONG id);
 Bool SetWorldPluginData(LONG id, const BaseContainer& bc, Bool add = TRUE);
+/** The application's own settings, live; kept with the user's preferences. */
+BaseContainer* GetWorldContainerInstance();
 
 /** Text as a number of the given FORMAT_ kind; what is no number gives 0. */
 GeData StringToNumber(const String& text, LONG format, LONG fps);

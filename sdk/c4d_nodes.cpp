@@ -46,6 +46,18 @@ GeListNode* GeListNode::GetDown() {
 void GeListNode::Remove() {
   C4DOS.At->Remove(this);
 }
+void GeListNode::InsertUnder(GeListNode* parent) {
+  C4DOS.At->Insert(this, parent, LISTPLACE_FIRSTBELOW);
+}
+void GeListNode::InsertUnderLast(GeListNode* parent) {
+  C4DOS.At->Insert(this, parent, LISTPLACE_LASTBELOW);
+}
+void GeListNode::InsertAfter(GeListNode* other) {
+  C4DOS.At->Insert(this, other, LISTPLACE_AFTER);
+}
+void GeListNode::InsertBefore(GeListNode* other) {
+  C4DOS.At->Insert(this, other, LISTPLACE_BEFORE);
+}
 NodeData* GeListNode::GetNodeData(LONG) {
   return C4DOS.At->GetNodeData(this);
 }
@@ -136,6 +148,12 @@ BaseTag* BaseObject::GetTag(LONG type, LONG nr) {
 }
 BaseTag* BaseObject::MakeTag(LONG type, BaseTag* pred) {
   return C4DOS.Bo->MakeTag(this, type, pred);
+}
+VariableTag* BaseObject::MakeVariableTag(LONG type, LONG count, BaseTag* pred) {
+  return C4DOS.Po->MakeVariableTag(this, type, count, pred);
+}
+Bool BaseObject::CopyTagsTo(BaseObject* dest, LONG visible, LONG variable, LONG hierarchical, AliasTrans*) {
+  return dest && C4DOS.Po->CopyTagsTo(this, dest, visible, variable, hierarchical);
 }
 void BaseObject::InsertTag(BaseTag* tag, BaseTag* pred) {
   C4DOS.Bo->InsertTag(this, tag, pred);
@@ -270,6 +288,9 @@ IMAGERESULT BaseBitmap::Init(LONG x, LONG y, LONG depth) {
 IMAGERESULT BaseBitmap::Init(const Filename& name) {
   return C4DOS.Bm->Load(this, name);
 }
+IMAGERESULT BaseBitmap::Save(const Filename& name, LONG format, BaseContainer*, SAVEBIT savebits) const {
+  return C4DOS.Bm->Save(this, name, format, savebits);
+}
 LONG BaseBitmap::GetBw() const {
   LONG w = 0, h = 0;
   C4DOS.Bm->GetSize(this, &w, &h);
@@ -280,8 +301,36 @@ LONG BaseBitmap::GetBh() const {
   C4DOS.Bm->GetSize(this, &w, &h);
   return h;
 }
+LONG BaseBitmap::GetBt() const {
+  return C4DOS.Bm->GetDepth(this);
+}
+COLORMODE BaseBitmap::GetColorMode() const {
+  return C4DOS.Bm->GetColorMode(this);
+}
 void BaseBitmap::GetPixel(LONG x, LONG y, UWORD* r, UWORD* g, UWORD* b) const {
   C4DOS.Bm->GetPixel(this, x, y, r, g, b);
+}
+Bool BaseBitmap::SetPixel(LONG x, LONG y, LONG r, LONG g, LONG b) {
+  return C4DOS.Bm->SetPixel(this, x, y, r, g, b);
+}
+void BaseBitmap::GetPixelCnt(LONG x, LONG y, LONG cnt, UCHAR* buffer, LONG inc, COLORMODE dstmode,
+                             PIXELCNT flags) const {
+  C4DOS.Bm->GetPixelCnt(this, x, y, cnt, buffer, inc, dstmode, flags);
+}
+Bool BaseBitmap::SetPixelCnt(LONG x, LONG y, LONG cnt, UCHAR* buffer, LONG inc, COLORMODE srcmode,
+                             PIXELCNT flags) {
+  return C4DOS.Bm->SetPixelCnt(this, x, y, cnt, buffer, inc, srcmode, flags);
+}
+void BaseBitmap::Clear(LONG r, LONG g, LONG b) {
+  C4DOS.Bm->Clear(this, r, g, b);
+}
+
+MultipassBitmap* MultipassBitmap::Alloc(LONG bx, LONG by, COLORMODE mode) {
+  return (MultipassBitmap*)C4DOS.Bm->AllocMultipass(bx, by, mode);
+}
+void MultipassBitmap::Free(MultipassBitmap*& bmp) {
+  if (bmp) C4DOS.Bm->Free(bmp);
+  bmp = NULL;
 }
 
 AutoBitmap::AutoBitmap(const String& name) : bitmap_(BaseBitmap::Alloc()) {

@@ -18,6 +18,7 @@ class HierarchyHelp;
 class HyperFile;
 class NodeData;
 class RenderData;
+class VariableTag;
 
 /** Base of the opaque classes: made and destroyed by the host only. */
 class HostOwned {
@@ -54,6 +55,14 @@ public:
   GeListNode* GetDown();
   /** Takes the node out of its list; it then belongs to the caller. */
   void Remove();
+  /**
+   * Takes the node out of its list and puts it below another one as first or last, or beside it. What a node
+   * cannot hold, or what would hold itself, stays where it is and is reported.
+   */
+  void InsertUnder(GeListNode* parent);
+  void InsertUnderLast(GeListNode* parent);
+  void InsertAfter(GeListNode* other);
+  void InsertBefore(GeListNode* other);
   NodeData* GetNodeData(LONG index = 0);
   BaseDocument* GetDocument();
 };
@@ -100,11 +109,16 @@ public:
   BaseTag* GetFirstTag();
   BaseTag* GetTag(LONG type, LONG nr = 0);
   BaseTag* MakeTag(LONG type, BaseTag* pred = NULL);
+  /** See VariableTag::Alloc. A vertex map of another length than the object's points is reported. */
+  VariableTag* MakeVariableTag(LONG type, LONG count, BaseTag* pred = NULL);
+  /** Copies tags that users see, tags of values, or both; nothing is copied when one is refused. */
+  Bool CopyTagsTo(BaseObject* dest, LONG visible, LONG variable, LONG hierarchical, AliasTrans* trans);
   void InsertTag(BaseTag* tag, BaseTag* pred = NULL);
   void KillTag(LONG type, LONG nr = 0);
 
   /** The generated result, owned by this object; NULL without one. */
   BaseObject* GetCache(HierarchyHelp* hh = NULL);
+  /** What deformers made of it; NULL when nothing deforms it. */
   BaseObject* GetDeformCache();
   Bool CheckCache(HierarchyHelp* hh);
   Bool IsDirty(DIRTYFLAGS flags);
@@ -170,15 +184,55 @@ public:
   Bool TestBreak();
 };
 
+/** A picture in memory, row 0 on top; what lies outside of it reads as 0. Owned by the caller until Free. */
 class BaseBitmap : public HostOwned {
 public:
   static BaseBitmap* Alloc();
   static void Free(BaseBitmap*& bmp);
+  /**
+   * Black, and clear where there is alpha. depth: 24 is COLORMODE_RGB, 32 COLORMODE_ARGB, 96 COLORMODE_RGBf;
+   * a MultipassBitmap has any mode.
+   */
   IMAGERESULT Init(LONG x, LONG y, LONG depth = 24);
+  /** TIFF or PNG, as 8 bits a component. What was there stays when loading fails. */
   IMAGERESULT Init(const Filename& name);
+  /**
+   * FILTER_PNG, FILTER_TIF or FILTER_EXR; 8 bits a component unless savebits say otherwise, EXR always
+   * floats. Alpha is saved with SAVEBIT_ALPHA. data may be NULL. An existing file is replaced only by a whole
+   * new one. NOTEXISTING: no such folder; WRONGTYPE: a format or depth that is not offered; FILEERROR: not
+   * writable.
+   */
+  IMAGERESULT Save(const Filename& name, LONG format, BaseContainer* data, SAVEBIT savebits) const;
   LONG GetBw() const;
   LONG GetBh() const;
+  /** Bits a pixel. */
+  LONG GetBt() const;
+  COLORMODE GetColorMode() const;
+  /** 0 to 255. */
   void GetPixel(LONG x, LONG y, UWORD* r, UWORD* g, UWORD* b) const;
+  /** Cut to 0 to 255; alpha stays. FALSE outside of the picture. */
+  Bool SetPixel(LONG x, LONG y, LONG r, LONG g, LONG b);
+  /**
+   * cnt pixels of row y, inc bytes from one to the next. The mode says what the buffer holds: UCHAR, UWORD
+   * (w) or SReal (f) for red, green, blue; before them alpha in the modes with A. Values are converted
+   * between bitmap and buffer, integers standing for 0 to 1; missing alpha is full. PIXELCNT_DITHERING
+   * changes nothing, as values are rounded; other flags and modes are refused and leave buffer and bitmap as
+   * they were.
+   */
+  void GetPixelCnt(LONG x, LONG y, LONG cnt, UCHAR* buffer, LONG inc, COLORMODE dstmode,
+                   PIXELCNT flags) const;
+  /** FALSE, and nothing changed, when a pixel lies outside of the picture. */
+  Bool SetPixelCnt(LONG x, LONG y, LONG cnt, UCHAR* buffer, LONG inc, COLORMODE srcmode, PIXELCNT flags);
+  /** One colour, 0 to 255, for all pixels; alpha stays. */
+  void Clear(LONG r, LONG g, LONG b);
+};
+
+/** A bitmap of any mode: the way to 16 bits or floats. */
+class MultipassBitmap : public BaseBitmap {
+public:
+  /** NULL when size, mode or memory are refused. */
+  static MultipassBitmap* Alloc(LONG bx, LONG by, COLORMODE mode);
+  static void Free(MultipassBitmap*& bmp);
 };
 
 /** Picture out of the plug-in's resource folder, freed with this object; NULL when it cannot be read. */

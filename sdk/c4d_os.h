@@ -6,6 +6,9 @@
 
 #include "c4d.h"
 
+/** Places of a node in relation to another one. */
+enum LISTPLACE { LISTPLACE_FIRSTBELOW, LISTPLACE_LASTBELOW, LISTPLACE_AFTER, LISTPLACE_BEFORE };
+
 #define C4D_ENTRY(R, name, parameters) R(*name) parameters;
 struct C4D_Ge {
 #include "tables/ge.inc"
@@ -40,6 +43,12 @@ struct C4D_Gl {
 struct C4D_Mo {
 #include "tables/mo.inc"
 };
+struct C4D_Vd {
+#include "tables/vd.inc"
+};
+struct C4D_Po {
+#include "tables/po.inc"
+};
 #undef C4D_ENTRY
 
 /** All tables; version comes first and is compared before anything else is read. */
@@ -56,6 +65,8 @@ struct OperatingSystem {
   const C4D_Br* Br;
   const C4D_Gl* Gl;
   const C4D_Mo* Mo;
+  const C4D_Vd* Vd;
+  const C4D_Po* Po;
 };
 
 /** The host's tables: set by c4d_main in a module, the host's own in the host. */

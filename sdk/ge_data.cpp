@@ -54,6 +54,11 @@ void GeData::Free() {
     gDelete(bc);
     break;
   }
+  case CUSTOMDATATYPE_SPLINE: {
+    SplineData* curve = (SplineData*)value_.pointer;
+    gDelete(curve);
+    break;
+  }
   default:
     break;
   }
@@ -81,6 +86,9 @@ GeData& GeData::operator=(const GeData& d) {
     break;
   case DA_CONTAINER:
     SetContainer(*d.GetContainer());
+    break;
+  case CUSTOMDATATYPE_SPLINE:
+    SetCustomDataType(d.type_, *d.GetCustomDataType(d.type_));
     break;
   default:
     Free();
@@ -167,6 +175,20 @@ void GeData::SetBaseLink(const BaseLink* link) {
   value_.wide = (LLONG)target;
 }
 
+CustomDataType* GeData::GetCustomDataType(LONG type) const {
+  return type >= DA_CUSTOMDATATYPE && type_ == type ? (SplineData*)value_.pointer : NULL;
+}
+
+void GeData::SetCustomDataType(LONG type, const CustomDataType& data) {
+  SplineData* copy = NULL;
+  if (type == CUSTOMDATATYPE_SPLINE) copy = SplineData::Alloc();
+  if (copy && !static_cast<const SplineData&>(data).Copy(copy)) SplineData::Free(copy);
+  Free(); // last: data may be our own
+  if (!copy) return;
+  type_ = type;
+  value_.pointer = copy;
+}
+
 bool GeData::operator==(const GeData& d) const {
   if (type_ != d.type_) return false;
   switch (type_) {
@@ -188,6 +210,8 @@ bool GeData::operator==(const GeData& d) const {
     return GetTime() == d.GetTime();
   case DA_CONTAINER:
     return *GetContainer() == *d.GetContainer();
+  case CUSTOMDATATYPE_SPLINE:
+    return ((const SplineData*)value_.pointer)->Compare(*(const SplineData*)d.value_.pointer) != FALSE;
   case DA_VOID:
     return value_.pointer == d.value_.pointer;
   default:
@@ -324,6 +348,10 @@ BaseContainer BaseContainer::GetContainer(LONG id) const {
 BaseContainer* BaseContainer::GetContainerInstance(LONG id) const {
   const GeData* data = GetDataPointer(id);
   return data ? data->GetContainer() : NULL;
+}
+CustomDataType* BaseContainer::GetCustomDataType(LONG id, LONG datatype) const {
+  const GeData* data = GetDataPointer(id);
+  return data ? data->GetCustomDataType(datatype) : NULL;
 }
 LONG BaseContainer::GetType(LONG id) const {
   return GetData(id).GetType();

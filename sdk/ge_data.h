@@ -44,6 +44,16 @@ public:
   LULONG target = 0;
 };
 
+/**
+ * Base of the larger types of values, whose numbers are DA_CUSTOMDATATYPE and above. There are no virtual
+ * functions: a value outlives the module that made it.
+ */
+class CustomDataType {
+protected:
+  CustomDataType() {}
+  ~CustomDataType() {}
+};
+
 /** One value of any type. Larger payloads live in host memory; a refused allocation leaves DA_NIL. */
 class GeData {
 public:
@@ -60,6 +70,7 @@ public:
   GeData(const BaseContainer& bc) { SetContainer(bc); }
   GeData(const BaseLink* link) { SetBaseLink(link); }
   GeData(void* p, VOIDVALUE) { SetVoid(p); }
+  GeData(LONG type, const CustomDataType& data) { SetCustomDataType(type, data); }
   GeData(LLONG n, LLONGVALUE) { SetLLong(n); }
   GeData(const GeData& d) { *this = d; }
   GeData(GeData&& d) noexcept { Swap(d); }
@@ -86,6 +97,8 @@ public:
   const BaseTime& GetTime() const;
   BaseContainer* GetContainer() const;
   BaseLink GetBaseLink() const;
+  /** NULL for another type. */
+  CustomDataType* GetCustomDataType(LONG type) const;
   BaseList2D* GetLink(const BaseDocument* doc, LONG instanceof = 0) const;
 
   void SetLong(LONG n);
@@ -99,6 +112,8 @@ public:
   void SetBaseTime(const BaseTime& t) { SetPayload(DA_TIME, t); }
   void SetContainer(const BaseContainer& bc);
   void SetBaseLink(const BaseLink* link);
+  /** Takes a copy; types that are not known leave DA_NIL. */
+  void SetCustomDataType(LONG type, const CustomDataType& data);
 
   bool operator==(const GeData& d) const;
   bool operator!=(const GeData& d) const { return !(*this == d); }
@@ -170,6 +185,8 @@ public:
   BaseTime GetTime(LONG id, const BaseTime& preset = BaseTime()) const;
   BaseContainer GetContainer(LONG id) const;
   BaseContainer* GetContainerInstance(LONG id) const;
+  /** The live value; NULL when there is no entry or one of another type. */
+  CustomDataType* GetCustomDataType(LONG id, LONG datatype) const;
   LONG GetType(LONG id) const;
   BaseList2D* GetLink(LONG id, const BaseDocument* doc, LONG instanceof = 0) const;
   BaseObject* GetObjectLink(LONG id, const BaseDocument* doc) const;

@@ -1,13 +1,120 @@
 #include "kelvra_prefs.h"
 
+#include "prefsmyprefs.h"
+#include "registration.h"
+#include "update_check.h"
 #include "version.h"
 
 namespace kelvra {
 
+namespace {
+
+/** Keys of the page's own elements. They deliberately differ from the elements' numbers: containers that users
+ * have hold their values under these. */
+enum { kKeyOrderReference = 1000, kKeyRegistrationKey = 1001, kKeyVersion = 1002, kKeyStatus = 1003 };
+
+const PrefsMapTable kElements[] = {{KELVRA_PREFS_VERSION, kKeyVersion},
+                                   {KELVRA_PREFS_ORDER_REFERENCE, kKeyOrderReference},
+                                   {KELVRA_PREFS_REGISTRATION_KEY, kKeyRegistrationKey},
+                                   {KELVRA_PREFS_STATUS, kKeyStatus},
+                                   {KELVRA_PREFS_GEOMETRY_SERVICE, kSettingGeometryService},
+                                   {KELVRA_PREFS_UPDATE_SERVER, kSettingUpdateServer},
+                                   {KELVRA_PREFS_CA_FILE, kSettingCaFile},
+                                   {KELVRA_PREFS_PRODUCT, kSettingProduct},
+                                   {NOTOK, NOTOK}};
+
+/** NOTOK for elements without a value: buttons, and what other pages have. */
+LONG KeyOf(const DescID& id) {
+  const PrefsMapTable* element = kElements;
+  while (element->guiid != NOTOK && element->guiid != id[0].id) ++element;
+  return element->prefsid;
+}
+
+GeData DefaultOf(LONG key) {
+  switch (key) {
+  case kKeyVersion:
+    return GeData(String(kVersionText));
+  case kKeyStatus:
+    return GeData(String(GetRegistrationState().statusText));
+  case kSettingProduct:
+    return GeData(kProductIdentifier);
+  default:
+    return GeData(String());
+  }
+}
+
+/** What the button "Register" shows: the gate's state and nothing else. */
+void ShowRegistration() {
+  const RegistrationState state = GetRegistrationState();
+  MessageDialog(String(state.statusText) + (state.mayConvert ? ". Conversion to geometry is available."
+                                                             : ". Conversion to geometry is not available."));
+}
+
+void OnButton(LONG id) {
+  const BaseContainer* container = PreferencesContainer();
+  if (id == KELVRA_PREFS_REGISTER)
+    ShowRegistration();
+  else if (id == KELVRA_PREFS_CHECK_UPDATE && container)
+    CheckForUpdate(container->GetString(kKeyOrderReference));
+}
+
+} // namespace
+
+Bool MyPrefs::Init(GeListNode* node) {
+  if (!PreferencesContainer() && !SetWorldPluginData(kPreferencesId, BaseContainer(), TRUE)) return FALSE;
+  for (const PrefsMapTable* element = kElements; element->guiid != NOTOK; ++element)
+    InitValues(DescID(element->guiid));
+  return SUPER::Init(node);
+}
+
+Bool MyPrefs::InitValues(const DescID& id, Description* description) {
+  BaseContainer* container = PreferencesContainer();
+  const LONG key = KeyOf(id);
+  if (!container || key == NOTOK) return TRUE;
+  // What an earlier version of the module left there is no longer true.
+  if (!description && (key == kKeyVersion || key == kKeyStatus)) container->SetData(key, DefaultOf(key));
+  InitPrefsValue(key, DefaultOf(key), description, id, container);
+  return TRUE;
+}
+
+Bool MyPrefs::Message(GeListNode* node, LONG type, void* data) {
+  if (type == MSG_DESCRIPTION_COMMAND && data) OnButton(((DescriptionCommand*)data)->id[0].id);
+  return SUPER::Message(node, type, data);
+}
+
 Bool MyPrefs::GetDDescription(GeListNode* node, Description* description, DESCFLAGS_DESC& flags) {
   if (!description->LoadDescription(String("Prefsmyprefs"))) return FALSE;
+  if (flags & DESCFLAGS_DESC_NEEDDEFAULTVALUE)
+    if (const DescID* single = description->GetSingleDescID()) InitValues(*single, description);
   flags |= DESCFLAGS_DESC_LOADED;
-  return PrefsDialogObject::GetDDescription(node, description, flags);
+  return SUPER::GetDDescription(node, description, flags);
+}
+
+Bool MyPrefs::GetDParameter(GeListNode* node, const DescID& id, GeData& value, DESCFLAGS_GET& flags) {
+  const BaseContainer* container = PreferencesContainer();
+  const GeData* stored = container ? container->GetDataPointer(KeyOf(id)) : NULL;
+  if (stored) {
+    value = *stored;
+    flags |= DESCFLAGS_GET_PARAM_GET;
+  }
+  return SUPER::GetDParameter(node, id, value, flags);
+}
+
+Bool MyPrefs::SetDParameter(GeListNode* node, const DescID& id, const GeData& value, DESCFLAGS_SET& flags) {
+  BaseContainer* container = PreferencesContainer();
+  const LONG key = KeyOf(id);
+  if (container && key != NOTOK && value.GetType() == DefaultOf(key).GetType()) {
+    container->SetData(key, value);
+    flags |= DESCFLAGS_SET_PARAM_SET;
+  }
+  return SUPER::SetDParameter(node, id, value, flags);
+}
+
+Bool MyPrefs::GetDEnabling(GeListNode* node, const DescID& id, const GeData& value, DESCFLAGS_ENABLE flags,
+                           const BaseContainer* itemdesc) {
+  const LONG key = KeyOf(id);
+  if (key == kKeyVersion || key == kKeyStatus || (key != NOTOK && !PreferencesContainer())) return FALSE;
+  return SUPER::GetDEnabling(node, id, value, flags, itemdesc);
 }
 
 Bool RegisterPreferences() {

@@ -1,16 +1,31 @@
-// The module's page in the host's preferences dialog.
+// The module's page in the host's preferences dialog. Its values lie in the plug-in's own container among the
+// host's preferences; without that container every operation does nothing.
 #pragma once
 
 #include "c4d.h"
+#include "net/service_settings.h"
 
 namespace kelvra {
-
-const LONG kPreferencesId = 1037080;
 
 class MyPrefs : public PrefsDialogObject {
 public:
   static NodeData* Alloc() { return gNew MyPrefs; }
+
+  /** Makes the container when there is none, and gives what is missing in it its default. */
+  Bool Init(GeListNode* node) override;
+  Bool Message(GeListNode* node, LONG type, void* data) override;
   Bool GetDDescription(GeListNode* node, Description* description, DESCFLAGS_DESC& flags) override;
+  Bool GetDParameter(GeListNode* node, const DescID& id, GeData& value, DESCFLAGS_GET& flags) override;
+  Bool SetDParameter(GeListNode* node, const DescID& id, const GeData& value, DESCFLAGS_SET& flags) override;
+  /** Version and status are shown, not edited. */
+  Bool GetDEnabling(GeListNode* node, const DescID& id, const GeData& value, DESCFLAGS_ENABLE flags,
+                    const BaseContainer* itemdesc) override;
+
+protected:
+  Bool InitValues(const DescID& id, Description* description = NULL) override;
+
+private:
+  typedef PrefsDialogObject SUPER;
 };
 
 Bool RegisterPreferences();

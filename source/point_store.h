@@ -59,6 +59,21 @@ public:
   LONG ExportPositions(Vector* dest, LONG count, GrowingBox* box, LReal size) const;
   /** Adds the box of all points in display coordinates; the mapping keeps corners corners. */
   void AddDisplayBox(GrowingBox* box, LReal size) const;
+  /**
+   * Calls visit(position in display coordinates, red-green-blue as 16-bit values, number in the store) for up to
+   * count points in store order, until it returns false.
+   */
+  template <class Visit>
+  void VisitPoints(LONG count, LReal size, Visit visit) const {
+    LONG number = 0;
+    for (VLONG g = 0; g < groups.GetCount(); ++g)
+      for (VLONG b = 0; b < groups[g].blocks.GetCount(); ++b) {
+        const PointBlock& block = groups[g].blocks[b];
+        const PointMapping mapping(HeaderFor(block), size);
+        for (LONG i = 0; i < block.count && number < count; ++i, ++number)
+          if (!visit(mapping.Map(block.positions + (VLONG)i * 3), block.attrib3 + (VLONG)i * 3, number)) return;
+      }
+  }
   /** Writes up to count colours, each component 0 to 1. Returns the number written. */
   LONG ExportColors(Vector* dest, LONG count) const;
   /** Writes up to count records of six floats: position in display coordinates, colour 0 to 1. */

@@ -2,11 +2,36 @@
 #include "host/core/misbehaviour.h"
 #include "host/core/node_parameters.h"
 #include "host/core/node_types.h"
+#include "host/geometry/variable_tag.h"
 #include "host/os_tables.h"
 
 namespace host {
 
 namespace {
+
+bool LiesBelow(const Node& node, const Node& top) {
+  const Node* up = &node;
+  while (up && up != &top) up = up->Owner();
+  return up != nullptr;
+}
+
+void PlaceNode(Node* node, Node* other, LISTPLACE place) {
+  if (!node || !other) return ReportCaller("a node is inserted at no place");
+  const bool below = place == LISTPLACE_FIRSTBELOW || place == LISTPLACE_LASTBELOW;
+  Node* owner = below ? other : other->Owner();
+  NodeList* list = owner ? ListFor(*owner, node->kind) : nullptr;
+  if (!list || (!below && list != other->list))
+    return ReportCaller("a node is inserted where nodes of its kind cannot lie");
+  if (LiesBelow(*owner, *node)) return ReportCaller("a node is inserted below itself");
+  if (node == other) return; // beside itself is where it is
+  RemoveNode(*node);
+  Node* pred = place == LISTPLACE_FIRSTBELOW  ? nullptr
+               : place == LISTPLACE_LASTBELOW ? list->last
+               : place == LISTPLACE_AFTER     ? other
+                                              : other->pred;
+  InsertNode(*list, *node, pred);
+  if (node->kind == NodeKind::Tag) CheckVertexMap(*static_cast<Tag*>(node));
+}
 
 struct AtEntries {
   static constexpr bool kMainThread = true;
@@ -21,6 +46,9 @@ struct AtEntries {
       RemoveNode(*impl);
     else
       FreeNode(impl);
+  }
+  static void Insert(GeListNode* node, GeListNode* other, LISTPLACE place) {
+    PlaceNode(Impl(node), Impl(other), place);
   }
   static LONG GetType(const C4DAtom* node) { return Impl(node)->type; }
   static Bool IsInstanceOf(const C4DAtom* node, LONG type) { return host::IsInstanceOf(*Impl(node), type); }

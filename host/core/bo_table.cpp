@@ -1,6 +1,7 @@
 // Bo: objects of the scene and their tags.
 #include "host/core/hierarchy_help.h"
 #include "host/core/misbehaviour.h"
+#include "host/geometry/variable_tag.h"
 #include "host/node.h"
 #include "host/os_tables.h"
 #include "host/user_break.h"
@@ -49,12 +50,14 @@ struct BoEntries {
     return Api((Tag*)tag);
   }
   static void InsertTag(BaseObject* op, BaseTag* tag, BaseTag* pred) {
-    if (tag) PlaceTag(*Impl(op), *Impl(tag), pred);
+    if (!tag) return;
+    PlaceTag(*Impl(op), *Impl(tag), pred);
+    CheckVertexMap(*Impl(tag));
   }
   static void KillTag(BaseObject* op, LONG type, LONG nr) { FreeNode(FindTag(*Impl(op), type, nr)); }
   static BaseObject* GetTagObject(BaseTag* tag) { return Api(Impl(tag)->Carrier()); }
   static BaseObject* GetCache(BaseObject* op, HierarchyHelp*) { return Api((Object*)Impl(op)->cache.first); }
-  static BaseObject* GetDeformCache(BaseObject*) { return NULL; } // nothing deforms here
+  static BaseObject* GetDeformCache(BaseObject* op) { return Api((Object*)Impl(op)->deformCache.first); }
   static Bool CheckCache(BaseObject* op, HierarchyHelp*) { return NeedsCache(*Impl(op)); }
   static Bool IsDirty(BaseObject* op, DIRTYFLAGS flags) {
     return DirtyCount(*Impl(op), flags) != Impl(op)->cacheState;

@@ -95,6 +95,7 @@ struct GeEntries {
     TheServices().worldData.Set(id, bc, add != FALSE);
     return TRUE;
   }
+  static BaseContainer* GetWorldContainerInstance() { return TheServices().worldData.World(); }
 };
 
 } // namespace

@@ -57,7 +57,10 @@ void FreeNode(Node* node) {
   RemoveNode(*node);
   if (node->kind == NodeKind::Document) static_cast<Document*>(node)->undo->Clear();
   for (NodeList* list : ListsOf(*node)) FreeList(*list);
-  if (node->kind == NodeKind::Object) FreeList(static_cast<Object*>(node)->cache);
+  if (node->kind == NodeKind::Object) {
+    FreeList(static_cast<Object*>(node)->cache);
+    FreeList(static_cast<Object*>(node)->deformCache);
+  }
   FreeData(*node);
   // What a view keeps for the node must not be found by a later node at the same address.
   ViewState::RemoveFactories(Api(node), (LULONG)NOTOK);

@@ -24,7 +24,7 @@ bool CopyContent(Node& source, Node& dest, COPYFLAGS flags) {
   }
   ++dest.dataDirty;
   ++dest.matrixDirty;
-  source.CopyOwn(dest);
+  if (!source.CopyOwn(dest)) return false;
   if (!source.data) return true;
   AliasTrans* const noTranslation = NULL; // links of plug-in data are the plug-in's own affair
   return CallModule("CopyTo", source.plugin->Node().CopyTo, source.data, dest.data, Api(&source), Api(&dest),

@@ -80,6 +80,13 @@ void RemoveNode(Node& node) {
   node.next = node.pred = nullptr;
 }
 
+void SetDeformCache(Object& op, Object* result) {
+  FreeList(op.deformCache);
+  if (!result) return;
+  RemoveNode(*result);
+  AppendNode(op.deformCache, *result);
+}
+
 void FreeList(NodeList& list) {
   while (list.last) FreeNode(list.last);
 }

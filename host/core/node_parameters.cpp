@@ -107,6 +107,9 @@ bool Convert(ElementType type, const GeData& from, GeData* to) {
   case ElementType::kMatrix:
     *to = from;
     return from.GetType() == DA_MATRIX;
+  case ElementType::kSpline:
+    *to = from;
+    return from.GetType() == CUSTOMDATATYPE_SPLINE || from.GetType() == DA_NIL; // without a value: no curve
   case ElementType::kButton:
   case ElementType::kGroup:
   case ElementType::kSeparator:

@@ -1,6 +1,8 @@
 #include "host/core/node_types.h"
 
 #include "host/core/services.h"
+#include "host/geometry/point_nodes.h"
+#include "host/geometry/variable_tag.h"
 
 #include <map>
 
@@ -20,6 +22,9 @@ const OwnType kOwnTypes[] = {
     {NodeKind::Object, Ocamera, "Camera", 0},
     {NodeKind::Object, Olight, "Light", 0},
     {NodeKind::Object, Opolygon, "Polygon", Opoint},
+    {NodeKind::Object, Ospline, "Spline", Opoint},
+    {NodeKind::Tag, Tsegment, "Segments", Tvariable},
+    {NodeKind::Tag, Tvertexmap, "Vertex Map", Tvariable},
     {NodeKind::Tag, ID_MOTAGDATA, "MoGraph Data", 0},
     {NodeKind::RenderSettings, Rbase, "Render Setting", 0},
     {NodeKind::Document, Tbasedocument, "Untitled", 0},
@@ -74,7 +79,19 @@ bool IsKnownType(NodeKind kind, LONG type) {
 
 Node* MakeOwnNode(NodeKind kind, LONG type) {
   if (!FindOwnType(kind, type)) return nullptr;
-  return kind == NodeKind::Tag ? MakeCloneTag() : MakeEmptyNode(kind, type);
+  switch (type) {
+  case Opolygon:
+    return new PolygonNode;
+  case Ospline:
+    return new SplineNode;
+  case Tsegment:
+  case Tvertexmap:
+    return new VariableTagNode(type);
+  case ID_MOTAGDATA:
+    return MakeCloneTag();
+  default:
+    return MakeEmptyNode(kind, type);
+  }
 }
 
 Node* MakeEmptyNode(NodeKind kind, LONG type) {

@@ -21,6 +21,12 @@ std::string Lower(std::string text) {
   return text;
 }
 
+std::string Trimmed(const std::string& text) {
+  const std::size_t first = text.find_first_not_of(" \t");
+  return first == std::string::npos ? std::string()
+                                    : text.substr(first, text.find_last_not_of(" \t") - first + 1);
+}
+
 std::string Short(double n) {
   std::ostringstream out;
   out.imbue(std::locale::classic());
@@ -132,6 +138,32 @@ bool ParseVector(const Parameter& parameter, std::string text, GeData* value, st
   return true;
 }
 
+/** Knots "x,y" apart by semicolons; an empty text means no curve. */
+bool ParseCurve(const Parameter& parameter, const std::string& text, GeData* value, std::string* error) {
+  value->Free();
+  SplineData curve;
+  std::istringstream in(text);
+  std::string knot;
+  for (LONG number = 1; std::getline(in, knot, ';'); ++number) {
+    const std::size_t comma = knot.find(',');
+    double x = 0, y = 0;
+    const bool good = comma != std::string::npos && ParseNumber(Trimmed(knot.substr(0, comma)), &x) &&
+                      ParseNumber(Trimmed(knot.substr(comma + 1)), &y) && x >= 0.0 && x <= 1.0;
+    if (!good || number > SplineData::kMaxKnots) {
+      *error = "found \"" + knot + "\" as knot " + std::to_string(number) + " of " + parameter.identifier +
+               ", expected x,y with x from 0 to 1 and y finite, and at most " +
+               std::to_string(SplineData::kMaxKnots) + " knots";
+      return false;
+    }
+    if (curve.InsertKnot(x, y) == NOTOK) {
+      *error = "out of memory for the knots of " + parameter.identifier;
+      return false;
+    }
+  }
+  if (!text.empty()) value->SetCustomDataType(CUSTOMDATATYPE_SPLINE, curve);
+  return true;
+}
+
 bool ParseLink(const Parameter& parameter, const std::string& text, Document* doc, GeData* value,
                std::string* error) {
   BaseLink link;
@@ -175,6 +207,8 @@ bool ParseParameter(const Parameter& parameter, const std::string& text, Documen
     return ParseVector(parameter, text, value, error);
   case ElementType::kLink:
     return ParseLink(parameter, text, doc, value, error);
+  case ElementType::kSpline:
+    return ParseCurve(parameter, text, value, error);
   case ElementType::kReal: {
     double number = 0;
     if (!CheckedNumber(parameter, 0, text, text, "a number", &number, error)) return false;

@@ -47,6 +47,13 @@ json ToJson(const GeData& value) {
     return {{"time", json::array({value.GetTime().GetNumerator(), value.GetTime().GetDenominator()})}};
   case DA_CONTAINER:
     return {{"container", ToJson(*value.GetContainer())}};
+  case CUSTOMDATATYPE_SPLINE: {
+    const SplineData& curve = *(const SplineData*)value.GetCustomDataType(CUSTOMDATATYPE_SPLINE);
+    json knots = json::array();
+    for (LONG i = 0; i < curve.GetKnotCount(); ++i)
+      knots.push_back(json::array({curve.GetKnot(i).x, curve.GetKnot(i).y}));
+    return {{"curve", knots}};
+  }
   default:
     return nullptr;
   }
@@ -70,6 +77,14 @@ Vector ToVector(const json& v) {
   return Vector(ToReal(v.at(0)), ToReal(v.at(1)), ToReal(v.at(2)));
 }
 
+GeData ToCurve(const json& knots) {
+  SplineData curve;
+  for (const json& knot : knots)
+    if (curve.InsertKnot(ToReal(knot.at(0)), ToReal(knot.at(1))) == NOTOK)
+      throw std::runtime_error("found knot " + knot.dump() + ", expected x from 0 to 1 and a finite value");
+  return GeData(CUSTOMDATATYPE_SPLINE, curve);
+}
+
 BaseContainer ToContainer(const json& object, int depth);
 
 GeData ToValue(const json& value, int depth) {
@@ -87,6 +102,7 @@ GeData ToValue(const json& value, int depth) {
   if (kind == "string") return GeData(FromUtf8(v.get<std::string>()));
   if (kind == "filename") return GeData(Filename(FromUtf8(v.get<std::string>())));
   if (kind == "time") return GeData(BaseTime(ToReal(v.at(0)), ToReal(v.at(1))));
+  if (kind == "curve") return ToCurve(v);
   if (kind == "container") return GeData(ToContainer(v, depth + 1));
   throw std::runtime_error("found a value of kind " + kind + ", expected one of those written here");
 }
@@ -117,6 +133,7 @@ void WorldData::Open(const std::string& folder, std::string* error) {
     std::map<LONG, BaseContainer> read;
     for (const auto& [id, container] : root.items()) read[std::stoi(id)] = ToContainer(container, 0);
     containers_.swap(read);
+    saved_ = Text();
   } catch (const std::exception& e) {
     const fs::path aside = fs::u8path(path_ + ".damaged");
     fs::rename(path, aside, ignored);
@@ -127,9 +144,8 @@ void WorldData::Open(const std::string& folder, std::string* error) {
 
 bool WorldData::Save(std::string* error) {
   if (path_.empty() || containers_.empty()) return true;
-  json root = json::object();
-  for (const auto& entry : containers_) root[std::to_string(entry.first)] = ToJson(entry.second);
-  const std::string text = Dump(root) + "\n";
+  const std::string text = Text();
+  if (text == saved_ || (saved_.empty() && text == Dump(json::object()) + "\n")) return true;
   std::error_code ignored;
   fs::create_directories(fs::u8path(path_).parent_path(), ignored);
   gl::ReplacingFile file(path_);
@@ -141,7 +157,16 @@ bool WorldData::Save(std::string* error) {
     *error = path_ + ": " + reason;
     return false;
   }
+  saved_ = text;
   return true;
+}
+
+/** Empty containers say nothing and are left out. */
+std::string WorldData::Text() const {
+  json root = json::object();
+  for (const auto& entry : containers_)
+    if (entry.second.GetCount() > 0) root[std::to_string(entry.first)] = ToJson(entry.second);
+  return Dump(root) + "\n";
 }
 
 BaseContainer* WorldData::Get(LONG id) {

@@ -125,6 +125,18 @@ bool HyperFileImpl::ReadArray(void* data, HYPERFILEARRAY kind, LONG increment, L
   return reader_->Array(data, kind, increment, count);
 }
 
+bool HyperFileImpl::ReadArrayStart(HYPERFILEARRAY kind, LONG* count) {
+  if (!CanRead()) return false;
+  HYPERFILEARRAY found = kind;
+  if (!reader_->ArrayHeader(&found, count)) return false;
+  return found == kind || Fail(FILEERROR_WRONG_VALUE, "found an array of " + ElementName(found) +
+                                                          ", expected one of " + ElementName(kind));
+}
+
+bool HyperFileImpl::ReadArrayRest(void* data, HYPERFILEARRAY kind, LONG increment, LONG count) {
+  return CanRead() && reader_->ArrayData(data, kind, increment, count);
+}
+
 bool HyperFileImpl::WriteChunkStart(LONG id, LONG level) {
   if (!CanWrite()) return false;
   if (visitor_) return ++visitorDepth_ > 0;

@@ -30,6 +30,10 @@ public:
   bool Read(HYPERFILEVALUE kind, void* value);
   bool WriteArray(const void* data, HYPERFILEARRAY kind, LONG increment, LONG count);
   bool ReadArray(void* data, HYPERFILEARRAY kind, LONG increment, LONG count);
+  /** First part of ReadArray, for arrays whose count is not known: so many elements fit into what is left. */
+  bool ReadArrayStart(HYPERFILEARRAY kind, LONG* count);
+  /** Second part; data has room for count elements. */
+  bool ReadArrayRest(void* data, HYPERFILEARRAY kind, LONG increment, LONG count);
   bool WriteChunkStart(LONG id, LONG level);
   bool WriteChunkEnd();
   bool ReadChunkStart(LONG* id, LONG* level);
@@ -40,6 +44,8 @@ public:
   /** Empty without an error. */
   std::string ErrorText() const;
   void SetError(FILEERROR error);
+  /** Gives up with the reason that the user is told; false always. */
+  bool Refuse(FILEERROR error, const std::string& text) { return Fail(error, text); }
   /** Chunks that the guest began and did not end. */
   int OpenChunks() const;
 

@@ -4,9 +4,9 @@
 //   numbers, vectors, matrices  their bytes; BOOL one byte; TIME numerator and denominator, 64-bit reals
 //   STRING, FILENAME            32-bit count, then as many UTF-16 units
 //   CONTAINER                   32-bit id, 32-bit count, then per entry 32-bit id, 32-bit type (DA_...),
-//   payload ARRAY                       one byte of element kind (HYPERFILEARRAY), one byte of element size,
-//   32-bit count,
-//                               then the elements
+//                               payload; a curve's payload is a 32-bit count and x, y of each knot
+//   ARRAY                       one byte of element kind (HYPERFILEARRAY), one byte of element size, 32-bit
+//                               count, then the elements
 //   START                       32-bit id, 32-bit level; a chunk lasts up to its STOP
 // A link is the 64-bit number of its target within the stream, 0 for none.
 #pragma once

@@ -1,6 +1,7 @@
 #include "host/scene/value_reader.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace host {
 
@@ -196,12 +197,43 @@ bool ValueReader::Entry(LONG type, GeData* data, int depth, std::vector<std::int
     if (data) data->SetContainer(nested);
     break;
   }
+  case CUSTOMDATATYPE_SPLINE: {
+    SplineData curve;
+    if (!Curve(&curve)) return false;
+    if (data) data->SetCustomDataType(type, curve);
+    break;
+  }
   default:
     return Fail(FILEERROR_UNKNOWN_VALUE,
                 "found a container entry of type " + std::to_string(type) + ", expected a known one");
   }
   // A refused allocation leaves the value without a type.
   if (data && data->GetType() != type) return Fail(FILEERROR_OUTOFMEMORY, "out of memory for a container");
+  return true;
+}
+
+bool ValueReader::Curve(SplineData* curve) {
+  const std::int64_t at = Offset();
+  LONG count = 0;
+  if (!Count(&count, 2 * sizeof(Real), "knots")) return false;
+  if (count > SplineData::kMaxKnots)
+    return FailAt(at, FILEERROR_INVALID,
+                  "found a count of " + std::to_string(count) + " knots, expected at most " +
+                      std::to_string(SplineData::kMaxKnots));
+  Real previous = 0.0;
+  for (LONG i = 0; i < count; ++i) {
+    const std::int64_t place = Offset();
+    Real knot[2];
+    if (!Get(&knot)) return false;
+    if (!(knot[0] >= previous && knot[0] <= 1.0) || !std::isfinite(knot[1]))
+      return FailAt(place, FILEERROR_INVALID,
+                    "found knot " + std::to_string(i) + " at " + std::to_string(knot[0]) + ", " +
+                        std::to_string(knot[1]) + ", expected x from " + std::to_string(previous) +
+                        " to 1 and a finite value");
+    previous = knot[0];
+    if (curve->InsertKnot(knot[0], knot[1]) == NOTOK)
+      return Fail(FILEERROR_OUTOFMEMORY, "out of memory for a curve");
+  }
   return true;
 }
 

@@ -56,6 +56,7 @@ private:
   bool Text(String* text);
   bool Container(BaseContainer* bc, int depth, std::vector<std::int64_t>* linkPositions);
   bool Entry(LONG type, GeData* data, int depth, std::vector<std::int64_t>* linkPositions);
+  bool Curve(SplineData* curve);
   bool Scatter(unsigned char* data, std::size_t size, std::size_t increment, LONG count);
 
   ByteSource& source_;

@@ -95,6 +95,8 @@ bool ValueWriter::Entry(const GeData& data, int depth) {
     return Text(data.GetFilename().GetString());
   case DA_CONTAINER:
     return Container(*data.GetContainer(), depth + 1);
+  case CUSTOMDATATYPE_SPLINE:
+    return Curve(*(const SplineData*)data.GetCustomDataType(type));
   case DA_ALIASLINK: {
     const LULONG target = data.GetBaseLink().target;
     return Put((LULONG)(links_ && target ? links_(target) : 0));
@@ -103,6 +105,13 @@ bool ValueWriter::Entry(const GeData& data, int depth) {
     return Fail(FILEERROR_UNKNOWN_VALUE,
                 "a container entry of type " + std::to_string(type) + " cannot be saved");
   }
+}
+
+bool ValueWriter::Curve(const SplineData& curve) {
+  if (!Put(curve.GetKnotCount())) return false;
+  for (LONG i = 0; i < curve.GetKnotCount(); ++i)
+    if (!Put(curve.GetKnot(i).x) || !Put(curve.GetKnot(i).y)) return false;
+  return true;
 }
 
 bool ValueWriter::Array(const void* data, HYPERFILEARRAY kind, LONG increment, LONG count) {

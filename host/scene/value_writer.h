@@ -36,6 +36,7 @@ private:
   bool Text(const String& text);
   bool Container(const BaseContainer& bc, int depth);
   bool Entry(const GeData& data, int depth);
+  bool Curve(const SplineData& curve);
   bool Scattered(const unsigned char* data, std::size_t size, std::size_t increment, LONG count);
 
   ByteSink& sink_;

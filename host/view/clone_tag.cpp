@@ -47,7 +47,10 @@ public:
             hf->ReadArray(clones.flags.data(), HYPERFILEARRAY_LONG, sizeof(LONG), flagCount));
   }
 
-  void CopyOwn(Node& dest) const override { ((CloneTag&)dest).clones = clones; }
+  bool CopyOwn(Node& dest) const override {
+    ((CloneTag&)dest).clones = clones;
+    return true;
+  }
   void SwapOwn(Node& other) override { std::swap(clones, ((CloneTag&)other).clones); }
 
 private:

@@ -1,8 +1,85 @@
 #include "object/laz_renderer.h"
 
+#include "object/ray_explanation.h"
+#include "object/render_gather.h"
+#include "object/volume_rays.h"
 #include "version.h"
 
 namespace kelvra {
+
+VoxelHook* VoxelHook::Find(BaseDocument* doc) {
+  BaseSceneHook* hook = doc ? doc->FindSceneHook(kVoxelHookId) : NULL;
+  return hook ? static_cast<VoxelHook*>(hook->GetNodeData()) : NULL;
+}
+
+void VoxelHook::BeginFrame(const Render* render, const BaseTime& time) {
+  if (render != render_ || time != time_) data.Clear();
+  render_ = render;
+  time_ = time;
+}
+
+void VoxelHook::EndFrame() {
+  data.Clear();
+  lists = NULL;
+  render_ = NULL;
+}
+
+Bool VoxelHook::Message(GeListNode* node, LONG type, void* message) {
+  if (type == KELVRA_MESSAGE_EXPLAIN_RAY && message) {
+    KelvraRayExplanation& explanation = *(KelvraRayExplanation*)message;
+    return explanation.vd && explanation.text && lists && ExplainRay(data, *lists, explanation);
+  }
+  return SUPER::Message(node, type, message);
+}
+
+RENDERRESULT VoxelVideoPost::Execute(BaseVideoPost* node, VideoPostStruct* vps) {
+  if (vps->vp != VIDEOPOSTCALL_FRAME || !vps->open) return RENDERRESULT_OK;
+  VoxelHook* hook = VoxelHook::Find(vps->doc);
+  if (!hook) return RENDERRESULT_OK;
+  hook->BeginFrame(vps->render, vps->time);
+  GatherContext context;
+  context.document = vps->doc;
+  context.thread = vps->thread;
+  return GatherScene(hook->data, node, context);
+}
+
+RENDERRESULT VoxelVideoPost_Builder::Execute(BaseVideoPost*, VideoPostStruct* vps) {
+  if (vps->vp != VIDEOPOSTCALL_RENDER) return RENDERRESULT_OK;
+  if (vps->open) return Build(vps);
+  if (VoxelHook* hook = VoxelHook::Find(vps->doc)) hook->EndFrame();
+  hook_ = NULL;
+  return RENDERRESULT_OK;
+}
+
+RENDERRESULT VoxelVideoPost_Builder::Build(VideoPostStruct* vps) {
+  hook_ = NULL;
+  info_ = VIDEOPOSTINFO_0;
+  VoxelHook* hook = VoxelHook::Find(vps->doc);
+  if (!hook || hook->data.items.size == 0) return RENDERRESULT_OK;
+  if (!BuildGrid(hook->data)) return RENDERRESULT_OUTOFMEMORY;
+  hook_ = hook;
+  hook->lists = &lists_;
+  info_ = VIDEOPOSTINFO_CALCVOLUMETRIC | VIDEOPOSTINFO_CALCSHADOW;
+  threads_ = vps->vd ? vps->vd->GetCPUCount() : 0;
+  return RENDERRESULT_OK;
+}
+
+void VoxelVideoPost_Builder::CalcVolumetric(BaseVideoPost*, VolumeData* vd) {
+  TracedLight light;
+  if (hook_) {
+    VolumeIllumination illumination(vd);
+    light = Trace(hook_->data, VolumetricRay(*vd), ListsOf(lists_, *vd, kRayVolumetric), &illumination);
+  }
+  // Last: the light's shadow rays may have used the same structure.
+  vd->col = light.color;
+  vd->trans = Vector(light.transmission);
+}
+
+void VoxelVideoPost_Builder::CalcShadow(BaseVideoPost*, VolumeData* vd) {
+  TracedLight light;
+  if (hook_) light = Trace(hook_->data, ShadowRay(*vd), ListsOf(lists_, *vd, kRayShadow), NULL);
+  vd->trans = Vector(light.transmission);
+}
 
 Bool RegisterVoxelRenderer() {
   const String name = GeLoadString(kStringRender);

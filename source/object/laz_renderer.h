@@ -1,8 +1,13 @@
 // The three plug-ins that make clouds visible in rendered images: the video post that a user adds, its hidden
 // builder, and the scene hook that holds what both share.
+//
+// In a frame: the posts gather when the frame opens, the builder builds the grid when the render opens and
+// answers rays from all render threads, and everything is freed when the render closes.
 #pragma once
 
 #include "c4d.h"
+#include "kelvra_messages.h"
+#include "object/voxel_trace.h"
 
 namespace kelvra {
 
@@ -10,19 +15,55 @@ const LONG kVoxelVideoPostId = 1037077;
 const LONG kVoxelBuilderId = 1037178;
 const LONG kVoxelHookId = 1037078;
 
+/** Hit lists of all render threads, for both kinds of rays. */
+struct RenderLists {
+  /** One more than there are threads: the clamp of the thread number can reach it. */
+  HitList volumetric[kRenderThreads + 1];
+  HitList shadow[kRenderThreads + 1];
+};
+
+class VoxelHook : public SceneHookData {
+  INSTANCEOF(VoxelHook, SceneHookData)
+public:
+  static NodeData* Alloc() { return gNew VoxelHook; }
+  Bool Message(GeListNode* node, LONG type, void* data) override;
+
+  /** The hook's data of a document, NULL without the hook. */
+  static VoxelHook* Find(BaseDocument* doc);
+  /** Frees what a render that never closed left behind, when this is another one. */
+  void BeginFrame(const Render* render, const BaseTime& time);
+  void EndFrame();
+
+  VoxelData data;
+  /** Of the builder that renders now, else NULL. */
+  RenderLists* lists = NULL;
+
+private:
+  const Render* render_ = NULL;
+  BaseTime time_;
+};
+
 class VoxelVideoPost : public VideoPostData {
 public:
   static NodeData* Alloc() { return gNew VoxelVideoPost; }
+  RENDERRESULT Execute(BaseVideoPost* node, VideoPostStruct* vps) override;
 };
 
 class VoxelVideoPost_Builder : public VideoPostData {
 public:
   static NodeData* Alloc() { return gNew VoxelVideoPost_Builder; }
-};
+  RENDERRESULT Execute(BaseVideoPost* node, VideoPostStruct* vps) override;
+  VIDEOPOSTINFO GetRenderInfo(BaseVideoPost*) override { return info_; }
+  void CalcVolumetric(BaseVideoPost* node, VolumeData* vd) override;
+  void CalcShadow(BaseVideoPost* node, VolumeData* vd) override;
 
-class VoxelHook : public SceneHookData {
-public:
-  static NodeData* Alloc() { return gNew VoxelHook; }
+private:
+  RENDERRESULT Build(VideoPostStruct* vps);
+
+  VoxelHook* hook_ = NULL; ///< while a frame is rendered
+  VIDEOPOSTINFO info_ = VIDEOPOSTINFO_0;
+  LONG threads_ = 0; ///< of the host at the last successful build; nothing reads it
+  RenderLists lists_;
 };
 
 /** Video post, builder, hook; the first refusal stops. */

@@ -1,5 +1,9 @@
 #include "videopost/tallyframe.h"
 
+#include "kelvra_messages.h"
+#include "videopost/frame_file.h"
+#include "videopost/frame_name.h"
+
 namespace kelvra {
 
 namespace {
@@ -11,7 +15,51 @@ struct RecorderState {
 
 RecorderState* recorderState = NULL;
 
+/** Nothing is recorded of a render that failed or that the user stopped. */
+Bool IsGood(const VideoPostStruct& vps) {
+  return vps.render && (!vps.error || *vps.error == RENDERRESULT_OK) &&
+         !(vps.thread && vps.thread->TestBreak());
+}
+
+/** Empty text on success, else one line naming file and reason. */
+String Record(const BaseContainer& settings, const VideoPostStruct& vps) {
+  const Filename folder = settings.GetFilename(KELVRA_RECORDER_FOLDER);
+  if (!folder.Content()) return "The render recorder has no folder: no frame is recorded";
+  const VPBuffer* rendered = vps.render->GetBuffer(VPBUFFER_RGBA, NOTOK);
+  if (!rendered) return "The render recorder finds no rendered picture: the frame is not recorded";
+  const String name = FrameFileName(settings.GetString(KELVRA_RECORDER_NAME), vps.time.GetFrame(vps.fps));
+  return SaveFrame(*rendered, folder + Filename(name));
+}
+
 } // namespace
+
+Bool Tallyframe::Init(GeListNode* node) {
+  BaseContainer* settings = ((BaseList2D*)node)->GetDataInstance();
+  if (!settings) return FALSE;
+  settings->SetBool(KELVRA_RECORDER_ENABLE, FALSE);
+  settings->SetFilename(KELVRA_RECORDER_FOLDER, Filename());
+  settings->SetString(KELVRA_RECORDER_NAME, kDefaultPattern);
+  return TRUE;
+}
+
+void Tallyframe::TellFailure(const String& text) {
+  if (!failureTold_) GePrint(text);
+  failureTold_ = TRUE;
+}
+
+/** Always fine: a frame that cannot be recorded is no reason to stop a render. */
+RENDERRESULT Tallyframe::Execute(BaseVideoPost* node, VideoPostStruct* vps) {
+  if (vps->vp == VIDEOPOSTCALL_FRAMESEQUENCE && vps->open) failureTold_ = FALSE;
+  if (vps->vp != VIDEOPOSTCALL_RENDER || vps->open || !IsGood(*vps)) return RENDERRESULT_OK;
+  const BaseContainer* settings = ((BaseList2D*)node)->GetDataInstance();
+  if (!settings || !settings->GetBool(KELVRA_RECORDER_ENABLE)) return RENDERRESULT_OK;
+  const String failure = Record(*settings, *vps);
+  if (failure.Content())
+    TellFailure(failure);
+  else if (recorderState)
+    ++recorderState->framesRecorded;
+  return RENDERRESULT_OK;
+}
 
 Bool RegisterTallyframe() {
   if (!recorderState) recorderState = gNew RecorderState;
@@ -23,6 +71,10 @@ Bool RegisterTallyframe() {
 
 void FreeTallyframe() {
   gDelete(recorderState);
+}
+
+LLONG FramesRecorded() {
+  return recorderState ? recorderState->framesRecorded : 0;
 }
 
 } // namespace kelvra

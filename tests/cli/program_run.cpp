@@ -21,11 +21,13 @@ std::string Quoted(const std::string& argument) {
 
 } // namespace
 
-Result RunProgram(const std::string& program, const std::vector<std::string>& arguments) {
+Result RunProgram(const std::string& program, const std::vector<std::string>& arguments,
+                  const std::string& config, const std::string& input) {
   const TempFolder folder;
-  std::string command = Quoted(std::string(KELVRA_BIN_DIR) + "/" + program);
+  std::string command = "XDG_CONFIG_HOME=" + Quoted(config.empty() ? folder / "config" : config) + " " +
+                        Quoted(std::string(KELVRA_BIN_DIR) + "/" + program);
   for (const std::string& argument : arguments) command += " " + Quoted(argument);
-  command += " >" + Quoted(folder / "out") + " 2>" + Quoted(folder / "err") + " </dev/null";
+  command += " >" + Quoted(folder / "out") + " 2>" + Quoted(folder / "err") + " <" + Quoted(folder.Write("in", input));
   const int status = std::system(command.c_str());
   Result result;
   result.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);

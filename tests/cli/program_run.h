@@ -14,8 +14,12 @@ struct Result {
   nlohmann::json Json() const { return nlohmann::json::parse(out); }
 };
 
-/** Program of the build's bin folder ("kelvra", "make_cloud") with arguments, passed as they are. */
-Result RunProgram(const std::string& program, const std::vector<std::string>& arguments);
+/**
+ * Program of the build's bin folder ("kelvra", "make_cloud") with arguments, passed as they are, and `input` to
+ * read. Its preferences lie in `config`, which is a folder of this run alone when it is empty.
+ */
+Result RunProgram(const std::string& program, const std::vector<std::string>& arguments,
+                  const std::string& config = "", const std::string& input = "");
 inline Result Kelvra(const std::vector<std::string>& arguments) {
   return RunProgram("kelvra", arguments);
 }

@@ -115,7 +115,11 @@ TEST_F(ShippedResources, GiveTheOtherPluginsTheirs) {
                                     {1002, E::kString, {}},
                                     {1003, E::kButton, {}},
                                     {1006, E::kString, {}},
-                                    {1007, E::kButton, {}}});
+                                    {1007, E::kButton, {}},
+                                    {1020, E::kString, {}},
+                                    {1021, E::kString, {}},
+                                    {1022, E::kString, {}},
+                                    {1023, E::kLong, 1}});
   EXPECT_EQ(Load("Prefsmyprefs").FindParameter(KELVRA_PREFS_VERSION)->defaultText, "1.44");
   EXPECT_EQ(Load("Prefsmyprefs").FindParameter(KELVRA_PREFS_STATUS)->defaultText, "Unregistered");
   EXPECT_TRUE(Load("KelvraPrefs").FindParameter(KELVRA_PREFS_CHECK_UPDATE));

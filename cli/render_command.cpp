@@ -1,0 +1,145 @@
+#include "cli/commands.h"
+
+#include "cli/format.h"
+#include "cli/frame_range.h"
+#include "cli/render_scene.h"
+#include "cli/scene_light.h"
+#include "host/picture/picture.h"
+#include "host/render/render_job.h"
+#include "kelvra_messages.h"
+
+#include <cmath>
+#include <iostream>
+#include <stdexcept>
+
+namespace cli {
+
+namespace {
+
+/** Progress on standard error, redrawn in place on a terminal only. */
+class ProgressBar {
+public:
+  explicit ProgressBar(bool show) : show_(show) {}
+  ~ProgressBar() { Clear(); }
+  void Show(double share) {
+    const int percent = (int)(share * 100.0);
+    if (!show_ || percent == shown_) return;
+    shown_ = percent;
+    const int filled = percent * kWidth / 100;
+    std::cerr << "\r[" << std::string((std::size_t)filled, '#') << std::string((std::size_t)(kWidth - filled), '.')
+              << "] " << percent << " %" << std::flush;
+  }
+  void Clear() {
+    if (shown_ >= 0) std::cerr << "\r" << std::string(kWidth + 10, ' ') << "\r" << std::flush;
+    shown_ = -1;
+  }
+
+private:
+  static const int kWidth = 40;
+  bool show_;
+  int shown_ = -1;
+};
+
+host::Picture PictureOf(const host::RenderBuffer& buffer) {
+  host::Picture picture;
+  picture.width = buffer.Width();
+  picture.height = buffer.Height();
+  picture.channels = 3;
+  picture.samples.reserve((std::size_t)picture.width * picture.height * 3);
+  for (std::size_t i = 0; i < buffer.Samples().size(); i += host::RenderBuffer::kComponents)
+    picture.samples.insert(picture.samples.end(), &buffer.Samples()[i], &buffer.Samples()[i] + 3);
+  return picture;
+}
+
+/** Has the module's recorder store each finished frame in that folder. */
+void EnableRecorder(BaseDocument* doc, const std::string& folder) {
+  RenderData* settings = doc->GetActiveRenderData();
+  host::AddInherentVideoPosts(*host::Impl(settings));
+  for (BaseVideoPost* post = settings->GetFirstVideoPost(); post; post = post->GetNext())
+    if (post->GetType() == KELVRA_RECORDER) {
+      BaseContainer* data = post->GetDataInstance();
+      data->SetBool(KELVRA_RECORDER_ENABLE, TRUE);
+      data->SetFilename(KELVRA_RECORDER_FOLDER, Filename(String(folder.c_str(), STRINGENCODING_UTF8)));
+      return;
+    }
+  throw std::runtime_error("the module has no render recorder");
+}
+
+/** Prints what the hook says of one ray. */
+int Explain(CloudSession& session, const host::RenderOptions& base, const RenderCommandOptions& options) {
+  host::RenderOptions render = base;
+  bool explained = false;
+  render.probeX = options.pixel[0];
+  render.probeY = options.pixel[1];
+  render.probe = [&](VolumeData* vd) {
+    BaseSceneHook* hook = session.Document()->FindSceneHook(KELVRA_HOOK);
+    String text;
+    KelvraRayExplanation question = {1, vd, &text};
+    explained = hook && hook->Message(KELVRA_MESSAGE_EXPLAIN_RAY, &question);
+    CHAR* utf8 = text.GetCStringCopy(STRINGENCODING_UTF8);
+    std::cout << "pixel " << options.pixel[0] << "," << options.pixel[1] << " of " << options.width << "x"
+              << options.height << "\n"
+              << (utf8 ? utf8 : "");
+    GeFree(utf8);
+  };
+  host::RenderJob job(session.Document(), render);
+  const host::RenderOutcome outcome = job.RenderFrame();
+  if (!outcome.Ok()) throw std::runtime_error(outcome.message);
+  if (!explained) std::cout << "no points are rendered\n";
+  return session.ExitStatus();
+}
+
+void RenderFrames(CloudSession& session, host::RenderOptions& render, const RenderCommandOptions& options,
+                  host::PictureFormat format) {
+  const FrameRange frames = options.frames.empty() ? FrameRange() : ParseFrames(options.frames);
+  const host::ViewCamera camera = render.camera;
+  ProgressBar bar(options.progress);
+  render.progress = [&bar](double share) { bar.Show(share); };
+  host::RenderJob job(session.Document(), render);
+  BaseDocument* doc = session.Document();
+  for (int frame = frames.first; frame <= frames.last; ++frame) {
+    doc->SetTime(BaseTime((Real)frame, (Real)doc->GetFps()));
+    const double share = (double)(frame - frames.first) / (frames.last - frames.first + 1);
+    job.Options().camera = TurnedCamera(camera, options.turn * share);
+    const std::size_t firstLine = session.App().GetConsole().Lines().size();
+    const host::RenderOutcome outcome = job.RenderFrame();
+    bar.Clear();
+    const std::vector<std::string> lines = session.App().GetConsole().Lines();
+    for (std::size_t i = firstLine; i < lines.size(); ++i) std::cerr << lines[i] << "\n";
+    if (!outcome.Ok()) throw std::runtime_error("rendering: " + outcome.message);
+    std::string error;
+    const std::string name = FrameName(options.output, frame);
+    host::Faults& faults = session.App().GetFaults();
+    if (!host::SavePicture(PictureOf(job.Buffer()), name, format, &error,
+                           [&faults] { return faults.Strikes(host::Fault::FileWrite); }))
+      throw std::runtime_error(error);
+    std::cout << name << ": " << options.width << "x" << options.height << ", " << Grouped(session.Points())
+              << " points, " << Fixed(outcome.seconds, 2) << " s\n";
+  }
+}
+
+} // namespace
+
+int RunRender(const RenderCommandOptions& options) {
+  host::PictureFormat format = host::PictureFormat::Png8;
+  std::string error;
+  if (options.pixel.empty() && !host::ChoosePictureFormat(options.output, options.depth, &format, &error))
+    throw UsageError{error};
+  if (!options.frames.empty() && ParseFrames(options.frames).last > ParseFrames(options.frames).first &&
+      !HasFrameNumber(options.output))
+    throw UsageError{"--frames " + options.frames + ": the output needs a #### for the frame number, found " +
+                     options.output};
+  CloudSession session(options.faults);
+  session.Open(options.files, options.settings);
+  if (options.pixel.empty()) PrintReports(session);
+  session.RequirePoints();
+
+  RenderScene scene = PrepareScene(session, options);
+  for (const std::string& line : scene.notes) std::cout << line << "\n";
+  if (!options.record.empty()) EnableRecorder(session.Document(), options.record);
+  if (!options.pixel.empty()) return Explain(session, scene.render, options);
+  RenderFrames(session, scene.render, options, format);
+  return session.ExitStatus();
+}
+
+} // namespace cli

@@ -1,0 +1,121 @@
+#include "cli/render_scene.h"
+
+#include "cli/format.h"
+#include "cli/scene_light.h"
+#include "host/render/surface_scene.h"
+#include "host/view/camera_math.h"
+#include "otallyframe.h"
+
+#include <algorithm>
+#include <cmath>
+#include <stdexcept>
+
+namespace cli {
+
+namespace {
+
+struct WorldExtent {
+  Vector low, high;
+  bool valid = false;
+};
+
+WorldExtent ExtentOf(const CloudSession& session) {
+  WorldExtent extent;
+  for (BaseObject* cloud : session.Clouds()) {
+    Vector low, high;
+    if (!host::WorldBox(cloud, &low, &high)) continue;
+    for (int axis = 0; axis < 3; ++axis) {
+      extent.low[axis] = extent.valid ? std::min(extent.low[axis], low[axis]) : low[axis];
+      extent.high[axis] = extent.valid ? std::max(extent.high[axis], high[axis]) : high[axis];
+    }
+    extent.valid = true;
+  }
+  return extent;
+}
+
+/** Radius of points on average side by side over the ground that they cover. */
+const double kRadiusPerSpacing = 0.75;
+const double kLeastRadius = 0.05;
+
+/** A cloud whose radius nobody chose gets one by its density, so that its surface closes. */
+void ChooseRadius(CloudSession& session, BaseObject* cloud, std::vector<std::string>* notes) {
+  BaseContainer* data = cloud->GetDataInstance();
+  if (session.WasSet(KELVRA_POINT_RADIUS) || data->GetReal(KELVRA_POINT_RADIUS, -1.0) != -1.0) return;
+  CloudStats stats;
+  Vector low, high;
+  if (!ReadCloudStats(cloud, &stats) || stats.Points() < 1 || !host::WorldBox(cloud, &low, &high)) return;
+  const Vector size = high - low;
+  // The largest face of the box: most scans are surfaces seen from one side.
+  const double area = std::max({size.x * size.z, size.x * size.y, size.y * size.z});
+  const double radius = std::max(kLeastRadius, kRadiusPerSpacing * std::sqrt(area / (double)stats.Points()));
+  if (!(radius < 1e6)) return;
+  data->SetReal(KELVRA_POINT_RADIUS, radius);
+  notes->push_back("point radius " + Fixed(radius, 3) + ", chosen by density (--set point_radius=... to change it)");
+}
+
+/** A square below the cloud, several times its size. */
+void AddGround(CloudSession& session, const WorldExtent& extent, const RenderCommandOptions& options) {
+  PolygonObject* ground = PolygonObject::Alloc(4, 1);
+  if (!ground) throw std::bad_alloc();
+  const Vector middle = (extent.low + extent.high) * 0.5, size = extent.high - extent.low;
+  const double half = 4.0 * std::max({size.x, size.y, size.z, 1.0});
+  // A hair below the lowest point: points that touch it are not cut.
+  const double y = extent.low.y - 1e-3 * std::max(size.y, 1.0);
+  Vector* points = ground->GetPointW();
+  points[0] = Vector(middle.x - half, y, middle.z - half);
+  points[1] = Vector(middle.x - half, y, middle.z + half);
+  points[2] = Vector(middle.x + half, y, middle.z + half);
+  points[3] = Vector(middle.x + half, y, middle.z - half);
+  ground->GetPolygonW()[0] = CPolygon(0, 1, 2, 3);
+  BaseContainer* data = ground->GetDataInstance();
+  data->SetVector(host::kSurfaceColor, Vector(0.72, 0.72, 0.7));
+  data->SetReal(host::kSurfaceReflection, options.groundMirror);
+  session.Document()->InsertObject(ground, NULL, NULL);
+}
+
+host::ViewCamera CameraFor(const WorldExtent& extent, const RenderCommandOptions& options) {
+  host::ViewCamera camera;
+  camera.fieldOfView = options.fieldOfView;
+  if (!options.camera.empty()) {
+    camera.position = Vector(options.camera[0], options.camera[1], options.camera[2]);
+    camera.target = Vector(options.target[0], options.target[1], options.target[2]);
+    return camera;
+  }
+  if (!extent.valid) return camera;
+  return host::FrameBox(extent.low, extent.high, options.fieldOfView, (double)options.width / options.height);
+}
+
+} // namespace
+
+host::ViewCamera TurnedCamera(const host::ViewCamera& camera, double degrees) {
+  host::ViewCamera turned = camera;
+  const Vector arm = camera.position - camera.target;
+  const double c = std::cos(Rad(degrees)), s = std::sin(Rad(degrees));
+  turned.position = camera.target + Vector(arm.x * c + arm.z * s, arm.y, arm.z * c - arm.x * s);
+  return turned;
+}
+
+RenderScene PrepareScene(CloudSession& session, const RenderCommandOptions& options) {
+  RenderScene scene;
+  for (BaseObject* cloud : session.Clouds()) ChooseRadius(session, cloud, &scene.notes);
+  const WorldExtent extent = ExtentOf(session);
+  bool hasLight = false;
+  for (BaseObject* op = session.Document()->GetFirstObject(); op; op = op->GetNext())
+    hasLight = hasLight || op->GetType() == Olight;
+  // A scene keeps its own lights unless others are asked for.
+  if (!options.lights.empty() || !hasLight)
+    AddLights(session.Document(), options.lights.empty() ? kDefaultLights : options.lights);
+  if (options.ground && extent.valid) AddGround(session, extent, options);
+
+  host::RenderOptions& render = scene.render;
+  render.width = options.width;
+  render.height = options.height;
+  render.supersample = options.supersample;
+  render.threads = options.threads;
+  render.camera = CameraFor(extent, options);
+  if (!ParseColor(options.background, &render.background))
+    throw UsageError{"--background " + options.background + ": expected #RRGGBB"};
+  return scene;
+}
+
+} // namespace cli

@@ -1,0 +1,56 @@
+#include "cli/service_commands.h"
+
+#include "cli/cloud_session.h"
+#include "cli/preferences_page.h"
+#include "prefsmyprefs.h"
+
+#include <iostream>
+
+namespace cli {
+
+namespace {
+
+/** The end of the input is a no: nobody is there to want a mail. */
+bool AskOnTerminal() {
+  std::string line;
+  while (std::cout << " [y/n] " << std::flush && std::getline(std::cin, line)) {
+    if (line == "y" || line == "yes") return true;
+    if (line == "n" || line == "no") return false;
+  }
+  std::cout << "\n";
+  return false;
+}
+
+/** Shows one dialog of the module on the terminal and gives what is pressed. */
+GEMB_R Show(const std::string& text, GEMB flags, Consent consent) {
+  std::cout << text;
+  if ((flags & 0xf) != GEMB_YESNO) {
+    std::cout << "\n";
+    return GEMB_R_OK;
+  }
+  if (consent == Consent::AskOnTerminal) return AskOnTerminal() ? GEMB_R_YES : GEMB_R_NO;
+  std::cout << (consent == Consent::Yes ? " yes\n" : " no\n");
+  return consent == Consent::Yes ? GEMB_R_YES : GEMB_R_NO;
+}
+
+} // namespace
+
+int RunUpdateCheck(Consent consent) {
+  CloudSession session({});
+  host::Application& application = session.App();
+  BaseList2D* page = FindPreferencesPage(application);
+  application.GetDialogs().SetInteractive(
+      [consent](const std::string& text, GEMB flags) { return Show(text, flags, consent); });
+  const std::size_t firstLine = application.GetConsole().Lines().size();
+  application.PressButton(page, KELVRA_PREFS_CHECK_UPDATE);
+  PrintConsole(application.GetConsole(), firstLine);
+  if (!application.GetDialogs().Shown().empty()) return kExitWhole;
+  // The check itself is silent then, as in the dialog; on a terminal a reason is expected.
+  if (ElementText(page, KELVRA_PREFS_ORDER_REFERENCE, "order_reference").empty())
+    std::cerr << "kelvra: the update check needs an order reference (kelvra prefs set order_reference REFERENCE)\n";
+  else
+    std::cerr << "kelvra: the update server gave no answer\n";
+  return kExitIncomplete;
+}
+
+} // namespace cli

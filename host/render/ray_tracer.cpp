@@ -1,0 +1,220 @@
+#include "host/render/ray_tracer.h"
+
+#include "host/core/module_scope.h"
+#include "host/core/plugin_registry.h"
+#include "host/node.h"
+#include "host/view/camera_math.h"
+
+#include <cmath>
+
+namespace host {
+
+namespace {
+
+/** Distance of a surface that is not there, as plug-ins expect it. */
+const double kNothing = 1.0e20;
+/** Shares of light below this are not followed. */
+const double kInvisible = 1.0e-4;
+
+const VIDEOPOSTPLUGIN& PluginOf(const VideoPost& post) {
+  return post.plugin->As<VIDEOPOSTPLUGIN>();
+}
+
+/** The bits of a ray that a ray with these bits sends on. */
+RAYBIT Next(RAYBIT bits, RAYBIT chain, RAYBIT current) {
+  const int kinds = RAYBIT_CURR_REFLECTION | RAYBIT_CURR_TRANSPARENCY | RAYBIT_CURR_REFRACTION | RAYBIT_CURR_CUSTOM;
+  return (RAYBIT)(((int)bits & ~kinds) | chain | current);
+}
+
+bool Visible(const Vector& share) {
+  return share.x > kInvisible || share.y > kInvisible || share.z > kInvisible;
+}
+
+/** Direction beyond a surface by Snell's law; false where all light is mirrored. */
+bool Refract(const Vector& direction, const Vector& normal, double ratio, Vector* refracted) {
+  const double cosine = -(direction * normal);
+  const double left = 1.0 - ratio * ratio * (1.0 - cosine * cosine);
+  if (left < 0.0) return false;
+  *refracted = !(direction * ratio + normal * (ratio * cosine - std::sqrt(left)));
+  return true;
+}
+
+} // namespace
+
+RayTracer::RayTracer(FrameScene& scene, const RenderOptions& options, LONG thread)
+    : scene_(scene), options_(options), thread_(thread) {
+  aspect_ = (double)options.width / options.height;
+  const ViewFrame frame = MakeFrame(options.camera, aspect_);
+  position_ = frame.position;
+  right_ = frame.right;
+  up_ = frame.up;
+  forward_ = frame.forward;
+  tangent_ = frame.tangent;
+  volume_.tracer = this;
+  volume_.fps = scene.fps;
+  volume_.time = scene.time;
+  volume_.ambient = options.ambient;
+  for (const RayLight& light : scene.lights)
+    if (light.ambient) volume_.ambient += light.color;
+}
+
+Ray RayTracer::CameraRay(double x, double y) const {
+  const double across = (2.0 * x / options_.width - 1.0) * tangent_ * aspect_;
+  const double upward = (1.0 - 2.0 * y / options_.height) * tangent_;
+  Ray ray;
+  ray.p = position_;
+  ray.v = !(forward_ + right_ * across + up_ * upward);
+  return ray;
+}
+
+void RayTracer::SetRay(Ray* ray, RAYBIT bits, LONG depth, double distance) {
+  volume_.ray = ray;
+  volume_.raybits = bits;
+  volume_.raydepth = depth;
+  volume_.dist = distance;
+  volume_.p = ray->p + ray->v * distance;
+  volume_.xlight = NULL;
+  volume_.col = Vector();
+  volume_.trans = Vector(1.0);
+}
+
+Radiance RayTracer::Pixel(LONG x, LONG y) {
+  const int n = options_.supersample;
+  Radiance sum;
+  for (int sy = 0; sy < n; ++sy)
+    for (int sx = 0; sx < n; ++sx) {
+      const Ray ray = CameraRay(x + (sx + 0.5) / n, y + (sy + 0.5) / n);
+      const Radiance one = Trace(ray, RAYBIT_0, 0);
+      sum.color += one.color;
+      sum.alpha += one.alpha;
+    }
+  const double share = 1.0 / (n * n);
+  sum.color *= share;
+  sum.alpha *= share;
+  return sum;
+}
+
+VolumeData* RayTracer::Prepare(LONG x, LONG y) {
+  prepared_ = CameraRay(x + 0.5, y + 0.5);
+  SurfaceHit hit;
+  const bool any = scene_.surfaces->Nearest(prepared_.p, prepared_.v, 0.0, kNothing, &hit);
+  SetRay(&prepared_, RAYBIT_0, 0, any ? hit.distance : kNothing);
+  return &volume_;
+}
+
+Radiance RayTracer::Trace(const Ray& from, RAYBIT bits, LONG depth) {
+  Ray ray = from;
+  SurfaceHit hit;
+  const double start = depth > 0 ? LeaveDistance(ray.p) : 0.0;
+  const bool any = scene_.surfaces->Nearest(ray.p, ray.v, start, kNothing, &hit);
+
+  // What lies in front: each video post takes light away and adds its own.
+  Vector added, passed(1.0);
+  for (VideoPost* post : scene_.posts.volumetric) {
+    SetRay(&ray, bits, depth, any ? hit.distance : kNothing);
+    CallModule("CalcVolumetric", PluginOf(*post).CalcVolumetric, post->data, Api(post), &volume_);
+    added += volume_.col ^ passed;
+    passed = passed ^ volume_.trans;
+  }
+
+  Radiance result;
+  result.color = added;
+  result.alpha = any ? 1.0 : 1.0 - (passed.x + passed.y + passed.z) / 3.0;
+  if (Visible(passed))
+    result.color += (any ? Surface(ray, bits, depth, hit) : options_.background) ^ passed;
+  return result;
+}
+
+Vector RayTracer::Surface(const Ray& ray, RAYBIT bits, LONG depth, const SurfaceHit& hit) {
+  const SurfaceMaterial& material = *hit.material;
+  const double own = 1.0 - material.reflection - material.transparency;
+  Vector color;
+  if (own > kInvisible) {
+    IlluminanceSurfacePointData point;
+    point.p = ray.p + ray.v * hit.distance;
+    point.bumpn = point.phongn = point.orign = hit.normal;
+    point.ray_vector = ray.v;
+    point.raybits = bits;
+    point.lhit.SetPrivateData(hit.object + 1, hit.polygon);
+    color = (material.color ^ (Illuminate(point) + volume_.ambient)) * own;
+  }
+  if (depth < options_.reflections) {
+    if (material.reflection > kInvisible) color += Mirrored(ray, bits, depth, hit) * material.reflection;
+    if (material.transparency > kInvisible) color += Passed(ray, bits, depth, hit) * material.transparency;
+  }
+  return color;
+}
+
+Vector RayTracer::Mirrored(const Ray& ray, RAYBIT bits, LONG depth, const SurfaceHit& hit) {
+  Ray mirrored = ray;
+  mirrored.p = ray.p + ray.v * hit.distance;
+  mirrored.v = !(ray.v - hit.normal * (2.0 * (ray.v * hit.normal)));
+  return Trace(mirrored, Next(bits, RAYBIT_REFLECTION, RAYBIT_CURR_REFLECTION), depth + 1).color;
+}
+
+Vector RayTracer::Passed(const Ray& ray, RAYBIT bits, LONG depth, const SurfaceHit& hit) {
+  Ray passed = ray;
+  passed.p = ray.p + ray.v * hit.distance;
+  const double index = hit.material->refraction;
+  if (index == 1.0)
+    return Trace(passed, Next(bits, RAYBIT_TRANSPARENCY, RAYBIT_CURR_TRANSPARENCY), depth + 1).color ^
+           hit.material->color;
+  Vector direction;
+  if (!Refract(ray.v, hit.normal, hit.inside ? index : 1.0 / index, &direction))
+    return Mirrored(ray, bits, depth, hit);
+  passed.v = direction;
+  return Trace(passed, Next(bits, RAYBIT_REFRACTION, RAYBIT_CURR_REFRACTION), depth + 1).color ^
+         hit.material->color;
+}
+
+Vector RayTracer::ShadowAt(const LVector& p, RayLight& light, const LightRay& to, RAYBIT bits, double leave) {
+  Vector passed = scene_.surfaces->Transmission(p, to.direction, leave, to.distance);
+  if (!Visible(passed) || scene_.posts.shadow.empty()) return passed;
+
+  // The ray at hand comes back when the shadow is known: plug-ins may be in the middle of it.
+  const RenderVolume before = volume_;
+  Ray ray;
+  ray.p = p;
+  ray.v = to.direction;
+  for (VideoPost* post : scene_.posts.shadow) {
+    SetRay(&ray, bits, 0, to.distance);
+    volume_.xlight = &light;
+    CallModule("CalcShadow", PluginOf(*post).CalcShadow, post->data, Api(post), &volume_);
+    passed = passed ^ volume_.trans;
+    if (!Visible(passed)) break;
+  }
+  volume_ = before;
+  return passed;
+}
+
+Vector RayTracer::Illuminate(const IlluminanceSurfacePointData& point) {
+  const LVector normal = point.bumpn * point.ray_vector > 0.0 ? -point.bumpn : point.bumpn;
+  const double leave = LeaveDistance(point.p);
+  Vector sum;
+  for (RayLight& light : scene_.lights) {
+    LightRay to;
+    if (!AimAtLight(light, point.p, &to)) continue;
+    const double cosine = normal * to.direction;
+    if (point.cosine_cutoff && cosine <= 0.0) continue;
+    Vector color = point.cosine_cutoff ? to.color * cosine : to.color;
+    if (point.calc_shadow && light.stype != RT_SHADOW_NONE)
+      color = color ^ ShadowAt(point.p, light, to, point.raybits, leave);
+    sum += color;
+  }
+  return sum;
+}
+
+Vector RayTracer::IlluminateFree(const LVector& p, bool shadows, RAYBIT bits) {
+  Vector sum;
+  for (RayLight& light : scene_.lights) {
+    LightRay to;
+    if (!AimAtLight(light, p, &to)) continue;
+    Vector color = to.color;
+    if (shadows && light.stype != RT_SHADOW_NONE)
+      color = color ^ ShadowAt(p, light, to, bits, LeaveDistance(p));
+    sum += color;
+  }
+  return sum;
+}
+
+} // namespace host

@@ -1,0 +1,41 @@
+// What is rendered and how.
+#pragma once
+
+#include "host/viewport.h"
+
+#include <functional>
+#include <string>
+
+namespace host {
+
+const int kMostRenderThreads = 64;
+
+struct RenderOptions {
+  int width = 1280, height = 720; ///< pixels
+  int supersample = 1;            ///< N x N rays a pixel, averaged
+  int threads = 0;                ///< 0: as many as the machine runs at once; at most kMostRenderThreads
+  int tile = 32;                  ///< pixels a side
+  bool lastTileFirst = false;     ///< the picture is the same in any order
+  int reflections = 4;            ///< most mirrored, passed or refracted rays one after another
+  ViewCamera camera;
+  Vector background{0.0, 0.0, 0.0};
+  Vector ambient{0.0, 0.0, 0.0}; ///< light that reaches everything
+  /** Called on the calling thread a few times a second with the share that is done. */
+  std::function<void(double)> progress;
+  /**
+   * Instead of a picture: called once on the calling thread with the volume data of the ray through the middle of
+   * pixel (probeX, probeY), when everything is ready for rays.
+   */
+  std::function<void(VolumeData*)> probe;
+  int probeX = 0, probeY = 0;
+};
+
+/** How a render ended. */
+struct RenderOutcome {
+  RENDERRESULT result = RENDERRESULT_OK;
+  std::string message; ///< one line unless OK
+  double seconds = 0.0;
+  bool Ok() const { return result == RENDERRESULT_OK; }
+};
+
+} // namespace host

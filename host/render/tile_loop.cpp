@@ -1,0 +1,83 @@
+#include "host/render/tile_loop.h"
+
+#include <algorithm>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+namespace host {
+
+namespace {
+
+const std::chrono::milliseconds kLookInterval(100);
+
+class TileLoop {
+public:
+  TileLoop(FrameScene& scene, const RenderOptions& options, RenderBuffer& buffer)
+      : scene_(scene), options_(options), buffer_(buffer),
+        across_((options.width + options.tile - 1) / options.tile),
+        down_((options.height + options.tile - 1) / options.tile) {}
+
+  void Run(const std::function<bool(double)>& goOn) {
+    std::vector<std::thread> threads;
+    running_ = scene_.threads;
+    for (LONG i = 0; i < scene_.threads; ++i) threads.emplace_back([this, i] { RunThread(i); });
+    {
+      std::unique_lock<std::mutex> lock(mutex_);
+      while (!finished_.wait_for(lock, kLookInterval, [this] { return running_ == 0; })) {
+        lock.unlock();
+        if (!goOn((double)std::min(done_.load(), Tiles()) / Tiles())) scene_.stop = true;
+        lock.lock();
+      }
+    }
+    for (std::thread& thread : threads) thread.join();
+    if (!scene_.stop) goOn(1.0);
+  }
+
+private:
+  LONG Tiles() const { return across_ * down_; }
+
+  void RunThread(LONG thread) {
+    RayTracer tracer(scene_, options_, thread);
+    for (LONG tile = next_++; tile < Tiles() && !scene_.stop; tile = next_++) {
+      ComputeTile(tracer, options_.lastTileFirst ? Tiles() - 1 - tile : tile);
+      ++done_;
+    }
+    const std::lock_guard<std::mutex> lock(mutex_);
+    if (--running_ == 0) finished_.notify_all();
+  }
+
+  void ComputeTile(RayTracer& tracer, LONG tile) {
+    const LONG left = tile % across_ * options_.tile, top = tile / across_ * options_.tile;
+    const LONG right = std::min(left + options_.tile, options_.width);
+    const LONG bottom = std::min(top + options_.tile, options_.height);
+    for (LONG y = top; y < bottom; ++y)
+      for (LONG x = left; x < right && !scene_.stop; ++x) {
+        const Radiance light = tracer.Pixel(x, y);
+        float* pixel = buffer_.At(x, y);
+        pixel[0] = (float)light.color.x;
+        pixel[1] = (float)light.color.y;
+        pixel[2] = (float)light.color.z;
+        pixel[3] = (float)light.alpha;
+      }
+  }
+
+  FrameScene& scene_;
+  const RenderOptions& options_;
+  RenderBuffer& buffer_;
+  LONG across_, down_;
+  std::atomic<LONG> next_{0}, done_{0};
+  std::mutex mutex_;
+  std::condition_variable finished_;
+  LONG running_ = 0;
+};
+
+} // namespace
+
+void ComputeTiles(FrameScene& scene, const RenderOptions& options, RenderBuffer& buffer,
+                  const std::function<bool(double)>& goOn) {
+  TileLoop(scene, options, buffer).Run(goOn);
+}
+
+} // namespace host

@@ -1,0 +1,143 @@
+// The exchange by WinHTTP. It trusts the system's certificate authorities: HttpOptions::caFile has no meaning
+// here, authorities of an intranet are installed in the system.
+#ifdef _WIN32
+
+#include "net/http_exchange.h"
+
+#include <chrono>
+#include <windows.h>
+
+#include <winhttp.h>
+
+#ifndef WINHTTP_ACCESS_TYPE_AUTOMATIC_PROXY
+#define WINHTTP_ACCESS_TYPE_AUTOMATIC_PROXY 4
+#endif
+#ifndef WINHTTP_OPTION_RECEIVE_RESPONSE_TIMEOUT
+#define WINHTTP_OPTION_RECEIVE_RESPONSE_TIMEOUT 7
+#endif
+
+namespace kelvra {
+
+namespace {
+
+const DWORD kMostHeaderBytes = 1 << 16;
+const DWORD kReadBytes = 16384;
+
+class InternetHandle {
+public:
+  explicit InternetHandle(HINTERNET handle) : handle_(handle) {}
+  ~InternetHandle() {
+    if (handle_) WinHttpCloseHandle(handle_);
+  }
+  InternetHandle(const InternetHandle&) = delete;
+  InternetHandle& operator=(const InternetHandle&) = delete;
+  operator HINTERNET() const { return handle_; }
+
+private:
+  HINTERNET handle_;
+};
+
+/** Addresses are plain ASCII, which ParseHttpUrl made sure of. */
+std::wstring Wide(const std::string& text) {
+  return std::wstring(text.begin(), text.end());
+}
+
+/** The library's own bounds are those of single steps: each step gets what is left of the whole. */
+class Deadline {
+public:
+  explicit Deadline(LONG milliseconds) : end_(Clock::now() + std::chrono::milliseconds(milliseconds)) {}
+  /** 0 once it is over. */
+  DWORD Left() const {
+    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end_ - Clock::now()).count();
+    return left > 0 ? (DWORD)left : 0;
+  }
+
+private:
+  using Clock = std::chrono::steady_clock;
+  Clock::time_point end_;
+};
+
+bool SetNumber(HINTERNET handle, DWORD option, DWORD value) {
+  return WinHttpSetOption(handle, option, &value, sizeof value) != FALSE;
+}
+
+HINTERNET OpenSession() {
+  // Automatic proxies are known from Windows 8.1 on.
+  for (const DWORD access : {(DWORD)WINHTTP_ACCESS_TYPE_AUTOMATIC_PROXY, (DWORD)WINHTTP_ACCESS_TYPE_DEFAULT_PROXY})
+    if (const HINTERNET session =
+            WinHttpOpen(L"Kelvra", access, WINHTTP_NO_PROXY_NAME, WINHTTP_NO_PROXY_BYPASS, 0))
+      return session;
+  return NULL;
+}
+
+/** The path goes out as it is: without these flags the library would escape quotes and braces. */
+HINTERNET OpenRequest(HINTERNET connection, const HttpUrl& url) {
+  const DWORD flags = WINHTTP_FLAG_ESCAPE_DISABLE | WINHTTP_FLAG_ESCAPE_DISABLE_QUERY |
+                      (url.secure ? WINHTTP_FLAG_SECURE : 0);
+  return WinHttpOpenRequest(connection, L"GET", Wide(url.target).c_str(), NULL, WINHTTP_NO_REFERER,
+                            WINHTTP_DEFAULT_ACCEPT_TYPES, flags);
+}
+
+bool Send(HINTERNET request, const HttpOptions& options, const Deadline& deadline) {
+  const DWORD left = deadline.Left();
+  if (left == 0) return false;
+  const int whole = (int)left, connect = (int)LMin(options.connectMilliseconds, (LONG)left);
+  return WinHttpSetTimeouts(request, connect, connect, whole, whole) &&
+         SetNumber(request, WINHTTP_OPTION_DISABLE_FEATURE,
+                   WINHTTP_DISABLE_REDIRECTS | WINHTTP_DISABLE_COOKIES | WINHTTP_DISABLE_AUTHENTICATION) &&
+         SetNumber(request, WINHTTP_OPTION_MAX_RESPONSE_HEADER_SIZE, kMostHeaderBytes) &&
+         SetNumber(request, WINHTTP_OPTION_RECEIVE_RESPONSE_TIMEOUT, left) &&
+         WinHttpSendRequest(request, WINHTTP_NO_ADDITIONAL_HEADERS, 0, WINHTTP_NO_REQUEST_DATA, 0, 0, 0) &&
+         WinHttpReceiveResponse(request, NULL);
+}
+
+bool ReadHead(HINTERNET request, HttpAnswer* answer) {
+  DWORD status = 0, size = sizeof status;
+  if (!WinHttpQueryHeaders(request, WINHTTP_QUERY_STATUS_CODE | WINHTTP_QUERY_FLAG_NUMBER,
+                           WINHTTP_HEADER_NAME_BY_INDEX, &status, &size, WINHTTP_NO_HEADER_INDEX))
+    return false;
+  answer->status = (LONG)status;
+  size = 0;
+  WinHttpQueryHeaders(request, WINHTTP_QUERY_LOCATION, WINHTTP_HEADER_NAME_BY_INDEX, NULL, &size,
+                      WINHTTP_NO_HEADER_INDEX);
+  if (GetLastError() != ERROR_INSUFFICIENT_BUFFER || size > kMostHeaderBytes) return true; // no redirect
+  std::wstring location(size / sizeof(wchar_t), L'\0');
+  if (!WinHttpQueryHeaders(request, WINHTTP_QUERY_LOCATION, WINHTTP_HEADER_NAME_BY_INDEX, &location[0], &size,
+                           WINHTTP_NO_HEADER_INDEX))
+    return true;
+  location.resize(size / sizeof(wchar_t));
+  // What is not ASCII becomes a character that no address may hold.
+  for (const wchar_t c : location) answer->location += c < 0x80 ? (char)c : ' ';
+  return true;
+}
+
+bool ReadBody(HINTERNET request, const HttpOptions& options, const Deadline& deadline, HttpAnswer* answer) {
+  CHAR bytes[kReadBytes];
+  for (;;) {
+    const DWORD left = deadline.Left();
+    DWORD got = 0;
+    if (left == 0 || !SetNumber(request, WINHTTP_OPTION_RECEIVE_TIMEOUT, left) ||
+        !WinHttpReadData(request, bytes, kReadBytes, &got))
+      return false;
+    if (got == 0) return true;
+    if (!answer->Append(bytes, got, options.mostBytes)) return false;
+  }
+}
+
+} // namespace
+
+Bool HttpExchange(const HttpUrl& url, const HttpOptions& options, LONG millisecondsLeft, HttpAnswer* answer) {
+  const Deadline deadline(millisecondsLeft);
+  const InternetHandle session(OpenSession());
+  if (!session) return FALSE;
+  const InternetHandle connection(
+      WinHttpConnect(session, Wide(url.host).c_str(), (INTERNET_PORT)url.port, 0));
+  if (!connection) return FALSE;
+  const InternetHandle request(OpenRequest(connection, url));
+  return request && Send(request, options, deadline) && ReadHead(request, answer) &&
+         ReadBody(request, options, deadline, answer);
+}
+
+} // namespace kelvra
+
+#endif

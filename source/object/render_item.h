@@ -1,0 +1,81 @@
+// What the renderer keeps while a frame is rendered: spheres, and the settings of the objects they came from.
+#pragma once
+
+#include "object/autobuffer.h"
+
+namespace kelvra {
+
+/** One rendered point in world space. Always made by MakeItem: its box is the sphere's. */
+struct RenderItem {
+  LReal boxMin[3], boxMax[3];
+  LReal radius;
+  UWORD recordIndex; ///< of the RenderObjectRecord
+  SReal color[3];
+};
+static_assert(sizeof(RenderItem) == 72, "the figure that memory estimates use");
+
+inline RenderItem MakeItem(const LVector& centre, LReal radius, UWORD recordIndex, const SReal color[3]) {
+  RenderItem item;
+  for (LONG axis = 0; axis < 3; ++axis) {
+    item.boxMin[axis] = centre[axis] - radius;
+    item.boxMax[axis] = centre[axis] + radius;
+    item.color[axis] = color[axis];
+  }
+  item.radius = radius;
+  item.recordIndex = recordIndex;
+  return item;
+}
+
+/** The centre as the renderer computes it everywhere: lower corner plus radius. */
+inline LVector CentreOf(const RenderItem& item) {
+  return LVector(item.boxMin[0] + item.radius, item.boxMin[1] + item.radius, item.boxMin[2] + item.radius);
+}
+
+/** Box that grows point by point; invalid until the first. */
+struct BoundingBox {
+  LVector min, max;
+  LONG valid;
+
+  BoundingBox() { Reset(); }
+  void Reset() {
+    min = LVector(1.0e308);
+    max = LVector(-1.0e308);
+    valid = 0;
+  }
+  void Add(const LVector& p);
+  /** All zero while invalid. */
+  LVector Min() const { return valid ? min : LVector(); }
+  LVector Max() const { return valid ? max : LVector(); }
+};
+
+/** A curve over heights, read from a table. Plain data; the record that holds it owns `values`. */
+struct HeightCurve {
+  static const LONG kSteps = 1024;
+  SReal* values = NULL; ///< kSteps + 1 of them; NULL: 1 everywhere
+  LReal low = 0.0, high = 1.0;
+
+  LReal At(LReal height) const;
+};
+
+/** Settings of one gathered object. Plain data; the buffer's owner frees what it owns with FreeRecord. */
+struct RenderObjectRecord {
+  LONG seenSwitch = 1; ///< paired with a switch of rays that is never set: filters nothing
+  LONG illuminateAlt = 1;
+  LONG illuminate = 1;
+  LONG reflectionVisible = 1, transparencyVisible = 1, refractionVisible = 1;
+  LReal softDepth = 0.0;
+  LReal transparency = 0.0;
+  LReal falloffBias = 0.5;
+
+  // What gathering and the opacity by height need beyond that.
+  LReal pointRadius = 0.25, radiusVariation = 0.0;
+  HeightCurve radiusCurve, opacityCurve;
+  LVector upAxis; ///< height in the object's own space = world point * upAxis + upOffset
+  LReal upOffset = 0.0;
+
+  LReal HeightOf(const LVector& world) const { return world * upAxis + upOffset; }
+};
+
+void FreeRecord(RenderObjectRecord& record);
+
+} // namespace kelvra

@@ -1,0 +1,9 @@
+#include "registration.h"
+
+namespace kelvra {
+
+RegistrationState GetRegistrationState() {
+  return {TRUE, "Unregistered"};
+}
+
+} // namespace kelvra

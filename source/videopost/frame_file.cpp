@@ -1,0 +1,73 @@
+#include "videopost/frame_file.h"
+
+#include "videopost/frame_name.h"
+
+namespace kelvra {
+
+namespace {
+
+/** Red, green and blue of all lines; NULL with the reason. The caller frees the picture. */
+MultipassBitmap* CopyPicture(const VPBuffer& rendered, String* reason) {
+  const LONG width = rendered.GetBw(), height = rendered.GetBh(), components = rendered.GetCpp();
+  if (width < 1 || height < 1 || components < 3) {
+    *reason = "the rendered picture has " + LongToString(width) + " x " + LongToString(height) +
+              " pixels of " + LongToString(components) + " components, expected 3 or more";
+    return NULL;
+  }
+  AutoFree<MultipassBitmap> picture(MultipassBitmap::Alloc(width, height, COLORMODE_RGBw));
+  UWORD* line = GeAllocTypeNC(UWORD, (VLONG)width * components);
+  Bool ok = picture != NULL && line != NULL;
+  if (!ok) *reason = "out of memory for " + LongToString(width) + " x " + LongToString(height) + " pixels";
+  for (LONG y = 0; ok && y < height; ++y) {
+    ok = rendered.GetLine(0, y, width, line, 16, TRUE) &&
+         picture->SetPixelCnt(0, y, width, (UCHAR*)line, components * (LONG)sizeof(UWORD), COLORMODE_RGBw,
+                              PIXELCNT_0);
+    if (!ok) *reason = "line " + LongToString(y) + " of the rendered picture cannot be read";
+  }
+  GeFree(line);
+  return ok ? picture.Release() : NULL;
+}
+
+String ReasonOf(IMAGERESULT result) {
+  switch (result) {
+  case IMAGERESULT_NOTEXISTING:
+    return "the folder does not exist";
+  case IMAGERESULT_WRONGTYPE:
+    return "the application does not save this format";
+  case IMAGERESULT_OUTOFMEMORY:
+    return "out of memory";
+  default:
+    return "the disk is full or the folder cannot be written (result " + LongToString(result) + ")";
+  }
+}
+
+/** Puts a whole file in the place of what has the name. */
+Bool TakePlace(const Filename& whole, const Filename& name) {
+  if (GeFRename(whole, name)) return TRUE;
+  // An application may refuse to rename over an older file.
+  return GeFExist(name) && GeFKill(name) && GeFRename(whole, name);
+}
+
+String SavePictureWhole(const BaseBitmap& picture, const Filename& file) {
+  const FrameFormat format = FrameFormatOf(file.GetFileString());
+  const Filename part(file.GetString() + ".part");
+  const IMAGERESULT saved = picture.Save(part, format.filter, NULL, format.savebits);
+  String reason;
+  if (saved != IMAGERESULT_OK)
+    reason = ReasonOf(saved);
+  else if (!TakePlace(part, file))
+    reason = "the finished file cannot get its name";
+  if (reason.Content() && GeFExist(part)) GeFKill(part);
+  return reason;
+}
+
+} // namespace
+
+String SaveFrame(const VPBuffer& rendered, const Filename& file) {
+  String reason;
+  const AutoFree<MultipassBitmap> picture(CopyPicture(rendered, &reason));
+  if (picture) reason = SavePictureWhole(*picture, file);
+  return reason.Content() ? file.GetString() + ": the frame is not recorded: " + reason : reason;
+}
+
+} // namespace kelvra

@@ -1,0 +1,93 @@
+#include "geometry/geometry_fixture.h"
+
+#include <cmath>
+
+namespace {
+
+TEST_F(GeometryTest, ScenesBringGeometryBack) {
+  PolygonObject* figure = AddFigure();
+  ((VertexMapTag*)figure->MakeVariableTag(Tvertexmap, 6))->GetDataAddressW()[4] = 0.75f;
+  SplineObject* spline = AddSpline();
+  doc_->InsertObject(PolygonObject::Alloc(0, 0), spline, NULL);
+  std::vector<std::string> before;
+  for (BaseObject* op : {(BaseObject*)spline, spline->GetDown(), (BaseObject*)figure})
+    before.push_back(Content(op));
+  const std::string bytes = Save();
+
+  doc_ = Reload();
+  ASSERT_NE(doc_, nullptr);
+  BaseObject* first = doc_->GetFirstObject();
+  ASSERT_NE(first, nullptr);
+  EXPECT_EQ(Content(first), before[0]);
+  EXPECT_EQ(Content(first->GetDown()), before[1]);
+  EXPECT_EQ(Content(first->GetNext()), before[2]);
+  EXPECT_EQ(Save(), bytes);
+}
+
+TEST_F(GeometryTest, DamagedElementsAreRefusedWithOneLine) {
+  PolygonObject* figure = AddFigure();
+  ((VertexMapTag*)figure->MakeVariableTag(Tvertexmap, 6))->GetDataAddressW()[0] = 1.0f;
+  const std::string figureScene = Save();
+  PolygonObject::Free(figure);
+  AddSpline();
+  const std::string splineScene = Save();
+
+  const std::string points = ArrayHead(HYPERFILEARRAY_LREAL, 8, 18);
+  const std::string polygons = ArrayHead(HYPERFILEARRAY_LONG, 4, 8);
+  const std::string weights = ArrayHead(HYPERFILEARRAY_SREAL, 4, 6);
+  const std::string curve = ArrayHead(HYPERFILEARRAY_LREAL, 8, 15);
+  const std::string segments = ArrayHead(HYPERFILEARRAY_LONG, 4, 4);
+  const std::size_t atCount = (std::size_t)-4;
+  const struct {
+    std::string bytes, text;
+  } cases[] = {
+      {Patched<LONG>(figureScene, polygons, 4, 6), "polygon 0 has a corner at point 6, expected one of 6"},
+      {Patched<LONG>(figureScene, polygons, 28, -1), "polygon 1 has a corner at point -1, expected one of 6"},
+      {Patched<LONG>(figureScene, polygons, atCount, 7),
+       "found 7 numbers of polygons, expected a multiple of 4"},
+      {Patched<LONG>(figureScene, points, atCount, 17),
+       "found 17 numbers of points, expected a multiple of 3"},
+      {Patched<LONG>(figureScene, points, atCount, MAXLONGl), "found a count of 2147483647 64-bit reals"},
+      {Patched<char>(figureScene, points, (std::size_t)-6, HYPERFILEARRAY_LLONG),
+       "found an array of 64-bit integers, expected one of 64-bit reals"},
+      {Patched<double>(figureScene, points, 32, INFINITY),
+       "point 1 has the value inf, expected a finite one"},
+      {Patched<float>(figureScene, weights, 20, std::nanf("")), "weight 5 has the value nan"},
+      {Patched<LONG>(splineScene, segments, 0, 3), "the segments have 6 points together, expected 5"},
+      {Patched<LONG>(splineScene, segments, 0, -2), "segment 0 has -2 points, expected at least 0"},
+      {Patched<LONG>(splineScene, curve, (std::size_t)-11, 5), "found interpolation 5, expected 0 to 4"},
+  };
+  const LLONG nodes = application_->Live().nodes;
+  for (const auto& item : cases) {
+    const std::string error = Refusal(item.bytes);
+    EXPECT_NE(error.find(item.text), std::string::npos) << error << "\nexpected: " << item.text;
+    EXPECT_NE(error.find("offset "), std::string::npos) << error;
+    EXPECT_EQ(error.find('\n'), std::string::npos) << error;
+    EXPECT_EQ(application_->Live().nodes, nodes);
+  }
+}
+
+TEST_F(GeometryTest, WhatCouldNotBeLoadedIsNotSaved) {
+  PolygonObject* figure = AddFigure();
+  SplineObject* spline = AddSpline();
+  const std::string good = Save();
+  const struct {
+    std::function<void(bool)> spoil; ///< or mends
+    const char* text;
+  } cases[] = {
+      {[&](bool bad) { figure->GetPolygonW()[1].d = bad ? 6 : 5; }, "polygon 1 has a corner at point 6"},
+      {[&](bool bad) { figure->GetPointW()[2].y = bad ? std::nan("") : 4.0; }, "point 2 has the value nan"},
+      {[&](bool bad) { spline->GetSegmentW()[1].cnt = bad ? 4 : 3; }, "the segments have 6 points together"},
+      {[&](bool bad) { spline->GetSegmentW()[0].cnt = bad ? MAXLONGl : 2; }, "2147483650 points together"},
+  };
+  for (const auto& item : cases) {
+    item.spoil(true);
+    const std::string refused = Save();
+    EXPECT_NE(refused.find(item.text), std::string::npos) << refused.substr(0, 200);
+    EXPECT_EQ(Bytes(Path("scene")), good) << "the old file stays";
+    item.spoil(false);
+  }
+  EXPECT_EQ(Save(), good);
+}
+
+} // namespace

@@ -1,0 +1,127 @@
+// An application with one document, files of its own, and small pieces of geometry.
+#pragma once
+
+#include "scene/scratch.h"
+
+#include "host/application.h"
+#include "host/node.h"
+#include "host/scene/checksum.h"
+#include "host/scene/scene_file.h"
+
+#include <cstring>
+#include <functional>
+#include <memory>
+#include <vector>
+
+/** An object whose messages run what the test gives, as code of a plug-in. */
+class Guest : public ObjectData {
+public:
+  static NodeData* Alloc() { return gNew Guest; }
+  Bool Message(GeListNode*, LONG, void* work) override { return (*(std::function<void()>*)work)(), TRUE; }
+};
+
+class GeometryTest : public Scratch {
+protected:
+  void SetUp() override {
+    Scratch::SetUp();
+    application_.reset(new host::Application);
+    doc_ = application_->NewDocument();
+    ASSERT_TRUE(RegisterObjectPlugin(1099402, "Guest", 0, Guest::Alloc, String(), NULL, 0));
+  }
+  static void AsModule(std::function<void()> work) { AutoAlloc<BaseObject>(1099402)->Message(1, &work); }
+  /** What was reported, and what outlives the application, must be what the test took note of. */
+  void TearDown() override {
+    std::vector<std::string> lines = application_->Misbehaviour();
+    const std::vector<std::string> atEnd = application_->Close();
+    lines.insert(lines.end(), atEnd.begin(), atEnd.end());
+    EXPECT_EQ(lines, expected_);
+    application_.reset();
+    Scratch::TearDown();
+  }
+
+  /** A square and a triangle over six points; point i lies at (i, i * i, -i). */
+  PolygonObject* AddFigure() {
+    PolygonObject* op = PolygonObject::Alloc(6, 2);
+    for (LONG i = 0; i < 6; ++i) op->GetPointW()[i] = Vector(i, i * i, -i);
+    op->GetPolygonW()[0] = CPolygon(0, 1, 2, 3);
+    op->GetPolygonW()[1] = CPolygon(3, 4, 5, 5);
+    doc_->InsertObject(op, NULL, NULL);
+    return op;
+  }
+  /** Two segments of two and three points. */
+  SplineObject* AddSpline() {
+    SplineObject* op = SplineObject::Alloc(5, SPLINETYPE_AKIMA);
+    for (LONG i = 0; i < 5; ++i) op->GetPointW()[i] = Vector(0, i, 0);
+    Segment* segments = (Segment*)op->MakeVariableTag(Tsegment, 2)->GetLowlevelDataAddressW();
+    segments[0] = {2, FALSE};
+    segments[1] = {3, TRUE};
+    doc_->InsertObject(op, NULL, NULL);
+    return op;
+  }
+
+  /** All that objects of points hold, as text. */
+  static std::string Content(BaseObject* op) {
+    PolygonObject* figure = (PolygonObject*)op;
+    std::string text = std::to_string(op->GetType());
+    const auto add = [&text](const void* numbers, LONG count, auto number) {
+      for (LONG i = 0; i < count; ++i) text += " " + std::to_string(((const decltype(number)*)numbers)[i]);
+    };
+    add(figure->GetPointR(), figure->GetPointCount() * 3, 0.0);
+    add(figure->GetPolygonR(), figure->GetPolygonCount() * 4, 0);
+    text += " type " + std::to_string(((SplineObject*)op)->GetInterpolationType());
+    for (BaseTag* tag = op->GetFirstTag(); tag; tag = tag->GetNext()) {
+      const VariableTag* values = (VariableTag*)tag;
+      text += " tag " + std::to_string(tag->GetType());
+      add(values->GetLowlevelDataAddressR(), values->GetDataCount() * values->GetDataSize() / 4, 0);
+    }
+    return text;
+  }
+
+  static BaseObject* Clone(BaseObject* op) { return (BaseObject*)op->GetClone(COPYFLAGS_0, NULL); }
+
+  std::string Save() {
+    std::string error;
+    return application_->SaveScene(doc_, Path("scene"), &error) ? Bytes(Path("scene")) : "refused: " + error;
+  }
+  BaseDocument* Reload() {
+    std::string error;
+    BaseDocument* loaded = application_->LoadScene(Path("scene"), &error);
+    EXPECT_NE(loaded, nullptr) << error;
+    return loaded;
+  }
+  /** The line of a load that must fail, from bytes that get the length and checksum that belong to them. */
+  std::string Refusal(std::string bytes) {
+    const std::uint64_t length = bytes.size();
+    std::memcpy(&bytes[length - 16], &length, 8);
+    host::Checksum checksum;
+    checksum.Update(bytes.data(), (std::size_t)length - 8);
+    const std::uint64_t value = checksum.Value();
+    std::memcpy(&bytes[length - 8], &value, 8);
+    host::ByteSource source;
+    std::string error;
+    EXPECT_TRUE(source.OpenMemory(bytes.data(), bytes.size()));
+    BaseDocument* doc = host::ReadSceneStream(source, &error);
+    EXPECT_EQ(doc, nullptr);
+    if (doc) BaseDocument::Free(doc);
+    return error;
+  }
+  /** The bytes with `value` written where `pattern` ends, plus skip. */
+  template <class T>
+  static std::string Patched(std::string bytes, const std::string& pattern, std::size_t skip, T value) {
+    const std::size_t at = bytes.find(pattern);
+    EXPECT_NE(at, std::string::npos);
+    EXPECT_EQ(bytes.find(pattern, at + 1), std::string::npos) << "the pattern must be there once";
+    if (at != std::string::npos) std::memcpy(&bytes[at + pattern.size() + skip], &value, sizeof value);
+    return bytes;
+  }
+  /** How an array of so many elements begins in a file. */
+  static std::string ArrayHead(HYPERFILEARRAY kind, char size, LONG count) {
+    std::string head{(char)HYPERFILEVALUE_ARRAY, (char)kind, size};
+    head.append((const char*)&count, sizeof count);
+    return head;
+  }
+
+  std::unique_ptr<host::Application> application_;
+  BaseDocument* doc_ = NULL;
+  std::vector<std::string> expected_;
+};

@@ -1,0 +1,1 @@
+set(libraries kelvra_host)

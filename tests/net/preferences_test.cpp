@@ -1,0 +1,180 @@
+// The preferences page and its buttons, in this process.
+#include "host/scene/text.h"
+#include "kelvra_prefs.h"
+#include "net/loopback.h"
+#include "object/object_fixture.h"
+#include "registration.h"
+#include "update_check.h"
+
+#include <cstdlib>
+
+namespace kelvra {
+namespace {
+
+using host::Utf8;
+
+class Preferences : public ObjectTest {
+protected:
+  void SetUp() override {
+    ObjectTest::SetUp();
+    ClearProxies();
+    page_ = application_->PreferencesPage(kPreferencesId);
+    ASSERT_NE(page_, nullptr);
+  }
+  void TearDown() override {
+    for (const char* name : {"KELVRA_UPDATE_SERVER", "KELVRA_GEOMETRY_SERVICE"}) ::unsetenv(name);
+    ObjectTest::TearDown();
+  }
+  bool Set(LONG element, const GeData& value) {
+    return page_->SetParameter(DescID(element), value, DESCFLAGS_SET_0) != FALSE;
+  }
+  std::string Get(LONG element) {
+    GeData value;
+    EXPECT_TRUE(page_->GetParameter(DescID(element), value, DESCFLAGS_GET_0)) << element;
+    return Utf8(value.GetString());
+  }
+  static std::string Stored(LONG key) { return Utf8(GetWorldPluginData(kPreferencesId)->GetString(key)); }
+  /** Presses a button; the texts of the dialogs that it showed. */
+  std::vector<std::string> Press(LONG element) {
+    application_->GetDialogs().Clear();
+    application_->PressButton(page_, element);
+    std::vector<std::string> texts;
+    for (const host::DialogRecord& dialog : application_->GetDialogs().Shown()) texts.push_back(dialog.text);
+    return texts;
+  }
+  BaseList2D* page_ = NULL;
+};
+
+TEST_F(Preferences, ElementsLieUnderKeysOfTheirOwn) {
+  const struct {
+    LONG element, key;
+    const char* preset;
+  } cases[] = {{1000, 1002, "1.44"}, {1001, 1000, ""}, {1002, 1001, ""},  {1006, 1003, "Unregistered"},
+               {1020, 2000, ""},     {1021, 2001, ""}, {1022, 2002, ""}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(Get(c.element), c.preset) << c.element;
+    EXPECT_EQ(Stored(c.key), c.preset) << c.key;
+    EXPECT_TRUE(Set(c.element, GeData(String("value ") + LongToString(c.element))));
+  }
+  for (const auto& c : cases) {
+    EXPECT_EQ(Stored(c.key), "value " + std::to_string(c.element));
+    EXPECT_EQ(Get(c.element), "value " + std::to_string(c.element));
+  }
+  EXPECT_FALSE(Set(1001, GeData((LONG)7))) << "a reference is a text";
+  EXPECT_FALSE(Set(1003, GeData(String("x")))) << "a button has no value";
+  EXPECT_EQ(Stored(1000), "value 1001");
+}
+
+TEST_F(Preferences, MissingAndStaleValuesAreMadeAnew) {
+  BaseContainer old;
+  old.SetString(1000, "K-17");
+  old.SetString(1002, "1.40");
+  old.SetLong(1001, 5);
+  SetWorldPluginData(kPreferencesId, old, FALSE);
+  MyPrefs again; // as when the dialog is opened another time
+  ASSERT_TRUE(again.Init(page_));
+  EXPECT_EQ(Stored(1000), "K-17");
+  EXPECT_EQ(Stored(1001), "") << "of another type";
+  EXPECT_EQ(Stored(1002), "1.44") << "this version speaks, not the one that wrote the file";
+}
+
+/** A page that keeps its values in the application's own settings. */
+struct WorldPage : PrefsDialogObject {
+  using PrefsDialogObject::GetPrefsValue;
+  using PrefsDialogObject::InitPrefsValue;
+  using PrefsDialogObject::SetPrefsValue;
+};
+
+TEST_F(Preferences, OtherPagesMayUseTheWorldContainer) {
+  const PrefsMapTable table[] = {{10, 5010}, {11, 5011}, {NOTOK, NOTOK}};
+  DESCFLAGS_SET set = DESCFLAGS_SET_0;
+  WorldPage::SetPrefsValue(12, 7, set, table);
+  EXPECT_FALSE(set & DESCFLAGS_SET_PARAM_SET) << "not in the table";
+  WorldPage::SetPrefsValue(11, 7, set, table);
+  EXPECT_TRUE(set & DESCFLAGS_SET_PARAM_SET);
+  WorldPage::InitPrefsValue(5011, GeData((LONG)1), NULL, DescID(11));
+  EXPECT_EQ(GetWorldContainerInstance()->GetLong(5011), 7);
+  WorldPage::InitPrefsValue(5011, GeData(0.5), NULL, DescID(11));
+  DESCFLAGS_GET get = DESCFLAGS_GET_0;
+  GeData value;
+  WorldPage::GetPrefsValue(11, value, get, table);
+  EXPECT_TRUE(get & DESCFLAGS_GET_PARAM_GET);
+  EXPECT_EQ(value.GetReal(), 0.5) << "a value of another type is replaced";
+}
+
+TEST_F(Preferences, RegisterShowsTheGateAndNothingElse) {
+  const BaseContainer before = *GetWorldPluginData(kPreferencesId);
+  const std::vector<std::string> shown = Press(1003);
+  ASSERT_EQ(shown.size(), 1u);
+  EXPECT_NE(shown[0].find("Unregistered"), std::string::npos);
+  EXPECT_TRUE(GetRegistrationState().mayConvert);
+  EXPECT_TRUE(*GetWorldPluginData(kPreferencesId) == before);
+}
+
+TEST_F(Preferences, ServicesAreAskedWhereTheEnvironmentElseThePageSays) {
+  EXPECT_EQ(Utf8(GeometryServiceAddress()), "");
+  EXPECT_TRUE(Set(1020, GeData(String("http://page//"))));
+  EXPECT_EQ(Utf8(GeometryServiceAddress()), "http://page");
+  ::setenv("KELVRA_GEOMETRY_SERVICE", "http://environment/", 1);
+  EXPECT_EQ(Utf8(GeometryServiceAddress()), "http://environment");
+  ::setenv("KELVRA_GEOMETRY_SERVICE", "", 1);
+  EXPECT_EQ(Utf8(GeometryServiceAddress()), "http://page");
+  EXPECT_EQ(ProductIdentifier(), kProductIdentifier);
+  EXPECT_TRUE(Set(1023, GeData((LONG)77)));
+  EXPECT_EQ(ProductIdentifier(), 77);
+}
+
+TEST(UpdateVersion, CountsHundredthsOnly) {
+  const struct {
+    const char* reply;
+    Bool newer;
+  } cases[] = {{"1.44", FALSE}, {"1.45", TRUE},   {"1.441", FALSE}, {"1.449", FALSE},  {"1.4499999", FALSE},
+               {"1.5", TRUE},   {" 2\n", TRUE},   {"\r\n1.45", TRUE}, {"+1.45", TRUE}, {"1.45beta", TRUE},
+               {"beta", FALSE}, {"-2", FALSE},    {"", FALSE},      {"nan", FALSE},    {"inf", FALSE},
+               {"1e999", FALSE}, {"1e300", TRUE}, {"-1e300", FALSE}, {"<html>2</html>", FALSE}};
+  for (const auto& c : cases) EXPECT_EQ(IsNewerVersion(c.reply), c.newer) << c.reply;
+}
+
+TEST_F(Preferences, UpdateCheckSaysWhatTheServerMeans) {
+  const std::string latest = "You already have the latest version of Kelvra",
+                    sent = "An email, with a download link, has been sent. (to the email address used for your order)",
+                    problem = "There was a problem sending the email. Please contact support.";
+  const struct {
+    const char *order, *version, *mail; ///< mail: answer to the second request; NULL is a status 500
+    GEMB_R answer;
+    std::vector<std::string> shown;
+    std::vector<std::string> targets;
+  } cases[] = {
+      {"", "1.45", "ok", GEMB_R_YES, {}, {}},
+      {"K-17", "", "ok", GEMB_R_YES, {}, {""}},
+      {"K-17", nullptr, "ok", GEMB_R_YES, {}, {""}},
+      {"K-17", "1.44", "ok", GEMB_R_YES, {latest}, {""}},
+      {"K-17", "none", "ok", GEMB_R_YES, {latest}, {""}},
+      {"K-17", "1.45", "ok", GEMB_R_NO, {"Do you want to download Kelvra 1.45"}, {""}},
+      {"K-17", "1.45", "ok", GEMB_R_YES, {"Do you want to download Kelvra 1.45", sent}, {"", "?reference_no=K-17&product_id=1"}},
+      {"K-17", "1.45", "", GEMB_R_YES, {"Do you want to download Kelvra 1.45", problem}, {"", "?reference_no=K-17&product_id=1"}},
+      {"K-17", "2", nullptr, GEMB_R_YES, {"Do you want to download Kelvra 2", problem}, {"", "?reference_no=K-17&product_id=1"}},
+      {"K 17", "2", "ok", GEMB_R_YES, {"Do you want to download Kelvra 2", problem}, {""}}, // cannot be sent as it is
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(std::string(c.order) + " " + (c.version ? c.version : "500"));
+    RawServer server([&, asked = 0](int s) mutable {
+      const char* body = asked++ == 0 ? c.version : c.mail;
+      RawServer::Send(s, body ? Head(std::strlen(body)) + body : Head(5, "500 Broken") + "99.99");
+    });
+    EXPECT_TRUE(Set(1021, GeData(String(server.Address().c_str()))));
+    EXPECT_TRUE(Set(1001, GeData(String(c.order))));
+    application_->GetDialogs().Clear();
+    application_->GetDialogs().AnswerQuestion(c.answer);
+    application_->PressButton(page_, 1007);
+    std::vector<std::string> shown;
+    for (const host::DialogRecord& dialog : application_->GetDialogs().Shown()) shown.push_back(dialog.text);
+    EXPECT_EQ(shown, c.shown);
+    std::vector<std::string> lines;
+    for (const std::string& target : c.targets) lines.push_back("GET /php/send/mail/update.php" + target + " HTTP/1.1");
+    EXPECT_EQ(server.RequestLines(), lines);
+  }
+}
+
+} // namespace
+} // namespace kelvra

@@ -1,0 +1,139 @@
+// The commands that ask services, run as a user runs them.
+#include "cli/program_run.h"
+#include "net/loopback.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+
+namespace cli_test {
+namespace {
+
+class ServiceCommands : public testing::Test {
+protected:
+  void SetUp() override {
+    ClearProxies();
+    for (const char* name : {"KELVRA_UPDATE_SERVER", "KELVRA_GEOMETRY_SERVICE", "KELVRA_CA_FILE"}) ::unsetenv(name);
+  }
+  Result Run(const std::vector<std::string>& arguments, const std::string& input = "") {
+    return RunProgram("kelvra", arguments, folder_ / "config", input);
+  }
+  void Set(const std::string& name, const std::string& value) {
+    const Result result = Run({"prefs", "set", name, value});
+    EXPECT_EQ(result.status, 0) << result.err;
+  }
+  const TempFolder folder_;
+};
+
+TEST_F(ServiceCommands, PreferencesSurviveARestart) {
+  Set("order_reference", "K-17 \xc3\xa4\"\\");
+  Set("1023", "42");
+  EXPECT_EQ(Run({"prefs", "get", "order_reference"}).out, "K-17 \xc3\xa4\"\\\n");
+  EXPECT_EQ(Run({"prefs", "get", "1001"}).out, "K-17 \xc3\xa4\"\\\n");
+  EXPECT_EQ(Run({"prefs", "list"}).out,
+            "version = 1.44\norder_reference = K-17 \xc3\xa4\"\\\nregistration_key = \nstatus = Unregistered\n"
+            "geometry_service = \nupdate_server = \nca_file = \nproduct = 42\n");
+  const std::string file = folder_ / "config/kelvra/preferences.json";
+  const auto written = std::filesystem::last_write_time(file);
+  EXPECT_EQ(Run({"info", folder_.Write("p.xyz", "1 2 3\n")}).status, 0);
+  EXPECT_EQ(std::filesystem::last_write_time(file), written) << "only what changed is written";
+  std::ofstream(file) << "{";
+  const Result damaged = Run({"prefs", "get", "order_reference"});
+  EXPECT_EQ(damaged.out, "\n");
+  EXPECT_NE(damaged.err.find("preferences.json.damaged"), std::string::npos) << damaged.err;
+}
+
+TEST_F(ServiceCommands, WrongUseIsNamed) {
+  const std::vector<std::vector<std::string>> wrong = {
+      {"prefs"}, {"prefs", "get", "speed"}, {"prefs", "get", "register"}, {"prefs", "set", "version", "2"},
+      {"prefs", "set", "1006", "x"}, {"prefs", "set", "product", "many"}, {"update-check", "--yes", "--no"},
+      {"reproject", "x.xyz"}, {"reproject", "x.xyz", "--sr", "0"}, {"reproject", "x.xyz", "--sr", "EPSG:2994"}};
+  for (const auto& arguments : wrong) {
+    const Result result = Run(arguments);
+    EXPECT_EQ(result.status, 2) << arguments.back();
+    EXPECT_EQ(result.err.rfind("kelvra: ", 0), 0u) << result.err;
+  }
+  const Result result = RunProgram("kelvra", {"prefs", "set", "order_reference", "K-17"},
+                                   folder_.Write("file", "where the folder should be"));
+  EXPECT_EQ(result.status, 1);
+  EXPECT_NE(result.err.find("preferences.json"), std::string::npos) << result.err;
+}
+
+TEST_F(ServiceCommands, UpdateCheckIsAnsweredOnTheTerminalOrByAFlag) {
+  std::string version;
+  int mails = 0;
+  WebServer server([&](const httplib::Request& request, httplib::Response& response) {
+    mails += request.has_param("reference_no");
+    response.body = version;
+  });
+  const Result unregistered = Run({"update-check"});
+  EXPECT_EQ(unregistered.status, 1);
+  EXPECT_NE(unregistered.err.find("order reference"), std::string::npos);
+  Set("order_reference", "K-17");
+  const Result unset = Run({"update-check"});
+  EXPECT_EQ(unset.status, 1);
+  EXPECT_NE(unset.err.find("KELVRA_UPDATE_SERVER"), std::string::npos) << unset.err;
+  EXPECT_EQ(server.Requests(), 0);
+
+  Set("update_server", server.Address());
+  const std::string latest = "You already have the latest version of Kelvra\n", question = "Do you want to download Kelvra ",
+                    sent = "An email, with a download link, has been sent. (to the email address used for your order)\n";
+  const struct {
+    const char* version;
+    std::vector<std::string> flags;
+    const char* input;
+    std::string out;
+    int mails;
+  } cases[] = {{"1.44", {"--yes"}, "", latest, 0},
+               {"1.441", {"--yes"}, "", latest, 0},
+               {"1.449", {"--yes"}, "", latest, 0},
+               {"soon", {"--yes"}, "", latest, 0},
+               {"1.45", {"--yes"}, "", question + "1.45 yes\n" + sent, 1},
+               {"1.45", {"--no"}, "", question + "1.45 no\n", 0},
+               {"1.45", {}, "maybe\ny\n", question + "1.45 [y/n]  [y/n] " + sent, 1},
+               {"1.45", {}, "no\n", question + "1.45 [y/n] ", 0},
+               {"1.45", {}, "", question + "1.45 [y/n] \n", 0}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(std::string(c.version) + " " + c.input);
+    version = c.version;
+    mails = 0;
+    std::vector<std::string> arguments = {"update-check"};
+    arguments.insert(arguments.end(), c.flags.begin(), c.flags.end());
+    const Result result = Run(arguments, c.input);
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.out, c.out);
+    EXPECT_EQ(result.err, "");
+    EXPECT_EQ(mails, c.mails);
+  }
+}
+
+TEST_F(ServiceCommands, ReprojectPrintsSixTextsOrThatNothingWasAnswered) {
+  std::string answer = R"({"geometries":[{"x":12.5,"y":47.25},{"x":13.125,"y":48.5}]})";
+  const TestCertificate certificate;
+  certificate.WritePem(folder_ / "ca.pem");
+  WebServer server([&](const httplib::Request&, httplib::Response& response) { response.body = answer; }, &certificate);
+  const std::vector<std::string> command = {"reproject", folder_.Write("p.xyz", "1 2 3\n4 5 6\n"), "--sr", "2994"};
+  const Result unset = Run(command);
+  EXPECT_EQ(unset.status, 1);
+  EXPECT_NE(unset.err.find("KELVRA_GEOMETRY_SERVICE"), std::string::npos) << unset.err;
+  Set("geometry_service", server.Address());
+  EXPECT_EQ(Run(command).status, 1) << "an authority that nobody trusts";
+  EXPECT_EQ(server.Requests(), 0);
+  Set("ca_file", folder_ / "ca.pem");
+  const Result whole = Run(command);
+  EXPECT_EQ(whole.status, 0) << whole.err;
+  EXPECT_NE(whole.out.find("south-west longitude 12.50000000\nsouth-west latitude 47.00000000\n"
+                           "north-east longitude 13.12500000\nnorth-east latitude 48.00000000\n"
+                           "north-west longitude 12.50000000\nnorth-west latitude 48.00000000\n"),
+            std::string::npos)
+      << whole.out;
+  answer = R"({"geometries":[{"x":12.5,"y":47.25}]})";
+  const Result half = Run(command);
+  EXPECT_EQ(half.status, 1);
+  EXPECT_EQ(half.out.find("longitude"), std::string::npos);
+  EXPECT_NE(half.err.find("no answer with both corners"), std::string::npos) << half.err;
+}
+
+} // namespace
+} // namespace cli_test

@@ -1,0 +1,164 @@
+#include "host/application.h"
+#include "host/picture/picture.h"
+#include "host/scene/text.h"
+#include "picture/picture_fixture.h"
+
+#include <array>
+#include <vector>
+
+namespace {
+
+class BitmapTest : public ::testing::Test {
+protected:
+  void TearDown() override {
+    std::vector<std::string> lines = application_.Misbehaviour();
+    for (const std::string& line : application_.Close()) lines.push_back(line);
+    EXPECT_EQ(lines, std::vector<std::string>());
+  }
+  Filename File(const std::string& name) const { return Filename(host::FromUtf8(folder_.Path(name))); }
+
+  host::Application application_;
+  PictureFolder folder_;
+};
+
+using Bitmap = AutoFree<MultipassBitmap>;
+
+std::array<UWORD, 3> PixelAt(const BaseBitmap* bmp, LONG x, LONG y) {
+  std::array<UWORD, 3> rgb;
+  bmp->GetPixel(x, y, &rgb[0], &rgb[1], &rgb[2]);
+  return rgb;
+}
+
+TEST_F(BitmapTest, ModesHoldTheirBytesAlphaFirst) {
+  const struct {
+    COLORMODE mode;
+    LONG bits;
+    std::vector<UCHAR> bytes; ///< of red 1, green 2, blue 3 of 255, alpha full
+  } cases[] = {
+      {COLORMODE_RGB, 24, {1, 2, 3}},
+      {COLORMODE_ARGB, 32, {255, 1, 2, 3}},
+      {COLORMODE_RGBw, 48, {1, 1, 2, 2, 3, 3}}, // 257 times the value: either byte order looks alike
+      {COLORMODE_ARGBw, 64, {255, 255, 1, 1, 2, 2, 3, 3}},
+  };
+  UCHAR rgb[] = {1, 2, 3};
+  for (const auto& c : cases) {
+    const Bitmap bmp(MultipassBitmap::Alloc(3, 2, c.mode));
+    ASSERT_TRUE(bmp) << c.mode;
+    EXPECT_EQ(bmp->GetColorMode(), c.mode);
+    EXPECT_EQ(bmp->GetBt(), c.bits);
+    EXPECT_TRUE(bmp->SetPixelCnt(2, 1, 1, rgb, 3, COLORMODE_RGB, PIXELCNT_0));
+    std::vector<UCHAR> bytes(c.bytes.size());
+    bmp->GetPixelCnt(2, 1, 1, bytes.data(), (LONG)bytes.size(), c.mode, PIXELCNT_DITHERING);
+    EXPECT_EQ(bytes, c.bytes) << c.mode;
+    EXPECT_EQ(PixelAt(bmp, 2, 1), (std::array<UWORD, 3>{1, 2, 3}));
+    EXPECT_EQ(PixelAt(bmp, 1, 1), (std::array<UWORD, 3>{0, 0, 0}));
+  }
+}
+
+TEST_F(BitmapTest, FloatsKeepWhatIntegersCut) {
+  const Bitmap floats(MultipassBitmap::Alloc(2, 1, COLORMODE_ARGBf));
+  SReal in[] = {0.25f, 2.5f, -1.0f, 0.5f, 1.0f, 0.1f, 0.2f, 0.3f}, out[8];
+  ASSERT_TRUE(floats->SetPixelCnt(0, 0, 2, (UCHAR*)in, 4 * sizeof(SReal), COLORMODE_ARGBf, PIXELCNT_0));
+  floats->GetPixelCnt(0, 0, 2, (UCHAR*)out, 4 * sizeof(SReal), COLORMODE_ARGBf, PIXELCNT_0);
+  EXPECT_TRUE(std::equal(in, in + 8, out));
+  UWORD words[4];
+  floats->GetPixelCnt(0, 0, 1, (UCHAR*)words, sizeof words, COLORMODE_ARGBw, PIXELCNT_0);
+  EXPECT_EQ((std::vector<UWORD>(words, words + 4)), (std::vector<UWORD>{16384, 65535, 0, 32768}));
+}
+
+TEST_F(BitmapTest, WhatLiesOutsideIsNotTouched) {
+  const Bitmap bmp(MultipassBitmap::Alloc(2, 2, COLORMODE_RGB));
+  UCHAR white[9], read[9];
+  std::fill(white, white + 9, (UCHAR)255);
+  for (const auto& [x, y, cnt] : {std::array<LONG, 3>{0, 0, 3},
+                                  {-1, 0, 1},
+                                  {0, 2, 1},
+                                  {1, 1, 2},
+                                  {0, 0, -1},
+                                  {MAXLONGl, 0, 1},
+                                  {1, 0, MAXLONGl}})
+    EXPECT_FALSE(bmp->SetPixelCnt(x, y, cnt, white, 3, COLORMODE_RGB, PIXELCNT_0)) << x << " " << y;
+  EXPECT_FALSE(bmp->SetPixelCnt(0, 0, 1, white, 3, (COLORMODE)6, PIXELCNT_0)) << "a mode that is not offered";
+  EXPECT_FALSE(bmp->SetPixelCnt(0, 0, 1, white, 3, COLORMODE_RGB, PIXELCNT_APPLYALPHA));
+  EXPECT_FALSE(bmp->SetPixel(2, 0, 1, 1, 1));
+  bmp->Clear(7, 300, -5);
+  bmp->GetPixelCnt(1, 1, 3, read, 3, COLORMODE_RGB, PIXELCNT_0);
+  EXPECT_EQ((std::vector<UCHAR>(read, read + 9)), (std::vector<UCHAR>{7, 255, 0, 0, 0, 0, 0, 0, 0}));
+}
+
+TEST_F(BitmapTest, SizesDepthsAndModesThatAreNotOfferedAreRefused) {
+  AutoAlloc<BaseBitmap> bmp;
+  for (const LONG depth : {1, 8, 16, 64, 0})
+    EXPECT_EQ(bmp->Init(4, 4, depth), IMAGERESULT_PARAM_ERROR) << depth;
+  EXPECT_EQ(bmp->Save(File("a.png"), FILTER_PNG, NULL, SAVEBIT_0), IMAGERESULT_PARAM_ERROR)
+      << "it has no pixel";
+  EXPECT_EQ(bmp->Init(4, 3, 96), IMAGERESULT_OK);
+  EXPECT_EQ(bmp->GetColorMode(), COLORMODE_RGBf);
+  EXPECT_EQ(bmp->Init(0, 3), IMAGERESULT_PARAM_ERROR);
+  EXPECT_EQ(bmp->GetBh(), 3) << "a refused picture changes nothing";
+  for (const LONG mode : {0, 1, 2, 6, 0x34, -1})
+    EXPECT_FALSE(Bitmap(MultipassBitmap::Alloc(4, 4, (COLORMODE)mode))) << mode;
+}
+
+TEST_F(BitmapTest, SavedFilesHaveTheAskedForDepthAndAlpha) {
+  const Bitmap bmp(MultipassBitmap::Alloc(2, 2, COLORMODE_ARGBw));
+  UWORD corner[] = {0x8000, 0x1234, 0, 0xffff};
+  ASSERT_TRUE(bmp->SetPixelCnt(1, 0, 1, (UCHAR*)corner, 8, COLORMODE_ARGBw, PIXELCNT_0));
+  const double fine = 0x1234 / 65535.0, coarse = 0x12 / 255.0;
+  const struct {
+    const char* name;
+    LONG format;
+    SAVEBIT savebits;
+    int channels;
+    double red;
+  } cases[] = {
+      {"a.png", FILTER_PNG, SAVEBIT_0, 3, coarse},
+      {"b.png", FILTER_PNG, SAVEBIT_16BITCHANNELS | SAVEBIT_ALPHA, 4, fine},
+      {"c.tif", FILTER_TIF, SAVEBIT_ALPHA, 4, coarse},
+      {"d.tif", FILTER_TIF, SAVEBIT_32BITCHANNELS, 3, fine},
+      {"e.exr", FILTER_EXR, SAVEBIT_0, 3, fine},
+  };
+  for (const auto& c : cases) {
+    const IMAGERESULT saved = bmp->Save(File(c.name), c.format, NULL, c.savebits);
+    if (c.format == FILTER_EXR && !host::CanSavePicture(host::PictureFormat::Exr)) {
+      EXPECT_EQ(saved, IMAGERESULT_WRONGTYPE);
+      continue;
+    }
+    ASSERT_EQ(saved, IMAGERESULT_OK) << c.name;
+    host::Picture picture;
+    std::string error;
+    ASSERT_TRUE(host::LoadPicture(folder_.Path(c.name), &picture, &error)) << error;
+    ASSERT_EQ(picture.channels, c.channels) << c.name;
+    EXPECT_NEAR(picture.At(1, 0)[0], c.red, 1e-6) << c.name;
+    EXPECT_EQ(picture.At(1, 0)[2], 1.0f) << c.name;
+    if (c.channels == 4) {
+      EXPECT_NEAR(picture.At(1, 0)[3], 0.5, 0.003) << c.name;
+    }
+  }
+  // The application's own readers are others: rows and channels must agree with them.
+  bmp->Clear(10, 20, 30);
+  ASSERT_TRUE(bmp->SetPixel(0, 1, 40, 50, 60));
+  for (const LONG format : {FILTER_TIF, FILTER_PNG}) {
+    AutoAlloc<BaseBitmap> loaded;
+    ASSERT_EQ(bmp->Save(File("f"), format, NULL, SAVEBIT_0), IMAGERESULT_OK);
+    ASSERT_EQ(loaded->Init(File("f")), IMAGERESULT_OK);
+    EXPECT_EQ(PixelAt(loaded, 0, 1), (std::array<UWORD, 3>{40, 50, 60}));
+    EXPECT_EQ(PixelAt(loaded, 1, 0), (std::array<UWORD, 3>{10, 20, 30}));
+  }
+}
+
+TEST_F(BitmapTest, RefusedSavesSayWhy) {
+  AutoAlloc<BaseBitmap> bmp;
+  ASSERT_EQ(bmp->Init(64, 64), IMAGERESULT_OK);
+  EXPECT_EQ(bmp->Save(File("missing/a.png"), FILTER_PNG, NULL, SAVEBIT_0), IMAGERESULT_NOTEXISTING);
+  EXPECT_EQ(bmp->Save(File("a.jpg"), 1104, NULL, SAVEBIT_0), IMAGERESULT_WRONGTYPE);
+  EXPECT_EQ(bmp->Save(File("a.png"), FILTER_PNG, NULL, SAVEBIT_32BITCHANNELS), IMAGERESULT_WRONGTYPE);
+  for (const LONG format : {FILTER_PNG, FILTER_TIF, FILTER_EXR}) {
+    if (format == FILTER_EXR && !host::CanSavePicture(host::PictureFormat::Exr)) continue;
+    application_.GetFaults().FailAt(host::Fault::FileWrite, 2);
+    EXPECT_EQ(bmp->Save(File("a"), format, NULL, SAVEBIT_0), IMAGERESULT_FILEERROR) << format;
+  }
+  EXPECT_EQ(folder_.FileCount(), 0u);
+}
+
+} // namespace

@@ -1,0 +1,216 @@
+#include "host/picture/picture.h"
+#include "picture/picture_fixture.h"
+
+#include <cmath>
+#include <csignal>
+#include <limits>
+#include <sys/resource.h>
+#include <tuple>
+
+namespace host {
+namespace {
+
+struct Kind {
+  PictureFormat format;
+  const char* name;
+  double step; ///< between two values that the file can hold; 0 for floats
+};
+const Kind kKinds[] = {
+    {PictureFormat::Png8, "a.png", 1.0 / 255},  {PictureFormat::Png16, "b.png", 1.0 / 65535},
+    {PictureFormat::Tiff8, "c.tif", 1.0 / 255}, {PictureFormat::Tiff16, "d.tif", 1.0 / 65535},
+    {PictureFormat::TiffFloat, "e.tif", 0.0},   {PictureFormat::Exr, "f.exr", 0.0},
+};
+
+class PictureTest : public ::testing::TestWithParam<Kind> {
+protected:
+  void SetUp() override {
+    if (!CanSavePicture(GetParam().format)) GTEST_SKIP() << "this build does not save " << GetParam().name;
+  }
+  bool Save(const Picture& picture, const std::string& path, const WriteFault& fault = {}) {
+    error_.clear();
+    return SavePicture(picture, path, GetParam().format, &error_, fault);
+  }
+  PictureFolder folder_;
+  std::string error_;
+};
+
+TEST_P(PictureTest, ComesBackAsItWas) {
+  for (const int channels : {3, 4}) {
+    const Picture written = Marked(37, 300, channels); // more rows than one packed block of a file has
+    const std::string path = folder_.Path(GetParam().name);
+    Picture read;
+    ASSERT_TRUE(Save(written, path) && LoadPicture(path, &read, &error_)) << error_;
+    ASSERT_EQ(std::tie(read.width, read.height, read.channels),
+              std::tie(written.width, written.height, written.channels));
+    ASSERT_EQ(read.samples.size(), written.samples.size());
+    const double tolerance = GetParam().step * 0.5 + (GetParam().step > 0.0 ? 1e-7 : 0.0);
+    double worst = 0.0;
+    for (std::size_t i = 0; i < read.samples.size(); ++i)
+      worst = std::max(worst, (double)std::abs(read.samples[i] - written.samples[i]));
+    EXPECT_LE(worst, tolerance) << channels;
+  }
+}
+
+TEST_P(PictureTest, IntegersAreCutAndFloatsKept) {
+  const float kNan = std::numeric_limits<float>::quiet_NaN(),
+              kInfinity = std::numeric_limits<float>::infinity();
+  const Picture written = {3, 1, 3, {-0.5f, 0.0f, 1.0f, 2.5f, kNan, kInfinity, -kInfinity, 1e-9f, 0.999999f}};
+  const std::string path = folder_.Path(GetParam().name);
+  Picture read;
+  ASSERT_TRUE(Save(written, path) && LoadPicture(path, &read, &error_)) << error_;
+  if (GetParam().step > 0.0) {
+    EXPECT_EQ(read.samples, (std::vector<float>{0, 0, 1, 1, 0, 1, 0, 0, 1}));
+    return;
+  }
+  ASSERT_EQ(read.samples.size(), written.samples.size());
+  for (std::size_t i = 0; i < read.samples.size(); ++i)
+    EXPECT_TRUE(read.samples[i] == written.samples[i] || (i == 4 && std::isnan(read.samples[i]))) << i;
+}
+
+TEST_P(PictureTest, NamesOfAnyLanguageAreKept) {
+  const std::string path = folder_.Path(std::string("Łódź 点 ö ") + GetParam().name);
+  Picture read;
+  ASSERT_TRUE(Save(Marked(4, 4, 3), path) && LoadPicture(path, &read, &error_)) << error_;
+  EXPECT_TRUE(std::filesystem::exists(std::filesystem::u8path(path)));
+  EXPECT_EQ(folder_.FileCount(), 1u);
+}
+
+TEST_P(PictureTest, EveryRefusedWriteKeepsTheOldFileAlone) {
+  const std::string path = folder_.Path(GetParam().name);
+  ASSERT_TRUE(Save(Marked(5, 5, 3), path)) << error_;
+  const std::string before = PictureFolder::Bytes(path);
+  const Picture larger = Marked(200, 100, 4);
+  int refused = 0;
+  for (int at = 1;; ++at, ++refused) {
+    int writes = 0;
+    if (Save(larger, path, [&] { return ++writes == at; })) break;
+    ASSERT_EQ(error_, path + ": cannot write the picture: No space left on device") << at;
+    ASSERT_EQ(writes, at) << "nothing is written after a refusal";
+    ASSERT_EQ(PictureFolder::Bytes(path), before) << at;
+    ASSERT_EQ(folder_.FileCount(), 1u) << at;
+  }
+  EXPECT_GT(refused, 3);
+  EXPECT_NE(PictureFolder::Bytes(path), before);
+}
+
+TEST_P(PictureTest, UnwritablePlacesGiveOneLine) {
+  const std::string inMissing = folder_.Path("missing/") + GetParam().name, folder = folder_.Path("folder");
+  std::filesystem::create_directory(folder);
+  const std::pair<std::string, std::string> cases[] = {
+      {inMissing, "No such file or directory"},
+      {folder, "Is a directory"},
+      {"/dev/full", "not a regular file"},
+  };
+  for (const auto& [path, reason] : cases) {
+    EXPECT_FALSE(Save(Marked(4, 4, 3), path));
+    EXPECT_EQ(error_, path + ": cannot write the picture: " + reason);
+  }
+  Picture torn = Marked(4, 4, 3);
+  torn.samples.pop_back();
+  EXPECT_FALSE(Save(torn, folder_.Path(GetParam().name)));
+  EXPECT_NE(error_.find("47 samples"), std::string::npos) << error_;
+  EXPECT_EQ(folder_.FileCount(), 1u);
+}
+
+TEST_P(PictureTest, DiskThatFillsUpIsReported) {
+  rlimit limit;
+  getrlimit(RLIMIT_FSIZE, &limit);
+  const rlimit small = {10000, limit.rlim_max};
+  void (*previous)(int) = std::signal(SIGXFSZ, SIG_IGN);
+  setrlimit(RLIMIT_FSIZE, &small);
+  const bool saved = Save(Marked(300, 300, 4), folder_.Path(GetParam().name));
+  setrlimit(RLIMIT_FSIZE, &limit);
+  std::signal(SIGXFSZ, previous);
+  EXPECT_FALSE(saved);
+  EXPECT_NE(error_.find("cannot write the picture: File too large"), std::string::npos) << error_;
+  EXPECT_EQ(folder_.FileCount(), 0u);
+}
+
+TEST_P(PictureTest, CutFilesAreRefused) {
+  const std::string path = folder_.Path(GetParam().name);
+  ASSERT_TRUE(Save(Marked(50, 50, 3), path)) << error_;
+  const std::string whole = PictureFolder::Bytes(path);
+  for (const double part : {0.0, 0.001, 0.25, 0.5, 0.75, 0.95}) {
+    std::ofstream(path, std::ios::binary) << whole.substr(0, (std::size_t)(part * (double)whole.size()));
+    Picture picture = Marked(2, 2, 3);
+    EXPECT_FALSE(LoadPicture(path, &picture, &error_)) << part;
+    EXPECT_EQ(error_.find(path + ": cannot read the picture: "), 0u) << error_;
+    EXPECT_TRUE(picture.samples.empty());
+  }
+}
+
+/** The first place of `before` followed by some bytes; those are replaced. */
+void Patch(const std::string& path, const std::string& before, std::size_t skip, const std::string& now) {
+  std::string bytes = PictureFolder::Bytes(path);
+  const std::size_t at = bytes.find(before);
+  ASSERT_NE(at, std::string::npos);
+  bytes.replace(at + before.size() + skip, now.size(), now);
+  std::ofstream(std::filesystem::u8path(path), std::ios::binary) << bytes;
+}
+
+TEST(PictureHeaders, ClaimsBeyondTheFileAreRefusedWithoutTakingTheMemory) {
+  using namespace std::string_literals;
+  const struct {
+    PictureFormat format;
+    const char* name;
+    std::string before; ///< a field that says the size
+    std::size_t skip;
+    std::string size;
+  } cases[] = {
+      {PictureFormat::TiffFloat, "rows.tif", "\x01\x01\x03\x00\x01\x00\x00\x00"s, 0, "\x00\x7f"s},
+      {PictureFormat::Tiff8, "columns.tif", "\x00\x01\x03\x00\x01\x00\x00\x00"s, 0, "\x00\x7f"s},
+      {PictureFormat::Tiff8, "limit.tif", "\x00\x01\x03\x00\x01\x00\x00\x00"s, 0, "\xff\xff"s},
+      {PictureFormat::Exr, "rows.exr", "dataWindow\0box2i\0\x10\0\0\0"s, 12, "\xff\x7f\0\0"s},
+      {PictureFormat::Exr, "columns.exr", "dataWindow\0box2i\0\x10\0\0\0"s, 8, "\xff\x7f\0\0"s},
+      {PictureFormat::Exr, "limit.exr", "dataWindow\0box2i\0\x10\0\0\0"s, 8, "\xff\xff\xff\x7f"s},
+      {PictureFormat::Exr, "mirrored.exr", "dataWindow\0box2i\0\x10\0\0\0"s, 8, "\xf0\xff\xff\xff"s},
+  };
+  const PictureFolder folder;
+  for (const auto& c : cases) {
+    if (!CanSavePicture(c.format)) continue;
+    const std::string path = folder.Path(c.name);
+    std::string error;
+    Picture picture = Marked(8, 8, 3);
+    ASSERT_TRUE(SavePicture(picture, path, c.format, &error)) << error;
+    Patch(path, c.before, c.skip, c.size);
+    EXPECT_FALSE(LoadPicture(path, &picture, &error)) << c.name;
+    EXPECT_EQ(error.find(path + ": cannot read the picture: "), 0u) << error;
+    EXPECT_EQ(error.find("memory"), std::string::npos) << error;
+    EXPECT_LT(picture.samples.capacity(), 1000u) << c.name;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Formats, PictureTest, ::testing::ValuesIn(kKinds),
+                         [](const auto& instance) { return "Format" + std::to_string(instance.index); });
+
+TEST(PictureFormats, SuffixAndDepthChoose) {
+  const struct {
+    const char* path;
+    int depth;
+    int format; ///< -1: refused
+    const char* reason;
+  } cases[] = {
+      {"a.png", 0, (int)PictureFormat::Png8, ""},
+      {"a.PNG", 16, (int)PictureFormat::Png16, ""},
+      {"a.tif", 16, (int)PictureFormat::Tiff16, ""},
+      {"a.b.Tiff", 32, (int)PictureFormat::TiffFloat, ""},
+      {"a.tif", 0, (int)PictureFormat::Tiff8, ""},
+      {"a.exr", 0, (int)PictureFormat::Exr, ""},
+      {"a.png", 32, -1, "a.png: 32 bits a sample, but .png files have 8 or 16"},
+      {"a.exr", 8, -1, "a.exr: 8 bits a sample, but .exr files have 32"},
+      {"a.jpg", 8, -1, "a.jpg: the suffix \"jpg\" is none of png, tif, tiff, exr"},
+      {"x.png/a", 8, -1, "x.png/a: the suffix \"\" is none of png, tif, tiff, exr"},
+  };
+  for (const auto& c : cases) {
+    PictureFormat format = PictureFormat::Png8;
+    std::string error;
+    EXPECT_EQ(ChoosePictureFormat(c.path, c.depth, &format, &error), c.format >= 0) << c.path << c.depth;
+    EXPECT_EQ(error, c.reason);
+    if (c.format >= 0) {
+      EXPECT_EQ((int)format, c.format) << c.path << " " << c.depth;
+    }
+  }
+}
+
+} // namespace
+} // namespace host

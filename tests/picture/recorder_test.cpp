@@ -1,0 +1,141 @@
+#include "videopost/tallyframe.h"
+
+#include "host/application.h"
+#include "host/render/render_job.h"
+#include "host/scene/text.h"
+#include "kelvra_messages.h"
+#include "picture/picture_fixture.h"
+
+namespace kelvra {
+namespace {
+
+/** Renders an empty document, whose pictures are all background, with the recorder among its video posts. */
+class RecorderTest : public ::testing::Test {
+protected:
+  void SetUp() override {
+    ASSERT_TRUE(RegisterTallyframe());
+    doc_ = application_.NewDocument();
+    options_.width = 9;
+    options_.height = 5;
+    options_.threads = 1;
+    options_.background = Vector(0.25, 0.5, 2.0);
+    folder_.reset(new PictureFolder);
+  }
+  void TearDown() override {
+    FreeTallyframe();
+    std::vector<std::string> lines = application_.Misbehaviour();
+    for (const std::string& line : application_.Close()) lines.push_back(line);
+    EXPECT_EQ(lines, std::vector<std::string>());
+  }
+
+  void Enable(const std::string& folder, const char* pattern = NULL) {
+    host::RenderJob makesThePosts(doc_, options_);
+    BaseVideoPost* post = doc_->GetActiveRenderData()->GetFirstVideoPost();
+    ASSERT_TRUE(post && post->GetType() == kTallyframeId);
+    BaseContainer* settings = post->GetDataInstance();
+    settings->SetBool(KELVRA_RECORDER_ENABLE, TRUE);
+    settings->SetFilename(KELVRA_RECORDER_FOLDER, Filename(host::FromUtf8(folder)));
+    if (pattern) settings->SetString(KELVRA_RECORDER_NAME, pattern);
+  }
+  /** The console's lines meanwhile. */
+  std::vector<std::string> Render(LONG firstFrame, LONG lastFrame) {
+    const std::size_t before = application_.GetConsole().Lines().size();
+    host::RenderJob job(doc_, options_);
+    for (LONG frame = firstFrame; frame <= lastFrame; ++frame) {
+      doc_->SetTime(BaseTime(frame, doc_->GetFps()));
+      results_.push_back(job.RenderFrame().result);
+    }
+    const std::vector<std::string> lines = application_.GetConsole().Lines();
+    return {lines.begin() + (std::ptrdiff_t)before, lines.end()};
+  }
+  std::string Folder() const { return folder_->Path(""); }
+
+  host::Application application_;
+  BaseDocument* doc_ = NULL;
+  host::RenderOptions options_;
+  std::unique_ptr<PictureFolder> folder_;
+  std::vector<RENDERRESULT> results_;
+};
+
+using Lines = std::vector<std::string>;
+const std::vector<RENDERRESULT> kTwoGood = {RENDERRESULT_OK, RENDERRESULT_OK};
+
+TEST_F(RecorderTest, IsOffUntilItIsEnabled) {
+  host::RenderJob makesThePosts(doc_, options_);
+  BaseContainer* settings = doc_->GetActiveRenderData()->GetFirstVideoPost()->GetDataInstance();
+  settings->SetFilename(KELVRA_RECORDER_FOLDER, Filename(host::FromUtf8(Folder())));
+  EXPECT_EQ(Render(0, 1), Lines());
+  EXPECT_EQ(folder_->FileCount(), 0u);
+}
+
+TEST_F(RecorderTest, EveryFrameOfASequenceIsAFileOfItsOwn) {
+  Enable(Folder());
+  EXPECT_EQ(Render(8, 10), Lines());
+  EXPECT_EQ(FramesRecorded(), 3);
+  EXPECT_EQ(folder_->FileCount(), 3u);
+  for (const char* name : {"frame_0008.png", "frame_0009.png", "frame_0010.png"}) {
+    host::gl::Image16 image;
+    std::string error;
+    ASSERT_TRUE(host::gl::ReadPng(folder_->Path(name), &image, &error)) << error;
+    ASSERT_TRUE(image.width == 9 && image.height == 5 && image.channels == 3);
+    for (int y = 0; y < 5; ++y)
+      for (int x = 0; x < 9; ++x)
+        EXPECT_EQ((std::vector<std::uint16_t>(image.At(x, y), image.At(x, y) + 3)),
+                  (std::vector<std::uint16_t>{16384, 32768, 65535}));
+  }
+}
+
+TEST_F(RecorderTest, SuffixOfThePatternChoosesTheFormat) {
+  for (const char* pattern : {"a.tif", "b_##.exr"}) {
+    if (std::string(pattern) == "b_##.exr" && !host::CanSavePicture(host::PictureFormat::Exr)) continue;
+    Enable(Folder(), pattern);
+    EXPECT_EQ(Render(3, 3), Lines());
+    host::Picture picture;
+    std::string error;
+    const std::string name = pattern[0] == 'a' ? "a0003.tif" : "b_03.exr";
+    ASSERT_TRUE(host::LoadPicture(folder_->Path(name), &picture, &error)) << error;
+    EXPECT_NEAR(picture.At(8, 4)[0], 0.25, 1.0 / 65535) << "more than 8 bits";
+  }
+}
+
+TEST_F(RecorderTest, MissingFolderIsToldOnceARenderWhichGoesOn) {
+  Enable(folder_->Path("missing"));
+  for (int render = 0; render < 2; ++render) {
+    EXPECT_EQ(Render(1, 2), Lines{folder_->Path("missing/frame_0001.png") +
+                                  ": the frame is not recorded: the folder does not exist"});
+  }
+  EXPECT_EQ(FramesRecorded(), 0);
+  Enable("");
+  EXPECT_EQ(Render(1, 2), Lines{"The render recorder has no folder: no frame is recorded"});
+  EXPECT_EQ(results_, std::vector<RENDERRESULT>(6, RENDERRESULT_OK));
+}
+
+TEST_F(RecorderTest, FullDiskLeavesTheFramesBeforeAlone) {
+  Enable(Folder());
+  Render(1, 1);
+  const std::string path = folder_->Path("frame_0001.png"), before = PictureFolder::Bytes(path);
+  options_.background = Vector(1.0);
+  application_.GetFaults().FailAt(host::Fault::FileWrite, 1, -1);
+  results_.clear();
+  const Lines lines = Render(1, 2);
+  EXPECT_EQ(results_, kTwoGood);
+  ASSERT_EQ(lines.size(), 1u);
+  EXPECT_EQ(lines[0].find(path + ": the frame is not recorded: the disk is full"), 0u) << lines[0];
+  EXPECT_EQ(PictureFolder::Bytes(path), before);
+  EXPECT_EQ(folder_->FileCount(), 1u) << "nothing half written stays";
+  application_.GetFaults().Clear();
+  EXPECT_EQ(Render(1, 2), Lines());
+  EXPECT_NE(PictureFolder::Bytes(path), before) << "a frame that is rendered again replaces the old one";
+  EXPECT_EQ(FramesRecorded(), 3);
+}
+
+TEST_F(RecorderTest, StoppedRendersAreNotRecorded) {
+  Enable(Folder());
+  application_.GetFaults().FailAt(host::Fault::UserBreak, 1, -1);
+  EXPECT_EQ(Render(1, 1), Lines());
+  EXPECT_NE(results_, std::vector<RENDERRESULT>{RENDERRESULT_OK});
+  EXPECT_EQ(folder_->FileCount(), 0u);
+}
+
+} // namespace
+} // namespace kelvra
