@@ -6,8 +6,8 @@
 namespace cli {
 
 /**
- * "kelvra" in the user's configuration folder: XDG_CONFIG_HOME, else .config in HOME (Windows: APPDATA). Empty
- * without any of them; preferences are then kept in memory only.
+ * "kelvra" in the user's configuration folder: XDG_CONFIG_HOME, else .config in HOME (Windows: APPDATA).
+ * Empty without any of them; preferences are then kept in memory only.
  */
 std::string PreferencesFolder();
 

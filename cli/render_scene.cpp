@@ -37,7 +37,23 @@ WorldExtent ExtentOf(const CloudSession& session) {
 const double kRadiusPerSpacing = 0.75;
 const double kLeastRadius = 0.05;
 
-/** A cloud whose radius nobody chose gets one by its density, so that its surface closes. */
+/** Display distance between neighbouring 32-bit numbers at the cloud's coordinates. */
+double StorageStep(const CloudStats& stats, const Vector& displaySize) {
+  const Box source = stats.Bounds();
+  double step = 0.0;
+  for (int axis = 0; axis < 2; ++axis) { // file x and y, which are the display's x and z
+    const double width = source.max[axis] - source.min[axis];
+    const double most = std::max(std::abs(source.min[axis]), std::abs(source.max[axis]));
+    if (!(width > 0.0) || !(most > 0.0)) continue;
+    step = std::max(step, std::ldexp(1.0, std::ilogb(most) - 23) * displaySize[axis * 2] / width);
+  }
+  return step;
+}
+
+/**
+ * A cloud whose radius nobody chose gets one by its density, so that its surface closes; large coordinates put
+ * points on a coarser raster than their density tells.
+ */
 void ChooseRadius(CloudSession& session, BaseObject* cloud, std::vector<std::string>* notes) {
   BaseContainer* data = cloud->GetDataInstance();
   if (session.WasSet(KELVRA_POINT_RADIUS) || data->GetReal(KELVRA_POINT_RADIUS, -1.0) != -1.0) return;
@@ -47,7 +63,8 @@ void ChooseRadius(CloudSession& session, BaseObject* cloud, std::vector<std::str
   const Vector size = high - low;
   // The largest face of the box: most scans are surfaces seen from one side.
   const double area = std::max({size.x * size.z, size.x * size.y, size.y * size.z});
-  const double radius = std::max(kLeastRadius, kRadiusPerSpacing * std::sqrt(area / (double)stats.Points()));
+  const double spacing = std::max(std::sqrt(area / (double)stats.Points()), StorageStep(stats, size));
+  const double radius = std::max(kLeastRadius, kRadiusPerSpacing * spacing);
   if (!(radius < 1e6)) return;
   data->SetReal(KELVRA_POINT_RADIUS, radius);
   notes->push_back("point radius " + Fixed(radius, 3) + ", chosen by density (--set point_radius=... to change it)");
@@ -68,7 +85,7 @@ void AddGround(CloudSession& session, const WorldExtent& extent, const RenderCom
   points[3] = Vector(middle.x + half, y, middle.z - half);
   ground->GetPolygonW()[0] = CPolygon(0, 1, 2, 3);
   BaseContainer* data = ground->GetDataInstance();
-  data->SetVector(host::kSurfaceColor, Vector(0.72, 0.72, 0.7));
+  data->SetVector(host::kSurfaceColor, Vector(0.55, 0.55, 0.53));
   data->SetReal(host::kSurfaceReflection, options.groundMirror);
   session.Document()->InsertObject(ground, NULL, NULL);
 }

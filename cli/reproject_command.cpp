@@ -15,14 +15,17 @@ namespace {
 const struct {
   LONG id;
   const char* name;
-} kCorners[] = {
-    {KELVRA_SOUTH_WEST_LONGITUDE, "south-west longitude"}, {KELVRA_SOUTH_WEST_LATITUDE, "south-west latitude"},
-    {KELVRA_NORTH_EAST_LONGITUDE, "north-east longitude"}, {KELVRA_NORTH_EAST_LATITUDE, "north-east latitude"},
-    {KELVRA_NORTH_WEST_LONGITUDE, "north-west longitude"}, {KELVRA_NORTH_WEST_LATITUDE, "north-west latitude"}};
+} kCorners[] = {{KELVRA_SOUTH_WEST_LONGITUDE, "south-west longitude"},
+                {KELVRA_SOUTH_WEST_LATITUDE, "south-west latitude"},
+                {KELVRA_NORTH_EAST_LONGITUDE, "north-east longitude"},
+                {KELVRA_NORTH_EAST_LATITUDE, "north-east latitude"},
+                {KELVRA_NORTH_WEST_LONGITUDE, "north-west longitude"},
+                {KELVRA_NORTH_WEST_LATITUDE, "north-west latitude"}};
 
 std::string Text(BaseObject* cloud, LONG id) {
   GeData value;
-  return cloud->GetParameter(DescID(id), value, DESCFLAGS_GET_0) ? host::Utf8(value.GetString()) : std::string();
+  return cloud->GetParameter(DescID(id), value, DESCFLAGS_GET_0) ? host::Utf8(value.GetString())
+                                                                 : std::string();
 }
 
 } // namespace
@@ -34,7 +37,8 @@ int RunReproject(const ReprojectOptions& options) {
   session.RequirePoints();
   BaseObject* cloud = session.Cloud();
   // A scene may hold an earlier answer, which must not pass for this one's.
-  for (const auto& corner : kCorners) cloud->SetParameter(DescID(corner.id), GeData(String()), DESCFLAGS_SET_0);
+  for (const auto& corner : kCorners)
+    cloud->SetParameter(DescID(corner.id), GeData(String()), DESCFLAGS_SET_0);
   const std::size_t firstLine = session.App().GetConsole().Lines().size();
   std::string error;
   if (!session.App().SetParameterFromText(cloud, KELVRA_EPSG, std::to_string(options.reference), &error))
@@ -44,8 +48,7 @@ int RunReproject(const ReprojectOptions& options) {
     std::cerr << "kelvra: the geometry service gave no answer with both corners\n";
     return kExitIncomplete;
   }
-  for (const auto& corner : kCorners)
-    std::cout << corner.name << " " << Text(cloud, corner.id) << "\n";
+  for (const auto& corner : kCorners) std::cout << corner.name << " " << Text(cloud, corner.id) << "\n";
   return session.ExitStatus();
 }
 

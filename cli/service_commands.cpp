@@ -8,10 +8,12 @@ namespace {
 
 void AddReproject(CLI::App& app, int& status) {
   const auto options = std::make_shared<ReprojectOptions>();
-  CLI::App* command = app.add_subcommand("reproject", "Ask the geometry service for a cloud's corners in degrees");
+  CLI::App* command =
+      app.add_subcommand("reproject", "Ask the geometry service for a cloud's corners in degrees");
   command->add_option("FILE", options->files, "LAS, LAZ, XYZ or PTS files, folders of them, or one scene")
       ->required();
-  command->add_option("--sr", options->reference, "Number (EPSG) of the spatial reference that the cloud is in")
+  command
+      ->add_option("--sr", options->reference, "Number (EPSG) of the spatial reference that the cloud is in")
       ->required()
       ->check(CLI::Range(1, 0x7fffffff));
   command->callback([options, &status] { status = RunReproject(*options); });

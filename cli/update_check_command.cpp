@@ -47,7 +47,8 @@ int RunUpdateCheck(Consent consent) {
   if (!application.GetDialogs().Shown().empty()) return kExitWhole;
   // The check itself is silent then, as in the dialog; on a terminal a reason is expected.
   if (ElementText(page, KELVRA_PREFS_ORDER_REFERENCE, "order_reference").empty())
-    std::cerr << "kelvra: the update check needs an order reference (kelvra prefs set order_reference REFERENCE)\n";
+    std::cerr
+        << "kelvra: the update check needs an order reference (kelvra prefs set order_reference REFERENCE)\n";
   else
     std::cerr << "kelvra: the update server gave no answer\n";
   return kExitIncomplete;

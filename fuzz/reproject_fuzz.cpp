@@ -1,5 +1,6 @@
-// Any bytes as a geometry service's answer: a number changes exactly when its colon and comma are there, and then
-// to the host's conversion of the text that they frame. The reference works on plain text with checked indices.
+// Any bytes as a geometry service's answer: a number changes exactly when its colon and comma are there, and
+// then to the host's conversion of the text that they frame. The reference works on plain text with checked
+// indices.
 #include "host/application.h"
 #include "object/reprojection.h"
 
@@ -50,11 +51,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   Reading expected{{0.125, 0.25, 0.5, 0.75}};
   ReadAnswer(answer, expected);
   kelvra::CornerPair corners{0.125, 0.25, 0.5, 0.75};
-  const kelvra::CoordinatesRead read = kelvra::ReadProjectAnswer(String(answer.c_str(), STRINGENCODING_8BIT), corners);
+  const kelvra::CoordinatesRead read =
+      kelvra::ReadProjectAnswer(String(answer.c_str(), STRINGENCODING_8BIT), corners);
   const LReal values[] = {corners.a1, corners.a2, corners.b1, corners.b2};
   const Bool flags[] = {read.a1, read.a2, read.b1, read.b2};
   for (int i = 0; i < 4; ++i) {
-    const bool same = values[i] == expected.values[i] || (values[i] != values[i] && expected.values[i] != expected.values[i]);
+    const bool same = values[i] == expected.values[i] ||
+                      (values[i] != values[i] && expected.values[i] != expected.values[i]);
     if (!same || flags[i] != expected.read[i]) std::abort();
   }
   return 0;

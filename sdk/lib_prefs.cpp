@@ -27,7 +27,8 @@ void PrefsDialogObject::GetPrefsValue(LONG id, GeData& data, DESCFLAGS_GET& flag
   flags |= DESCFLAGS_GET_PARAM_GET;
 }
 
-void PrefsDialogObject::GetPrefsValue(LONG id, GeData& data, DESCFLAGS_GET& flags, const PrefsMapTable* table) {
+void PrefsDialogObject::GetPrefsValue(LONG id, GeData& data, DESCFLAGS_GET& flags,
+                                      const PrefsMapTable* table) {
   const LONG stored = StoredId(id, table);
   if (stored != NOTOK) GetPrefsValue(stored, data, flags);
 }

@@ -30,7 +30,8 @@ protected:
 
   /**
    * Stores a default where the value is missing or of another type, in bc or in the world container. With a
-   * description nothing is stored: the host asks for a default then, and takes it from the resource's DEFAULT.
+   * description nothing is stored: the host asks for a default then, and takes it from the resource's
+   * DEFAULT.
    */
   static void InitPrefsValue(LONG id, const GeData& data, Description* desc, const DescID& descid,
                              BaseContainer* bc = NULL);

@@ -9,8 +9,8 @@ namespace kelvra {
 
 namespace {
 
-/** Keys of the page's own elements. They deliberately differ from the elements' numbers: containers that users
- * have hold their values under these. */
+/** Keys of the page's own elements. They deliberately differ from the elements' numbers: containers that
+ * users have hold their values under these. */
 enum { kKeyOrderReference = 1000, kKeyRegistrationKey = 1001, kKeyVersion = 1002, kKeyStatus = 1003 };
 
 const PrefsMapTable kElements[] = {{KELVRA_PREFS_VERSION, kKeyVersion},

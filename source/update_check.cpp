@@ -27,7 +27,8 @@ void RequestDownloadMail(String url, const String& orderReference) {
   AppendQuery(url, "product_id", LongToString(ProductIdentifier()));
   CHAR* body = Ask(url);
   if (body)
-    MessageDialog("An email, with a download link, has been sent. (to the email address used for your order)");
+    MessageDialog(
+        "An email, with a download link, has been sent. (to the email address used for your order)");
   else
     MessageDialog("There was a problem sending the email. Please contact support.");
   GeFree(body);

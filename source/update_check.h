@@ -1,5 +1,5 @@
-// The update check: asks the maker's server for the latest version and, when the user wants it, for a mail with
-// the download link. Main thread: dialogs, and the caller waits for the requests.
+// The update check: asks the maker's server for the latest version and, when the user wants it, for a mail
+// with the download link. Main thread: dialogs, and the caller waits for the requests.
 #pragma once
 
 #include "c4d.h"

@@ -7,7 +7,7 @@
 #include <cmath>
 #include <limits>
 
-#if KELVRA_HAVE_EMBREE
+#if HOST_HAVE_EMBREE
 #include <embree3/rtcore.h>
 #endif
 
@@ -61,7 +61,7 @@ public:
   bool Nearest(const Vector&, const Vector&, double, double, SurfaceHit*) const override { return false; }
 };
 
-#if KELVRA_HAVE_EMBREE
+#if HOST_HAVE_EMBREE
 
 /** The library keeps 32-bit positions: they are taken from the middle of all surfaces. */
 Vector MiddleOf(const std::vector<Source>& sources) {
@@ -171,7 +171,7 @@ private:
 std::unique_ptr<SurfaceScene> SurfaceScene::Build(BaseDocument* doc, std::string* error) {
   const std::vector<Source> sources = FindSources(doc);
   if (sources.empty()) return std::make_unique<NoSurfaces>();
-#if KELVRA_HAVE_EMBREE
+#if HOST_HAVE_EMBREE
   auto scene = std::make_unique<EmbreeScene>();
   if (!scene->Fill(sources, error)) return nullptr;
   return scene;

@@ -1,32 +1,38 @@
-// One request and its answer, by the platform's HTTP library: libcurl, or WinHTTP on Windows.
+// One request and its answer, by the platform's HTTP library: libcurl, or WinHTTP on Windows. Without the
+// host's types: some of their names are those of the Windows headers.
 #pragma once
 
-#include "net/http_get.h"
 #include "net/http_url.h"
 
 namespace kelvra {
 
+/** Most bytes of the head of an answer. */
+const std::size_t kMostHeadBytes = 1 << 16;
+
+/** Bounds of one exchange. */
+struct HttpStep {
+  int connectMilliseconds, totalMilliseconds;
+  std::string
+      caFile; ///< PEM file to trust in place of the system's authorities, UTF-8; empty for the system's
+};
+
+/** Where the body goes, part by part. */
+class HttpBody {
+public:
+  virtual ~HttpBody() {}
+  /** False ends the exchange: the body is too large or memory is refused. Throws nothing. */
+  virtual bool Append(const char* bytes, std::size_t count) = 0;
+};
+
 struct HttpAnswer {
-  LONG status = 0;
+  int status = 0;
   std::string location; ///< where a redirect leads, as the server wrote it
-  CHAR* body = NULL;    ///< not terminated
-  LONG size = 0, capacity = 0;
-
-  HttpAnswer() {}
-  ~HttpAnswer() { GeFree(body); }
-  HttpAnswer(const HttpAnswer&) = delete;
-  HttpAnswer& operator=(const HttpAnswer&) = delete;
-
-  /** FALSE when the body would pass `most` bytes or memory is refused. */
-  Bool Append(const CHAR* bytes, std::size_t count, LONG most);
-  /** Hands the body over, terminated; NULL when memory is refused. */
-  CHAR* Release();
 };
 
 /**
- * Sends one GET and reads the answer without following a redirect. FALSE when there is no whole answer within
- * the time: no connection, a certificate that is not trusted, a broken transfer, a body or headers too large.
+ * Sends one GET and reads the answer without following a redirect. False when there is no whole answer within
+ * the time: no connection, a certificate that is not trusted, a broken transfer, a body or head too large.
  */
-Bool HttpExchange(const HttpUrl& url, const HttpOptions& options, LONG millisecondsLeft, HttpAnswer* answer);
+bool HttpExchange(const HttpUrl& url, const HttpStep& step, HttpBody& body, HttpAnswer* answer);
 
 } // namespace kelvra

@@ -10,12 +10,58 @@ namespace kelvra {
 
 namespace {
 
-const LONG kStatusOk = 200;
+const int kStatusOk = 200;
 const LONG kFirstCapacity = 4096;
 /** Characters of a refused address that the console shows. */
 const std::size_t kShownCharacters = 80;
 
-bool IsRedirect(LONG status) {
+/** The body in a block of the host that grows. */
+class HostBody : public HttpBody {
+public:
+  explicit HostBody(LONG most) : most_(most) {}
+  ~HostBody() override { GeFree(block_); }
+  bool Append(const char* bytes, std::size_t count) override {
+    if (count > (std::size_t)(most_ - size_) || !Reserve(size_ + (LONG)count + 1)) return false;
+    std::copy_n(bytes, count, block_ + size_);
+    size_ += (LONG)count;
+    return true;
+  }
+  /** Hands the body over, terminated; NULL when memory is refused. */
+  CHAR* Release() {
+    if (!Reserve(size_ + 1)) return NULL; // an empty body has no block yet
+    block_[size_] = 0;
+    CHAR* released = block_;
+    block_ = NULL;
+    size_ = capacity_ = 0;
+    return released;
+  }
+
+private:
+  bool Reserve(LONG needed) {
+    if (needed <= capacity_) return true;
+    const LONG larger = std::max(needed, std::min(std::max(2 * capacity_, kFirstCapacity), most_ + 1));
+    CHAR* grown = GeReallocTypeNC(CHAR, block_, larger);
+    if (!grown) return false;
+    block_ = grown;
+    capacity_ = larger;
+    return true;
+  }
+
+  const LONG most_;
+  CHAR* block_ = NULL;
+  LONG size_ = 0, capacity_ = 0;
+};
+
+/** False when memory is refused: an empty name would mean the system's authorities. */
+bool CopyUtf8(const String& text, std::string* copy) {
+  CHAR* bytes = text.GetCStringCopy(STRINGENCODING_UTF8);
+  if (bytes) *copy = bytes;
+  const bool whole = bytes != NULL;
+  GeFree(bytes);
+  return whole;
+}
+
+bool IsRedirect(int status) {
   return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
 }
 
@@ -31,11 +77,16 @@ bool FollowRedirect(const HttpAnswer& answer, HttpUrl* url) {
 CHAR* Get(HttpUrl url, const HttpOptions& options) {
   using Clock = std::chrono::steady_clock;
   const Clock::time_point end = Clock::now() + std::chrono::milliseconds(options.totalMilliseconds);
+  HttpStep step;
+  if (!CopyUtf8(options.caFile, &step.caFile)) return NULL;
   for (int redirects = 0; redirects <= kMostRedirects; ++redirects) {
     const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
+    step.totalMilliseconds = (int)left;
+    step.connectMilliseconds = std::min(options.connectMilliseconds, (LONG)left);
+    HostBody body(options.mostBytes);
     HttpAnswer answer;
-    if (left <= 0 || !HttpExchange(url, options, (LONG)left, &answer)) return NULL;
-    if (answer.status == kStatusOk) return answer.Release();
+    if (left <= 0 || !HttpExchange(url, step, body, &answer)) return NULL;
+    if (answer.status == kStatusOk) return body.Release();
     if (!IsRedirect(answer.status) || !FollowRedirect(answer, &url)) return NULL;
   }
   return NULL;
@@ -46,9 +97,10 @@ void SayOnceHowToSetAddresses(const std::string& url) {
   if (said) return;
   said = true;
   // Without an address of the service only the path is left.
-  const std::string reason = url.empty() || url[0] == '/'
-                                 ? std::string("the address of the service is not set")
-                                 : "\"" + url.substr(0, kShownCharacters) + "\" is no plain http:// or https:// address";
+  const std::string reason =
+      url.empty() || url[0] == '/'
+          ? std::string("the address of the service is not set")
+          : "\"" + url.substr(0, kShownCharacters) + "\" is no plain http:// or https:// address";
   GePrint(String(("Kelvra: nothing is sent, " + reason +
                   "; set it on the preferences page, with \"kelvra prefs set geometry_service ADDRESS\" or "
                   "\"update_server ADDRESS\", or in the environment as KELVRA_GEOMETRY_SERVICE or "
@@ -57,30 +109,6 @@ void SayOnceHowToSetAddresses(const std::string& url) {
 }
 
 } // namespace
-
-Bool HttpAnswer::Append(const CHAR* bytes, std::size_t count, LONG most) {
-  if (count > (std::size_t)(most - size)) return FALSE;
-  const LONG needed = size + (LONG)count + 1; // with the terminator
-  if (needed > capacity) {
-    const LONG larger = std::min(std::max({needed, 2 * capacity, kFirstCapacity}), std::max(needed, most + 1));
-    CHAR* grown = GeReallocTypeNC(CHAR, body, larger);
-    if (!grown) return FALSE;
-    body = grown;
-    capacity = larger;
-  }
-  std::copy_n(bytes, count, body + size);
-  size += (LONG)count;
-  return TRUE;
-}
-
-CHAR* HttpAnswer::Release() {
-  if (!Append("", 0, size)) return NULL; // an empty body has no block yet
-  CHAR* released = body;
-  released[size] = 0;
-  body = NULL;
-  size = capacity = 0;
-  return released;
-}
 
 CHAR* HttpGet(const CHAR* url, const HttpOptions& options) {
   HttpUrl parsed;

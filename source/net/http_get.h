@@ -18,10 +18,11 @@ struct HttpOptions {
 const int kMostRedirects = 5;
 
 /**
- * The body of the answer, NUL-terminated, which the caller frees with GeFree; NULL when there is no answer with
- * status 200. The address goes out as it is, nothing in it is escaped. A failed request is silent. An address
- * that is none (the services' addresses are empty until somebody sets them) sends nothing, and the console says
- * once a run how to set them. The proxy settings of the environment, on Windows of the system, are honoured.
+ * The body of the answer, NUL-terminated, which the caller frees with GeFree; NULL when there is no answer
+ * with status 200. The address goes out as it is, nothing in it is escaped. A failed request is silent. An
+ * address that is none (the services' addresses are empty until somebody sets them) sends nothing, and the
+ * console says once a run how to set them. The proxy settings of the environment, on Windows of the system,
+ * are honoured.
  */
 CHAR* HttpGet(const CHAR* url);
 /** The same with bounds of the caller's and without the line on the console. */

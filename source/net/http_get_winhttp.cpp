@@ -1,9 +1,10 @@
-// The exchange by WinHTTP. It trusts the system's certificate authorities: HttpOptions::caFile has no meaning
+// The exchange by WinHTTP. It trusts the system's certificate authorities: HttpStep::caFile has no meaning
 // here, authorities of an intranet are installed in the system.
 #ifdef _WIN32
 
 #include "net/http_exchange.h"
 
+#include <algorithm>
 #include <chrono>
 #include <windows.h>
 
@@ -20,7 +21,6 @@ namespace kelvra {
 
 namespace {
 
-const DWORD kMostHeaderBytes = 1 << 16;
 const DWORD kReadBytes = 16384;
 
 class InternetHandle {
@@ -45,7 +45,7 @@ std::wstring Wide(const std::string& text) {
 /** The library's own bounds are those of single steps: each step gets what is left of the whole. */
 class Deadline {
 public:
-  explicit Deadline(LONG milliseconds) : end_(Clock::now() + std::chrono::milliseconds(milliseconds)) {}
+  explicit Deadline(int milliseconds) : end_(Clock::now() + std::chrono::milliseconds(milliseconds)) {}
   /** 0 once it is over. */
   DWORD Left() const {
     const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end_ - Clock::now()).count();
@@ -63,7 +63,8 @@ bool SetNumber(HINTERNET handle, DWORD option, DWORD value) {
 
 HINTERNET OpenSession() {
   // Automatic proxies are known from Windows 8.1 on.
-  for (const DWORD access : {(DWORD)WINHTTP_ACCESS_TYPE_AUTOMATIC_PROXY, (DWORD)WINHTTP_ACCESS_TYPE_DEFAULT_PROXY})
+  for (const DWORD access :
+       {(DWORD)WINHTTP_ACCESS_TYPE_AUTOMATIC_PROXY, (DWORD)WINHTTP_ACCESS_TYPE_DEFAULT_PROXY})
     if (const HINTERNET session =
             WinHttpOpen(L"Kelvra", access, WINHTTP_NO_PROXY_NAME, WINHTTP_NO_PROXY_BYPASS, 0))
       return session;
@@ -78,14 +79,14 @@ HINTERNET OpenRequest(HINTERNET connection, const HttpUrl& url) {
                             WINHTTP_DEFAULT_ACCEPT_TYPES, flags);
 }
 
-bool Send(HINTERNET request, const HttpOptions& options, const Deadline& deadline) {
+bool Send(HINTERNET request, const HttpStep& step, const Deadline& deadline) {
   const DWORD left = deadline.Left();
   if (left == 0) return false;
-  const int whole = (int)left, connect = (int)LMin(options.connectMilliseconds, (LONG)left);
+  const int whole = (int)left, connect = std::min(step.connectMilliseconds, whole);
   return WinHttpSetTimeouts(request, connect, connect, whole, whole) &&
          SetNumber(request, WINHTTP_OPTION_DISABLE_FEATURE,
                    WINHTTP_DISABLE_REDIRECTS | WINHTTP_DISABLE_COOKIES | WINHTTP_DISABLE_AUTHENTICATION) &&
-         SetNumber(request, WINHTTP_OPTION_MAX_RESPONSE_HEADER_SIZE, kMostHeaderBytes) &&
+         SetNumber(request, WINHTTP_OPTION_MAX_RESPONSE_HEADER_SIZE, (DWORD)kMostHeadBytes) &&
          SetNumber(request, WINHTTP_OPTION_RECEIVE_RESPONSE_TIMEOUT, left) &&
          WinHttpSendRequest(request, WINHTTP_NO_ADDITIONAL_HEADERS, 0, WINHTTP_NO_REQUEST_DATA, 0, 0, 0) &&
          WinHttpReceiveResponse(request, NULL);
@@ -96,11 +97,11 @@ bool ReadHead(HINTERNET request, HttpAnswer* answer) {
   if (!WinHttpQueryHeaders(request, WINHTTP_QUERY_STATUS_CODE | WINHTTP_QUERY_FLAG_NUMBER,
                            WINHTTP_HEADER_NAME_BY_INDEX, &status, &size, WINHTTP_NO_HEADER_INDEX))
     return false;
-  answer->status = (LONG)status;
+  answer->status = (int)status;
   size = 0;
   WinHttpQueryHeaders(request, WINHTTP_QUERY_LOCATION, WINHTTP_HEADER_NAME_BY_INDEX, NULL, &size,
                       WINHTTP_NO_HEADER_INDEX);
-  if (GetLastError() != ERROR_INSUFFICIENT_BUFFER || size > kMostHeaderBytes) return true; // no redirect
+  if (GetLastError() != ERROR_INSUFFICIENT_BUFFER || size > (DWORD)kMostHeadBytes) return true; // no redirect
   std::wstring location(size / sizeof(wchar_t), L'\0');
   if (!WinHttpQueryHeaders(request, WINHTTP_QUERY_LOCATION, WINHTTP_HEADER_NAME_BY_INDEX, &location[0], &size,
                            WINHTTP_NO_HEADER_INDEX))
@@ -111,8 +112,8 @@ bool ReadHead(HINTERNET request, HttpAnswer* answer) {
   return true;
 }
 
-bool ReadBody(HINTERNET request, const HttpOptions& options, const Deadline& deadline, HttpAnswer* answer) {
-  CHAR bytes[kReadBytes];
+bool ReadBody(HINTERNET request, const Deadline& deadline, HttpBody& body) {
+  char bytes[kReadBytes];
   for (;;) {
     const DWORD left = deadline.Left();
     DWORD got = 0;
@@ -120,22 +121,22 @@ bool ReadBody(HINTERNET request, const HttpOptions& options, const Deadline& dea
         !WinHttpReadData(request, bytes, kReadBytes, &got))
       return false;
     if (got == 0) return true;
-    if (!answer->Append(bytes, got, options.mostBytes)) return false;
+    if (!body.Append(bytes, got)) return false;
   }
 }
 
 } // namespace
 
-Bool HttpExchange(const HttpUrl& url, const HttpOptions& options, LONG millisecondsLeft, HttpAnswer* answer) {
-  const Deadline deadline(millisecondsLeft);
+bool HttpExchange(const HttpUrl& url, const HttpStep& step, HttpBody& body, HttpAnswer* answer) {
+  const Deadline deadline(step.totalMilliseconds);
   const InternetHandle session(OpenSession());
-  if (!session) return FALSE;
+  if (!session) return false;
   const InternetHandle connection(
       WinHttpConnect(session, Wide(url.host).c_str(), (INTERNET_PORT)url.port, 0));
-  if (!connection) return FALSE;
+  if (!connection) return false;
   const InternetHandle request(OpenRequest(connection, url));
-  return request && Send(request, options, deadline) && ReadHead(request, answer) &&
-         ReadBody(request, options, deadline, answer);
+  return request && Send(request, step, deadline) && ReadHead(request, answer) &&
+         ReadBody(request, deadline, body);
 }
 
 } // namespace kelvra

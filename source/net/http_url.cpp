@@ -16,10 +16,10 @@ bool IsSendable(char c) {
 std::size_t SchemeLength(const std::string& text, bool* secure) {
   for (const char* scheme : {"http://", "https://"}) {
     const std::string wanted = scheme;
-    const bool same =
-        text.size() >= wanted.size() && std::equal(wanted.begin(), wanted.end(), text.begin(), [](char a, char b) {
-          return a == (b >= 'A' && b <= 'Z' ? (char)(b + 32) : b);
-        });
+    const bool same = text.size() >= wanted.size() &&
+                      std::equal(wanted.begin(), wanted.end(), text.begin(), [](char a, char b) {
+                        return a == (b >= 'A' && b <= 'Z' ? (char)(b + 32) : b);
+                      });
     if (!same) continue;
     *secure = wanted == "https://";
     return wanted.size();

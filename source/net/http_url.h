@@ -23,8 +23,8 @@ struct HttpUrl {
 bool ParseHttpUrl(const std::string& text, HttpUrl* url);
 
 /**
- * The address that a redirect leads to, absolute; dots in a relative path are left to the server. Not checked:
- * what comes out goes through ParseHttpUrl.
+ * The address that a redirect leads to, absolute; dots in a relative path are left to the server. Not
+ * checked: what comes out goes through ParseHttpUrl.
  */
 std::string ResolveRedirect(const HttpUrl& from, const std::string& location);
 

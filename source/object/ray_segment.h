@@ -34,6 +34,11 @@ struct WalkedCell {
   LReal entry; ///< parameter at which the ray enters it, up to rounding
 };
 
+/** Truncated, at most one cell outside of the grid; 0 on an axis without extent, as for the items there. */
+inline LONG WalkedCoordinate(LReal place, LReal most) {
+  return place == place ? (LONG)FCut(place, -1.0, most) : 0;
+}
+
 /**
  * Walks the cells of a grid along the clipped part of a ray (3D digital differential analyser, after Amanatides
  * and Woo) and calls visit(cell) for each that lies inside the grid, until visit returns false.
@@ -50,8 +55,8 @@ void WalkCells(const GridNode& root, const CellGrid& grid, const RaySegment& ray
   const LVector from = ray.At(range.entry), to = ray.At(range.exit);
   for (LONG axis = 0; axis < 3; ++axis) {
     const LReal most = grid.Count(axis);
-    at[axis] = (LONG)FCut((from[axis] - root.boxMin[axis]) * grid.cellsPerUnit[axis], -1.0, most);
-    const LONG last = (LONG)FCut((to[axis] - root.boxMin[axis]) * grid.cellsPerUnit[axis], -1.0, most);
+    at[axis] = WalkedCoordinate((from[axis] - root.boxMin[axis]) * grid.cellsPerUnit[axis], most);
+    const LONG last = WalkedCoordinate((to[axis] - root.boxMin[axis]) * grid.cellsPerUnit[axis], most);
     remaining[axis] = last > at[axis] ? last - at[axis] : at[axis] - last;
     boundary[axis] = kNever;
     increment[axis] = 0.0;

@@ -35,9 +35,9 @@ int ParseNumbers(const String& text, LReal& c1, LReal& c2) {
  * The text of the next point object at or after `from`, which moves behind it; empty, and FALSE, when a brace
  * is missing.
  *
- * The text deliberately stops two characters short of the closing brace, so that the last number loses its last
- * two: 47.25 is read as 47. Whoever calls depends on it: the six texts of scenes that exist were made from such
- * numbers, and the same cloud must show the same ones again.
+ * The text deliberately stops two characters short of the closing brace, so that the last number loses its
+ * last two: 47.25 is read as 47. Whoever calls depends on it: the six texts of scenes that exist were made
+ * from such numbers, and the same cloud must show the same ones again.
  */
 Bool NextPointText(const String& answer, LONG& from, String& text) {
   LONG open = 0, close = 0;

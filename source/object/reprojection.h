@@ -24,8 +24,8 @@ struct CoordinatesRead {
 String FormatPoint(LReal c1, LReal c2);
 
 /**
- * Two numbers from the text of one point object, without its braces; TRUE when both were found. A number whose
- * colon or comma is missing stays as it is.
+ * Two numbers from the text of one point object, without its braces; TRUE when both were found. A number
+ * whose colon or comma is missing stays as it is.
  */
 Bool ParsePoint(const String& text, LReal& c1, LReal& c2);
 
@@ -36,8 +36,8 @@ String ProjectRequest(const String& base, LONG inSR, const CornerPair& corners);
 CoordinatesRead ReadProjectAnswer(const String& answer, CornerPair& corners);
 
 /**
- * Asks the geometry service. FALSE only for reference 0: then nothing is sent. Otherwise TRUE, and the numbers
- * change as far as the answer could be read; `read` tells which did. One GET; the caller waits.
+ * Asks the geometry service. FALSE only for reference 0: then nothing is sent. Otherwise TRUE, and the
+ * numbers change as far as the answer could be read; `read` tells which did. One GET; the caller waits.
  */
 Bool Reproject(LONG inSR, CornerPair& corners, CoordinatesRead* read);
 Bool Reproject(LONG inSR, LReal& a1, LReal& a2, LReal& b1, LReal& b2);

@@ -38,7 +38,9 @@ public:
 
   /** False when the ray needs no further cell. */
   bool Visit(const WalkedCell& cell) {
-    if (cell.entry > lastEntry_) return false;
+    // Too far for items that lie there; items of the far faces share the places of cells at x 0 or y 0.
+    const bool folded = cell.at[0] == 0 || cell.at[1] == 0;
+    if (cell.entry > lastEntry_ && !folded) return ray_.sign[0] < 0 || ray_.sign[1] < 0;
     // A cell is looked through when the walk is some cells further: what it lists is on its way by then.
     Ahead& ahead = ahead_[walked_ % kAhead];
     ahead.cell = cell;

@@ -27,7 +27,8 @@ Result RunProgram(const std::string& program, const std::vector<std::string>& ar
   std::string command = "XDG_CONFIG_HOME=" + Quoted(config.empty() ? folder / "config" : config) + " " +
                         Quoted(std::string(KELVRA_BIN_DIR) + "/" + program);
   for (const std::string& argument : arguments) command += " " + Quoted(argument);
-  command += " >" + Quoted(folder / "out") + " 2>" + Quoted(folder / "err") + " <" + Quoted(folder.Write("in", input));
+  command += " >" + Quoted(folder / "out") + " 2>" + Quoted(folder / "err") + " <" +
+             Quoted(folder.Write("in", input));
   const int status = std::system(command.c_str());
   Result result;
   result.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);

@@ -13,6 +13,8 @@
 #include <memory>
 #include <vector>
 
+constexpr LONG kGuest = 1099402;
+
 /** An object whose messages run what the test gives, as code of a plug-in. */
 class Guest : public ObjectData {
 public:
@@ -26,9 +28,15 @@ protected:
     Scratch::SetUp();
     application_.reset(new host::Application);
     doc_ = application_->NewDocument();
-    ASSERT_TRUE(RegisterObjectPlugin(1099402, "Guest", 0, Guest::Alloc, String(), NULL, 0));
+    ASSERT_TRUE(RegisterObjectPlugin(kGuest, "Guest", 0, Guest::Alloc, String(), NULL, 0));
   }
-  static void AsModule(std::function<void()> work) { AutoAlloc<BaseObject>(1099402)->Message(1, &work); }
+  /** As code of a plug-in, whose n-th block of memory is refused; 0 for none. */
+  void AsModule(int n, std::function<void()> work) {
+    AutoAlloc<BaseObject> guest(kGuest);
+    if (n > 0) application_->GetFaults().FailAt(host::Fault::Allocation, n);
+    guest->Message(MSG_UPDATE, &work);
+    application_->GetFaults().Clear();
+  }
   /** What was reported, and what outlives the application, must be what the test took note of. */
   void TearDown() override {
     std::vector<std::string> lines = application_->Misbehaviour();

@@ -58,9 +58,7 @@ TEST_F(GeometryTest, RefusedMemoryChangesNothing) {
     for (bool done = false; !done; ++refused) {
       ASSERT_LT(refused, 50);
       const host::LiveCounts live = application_->Live();
-      application_->GetFaults().FailAt(host::Fault::Allocation, refused + 1);
-      AsModule([&] { done = item.call(); });
-      application_->GetFaults().Clear();
+      AsModule(refused + 1, [&] { done = item.call(); });
       EXPECT_EQ(Content(figure) + Content(spline) + Content(plain), before) << "block " << refused + 1;
       EXPECT_EQ(application_->Live().nodes, live.nodes);
       EXPECT_EQ(application_->Live().blocks, live.blocks);
@@ -86,7 +84,7 @@ TEST_F(GeometryTest, BoxHoldsAllFinitePoints) {
 
 TEST_F(GeometryTest, VertexMapOfAnotherLengthIsReported) {
   PolygonObject* op = AddFigure();
-  AsModule([&] {
+  AsModule(0, [&] {
     EXPECT_NE(op->MakeVariableTag(Tvertexmap, 6), nullptr);
     EXPECT_TRUE(application_->Misbehaviour().empty());
     EXPECT_NE(op->MakeVariableTag(Tvertexmap, 5), nullptr);

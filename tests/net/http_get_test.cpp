@@ -32,8 +32,8 @@ protected:
 
 TEST_F(HttpGetTest, RequestLineIsTheAddressAsItWasBuilt) {
   RawServer server([](int s) { RawServer::Send(s, Head(2) + "ok"); });
-  const std::string targets[] = {"/p?geometries={\"g\":\"e\",\"geometries\":[{\"x\":-1.5,\"y\":2}]}", "/a/../b//./c?d=%7B|^`\\<>",
-                                 "/?", "/a?x=1&y=[2]"};
+  const std::string targets[] = {"/p?geometries={\"g\":\"e\",\"geometries\":[{\"x\":-1.5,\"y\":2}]}",
+                                 "/a/../b//./c?d=%7B|^`\\<>", "/?", "/a?x=1&y=[2]"};
   for (const std::string& target : targets) EXPECT_EQ(Get(server.Address() + target), "ok");
   const std::vector<std::string> lines = server.RequestLines();
   ASSERT_EQ(lines.size(), std::size(targets));
@@ -54,7 +54,8 @@ TEST_F(HttpGetTest, BodyHasABound) {
   WebServer server([](const httplib::Request& request, httplib::Response& response) {
     response.body = std::string((std::size_t)std::stoul(request.path.substr(1)), 'x');
   });
-  for (const std::size_t size : {std::size_t(0), std::size_t(1), std::size_t(4095), std::size_t(4096), kMostBody}) {
+  for (const std::size_t size :
+       {std::size_t(0), std::size_t(1), std::size_t(4095), std::size_t(4096), kMostBody}) {
     const auto body = Get(server.Address() + "/" + std::to_string(size));
     ASSERT_TRUE(body) << size;
     EXPECT_EQ(body->size(), size);
@@ -76,12 +77,15 @@ TEST_F(HttpGetTest, BrokenAnswersAreNone) {
       {"endless body",
        [](int s) {
          if (RawServer::Send(s, "HTTP/1.1 200 OK\r\n\r\n"))
-           while (RawServer::Send(s, std::string(65536, 'x'))) {}
+           while (RawServer::Send(s, std::string(65536, 'x'))) {
+           }
        }},
       {"endless head",
        [](int s) {
          if (RawServer::Send(s, "HTTP/1.1 200 OK\r\n"))
-           for (int i = 0; RawServer::Send(s, "X-" + std::to_string(i) + ": " + std::string(500, 'x') + "\r\n");) ++i;
+           for (int i = 0;
+                RawServer::Send(s, "X-" + std::to_string(i) + ": " + std::string(500, 'x') + "\r\n");)
+             ++i;
        }},
   };
   for (const auto& c : cases) {
@@ -89,7 +93,8 @@ TEST_F(HttpGetTest, BrokenAnswersAreNone) {
     RawServer server(c.answer);
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(Get(server.Address() + "/"), std::nullopt);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5)) << "ended by the time bound only";
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5))
+        << "ended by the time bound only";
     EXPECT_EQ(server.RequestLines().size(), 1u);
   }
 }
@@ -105,7 +110,8 @@ TEST_F(HttpGetTest, TimeIsBoundedAsAWhole) {
     RawServer::Send(s, "HTTP/1.1 302 Found\r\nLocation: /again\r\nContent-Length: 0\r\n\r\n");
   };
   options_.totalMilliseconds = 400;
-  for (const std::function<void(int)>& answer : {std::function<void(int)>(drip), std::function<void(int)>(wait)}) {
+  for (const std::function<void(int)>& answer :
+       {std::function<void(int)>(drip), std::function<void(int)>(wait)}) {
     RawServer server(answer);
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(Get(server.Address() + "/"), std::nullopt);
@@ -136,8 +142,10 @@ TEST_F(HttpGetTest, NoRedirectLeadsFromHttpsToHttpOrElsewhere) {
   certificate.WritePem(Path("ca.pem"));
   options_.caFile = String(Path("ca.pem").c_str());
   const WebServer::Answer answer = [&](const httplib::Request& request, httplib::Response& response) {
-    if (request.path == "/end") response.body = "end";
-    else response.set_redirect(request.get_param_value("to"));
+    if (request.path == "/end")
+      response.body = "end";
+    else
+      response.set_redirect(request.get_param_value("to"));
   };
   WebServer plain(answer), secure(answer, &certificate);
   EXPECT_EQ(Get(secure.Address() + "/?to=" + secure.Address() + "/end"), "end");
@@ -146,7 +154,8 @@ TEST_F(HttpGetTest, NoRedirectLeadsFromHttpsToHttpOrElsewhere) {
   EXPECT_EQ(Get(secure.Address() + "/?to=" + plain.Address() + "/end"), std::nullopt);
   EXPECT_EQ(plain.Requests(), before) << "the plain server must not even be asked";
   // By way of https back to http.
-  EXPECT_EQ(Get(plain.Address() + "/?to=" + secure.Address() + "/%3Fto%3D" + plain.Address() + "/end"), std::nullopt);
+  EXPECT_EQ(Get(plain.Address() + "/?to=" + secure.Address() + "/%3Fto%3D" + plain.Address() + "/end"),
+            std::nullopt);
   EXPECT_EQ(plain.Requests(), before + 1);
   EXPECT_EQ(secure.Requests(), 5);
   for (const char* target : {"file:///etc/hosts", "ftp://127.0.0.1/x", "gopher://127.0.0.1/"})
@@ -160,12 +169,16 @@ TEST_F(HttpGetTest, CertificatesAreChecked) {
     const char* name;
     const TestCertificate *server, *trusted;
     bool answered;
-  } cases[] = {{"trusted", &good, &good, true},          {"unknown authority", &good, nullptr, false},
-               {"another authority", &good, &otherAuthority, false}, {"another host", &otherHost, &otherHost, false},
-               {"expired", &expired, &expired, false},   {"not valid yet", &early, &early, false}};
+  } cases[] = {{"trusted", &good, &good, true},
+               {"unknown authority", &good, nullptr, false},
+               {"another authority", &good, &otherAuthority, false},
+               {"another host", &otherHost, &otherHost, false},
+               {"expired", &expired, &expired, false},
+               {"not valid yet", &early, &early, false}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
-    WebServer server([](const httplib::Request&, httplib::Response& response) { response.body = "ok"; }, c.server);
+    WebServer server([](const httplib::Request&, httplib::Response& response) { response.body = "ok"; },
+                     c.server);
     options_.caFile = String();
     if (c.trusted) {
       c.trusted->WritePem(Path("ca.pem"));
@@ -179,7 +192,8 @@ TEST_F(HttpGetTest, CertificatesAreChecked) {
 }
 
 TEST_F(HttpGetTest, RefusedMemoryIsNoAnswer) {
-  WebServer server([](const httplib::Request&, httplib::Response& response) { response.body = std::string(100000, 'x'); });
+  WebServer server(
+      [](const httplib::Request&, httplib::Response& response) { response.body = std::string(100000, 'x'); });
   const host::ModuleScope asModule;
   const host::LiveCounts live = application_->Live();
   bool answered = false;
@@ -199,7 +213,8 @@ TEST_F(HttpGetTest, AMissingAddressIsExplainedOnceARun) {
   for (const char* url : {"/ArcGIS/rest", "ftp://127.0.0.1/", ""}) EXPECT_EQ(HttpGet(url), nullptr);
   const std::vector<std::string> lines = application_->GetConsole().Lines();
   ASSERT_EQ(lines.size(), before + 1);
-  for (const char* part : {"geometry_service", "update_server", "KELVRA_GEOMETRY_SERVICE", "KELVRA_UPDATE_SERVER"})
+  for (const char* part :
+       {"geometry_service", "update_server", "KELVRA_GEOMETRY_SERVICE", "KELVRA_UPDATE_SERVER"})
     EXPECT_NE(lines.back().find(part), std::string::npos) << part;
 }
 

@@ -32,10 +32,11 @@ TEST(HttpUrl, IsTakenApartWithoutChange) {
 TEST(HttpUrl, WhatCannotBeSentAsItIsIsRefused) {
   HttpUrl url;
   for (const std::string& text :
-       {std::string(), std::string("/php/x"), std::string("h/x"), std::string("ftp://h/"), std::string("file:///etc/hosts"),
-        std::string("http:/h"), std::string("http:///x"), std::string("http://:80/"), std::string("http://u:p@h/"),
-        std::string("http://h:0/"), std::string("http://h:65536/"), std::string("http://h:8x/"),
-        std::string("http://h/a b"), std::string("http://h/a\r\nHost: other"), std::string("http://h/#part"),
+       {std::string(), std::string("/php/x"), std::string("h/x"), std::string("ftp://h/"),
+        std::string("file:///etc/hosts"), std::string("http:/h"), std::string("http:///x"),
+        std::string("http://:80/"), std::string("http://u:p@h/"), std::string("http://h:0/"),
+        std::string("http://h:65536/"), std::string("http://h:8x/"), std::string("http://h/a b"),
+        std::string("http://h/a\r\nHost: other"), std::string("http://h/#part"),
         std::string("http://h/\xc3\xa4"), std::string("http://h/\0x", 11),
         "http://h/" + std::string(kMostUrlBytes, 'x')})
     EXPECT_FALSE(ParseHttpUrl(text, &url)) << text.substr(0, 40);
@@ -44,9 +45,9 @@ TEST(HttpUrl, WhatCannotBeSentAsItIsIsRefused) {
 TEST(HttpUrl, RedirectsAreResolvedAgainstWhereTheyCameFrom) {
   const struct {
     const char *location, *expected;
-  } cases[] = {{"https://o/p", "https://o/p"},     {"//o/p", "http://o/p"},     {"/p?q", "http://h:8/p?q"},
-               {"p", "http://h:8/a/p"},            {"?q", "http://h:8/a/b?q"},  {"p:q", "p:q"},
-               {"/p:q", "http://h:8/p:q"},         {"", "http://h:8/a/"}};
+  } cases[] = {{"https://o/p", "https://o/p"}, {"//o/p", "http://o/p"},    {"/p?q", "http://h:8/p?q"},
+               {"p", "http://h:8/a/p"},        {"?q", "http://h:8/a/b?q"}, {"p:q", "p:q"},
+               {"/p:q", "http://h:8/p:q"},     {"", "http://h:8/a/"}};
   HttpUrl from;
   ASSERT_TRUE(ParseHttpUrl("http://h:8/a/b?c=/d", &from));
   for (const auto& c : cases) EXPECT_EQ(ResolveRedirect(from, c.location), c.expected);

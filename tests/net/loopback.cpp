@@ -9,7 +9,8 @@
 #include <unistd.h>
 
 void ClearProxies() {
-  for (const char* name : {"http_proxy", "https_proxy", "HTTP_PROXY", "HTTPS_PROXY", "all_proxy", "ALL_PROXY"})
+  for (const char* name :
+       {"http_proxy", "https_proxy", "HTTP_PROXY", "HTTPS_PROXY", "all_proxy", "ALL_PROXY"})
     ::unsetenv(name);
 }
 
@@ -36,7 +37,8 @@ void RawServer::Serve() {
   for (int socket; (socket = ::accept(listener_, nullptr, nullptr)) >= 0; ::close(socket)) {
     std::string head;
     char bytes[4096];
-    for (ssize_t got; head.find("\r\n\r\n") == std::string::npos && (got = ::recv(socket, bytes, sizeof bytes, 0)) > 0;)
+    for (ssize_t got;
+         head.find("\r\n\r\n") == std::string::npos && (got = ::recv(socket, bytes, sizeof bytes, 0)) > 0;)
       head.append(bytes, (std::size_t)got);
     {
       const std::lock_guard<std::mutex> lock(mutex_);

@@ -49,7 +49,7 @@ TEST_F(Preferences, ElementsLieUnderKeysOfTheirOwn) {
   const struct {
     LONG element, key;
     const char* preset;
-  } cases[] = {{1000, 1002, "1.44"}, {1001, 1000, ""}, {1002, 1001, ""},  {1006, 1003, "Unregistered"},
+  } cases[] = {{1000, 1002, "1.44"}, {1001, 1000, ""}, {1002, 1001, ""}, {1006, 1003, "Unregistered"},
                {1020, 2000, ""},     {1021, 2001, ""}, {1022, 2002, ""}};
   for (const auto& c : cases) {
     EXPECT_EQ(Get(c.element), c.preset) << c.element;
@@ -128,17 +128,19 @@ TEST(UpdateVersion, CountsHundredthsOnly) {
   const struct {
     const char* reply;
     Bool newer;
-  } cases[] = {{"1.44", FALSE}, {"1.45", TRUE},   {"1.441", FALSE}, {"1.449", FALSE},  {"1.4499999", FALSE},
-               {"1.5", TRUE},   {" 2\n", TRUE},   {"\r\n1.45", TRUE}, {"+1.45", TRUE}, {"1.45beta", TRUE},
-               {"beta", FALSE}, {"-2", FALSE},    {"", FALSE},      {"nan", FALSE},    {"inf", FALSE},
-               {"1e999", FALSE}, {"1e300", TRUE}, {"-1e300", FALSE}, {"<html>2</html>", FALSE}};
+  } cases[] = {{"1.44", FALSE},      {"1.45", TRUE},     {"1.441", FALSE},         {"1.449", FALSE},
+               {"1.4499999", FALSE}, {"1.5", TRUE},      {" 2\n", TRUE},           {"\r\n1.45", TRUE},
+               {"+1.45", TRUE},      {"1.45beta", TRUE}, {"beta", FALSE},          {"-2", FALSE},
+               {"", FALSE},          {"nan", FALSE},     {"inf", FALSE},           {"1e999", FALSE},
+               {"1e300", TRUE},      {"-1e300", FALSE},  {"<html>2</html>", FALSE}};
   for (const auto& c : cases) EXPECT_EQ(IsNewerVersion(c.reply), c.newer) << c.reply;
 }
 
 TEST_F(Preferences, UpdateCheckSaysWhatTheServerMeans) {
-  const std::string latest = "You already have the latest version of Kelvra",
-                    sent = "An email, with a download link, has been sent. (to the email address used for your order)",
-                    problem = "There was a problem sending the email. Please contact support.";
+  const std::string
+      latest = "You already have the latest version of Kelvra",
+      sent = "An email, with a download link, has been sent. (to the email address used for your order)",
+      problem = "There was a problem sending the email. Please contact support.";
   const struct {
     const char *order, *version, *mail; ///< mail: answer to the second request; NULL is a status 500
     GEMB_R answer;
@@ -151,10 +153,26 @@ TEST_F(Preferences, UpdateCheckSaysWhatTheServerMeans) {
       {"K-17", "1.44", "ok", GEMB_R_YES, {latest}, {""}},
       {"K-17", "none", "ok", GEMB_R_YES, {latest}, {""}},
       {"K-17", "1.45", "ok", GEMB_R_NO, {"Do you want to download Kelvra 1.45"}, {""}},
-      {"K-17", "1.45", "ok", GEMB_R_YES, {"Do you want to download Kelvra 1.45", sent}, {"", "?reference_no=K-17&product_id=1"}},
-      {"K-17", "1.45", "", GEMB_R_YES, {"Do you want to download Kelvra 1.45", problem}, {"", "?reference_no=K-17&product_id=1"}},
-      {"K-17", "2", nullptr, GEMB_R_YES, {"Do you want to download Kelvra 2", problem}, {"", "?reference_no=K-17&product_id=1"}},
-      {"K 17", "2", "ok", GEMB_R_YES, {"Do you want to download Kelvra 2", problem}, {""}}, // cannot be sent as it is
+      {"K-17",
+       "1.45",
+       "ok",
+       GEMB_R_YES,
+       {"Do you want to download Kelvra 1.45", sent},
+       {"", "?reference_no=K-17&product_id=1"}},
+      {"K-17",
+       "1.45",
+       "",
+       GEMB_R_YES,
+       {"Do you want to download Kelvra 1.45", problem},
+       {"", "?reference_no=K-17&product_id=1"}},
+      {"K-17",
+       "2",
+       nullptr,
+       GEMB_R_YES,
+       {"Do you want to download Kelvra 2", problem},
+       {"", "?reference_no=K-17&product_id=1"}},
+      {"K 17", "2", "ok", GEMB_R_YES, {"Do you want to download Kelvra 2", problem}, {""}}, // cannot be sent
+                                                                                            // as it is
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(std::string(c.order) + " " + (c.version ? c.version : "500"));
@@ -171,7 +189,8 @@ TEST_F(Preferences, UpdateCheckSaysWhatTheServerMeans) {
     for (const host::DialogRecord& dialog : application_->GetDialogs().Shown()) shown.push_back(dialog.text);
     EXPECT_EQ(shown, c.shown);
     std::vector<std::string> lines;
-    for (const std::string& target : c.targets) lines.push_back("GET /php/send/mail/update.php" + target + " HTTP/1.1");
+    for (const std::string& target : c.targets)
+      lines.push_back("GET /php/send/mail/update.php" + target + " HTTP/1.1");
     EXPECT_EQ(server.RequestLines(), lines);
   }
 }

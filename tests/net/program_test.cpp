@@ -14,7 +14,8 @@ class ServiceCommands : public testing::Test {
 protected:
   void SetUp() override {
     ClearProxies();
-    for (const char* name : {"KELVRA_UPDATE_SERVER", "KELVRA_GEOMETRY_SERVICE", "KELVRA_CA_FILE"}) ::unsetenv(name);
+    for (const char* name : {"KELVRA_UPDATE_SERVER", "KELVRA_GEOMETRY_SERVICE", "KELVRA_CA_FILE"})
+      ::unsetenv(name);
   }
   Result Run(const std::vector<std::string>& arguments, const std::string& input = "") {
     return RunProgram("kelvra", arguments, folder_ / "config", input);
@@ -31,9 +32,10 @@ TEST_F(ServiceCommands, PreferencesSurviveARestart) {
   Set("1023", "42");
   EXPECT_EQ(Run({"prefs", "get", "order_reference"}).out, "K-17 \xc3\xa4\"\\\n");
   EXPECT_EQ(Run({"prefs", "get", "1001"}).out, "K-17 \xc3\xa4\"\\\n");
-  EXPECT_EQ(Run({"prefs", "list"}).out,
-            "version = 1.44\norder_reference = K-17 \xc3\xa4\"\\\nregistration_key = \nstatus = Unregistered\n"
-            "geometry_service = \nupdate_server = \nca_file = \nproduct = 42\n");
+  EXPECT_EQ(
+      Run({"prefs", "list"}).out,
+      "version = 1.44\norder_reference = K-17 \xc3\xa4\"\\\nregistration_key = \nstatus = Unregistered\n"
+      "geometry_service = \nupdate_server = \nca_file = \nproduct = 42\n");
   const std::string file = folder_ / "config/kelvra/preferences.json";
   const auto written = std::filesystem::last_write_time(file);
   EXPECT_EQ(Run({"info", folder_.Write("p.xyz", "1 2 3\n")}).status, 0);
@@ -45,10 +47,16 @@ TEST_F(ServiceCommands, PreferencesSurviveARestart) {
 }
 
 TEST_F(ServiceCommands, WrongUseIsNamed) {
-  const std::vector<std::vector<std::string>> wrong = {
-      {"prefs"}, {"prefs", "get", "speed"}, {"prefs", "get", "register"}, {"prefs", "set", "version", "2"},
-      {"prefs", "set", "1006", "x"}, {"prefs", "set", "product", "many"}, {"update-check", "--yes", "--no"},
-      {"reproject", "x.xyz"}, {"reproject", "x.xyz", "--sr", "0"}, {"reproject", "x.xyz", "--sr", "EPSG:2994"}};
+  const std::vector<std::vector<std::string>> wrong = {{"prefs"},
+                                                       {"prefs", "get", "speed"},
+                                                       {"prefs", "get", "register"},
+                                                       {"prefs", "set", "version", "2"},
+                                                       {"prefs", "set", "1006", "x"},
+                                                       {"prefs", "set", "product", "many"},
+                                                       {"update-check", "--yes", "--no"},
+                                                       {"reproject", "x.xyz"},
+                                                       {"reproject", "x.xyz", "--sr", "0"},
+                                                       {"reproject", "x.xyz", "--sr", "EPSG:2994"}};
   for (const auto& arguments : wrong) {
     const Result result = Run(arguments);
     EXPECT_EQ(result.status, 2) << arguments.back();
@@ -77,8 +85,10 @@ TEST_F(ServiceCommands, UpdateCheckIsAnsweredOnTheTerminalOrByAFlag) {
   EXPECT_EQ(server.Requests(), 0);
 
   Set("update_server", server.Address());
-  const std::string latest = "You already have the latest version of Kelvra\n", question = "Do you want to download Kelvra ",
-                    sent = "An email, with a download link, has been sent. (to the email address used for your order)\n";
+  const std::string
+      latest = "You already have the latest version of Kelvra\n",
+      question = "Do you want to download Kelvra ",
+      sent = "An email, with a download link, has been sent. (to the email address used for your order)\n";
   const struct {
     const char* version;
     std::vector<std::string> flags;
@@ -112,8 +122,10 @@ TEST_F(ServiceCommands, ReprojectPrintsSixTextsOrThatNothingWasAnswered) {
   std::string answer = R"({"geometries":[{"x":12.5,"y":47.25},{"x":13.125,"y":48.5}]})";
   const TestCertificate certificate;
   certificate.WritePem(folder_ / "ca.pem");
-  WebServer server([&](const httplib::Request&, httplib::Response& response) { response.body = answer; }, &certificate);
-  const std::vector<std::string> command = {"reproject", folder_.Write("p.xyz", "1 2 3\n4 5 6\n"), "--sr", "2994"};
+  WebServer server([&](const httplib::Request&, httplib::Response& response) { response.body = answer; },
+                   &certificate);
+  const std::vector<std::string> command = {"reproject", folder_.Write("p.xyz", "1 2 3\n4 5 6\n"), "--sr",
+                                            "2994"};
   const Result unset = Run(command);
   EXPECT_EQ(unset.status, 1);
   EXPECT_NE(unset.err.find("KELVRA_GEOMETRY_SERVICE"), std::string::npos) << unset.err;

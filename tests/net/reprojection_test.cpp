@@ -1,4 +1,5 @@
-// The corners of a cloud in degrees: the request's text, the answer cut apart, and the six texts of the object.
+// The corners of a cloud in degrees: the request's text, the answer cut apart, and the six texts of the
+// object.
 #include "object/reprojection.h"
 
 #include "host/scene/text.h"
@@ -12,7 +13,8 @@ namespace {
 
 using host::Utf8;
 
-const char* const kAnswer = R"({"geometryType":"esriGeometryPoint","geometries":[{"x":12.5,"y":47.25},{"x":-13.125,"y":-48.5}]})";
+const char* const kAnswer =
+    R"({"geometryType":"esriGeometryPoint","geometries":[{"x":12.5,"y":47.25},{"x":-13.125,"y":-48.5}]})";
 
 class Reprojection : public ObjectTest {
 protected:
@@ -41,10 +43,11 @@ TEST_F(Reprojection, PointsAreWrittenWithNineDecimals) {
                {636975.0449999999, 1e15, R"({"x":636975.045000000,"y":1000000000000000.000000000})"},
                {0.0, -1e-12, R"({"x":0.000000000,"y":-0.000000000})"}};
   for (const auto& c : cases) EXPECT_EQ(Utf8(FormatPoint(c.x, c.y)), c.text);
-  EXPECT_EQ(Utf8(ProjectRequest("http://h", -2994, {1, 2, 3, 4})),
-            "http://h/ArcGIS/rest/services/Geometry/GeometryServer/project?f=json&inSR=-2994&outSR=4326&geometries="
-            "{\"geometryType\":\"esriGeometryPoint\",\"geometries\":[{\"x\":1.000000000,\"y\":2.000000000},"
-            "{\"x\":3.000000000,\"y\":4.000000000}]}");
+  EXPECT_EQ(
+      Utf8(ProjectRequest("http://h", -2994, {1, 2, 3, 4})),
+      "http://h/ArcGIS/rest/services/Geometry/GeometryServer/project?f=json&inSR=-2994&outSR=4326&geometries="
+      "{\"geometryType\":\"esriGeometryPoint\",\"geometries\":[{\"x\":1.000000000,\"y\":2.000000000},"
+      "{\"x\":3.000000000,\"y\":4.000000000}]}");
 }
 
 TEST_F(Reprojection, PointTextGivesWhatItsPunctuationFrames) {
@@ -52,11 +55,16 @@ TEST_F(Reprojection, PointTextGivesWhatItsPunctuationFrames) {
     const char* text;
     Bool whole;
     LReal c1, c2; ///< -1 where nothing is read
-  } cases[] = {{"\"x\":12.5,\"y\":47.", TRUE, 12.5, 47},     {"", FALSE, -1, -1},
-               {"12.5,47", FALSE, -1, -1},                   {"\"x\":12.5", FALSE, -1, -1},
-               {",\"x\":12.5", FALSE, -1, -1},               {"\"x\":12.5,47", FALSE, 12.5, -1},
-               {"\"x\":,\"y\":", TRUE, 0, 0},                {"\"x\": 1e2 ,\"y\": -3 ", TRUE, 100, -3},
-               {"\"x\":\"NaN\",\"y\":\"Na", TRUE, 0, 0},     {"a:1:2,b:3,c:4", TRUE, 1, 3}};
+  } cases[] = {{"\"x\":12.5,\"y\":47.", TRUE, 12.5, 47},
+               {"", FALSE, -1, -1},
+               {"12.5,47", FALSE, -1, -1},
+               {"\"x\":12.5", FALSE, -1, -1},
+               {",\"x\":12.5", FALSE, -1, -1},
+               {"\"x\":12.5,47", FALSE, 12.5, -1},
+               {"\"x\":,\"y\":", TRUE, 0, 0},
+               {"\"x\": 1e2 ,\"y\": -3 ", TRUE, 100, -3},
+               {"\"x\":\"NaN\",\"y\":\"Na", TRUE, 0, 0},
+               {"a:1:2,b:3,c:4", TRUE, 1, 3}};
   for (const auto& c : cases) {
     LReal c1 = -1, c2 = -1;
     EXPECT_EQ(ParsePoint(c.text, c1, c2), c.whole) << c.text;
@@ -135,10 +143,11 @@ TEST_F(Reprojection, ObjectAsksForItsFirstBlockAndShowsSixTexts) {
   SetReference("2994");
   EXPECT_EQ(Cloud(op_).settingsChanged, 1);
   ASSERT_EQ(server.RequestLines().size(), 1u);
-  EXPECT_NE(server.RequestLines()[0].find("inSR=2994&outSR=4326&geometries={\"geometryType\":\"esriGeometryPoint\","
-                                          "\"geometries\":[{\"x\":100.000000000,\"y\":200.000000000},"
-                                          "{\"x\":300.000000000,\"y\":400.000000000}]} HTTP/1.1"),
-            std::string::npos)
+  EXPECT_NE(
+      server.RequestLines()[0].find("inSR=2994&outSR=4326&geometries={\"geometryType\":\"esriGeometryPoint\","
+                                    "\"geometries\":[{\"x\":100.000000000,\"y\":200.000000000},"
+                                    "{\"x\":300.000000000,\"y\":400.000000000}]} HTTP/1.1"),
+      std::string::npos)
       << server.RequestLines()[0];
   const std::vector<std::string> shown = {"47.00000000",  "-13.12500000", "12.50000000",
                                           "-48.00000000", "-48.00000000", "12.50000000"};

@@ -5,7 +5,6 @@
 #include "object/voxel_trace.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <limits>
 #include <memory>
@@ -69,14 +68,27 @@ inline bool Meets(const RaySegment& ray, const RenderItem& item, LReal farLimit,
   return hit.exit >= 0 && hit.entry <= farLimit;
 }
 
+/** All cells along a ray. */
+inline std::vector<kelvra::WalkedCell> Walk(const VoxelData& data, const RaySegment& ray) {
+  std::vector<kelvra::WalkedCell> cells;
+  const kelvra::GridNode& root = data.nodes.data[0];
+  kelvra::ParameterRange range;
+  if (kelvra::ClipToBox(ray, root.boxMin, root.boxMax, &range))
+    kelvra::WalkCells(root, *data.Root(), ray, range, [&](const kelvra::WalkedCell& cell) {
+      cells.push_back(cell);
+      return true;
+    });
+  return cells;
+}
+
 /** The hits of the cells in their order, at most 1024 with duplicates; sorted, without duplicates. */
-inline std::vector<HitRecord> Hits(const VoxelData& data, const Lists& lists, const TracedRay& traced,
-                                   const std::vector<std::array<LONG, 3>>& cells) {
+inline std::vector<HitRecord> Hits(const VoxelData& data, const Lists& lists, const TracedRay& traced) {
   const RaySegment ray(traced.origin, traced.end);
   std::vector<HitRecord> hits;
-  for (const auto& cell : cells) {
+  for (const kelvra::WalkedCell& cell : Walk(data, ray)) {
     const CellGrid& grid = *data.Root();
-    for (const ULONG i : lists.at[cell[0] + (std::size_t)grid.nx * (cell[1] + (std::size_t)grid.ny * cell[2])]) {
+    const std::size_t place = cell.at[0] + (std::size_t)grid.nx * (cell.at[1] + (std::size_t)grid.ny * cell.at[2]);
+    for (const ULONG i : lists.at[place]) {
       HitRecord hit;
       hit.item = (LONG)i;
       if (hits.size() == 1024 || (!hits.empty() && hits.back().item == hit.item)) continue;
@@ -152,12 +164,10 @@ struct Recorder : kelvra::TraceObserver {
     LVector color;
     LReal left;
   };
-  std::vector<std::array<LONG, 3>> cells;
   std::vector<Shade> shaded;
 
-  void Cell(const kelvra::WalkedCell& cell, LLONG) override { cells.push_back({cell.at[0], cell.at[1], cell.at[2]}); }
   void Shaded(const HitRecord& hit, kelvra::HitFate fate, LReal opacity, const LVector& color, LReal left) override {
-    if (fate != kelvra::kHitDuplicate) shaded.push_back({hit, fate, opacity, color, left});
+    if (hit.item != kelvra::kNoItem && fate != kelvra::kHitDuplicate) shaded.push_back({hit, fate, opacity, color, left});
   }
 };
 
@@ -198,7 +208,10 @@ inline std::string CheckShading(const VoxelData& data, const TracedRay& traced, 
     if (shade.fate != fate && !(softened && shade.fate == kelvra::kHitBlended))
       return place + "fate " + std::to_string(shade.fate) + " instead of " + std::to_string(fate);
     if (shade.fate != kelvra::kHitBlended) continue;
-    if (!opacity.Holds(shade.opacity))
+    // The last one is blended with what was left.
+    const bool last = shade.left <= 0;
+    if (last ? shade.opacity > opacity.high + 1e-12 || std::abs(shade.opacity - left) > 1e-12
+             : !opacity.Holds(shade.opacity))
       return place + "opacity " + std::to_string(shade.opacity) + " instead of " + std::to_string(opacity.high);
     LVector color(item.color[0], item.color[1], item.color[2]);
     if (traced.mode == 0 && (record.illuminate || record.illuminateAlt)) {
@@ -214,10 +227,10 @@ inline std::string CheckShading(const VoxelData& data, const TracedRay& traced, 
       const LVector sent = FakeLight::Of(asked.p, asked.normal, asked.alt) + LVector(0.125, 0.25, 0.375);
       color = LVector(color.x * sent.x, color.y * sent.y, color.z * sent.z);
     }
-    left -= shade.opacity;
+    left = last ? 0.0 : left - shade.opacity;
     if (traced.mode == 0) {
       if (shade.color != color) return place + "color";
-      sum += color * (left > 0 ? shade.opacity : shade.opacity - std::abs(left));
+      sum += color * shade.opacity;
     }
     if (std::max(left, 0.0) != std::max(shade.left, 0.0)) return place + "light that is left";
   }
@@ -234,7 +247,7 @@ inline std::string Check(const VoxelData& data, const Lists& lists, const Traced
   thread.shadow->excluded = excluded;
   const TracedLight result = kelvra::TraceObserved(data, ray, own, &light, seen);
   if (thread.shadow->excluded != (ray.mode == 1 ? excluded : -1)) return "excluded item afterwards";
-  const std::vector<HitRecord> hits = Hits(data, lists, ray, seen.cells);
+  const std::vector<HitRecord> hits = Hits(data, lists, ray);
   if (seen.shaded.size() != hits.size())
     return std::to_string(seen.shaded.size()) + " hits instead of " + std::to_string(hits.size());
   const std::string wrong = CheckShading(data, ray, hits, seen, light, excluded, result);
