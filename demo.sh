@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds, and shows a real laser scan: pictures, a thinned one, falloff, clones and a
-# saved scene. With files given (LAS, LAZ, XYZ, PTS, folders, a scene) it shows those.
+# Installs what is missing, builds, and shows a real laser scan: a rendered picture, viewport pictures, a thinned
+# one, falloff, clones and a saved scene. With files given (LAS, LAZ, XYZ, PTS, folders, a scene) it shows those.
 #
 #   ./demo.sh [FILE...]      results go to out/
 set -euo pipefail
@@ -49,6 +49,7 @@ show out/view_inverted_height.png snapshot "${files[@]}" --set point_size=5 --se
 show out/view_from_north.png snapshot "${files[@]}" --set point_size=5 --camera 0,150,225 --target 0,-8,0
 show out/view_thinned.png snapshot "${files[@]}" --set point_size=5 --set thin_view=8
 show out/view_falloff.png snapshot "${files[@]}" --set point_size=8 --set falloff_action=2 --set falloff_radius=120
+show out/render.png render "${files[@]}" --ground
 show out/view_clones.png snapshot "${files[@]}" --set point_size=2 --clones 3x1x3:215
 
 echo "== A scene that holds the points"

@@ -26,6 +26,7 @@ struct RenderCommandOptions : SnapshotOptions {
   std::vector<std::string> lights; ///< see scene_light.h
   bool ground = false;
   double groundMirror = 0.0;        ///< share that the ground mirrors
+  std::vector<double> groundHeight; ///< world units, or empty: below the lowest point
   int supersample = 2;              ///< rays a pixel and axis
   int depth = 0;                    ///< bits a sample, 0 for the format's usual
   std::string frames;               ///< FIRST-LAST

@@ -116,6 +116,9 @@ void AddRender(CLI::App& app, cli::RenderCommandOptions& options, std::string& s
   OnePerFlag(command->add_option("--light", options.lights,
                                  "sun:AZIMUTH,ELEVATION, point:X,Y,Z or ambient, then :BRIGHTNESS and :#RRGGBB"));
   command->add_flag("--ground", options.ground, "Put a ground below the points");
+  command->add_option("--ground-height", options.groundHeight, "Height of the ground, in world units")
+      ->expected(1)
+      ->check(CLI::Range(-1e9, 1e9));
   command->add_option("--ground-mirror", options.groundMirror, "Share of light that the ground mirrors, 0 to 1")
       ->check(CLI::Range(0.0, 1.0));
   command->add_option("--supersample", options.supersample, "N x N rays a pixel, 2")->check(CLI::Range(1, 16));

@@ -10,7 +10,7 @@ namespace cli {
 
 BaseList2D* FindPreferencesPage(host::Application& application) {
   const host::PluginInfo* plugin = application.FindByDescription("KelvraPrefs");
-  BaseList2D* page = plugin ? application.PreferencesPage(plugin->id) : NULL;
+  BaseList2D* page = plugin ? application.PreferencesPage(plugin->id) : nullptr;
   if (!page) throw std::runtime_error("the module offers no preferences page");
   return page;
 }

@@ -34,7 +34,7 @@ WorldExtent ExtentOf(const CloudSession& session) {
 }
 
 /** Radius of points on average side by side over the ground that they cover. */
-const double kRadiusPerSpacing = 0.75;
+const double kRadiusPerSpacing = 1.1;
 const double kLeastRadius = 0.05;
 
 /** Display distance between neighbouring 32-bit numbers at the cloud's coordinates. */
@@ -77,7 +77,8 @@ void AddGround(CloudSession& session, const WorldExtent& extent, const RenderCom
   const Vector middle = (extent.low + extent.high) * 0.5, size = extent.high - extent.low;
   const double half = 4.0 * std::max({size.x, size.y, size.z, 1.0});
   // A hair below the lowest point: points that touch it are not cut.
-  const double y = extent.low.y - 1e-3 * std::max(size.y, 1.0);
+  const double y =
+      options.groundHeight.empty() ? extent.low.y - 1e-3 * std::max(size.y, 1.0) : options.groundHeight[0];
   Vector* points = ground->GetPointW();
   points[0] = Vector(middle.x - half, y, middle.z - half);
   points[1] = Vector(middle.x - half, y, middle.z + half);
@@ -122,7 +123,7 @@ RenderScene PrepareScene(CloudSession& session, const RenderCommandOptions& opti
   // A scene keeps its own lights unless others are asked for.
   if (!options.lights.empty() || !hasLight)
     AddLights(session.Document(), options.lights.empty() ? kDefaultLights : options.lights);
-  if (options.ground && extent.valid) AddGround(session, extent, options);
+  if ((options.ground || !options.groundHeight.empty()) && extent.valid) AddGround(session, extent, options);
 
   host::RenderOptions& render = scene.render;
   render.width = options.width;

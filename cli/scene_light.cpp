@@ -9,7 +9,7 @@
 
 namespace cli {
 
-const std::vector<std::string> kDefaultLights = {"sun:315,40:1.15", "ambient:0.42:#dfe8ff"};
+const std::vector<std::string> kDefaultLights = {"sun:300,38:1.45", "ambient:0.5:#e4ebff"};
 
 namespace {
 

@@ -17,7 +17,9 @@ struct Bytes {
   /** Small multiples of a quarter, now and then far out or odd. */
   LReal Number() {
     const int coarse = Next() - 128, fine = Next();
-    return fine < 128 ? coarse * 0.25 : fine < 250 ? coarse + fine / 1024.0 : coarse * std::pow(10.0, fine - 250);
+    return fine < 128   ? coarse * 0.25
+           : fine < 250 ? coarse + fine / 1024.0
+                        : coarse * std::pow(10.0, fine - 250);
   }
   LVector Place() {
     const LReal x = Number(), y = Number(), z = Number();
@@ -58,8 +60,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     ray.origin = bytes.Place();
     const LVector delta = bytes.Place();
     ray.end = ray.origin + (kind & 1 ? delta : delta * 1e18);
-    if (kind & 1) ray.farLimit = delta.GetLength();
-    else if (kind & 64) ray.farLimit = ray.surfaceDistance = bytes.Next();
+    if (kind & 1)
+      ray.farLimit = delta.GetLength();
+    else if (kind & 64)
+      ray.farLimit = ray.surfaceDistance = bytes.Next();
     if (!oracle::Check(scene, lists, ray, bytes.Next() - 1, thread).empty()) std::abort();
   }
   return 0;

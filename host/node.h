@@ -73,7 +73,7 @@ struct Node {
 struct Object : Node {
   explicit Object(LONG objectType) : Node(NodeKind::Object, objectType) {}
   Matrix ml;
-  NodeList children{this}, tags{this};
+  NodeList children{this}, tags{this}, shaders{this};
   NodeList cache{this};       ///< at most one object: what the generator built last
   NodeList deformCache{this}; ///< at most one object: what deformers made of this one
   ULONG cacheState = 0;       ///< dirty count that the cache was built for
@@ -146,6 +146,9 @@ inline Tag* Impl(BaseTag* tag) {
 inline VideoPost* Impl(BaseVideoPost* vp) {
   return reinterpret_cast<VideoPost*>(vp);
 }
+inline Shader* Impl(BaseShader* shader) {
+  return reinterpret_cast<Shader*>(shader);
+}
 inline RenderSettings* Impl(RenderData* rd) {
   return reinterpret_cast<RenderSettings*>(rd);
 }
@@ -167,6 +170,9 @@ inline BaseTag* Api(Tag* tag) {
 }
 inline BaseVideoPost* Api(VideoPost* vp) {
   return reinterpret_cast<BaseVideoPost*>(vp);
+}
+inline BaseShader* Api(Shader* shader) {
+  return reinterpret_cast<BaseShader*>(shader);
 }
 inline BaseSceneHook* Api(SceneHook* hook) {
   return reinterpret_cast<BaseSceneHook*>(hook);

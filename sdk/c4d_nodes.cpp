@@ -184,6 +184,19 @@ BUILDFLAGS HierarchyHelp::GetBuildFlags() {
   return C4DOS.Bo->GetHelpFlags(this);
 }
 
+BaseShader* BaseShader::Alloc(LONG type) {
+  return AllocNode<BaseShader>(PLUGINTYPE_SHADER, type);
+}
+void BaseShader::Free(BaseShader*& shader) {
+  FreeNode(shader);
+}
+BaseShader* BaseList2D::GetFirstShader() const {
+  return C4DOS.At->GetFirstShader(this);
+}
+void BaseList2D::InsertShader(BaseShader* shader, BaseShader* pred) {
+  C4DOS.At->InsertShader(this, shader, pred);
+}
+
 BaseVideoPost* BaseVideoPost::Alloc(LONG type) {
   return AllocNode<BaseVideoPost>(PLUGINTYPE_VIDEOPOST, type);
 }

@@ -13,6 +13,7 @@ class BaseTag;
 class BaseThread;
 class BaseVideoPost;
 class BaseSceneHook;
+class BaseShader;
 class Description;
 class HierarchyHelp;
 class HyperFile;
@@ -77,6 +78,9 @@ public:
   /** The live container; valid as long as the node. */
   BaseContainer* GetDataInstance();
   const BaseContainer* GetDataInstance() const { return const_cast<BaseList2D*>(this)->GetDataInstance(); }
+  /** Shaders that the node carries; it owns them. Objects carry shaders, other nodes report and refuse. */
+  BaseShader* GetFirstShader() const;
+  void InsertShader(BaseShader* shader, BaseShader* pred = NULL);
   Bool GetBit(LONG mask) const;
   void SetBit(LONG mask);
   void DelBit(LONG mask);
@@ -132,7 +136,12 @@ public:
 };
 
 class BaseSceneHook : public BaseList2D {};
-class BaseShader : public BaseList2D {};
+class BaseShader : public BaseList2D {
+public:
+  static BaseShader* Alloc(LONG type);
+  static void Free(BaseShader*& shader);
+  BaseShader* GetNext() { return (BaseShader*)GeListNode::GetNext(); }
+};
 
 class RenderData : public BaseList2D {
 public:

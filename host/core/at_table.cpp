@@ -70,6 +70,22 @@ struct AtEntries {
   static Bool SetParameter(C4DAtom* node, const DescID& id, const GeData& data, DESCFLAGS_SET flags) {
     return host::SetParameter(*Impl(node), id, data, flags);
   }
+  static BaseShader* GetFirstShader(const BaseList2D* bl) {
+    NodeList* list = ListFor(*const_cast<Node*>(Impl(bl)), NodeKind::Shader);
+    return list ? Api((Shader*)list->first) : NULL;
+  }
+  static void InsertShader(BaseList2D* bl, BaseShader* shader, BaseShader* pred) {
+    if (!shader) return;
+    NodeList* list = ListFor(*Impl(bl), NodeKind::Shader);
+    if (!list) return ReportCaller("a shader is given to a node that carries none");
+    Node* after = Impl(pred);
+    if (after && after->list != list) {
+      ReportCaller("a shader is inserted after one of another node");
+      after = nullptr;
+    }
+    RemoveNode(*Impl(shader));
+    InsertNode(*list, *Impl(shader), after);
+  }
   static ULONG GetDirty(const C4DAtom* node, DIRTYFLAGS flags) { return DirtyCount(*Impl(node), flags); }
   static void SetDirty(C4DAtom* node, DIRTYFLAGS flags) {
     Node& impl = *Impl(node);

@@ -15,14 +15,8 @@ extern thread_local bool calledByModule;
 
 class ScopeSwitch {
 public:
-  explicit ScopeSwitch(bool module) : wasInModule_(inModule), wasCalled_(calledByModule) {
-    calledByModule = !module && (inModule || calledByModule);
-    inModule = module;
-  }
-  ~ScopeSwitch() {
-    inModule = wasInModule_;
-    calledByModule = wasCalled_;
-  }
+  explicit ScopeSwitch(bool module);
+  ~ScopeSwitch();
   ScopeSwitch(const ScopeSwitch&) = delete;
   ScopeSwitch& operator=(const ScopeSwitch&) = delete;
 

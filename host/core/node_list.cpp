@@ -30,7 +30,7 @@ std::vector<NodeList*> ListsOf(Node& node) {
   }
   case NodeKind::Object: {
     Object& op = static_cast<Object&>(node);
-    return {&op.tags, &op.children};
+    return {&op.tags, &op.shaders, &op.children};
   }
   case NodeKind::RenderSettings:
     return {&static_cast<RenderSettings&>(node).videoPosts};
@@ -50,6 +50,7 @@ NodeList* ListFor(Node& owner, NodeKind kind) {
   case NodeKind::Object: {
     Object& op = static_cast<Object&>(owner);
     if (kind == NodeKind::Object) return &op.children;
+    if (kind == NodeKind::Shader) return &op.shaders;
     return kind == NodeKind::Tag ? &op.tags : nullptr;
   }
   case NodeKind::RenderSettings:

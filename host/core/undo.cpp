@@ -78,26 +78,18 @@ public:
     if (!node) return; // freed for good in the meantime
     SwapContent(*node, *kept_);
     if (!branches_) return;
-    for (NodeList* list : ListsOf(*node)) {
-      if (!hierarchy_ && list->owner->kind == NodeKind::Object &&
-          list == &static_cast<Object*>(list->owner)->children)
+    // Both nodes are of one type: their lists come in the same order.
+    const std::vector<NodeList*> lists = ListsOf(*node), others = ListsOf(*kept_);
+    for (std::size_t i = 0; i < lists.size(); ++i) {
+      if (!hierarchy_ && node->kind == NodeKind::Object && lists[i] == &static_cast<Object*>(node)->children)
         continue;
-      for (NodeList* other : ListsOf(*kept_))
-        if (Matches(*list, *other)) SwapLists(*list, *other);
+      SwapLists(*lists[i], *others[i]);
     }
     for (LULONG& id : origins_) ExchangeId(id);
   }
 
 private:
   ContentChange(LULONG target, bool hierarchy) : target_(target), hierarchy_(hierarchy) {}
-
-  /** The same list of both nodes. */
-  static bool Matches(const NodeList& a, const NodeList& b) {
-    const auto isTags = [](const NodeList& list) {
-      return list.owner->kind == NodeKind::Object && &list == &static_cast<Object*>(list.owner)->tags;
-    };
-    return isTags(a) == isTags(b);
-  }
 
   /**
    * The clone's links lead to its own parts. It stands for the node itself, so they must lead where the

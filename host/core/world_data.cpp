@@ -171,7 +171,7 @@ std::string WorldData::Text() const {
 
 BaseContainer* WorldData::Get(LONG id) {
   const auto found = containers_.find(id);
-  return found == containers_.end() ? NULL : &found->second;
+  return found == containers_.end() ? nullptr : &found->second;
 }
 
 void WorldData::Set(LONG id, const BaseContainer& bc, bool add) {

@@ -136,7 +136,7 @@ Vector RayTracer::Surface(const Ray& ray, RAYBIT bits, LONG depth, const Surface
     point.ray_vector = ray.v;
     point.raybits = bits;
     point.lhit.SetPrivateData(hit.object + 1, hit.polygon);
-    color = (material.color ^ (Illuminate(point) + volume_.ambient)) * own;
+    color = (hit.color ^ (Illuminate(point) + volume_.ambient)) * own;
   }
   if (depth < options_.reflections) {
     if (material.reflection > kInvisible) color += Mirrored(ray, bits, depth, hit) * material.reflection;
@@ -158,13 +158,13 @@ Vector RayTracer::Passed(const Ray& ray, RAYBIT bits, LONG depth, const SurfaceH
   const double index = hit.material->refraction;
   if (index == 1.0)
     return Trace(passed, Next(bits, RAYBIT_TRANSPARENCY, RAYBIT_CURR_TRANSPARENCY), depth + 1).color ^
-           hit.material->color;
+           hit.color;
   Vector direction;
   if (!Refract(ray.v, hit.normal, hit.inside ? index : 1.0 / index, &direction))
     return Mirrored(ray, bits, depth, hit);
   passed.v = direction;
   return Trace(passed, Next(bits, RAYBIT_REFRACTION, RAYBIT_CURR_REFRACTION), depth + 1).color ^
-         hit.material->color;
+         hit.color;
 }
 
 Vector RayTracer::ShadowAt(const LVector& p, RayLight& light, const LightRay& to, RAYBIT bits, double leave) {

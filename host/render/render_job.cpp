@@ -2,6 +2,7 @@
 
 #include "host/core/module_scope.h"
 #include "host/core/plugin_registry.h"
+#include "host/render/element_colors.h"
 #include "host/render/polygon_sources.h"
 #include "host/render/tile_loop.h"
 #include "host/scene/text.h"
@@ -137,6 +138,16 @@ RenderOutcome RenderJob::Run() {
   const Stage render(*this, VIDEOPOSTCALL_RENDER);
   if (Failed()) return outcome_;
   AskPosts();
+  InitRenderStruct irs;
+  irs.time = doc_->GetTime();
+  irs.fps = doc_->GetFps();
+  irs.docpath = doc_->GetDocumentPath();
+  irs.vd = mainTracer_->Volume();
+  irs.doc = doc_;
+  irs.thread = work_->Api();
+  const ShaderStage shaders(doc_, irs);
+  if (shaders.Result() != INITRENDERRESULT_OK) Fail(RENDERRESULT_OUTOFMEMORY, "a shader failed to start");
+  if (Failed()) return outcome_;
   const Stage inner(*this, VIDEOPOSTCALL_INNER);
   if (!Failed()) ComputePixels();
   return outcome_;

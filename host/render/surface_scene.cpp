@@ -1,6 +1,7 @@
 #include "host/render/surface_scene.h"
 
 #include "host/application.h"
+#include "host/render/element_colors.h"
 #include "host/render/polygon_sources.h"
 
 #include <algorithm>
@@ -24,7 +25,7 @@ Vector SurfaceScene::Transmission(const Vector& origin, const Vector& direction,
   SurfaceHit hit;
   while (Nearest(origin, direction, from, distance, &hit)) {
     if (hit.material->transparency <= 0.0) return Vector();
-    passed = passed ^ (hit.material->color * hit.material->transparency);
+    passed = passed ^ (hit.color * hit.material->transparency);
     from = hit.distance + LeaveDistance(origin + direction * hit.distance);
   }
   return passed;
@@ -42,16 +43,23 @@ SurfaceMaterial MaterialOf(BaseObject* op) {
   return material;
 }
 
-/** Polygon objects with polygons, and where they stand. */
+/** Objects with polygons, or with points that a shader colours, and where they stand. */
 struct Source {
   PolygonObject* op;
   Matrix global;
+  ElementColors colors;
 };
 std::vector<Source> FindSources(BaseDocument* doc) {
   std::vector<Source> sources;
   VisitVisibleObjects(doc, [&sources](BaseObject* op, const Matrix& global) {
-    if (op->GetType() == Opolygon && ((PolygonObject*)op)->GetPolygonCount() > 0)
-      sources.push_back({(PolygonObject*)op, global});
+    if (op->GetType() != Opolygon) return;
+    PolygonObject* polygons = (PolygonObject*)op;
+    if (polygons->GetPolygonCount() > 0) {
+      sources.push_back({polygons, global, ElementColors()});
+    } else if (polygons->GetPointCount() > 0) {
+      const ElementColors colors = FindElementColors(op);
+      if (colors) sources.push_back({polygons, global, colors});
+    }
   });
   return sources;
 }
@@ -91,7 +99,7 @@ public:
     middle_ = MiddleOf(sources);
     rtcSetSceneFlags(scene_, RTC_SCENE_FLAG_ROBUST);
     for (const Source& source : sources)
-      if (!Add(source)) break;
+      if (!(source.colors ? AddPoints(source) : AddPolygons(source))) break;
     rtcCommitScene(scene_);
     if (rtcGetDeviceError(device_) == RTC_ERROR_NONE && materials_.size() == sources.size()) return true;
     *error = "the ray library could not take all surfaces";
@@ -123,13 +131,42 @@ public:
     hit->normal = hit->inside ? -normal : normal;
     hit->distance = query.ray.tfar;
     hit->object = (LONG)query.hit.geomID;
-    hit->polygon = (LONG)query.hit.primID / 2;
     hit->material = &materials_[query.hit.geomID];
+    const ElementColors& colors = colors_[query.hit.geomID];
+    hit->polygon = colors ? (LONG)query.hit.primID : (LONG)query.hit.primID / 2;
+    hit->color = colors ? colors.At(hit->polygon) : hit->material->color;
     return true;
   }
 
 private:
-  bool Add(const Source& source) {
+  bool Attach(RTCGeometry geometry, const Source& source) {
+    rtcCommitGeometry(geometry);
+    rtcAttachGeometryByID(scene_, geometry, (unsigned)materials_.size());
+    rtcReleaseGeometry(geometry);
+    materials_.push_back(MaterialOf(source.op));
+    colors_.push_back(source.colors);
+    return true;
+  }
+
+  bool AddPoints(const Source& source) {
+    const LONG points = source.op->GetPointCount();
+    const double radius = std::max(1e-6, source.op->GetDataInstance()->GetReal(kPointRadius, 0.25));
+    RTCGeometry geometry = rtcNewGeometry(device_, RTC_GEOMETRY_TYPE_SPHERE_POINT);
+    float* at = (float*)rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_VERTEX, 0, RTC_FORMAT_FLOAT4, 16,
+                                                (std::size_t)points);
+    if (!at) {
+      rtcReleaseGeometry(geometry);
+      return false;
+    }
+    for (LONG i = 0; i < points; ++i, at += 4) {
+      const Vector p = source.global * source.op->GetPointR()[i] - middle_;
+      for (int axis = 0; axis < 3; ++axis) at[axis] = (float)p[axis];
+      at[3] = (float)radius;
+    }
+    return Attach(geometry, source);
+  }
+
+  bool AddPolygons(const Source& source) {
     const LONG points = source.op->GetPointCount(), polygons = source.op->GetPolygonCount();
     RTCGeometry geometry = rtcNewGeometry(device_, RTC_GEOMETRY_TYPE_TRIANGLE);
     float* positions = (float*)rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_VERTEX, 0, RTC_FORMAT_FLOAT3,
@@ -151,17 +188,14 @@ private:
       for (int k = 0; k < 6; ++k)
         corners[i * 6 + k] = (unsigned)std::clamp(two[k], 0, std::max(points - 1, 0));
     }
-    rtcCommitGeometry(geometry);
-    rtcAttachGeometryByID(scene_, geometry, (unsigned)materials_.size());
-    rtcReleaseGeometry(geometry);
-    materials_.push_back(MaterialOf(source.op));
-    return true;
+    return Attach(geometry, source);
   }
 
   RTCDevice device_;
   RTCScene scene_;
   Vector middle_;
-  std::vector<SurfaceMaterial> materials_;
+  std::vector<SurfaceMaterial> materials_; ///< by number of the geometry, as colors_
+  std::vector<ElementColors> colors_;
 };
 
 #endif

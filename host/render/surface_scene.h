@@ -1,4 +1,5 @@
-// Surfaces of a document for ray queries: polygon objects as triangles, with what they are made of.
+// Surfaces of a document for ray queries: polygon objects as triangles, with what they are made of, and objects of
+// points alone that carry a shader of element colours, as one small sphere a point.
 //
 // Built on the main thread; queries from any number of threads. World space.
 #pragma once
@@ -15,7 +16,8 @@ enum {
   kSurfaceColor = 1101,        ///< vector; white
   kSurfaceReflection = 1102,   ///< real 0 to 1: share that is mirrored
   kSurfaceTransparency = 1103, ///< real 0 to 1: share that passes through
-  kSurfaceRefraction = 1104    ///< real: index; 1 lets rays pass straight
+  kSurfaceRefraction = 1104,   ///< real: index; 1 lets rays pass straight
+  kPointRadius = 1105          ///< real: of points that a shader colours; 0.25
 };
 
 struct SurfaceMaterial {
@@ -25,6 +27,7 @@ struct SurfaceMaterial {
 
 struct SurfaceHit {
   double distance = 0.0;
+  Vector color; ///< of the material, or of the element that was hit
   Vector normal; ///< unit, of the side that was hit
   bool inside = false; ///< the ray came from behind the surface
   LONG object = -1, polygon = -1;

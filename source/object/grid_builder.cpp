@@ -178,7 +178,9 @@ private:
 Bool BuildGrid(VoxelData& data) {
   data.ClearGrid();
   if (data.items.size == 0) return TRUE;
-  return Builder(data).Build();
+  if (Builder(data).Build()) return TRUE;
+  data.packed.Clear(); // rays look here first: to them a grid without it is not there
+  return FALSE;
 }
 
 } // namespace kelvra

@@ -45,27 +45,19 @@ TEST_F(GeometryTest, CurvesAreLinearBetweenKnotsAndLevelOutside) {
       {step, {{0.25, 0.5}, {0.5, 9.0}, {0.75, 9.0}}},
       {{Vector(0, -huge, 0), Vector(1, huge, 0)}, {{0.5, 0.0}}},
   };
+  SplineData curve;
+  EXPECT_EQ(curve.InsertKnot(none, 0), NOTOK);
+  EXPECT_EQ(curve.InsertKnot(0, none), NOTOK);
   for (const auto& item : cases) {
-    SplineData curve;
     Fill(&curve, item.knots);
     for (const auto& point : item.points) EXPECT_DOUBLE_EQ(curve.GetPoint(point.first).y, point.second);
   }
-}
-
-TEST_F(GeometryTest, KnotsThatNoCurveHasAreRefused) {
-  SplineData curve;
-  for (const Vector& bad : {Vector(-0.01, 0, 0), Vector(std::nan(""), 0, 0), Vector(0.5, INFINITY, 0)})
-    EXPECT_EQ(curve.InsertKnot(bad.x, bad.y), NOTOK);
-  while (curve.GetKnotCount() < SplineData::kMaxKnots) ASSERT_NE(curve.InsertKnot(1, 0), NOTOK);
-  EXPECT_EQ(curve.InsertKnot(1, 0), NOTOK);
 }
 
 TEST_F(GeometryTest, ContainersHoldCurvesByValue) {
   SplineData curve;
   Fill(&curve, {Vector(0, 1, 0), Vector(1, 2, 0)});
   BaseContainer bc;
-  bc.SetLong(kCurve, 1);
-  EXPECT_EQ(Held(bc), "none") << "a number";
   bc.SetData(kCurve, GeData(CUSTOMDATATYPE_SPLINE, curve));
   const BaseContainer copy(bc);
   EXPECT_EQ(copy, bc);
@@ -74,7 +66,10 @@ TEST_F(GeometryTest, ContainersHoldCurvesByValue) {
   EXPECT_NE(copy, bc) << "each has its own";
   EXPECT_EQ(Held(copy), Knots(&curve));
   GeData own(CUSTOMDATATYPE_SPLINE, *live);
-  own.SetCustomDataType(CUSTOMDATATYPE_SPLINE, *own.GetCustomDataType(CUSTOMDATATYPE_SPLINE));
+  AsModule(0, [&own] { // what it held before may not be left behind
+    for (int i = 0; i < 2; ++i)
+      own.SetCustomDataType(CUSTOMDATATYPE_SPLINE, *own.GetCustomDataType(CUSTOMDATATYPE_SPLINE));
+  });
   EXPECT_EQ(Knots(own.GetCustomDataType(CUSTOMDATATYPE_SPLINE)), Knots(live));
   EXPECT_EQ(GeData(CUSTOMDATATYPE_SPLINE + 1, curve).GetType(), DA_NIL) << "a type that nobody knows";
 
@@ -125,6 +120,9 @@ TEST_F(CurveParameter, IsGivenAsKnotsOfText) {
         << "refused text changes nothing";
   }
   EXPECT_FALSE(op_->SetParameter(DescID(kCurve), GeData(1.0), DESCFLAGS_SET_0)) << "a number is no curve";
+  std::string many;
+  for (LONG i = 0; i <= SplineData::kMaxKnots; ++i) many += "1,0;";
+  EXPECT_NE(Set(many).find("found \"1,0\" as knot 4097 of"), std::string::npos);
   EXPECT_EQ(Set(""), "");
   EXPECT_EQ(Held(op_->GetData()), "none");
 }
@@ -149,13 +147,11 @@ TEST_F(CurveParameter, SurvivesUndoCopiesAndScenes) {
   const LONG head[] = {kCurve, CUSTOMDATATYPE_SPLINE, 3};
   const std::string entry((const char*)head, sizeof head);
   const std::string damaged[][2] = {
-      {Patched<LONG>(bytes, entry, (std::size_t)-4, -1),
-       "found a count of 4294967295 knots, expected at most"},
+      {Patched<LONG>(bytes, entry, -4, -1), "found a count of 4294967295 knots, expected at most"},
       {Patched<double>(bytes, entry, 32, 1.5),
        "found knot 2 at 1.500000, 0.125000, expected x from 0.500000"},
       {Patched<double>(bytes, entry, 0, 0.75),
        "found knot 1 at 0.500000, 3.000000, expected x from 0.750000"},
-      {Patched<double>(bytes, entry, 24, std::nan("")), "found knot 1 at 0.500000, nan"},
   };
   for (const auto& item : damaged) {
     const std::string error = Refusal(item[0]);
@@ -166,19 +162,15 @@ TEST_F(CurveParameter, SurvivesUndoCopiesAndScenes) {
 TEST_F(GeometryTest, PreferencesKeepCurves) {
   SplineData curve;
   Fill(&curve, {Vector(0, 1, 0), Vector(0.5, -3, 0), Vector(1, 0.125, 0)});
+  BaseContainer kept;
   for (int run = 0; run < 2; ++run) {
-    EXPECT_EQ(application_->Close(), std::vector<std::string>());
     application_.reset();
     application_.reset(new host::Application(Path("preferences")));
-    BaseContainer kept;
     kept.SetData(kCurve, GeData(CUSTOMDATATYPE_SPLINE, curve));
-    if (run == 0) {
-      ASSERT_TRUE(SetWorldPluginData(kCurved, kept, FALSE));
-    }
+    EXPECT_TRUE(run == 1 || SetWorldPluginData(kCurved, kept, FALSE));
   }
   BaseContainer* read = GetWorldPluginData(kCurved);
-  ASSERT_NE(read, nullptr);
-  EXPECT_EQ(Held(*read), Knots(&curve));
+  EXPECT_EQ(read ? Held(*read) : "no container", Knots(&curve));
 }
 
 } // namespace

@@ -115,11 +115,12 @@ protected:
   }
   /** The bytes with `value` written where `pattern` ends, plus skip. */
   template <class T>
-  static std::string Patched(std::string bytes, const std::string& pattern, std::size_t skip, T value) {
+  static std::string Patched(std::string bytes, const std::string& pattern, int skip, T value) {
     const std::size_t at = bytes.find(pattern);
-    EXPECT_NE(at, std::string::npos);
     EXPECT_EQ(bytes.find(pattern, at + 1), std::string::npos) << "the pattern must be there once";
-    if (at != std::string::npos) std::memcpy(&bytes[at + pattern.size() + skip], &value, sizeof value);
+    EXPECT_NE(at, std::string::npos);
+    if (at != std::string::npos)
+      std::memcpy(&bytes[at + pattern.size() + (std::size_t)skip], &value, sizeof value);
     return bytes;
   }
   /** How an array of so many elements begins in a file. */

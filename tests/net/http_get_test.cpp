@@ -80,14 +80,12 @@ TEST_F(HttpGetTest, BrokenAnswersAreNone) {
            while (RawServer::Send(s, std::string(65536, 'x'))) {
            }
        }},
-      {"endless head",
-       [](int s) {
+      {"endless head", [](int s) {
          if (RawServer::Send(s, "HTTP/1.1 200 OK\r\n"))
            for (int i = 0;
                 RawServer::Send(s, "X-" + std::to_string(i) + ": " + std::string(500, 'x') + "\r\n");)
              ++i;
-       }},
-  };
+       }}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     RawServer server(c.answer);

@@ -31,14 +31,11 @@ TEST(HttpUrl, IsTakenApartWithoutChange) {
 
 TEST(HttpUrl, WhatCannotBeSentAsItIsIsRefused) {
   HttpUrl url;
-  for (const std::string& text :
-       {std::string(), std::string("/php/x"), std::string("h/x"), std::string("ftp://h/"),
-        std::string("file:///etc/hosts"), std::string("http:/h"), std::string("http:///x"),
-        std::string("http://:80/"), std::string("http://u:p@h/"), std::string("http://h:0/"),
-        std::string("http://h:65536/"), std::string("http://h:8x/"), std::string("http://h/a b"),
-        std::string("http://h/a\r\nHost: other"), std::string("http://h/#part"),
-        std::string("http://h/\xc3\xa4"), std::string("http://h/\0x", 11),
-        "http://h/" + std::string(kMostUrlBytes, 'x')})
+  const std::string longest = "http://h/" + std::string(kMostUrlBytes, 'x');
+  for (const std::string text :
+       {"", "/php/x", "h/x", "ftp://h/", "file:///etc/hosts", "http:/h", "http:///x", "http://:80/",
+        "http://u:p@h/", "http://h:0/", "http://h:65536/", "http://h:8x/", "http://h/a b",
+        "http://h/a\r\nHost: other", "http://h/#part", "http://h/\xc3\xa4", longest.c_str()})
     EXPECT_FALSE(ParseHttpUrl(text, &url)) << text.substr(0, 40);
 }
 

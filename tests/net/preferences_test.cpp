@@ -139,6 +139,7 @@ TEST(UpdateVersion, CountsHundredthsOnly) {
 TEST_F(Preferences, UpdateCheckSaysWhatTheServerMeans) {
   const std::string
       latest = "You already have the latest version of Kelvra",
+      question = "Do you want to download Kelvra 1.45", query = "?reference_no=K-17&product_id=1",
       sent = "An email, with a download link, has been sent. (to the email address used for your order)",
       problem = "There was a problem sending the email. Please contact support.";
   const struct {
@@ -152,27 +153,11 @@ TEST_F(Preferences, UpdateCheckSaysWhatTheServerMeans) {
       {"K-17", nullptr, "ok", GEMB_R_YES, {}, {""}},
       {"K-17", "1.44", "ok", GEMB_R_YES, {latest}, {""}},
       {"K-17", "none", "ok", GEMB_R_YES, {latest}, {""}},
-      {"K-17", "1.45", "ok", GEMB_R_NO, {"Do you want to download Kelvra 1.45"}, {""}},
-      {"K-17",
-       "1.45",
-       "ok",
-       GEMB_R_YES,
-       {"Do you want to download Kelvra 1.45", sent},
-       {"", "?reference_no=K-17&product_id=1"}},
-      {"K-17",
-       "1.45",
-       "",
-       GEMB_R_YES,
-       {"Do you want to download Kelvra 1.45", problem},
-       {"", "?reference_no=K-17&product_id=1"}},
-      {"K-17",
-       "2",
-       nullptr,
-       GEMB_R_YES,
-       {"Do you want to download Kelvra 2", problem},
-       {"", "?reference_no=K-17&product_id=1"}},
-      {"K 17", "2", "ok", GEMB_R_YES, {"Do you want to download Kelvra 2", problem}, {""}}, // cannot be sent
-                                                                                            // as it is
+      {"K-17", "1.45", "ok", GEMB_R_NO, {question}, {""}},
+      {"K-17", "1.45", "ok", GEMB_R_YES, {question, sent}, {"", query}},
+      {"K-17", "1.45", "", GEMB_R_YES, {question, problem}, {"", query}},
+      {"K-17", "1.45", nullptr, GEMB_R_YES, {question, problem}, {"", query}},
+      {"K 17", "1.45", "ok", GEMB_R_YES, {question, problem}, {""}} // a blank cannot be sent as it is
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(std::string(c.order) + " " + (c.version ? c.version : "500"));

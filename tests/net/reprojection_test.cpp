@@ -88,8 +88,7 @@ TEST_F(Reprojection, AnswersChangeAsMuchAsTheyHold) {
       {R"(geometries {"x":5,"y":6.25)", 1, 2, 3, 4, "0000"},             // no closing brace
       {R"(geometries {"x":5,"y":61})", 5, 0, 3, 4, "1100"},              // both digits are cut off
       {"geometrie", 1, 2, 3, 4, "0000"},
-      {"", 1, 2, 3, 4, "0000"},
-  };
+      {"", 1, 2, 3, 4, "0000"}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.answer);
     CornerPair corners{1, 2, 3, 4};
