@@ -109,17 +109,39 @@ TracedRay AlongX(const LVector& from, LReal step, LReal far = kNoSurface) {
 }
 
 TEST_F(RaysTest, RayEndsAtItsFirst1024Hits) {
-  std::vector<LVector> places;
-  for (int i = 0; i < 3000; ++i) places.push_back(LVector(i * 7 % 1500, 0, 0)); // two at each
-  VoxelData data;
-  MakeSpheres(data, places, 0.25, 0.9999);
+  for (const int step :
+       {7, 1}) { // 7: two spheres at each place; 1: one, in the order in which rays meet them
+    std::vector<LVector> places;
+    for (int i = 0; i < (step > 1 ? 3000 : 1500); ++i) places.push_back(LVector(i * step % 1500, 0, 0));
+    VoxelData data;
+    MakeSpheres(data, places, 0.25, 0.9999);
+    oracle::Thread thread;
+    for (const LReal side : {1.0, -1.0}) {
+      const TracedRay ray = AlongX(LVector(side > 0 ? -10 : 1509, 0, 0), side);
+      EXPECT_EQ(oracle::Check(data, oracle::Lists(data), ray, kNoItem, thread), "");
+      EXPECT_TRUE(thread.volumetric->IsFull());
+      EXPECT_EQ(thread.volumetric->hits[0].entry, 9.75f);
+      EXPECT_LT(thread.volumetric->hits[thread.volumetric->count - 1].entry, step > 1 ? 530.0 : 1040.0);
+    }
+  }
+}
+
+TEST_F(RaysTest, TiesGoToTheLowerNumberAndToTheLaterAxis) {
+  VoxelData data; // answering beyond their spheres, at distances 0 and -0; cells from -0.06 to 0 to 0.06
+  std::vector<LVector> places{LVector(0.05), LVector(-0.05)};
+  for (const LReal v : {0.008, -0.008, 0.008, -0.008}) places.push_back(LVector(0, v, v));
+  MakeSpheres(data, places, 0.01, 0.5);
   oracle::Thread thread;
-  for (const LReal step : {1.0, -1.0}) {
-    const TracedRay ray = AlongX(LVector(step > 0 ? -10 : 1509, 0, 0), step);
-    EXPECT_EQ(oracle::Check(data, oracle::Lists(data), ray, kNoItem, thread), "");
-    EXPECT_TRUE(thread.volumetric->IsFull());
-    EXPECT_EQ(thread.volumetric->hits[0].entry, 9.75f);
-    EXPECT_LT(thread.volumetric->hits[thread.volumetric->count - 1].entry, 530.0);
+  TracedRay ray;
+  ray.end = LVector(-9, -0.0, -0.0);
+  EXPECT_EQ(oracle::Check(data, oracle::Lists(data), ray, kNoItem, thread), "");
+  EXPECT_GE(thread.volumetric->count, 4);
+  const LReal low = data.itemBox.min.x, high = data.itemBox.max.x;
+  for (const LReal z : {high, low}) {
+    std::string cells;
+    for (const WalkedCell& cell : oracle::Walk(data, RaySegment(LVector(low), LVector(high, high, z))))
+      for (const LONG at : cell.at) cells += char('0' + at);
+    EXPECT_EQ(cells, z > low ? "000001011111" : "000010110") << z;
   }
 }
 
@@ -148,7 +170,7 @@ TEST_F(RaysTest, FarFaceItemsAreMetInTheCellsThatShareTheirPlace) {
   MakeSpheres(data, {LVector(0, 0, 0), LVector(200, 79, 0), LVector(200, 1.96, 0)}, 0.01, 0.0);
   oracle::Thread thread;
   for (const LReal far : {1e20, 12.0, 8.0}) {
-    const TracedRay ray = AlongX(LVector(210, 2.01, 0), -1.0, far);
+    const TracedRay ray = AlongX(LVector(210, 2.03, 0), -1.0, far);
     EXPECT_EQ(oracle::Check(data, oracle::Lists(data), ray, kNoItem, thread), "") << far;
     EXPECT_EQ(thread.volumetric->count, far > 10.0) << far;
   }
