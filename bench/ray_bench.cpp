@@ -1,5 +1,6 @@
-// Rays against spheres, every hit collected and sorted: the voxel grid beside Embree's sphere points, for the same
-// rays and spheres in one run. Embree gets the disc that the grid's test accepts (the square root of the radius).
+// Rays against spheres, every hit collected and sorted: the voxel grid beside Embree's sphere points, for the
+// same rays and spheres in one run. Embree gets the disc that the grid's test accepts (the square root of the
+// radius).
 //
 //   ray_bench [--points N]... [--rays N]
 #include "bench/bench_timer.h"
@@ -36,7 +37,8 @@ Scene MakeSurface(int points, double radius) {
   for (int z = 0; z < side; ++z)
     for (int x = 0; x < side; ++x) {
       const double px = (x + jitter(random)) * step - 100.0, pz = (z + jitter(random)) * step - 100.0;
-      const double height = 12.0 * std::sin(px * 0.05) * std::cos(pz * 0.04) + 2.0 * std::sin(px * 0.4 + pz * 0.3);
+      const double height =
+          12.0 * std::sin(px * 0.05) * std::cos(pz * 0.04) + 2.0 * std::sin(px * 0.4 + pz * 0.3);
       scene.centres.push_back(LVector(px, height + 0.1 * jitter(random), pz));
     }
   return scene;
@@ -66,8 +68,8 @@ Rays MakeRays(int count) {
     for (int x = 0; x < across; ++x) {
       kelvra::TracedRay ray;
       ray.origin = eye;
-      const LVector v =
-          !(forward + right * ((2.0 * (x + 0.5) / across - 1.0) * 0.62) + up * ((1.0 - 2.0 * (y + 0.5) / down) * 0.35));
+      const LVector v = !(forward + right * ((2.0 * (x + 0.5) / across - 1.0) * 0.62) +
+                          up * ((1.0 - 2.0 * (y + 0.5) / down) * 0.35));
       ray.end = eye + v * kelvra::kNoSurface;
       rays.rays.push_back(ray);
     }
@@ -237,8 +239,8 @@ int Run(const Scene& scene, const Rays& rays) {
     embreeHits += (long long)collected[0].hits.size();
   }
   const kelvra::CellGrid& grid = *data->Root();
-  std::printf("%s, %zu spheres, radius %g: grid %d x %d x %d\n", scene.name, scene.centres.size(), scene.radius,
-              grid.nx, grid.ny, grid.nz);
+  std::printf("%s, %zu spheres, radius %g: grid %d x %d x %d\n", scene.name, scene.centres.size(),
+              scene.radius, grid.nx, grid.ny, grid.nz);
   std::printf("    hits: grid %lld, Embree %lld (%.3f); %lld rays with the most hits\n", hits, embreeHits,
               (double)hits / (double)std::max(1LL, embreeHits), full);
   std::printf("    a ray: %.1f cells, %.1f groups of four, %.1f exact tests, %.1f hits\n",
@@ -254,8 +256,9 @@ int Run(const Scene& scene, const Rays& rays) {
       own = std::min(own, OnThreads(threads, n, [&](int t, std::size_t i) {
                        kelvra::CollectHits(*data, rays.rays[i], lists[t]);
                      }));
-      other = std::min(other,
-                       OnThreads(threads, n, [&](int t, std::size_t i) { embree.Trace(rays.rays[i], collected[t]); }));
+      other = std::min(other, OnThreads(threads, n, [&](int t, std::size_t i) {
+                         embree.Trace(rays.rays[i], collected[t]);
+                       }));
     }
     Report("grid", threads, own, n, hits);
     Report("Embree", threads, other, n, embreeHits);

@@ -72,7 +72,8 @@ const VertexMapTag* FindMap(PointObject* points, const char* name) {
   BaseTag* tag = points->GetTag(Tvertexmap, 0);
   for (LONG nr = 1; tag; tag = points->GetTag(Tvertexmap, nr++)) {
     VertexMapTag* map = (VertexMapTag*)tag;
-    if (map->GetName() == String(name) && map->GetDataCount() == points->GetPointCount() && map->GetDataAddressR())
+    if (map->GetName() == String(name) && map->GetDataCount() == points->GetPointCount() &&
+        map->GetDataAddressR())
       return map;
   }
   return NULL;

@@ -9,9 +9,9 @@
 namespace cli {
 
 /**
- * Points with their colours (vertex maps Red, Green, Blue; white where one is missing) as binary little-endian PLY:
- * x, y, z as 64-bit reals, red, green, blue as bytes. An existing file is replaced only by a whole new one. False
- * with one line that names file and reason.
+ * Points with their colours (vertex maps Red, Green, Blue; white where one is missing) as binary
+ * little-endian PLY: x, y, z as 64-bit reals, red, green, blue as bytes. An existing file is replaced only by
+ * a whole new one. False with one line that names file and reason.
  */
 bool WritePly(PointObject* points, const Matrix& global, const std::string& path, std::string* error,
               const host::gl::WriteFault& fault);

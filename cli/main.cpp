@@ -110,22 +110,28 @@ CLI::Option* OnePerFlag(CLI::Option* option) {
 void AddRender(CLI::App& app, cli::RenderCommandOptions& options, std::string& size, int& status) {
   CLI::App* command = app.add_subcommand("render", "Render a picture with light and shadow");
   AddInput(command, options, true);
-  CLI::Option* output =
-      command->add_option("-o,--output", options.output, "PNG, TIFF or EXR to write; #### is the frame number");
+  CLI::Option* output = command->add_option("-o,--output", options.output,
+                                            "PNG, TIFF or EXR to write; #### is the frame number");
   AddCamera(command, options, size);
-  OnePerFlag(command->add_option("--light", options.lights,
-                                 "sun:AZIMUTH,ELEVATION, point:X,Y,Z or ambient, then :BRIGHTNESS and :#RRGGBB"));
+  OnePerFlag(
+      command->add_option("--light", options.lights,
+                          "sun:AZIMUTH,ELEVATION, point:X,Y,Z or ambient, then :BRIGHTNESS and :#RRGGBB"));
   command->add_flag("--ground", options.ground, "Put a ground below the points");
   command->add_option("--ground-height", options.groundHeight, "Height of the ground, in world units")
       ->expected(1)
       ->check(CLI::Range(-1e9, 1e9));
-  command->add_option("--ground-mirror", options.groundMirror, "Share of light that the ground mirrors, 0 to 1")
+  command
+      ->add_option("--ground-mirror", options.groundMirror, "Share of light that the ground mirrors, 0 to 1")
       ->check(CLI::Range(0.0, 1.0));
-  command->add_option("--supersample", options.supersample, "N x N rays a pixel, 2")->check(CLI::Range(1, 16));
-  command->add_option("--depth", options.depth, "Bits a sample: 8, 16 or 32")->check(CLI::IsMember({8, 16, 32}));
+  command->add_option("--supersample", options.supersample, "N x N rays a pixel, 2")
+      ->check(CLI::Range(1, 16));
+  command->add_option("--depth", options.depth, "Bits a sample: 8, 16 or 32")
+      ->check(CLI::IsMember({8, 16, 32}));
   command->add_option("--frames", options.frames, "FIRST-LAST, frames of an animation");
-  command->add_option("--turn", options.turn, "Degrees that the camera turns around its target over the frames");
-  command->add_option("--record", options.record, "Folder in which the recorder stores each frame with 16 bits");
+  command->add_option("--turn", options.turn,
+                      "Degrees that the camera turns around its target over the frames");
+  command->add_option("--record", options.record,
+                      "Folder in which the recorder stores each frame with 16 bits");
   command->add_option("--threads", options.threads, "Render threads, all cores")->check(CLI::Range(1, 64));
   command->add_option("--background", options.background, "#RRGGBB");
   CLI::Option* pixel =
@@ -137,9 +143,8 @@ void AddRender(CLI::App& app, cli::RenderCommandOptions& options, std::string& s
     if (!size.empty()) ParseSize(size, options);
     CheckCamera(options);
     if (options.pixel.empty() && !*output) throw CLI::RequiredError("--output");
-    if (!options.pixel.empty() &&
-        (options.pixel[0] < 0 || options.pixel[0] >= options.width || options.pixel[1] < 0 ||
-         options.pixel[1] >= options.height))
+    if (!options.pixel.empty() && (options.pixel[0] < 0 || options.pixel[0] >= options.width ||
+                                   options.pixel[1] < 0 || options.pixel[1] >= options.height))
       throw CLI::ValidationError("--pixel", "expected a pixel of the picture, X,Y from 0,0");
     if (options.pixel.empty()) CheckOutput(options.output);
     options.progress = ::isatty(2) != 0;

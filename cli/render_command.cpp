@@ -26,8 +26,8 @@ public:
     if (!show_ || percent == shown_) return;
     shown_ = percent;
     const int filled = percent * kWidth / 100;
-    std::cerr << "\r[" << std::string((std::size_t)filled, '#') << std::string((std::size_t)(kWidth - filled), '.')
-              << "] " << percent << " %" << std::flush;
+    std::cerr << "\r[" << std::string((std::size_t)filled, '#')
+              << std::string((std::size_t)(kWidth - filled), '.') << "] " << percent << " %" << std::flush;
   }
   void Clear() {
     if (shown_ >= 0) std::cerr << "\r" << std::string(kWidth + 10, ' ') << "\r" << std::flush;

@@ -51,8 +51,8 @@ double StorageStep(const CloudStats& stats, const Vector& displaySize) {
 }
 
 /**
- * A cloud whose radius nobody chose gets one by its density, so that its surface closes; large coordinates put
- * points on a coarser raster than their density tells.
+ * A cloud whose radius nobody chose gets one by its density, so that its surface closes; large coordinates
+ * put points on a coarser raster than their density tells.
  */
 void ChooseRadius(CloudSession& session, BaseObject* cloud, std::vector<std::string>* notes) {
   BaseContainer* data = cloud->GetDataInstance();
@@ -67,7 +67,8 @@ void ChooseRadius(CloudSession& session, BaseObject* cloud, std::vector<std::str
   const double radius = std::max(kLeastRadius, kRadiusPerSpacing * spacing);
   if (!(radius < 1e6)) return;
   data->SetReal(KELVRA_POINT_RADIUS, radius);
-  notes->push_back("point radius " + Fixed(radius, 3) + ", chosen by density (--set point_radius=... to change it)");
+  notes->push_back("point radius " + Fixed(radius, 3) +
+                   ", chosen by density (--set point_radius=... to change it)");
 }
 
 /** A square below the cloud, several times its size. */

@@ -1,5 +1,5 @@
-// What the command line adds to loaded clouds so that a render shows them well: camera, lights, ground, and a point
-// size that closes the surface.
+// What the command line adds to loaded clouds so that a render shows them well: camera, lights, ground, and a
+// point size that closes the surface.
 #pragma once
 
 #include "cli/cloud_session.h"

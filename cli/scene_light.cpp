@@ -53,7 +53,8 @@ LightText Parse(const std::string& text) {
   if (numbers == 0 && light.kind != "ambient") Refuse(text, kForms);
   std::size_t next = 1;
   if (numbers > 0) {
-    const std::vector<std::string> place = next < parts.size() ? Split(parts[next], ',') : std::vector<std::string>();
+    const std::vector<std::string> place =
+        next < parts.size() ? Split(parts[next], ',') : std::vector<std::string>();
     if (place.size() != numbers) Refuse(text, kForms);
     for (const std::string& part : place) light.place.push_back(Number(text, part));
     ++next;

@@ -7,7 +7,9 @@ if(KELVRA_SANITIZE)
   add_compile_options(-fsanitize=${KELVRA_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${KELVRA_SANITIZE})
   # GCC takes the checks that sanitizers add inside std::regex and std::function for reads of unset members.
-  add_compile_options(-Wno-maybe-uninitialized)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    add_compile_options(-Wno-maybe-uninitialized)
+  endif()
 endif()
 
 function(kelvra_warnings target)

@@ -1,12 +1,12 @@
-// What drivers and other plug-ins may ask of this plug-in beyond parameters: numbers and message data. Include
-// the application's interface before it.
+// What drivers and other plug-ins may ask of this plug-in beyond parameters: numbers and message data.
+// Include the application's interface before it.
 #ifndef KELVRA_MESSAGES_H
 #define KELVRA_MESSAGES_H
 
 enum {
   /**
-   * To the scene hook (type KELVRA_HOOK) while a frame is rendered, between the opening of INNER and its close:
-   * what does one ray do? Data: KelvraRayExplanation*. FALSE when no points are rendered.
+   * To the scene hook (type KELVRA_HOOK) while a frame is rendered, between the opening of INNER and its
+   * close: what does one ray do? Data: KelvraRayExplanation*. FALSE when no points are rendered.
    */
   KELVRA_MESSAGE_EXPLAIN_RAY = 1037610,
 

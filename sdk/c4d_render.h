@@ -104,7 +104,8 @@ struct BaseVolumeData {
   LVector bumpn;
   Ray* ray = NULL;
   LVector orign, n;
-  LReal dist = 0.0; ///< from ray->p to the surface that the ray hit, 1e20 without one; to the light for shadow
+  LReal dist =
+      0.0; ///< from ray->p to the surface that the ray hit, 1e20 without one; to the light for shadow
   LReal cosc = 0.0;
   RayHitID lhit;
   LONG raydepth = 0;

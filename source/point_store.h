@@ -60,8 +60,8 @@ public:
   /** Adds the box of all points in display coordinates; the mapping keeps corners corners. */
   void AddDisplayBox(GrowingBox* box, LReal size) const;
   /**
-   * Calls visit(position in display coordinates, red-green-blue as 16-bit values, number in the store) for up to
-   * count points in store order, until it returns false.
+   * Calls visit(position in display coordinates, red-green-blue as 16-bit values, number in the store) for up
+   * to count points in store order, until it returns false.
    */
   template <class Visit>
   void VisitPoints(LONG count, LReal size, Visit visit) const {
@@ -71,7 +71,8 @@ public:
         const PointBlock& block = groups[g].blocks[b];
         const PointMapping mapping(HeaderFor(block), size);
         for (LONG i = 0; i < block.count && number < count; ++i, ++number)
-          if (!visit(mapping.Map(block.positions + (VLONG)i * 3), block.attrib3 + (VLONG)i * 3, number)) return;
+          if (!visit(mapping.Map(block.positions + (VLONG)i * 3), block.attrib3 + (VLONG)i * 3, number))
+            return;
       }
   }
   /** Writes up to count colours, each component 0 to 1. Returns the number written. */

@@ -13,7 +13,8 @@ void UpdateBelow(BaseObject* first, BaseDocument* doc, BUILDFLAGS flags) {
   }
 }
 
-void Visit(BaseObject* op, const Matrix& global, const std::function<void(BaseObject*, const Matrix&)>& visit) {
+void Visit(BaseObject* op, const Matrix& global,
+           const std::function<void(BaseObject*, const Matrix&)>& visit) {
   if (BaseObject* deformed = op->GetDeformCache())
     Visit(deformed, global * deformed->GetMl(), visit);
   else if (BaseObject* built = op->GetCache())

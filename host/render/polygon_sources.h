@@ -11,8 +11,8 @@ namespace host {
 void UpdateAllCaches(BaseDocument* doc, BUILDFLAGS flags);
 
 /**
- * Calls visit(object, global matrix) for every object that counts when a document is seen: an object with a deform
- * cache or a cache is replaced by it. Children follow their parents.
+ * Calls visit(object, global matrix) for every object that counts when a document is seen: an object with a
+ * deform cache or a cache is replaced by it. Children follow their parents.
  */
 void VisitVisibleObjects(BaseDocument* doc, const std::function<void(BaseObject*, const Matrix&)>& visit);
 

@@ -22,7 +22,8 @@ const VIDEOPOSTPLUGIN& PluginOf(const VideoPost& post) {
 
 /** The bits of a ray that a ray with these bits sends on. */
 RAYBIT Next(RAYBIT bits, RAYBIT chain, RAYBIT current) {
-  const int kinds = RAYBIT_CURR_REFLECTION | RAYBIT_CURR_TRANSPARENCY | RAYBIT_CURR_REFRACTION | RAYBIT_CURR_CUSTOM;
+  const int kinds =
+      RAYBIT_CURR_REFLECTION | RAYBIT_CURR_TRANSPARENCY | RAYBIT_CURR_REFRACTION | RAYBIT_CURR_CUSTOM;
   return (RAYBIT)(((int)bits & ~kinds) | chain | current);
 }
 
@@ -120,8 +121,7 @@ Radiance RayTracer::Trace(const Ray& from, RAYBIT bits, LONG depth) {
   Radiance result;
   result.color = added;
   result.alpha = any ? 1.0 : 1.0 - (passed.x + passed.y + passed.z) / 3.0;
-  if (Visible(passed))
-    result.color += (any ? Surface(ray, bits, depth, hit) : options_.background) ^ passed;
+  if (Visible(passed)) result.color += (any ? Surface(ray, bits, depth, hit) : options_.background) ^ passed;
   return result;
 }
 
@@ -163,8 +163,7 @@ Vector RayTracer::Passed(const Ray& ray, RAYBIT bits, LONG depth, const SurfaceH
   if (!Refract(ray.v, hit.normal, hit.inside ? index : 1.0 / index, &direction))
     return Mirrored(ray, bits, depth, hit);
   passed.v = direction;
-  return Trace(passed, Next(bits, RAYBIT_REFRACTION, RAYBIT_CURR_REFRACTION), depth + 1).color ^
-         hit.color;
+  return Trace(passed, Next(bits, RAYBIT_REFRACTION, RAYBIT_CURR_REFRACTION), depth + 1).color ^ hit.color;
 }
 
 Vector RayTracer::ShadowAt(const LVector& p, RayLight& light, const LightRay& to, RAYBIT bits, double leave) {

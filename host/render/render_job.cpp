@@ -37,7 +37,8 @@ const char* ReasonOf(RENDERRESULT result) {
 
 } // namespace
 
-/** One level of the life cycle: opens for each post until one fails, and closes for those that heard the open. */
+/** One level of the life cycle: opens for each post until one fails, and closes for those that heard the
+ * open. */
 class RenderJob::Stage {
 public:
   Stage(RenderJob& job, VIDEOPOSTCALL call) : job_(job), call_(call) {
@@ -100,8 +101,9 @@ VideoPostStruct RenderJob::Struct(VIDEOPOSTCALL call, bool open) {
   vps.time = doc_->GetTime();
   vps.fps = doc_->GetFps();
   vps.error = &error_;
-  vps.vd = mainTracer_ && (call == VIDEOPOSTCALL_RENDER || call == VIDEOPOSTCALL_INNER) ? mainTracer_->Volume()
-                                                                                        : NULL;
+  vps.vd = mainTracer_ && (call == VIDEOPOSTCALL_RENDER || call == VIDEOPOSTCALL_INNER)
+               ? mainTracer_->Volume()
+               : NULL;
   vps.doc = doc_;
   vps.thread = work_->Api();
   vps.render = Api();

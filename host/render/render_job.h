@@ -1,8 +1,8 @@
 // One render of a document: a frame or a sequence, with the life cycle that video posts see.
 //
-// FRAMESEQUENCE, FRAME, SUBFRAME, RENDER and INNER open in this order and close in reverse; a post that heard an
-// open hears its close, whatever went wrong between. After RENDER opened, the posts are asked what they want
-// (GetRenderInfo). Main thread; the pixels are computed on threads of their own.
+// FRAMESEQUENCE, FRAME, SUBFRAME, RENDER and INNER open in this order and close in reverse; a post that heard
+// an open hears its close, whatever went wrong between. After RENDER opened, the posts are asked what they
+// want (GetRenderInfo). Main thread; the pixels are computed on threads of their own.
 #pragma once
 
 #include "host/node.h"
@@ -13,7 +13,8 @@ namespace host {
 
 class RenderJob {
 public:
-  /** Creates the video posts that are always there. The document must outlive the job and not change meanwhile. */
+  /** Creates the video posts that are always there. The document must outlive the job and not change
+   * meanwhile. */
   RenderJob(BaseDocument* doc, const RenderOptions& options);
   /** Closes the sequence. */
   ~RenderJob();

@@ -23,8 +23,8 @@ struct RenderOptions {
   /** Called on the calling thread a few times a second with the share that is done. */
   std::function<void(double)> progress;
   /**
-   * Instead of a picture: called once on the calling thread with the volume data of the ray through the middle of
-   * pixel (probeX, probeY), when everything is ready for rays.
+   * Instead of a picture: called once on the calling thread with the volume data of the ray through the
+   * middle of pixel (probeX, probeY), when everything is ready for rays.
    */
   std::function<void(VolumeData*)> probe;
   int probeX = 0, probeY = 0;

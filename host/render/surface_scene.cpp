@@ -171,8 +171,8 @@ private:
     RTCGeometry geometry = rtcNewGeometry(device_, RTC_GEOMETRY_TYPE_TRIANGLE);
     float* positions = (float*)rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_VERTEX, 0, RTC_FORMAT_FLOAT3,
                                                        12, (std::size_t)points);
-    unsigned* corners = (unsigned*)rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_INDEX, 0, RTC_FORMAT_UINT3,
-                                                           12, (std::size_t)polygons * 2);
+    unsigned* corners = (unsigned*)rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_INDEX, 0,
+                                                           RTC_FORMAT_UINT3, 12, (std::size_t)polygons * 2);
     if (!positions || !corners) {
       rtcReleaseGeometry(geometry);
       return false;
@@ -212,7 +212,8 @@ std::unique_ptr<SurfaceScene> SurfaceScene::Build(BaseDocument* doc, std::string
 #else
   (void)MaterialOf;
   (void)error;
-  Application::Get().GetConsole().Print("This build has no ray library: surfaces are left out of the picture");
+  Application::Get().GetConsole().Print(
+      "This build has no ray library: surfaces are left out of the picture");
   return std::make_unique<NoSurfaces>();
 #endif
 }

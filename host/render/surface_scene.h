@@ -1,5 +1,5 @@
-// Surfaces of a document for ray queries: polygon objects as triangles, with what they are made of, and objects of
-// points alone that carry a shader of element colours, as one small sphere a point.
+// Surfaces of a document for ray queries: polygon objects as triangles, with what they are made of, and
+// objects of points alone that carry a shader of element colours, as one small sphere a point.
 //
 // Built on the main thread; queries from any number of threads. World space.
 #pragma once
@@ -27,8 +27,8 @@ struct SurfaceMaterial {
 
 struct SurfaceHit {
   double distance = 0.0;
-  Vector color; ///< of the material, or of the element that was hit
-  Vector normal; ///< unit, of the side that was hit
+  Vector color;        ///< of the material, or of the element that was hit
+  Vector normal;       ///< unit, of the side that was hit
   bool inside = false; ///< the ray came from behind the surface
   LONG object = -1, polygon = -1;
   const SurfaceMaterial* material = nullptr;
@@ -41,15 +41,16 @@ public:
   virtual bool Nearest(const Vector& origin, const Vector& direction, double minDistance, double maxDistance,
                        SurfaceHit* hit) const = 0;
   /**
-   * Share of light that passes from origin over that distance: the product of the transparencies on the way, 0
-   * behind what is opaque.
+   * Share of light that passes from origin over that distance: the product of the transparencies on the way,
+   * 0 behind what is opaque.
    */
-  Vector Transmission(const Vector& origin, const Vector& direction, double minDistance, double distance) const;
+  Vector Transmission(const Vector& origin, const Vector& direction, double minDistance,
+                      double distance) const;
 
   /**
-   * Polygon objects of the document with those in caches and deform caches; generators must be up to date. NULL
-   * with one line when memory is refused or the ray library fails. A build without that library sees none, and
-   * says so when there is one to see.
+   * Polygon objects of the document with those in caches and deform caches; generators must be up to date.
+   * NULL with one line when memory is refused or the ray library fails. A build without that library sees
+   * none, and says so when there is one to see.
    */
   static std::unique_ptr<SurfaceScene> Build(BaseDocument* doc, std::string* error);
 };

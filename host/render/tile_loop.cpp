@@ -15,7 +15,9 @@ const std::chrono::milliseconds kLookInterval(100);
 class TileLoop {
 public:
   TileLoop(FrameScene& scene, const RenderOptions& options, RenderBuffer& buffer)
-      : scene_(scene), options_(options), buffer_(buffer),
+      : scene_(scene),
+        options_(options),
+        buffer_(buffer),
         across_((options.width + options.tile - 1) / options.tile),
         down_((options.height + options.tile - 1) / options.tile) {}
 

@@ -7,9 +7,9 @@
 namespace host {
 
 /**
- * Computes every pixel. goOn(share done) is called on the calling thread several times a second; once it returns
- * false the threads stop after the pixel at hand. Each pixel depends on nothing but the scene, so neither the
- * number of threads nor the order of tiles changes a bit of it.
+ * Computes every pixel. goOn(share done) is called on the calling thread several times a second; once it
+ * returns false the threads stop after the pixel at hand. Each pixel depends on nothing but the scene, so
+ * neither the number of threads nor the order of tiles changes a bit of it.
  */
 void ComputeTiles(FrameScene& scene, const RenderOptions& options, RenderBuffer& buffer,
                   const std::function<bool(double)>& goOn);

@@ -73,10 +73,12 @@ struct VdEntries {
   static LONG GetBufferInfo(const VPBuffer* buffer, VPGETINFO type) {
     return RenderBuffer::From(buffer)->GetInfo(type);
   }
-  static Bool GetBufferLine(const VPBuffer* buffer, LONG x, LONG y, LONG cnt, void* data, LONG bitdepth, Bool) {
+  static Bool GetBufferLine(const VPBuffer* buffer, LONG x, LONG y, LONG cnt, void* data, LONG bitdepth,
+                            Bool) {
     return RenderBuffer::From(buffer)->GetLine(x, y, cnt, data, bitdepth);
   }
-  static Bool SetBufferLine(VPBuffer* buffer, LONG x, LONG y, LONG cnt, const void* data, LONG bitdepth, Bool) {
+  static Bool SetBufferLine(VPBuffer* buffer, LONG x, LONG y, LONG cnt, const void* data, LONG bitdepth,
+                            Bool) {
     return RenderBuffer::From(buffer)->SetLine(x, y, cnt, data, bitdepth);
   }
 };

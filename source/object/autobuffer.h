@@ -7,8 +7,9 @@ namespace kelvra {
 
 /**
  * Elements of T, which are copied as bytes. It owns `data`, but not what the elements point to. The next
- * capacity is `growth`, whatever the capacity is, and growth doubles with each step: a buffer that starts at 8
- * has 8, 16, 32... elements. No capacity is cleared: the first step of a large buffer costs address space only.
+ * capacity is `growth`, whatever the capacity is, and growth doubles with each step: a buffer that starts at
+ * 8 has 8, 16, 32... elements. No capacity is cleared: the first step of a large buffer costs address space
+ * only.
  */
 template <class T>
 struct AutoBuffer {

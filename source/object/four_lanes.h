@@ -22,8 +22,13 @@ struct LaneRay {
 class LaneTest {
 public:
   explicit LaneTest(const LaneRay& ray)
-      : px_(_mm_set1_ps(ray.px)), py_(_mm_set1_ps(ray.py)), pz_(_mm_set1_ps(ray.pz)), dx_(_mm_set1_ps(ray.dx)),
-        dy_(_mm_set1_ps(ray.dy)), dz_(_mm_set1_ps(ray.dz)), margin_(_mm_set1_ps(ray.margin)) {}
+      : px_(_mm_set1_ps(ray.px)),
+        py_(_mm_set1_ps(ray.py)),
+        pz_(_mm_set1_ps(ray.pz)),
+        dx_(_mm_set1_ps(ray.dx)),
+        dy_(_mm_set1_ps(ray.dy)),
+        dz_(_mm_set1_ps(ray.dz)),
+        margin_(_mm_set1_ps(ray.margin)) {}
   int Near(const PackedFour& four) const {
     const __m128 ux = _mm_sub_ps(_mm_loadu_ps(four.x), px_);
     const __m128 uy = _mm_sub_ps(_mm_loadu_ps(four.y), py_);

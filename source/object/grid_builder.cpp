@@ -20,8 +20,7 @@ public:
 
   Bool Build() {
     const GridPlan plan = PlanGrid(data_.itemBox, data_.radiusBox);
-    const LLONG nodes =
-        ((LLONG)plan.count[0] + 1) * ((LLONG)plan.count[1] + 1) * ((LLONG)plan.count[2] + 1);
+    const LLONG nodes = ((LLONG)plan.count[0] + 1) * ((LLONG)plan.count[1] + 1) * ((LLONG)plan.count[2] + 1);
     if (!data_.nodes.ResizeCleared(nodes) || !CreateRoot(plan)) return FALSE;
     counts_ = GeAllocType(ULONG, grid_->TableSize());
     if (!counts_) return FALSE;
@@ -153,9 +152,10 @@ private:
         if (place >= walked) return; // rays visit no cell of the spare layer
         // A far-face item lies with the cell that it shares the place with.
         const LVector cell =
-            x < grid_->nx && y < grid_->ny ? CentreOfCell(x, y, z)
-                                           : CentreOfCell((LONG)(place % grid_->nx), (LONG)(place / grid_->nx % grid_->ny),
-                                                          (LONG)(place / grid_->nx / grid_->ny));
+            x < grid_->nx && y < grid_->ny
+                ? CentreOfCell(x, y, z)
+                : CentreOfCell((LONG)(place % grid_->nx), (LONG)(place / grid_->nx % grid_->ny),
+                               (LONG)(place / grid_->nx / grid_->ny));
         PackItem(data_.packed.fours[span.firstFour + nth / 4], (LONG)(nth % 4), centre - cell, item.radius);
       });
     }

@@ -50,22 +50,23 @@ struct HitList {
   HitRecord hits[kMostHits];
   LONG visitedCount = 0;
   LONG visited[kMostHits + 1] = {};
-  LONG found = 0; ///< hits, those included that were found before in another cell; a ray has kMostHits of these
+  LONG found =
+      0; ///< hits, those included that were found before in another cell; a ray has kMostHits of these
 
   void Prepare(RayMode rayMode, LONG rayBits);
   Bool IsFull() const { return found >= kMostHits; }
   /** True for the item that was found last. */
   Bool IsLast(LONG item) const { return item == last_; }
   /**
-   * An item that is a hit already and found again in another cell: it counts, but needs no second record, as the
-   * same test gives the same one. FALSE for other items.
+   * An item that is a hit already and found again in another cell: it counts, but needs no second record, as
+   * the same test gives the same one. FALSE for other items.
    */
   Bool FindAgain(LONG item);
   /** A hit that FindAgain does not know. */
   void Add(const HitRecord& hit);
   /**
-   * By entry distance, then by item number, in place. Records of the same item lie side by side then (the same
-   * test gave them the same distance); all but the last of them become kNoItem.
+   * By entry distance, then by item number, in place. Records of the same item lie side by side then (the
+   * same test gave them the same distance); all but the last of them become kNoItem.
    */
   void Sort();
   /** Notes an item; FALSE when it was noted before. After Sort only the one noted last can be the same. */
@@ -85,16 +86,16 @@ private:
   Slot& SlotOf(LONG item);
 
   LONG last_ = kNoItem;
-  ULONG ray_ = 0;            ///< slots of other rays count as free
-  Slot slots_[kSlots] = {};  ///< hash table of the items that are hits
+  ULONG ray_ = 0;           ///< slots of other rays count as free
+  Slot slots_[kSlots] = {}; ///< hash table of the items that are hits
   SortKey keys_[kMostHits];
 };
 
 /**
  * The test of one item. The squared distance of the centre from the ray's line is compared with the radius
  * itself, not with its square, and both products are rounded to 32 bits. Deliberate: pictures of existing
- * scenes depend on which points a ray meets; points below radius 1 answer on a disc of the radius' square root.
- * Hits that end behind the start or begin beyond farLimit do not count.
+ * scenes depend on which points a ray meets; points below radius 1 answer on a disc of the radius' square
+ * root. Hits that end behind the start or begin beyond farLimit do not count.
  */
 Bool TestItem(const RaySegment& ray, const RenderItem& item, LReal farLimit, HitRecord* hit);
 

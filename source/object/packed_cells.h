@@ -1,5 +1,5 @@
-// The cells' lists in the form that rays read fastest: centres and radii of four items in one cache line, cell
-// after cell. A test on them rejects most items without touching the items themselves.
+// The cells' lists in the form that rays read fastest: centres and radii of four items in one cache line,
+// cell after cell. A test on them rejects most items without touching the items themselves.
 #pragma once
 
 #include "c4d.h"
@@ -9,7 +9,8 @@ namespace kelvra {
 /** Four items, relative to the centre of their cell. Unused lanes have a reach that nothing meets. */
 struct PackedFour {
   SReal x[4], y[4], z[4];
-  /** Squared distance of a ray's line from which on the item is surely missed, but for the ray's own margin. */
+  /** Squared distance of a ray's line from which on the item is surely missed, but for the ray's own margin.
+   */
   SReal reach[4];
 };
 static_assert(sizeof(PackedFour) == 64, "one cache line");

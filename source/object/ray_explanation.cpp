@@ -52,8 +52,8 @@ public:
   void Clipped(const RaySegment& ray, const ParameterRange& range) override {
     clipped_ = TRUE;
     const LVector from = ray.At(range.entry), to = ray.At(range.exit);
-    Add("in the points' box from (%.6g, %.6g, %.6g) to (%.6g, %.6g, %.6g)", from.x, from.y, from.z, to.x, to.y,
-        to.z);
+    Add("in the points' box from (%.6g, %.6g, %.6g) to (%.6g, %.6g, %.6g)", from.x, from.y, from.z, to.x,
+        to.y, to.z);
     Add("walk: cell, points listed");
   }
   void Cell(const WalkedCell& cell, LLONG listed) override {
@@ -66,7 +66,8 @@ public:
     if (shaded_++ == 0) BeginHits();
     if (++lines_ > kMostLines) return;
     if (fate != kHitBlended)
-      Add("  %d: point %d, entry %.6g, exit %.6g: %s", shaded_, hit.item, hit.entry, hit.exit, FateText(fate));
+      Add("  %d: point %d, entry %.6g, exit %.6g: %s", shaded_, hit.item, hit.entry, hit.exit,
+          FateText(fate));
     else
       Add("  %d: point %d, entry %.6g, exit %.6g: weight %.6f, colour (%.4f, %.4f, %.4f), %.6f left", shaded_,
           hit.item, hit.entry, hit.exit, opacity, color.x, color.y, color.z, left);
@@ -85,7 +86,8 @@ private:
   void BeginHits() {
     CloseList("cells");
     Add("  %d cells with points, %d empty", filled_, empty_);
-    Add("hits: %d found%s; sorted by entry", found_, found_ >= kMostHits ? ", the most that a ray collects" : "");
+    Add("hits: %d found%s; sorted by entry", found_,
+        found_ >= kMostHits ? ", the most that a ray collects" : "");
   }
 
   String& text_;

@@ -40,8 +40,8 @@ inline LONG WalkedCoordinate(LReal place, LReal most) {
 }
 
 /**
- * Walks the cells of a grid along the clipped part of a ray (3D digital differential analyser, after Amanatides
- * and Woo) and calls visit(cell) for each that lies inside the grid, until visit returns false.
+ * Walks the cells of a grid along the clipped part of a ray (3D digital differential analyser, after
+ * Amanatides and Woo) and calls visit(cell) for each that lies inside the grid, until visit returns false.
  *
  * Start and final cell come from truncating the clipped points; each axis takes as many steps as lie between
  * them. Ties go to z, then y. The walk ends when an axis has taken one step too many or all are done.
@@ -78,8 +78,8 @@ void WalkCells(const GridNode& root, const CellGrid& grid, const RaySegment& ray
     if (inside && !visit(cell)) return;
     if (remaining[0] == 0 && remaining[1] == 0 && remaining[2] == 0) return;
     const LONG axis = boundary[0] < boundary[1] && boundary[0] < boundary[2] ? 0
-                      : boundary[1] < boundary[2]                          ? 1
-                                                                           : 2;
+                      : boundary[1] < boundary[2]                            ? 1
+                                                                             : 2;
     cell.entry = boundary[axis];
     at[axis] += ray.sign[axis];
     boundary[axis] += increment[axis];

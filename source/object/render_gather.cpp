@@ -48,7 +48,8 @@ private:
   BaseObject* linked_;
 };
 
-/** A converted cloud, or one that receives points, is rendered alone: what it built stands for the same points. */
+/** A converted cloud, or one that receives points, is rendered alone: what it built stands for the same
+ * points. */
 Bool HasHierarchy(BaseObject* op) {
   const BaseContainer* settings = op->GetDataInstance();
   return op->GetType() == kPointCloudId && (op->GetDown() || op->GetCache() || op->GetDeformCache()) &&
@@ -142,9 +143,11 @@ LONG PointsOf(BaseObject* op) {
   }
 }
 
-RENDERRESULT Gather(VoxelData& data, const Source& source, BaseVideoPost* post, const GatherContext& context) {
+RENDERRESULT Gather(VoxelData& data, const Source& source, BaseVideoPost* post,
+                    const GatherContext& context) {
   const LONG count = PointsOf(source.op);
-  if (count < 0) return RENDERRESULT_OK; // a particle emitter, for one: collected, but nothing of it is rendered
+  if (count < 0)
+    return RENDERRESULT_OK; // a particle emitter, for one: collected, but nothing of it is rendered
   const Bool cloud = source.op->GetType() == kPointCloudId;
   RenderObjectRecord record;
   UWORD index = 0;

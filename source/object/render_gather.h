@@ -12,9 +12,9 @@ struct GatherContext {
 };
 
 /**
- * Adds the points of the object that the video post's parameter 1003 links, and of the clouds below it, to the
- * data. RENDERRESULT_OUTOFMEMORY when memory is refused and RENDERRESULT_USERBREAK when the user stopped it; the
- * data then holds no items and no records.
+ * Adds the points of the object that the video post's parameter 1003 links, and of the clouds below it, to
+ * the data. RENDERRESULT_OUTOFMEMORY when memory is refused and RENDERRESULT_USERBREAK when the user stopped
+ * it; the data then holds no items and no records.
  */
 RENDERRESULT GatherScene(VoxelData& data, BaseVideoPost* post, const GatherContext& context);
 

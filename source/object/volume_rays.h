@@ -13,7 +13,8 @@ TracedRay VolumetricRay(const VolumeData& vd);
  */
 TracedRay ShadowRay(const VolumeData& vd);
 
-/** Lists of the thread's number: 0 when negative, at most kRenderThreads, which is one past the last thread. */
+/** Lists of the thread's number: 0 when negative, at most kRenderThreads, which is one past the last thread.
+ */
 ThreadLists ListsOf(RenderLists& lists, const VolumeData& vd, RayMode mode);
 
 /** The host's light at a point. Keeps a copy of the ray: the host may use vd for shadow rays meanwhile. */

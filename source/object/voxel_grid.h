@@ -27,9 +27,9 @@ struct CellGrid {
   LONG Count(LONG axis) const { return axis == 0 ? nx : (axis == 1 ? ny : nz); }
   LLONG TableSize() const { return ((LLONG)nx + 1) * ((LLONG)ny + 1) * ((LLONG)nz + 1); }
   /**
-   * Place of a cell in the table. Deliberate: the strides are the counts, though the table is larger by a layer
-   * on each axis. A far-face cell shares the place of a cell on the near side of the next row, so the lists
-   * there hold items of both; the walk and all that was measured with it depend on this order.
+   * Place of a cell in the table. Deliberate: the strides are the counts, though the table is larger by a
+   * layer on each axis. A far-face cell shares the place of a cell on the near side of the next row, so the
+   * lists there hold items of both; the walk and all that was measured with it depend on this order.
    */
   LLONG IndexOf(LONG x, LONG y, LONG z) const { return x + (LLONG)nx * (y + (LLONG)ny * z); }
 };
@@ -51,8 +51,8 @@ static_assert(sizeof(GridNode) == 64, "one node a cache line");
 const LLONG kCellListGrowth = 8;
 
 /**
- * Memory of all leaves: contents, lists and what the lists hold, in one block each. A grid has up to millions of
- * leaves: a block for each would cost more than all else.
+ * Memory of all leaves: contents, lists and what the lists hold, in one block each. A grid has up to millions
+ * of leaves: a block for each would cost more than all else.
  */
 struct LeafPools {
   NodeContent* contents = NULL;

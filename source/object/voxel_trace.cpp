@@ -21,8 +21,15 @@ template <class Observer>
 class Collector {
 public:
   Collector(const VoxelData& data, const RaySegment& ray, LReal farLimit, HitList& list, Observer& observer)
-      : data_(data), grid_(*data.Root()), ray_(ray), farLimit_(farLimit), list_(list), observer_(observer),
-        dx_((SReal)ray.unit.x), dy_((SReal)ray.unit.y), dz_((SReal)ray.unit.z) {
+      : data_(data),
+        grid_(*data.Root()),
+        ray_(ray),
+        farLimit_(farLimit),
+        list_(list),
+        observer_(observer),
+        dx_((SReal)ray.unit.x),
+        dy_((SReal)ray.unit.y),
+        dz_((SReal)ray.unit.z) {
     const GridNode& root = data.nodes.data[0];
     squaredDiagonal_ = 0.0;
     for (LONG axis = 0; axis < 3; ++axis) {
@@ -74,7 +81,8 @@ private:
     if (span.count == 0) return true;
 
     // The point of the ray's line nearest to the cell's centre, from there.
-    const LVector toCentre(corner_.x + cell.at[0] * grid_.cellSize[0], corner_.y + cell.at[1] * grid_.cellSize[1],
+    const LVector toCentre(corner_.x + cell.at[0] * grid_.cellSize[0],
+                           corner_.y + cell.at[1] * grid_.cellSize[1],
                            corner_.z + cell.at[2] * grid_.cellSize[2]);
     const LReal along = toCentre * ray_.unit;
     const LVector nearest = ray_.unit * along - toCentre;
@@ -166,7 +174,8 @@ bool Collect(const VoxelData& data, const TracedRay& ray, const RaySegment& segm
 /** Opacity of a hit, 0 to 1. */
 LReal Opacity(const RaySegment& segment, const TracedRay& ray, const HitRecord& hit, const RenderItem& item,
               const RenderObjectRecord& record) {
-  LReal a = DiscOpacity(PlaceOnDisc(segment, hit, item.radius), record.falloffBias) * (1.0 - record.transparency);
+  LReal a =
+      DiscOpacity(PlaceOnDisc(segment, hit, item.radius), record.falloffBias) * (1.0 - record.transparency);
   if (record.opacityCurve.values)
     a *= record.opacityCurve.At(record.HeightOf(LVector(hit.centre[0], hit.centre[1], hit.centre[2])));
   if (a != 0.0 && record.softDepth != 0.0)
@@ -227,9 +236,9 @@ TracedLight Blend(const VoxelData& data, const TracedRay& ray, const RaySegment&
     if (ray.mode == kRayVolumetric && light)
       color = LitColor(segment, hit, item, record, lists.shadow, *light);
 
-    // Deliberate: each hit takes its whole opacity off what is left, whatever came before, and adds its colour
-    // unweighted by what is left; scenes are lit for it. The last one counts for what was left only, so that
-    // the weights sum to 1.
+    // Deliberate: each hit takes its whole opacity off what is left, whatever came before, and adds its
+    // colour unweighted by what is left; scenes are lit for it. The last one counts for what was left only,
+    // so that the weights sum to 1.
     left -= a;
     const LReal weight = left > 0.0 ? a : a - std::abs(left);
     result.color += color * weight;

@@ -1,7 +1,7 @@
 // What one ray sees of the points: hits collected along it, sorted, filtered, lit and blended.
 //
-// Any number of threads may trace through the same data, each with hit lists of its own. Nothing is allocated,
-// nothing is locked.
+// Any number of threads may trace through the same data, each with hit lists of its own. Nothing is
+// allocated, nothing is locked.
 #pragma once
 
 #include "object/hit_list.h"
@@ -15,13 +15,13 @@ const LReal kNoSurface = 1.0e20;
 struct TracedRay {
   RayMode mode = kRayVolumetric;
   LVector origin, end;
-  LONG bits = 0;                  ///< RAYBIT_...
-  LReal farLimit = kNoSurface;    ///< hits that begin beyond it do not count
+  LONG bits = 0;                      ///< RAYBIT_...
+  LReal farLimit = kNoSurface;        ///< hits that begin beyond it do not count
   LReal surfaceDistance = kNoSurface; ///< of the surface that the host's ray hit, for the soft depth
 };
 
 struct TracedLight {
-  LVector color;          ///< summed by opacity; 0 in shadow mode
+  LVector color;            ///< summed by opacity; 0 in shadow mode
   LReal transmission = 1.0; ///< what is left of the light behind, 0 to 1
 };
 
@@ -30,8 +30,9 @@ class Illumination {
 public:
   virtual ~Illumination() {}
   /**
-   * Light that reaches p from all lights, shadows included, on a surface with that normal. The shadow rays that
-   * this casts may come back as shadow traces on the same thread. `alt`: without the cosine of the angle.
+   * Light that reaches p from all lights, shadows included, on a surface with that normal. The shadow rays
+   * that this casts may come back as shadow traces on the same thread. `alt`: without the cosine of the
+   * angle.
    */
   virtual LVector At(const LVector& p, const LVector& normal, LONG alt) = 0;
   /** Light that is everywhere. */
@@ -65,7 +66,8 @@ public:
   virtual void Cell(const WalkedCell&, LLONG /*listed*/) {}
   virtual void Hit(const HitRecord&) {}
   /** Sorted hits in order: opacity and colour as blended, transmission that is left. */
-  virtual void Shaded(const HitRecord&, HitFate, LReal /*opacity*/, const LVector& /*color*/, LReal /*left*/) {}
+  virtual void Shaded(const HitRecord&, HitFate, LReal /*opacity*/, const LVector& /*color*/,
+                      LReal /*left*/) {}
 };
 TracedLight TraceObserved(const VoxelData& data, const TracedRay& ray, ThreadLists lists, Illumination* light,
                           TraceObserver& observer);
