@@ -89,8 +89,10 @@ int Explain(CloudSession& session, const host::RenderOptions& base, const Render
   return session.ExitStatus();
 }
 
-void RenderFrames(CloudSession& session, host::RenderOptions& render, const RenderCommandOptions& options,
-                  host::PictureFormat format) {
+/** Gives the exit status: a frame that the recorder could not store makes the run incomplete. */
+int RenderFrames(CloudSession& session, host::RenderOptions& render, const RenderCommandOptions& options,
+                 host::PictureFormat format) {
+  int status = session.ExitStatus();
   const FrameRange frames = options.frames.empty() ? FrameRange() : ParseFrames(options.frames);
   const host::ViewCamera camera = render.camera;
   ProgressBar bar(options.progress);
@@ -106,6 +108,7 @@ void RenderFrames(CloudSession& session, host::RenderOptions& render, const Rend
     bar.Clear();
     const std::vector<std::string> lines = session.App().GetConsole().Lines();
     for (std::size_t i = firstLine; i < lines.size(); ++i) std::cerr << lines[i] << "\n";
+    if (!options.record.empty() && lines.size() > firstLine) status = kExitIncomplete;
     if (!outcome.Ok()) throw std::runtime_error("rendering: " + outcome.message);
     std::string error;
     const std::string name = FrameName(options.output, frame);
@@ -116,6 +119,7 @@ void RenderFrames(CloudSession& session, host::RenderOptions& render, const Rend
     std::cout << name << ": " << options.width << "x" << options.height << ", " << Grouped(session.Points())
               << " points, " << Fixed(outcome.seconds, 2) << " s\n";
   }
+  return status;
 }
 
 } // namespace
@@ -129,6 +133,7 @@ int RunRender(const RenderCommandOptions& options) {
       !HasFrameNumber(options.output))
     throw UsageError{"--frames " + options.frames + ": the output needs a #### for the frame number, found " +
                      options.output};
+  CheckRenderOptions(options); // before anything is loaded, which may take long
   CloudSession session(options.faults);
   session.Open(options.files, options.settings);
   if (options.pixel.empty()) PrintReports(session);
@@ -138,8 +143,7 @@ int RunRender(const RenderCommandOptions& options) {
   for (const std::string& line : scene.notes) std::cout << line << "\n";
   if (!options.record.empty()) EnableRecorder(session.Document(), options.record);
   if (!options.pixel.empty()) return Explain(session, scene.render, options);
-  RenderFrames(session, scene.render, options, format);
-  return session.ExitStatus();
+  return RenderFrames(session, scene.render, options, format);
 }
 
 } // namespace cli

@@ -114,6 +114,13 @@ host::ViewCamera TurnedCamera(const host::ViewCamera& camera, double degrees) {
   return turned;
 }
 
+void CheckRenderOptions(const RenderCommandOptions& options) {
+  Vector background;
+  if (!ParseColor(options.background, &background))
+    throw UsageError{"--background " + options.background + ": expected #RRGGBB"};
+  CheckLights(options.lights);
+}
+
 RenderScene PrepareScene(CloudSession& session, const RenderCommandOptions& options) {
   RenderScene scene;
   for (BaseObject* cloud : session.Clouds()) ChooseRadius(session, cloud, &scene.notes);
@@ -132,8 +139,7 @@ RenderScene PrepareScene(CloudSession& session, const RenderCommandOptions& opti
   render.supersample = options.supersample;
   render.threads = options.threads;
   render.camera = CameraFor(extent, options);
-  if (!ParseColor(options.background, &render.background))
-    throw UsageError{"--background " + options.background + ": expected #RRGGBB"};
+  ParseColor(options.background, &render.background);
   return scene;
 }
 

@@ -13,6 +13,9 @@ struct RenderScene {
   std::vector<std::string> notes; ///< lines that tell what was chosen for the user
 };
 
+/** Throws UsageError for lights or a background that cannot be read. */
+void CheckRenderOptions(const RenderCommandOptions& options);
+
 RenderScene PrepareScene(CloudSession& session, const RenderCommandOptions& options);
 
 /** The camera after turning around the vertical through its target, degrees, clockwise from above. */

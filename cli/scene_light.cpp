@@ -91,6 +91,10 @@ bool ParseColor(const std::string& text, Vector* color) {
   return true;
 }
 
+void CheckLights(const std::vector<std::string>& texts) {
+  for (const std::string& text : texts) Parse(text);
+}
+
 void AddLights(BaseDocument* doc, const std::vector<std::string>& texts) {
   for (const std::string& text : texts) {
     const LightText parsed = Parse(text);

@@ -17,6 +17,9 @@ namespace cli {
  */
 void AddLights(BaseDocument* doc, const std::vector<std::string>& texts);
 
+/** Throws as AddLights does. */
+void CheckLights(const std::vector<std::string>& texts);
+
 /** A sun from the north-west and light from the sky, for those who ask for nothing. */
 extern const std::vector<std::string> kDefaultLights;
 

@@ -2,6 +2,7 @@
 
 #include "host/core/module_scope.h"
 #include "host/core/plugin_registry.h"
+#include "host/core/services.h"
 #include "host/render/element_colors.h"
 #include "host/render/polygon_sources.h"
 #include "host/render/tile_loop.h"
@@ -33,6 +34,18 @@ const char* ReasonOf(RENDERRESULT result) {
   default:
     return "a video post failed";
   }
+}
+
+/** Name of a post that is always there and yet is not: it could not be made. Empty when all are there. */
+std::string MissingPost(const RenderSettings& settings) {
+  for (const Plugin& plugin : TheServices().plugins.All()) {
+    if (plugin.kind != PLUGINTYPE_VIDEOPOST || !(plugin.Base().info & PLUGINFLAG_VIDEOPOST_INHERENT))
+      continue;
+    const Node* post = settings.videoPosts.first;
+    while (post && post->type != plugin.id) post = post->next;
+    if (!post) return Utf8(plugin.name);
+  }
+  return std::string();
 }
 
 } // namespace
@@ -72,6 +85,7 @@ RenderJob::RenderJob(BaseDocument* doc, const RenderOptions& options) : doc_(doc
   options_.supersample = std::max(options_.supersample, 1);
   RenderSettings* settings = Impl(doc)->ActiveRenderSettings();
   AddInherentVideoPosts(*settings);
+  missing_ = MissingPost(*settings);
   for (Node* node = settings->videoPosts.first; node; node = node->next)
     if (node->data && !(node->bits & kPostDisabled)) posts_.push_back((VideoPost*)node);
 }
@@ -129,6 +143,10 @@ RenderOutcome RenderJob::RenderFrame() {
 }
 
 RenderOutcome RenderJob::Run() {
+  // A picture without what such a post adds would look complete.
+  if (!missing_.empty())
+    Fail(RENDERRESULT_OUTOFMEMORY, "out of memory: \"" + missing_ + "\" could not be made");
+  if (Failed()) return outcome_;
   UpdateAllCaches(doc_, BUILDFLAGS_INTERNALRENDERER);
   buffer_ = std::make_unique<RenderBuffer>(options_.width, options_.height);
   if (!sequence_) sequence_ = std::make_unique<Stage>(*this, VIDEOPOSTCALL_FRAMESEQUENCE);

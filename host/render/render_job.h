@@ -45,6 +45,7 @@ private:
   BaseDocument* doc_;
   RenderOptions options_;
   std::vector<VideoPost*> posts_;
+  std::string missing_; ///< name of a post that is always there and could not be made
   std::unique_ptr<RenderBuffer> buffer_;
   std::unique_ptr<FrameScene> scene_;
   std::unique_ptr<RayTracer> mainTracer_; ///< of the calls outside of the pixels

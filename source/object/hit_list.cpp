@@ -40,30 +40,6 @@ void HitList::Prepare(RayMode rayMode, LONG rayBits) {
   }
 }
 
-HitList::Slot& HitList::SlotOf(LONG item) {
-  // Multiplicative hashing (Knuth); half of the slots stay free.
-  ULONG slot = ((ULONG)item * 2654435761u) >> 21;
-  static_assert(kSlots == 1 << 11, "the shift leaves as many bits as there are slots");
-  while (slots_[slot].ray == ray_ && slots_[slot].item != item) slot = (slot + 1) % kSlots;
-  return slots_[slot];
-}
-
-Bool HitList::FindAgain(LONG item) {
-  if (SlotOf(item).ray != ray_) return FALSE;
-  last_ = item;
-  ++found;
-  return TRUE;
-}
-
-void HitList::Add(const HitRecord& hit) {
-  Slot& slot = SlotOf(hit.item);
-  slot.item = hit.item;
-  slot.ray = ray_;
-  last_ = hit.item;
-  ++found;
-  hits[count++] = hit;
-}
-
 void HitList::Sort() {
   // In place, by small keys: the C library's sort allocates for records of this size.
   for (LONG i = 0; i < count; ++i) keys_[i] = {HitSort::Key(hits[i].entry), hits[i].item, i};
@@ -93,25 +69,6 @@ void HitList::Sort() {
 Bool HitList::Visit(LONG item) {
   if (visitedCount > 0 && visited[visitedCount - 1] == item) return FALSE;
   visited[visitedCount++] = item;
-  return TRUE;
-}
-
-Bool TestItem(const RaySegment& ray, const RenderItem& item, LReal farLimit, HitRecord* hit) {
-  const LVector centre = CentreOf(item);
-  const LVector v = centre - ray.start;
-  const SReal tc = (SReal)(v * ray.unit);
-  const SReal d2 = (SReal)(v * v - (LReal)tc * (LReal)tc);
-  if ((LReal)d2 > item.radius) return FALSE;
-  // Beyond the radius but within its square root there is no depth: entry and exit are the nearest point.
-  const LReal h2 = item.radius * item.radius - (LReal)d2;
-  const LReal h = h2 > 0.0 ? std::sqrt(h2) : 0.0;
-  const SReal entry = (SReal)((LReal)tc - h), exit = (SReal)((LReal)tc + h);
-  if ((LReal)exit < 0.0 || (LReal)entry > farLimit) return FALSE;
-  hit->entry = entry;
-  hit->exit = exit;
-  hit->centre[0] = centre.x;
-  hit->centre[1] = centre.y;
-  hit->centre[2] = centre.z;
   return TRUE;
 }
 

@@ -3,6 +3,8 @@
 
 #include "object/ray_segment.h"
 
+#include <cmath>
+
 namespace kelvra {
 
 /** Most hits that a ray collects; the walk ends there. */
@@ -103,5 +105,50 @@ Bool TestItem(const RaySegment& ray, const RenderItem& item, LReal farLimit, Hit
 LReal PlaceOnDisc(const RaySegment& ray, const HitRecord& hit, LReal radius);
 /** falloffBias ^ (log x / log 0.5), x = 1 - place: 1 in the middle, 0 at the rim unless the bias is 1. */
 LReal DiscOpacity(LReal place, LReal falloffBias);
+
+// In line: these run for every item that a ray comes near.
+
+inline HitList::Slot& HitList::SlotOf(LONG item) {
+  // Multiplicative hashing (Knuth); half of the slots stay free.
+  ULONG slot = ((ULONG)item * 2654435761u) >> 21;
+  static_assert(kSlots == 1 << 11, "the shift leaves as many bits as there are slots");
+  while (slots_[slot].ray == ray_ && slots_[slot].item != item) slot = (slot + 1) % kSlots;
+  return slots_[slot];
+}
+
+inline Bool HitList::FindAgain(LONG item) {
+  if (SlotOf(item).ray != ray_) return FALSE;
+  last_ = item;
+  ++found;
+  return TRUE;
+}
+
+inline void HitList::Add(const HitRecord& hit) {
+  Slot& slot = SlotOf(hit.item);
+  slot.item = hit.item;
+  slot.ray = ray_;
+  last_ = hit.item;
+  ++found;
+  hits[count++] = hit;
+}
+
+inline Bool TestItem(const RaySegment& ray, const RenderItem& item, LReal farLimit, HitRecord* hit) {
+  const LVector centre = CentreOf(item);
+  const LVector v = centre - ray.start;
+  const SReal tc = (SReal)(v * ray.unit);
+  const SReal d2 = (SReal)(v * v - (LReal)tc * (LReal)tc);
+  if ((LReal)d2 > item.radius) return FALSE;
+  // Beyond the radius but within its square root there is no depth: entry and exit are the nearest point.
+  const LReal h2 = item.radius * item.radius - (LReal)d2;
+  const LReal h = h2 > 0.0 ? std::sqrt(h2) : 0.0;
+  const SReal entry = (SReal)((LReal)tc - h), exit = (SReal)((LReal)tc + h);
+  if ((LReal)exit < 0.0 || (LReal)entry > farLimit) return FALSE;
+  hit->entry = entry;
+  hit->exit = exit;
+  hit->centre[0] = centre.x;
+  hit->centre[1] = centre.y;
+  hit->centre[2] = centre.z;
+  return TRUE;
+}
 
 } // namespace kelvra

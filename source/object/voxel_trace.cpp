@@ -67,7 +67,7 @@ public:
 
 private:
   static const LONG kBatch = 64;
-  static const LONG kAhead = 4;
+  static const LONG kAhead = 8;
   struct Ahead {
     WalkedCell cell;
     const CellSpan* span;

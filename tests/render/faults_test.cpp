@@ -1,0 +1,167 @@
+// Refused memory at every place of a render, and what one ray explains of itself.
+#include "render_fixture.h"
+
+#include <sstream>
+
+namespace {
+
+class Refusals : public RenderTest {
+protected:
+  void SetUp() override {
+    RenderTest::SetUp();
+    options_.width = options_.height = 9;
+    std::vector<Dot> dots;
+    for (int i = 0; i < 60; ++i)
+      dots.push_back({Vector(2 * (i % 5) - 4, i % 7 - 3, 3 * (i % 4)), 4 * i, 255 - 4 * i, i});
+    Add(dots);
+    Data().SetReal(KELVRA_POINT_RADIUS, 0.5);
+    AddLight(Vector(0, 0, -20));
+  }
+  /** The next render makes the posts that are always there anew. */
+  void ForgetPosts() {
+    for (const LONG type : {kBuilder, kRecorder})
+      if (BaseVideoPost* post = FirstPost(type)) {
+        post->Remove();
+        BaseVideoPost::Free(post);
+      }
+  }
+};
+
+TEST_F(Refusals, ARefusalAnywhereEndsWithOneLineOrChangesNothing) {
+  const Shot expected = Render();
+  const StoredCloud stored = Stored();
+  ForgetPosts();
+  const host::LiveCounts before = application_.Live();
+  host::Faults& faults = application_.GetFaults();
+  int refused = 0;
+  for (int n = 1;; ++n) {
+    SCOPED_TRACE(n);
+    ASSERT_LT(n, 5000);
+    faults.Clear();
+    faults.FailAt(host::Fault::Allocation, n);
+    const Shot shot = TryRender();
+    const bool struck = faults.Calls(host::Fault::Allocation) >= n;
+    faults.Clear();
+    if (shot.outcome.Ok()) {
+      EXPECT_EQ(shot.samples, expected.samples) << "a picture without what was refused";
+    } else {
+      EXPECT_EQ(shot.outcome.result, RENDERRESULT_OUTOFMEMORY);
+      ExpectOneLine(shot.outcome.message);
+      EXPECT_NE(shot.outcome.message.find("memory"), std::string::npos) << shot.outcome.message;
+      ++refused;
+    }
+    // What a frame gathered that never came to its render is freed when the next one begins.
+    EXPECT_EQ(Render().samples, expected.samples) << "the next render";
+    ForgetPosts();
+    EXPECT_EQ(application_.Live().blocks, before.blocks);
+    EXPECT_EQ(application_.Live().bytes, before.bytes);
+    EXPECT_EQ(application_.Live().nodes, before.nodes);
+    if (!struck || HasFailure()) break;
+  }
+  EXPECT_GT(refused, 20);
+  const StoredCloud after = Stored();
+  ASSERT_EQ(after.blocks.size(), stored.blocks.size());
+  EXPECT_EQ(after.blocks[0].positions, stored.blocks[0].positions);
+  EXPECT_EQ(after.blocks[0].rgb, stored.blocks[0].rgb);
+}
+
+TEST_F(Refusals, WithoutAnyMemoryTheRenderEndsAndTheNextIsFine) {
+  const Shot expected = Render();
+  for (const host::Fault fault : {host::Fault::Allocation, host::Fault::LargeBlock}) {
+    application_.GetFaults().FailAt(fault, 1, -1);
+    const host::RenderOutcome outcome = TryRender().outcome;
+    application_.GetFaults().Clear();
+    EXPECT_EQ(outcome.result, RENDERRESULT_OUTOFMEMORY);
+    ExpectOneLine(outcome.message);
+    EXPECT_EQ(Render().samples, expected.samples);
+  }
+}
+
+class Explanation : public RenderTest {
+protected:
+  /** Lines about the ray through a pixel; empty when the hook does not answer. */
+  std::string Explain(int x, int y) {
+    std::string text;
+    options_.probeX = x;
+    options_.probeY = y;
+    options_.probe = [&](VolumeData* vd) {
+      String answer;
+      KelvraRayExplanation question = {1, vd, &answer};
+      if (!doc_->FindSceneHook(KELVRA_HOOK)->Message(KELVRA_MESSAGE_EXPLAIN_RAY, &question)) return;
+      CHAR* utf8 = answer.GetCStringCopy(STRINGENCODING_UTF8);
+      text = utf8;
+      GeFree(utf8);
+    };
+    EXPECT_TRUE(TryRender().outcome.Ok());
+    options_.probe = nullptr;
+    return text;
+  }
+  static std::vector<std::string> Lines(const std::string& text, const std::string& part) {
+    std::vector<std::string> found;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);)
+      if (line.find(part) != std::string::npos) found.push_back(line);
+    return found;
+  }
+};
+
+TEST_F(Explanation, ListsHitsFromNearToFarAndBlendsAsThePictureDoes) {
+  Data().SetReal(KELVRA_TRANSPARENCY, 0.75);
+  Data().SetReal(KELVRA_EDGE_BIAS, 0.5);
+  Add({{Vector(0, 0, 5), 255, 0, 0},
+       {Vector(0.3, 0, -3), 0, 255, 0},
+       {Vector(0, 0.2, 1), 0, 0, 255},
+       {Vector(6, 4, 0), 255, 255, 255}});
+  options_.background = Vector();
+  const Shot shot = Render();
+  int explained = 0;
+  for (const int y : {8, 15, 16, 17, 30}) {
+    for (int x = 10; x < 24; ++x) {
+      SCOPED_TRACE(testing::Message() << x << "," << y);
+      const std::string text = Explain(x, y);
+      double last = -1.0;
+      for (const std::string& line : Lines(text, "entry ")) {
+        const double entry = std::stod(line.substr(line.find("entry ") + 6));
+        EXPECT_GE(entry, last) << line;
+        last = entry;
+        ++explained;
+      }
+      const std::vector<std::string> blend = Lines(text, "blend: colour (");
+      ASSERT_EQ(blend.size(), 1u) << text;
+      Vector color;
+      double left = -1;
+      ASSERT_EQ(std::sscanf(blend[0].c_str(), "blend: colour (%lf, %lf, %lf), %lf", &color.x, &color.y,
+                            &color.z, &left),
+                4);
+      ExpectNear(color, shot.At(x, y), 2e-6);
+      EXPECT_NEAR(1 - left, shot.Alpha(x, y), 2e-6);
+    }
+  }
+  EXPECT_GT(explained, 60);
+  const std::string middle = Explain(16, 16);
+  const char* const order[] = {"point 1,", "point 2,", "point 0,"};
+  std::size_t at = 0;
+  for (const char* point : order) {
+    const std::size_t next = middle.find(point);
+    ASSERT_NE(next, std::string::npos) << middle;
+    EXPECT_GE(next, at) << middle;
+    at = next;
+  }
+  EXPECT_FALSE(Lines(middle, "cells with points").empty()) << middle;
+  EXPECT_NE(Explain(0, 32).find("misses the points' box"), std::string::npos);
+}
+
+TEST_F(Explanation, IsOnlyGivenWhileAFrameIsRendered) {
+  Add({{Vector()}});
+  EXPECT_FALSE(Explain(16, 16).empty());
+  String text;
+  VolumeData* vd = VolumeData::Alloc();
+  KelvraRayExplanation question = {1, vd, &text};
+  BaseSceneHook* hook = doc_->FindSceneHook(KELVRA_HOOK);
+  EXPECT_FALSE(hook->Message(KELVRA_MESSAGE_EXPLAIN_RAY, &question)) << "nothing stays in the hook";
+  VolumeData::Free(vd);
+  FirstPost()->GetDataInstance()->SetLink(KELVRA_RENDER_OBJECT, NULL);
+  EXPECT_TRUE(Explain(16, 16).empty()) << "no points are rendered";
+}
+
+} // namespace

@@ -1,0 +1,209 @@
+// What video posts hear from a render, in which order, and that every open is closed whatever happens.
+#include "render_fixture.h"
+
+#include <map>
+
+namespace {
+
+constexpr LONG kFirstWitness = 1099301, kSecondWitness = 1099302;
+
+struct Heard {
+  LONG post;
+  VIDEOPOSTCALL call;
+  bool open;
+  bool volume; ///< vd is there
+  bool good;   ///< *error at that time
+  LONG asked;  ///< posts that were asked for their render info so far
+};
+
+/** Notes what it hears; fails at a call and asks for a break when told to. */
+class Witness : public VideoPostData {
+public:
+  static NodeData* Alloc() { return gNew Witness; }
+  static inline std::vector<Heard> heard;
+  static inline std::size_t failAt = 0; ///< the n-th call fails, 0 for none
+  static inline bool asksForBreak = false;
+  static inline VIDEOPOSTINFO info = VIDEOPOSTINFO_0;
+  static inline LONG asked = 0;
+  static inline std::atomic<long> volumetric, shadow;
+
+  static void Reset() {
+    heard.clear();
+    failAt = 0;
+    asksForBreak = false;
+    info = VIDEOPOSTINFO_0;
+    asked = 0;
+    volumetric = shadow = 0;
+  }
+
+  RENDERRESULT Execute(BaseVideoPost* node, VideoPostStruct* vps) override {
+    heard.push_back({node->GetType(), vps->vp, vps->open != FALSE, vps->vd != NULL,
+                     *vps->error == RENDERRESULT_OK, asked});
+    EXPECT_NE(vps->doc, nullptr);
+    EXPECT_NE(vps->thread, nullptr);
+    if (asksForBreak) vps->thread->TestBreak();
+    return heard.size() == failAt ? RENDERRESULT_ASSETMISSING : RENDERRESULT_OK;
+  }
+  VIDEOPOSTINFO GetRenderInfo(BaseVideoPost*) override {
+    ++asked;
+    return info;
+  }
+  void CalcVolumetric(BaseVideoPost*, VolumeData*) override { ++volumetric; }
+  void CalcShadow(BaseVideoPost*, VolumeData*) override { ++shadow; }
+};
+
+class LifeCycle : public RenderTest {
+protected:
+  void SetUp() override {
+    RenderTest::SetUp();
+    options_.width = options_.height = 5;
+    Witness::Reset();
+    for (const LONG id : {kFirstWitness, kSecondWitness})
+      ASSERT_TRUE(RegisterVideoPostPlugin(id, "Witness", PLUGINFLAG_VIDEOPOST_INHERENT, Witness::Alloc,
+                                          String(), 0, 0));
+  }
+
+  /** Each close answers the latest open that has none yet, and none is left; calls nest in their order. */
+  static void ExpectMatched() {
+    std::vector<Heard> open;
+    for (const Heard& one : Witness::heard) {
+      const bool inRender = one.call == VIDEOPOSTCALL_RENDER || one.call == VIDEOPOSTCALL_INNER;
+      EXPECT_EQ(one.volume, inRender) << "call " << one.call << " open " << one.open;
+      if (one.open) {
+        const VIDEOPOSTCALL outer = open.empty() ? VIDEOPOSTCALL_FRAMESEQUENCE : open.back().call;
+        EXPECT_TRUE(one.call == outer || one.call == outer + 1) << one.call << " in " << outer;
+        EXPECT_TRUE(one.good) << "nothing is opened after an error";
+        open.push_back(one);
+        continue;
+      }
+      ASSERT_FALSE(open.empty()) << "close without open, call " << one.call;
+      EXPECT_EQ(one.call, open.back().call);
+      EXPECT_EQ(one.post, open.back().post);
+      open.pop_back();
+    }
+    EXPECT_TRUE(open.empty()) << "never closed: call " << open.back().call;
+  }
+  static std::vector<int> CallsOf(LONG post) {
+    std::vector<int> calls;
+    for (const Heard& one : Witness::heard)
+      if (one.post == post) calls.push_back(one.open ? one.call : -one.call);
+    return calls;
+  }
+};
+
+TEST_F(LifeCycle, OpensFromTheSequenceInwardsAndClosesBackForEveryFrame) {
+  {
+    host::RenderJob job(doc_, options_);
+    for (LONG frame = 0; frame < 3; ++frame) {
+      doc_->SetTime(BaseTime((Real)frame, (Real)doc_->GetFps()));
+      EXPECT_TRUE(job.RenderFrame().Ok());
+    }
+  }
+  ExpectMatched();
+  std::vector<int> expected = {VIDEOPOSTCALL_FRAMESEQUENCE};
+  for (int frame = 0; frame < 3; ++frame) expected.insert(expected.end(), {2, 3, 4, 5, -5, -4, -3, -2});
+  expected.push_back(-VIDEOPOSTCALL_FRAMESEQUENCE);
+  for (const LONG post : {kFirstWitness, kSecondWitness}) EXPECT_EQ(CallsOf(post), expected);
+}
+
+TEST_F(LifeCycle, PostsAreAskedWhatTheyWantBetweenRenderAndInner) {
+  Render();
+  for (const Heard& one : Witness::heard) {
+    const bool before = one.open && one.call <= VIDEOPOSTCALL_RENDER;
+    EXPECT_EQ(one.asked, before ? 0 : 2) << "call " << one.call << " open " << one.open;
+  }
+}
+
+TEST_F(LifeCycle, OnlyWhatWasAskedForIsCalled) {
+  NEEDS_SURFACES();
+  AddWall(0);
+  AddLight(Vector(0, 0, -10));
+  const struct {
+    LONG info;
+    bool volumetric, shadow;
+  } cases[] = {{0, false, false},
+               {VIDEOPOSTINFO_CALCVOLUMETRIC, true, false},
+               {VIDEOPOSTINFO_CALCSHADOW, false, true},
+               {VIDEOPOSTINFO_CALCVOLUMETRIC | VIDEOPOSTINFO_CALCSHADOW, true, true}};
+  for (const auto& c : cases) {
+    Witness::Reset();
+    Witness::info = (VIDEOPOSTINFO)c.info;
+    Render();
+    EXPECT_EQ(Witness::volumetric > 0, c.volumetric) << c.info;
+    EXPECT_EQ(Witness::shadow > 0, c.shadow) << c.info;
+  }
+}
+
+TEST_F(LifeCycle, APostThatFailsAnywhereLeavesNothingOpen) {
+  Add({{Vector()}});
+  Render();
+  const std::size_t calls = Witness::heard.size();
+  ASSERT_EQ(calls, 20u);
+  const LLONG blocks = application_.Live().blocks;
+  for (std::size_t n = 1; n <= calls; ++n) {
+    SCOPED_TRACE(n);
+    Witness::Reset();
+    Witness::failAt = n;
+    const host::RenderOutcome outcome = TryRender().outcome;
+    ExpectMatched();
+    Witness::Reset();
+    Render(); // frees what was gathered for a render that never opened
+    EXPECT_EQ(application_.Live().blocks, blocks);
+    if (n > 18) continue; // the sequence closes when the job is gone
+    EXPECT_EQ(outcome.result, RENDERRESULT_ASSETMISSING);
+    ExpectOneLine(outcome.message);
+    EXPECT_NE(outcome.message.find("Witness"), std::string::npos) << outcome.message;
+  }
+}
+
+TEST_F(LifeCycle, ABreakAnywhereEndsTheFrameAndLeavesNothingOpen) {
+  std::vector<Dot> dots;
+  for (int i = 0; i < 2200; ++i) dots.push_back({Vector(i % 7, i % 5, i % 3)});
+  Add(dots);
+  Render();
+  const LLONG blocks = application_.Live().blocks;
+  host::Faults& faults = application_.GetFaults();
+  int broken = 0;
+  for (int n = 1;; ++n) {
+    SCOPED_TRACE(n);
+    ASSERT_LT(n, 100);
+    Witness::Reset();
+    Witness::asksForBreak = true;
+    faults.Clear();
+    faults.FailAt(host::Fault::UserBreak, n);
+    const host::RenderOutcome outcome = TryRender().outcome;
+    const bool struck = faults.Calls(host::Fault::UserBreak) >= n;
+    faults.Clear();
+    ExpectMatched();
+    EXPECT_EQ(application_.Live().blocks, blocks);
+    if (!struck) break;
+    // The pixels were complete where only closes were left.
+    const bool closing = outcome.Ok();
+    EXPECT_EQ(outcome.result, closing ? RENDERRESULT_OK : RENDERRESULT_USERBREAK);
+    EXPECT_TRUE(closing || broken == n - 1) << "a later question cannot end what an earlier one did not";
+    broken += !closing;
+    if (!closing) ExpectOneLine(outcome.message);
+  }
+  EXPECT_GE(broken, 10 + 2) << "each open, and the gathering of 2200 points twice";
+}
+
+TEST_F(LifeCycle, ASwitchedOffPostHearsNothing) {
+  Render();
+  Witness::Reset();
+  FirstPost(kFirstWitness)->SetBit(1 << 2);
+  Render();
+  EXPECT_EQ(CallsOf(kFirstWitness), std::vector<int>());
+  EXPECT_EQ(CallsOf(kSecondWitness).size(), 10u);
+}
+
+TEST_F(LifeCycle, PostsThatAreAlwaysThereAreMadeOnce) {
+  for (int i = 0; i < 2; ++i) Render();
+  std::map<LONG, int> found;
+  for (BaseVideoPost* post = doc_->GetActiveRenderData()->GetFirstVideoPost(); post; post = post->GetNext())
+    ++found[post->GetType()];
+  const std::map<LONG, int> expected = {
+      {kVoxelPost, 1}, {kBuilder, 1}, {kRecorder, 1}, {kFirstWitness, 1}, {kSecondWitness, 1}};
+  EXPECT_EQ(found, expected);
+}
+
+} // namespace
