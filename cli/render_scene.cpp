@@ -118,6 +118,9 @@ void CheckRenderOptions(const RenderCommandOptions& options) {
   Vector background;
   if (!ParseColor(options.background, &background))
     throw UsageError{"--background " + options.background + ": expected #RRGGBB"};
+  const bool finite = std::isfinite(options.turn) && std::isfinite(options.groundMirror) &&
+                      (options.groundHeight.empty() || std::isfinite(options.groundHeight[0]));
+  if (!finite) throw UsageError{"--turn, --ground-mirror, --ground-height: expected finite numbers"};
   CheckLights(options.lights);
 }
 

@@ -13,7 +13,7 @@ struct RenderScene {
   std::vector<std::string> notes; ///< lines that tell what was chosen for the user
 };
 
-/** Throws UsageError for lights or a background that cannot be read. */
+/** Throws UsageError for lights, a background or numbers that cannot be used. */
 void CheckRenderOptions(const RenderCommandOptions& options);
 
 RenderScene PrepareScene(CloudSession& session, const RenderCommandOptions& options);

@@ -4,6 +4,8 @@
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
+#include <new>
+#include <system_error>
 #include <thread>
 
 namespace host {
@@ -23,8 +25,7 @@ public:
 
   void Run(const std::function<bool(double)>& goOn) {
     std::vector<std::thread> threads;
-    running_ = scene_.threads;
-    for (LONG i = 0; i < scene_.threads; ++i) threads.emplace_back([this, i] { RunThread(i); });
+    StartThreads(threads);
     {
       std::unique_lock<std::mutex> lock(mutex_);
       while (!finished_.wait_for(lock, kLookInterval, [this] { return running_ == 0; })) {
@@ -39,6 +40,18 @@ public:
 
 private:
   LONG Tiles() const { return across_ * down_; }
+
+  /** Fewer threads when the system refuses more; without any, std::bad_alloc. */
+  void StartThreads(std::vector<std::thread>& threads) {
+    threads.reserve((std::size_t)scene_.threads);
+    const std::lock_guard<std::mutex> lock(mutex_);
+    try {
+      for (; running_ < scene_.threads; ++running_)
+        threads.emplace_back([this, i = running_] { RunThread(i); });
+    } catch (const std::system_error&) {
+      if (running_ == 0) throw std::bad_alloc();
+    }
+  }
 
   void RunThread(LONG thread) {
     RayTracer tracer(scene_, options_, thread);
