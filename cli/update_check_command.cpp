@@ -21,9 +21,23 @@ bool AskOnTerminal() {
   return false;
 }
 
+/** The module says so when the second request got no answer. */
+const char* const kMailProblem = "There was a problem sending the email";
+
+/** Most bytes of a dialog's text that are shown. */
+const std::size_t kMostShown = 500;
+
+/** What a server sent reaches the terminal as plain text of bounded length. */
+std::string Plain(const std::string& text) {
+  std::string plain = text.substr(0, kMostShown);
+  for (char& c : plain)
+    if ((unsigned char)c < 0x20 || c == 0x7f) c = ' ';
+  return text.size() > kMostShown ? plain + "..." : plain;
+}
+
 /** Shows one dialog of the module on the terminal and gives what is pressed. */
 GEMB_R Show(const std::string& text, GEMB flags, Consent consent) {
-  std::cout << text;
+  std::cout << Plain(text);
   if ((flags & 0xf) != GEMB_YESNO) {
     std::cout << "\n";
     return GEMB_R_OK;
@@ -44,7 +58,9 @@ int RunUpdateCheck(Consent consent) {
   const std::size_t firstLine = application.GetConsole().Lines().size();
   application.PressButton(page, KELVRA_PREFS_CHECK_UPDATE);
   PrintConsole(application.GetConsole(), firstLine);
-  if (!application.GetDialogs().Shown().empty()) return kExitWhole;
+  const auto& shown = application.GetDialogs().Shown();
+  if (!shown.empty())
+    return shown.back().text.find(kMailProblem) == std::string::npos ? kExitWhole : kExitIncomplete;
   // The check itself is silent then, as in the dialog; on a terminal a reason is expected.
   if (ElementText(page, KELVRA_PREFS_ORDER_REFERENCE, "order_reference").empty())
     std::cerr

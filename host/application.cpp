@@ -286,6 +286,7 @@ bool Application::SavePreferences(std::string* error) {
 
 BaseObject* CreateObjectFromMenu(BaseDocument* api, LONG type) {
   Document& doc = *Impl(api);
+  if (!TheServices().libraries.Offers(type)) return NULL;
   Object* op = static_cast<Object*>(MakeNode(NodeKind::Object, type));
   if (!op) return NULL;
   const Work work;
@@ -333,6 +334,9 @@ Dialogs& Application::GetDialogs() {
 }
 Faults& Application::GetFaults() {
   return impl_->faults;
+}
+Libraries& Application::GetLibraries() {
+  return impl_->services.libraries;
 }
 
 } // namespace host

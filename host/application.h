@@ -7,6 +7,7 @@
 #include "host/console.h"
 #include "host/dialogs.h"
 #include "host/faults.h"
+#include "host/libraries.h"
 
 #include <memory>
 #include <string>
@@ -104,6 +105,7 @@ public:
   Console& GetConsole();
   Dialogs& GetDialogs();
   Faults& GetFaults();
+  Libraries& GetLibraries();
 
 private:
   struct Impl;

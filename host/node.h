@@ -21,7 +21,17 @@ struct Node;
 struct Plugin;     // host/core/plugin_registry.h
 class UndoHistory; // host/core/undo.h
 
-enum class NodeKind { Document, RenderSettings, Object, Tag, VideoPost, SceneHook, Shader, Preferences };
+enum class NodeKind {
+  Document,
+  RenderSettings,
+  Object,
+  Tag,
+  VideoPost,
+  SceneHook,
+  Shader,
+  Preferences,
+  ParticleGroup
+};
 
 /** Nodes in order. The owner never changes; NodesOf gives the lists of a node. */
 struct NodeList {
@@ -68,6 +78,8 @@ struct Node {
   /** dest is of the same type; false when memory is refused. */
   virtual bool CopyOwn(Node& /*dest*/) const { return true; }
   virtual void SwapOwn(Node& /*other*/) {}
+  /** Where particle groups lie below it; NULL for nodes that hold none. */
+  virtual NodeList* Groups() { return nullptr; }
 };
 
 struct Object : Node {
@@ -79,6 +91,8 @@ struct Object : Node {
   ULONG cacheState = 0;       ///< dirty count that the cache was built for
   bool cacheBuilt = false;
 
+  /** Box of what the host's own types hold, in the object's own space: centre and half size, zero when empty. */
+  virtual void Box(Vector* centre, Vector* halfSize) const { *centre = *halfSize = Vector(); }
   /** The object above, NULL on top. */
   Object* Up() const;
   Matrix Global() const;

@@ -5,7 +5,6 @@
 #include "host/core/misbehaviour.h"
 #include "host/core/module_scope.h"
 #include "host/core/plugin_registry.h"
-#include "host/geometry/point_nodes.h"
 #include "host/user_break.h"
 
 namespace host {
@@ -20,11 +19,9 @@ const OBJECTPLUGIN* PluginOf(const Object& op) {
 } // namespace
 
 void GetObjectBox(BaseObject* op, Vector* centre, Vector* halfSize) {
-  *centre = *halfSize = Vector();
+  Impl(op)->Box(centre, halfSize);
   if (const OBJECTPLUGIN* plugin = PluginOf(*Impl(op)))
     CallModule("GetDimension", plugin->GetDimension, Impl(op)->data, op, centre, halfSize);
-  else if (const PointNode* points = AsPoints(Impl(op)))
-    points->Box(centre, halfSize);
 }
 
 DRAWRESULT DrawObject(BaseObject* op, DRAWPASS pass, BaseDraw* view, BaseDrawHelp* help) {

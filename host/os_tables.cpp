@@ -30,7 +30,8 @@ namespace {
 
 constexpr OperatingSystem kTables = {API_VERSION, &kGeTable, &kLrTable, &kBmTable, &kAtTable,
                                      &kBoTable,   &kBdTable, &kHfTable, &kFlTable, &kBrTable,
-                                     &kGlTable,   &kMoTable, &kVdTable, &kPoTable};
+                                     &kGlTable,   &kMoTable, &kVdTable, &kPoTable,
+                                     &kHrTable, &kTpTable, &kEmTable};
 
 } // namespace
 

@@ -100,6 +100,15 @@ struct GuardedEntry<R (*)(A...), Own, function, Name, E> {
 #define HOST_TABLE Po
 #define HOST_TABLE_FILE "tables/po.inc"
 #include "host/bind_table.inc"
+#define HOST_TABLE Hr
+#define HOST_TABLE_FILE "tables/hr.inc"
+#include "host/bind_table.inc"
+#define HOST_TABLE Tp
+#define HOST_TABLE_FILE "tables/tp.inc"
+#include "host/bind_table.inc"
+#define HOST_TABLE Em
+#define HOST_TABLE_FILE "tables/em.inc"
+#include "host/bind_table.inc"
 
 #define HOST_BIND_GE(Entries) constexpr C4D_Ge kGeTable = bindGe::Make<Entries>();
 #define HOST_BIND_LR(Entries) constexpr C4D_Lr kLrTable = bindLr::Make<Entries>();
@@ -114,5 +123,8 @@ struct GuardedEntry<R (*)(A...), Own, function, Name, E> {
 #define HOST_BIND_MO(Entries) constexpr C4D_Mo kMoTable = bindMo::Make<Entries>();
 #define HOST_BIND_VD(Entries) constexpr C4D_Vd kVdTable = bindVd::Make<Entries>();
 #define HOST_BIND_PO(Entries) constexpr C4D_Po kPoTable = bindPo::Make<Entries>();
+#define HOST_BIND_HR(Entries) constexpr C4D_Hr kHrTable = bindHr::Make<Entries>();
+#define HOST_BIND_TP(Entries) constexpr C4D_Tp kTpTable = bindTp::Make<Entries>();
+#define HOST_BIND_EM(Entries) constexpr C4D_Em kEmTable = bindEm::Make<Entries>();
 
 } // namespace host

@@ -49,6 +49,15 @@ struct C4D_Vd {
 struct C4D_Po {
 #include "tables/po.inc"
 };
+struct C4D_Hr {
+#include "tables/hr.inc"
+};
+struct C4D_Tp {
+#include "tables/tp.inc"
+};
+struct C4D_Em {
+#include "tables/em.inc"
+};
 #undef C4D_ENTRY
 
 /** All tables; version comes first and is compared before anything else is read. */
@@ -67,6 +76,9 @@ struct OperatingSystem {
   const C4D_Mo* Mo;
   const C4D_Vd* Vd;
   const C4D_Po* Po;
+  const C4D_Hr* Hr;
+  const C4D_Tp* Tp;
+  const C4D_Em* Em;
 };
 
 /** The host's tables: set by c4d_main in a module, the host's own in the host. */

@@ -92,7 +92,8 @@ Bool MyPrefs::GetDDescription(GeListNode* node, Description* description, DESCFL
 
 Bool MyPrefs::GetDParameter(GeListNode* node, const DescID& id, GeData& value, DESCFLAGS_GET& flags) {
   const BaseContainer* container = PreferencesContainer();
-  const GeData* stored = container ? container->GetDataPointer(KeyOf(id)) : NULL;
+  const LONG key = KeyOf(id);
+  const GeData* stored = container && key != NOTOK ? container->GetDataPointer(key) : NULL;
   if (stored) {
     value = *stored;
     flags |= DESCFLAGS_GET_PARAM_GET;

@@ -2,8 +2,10 @@
 #include "host/core/misbehaviour.h"
 #include "host/core/node_parameters.h"
 #include "host/core/node_types.h"
+#include "host/core/services.h"
 #include "host/geometry/variable_tag.h"
 #include "host/os_tables.h"
+#include "host/particles/particle_system.h"
 
 namespace host {
 
@@ -38,7 +40,8 @@ struct AtEntries {
 
   static GeListNode* Alloc(PLUGINTYPE plugin, LONG type) {
     NodeKind kind;
-    return KindOfPlugin(plugin, &kind) ? Api(MakeNode(kind, type)) : NULL;
+    if (!KindOfPlugin(plugin, &kind) || !TheServices().libraries.Offers(type)) return NULL;
+    return Api(MakeNode(kind, type));
   }
   static void Free(GeListNode* node) {
     Node* impl = Impl(node);
@@ -103,10 +106,12 @@ struct AtEntries {
   static GeListNode* GetPred(GeListNode* node) { return Api(Impl(node)->pred); }
   static GeListNode* GetUp(GeListNode* node) {
     Node* impl = Impl(node);
+    if (impl->kind == NodeKind::ParticleGroup) return Api(static_cast<ParticleGroup*>(impl)->Up());
     return impl->kind == NodeKind::Object ? Api(static_cast<Object*>(impl)->Up()) : NULL;
   }
   static GeListNode* GetDown(GeListNode* node) {
     Node* impl = Impl(node);
+    if (impl->kind == NodeKind::ParticleGroup) return Api(impl->Groups()->first);
     return impl->kind == NodeKind::Object ? Api(static_cast<Object*>(impl)->children.first) : NULL;
   }
   static void Remove(GeListNode* node) { RemoveNode(*Impl(node)); }

@@ -3,6 +3,7 @@
 #include "host/core/services.h"
 #include "host/core/undo.h"
 #include "host/os_tables.h"
+#include "host/particles/particle_system.h"
 #include "host/scene/text.h"
 
 #include <filesystem>
@@ -74,6 +75,10 @@ struct BdEntries {
   }
   static RenderData* GetActiveRenderData(BaseDocument* doc) { return Api(Impl(doc)->ActiveRenderSettings()); }
   static BaseSceneHook* FindSceneHook(const BaseDocument* doc, LONG id) {
+    if (id == ID_THINKINGPARTICLES) {
+      Document& impl = *const_cast<Document*>(Impl(doc));
+      return TheServices().libraries.particles ? Api((SceneHook*)SystemOf(impl)) : NULL;
+    }
     for (Node* hook = Impl(doc)->hooks.first; hook; hook = hook->next)
       if (hook->type == id) return Api((SceneHook*)hook);
     return NULL;

@@ -35,6 +35,7 @@ std::vector<NodeList*> ListsOf(Node& node) {
   case NodeKind::RenderSettings:
     return {&static_cast<RenderSettings&>(node).videoPosts};
   default:
+    if (NodeList* groups = node.Groups()) return {groups};
     return {};
   }
 }
@@ -56,7 +57,7 @@ NodeList* ListFor(Node& owner, NodeKind kind) {
   case NodeKind::RenderSettings:
     return kind == NodeKind::VideoPost ? &static_cast<RenderSettings&>(owner).videoPosts : nullptr;
   default:
-    return nullptr;
+    return kind == NodeKind::ParticleGroup ? owner.Groups() : nullptr;
   }
 }
 

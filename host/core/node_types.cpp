@@ -3,6 +3,9 @@
 #include "host/core/services.h"
 #include "host/geometry/point_nodes.h"
 #include "host/geometry/variable_tag.h"
+#include "host/hair/hair_object.h"
+#include "host/particles/emitter.h"
+#include "host/particles/particle_system.h"
 
 #include <map>
 
@@ -23,6 +26,10 @@ const OwnType kOwnTypes[] = {
     {NodeKind::Object, Olight, "Light", 0},
     {NodeKind::Object, Opolygon, "Polygon", Opoint},
     {NodeKind::Object, Ospline, "Spline", Opoint},
+    {NodeKind::Object, Ohair, "Hair", 0},
+    {NodeKind::Object, Oemitter_external, "Particle Emitter", 0},
+    {NodeKind::SceneHook, ID_THINKINGPARTICLES, "Thinking Particles", 0},
+    {NodeKind::ParticleGroup, ID_TP_PGROUP, "Group", 0},
     {NodeKind::Tag, Tsegment, "Segments", Tvariable},
     {NodeKind::Tag, Tvertexmap, "Vertex Map", Tvariable},
     {NodeKind::Tag, ID_MOTAGDATA, "MoGraph Data", 0},
@@ -84,6 +91,14 @@ Node* MakeOwnNode(NodeKind kind, LONG type) {
     return new PolygonNode;
   case Ospline:
     return new SplineNode;
+  case Ohair:
+    return new HairNode;
+  case Oemitter_external:
+    return new EmitterNode;
+  case ID_THINKINGPARTICLES:
+    return new ParticleSystem;
+  case ID_TP_PGROUP:
+    return new ParticleGroup;
   case Tsegment:
   case Tvertexmap:
     return new VariableTagNode(type);
@@ -112,6 +127,8 @@ Node* MakeEmptyNode(NodeKind kind, LONG type) {
     return new Shader(type);
   case NodeKind::Preferences:
     return new PreferencesPage(type);
+  case NodeKind::ParticleGroup:
+    return new ParticleGroup;
   }
   return nullptr;
 }

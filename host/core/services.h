@@ -4,6 +4,7 @@
 #include "host/application.h"
 #include "host/core/plugin_registry.h"
 #include "host/core/world_data.h"
+#include "host/libraries.h"
 #include "host/node.h"
 
 #include <atomic>
@@ -14,6 +15,7 @@ namespace host {
 struct Services {
   PluginRegistry plugins;
   WorldData worldData;
+  Libraries libraries;
   Document* active = nullptr;
   std::list<std::unique_ptr<Resources>> resources;
   std::atomic<long long> redraws{0}; ///< asked for by EventAdd

@@ -3,6 +3,8 @@
 #include "host/gl/replacing_file.h"
 #include "host/scene/text.h"
 
+#include <cerrno>
+#include <charconv>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -73,6 +75,24 @@ double ToReal(const json& v) {
   return v.is_null() ? std::numeric_limits<double>::quiet_NaN() : v.get<double>();
 }
 
+LLONG ToInteger(const json& v, LLONG least, LLONG most) {
+  const bool tooLarge = v.is_number_unsigned() && v.get<std::uint64_t>() > (std::uint64_t)most;
+  if (!v.is_number_integer() || tooLarge || v.get<LLONG>() < least || v.get<LLONG>() > most)
+    throw std::runtime_error("found " + (v.is_number() ? v.dump() : std::string(v.type_name())) +
+                             ", expected an integer from " + std::to_string(least) + " to " +
+                             std::to_string(most));
+  return v.get<LLONG>();
+}
+
+/** A container's or value's number: nothing but digits, perhaps with a sign. */
+LONG ToId(const std::string& text) {
+  LONG id = 0;
+  const std::from_chars_result end = std::from_chars(text.data(), text.data() + text.size(), id);
+  if (end.ec != std::errc() || end.ptr != text.data() + text.size())
+    throw std::runtime_error("found the key \"" + text.substr(0, 40) + "\", expected a 32-bit number");
+  return id;
+}
+
 Vector ToVector(const json& v) {
   return Vector(ToReal(v.at(0)), ToReal(v.at(1)), ToReal(v.at(2)));
 }
@@ -81,7 +101,7 @@ GeData ToCurve(const json& knots) {
   SplineData curve;
   for (const json& knot : knots)
     if (curve.InsertKnot(ToReal(knot.at(0)), ToReal(knot.at(1))) == NOTOK)
-      throw std::runtime_error("found knot " + knot.dump() + ", expected x from 0 to 1 and a finite value");
+      throw std::runtime_error("found a knot out of range, expected x from 0 to 1 and a finite value");
   return GeData(CUSTOMDATATYPE_SPLINE, curve);
 }
 
@@ -89,12 +109,14 @@ BaseContainer ToContainer(const json& object, int depth);
 
 GeData ToValue(const json& value, int depth) {
   if (!value.is_object() || value.size() != 1)
-    throw std::runtime_error("found " + value.dump() + ", expected one value with its kind");
+    throw std::runtime_error(std::string("found ") + value.type_name() +
+                             ", expected one value with its kind");
   const auto entry = value.begin();
   const std::string& kind = entry.key();
   const json& v = entry.value();
-  if (kind == "long") return GeData(v.get<LONG>());
-  if (kind == "llong") return GeData(v.get<LLONG>(), LLONGVALUE_0);
+  if (kind == "long") return GeData((LONG)ToInteger(v, -0x80000000LL, 0x7fffffffLL));
+  if (kind == "llong")
+    return GeData(ToInteger(v, LLONG(~0ULL >> 1) * -1 - 1, LLONG(~0ULL >> 1)), LLONGVALUE_0);
   if (kind == "real") return GeData(ToReal(v));
   if (kind == "vector") return GeData(ToVector(v));
   if (kind == "matrix")
@@ -109,9 +131,10 @@ GeData ToValue(const json& value, int depth) {
 
 BaseContainer ToContainer(const json& object, int depth) {
   if (depth > kDeepest) throw std::runtime_error("containers nest deeper than " + std::to_string(kDeepest));
-  if (!object.is_object()) throw std::runtime_error("found " + object.dump() + ", expected a container");
+  if (!object.is_object())
+    throw std::runtime_error(std::string("found ") + object.type_name() + ", expected a container");
   BaseContainer bc;
-  for (const auto& [id, value] : object.items()) bc.SetData(std::stoi(id), ToValue(value, depth));
+  for (const auto& [id, value] : object.items()) bc.SetData(ToId(id), ToValue(value, depth));
   return bc;
 }
 
@@ -121,24 +144,75 @@ std::string Dump(const json& root) {
 
 } // namespace
 
+namespace {
+
+/** No preferences come near this size. */
+const std::uintmax_t kMostBytes = 16 << 20;
+
+/** The content of a regular file; false with the reason. */
+bool ReadWhole(const fs::path& path, std::string* text, std::string* reason) {
+  std::error_code code;
+  const std::uintmax_t size = fs::is_regular_file(path, code) ? fs::file_size(path, code) : 0;
+  if (code || !fs::is_regular_file(path, code)) {
+    *reason = code ? code.message() : "is no regular file";
+    return false;
+  }
+  if (size > kMostBytes) {
+    *reason = "holds " + std::to_string(size) + " bytes, expected at most " + std::to_string(kMostBytes);
+    return false;
+  }
+  errno = 0;
+  std::ifstream file(path, std::ios::binary);
+  if (!file) {
+    *reason = errno != 0 ? std::generic_category().message(errno) : "cannot be opened";
+    return false;
+  }
+  text->assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+  return true;
+}
+
+/** A name beside the file that nothing has yet. */
+fs::path FreeName(const std::string& path) {
+  std::error_code ignored;
+  fs::path name = fs::u8path(path + ".damaged");
+  for (int n = 2; fs::exists(fs::symlink_status(name, ignored)); ++n)
+    name = fs::u8path(path + ".damaged" + std::to_string(n));
+  return name;
+}
+
+std::map<LONG, BaseContainer> Parse(const std::string& text) {
+  const json root = json::parse(text);
+  if (!root.is_object())
+    throw std::runtime_error(std::string("found ") + root.type_name() + ", expected containers by number");
+  std::map<LONG, BaseContainer> read;
+  for (const auto& [id, container] : root.items()) read[ToId(id)] = ToContainer(container, 0);
+  return read;
+}
+
+} // namespace
+
 void WorldData::Open(const std::string& folder, std::string* error) {
   if (folder.empty()) return;
   const fs::path path = fs::u8path(folder) / "preferences.json";
   path_ = path.u8string();
   std::error_code ignored;
-  if (!fs::exists(path, ignored)) return;
+  if (!fs::exists(fs::symlink_status(path, ignored))) return;
+  std::string text, reason;
+  if (!ReadWhole(path, &text, &reason)) {
+    *error = path_ + ": " + reason + "; the preferences of this run are neither read nor saved";
+    path_.clear();
+    return;
+  }
   try {
-    std::ifstream file(path, std::ios::binary);
-    const json root = json::parse(file);
-    std::map<LONG, BaseContainer> read;
-    for (const auto& [id, container] : root.items()) read[std::stoi(id)] = ToContainer(container, 0);
-    containers_.swap(read);
+    containers_ = Parse(text);
     saved_ = Text();
   } catch (const std::exception& e) {
-    const fs::path aside = fs::u8path(path_ + ".damaged");
-    fs::rename(path, aside, ignored);
-    *error = path_ + ": the preferences cannot be read and begin anew, the file is now " + aside.u8string() +
-             ": " + e.what();
+    const fs::path aside = FreeName(path_);
+    std::error_code failed;
+    fs::rename(path, aside, failed);
+    *error = path_ + ": the preferences cannot be read and begin anew, the file " +
+             (failed ? "stays and nothing is saved" : "is now " + aside.u8string()) + ": " + e.what();
+    if (failed) path_.clear();
   }
 }
 
@@ -148,7 +222,10 @@ bool WorldData::Save(std::string* error) {
   if (text == saved_ || (saved_.empty() && text == Dump(json::object()) + "\n")) return true;
   std::error_code ignored;
   fs::create_directories(fs::u8path(path_).parent_path(), ignored);
-  gl::ReplacingFile file(path_);
+  // A link stays a link: what it leads to is replaced.
+  const fs::path real =
+      fs::is_symlink(fs::u8path(path_), ignored) ? fs::canonical(fs::u8path(path_), ignored) : fs::path();
+  gl::ReplacingFile file(real.empty() ? path_ : real.u8string());
   std::string reason;
   if (!file.Open(&reason) ||
       (std::fwrite(text.data(), 1, text.size(), file.File()) != text.size() &&

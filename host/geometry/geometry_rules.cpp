@@ -16,10 +16,17 @@ std::string NotFinite(const char* what, VLONG index, double value) {
 
 } // namespace
 
+std::string WrongVector(const char* what, VLONG index, const Vector& value) {
+  for (LONG axis = 0; axis < 3; ++axis)
+    if (!std::isfinite(value[axis])) return NotFinite(what, index, value[axis]);
+  return std::string();
+}
+
 std::string WrongPoint(const HostArray<Vector>& points) {
-  for (VLONG i = 0; i < points.Count(); ++i)
-    for (LONG axis = 0; axis < 3; ++axis)
-      if (!std::isfinite(points[i][axis])) return NotFinite("point", i, points[i][axis]);
+  for (VLONG i = 0; i < points.Count(); ++i) {
+    const std::string wrong = WrongVector("point", i, points[i]);
+    if (!wrong.empty()) return wrong;
+  }
   return std::string();
 }
 

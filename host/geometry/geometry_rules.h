@@ -10,6 +10,8 @@ namespace host {
 
 // Each gives an empty text, or one line that names the first element that breaks the rule.
 
+/** Components are finite; `what` and `index` name the element. */
+std::string WrongVector(const char* what, VLONG index, const Vector& value);
 /** Coordinates are finite. */
 std::string WrongPoint(const HostArray<Vector>& points);
 /** Corners lie within the points. */

@@ -20,12 +20,6 @@ bool Accept(HyperFile* hf, const std::string& wrong) {
   return wrong.empty() || HyperFileImpl::From(hf)->Refuse(FILEERROR_INVALID, wrong);
 }
 
-VariableTagNode* SegmentTag(Object& op) {
-  for (Node* tag = op.tags.first; tag; tag = tag->next)
-    if (tag->type == Tsegment) return AsVariable(static_cast<Tag*>(tag));
-  return nullptr;
-}
-
 } // namespace
 
 PointNode* AsPoints(Object* op) {
@@ -35,21 +29,24 @@ const PointNode* AsPoints(const Object* op) {
   return dynamic_cast<const PointNode*>(op);
 }
 
-void PointNode::Box(Vector* centre, Vector* halfSize) const {
-  *centre = *halfSize = Vector();
-  Vector low(MAXREALr), high(MINREALr);
-  bool any = false;
-  for (VLONG i = 0; i < points.Count(); ++i) {
-    if (!IsFinite(points[i])) continue;
-    any = true;
-    for (LONG axis = 0; axis < 3; ++axis) {
-      low[axis] = std::min(low[axis], points[i][axis]);
-      high[axis] = std::max(high[axis], points[i][axis]);
-    }
+void PointBox::Add(const Vector& point) {
+  if (!IsFinite(point)) return;
+  any_ = true;
+  for (LONG axis = 0; axis < 3; ++axis) {
+    low_[axis] = std::min(low_[axis], point[axis]);
+    high_[axis] = std::max(high_[axis], point[axis]);
   }
-  if (!any) return;
-  *centre = low * 0.5 + high * 0.5;
-  *halfSize = high * 0.5 - low * 0.5;
+}
+
+void PointBox::Get(Vector* centre, Vector* halfSize) const {
+  *centre = any_ ? low_ * 0.5 + high_ * 0.5 : Vector();
+  *halfSize = any_ ? high_ * 0.5 - low_ * 0.5 : Vector();
+}
+
+void PointNode::Box(Vector* centre, Vector* halfSize) const {
+  PointBox box;
+  for (VLONG i = 0; i < points.Count(); ++i) box.Add(points[i]);
+  box.Get(centre, halfSize);
 }
 
 bool PointNode::OwnMessage(LONG number, void*) {
@@ -110,10 +107,16 @@ void PolygonNode::SwapOwn(Node& other) {
   polygons.Swap(static_cast<PolygonNode&>(other).polygons);
 }
 
+const VariableTagNode* SplineNode::Segments() const {
+  for (const Node* tag = tags.first; tag; tag = tag->next)
+    if (tag->type == Tsegment) return AsVariable(static_cast<const Tag*>(tag));
+  return nullptr;
+}
+
 bool SplineNode::Resize(LONG pointCount, LONG parts) {
   HostArray<Vector> newPoints;
   if (!points.Resized(pointCount, &newPoints)) return false;
-  VariableTagNode* tag = SegmentTag(*this);
+  VariableTagNode* tag = const_cast<VariableTagNode*>(Segments());
   if (parts > 0) {
     if (tag && !tag->Resize(parts)) return false;
     if (!tag) {

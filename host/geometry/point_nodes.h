@@ -7,14 +7,16 @@
 
 namespace host {
 
+struct VariableTagNode;
+
 struct PointNode : Object {
   explicit PointNode(LONG objectType) : Object(objectType) {}
   HostArray<Vector> points; ///< in the object's own space
 
   /** parts: polygons or segments, NOTOK leaves them. False when memory is refused: nothing changes then. */
   virtual bool Resize(LONG pointCount, LONG parts) = 0;
-  /** Centre and half size of all points that are finite; both zero without any. */
-  void Box(Vector* centre, Vector* halfSize) const;
+  /** Of all points that are finite. */
+  void Box(Vector* centre, Vector* halfSize) const override;
 
   bool OwnMessage(LONG number, void* payload) override;
   bool HasOwnData() const override { return true; }
@@ -42,11 +44,27 @@ struct SplineNode : PointNode {
   SplineNode() : PointNode(Ospline) {}
   SPLINETYPE interpolation = SPLINETYPE_LINEAR;
 
+  /** NULL without one. */
+  const VariableTagNode* Segments() const;
+
   bool Resize(LONG pointCount, LONG parts) override;
   bool WriteOwn(HyperFile* hf) override;
   bool ReadOwn(HyperFile* hf, LONG level) override;
   bool CopyOwn(Node& dest) const override;
   void SwapOwn(Node& other) override;
+};
+
+/** Box that grows with points; those that are not finite are left out. */
+class PointBox {
+public:
+  void Add(const Vector& point);
+  bool IsEmpty() const { return !any_; }
+  /** Both zero when it is empty. */
+  void Get(Vector* centre, Vector* halfSize) const;
+
+private:
+  bool any_ = false;
+  Vector low_{MAXREALr}, high_{MINREALr};
 };
 
 /** NULL for objects that are not made of points. */

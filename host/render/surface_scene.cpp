@@ -1,8 +1,8 @@
 #include "host/render/surface_scene.h"
 
 #include "host/application.h"
-#include "host/render/element_colors.h"
-#include "host/render/polygon_sources.h"
+#include "host/geometry/point_nodes.h"
+#include "host/render/shapes.h"
 
 #include <algorithm>
 #include <cmath>
@@ -33,37 +33,6 @@ Vector SurfaceScene::Transmission(const Vector& origin, const Vector& direction,
 
 namespace {
 
-SurfaceMaterial MaterialOf(BaseObject* op) {
-  const BaseContainer& data = *op->GetDataInstance();
-  SurfaceMaterial material;
-  material.color = data.GetVector(kSurfaceColor, Vector(1.0));
-  material.reflection = FCut01(data.GetReal(kSurfaceReflection, 0.0));
-  material.transparency = FCut(data.GetReal(kSurfaceTransparency, 0.0), 0.0, 1.0 - material.reflection);
-  material.refraction = FCut(data.GetReal(kSurfaceRefraction, 1.0), 0.1, 10.0);
-  return material;
-}
-
-/** Objects with polygons, or with points that a shader colours, and where they stand. */
-struct Source {
-  PolygonObject* op;
-  Matrix global;
-  ElementColors colors;
-};
-std::vector<Source> FindSources(BaseDocument* doc) {
-  std::vector<Source> sources;
-  VisitVisibleObjects(doc, [&sources](BaseObject* op, const Matrix& global) {
-    if (op->GetType() != Opolygon) return;
-    PolygonObject* polygons = (PolygonObject*)op;
-    if (polygons->GetPolygonCount() > 0) {
-      sources.push_back({polygons, global, ElementColors()});
-    } else if (polygons->GetPointCount() > 0) {
-      const ElementColors colors = FindElementColors(op);
-      if (colors) sources.push_back({polygons, global, colors});
-    }
-  });
-  return sources;
-}
-
 class NoSurfaces : public SurfaceScene {
 public:
   bool Nearest(const Vector&, const Vector&, double, double, SurfaceHit*) const override { return false; }
@@ -72,36 +41,33 @@ public:
 #if HOST_HAVE_EMBREE
 
 /** The library keeps 32-bit positions: they are taken from the middle of all surfaces. */
-Vector MiddleOf(const std::vector<Source>& sources) {
-  Vector low(1e300), high(-1e300);
-  for (const Source& source : sources)
-    for (LONG i = 0; i < source.op->GetPointCount(); ++i) {
-      const Vector p = source.global * source.op->GetPointR()[i];
-      for (int axis = 0; axis < 3; ++axis) {
-        low[axis] = std::min(low[axis], p[axis]);
-        high[axis] = std::max(high[axis], p[axis]);
-      }
-    }
-  return (low + high) * 0.5;
+Vector MiddleOf(const std::vector<Shape>& shapes) {
+  PointBox box;
+  for (const Shape& shape : shapes) shape.VisitPoints([&box](const Vector& p) { box.Add(p); });
+  Vector centre, half;
+  box.Get(&centre, &half);
+  return centre;
 }
 
 class EmbreeScene : public SurfaceScene {
 public:
-  EmbreeScene() : device_(rtcNewDevice(nullptr)), scene_(device_ ? rtcNewScene(device_) : nullptr) {}
+  explicit EmbreeScene(std::vector<Shape> shapes)
+      : shapes_(std::move(shapes)), device_(rtcNewDevice(nullptr)),
+        scene_(device_ ? rtcNewScene(device_) : nullptr) {}
   ~EmbreeScene() override {
     if (scene_) rtcReleaseScene(scene_);
     if (device_) rtcReleaseDevice(device_);
   }
 
-  bool Fill(const std::vector<Source>& sources, std::string* error) {
+  bool Fill(std::string* error) {
     *error = "the ray library could not be started";
     if (!scene_) return false;
-    middle_ = MiddleOf(sources);
+    middle_ = MiddleOf(shapes_);
     rtcSetSceneFlags(scene_, RTC_SCENE_FLAG_ROBUST);
-    for (const Source& source : sources)
-      if (!(source.colors ? AddPoints(source) : AddPolygons(source))) break;
+    bool all = true;
+    for (std::size_t i = 0; i < shapes_.size() && all; ++i) all = Add(shapes_[i], (unsigned)i);
     rtcCommitScene(scene_);
-    if (rtcGetDeviceError(device_) == RTC_ERROR_NONE && materials_.size() == sources.size()) return true;
+    if (rtcGetDeviceError(device_) == RTC_ERROR_NONE && all) return true;
     *error = "the ray library could not take all surfaces";
     return false;
   }
@@ -131,71 +97,93 @@ public:
     hit->normal = hit->inside ? -normal : normal;
     hit->distance = query.ray.tfar;
     hit->object = (LONG)query.hit.geomID;
-    hit->material = &materials_[query.hit.geomID];
-    const ElementColors& colors = colors_[query.hit.geomID];
-    hit->polygon = colors ? (LONG)query.hit.primID : (LONG)query.hit.primID / 2;
-    hit->color = colors ? colors.At(hit->polygon) : hit->material->color;
+    const Shape& shape = shapes_[query.hit.geomID];
+    hit->material = &shape.material;
+    hit->polygon = ElementOf(shape, (LONG)query.hit.primID);
+    hit->color = shape.ColorOf(hit->polygon);
     return true;
   }
 
 private:
-  bool Attach(RTCGeometry geometry, const Source& source) {
-    rtcCommitGeometry(geometry);
-    rtcAttachGeometryByID(scene_, geometry, (unsigned)materials_.size());
+  bool Add(const Shape& shape, unsigned number) {
+    static const RTCGeometryType kTypes[] = {RTC_GEOMETRY_TYPE_TRIANGLE, RTC_GEOMETRY_TYPE_SPHERE_POINT,
+                                             RTC_GEOMETRY_TYPE_ROUND_LINEAR_CURVE};
+    RTCGeometry geometry = rtcNewGeometry(device_, kTypes[(int)shape.kind]);
+    const bool filled = SetPoints(geometry, shape) && SetIndices(geometry, shape);
+    if (filled) {
+      rtcCommitGeometry(geometry);
+      rtcAttachGeometryByID(scene_, geometry, number);
+    }
     rtcReleaseGeometry(geometry);
-    materials_.push_back(MaterialOf(source.op));
-    colors_.push_back(source.colors);
+    return filled;
+  }
+
+  template <class T>
+  static T* NewBuffer(RTCGeometry geometry, RTCBufferType type, RTCFormat format, std::size_t size,
+                      std::size_t count) {
+    return (T*)rtcSetNewGeometryBuffer(geometry, type, 0, format, size, count);
+  }
+
+  /** Three numbers a point, and the radius where there is one. */
+  bool SetPoints(RTCGeometry geometry, const Shape& shape) const {
+    const bool round = shape.kind != Shape::Kind::Triangles;
+    float* at =
+        NewBuffer<float>(geometry, RTC_BUFFER_TYPE_VERTEX, round ? RTC_FORMAT_FLOAT4 : RTC_FORMAT_FLOAT3,
+                         round ? 16 : 12, (std::size_t)shape.PointCount());
+    if (!at) return false;
+    shape.VisitPoints([&](const Vector& world) {
+      const Vector p = world - middle_;
+      for (int axis = 0; axis < 3; ++axis) *at++ = (float)p[axis];
+      if (round) *at++ = (float)shape.radius;
+    });
     return true;
   }
 
-  bool AddPoints(const Source& source) {
-    const LONG points = source.op->GetPointCount();
-    const double radius = std::max(1e-6, source.op->GetDataInstance()->GetReal(kPointRadius, 0.25));
-    RTCGeometry geometry = rtcNewGeometry(device_, RTC_GEOMETRY_TYPE_SPHERE_POINT);
-    float* at = (float*)rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_VERTEX, 0, RTC_FORMAT_FLOAT4, 16,
-                                                (std::size_t)points);
-    if (!at) {
-      rtcReleaseGeometry(geometry);
-      return false;
-    }
-    for (LONG i = 0; i < points; ++i, at += 4) {
-      const Vector p = source.global * source.op->GetPointR()[i] - middle_;
-      for (int axis = 0; axis < 3; ++axis) at[axis] = (float)p[axis];
-      at[3] = (float)radius;
-    }
-    return Attach(geometry, source);
+  static bool SetIndices(RTCGeometry geometry, const Shape& shape) {
+    if (shape.kind == Shape::Kind::Triangles) return SetTriangles(geometry, (PolygonObject*)shape.op);
+    return shape.kind == Shape::Kind::Spheres || SetSegments(geometry, shape);
   }
 
-  bool AddPolygons(const Source& source) {
-    const LONG points = source.op->GetPointCount(), polygons = source.op->GetPolygonCount();
-    RTCGeometry geometry = rtcNewGeometry(device_, RTC_GEOMETRY_TYPE_TRIANGLE);
-    float* positions = (float*)rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_VERTEX, 0, RTC_FORMAT_FLOAT3,
-                                                       12, (std::size_t)points);
-    unsigned* corners = (unsigned*)rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_INDEX, 0,
-                                                           RTC_FORMAT_UINT3, 12, (std::size_t)polygons * 2);
-    if (!positions || !corners) {
-      rtcReleaseGeometry(geometry);
-      return false;
-    }
-    for (LONG i = 0; i < points; ++i) {
-      const Vector p = source.global * source.op->GetPointR()[i] - middle_;
-      for (int axis = 0; axis < 3; ++axis) positions[i * 3 + axis] = (float)p[axis];
-    }
-    // Wound so that the normal looks to the side from which the corners run clockwise (left-handed space).
-    for (LONG i = 0; i < polygons; ++i) {
-      const CPolygon& polygon = source.op->GetPolygonR()[i];
+  /** Wound so that the normal looks to the side from which the corners run clockwise (left-handed space). */
+  static bool SetTriangles(RTCGeometry geometry, const PolygonObject* op) {
+    const LONG points = op->GetPointCount(), polygons = op->GetPolygonCount();
+    unsigned* corners = NewBuffer<unsigned>(geometry, RTC_BUFFER_TYPE_INDEX, RTC_FORMAT_UINT3, 12,
+                                            (std::size_t)polygons * 2);
+    for (LONG i = 0; corners && i < polygons; ++i) {
+      const CPolygon& polygon = op->GetPolygonR()[i];
       const LONG two[6] = {polygon.a, polygon.b, polygon.c, polygon.a, polygon.c, polygon.d};
       for (int k = 0; k < 6; ++k)
-        corners[i * 6 + k] = (unsigned)std::clamp(two[k], 0, std::max(points - 1, 0));
+        corners[(std::size_t)i * 6 + k] = (unsigned)std::clamp(two[k], 0, std::max(points - 1, 0));
     }
-    return Attach(geometry, source);
+    return corners != nullptr;
   }
 
+  /** Segments of a guide go into each other; guides do not. */
+  static bool SetSegments(RTCGeometry geometry, const Shape& shape) {
+    const LONG segments = shape.SegmentsPerGuide(), guides = shape.PointCount() / (segments + 1);
+    const std::size_t count = (std::size_t)segments * (std::size_t)guides;
+    unsigned* firsts = NewBuffer<unsigned>(geometry, RTC_BUFFER_TYPE_INDEX, RTC_FORMAT_UINT, 4, count);
+    UCHAR* flags = NewBuffer<UCHAR>(geometry, RTC_BUFFER_TYPE_FLAGS, RTC_FORMAT_UCHAR, 1, count);
+    if (!firsts || !flags) return false;
+    for (LONG guide = 0; guide < guides; ++guide)
+      for (LONG k = 0; k < segments; ++k) {
+        *firsts++ = (unsigned)(guide * (segments + 1) + k);
+        *flags++ = (UCHAR)((k > 0 ? RTC_CURVE_FLAG_NEIGHBOR_LEFT : 0) |
+                           (k + 1 < segments ? RTC_CURVE_FLAG_NEIGHBOR_RIGHT : 0));
+      }
+    return true;
+  }
+
+  /** From the library's number: two triangles a polygon, some segments a guide, one sphere a point. */
+  static LONG ElementOf(const Shape& shape, LONG primitive) {
+    if (shape.kind == Shape::Kind::Triangles) return primitive / 2;
+    return shape.kind == Shape::Kind::Curves ? primitive / shape.SegmentsPerGuide() : primitive;
+  }
+
+  const std::vector<Shape> shapes_; ///< by number of the geometry
   RTCDevice device_;
   RTCScene scene_;
   Vector middle_;
-  std::vector<SurfaceMaterial> materials_; ///< by number of the geometry, as colors_
-  std::vector<ElementColors> colors_;
 };
 
 #endif
@@ -203,14 +191,13 @@ private:
 } // namespace
 
 std::unique_ptr<SurfaceScene> SurfaceScene::Build(BaseDocument* doc, std::string* error) {
-  const std::vector<Source> sources = FindSources(doc);
-  if (sources.empty()) return std::make_unique<NoSurfaces>();
+  std::vector<Shape> shapes = FindShapes(doc);
+  if (shapes.empty()) return std::make_unique<NoSurfaces>();
 #if HOST_HAVE_EMBREE
-  auto scene = std::make_unique<EmbreeScene>();
-  if (!scene->Fill(sources, error)) return nullptr;
+  auto scene = std::make_unique<EmbreeScene>(std::move(shapes));
+  if (!scene->Fill(error)) return nullptr;
   return scene;
 #else
-  (void)MaterialOf;
   (void)error;
   Application::Get().GetConsole().Print(
       "This build has no ray library: surfaces are left out of the picture");

@@ -1,5 +1,6 @@
-// Surfaces of a document for ray queries: polygon objects as triangles, with what they are made of, and
-// objects of points alone that carry a shader of element colours, as one small sphere a point.
+// Surfaces of a document for ray queries: polygon objects as triangles, with what they are made of; objects of
+// points alone that carry a shader of element colours, and particles, as one small sphere each; hair guides as
+// round lines.
 //
 // Built on the main thread; queries from any number of threads. World space.
 #pragma once
@@ -11,13 +12,13 @@
 
 namespace host {
 
-/** Container entries of a polygon object that say what it is made of. */
+/** Container entries of an object that say what it is made of; particle groups have the radius. */
 enum {
   kSurfaceColor = 1101,        ///< vector; white
   kSurfaceReflection = 1102,   ///< real 0 to 1: share that is mirrored
   kSurfaceTransparency = 1103, ///< real 0 to 1: share that passes through
   kSurfaceRefraction = 1104,   ///< real: index; 1 lets rays pass straight
-  kPointRadius = 1105          ///< real: of points that a shader colours; 0.25
+  kPointRadius = 1105          ///< real: of points that a shader colours, particles and hair; 0.25
 };
 
 struct SurfaceMaterial {
@@ -30,7 +31,7 @@ struct SurfaceHit {
   Vector color;        ///< of the material, or of the element that was hit
   Vector normal;       ///< unit, of the side that was hit
   bool inside = false; ///< the ray came from behind the surface
-  LONG object = -1, polygon = -1;
+  LONG object = -1, polygon = -1; ///< or point, guide, particle of it
   const SurfaceMaterial* material = nullptr;
 };
 
@@ -48,7 +49,7 @@ public:
                       double distance) const;
 
   /**
-   * Polygon objects of the document with those in caches and deform caches; generators must be up to date.
+   * Surfaces of the document with those in caches and deform caches; generators must be up to date.
    * NULL with one line when memory is refused or the ray library fails. A build without that library sees
    * none, and says so when there is one to see.
    */

@@ -20,6 +20,7 @@ const struct {
     {NodeKind::VideoPost, NodeChunk::VideoPost, PLUGINTYPE_VIDEOPOST},
     {NodeKind::SceneHook, NodeChunk::SceneHook, PLUGINTYPE_SCENEHOOK},
     {NodeKind::Shader, NodeChunk::Shader, PLUGINTYPE_SHADER},
+    {NodeKind::ParticleGroup, NodeChunk::ParticleGroup, PLUGINTYPE_NODE},
 };
 
 NodeKind KindOf(NodeChunk chunk) {

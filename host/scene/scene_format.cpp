@@ -17,6 +17,7 @@ const struct {
     {NodeChunk::Shader, "shader"},
     {NodeChunk::VideoPost, "video post"},
     {NodeChunk::SceneHook, "scene hook"},
+    {NodeChunk::ParticleGroup, "particle group"},
 };
 
 } // namespace

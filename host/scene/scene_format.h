@@ -6,7 +6,7 @@
 //     DATA chunk  what the plug-in's Write wrote; what its Read leaves is skipped
 //     OWN chunk   what nodes of the host's own add
 //     then the nodes below it: a document's render settings, objects and scene hooks, an object's tags and
-//     objects, render settings' video posts
+//     objects, render settings' video posts, a scene hook's and a group's particle groups
 // Chunks of other ids are skipped.
 #pragma once
 
@@ -23,7 +23,8 @@ enum class NodeChunk : LONG {
   RenderSettings = C4D_FOUR_BYTE('R', 'N', 'D', 'R'),
   VideoPost = C4D_FOUR_BYTE('V', 'P', 'S', 'T'),
   SceneHook = C4D_FOUR_BYTE('H', 'O', 'O', 'K'),
-  Shader = C4D_FOUR_BYTE('S', 'H', 'D', 'R')
+  Shader = C4D_FOUR_BYTE('S', 'H', 'D', 'R'),
+  ParticleGroup = C4D_FOUR_BYTE('P', 'G', 'R', 'P')
 };
 constexpr LONG kDataChunk = C4D_FOUR_BYTE('D', 'A', 'T', 'A'), kOwnChunk = C4D_FOUR_BYTE('O', 'W', 'N', ' ');
 constexpr LONG kNodeLayout = 1;

@@ -2,6 +2,8 @@
 
 #include "host/application.h"
 #include "host/object_calls.h"
+#include "host/render/polygon_sources.h"
+#include "host/view/geometry_drawing.h"
 #include "host/view/view_state.h"
 
 #include <algorithm>
@@ -61,6 +63,9 @@ public:
     if (!current.Ok() || !state_->target->Bind(error) ||
         !state_->target->Clear((float)background_.x, (float)background_.y, (float)background_.z, 1.0f, error))
       return false;
+    if (!drawer_) drawer_ = gl::PrimitiveDrawer::Create(state_->context, error);
+    if (!drawer_) return false;
+    UpdateAllCaches(doc_, BUILDFLAGS_0);
     state_->pointsDrawn = 0;
     state_->frame = MakeFrame(camera_, Aspect());
     FitSceneRange();
@@ -68,6 +73,7 @@ public:
       const ViewState::DrawScope scope(state_.get());
       for (BaseObject* op : AllObjects(doc_)) DrawOne(op);
     }
+    state_->pointsDrawn += DrawGeometry(doc_, *drawer_, state_->frame);
     if (state_->context->ErrorCount() == 0) return true;
     *error = "OpenGL reported " + std::to_string(state_->context->ErrorCount()) +
              " errors, the first: " + GlErrors().front();
@@ -101,11 +107,17 @@ private:
     Vector low, high;
     for (BaseObject* op : AllObjects(doc_))
       for (const Matrix& global : ObjectInstances(op)) AddBox(op, global, &any, &low, &high);
+    Vector geometryLow, geometryHigh;
+    if (GeometryBox(doc_, &geometryLow, &geometryHigh)) {
+      Widen(geometryLow, &any, &low, &high);
+      Widen(geometryHigh, &any, &low, &high);
+    }
     if (any) FitRange(&state_->frame, low, high);
   }
 
   BaseDocument* doc_;
   std::unique_ptr<ViewState> state_;
+  std::unique_ptr<gl::PrimitiveDrawer> drawer_; ///< made by the first Draw
   ViewCamera camera_;
   Vector background_{0.5, 0.5, 0.5};
 };

@@ -65,10 +65,15 @@ bool IsRedirect(int status) {
   return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
 }
 
+/** A fragment names a place in what comes back: it is not sent. */
+std::string WithoutFragment(const std::string& location) {
+  return location.substr(0, location.find('#'));
+}
+
 /** The next hop; false when the redirect leads nowhere that may be asked. */
 bool FollowRedirect(const HttpAnswer& answer, HttpUrl* url) {
   HttpUrl next;
-  if (answer.location.empty() || !ParseHttpUrl(ResolveRedirect(*url, answer.location), &next)) return false;
+  if (answer.location.empty() || !ParseHttpUrl(ResolveRedirect(*url, WithoutFragment(answer.location)), &next)) return false;
   if (url->secure && !next.secure) return false;
   *url = next;
   return true;
@@ -100,7 +105,8 @@ void SayOnceHowToSetAddresses(const std::string& url) {
   const std::string reason =
       url.empty() || url[0] == '/'
           ? std::string("the address of the service is not set")
-          : "\"" + url.substr(0, kShownCharacters) + "\" is no plain http:// or https:// address";
+          : "\"" + url.substr(0, kShownCharacters) +
+                "\" is no plain http:// or https:// address, or holds a character that cannot be sent";
   GePrint(String(("Kelvra: nothing is sent, " + reason +
                   "; set it on the preferences page, with \"kelvra prefs set geometry_service ADDRESS\" or "
                   "\"update_server ADDRESS\", or in the environment as KELVRA_GEOMETRY_SERVICE or "

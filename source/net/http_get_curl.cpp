@@ -44,7 +44,11 @@ bool SetUp(CURL* curl, const HttpUrl& url, const HttpStep& step, Transfer* trans
   set(CURLOPT_NOSIGNAL, 1L); // the application's signals are its own
   set(CURLOPT_SSL_VERIFYPEER, 1L);
   set(CURLOPT_SSL_VERIFYHOST, 2L);
-  if (!step.caFile.empty()) set(CURLOPT_CAINFO, step.caFile.c_str());
+  if (!step.caFile.empty()) {
+    // In place of the system's authorities: those lie in a file or in a folder, and both must give way.
+    set(CURLOPT_CAINFO, step.caFile.c_str());
+    set(CURLOPT_CAPATH, (const char*)nullptr);
+  }
   set(CURLOPT_CONNECTTIMEOUT_MS, (long)step.connectMilliseconds);
   set(CURLOPT_TIMEOUT_MS, (long)step.totalMilliseconds);
   set(CURLOPT_USERAGENT, "Kelvra");

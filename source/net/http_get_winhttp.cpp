@@ -112,16 +112,29 @@ bool ReadHead(HINTERNET request, HttpAnswer* answer) {
   return true;
 }
 
+/** A body that is shorter than its head says was cut off. */
+bool IsWhole(HINTERNET request, DWORD total) {
+  DWORD length = 0, size = sizeof length;
+  return !WinHttpQueryHeaders(request, WINHTTP_QUERY_CONTENT_LENGTH | WINHTTP_QUERY_FLAG_NUMBER,
+                              WINHTTP_HEADER_NAME_BY_INDEX, &length, &size, WINHTTP_NO_HEADER_INDEX) ||
+         length == total;
+}
+
 bool ReadBody(HINTERNET request, const Deadline& deadline, HttpBody& body) {
   char bytes[kReadBytes];
+  DWORD total = 0;
   for (;;) {
     const DWORD left = deadline.Left();
-    DWORD got = 0;
+    // Reading waits until the buffer is full: only what is there is asked for, so that the deadline holds.
+    DWORD ready = 0, got = 0;
     if (left == 0 || !SetNumber(request, WINHTTP_OPTION_RECEIVE_TIMEOUT, left) ||
-        !WinHttpReadData(request, bytes, kReadBytes, &got))
+        !WinHttpQueryDataAvailable(request, &ready))
       return false;
-    if (got == 0) return true;
+    if (ready == 0) return IsWhole(request, total);
+    if (!WinHttpReadData(request, bytes, std::min<DWORD>(ready, kReadBytes), &got)) return false;
+    if (got == 0) return IsWhole(request, total);
     if (!body.Append(bytes, got)) return false;
+    total += got;
   }
 }
 

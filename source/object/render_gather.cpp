@@ -177,6 +177,7 @@ RENDERRESULT GatherScene(VoxelData& data, BaseVideoPost* post, const GatherConte
     result = RENDERRESULT_OUTOFMEMORY;
   for (VLONG i = 0; i < walk.found.GetCount() && result == RENDERRESULT_OK; ++i)
     result = Gather(data, walk.found[i], post, context);
+  StatusClear();
   if (result != RENDERRESULT_OK) data.Clear();
   return result;
 }

@@ -82,6 +82,8 @@ private:
 class ModuleTest : public testing::Test {
 protected:
   void SetUp() override {
+    // Nothing is sent anywhere, whatever the user's environment says.
+    for (const char* name : {"KELVRA_GEOMETRY_SERVICE", "KELVRA_UPDATE_SERVER"}) ::unsetenv(name);
     folder_ = std::filesystem::temp_directory_path() / ("kelvra-module-" + std::to_string(::getpid()));
     std::filesystem::create_directories(folder_);
     std::string error;

@@ -9,8 +9,8 @@
 #include <unistd.h>
 
 void ClearProxies() {
-  for (const char* name :
-       {"http_proxy", "https_proxy", "HTTP_PROXY", "HTTPS_PROXY", "all_proxy", "ALL_PROXY"})
+  for (const char* name : {"http_proxy", "https_proxy", "HTTP_PROXY", "HTTPS_PROXY", "all_proxy", "ALL_PROXY",
+                           "KELVRA_GEOMETRY_SERVICE", "KELVRA_UPDATE_SERVER", "KELVRA_CA_FILE"})
     ::unsetenv(name);
 }
 

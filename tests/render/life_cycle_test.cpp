@@ -187,15 +187,6 @@ TEST_F(LifeCycle, ABreakAnywhereEndsTheFrameAndLeavesNothingOpen) {
   EXPECT_GE(broken, 10 + 2) << "each open, and the gathering of 2200 points twice";
 }
 
-TEST_F(LifeCycle, ASwitchedOffPostHearsNothing) {
-  Render();
-  Witness::Reset();
-  FirstPost(kFirstWitness)->SetBit(1 << 2);
-  Render();
-  EXPECT_EQ(CallsOf(kFirstWitness), std::vector<int>());
-  EXPECT_EQ(CallsOf(kSecondWitness).size(), 10u);
-}
-
 TEST_F(LifeCycle, PostsThatAreAlwaysThereAreMadeOnce) {
   for (int i = 0; i < 2; ++i) Render();
   std::map<LONG, int> found;

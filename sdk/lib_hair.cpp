@@ -1,0 +1,44 @@
+#include "c4d_os.h"
+
+HairGuides* HairGuides::Alloc(LONG count, LONG segments) {
+  return C4DOS.Hr->AllocGuides(count, segments);
+}
+void HairGuides::Free(HairGuides*& guides) {
+  C4DOS.Hr->FreeGuides(guides);
+  guides = NULL;
+}
+LONG HairGuides::GetCount() const {
+  return C4DOS.Hr->GetCount(this);
+}
+LONG HairGuides::GetSegmentCount() const {
+  return C4DOS.Hr->GetSegmentCount(this);
+}
+Vector* HairGuides::GetPoints() {
+  return C4DOS.Hr->GetPoints(this);
+}
+
+HairObject* HairObject::Alloc() {
+  return (HairObject*)BaseObject::Alloc(Ohair);
+}
+void HairObject::Free(HairObject*& op) {
+  if (op) C4DOS.At->Free(op);
+  op = NULL;
+}
+Bool HairObject::Lock(BaseDocument* doc, BaseThread* thread, Bool bValidate, LONG flags) {
+  return C4DOS.Hr->Lock(this, doc, thread, bValidate, flags);
+}
+Bool HairObject::IsLocked() {
+  return C4DOS.Hr->IsLocked(this);
+}
+void HairObject::Unlock() {
+  C4DOS.Hr->Unlock(this);
+}
+HairGuides* HairObject::GetGuides() {
+  return C4DOS.Hr->GetGuides(this);
+}
+Bool HairObject::SetGuides(HairGuides* guides, Bool clone) {
+  return C4DOS.Hr->SetGuides(this, guides, clone);
+}
+Bool HairObject::Update(BaseDocument* doc) {
+  return C4DOS.Hr->Update(this, doc);
+}
