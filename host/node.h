@@ -91,7 +91,8 @@ struct Object : Node {
   ULONG cacheState = 0;       ///< dirty count that the cache was built for
   bool cacheBuilt = false;
 
-  /** Box of what the host's own types hold, in the object's own space: centre and half size, zero when empty. */
+  /** Box of what the host's own types hold, in the object's own space: centre and half size, zero when empty.
+   */
   virtual void Box(Vector* centre, Vector* halfSize) const { *centre = *halfSize = Vector(); }
   /** The object above, NULL on top. */
   Object* Up() const;

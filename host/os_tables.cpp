@@ -28,10 +28,9 @@ bool RequireMainThread(const char* entry) {
 
 namespace {
 
-constexpr OperatingSystem kTables = {API_VERSION, &kGeTable, &kLrTable, &kBmTable, &kAtTable,
-                                     &kBoTable,   &kBdTable, &kHfTable, &kFlTable, &kBrTable,
-                                     &kGlTable,   &kMoTable, &kVdTable, &kPoTable,
-                                     &kHrTable, &kTpTable, &kEmTable};
+constexpr OperatingSystem kTables = {API_VERSION, &kGeTable, &kLrTable, &kBmTable, &kAtTable, &kBoTable,
+                                     &kBdTable,   &kHfTable, &kFlTable, &kBrTable, &kGlTable, &kMoTable,
+                                     &kVdTable,   &kPoTable, &kHrTable, &kTpTable, &kEmTable};
 
 } // namespace
 

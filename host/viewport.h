@@ -17,8 +17,8 @@ struct ViewCamera {
 };
 
 /**
- * Owns an off-screen target. Draw brings generators up to date, calls the objects' Draw in the object pass and
- * draws the host's own geometry; the picture has row 0 on top. Main thread.
+ * Owns an off-screen target. Draw brings generators up to date, calls the objects' Draw in the object pass
+ * and draws the host's own geometry; the picture has row 0 on top. Main thread.
  */
 class Viewport {
 public:

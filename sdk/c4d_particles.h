@@ -88,7 +88,8 @@ public:
    * Appends ingroup and, when asked, all groups below it, parents first; NULL is the built-in group ("All"),
    * which then comes first in any mode. Returns their number, NOTOK when memory is refused.
    */
-  LONG GetParticleGroups(TP_PGroup* ingroup, TP_PGroupArray* tab, TP_GetPGroupMode mode, Bool subgroups = TRUE);
+  LONG GetParticleGroups(TP_PGroup* ingroup, TP_PGroupArray* tab, TP_GetPGroupMode mode,
+                         Bool subgroups = TRUE);
   LONG GetGroupParticleCount(TP_PGroup* group, Bool subgroups = TRUE);
 
   /** As the last one of its group; NULL is the built-in group. */

@@ -15,7 +15,8 @@ void EmitterLibrary::SetOption(BaseObject* emitter, LONG option) {
 void EmitterLibrary::Prepare(BaseObject* emitter) {
   C4DOS.Em->Prepare(emitter);
 }
-void EmitterLibrary::SetParticle(BaseObject* emitter, LONG index, const Vector& position, const Vector& color) {
+void EmitterLibrary::SetParticle(BaseObject* emitter, LONG index, const Vector& position,
+                                 const Vector& color) {
   C4DOS.Em->SetParticle(emitter, index, position, color);
 }
 void EmitterLibrary::Update(BaseObject* emitter) {

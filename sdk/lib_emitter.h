@@ -25,7 +25,8 @@ public:
   void SetOption(BaseObject* emitter, LONG option);
   /** Begins a new state of the particles: all become white, at the origin. */
   void Prepare(BaseObject* emitter);
-  /** Components of the colour are from 0 to 1. Reported outside of Prepare and Update, and beyond the count. */
+  /** Components of the colour are from 0 to 1. Reported outside of Prepare and Update, and beyond the count.
+   */
   void SetParticle(BaseObject* emitter, LONG index, const Vector& position, const Vector& color);
   /** Ends the new state and tells everyone. Reported without Prepare. */
   void Update(BaseObject* emitter);

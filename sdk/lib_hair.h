@@ -1,7 +1,7 @@
 // The hair library: objects that carry guides, each a short chain of points. Main thread.
 //
-// A hair object's guides are reached between Lock and Unlock only; outside of them GetGuides and SetGuides fail
-// and are reported.
+// A hair object's guides are reached between Lock and Unlock only; outside of them GetGuides and SetGuides
+// fail and are reported.
 #pragma once
 
 #include "c4d_nodes.h"
@@ -11,8 +11,8 @@ enum { Ohair = 1017305 };
 class HairObject;
 
 /**
- * Guides of equal length. Points lie guide by guide, each from its root (0) to its tip (segments), in the space
- * of the hair object. Owned by whoever made them, until SetGuides gives them away.
+ * Guides of equal length. Points lie guide by guide, each from its root (0) to its tip (segments), in the
+ * space of the hair object. Owned by whoever made them, until SetGuides gives them away.
  */
 class HairGuides : public HostOwned {
 public:
@@ -45,9 +45,9 @@ public:
   /** The object's own; NULL without any. Locked only. */
   HairGuides* GetGuides();
   /**
-   * With clone FALSE the object owns them from then on, with TRUE it takes a copy; those that it had are freed.
-   * FALSE when it is not locked, when the guides belong to another object or when memory is refused: nothing
-   * changes then.
+   * With clone FALSE the object owns them from then on, with TRUE it takes a copy; those that it had are
+   * freed. FALSE when it is not locked, when the guides belong to another object or when memory is refused:
+   * nothing changes then.
    */
   Bool SetGuides(HairGuides* guides, Bool clone);
   /** Tells everyone that the hair changed. FALSE, and reported, while it is locked. */

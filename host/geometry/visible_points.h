@@ -1,4 +1,5 @@
-// The points of the host's own geometry, wherever an object keeps them. Read-only: any thread while nobody writes.
+// The points of the host's own geometry, wherever an object keeps them. Read-only: any thread while nobody
+// writes.
 #pragma once
 
 #include "host/node.h"

@@ -1,4 +1,5 @@
-// Draws coloured points, lines and triangles in the current context: what a view shows without a plug-in's help.
+// Draws coloured points, lines and triangles in the current context: what a view shows without a plug-in's
+// help.
 #pragma once
 
 #include "host/gl/context.h"

@@ -69,7 +69,8 @@ bool EmitterNode::WriteOwn(HyperFile* hf) {
 }
 
 bool EmitterNode::ReadOwn(HyperFile* hf, LONG) {
-  if (!hf->ReadLong(&option) || !ReadElements(hf, HYPERFILEARRAY_LREAL, 6, "particles", &storage)) return false;
+  if (!hf->ReadLong(&option) || !ReadElements(hf, HYPERFILEARRAY_LREAL, 6, "particles", &storage))
+    return false;
   count = (LONG)storage.Count();
   return Check(*this, hf);
 }

@@ -1,5 +1,5 @@
-// Objects whose particles are placed from outside, one by one. Main thread; particles may be read on any thread
-// while nobody writes.
+// Objects whose particles are placed from outside, one by one. Main thread; particles may be read on any
+// thread while nobody writes.
 #pragma once
 
 #include "host/geometry/host_array.h"

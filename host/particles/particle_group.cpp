@@ -111,7 +111,8 @@ bool ParticleGroup::WriteOwn(HyperFile* hf) {
 
 bool ParticleGroup::ReadOwn(HyperFile* hf, LONG) {
   HostArray<ParticleValues> values;
-  if (!hf->ReadVector(&color) || !ReadElements(hf, HYPERFILEARRAY_LREAL, 9, "particles", &values)) return false;
+  if (!hf->ReadVector(&color) || !ReadElements(hf, HYPERFILEARRAY_LREAL, 9, "particles", &values))
+    return false;
   if (!Accept(hf, WrongVector("colour of group", 0, color)) || !Accept(hf, WrongValues(values))) return false;
   return Add(values) || Refuse(hf, FILEERROR_OUTOFMEMORY,
                                "out of memory for " + std::to_string(values.Count()) + " particles");

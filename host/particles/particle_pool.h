@@ -19,7 +19,7 @@ struct ParticleValues {
 /** What plug-ins hold as TP_ParticleNode*. */
 struct ParticleSlot {
   ParticleValues values;
-  ParticleGroup* group; ///< NULL: free
+  ParticleGroup* group;      ///< NULL: free
   ParticleSlot *next, *pred; ///< in the group; next in the list of free ones
   LONG id;
 

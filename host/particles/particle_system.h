@@ -48,7 +48,8 @@ private:
   bool Values(HostArray<ParticleValues>* values) const;
 };
 
-/** What plug-ins hold as TP_MasterSystem*. The built-in group is not among what is below it: its groups are. */
+/** What plug-ins hold as TP_MasterSystem*. The built-in group is not among what is below it: its groups are.
+ */
 struct ParticleSystem : SceneHook {
   ParticleSystem();
   ~ParticleSystem() override;

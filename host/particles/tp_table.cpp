@@ -105,7 +105,8 @@ struct TpEntries {
       return ReportCaller("the built-in particle group is freed");
     group->keptByUndo ? RemoveNode(*group) : FreeNode(group);
   }
-  static Bool SetPGroupHierarchy(TP_MasterSystem* api, TP_PGroup* parent, TP_PGroup* child, TP_InsertMode mode) {
+  static Bool SetPGroupHierarchy(TP_MasterSystem* api, TP_PGroup* parent, TP_PGroup* child,
+                                 TP_InsertMode mode) {
     ParticleSystem& system = System(api);
     ParticleGroup *group = GroupOf(child), *other = parent ? GroupOf(parent) : system.root;
     if (!group || !other) return FALSE;
@@ -130,8 +131,8 @@ struct TpEntries {
     if (list) InsertNode(*list, *group, pred);
     return mode == TP_INSERT_NONE || system.SettleGroups();
   }
-  static LONG GetParticleGroups(TP_MasterSystem* api, TP_PGroup* in, TP_PGroupArray* tab, TP_GetPGroupMode mode,
-                                Bool subgroups) {
+  static LONG GetParticleGroups(TP_MasterSystem* api, TP_PGroup* in, TP_PGroupArray* tab,
+                                TP_GetPGroupMode mode, Bool subgroups) {
     ParticleSystem& system = System(api);
     ParticleGroup* top = in ? GroupOf(in) : system.root;
     if (!top || !tab || !system.SettleGroups()) return NOTOK;

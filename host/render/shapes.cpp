@@ -66,13 +66,8 @@ void Shape::VisitPoints(const std::function<void(const Vector&)>& visit) const {
     VisitElements(*Impl(op), [&](const Vector& p) { visit(space * p); });
 }
 
-LONG Shape::SegmentsPerGuide() const {
-  return kind == Kind::Curves ? AsHair(Impl(op))->guides->segments : 0;
-}
-
 Vector Shape::ColorOf(LONG element) const {
   if (colors) return colors.At(element);
-  const EmitterNode* emitter = op ? AsEmitter(Impl(op)) : nullptr;
   return emitter ? emitter->storage[element].color : material.color;
 }
 
@@ -84,6 +79,8 @@ std::vector<Shape> FindShapes(BaseDocument* doc) {
     if (!KindOf(op, colors, &shape.kind)) return;
     shape.op = op;
     if (shape.PointCount() == 0) return;
+    shape.emitter = AsEmitter(Impl(op));
+    if (shape.kind == Shape::Kind::Curves) shape.segmentsPerGuide = AsHair(Impl(op))->guides->segments;
     // A shader colours points and guides; polygons keep their material.
     if (shape.kind != Shape::Kind::Triangles) shape.colors = colors;
     shape.space = ElementSpace(*Impl(op), global);

@@ -19,24 +19,24 @@ struct Shape {
   Kind kind = Kind::Triangles;
   BaseObject* op = NULL;                ///< NULL for particles of a group
   const ParticleGroup* group = nullptr; ///< NULL for objects
+  const EmitterNode* emitter = nullptr; ///< op as an emitter, whose particles have colours of their own
   Matrix space;                         ///< from the elements to world space
   SurfaceMaterial material;
-  double radius = 0.25; ///< of spheres and curves
-  ElementColors colors; ///< of a shader on the object: per point or guide
+  double radius = 0.25;      ///< of spheres and curves
+  LONG segmentsPerGuide = 0; ///< curves: lines in a row
+  ElementColors colors;      ///< of a shader on the object: per point or guide
 
   /** Points, guide points or particles. */
   LONG PointCount() const;
   /** All of them in world space. */
   void VisitPoints(const std::function<void(const Vector&)>& visit) const;
-  /** Curves: lines in a row; 0 for others. */
-  LONG SegmentsPerGuide() const;
   /** The colour of a polygon, point, guide or particle. */
   Vector ColorOf(LONG element) const;
 };
 
 /**
- * Polygon objects; objects of points alone when they carry a shader of element colours; hair; emitters; particle
- * groups. Without those that hold nothing.
+ * Polygon objects; objects of points alone when they carry a shader of element colours; hair; emitters;
+ * particle groups. Without those that hold nothing.
  */
 std::vector<Shape> FindShapes(BaseDocument* doc);
 

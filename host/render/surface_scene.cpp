@@ -52,7 +52,8 @@ Vector MiddleOf(const std::vector<Shape>& shapes) {
 class EmbreeScene : public SurfaceScene {
 public:
   explicit EmbreeScene(std::vector<Shape> shapes)
-      : shapes_(std::move(shapes)), device_(rtcNewDevice(nullptr)),
+      : shapes_(std::move(shapes)),
+        device_(rtcNewDevice(nullptr)),
         scene_(device_ ? rtcNewScene(device_) : nullptr) {}
   ~EmbreeScene() override {
     if (scene_) rtcReleaseScene(scene_);
@@ -147,8 +148,8 @@ private:
   /** Wound so that the normal looks to the side from which the corners run clockwise (left-handed space). */
   static bool SetTriangles(RTCGeometry geometry, const PolygonObject* op) {
     const LONG points = op->GetPointCount(), polygons = op->GetPolygonCount();
-    unsigned* corners = NewBuffer<unsigned>(geometry, RTC_BUFFER_TYPE_INDEX, RTC_FORMAT_UINT3, 12,
-                                            (std::size_t)polygons * 2);
+    unsigned* corners =
+        NewBuffer<unsigned>(geometry, RTC_BUFFER_TYPE_INDEX, RTC_FORMAT_UINT3, 12, (std::size_t)polygons * 2);
     for (LONG i = 0; corners && i < polygons; ++i) {
       const CPolygon& polygon = op->GetPolygonR()[i];
       const LONG two[6] = {polygon.a, polygon.b, polygon.c, polygon.a, polygon.c, polygon.d};
@@ -160,7 +161,7 @@ private:
 
   /** Segments of a guide go into each other; guides do not. */
   static bool SetSegments(RTCGeometry geometry, const Shape& shape) {
-    const LONG segments = shape.SegmentsPerGuide(), guides = shape.PointCount() / (segments + 1);
+    const LONG segments = shape.segmentsPerGuide, guides = shape.PointCount() / (segments + 1);
     const std::size_t count = (std::size_t)segments * (std::size_t)guides;
     unsigned* firsts = NewBuffer<unsigned>(geometry, RTC_BUFFER_TYPE_INDEX, RTC_FORMAT_UINT, 4, count);
     UCHAR* flags = NewBuffer<UCHAR>(geometry, RTC_BUFFER_TYPE_FLAGS, RTC_FORMAT_UCHAR, 1, count);
@@ -177,7 +178,7 @@ private:
   /** From the library's number: two triangles a polygon, some segments a guide, one sphere a point. */
   static LONG ElementOf(const Shape& shape, LONG primitive) {
     if (shape.kind == Shape::Kind::Triangles) return primitive / 2;
-    return shape.kind == Shape::Kind::Curves ? primitive / shape.SegmentsPerGuide() : primitive;
+    return shape.kind == Shape::Kind::Curves ? primitive / shape.segmentsPerGuide : primitive;
   }
 
   const std::vector<Shape> shapes_; ///< by number of the geometry

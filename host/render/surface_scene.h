@@ -1,6 +1,6 @@
-// Surfaces of a document for ray queries: polygon objects as triangles, with what they are made of; objects of
-// points alone that carry a shader of element colours, and particles, as one small sphere each; hair guides as
-// round lines.
+// Surfaces of a document for ray queries: polygon objects as triangles, with what they are made of; objects
+// of points alone that carry a shader of element colours, and particles, as one small sphere each; hair
+// guides as round lines.
 //
 // Built on the main thread; queries from any number of threads. World space.
 #pragma once
@@ -28,9 +28,9 @@ struct SurfaceMaterial {
 
 struct SurfaceHit {
   double distance = 0.0;
-  Vector color;        ///< of the material, or of the element that was hit
-  Vector normal;       ///< unit, of the side that was hit
-  bool inside = false; ///< the ray came from behind the surface
+  Vector color;                   ///< of the material, or of the element that was hit
+  Vector normal;                  ///< unit, of the side that was hit
+  bool inside = false;            ///< the ray came from behind the surface
   LONG object = -1, polygon = -1; ///< or point, guide, particle of it
   const SurfaceMaterial* material = nullptr;
 };

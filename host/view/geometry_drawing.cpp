@@ -133,8 +133,7 @@ void PrimitiveBatch::Add(const Vector* points, int count, const Vector& color) {
   if (vertices_.empty()) origin_ = points[0];
   for (int i = 0; i < count; ++i) {
     const Vector p = points[i] - origin_;
-    vertices_.push_back(
-        {(float)p.x, (float)p.y, (float)p.z, (float)color.x, (float)color.y, (float)color.z});
+    vertices_.push_back({(float)p.x, (float)p.y, (float)p.z, (float)color.x, (float)color.y, (float)color.z});
   }
   if (vertices_.size() >= kBatch) Flush();
 }
@@ -154,8 +153,8 @@ void PrimitiveBatch::Flush() {
 
 LLONG DrawGeometry(BaseDocument* doc, gl::PrimitiveDrawer& drawer, const ViewFrame& frame) {
   Painter painter(drawer, frame);
-  VisitVisibleObjects(
-      doc, [&painter](BaseObject* op, const Matrix& global) { painter.Draw(*Impl(op), global); });
+  VisitVisibleObjects(doc,
+                      [&painter](BaseObject* op, const Matrix& global) { painter.Draw(*Impl(op), global); });
   for (const ParticleGroup* group : GroupsWithParticles(*Impl(doc))) painter.Particles(*group);
   return painter.vertices;
 }

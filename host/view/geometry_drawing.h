@@ -38,7 +38,8 @@ private:
   std::vector<gl::ColoredVertex> vertices_;
 };
 
-/** Draws the visible objects of a document, caches included, and its particles. Returns the number of vertices. */
+/** Draws the visible objects of a document, caches included, and its particles. Returns the number of
+ * vertices. */
 LLONG DrawGeometry(BaseDocument* doc, gl::PrimitiveDrawer& drawer, const ViewFrame& frame);
 
 /** World-space box of what DrawGeometry draws; false when that is nothing. */

@@ -1,0 +1,86 @@
+// The preferences file: what is damaged is set aside and told, what cannot be read is left alone.
+#include "host/core/world_data.h"
+
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class PreferencesFile : public testing::Test {
+protected:
+  void SetUp() override {
+    folder_ = fs::temp_directory_path() / ("kelvra-prefs-" + std::to_string(::getpid()));
+    fs::remove_all(folder_);
+    fs::create_directories(folder_);
+  }
+  void TearDown() override { fs::remove_all(folder_); }
+  fs::path File() const { return folder_ / "preferences.json"; }
+  void Write(const std::string& text) { std::ofstream(File()) << text; }
+  static std::string Read(const fs::path& path) {
+    std::ifstream file(path);
+    return std::string(std::istreambuf_iterator<char>(file), {});
+  }
+  /** The line that opening gives; saves one value afterwards. */
+  std::string Open() {
+    host::WorldData data;
+    std::string error, unsaved;
+    data.Open(folder_.u8string(), &error);
+    BaseContainer bc;
+    bc.SetLong(1, 7);
+    data.Set(5, bc, true);
+    saved_ = data.Save(&unsaved);
+    return error;
+  }
+  fs::path folder_;
+  bool saved_ = false;
+};
+
+TEST_F(PreferencesFile, DamagedOnesAreSetAsideAndTold) {
+  const std::string deep = std::string(200000, '[') + std::string(200000, ']');
+  const std::pair<std::string, std::string> cases[] = {
+      {"{\"5\":{\"1\":{\"long\":99999999999}}}", "99999999999"},
+      {"{\"5\":{\"1\":{\"long\":1e300}}}", "expected an integer"},
+      {"{\"5x\":{}}", "\"5x\""},
+      {"{\"99999999999999999999\":{}}", "32-bit"},
+      {"[]", "found array"},
+      {"{\"5\":{\"1\":" + deep + "}}", "found array"},
+      {"{\"5\":", "unexpected end"}};
+  int aside = 0;
+  for (const auto& [text, part] : cases) {
+    SCOPED_TRACE(part);
+    Write(text);
+    const std::string error = Open();
+    EXPECT_NE(error.find(part), std::string::npos) << error.substr(0, 300);
+    EXPECT_LT(error.size(), 600u);
+    EXPECT_TRUE(saved_);
+    const std::string name = "preferences.json.damaged" + (++aside == 1 ? "" : std::to_string(aside));
+    EXPECT_EQ(Read(folder_ / name), text) << "none takes the place of an earlier one";
+    EXPECT_EQ(Open(), "") << "the new file is whole";
+  }
+}
+
+TEST_F(PreferencesFile, WhatIsNoRegularFileStays) {
+  fs::create_directory(File());
+  EXPECT_NE(Open().find("no regular file"), std::string::npos);
+  EXPECT_TRUE(fs::is_directory(File()));
+  fs::remove(File());
+  Write("{}");
+  fs::resize_file(File(), 17 << 20);
+  EXPECT_NE(Open().find("expected at most"), std::string::npos);
+  EXPECT_EQ(fs::file_size(File()), (std::uintmax_t)(17 << 20));
+}
+
+TEST_F(PreferencesFile, ALinkStaysALink) {
+  const fs::path real = folder_ / "real.json";
+  std::ofstream(real) << "{}";
+  fs::create_symlink(real, File());
+  EXPECT_EQ(Open(), "");
+  EXPECT_TRUE(fs::is_symlink(File()));
+  EXPECT_NE(Read(real).find("\"5\""), std::string::npos);
+}
+
+} // namespace
