@@ -3,8 +3,10 @@
 #include "cli/preferences_folder.h"
 #include "cli/preferences_page.h"
 #include "cli/process_memory.h"
+#include "host/geometry/visible_points.h"
 #include "host/scene/scene_kind.h"
 #include "host/user_break.h"
+#include "host/viewport.h"
 #include "otallyframe.h"
 
 #include <algorithm>
@@ -74,6 +76,25 @@ void CloudSession::RequirePoints() const {
   if (Points() == 0) throw std::runtime_error("no point was loaded, nothing is written");
 }
 
+void CloudSession::RequireContent() const {
+  Vector low, high;
+  if (Points() == 0 && !host::GeometryBox(document_, &low, &high)) RequirePoints();
+}
+
+bool CloudSession::Extent(Vector* low, Vector* high) const {
+  bool any = false;
+  for (BaseObject* cloud : Clouds()) {
+    Vector cloudLow, cloudHigh;
+    if (!host::WorldBox(cloud, &cloudLow, &cloudHigh)) continue;
+    for (int axis = 0; axis < 3; ++axis) {
+      (*low)[axis] = any ? std::min((*low)[axis], cloudLow[axis]) : cloudLow[axis];
+      (*high)[axis] = any ? std::max((*high)[axis], cloudHigh[axis]) : cloudHigh[axis];
+    }
+    any = true;
+  }
+  return any || host::GeometryBox(document_, low, high);
+}
+
 long long CloudSession::PeakMemory() const {
   return std::max(0LL, PeakResidentMemory() - idleMemory_);
 }
@@ -117,7 +138,9 @@ void CloudSession::OpenScene(const std::string& path) {
       if (ReadCloudStats(cloud, &stats)) report.points += stats.Points();
     }
     report.message = "scene, " + std::to_string(Clouds().size()) + " point cloud objects";
-    report.outcome = report.points ? FileOutcome::Whole : FileOutcome::Refused;
+    Vector low, high;
+    const bool content = report.points > 0 || host::GeometryBox(document_, &low, &high);
+    report.outcome = content ? FileOutcome::Whole : FileOutcome::Refused;
   } else {
     report.message = SpeaksOf(error, path) ? error.substr(path.size() + 2) : error;
   }

@@ -1,6 +1,8 @@
 // kelvra: point clouds without the application. Parses the command line and runs one command.
 #include "cli/cloud_session.h"
+#include "cli/command_options.h"
 #include "cli/commands.h"
+#include "cli/convert_command.h"
 #include "cli/service_commands.h"
 
 #include <CLI/CLI.hpp>
@@ -33,15 +35,6 @@ void CheckCamera(const cli::SnapshotOptions& options) {
     throw CLI::ValidationError("--fov", "expected 1 to 170 degrees");
 }
 
-/** An output takes the place of a regular file or of nothing. */
-void CheckOutput(const std::string& path) {
-  std::error_code ignored;
-  const std::filesystem::path file = std::filesystem::u8path(path);
-  if (path.empty()) throw CLI::ValidationError("--output", "expected a file name, found nothing");
-  if (std::filesystem::exists(file, ignored) && !std::filesystem::is_regular_file(file, ignored))
-    throw std::runtime_error(path + ": is no regular file, nothing is written");
-}
-
 /** "WxH" within what a picture may have. */
 void ParseSize(const std::string& text, cli::SnapshotOptions& options) {
   std::smatch match;
@@ -52,22 +45,6 @@ void ParseSize(const std::string& text, cli::SnapshotOptions& options) {
   if (options.width < 1 || options.height < 1 || options.width > kMostPixels || options.height > kMostPixels)
     throw CLI::ValidationError("--size", "expected 1 to " + std::to_string(kMostPixels) +
                                              " pixels a side, found " + text);
-}
-
-void AddInput(CLI::App* command, cli::InputOptions& options, bool settings) {
-  command->add_option("FILE", options.files, "LAS, LAZ, XYZ or PTS files, folders of them, or one scene")
-      ->required();
-  if (settings) {
-    command->add_option("--set", options.settings, "Object parameter ID=VALUE, by number or by name")
-        ->take_all()
-        ->expected(1)
-        ->allow_extra_args(false);
-    command->add_option("--fault", options.faults, "Make the N-th call fail, KIND=N")
-        ->take_all()
-        ->expected(1)
-        ->allow_extra_args(false)
-        ->group("");
-  }
 }
 
 CLI::Option* AddOutput(CLI::App* command, cli::InputOptions& options, const char* what) {
@@ -90,14 +67,14 @@ void AddCamera(CLI::App* command, cli::SnapshotOptions& options, std::string& si
 
 void AddSnapshot(CLI::App& app, cli::SnapshotOptions& options, std::string& size, int& status) {
   CLI::App* command = app.add_subcommand("snapshot", "Draw one viewport picture");
-  AddInput(command, options, true);
+  cli::AddInput(command, options, true);
   AddOutput(command, options, "PNG to write");
   AddCamera(command, options, size);
   command->add_option("--clones", options.clones, "NXxNYxNZ:SPACING, copies on a grid");
   command->callback([&] {
     if (!size.empty()) ParseSize(size, options);
     CheckCamera(options);
-    CheckOutput(options.output);
+    cli::CheckOutput(options.output);
     status = cli::RunSnapshot(options);
   });
 }
@@ -109,7 +86,7 @@ CLI::Option* OnePerFlag(CLI::Option* option) {
 
 void AddRender(CLI::App& app, cli::RenderCommandOptions& options, std::string& size, int& status) {
   CLI::App* command = app.add_subcommand("render", "Render a picture with light and shadow");
-  AddInput(command, options, true);
+  cli::AddInput(command, options, true);
   CLI::Option* output = command->add_option("-o,--output", options.output,
                                             "PNG, TIFF or EXR to write; #### is the frame number");
   AddCamera(command, options, size);
@@ -146,7 +123,7 @@ void AddRender(CLI::App& app, cli::RenderCommandOptions& options, std::string& s
     if (!options.pixel.empty() && (options.pixel[0] < 0 || options.pixel[0] >= options.width ||
                                    options.pixel[1] < 0 || options.pixel[1] >= options.height))
       throw CLI::ValidationError("--pixel", "expected a pixel of the picture, X,Y from 0,0");
-    if (options.pixel.empty()) CheckOutput(options.output);
+    if (options.pixel.empty()) cli::CheckOutput(options.output);
     options.progress = ::isatty(2) != 0;
     status = cli::RunRender(options);
   });
@@ -169,7 +146,7 @@ int Run(int argc, char** argv) {
   std::string size, renderSize;
 
   CLI::App* command = app.add_subcommand("info", "Points, box, speed and memory of files");
-  AddInput(command, info, true);
+  cli::AddInput(command, info, true);
   command->add_flag("--json", info.json, "Print JSON");
   command->callback([&] { status = cli::RunInfo(info); });
 
@@ -177,18 +154,18 @@ int Run(int argc, char** argv) {
   AddRender(app, render, renderSize, status);
 
   command = app.add_subcommand("save", "Save a scene that holds the points");
-  AddInput(command, save, true);
+  cli::AddInput(command, save, true);
   AddOutput(command, save, "Scene to write");
   command->callback([&] {
-    CheckOutput(save.output);
+    cli::CheckOutput(save.output);
     status = cli::RunSave(save);
   });
 
   command = app.add_subcommand("export", "Write the points as text, one a line");
-  AddInput(command, text, true);
+  cli::AddInput(command, text, true);
   AddOutput(command, text, "Text file to write");
   command->callback([&] {
-    CheckOutput(text.output);
+    cli::CheckOutput(text.output);
     status = cli::RunExport(text);
   });
 
@@ -197,12 +174,13 @@ int Run(int argc, char** argv) {
   command->add_flag("--json", scene.json, "Print JSON");
   command->callback([&] { status = cli::RunScene(scene); });
 
+  cli::AddConvertCommand(app, status);
   cli::AddServiceCommands(app, status);
 
   if (argc > 1 && argv[1][0] != '-' && !HasCommand(app, argv[1])) {
     std::cerr << "kelvra: there is no command \"" << argv[1]
               << "\", expected info, snapshot, render, save, export, scene, "
-                 "reproject, prefs or update-check\n";
+                 "convert, reproject, prefs or update-check\n";
     return cli::kExitUsage;
   }
   try {

@@ -137,7 +137,7 @@ int RunRender(const RenderCommandOptions& options) {
   CloudSession session(options.faults);
   session.Open(options.files, options.settings);
   if (options.pixel.empty()) PrintReports(session);
-  session.RequirePoints();
+  session.RequireContent();
 
   RenderScene scene = PrepareScene(session, options);
   for (const std::string& line : scene.notes) std::cout << line << "\n";

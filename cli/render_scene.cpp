@@ -21,15 +21,7 @@ struct WorldExtent {
 
 WorldExtent ExtentOf(const CloudSession& session) {
   WorldExtent extent;
-  for (BaseObject* cloud : session.Clouds()) {
-    Vector low, high;
-    if (!host::WorldBox(cloud, &low, &high)) continue;
-    for (int axis = 0; axis < 3; ++axis) {
-      extent.low[axis] = extent.valid ? std::min(extent.low[axis], low[axis]) : low[axis];
-      extent.high[axis] = extent.valid ? std::max(extent.high[axis], high[axis]) : high[axis];
-    }
-    extent.valid = true;
-  }
+  extent.valid = session.Extent(&extent.low, &extent.high);
   return extent;
 }
 

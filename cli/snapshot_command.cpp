@@ -64,18 +64,9 @@ void PlaceCamera(const SnapshotOptions& options, const CloudSession& session,
   }
   view.SetCamera(camera);
   Vector low, high;
-  bool any = false;
-  for (BaseObject* cloud : session.Clouds()) {
-    Vector cloudLow, cloudHigh;
-    if (!host::WorldBox(cloud, &cloudLow, &cloudHigh)) continue;
-    for (int axis = 0; axis < 3; ++axis) {
-      low[axis] = any ? std::min(low[axis], cloudLow[axis]) : cloudLow[axis];
-      high[axis] = any ? std::max(high[axis], cloudHigh[axis]) : cloudHigh[axis];
-    }
-    any = true;
-  }
+  if (!session.Extent(&low, &high)) return;
   WidenByClones(clones, &low, &high);
-  if (any) view.Frame(low, high);
+  view.Frame(low, high);
 }
 
 } // namespace
@@ -86,7 +77,7 @@ int RunSnapshot(const SnapshotOptions& options) {
   CloudSession session(options.faults);
   session.Open(options.files, options.settings);
   PrintReports(session);
-  session.Cloud(); // nothing to draw without one
+  session.RequireContent();
 
   bool byHeight = false;
   long long points = 0;
@@ -98,7 +89,6 @@ int RunSnapshot(const SnapshotOptions& options) {
     if (!clones.empty() && !host::SetClones(cloud, clones, {}))
       throw std::runtime_error("the clones could not be made");
   }
-  if (points == 0) throw std::runtime_error("no point to draw");
 
   std::string error;
   const std::unique_ptr<host::Viewport> view =

@@ -159,19 +159,4 @@ LLONG DrawGeometry(BaseDocument* doc, gl::PrimitiveDrawer& drawer, const ViewFra
   return painter.vertices;
 }
 
-bool GeometryBox(BaseDocument* doc, Vector* boxMin, Vector* boxMax) {
-  PointBox box;
-  VisitVisibleObjects(doc, [&box](BaseObject* op, const Matrix& global) {
-    const Matrix space = ElementSpace(*Impl(op), global);
-    VisitElements(*Impl(op), [&](const Vector& p) { box.Add(space * p); });
-  });
-  for (const ParticleGroup* group : GroupsWithParticles(*Impl(doc)))
-    for (const ParticleSlot* slot = group->first; slot; slot = slot->next) box.Add(slot->values.position);
-  Vector centre, half;
-  box.Get(&centre, &half);
-  *boxMin = centre - half;
-  *boxMax = centre + half;
-  return !box.IsEmpty();
-}
-
 } // namespace host

@@ -42,7 +42,4 @@ private:
  * vertices. */
 LLONG DrawGeometry(BaseDocument* doc, gl::PrimitiveDrawer& drawer, const ViewFrame& frame);
 
-/** World-space box of what DrawGeometry draws; false when that is nothing. */
-bool GeometryBox(BaseDocument* doc, Vector* boxMin, Vector* boxMax);
-
 } // namespace host

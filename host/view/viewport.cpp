@@ -1,6 +1,7 @@
 #include "host/viewport.h"
 
 #include "host/application.h"
+#include "host/geometry/visible_points.h"
 #include "host/object_calls.h"
 #include "host/render/polygon_sources.h"
 #include "host/view/geometry_drawing.h"

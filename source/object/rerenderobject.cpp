@@ -1,12 +1,14 @@
 #include "object/rerenderobject.h"
 
 #include "glpoint.h"
+#include "object/conversion.h"
 #include "object/file_loading.h"
 #include "object/laz_renderer.h"
 #include "object/reprojection.h"
 #include "object/text_export.h"
 #include "object/view_uploads.h"
 #include "otallyframe.h"
+#include "registration.h"
 #include "version.h"
 #include "vpkelvrarender.h"
 
@@ -212,7 +214,23 @@ DRAWRESULT KelvraObject::Draw(BaseObject* op, DRAWPASS drawpass, BaseDraw* bd, B
 }
 
 BaseObject* KelvraObject::GetVirtualObjects(BaseObject* op, HierarchyHelp* hh) {
-  return op->GetCache(hh);
+  const Bool asked = settingsChanged != 0;
+  settingsChanged = 0;
+  BaseObject* cache = op->GetCache(hh);
+  if (cache && !asked && !op->CheckCache(hh) && !op->IsDirty(DIRTYFLAGS_DATA)) return cache;
+
+  const BaseContainer* data = op->GetDataInstance();
+  ConversionRequest request;
+  request.store = &store;
+  request.op = op;
+  request.hierarchy = hh;
+  request.count = ShareOf(store.GetPointCount(), data->GetReal(KELVRA_POINT_SHARE));
+  request.size = data->GetReal(KELVRA_OBJECT_SIZE);
+  request.scale = MatrixScale(Vector(request.size / kUnitObjectSize));
+  request.value = data->GetReal(KELVRA_CONVERT_VALUE);
+  request.box = &display.box;
+  const LONG mode = data->GetLong(KELVRA_CONVERT_MODE);
+  return BuildConversion(request, GetRegistrationState().mayConvert ? mode : 0);
 }
 
 Bool RegisterPointCloudObject() {

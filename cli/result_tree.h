@@ -1,0 +1,20 @@
+// What a document holds, as text: each object with its counts, what generators built, and particle groups.
+#pragma once
+
+#include "c4d.h"
+
+#include <string>
+#include <vector>
+
+namespace cli {
+
+struct ResultTree {
+  std::vector<std::string> lines; ///< indented by depth
+  long long bytes = 0;            ///< of all elements that are counted in the lines
+  long long elements = 0;         ///< points, guides and particles
+};
+
+/** Clouds themselves are named, but neither their bytes nor their points are in the sums. */
+ResultTree DescribeTree(BaseDocument* doc);
+
+} // namespace cli
