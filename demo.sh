@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds, and shows a real laser scan: a rendered picture, viewport pictures, a thinned
-# one, falloff, clones and a saved scene. With files given (LAS, LAZ, XYZ, PTS, folders, a scene) it shows those.
+# one, falloff, clones, a saved scene and conversions. With files given (LAS, LAZ, XYZ, PTS, folders, a scene) it shows those.
 #
 #   ./demo.sh [FILE...]      results go to out/
 set -euo pipefail
@@ -42,7 +42,7 @@ echo "== What is in the files"
 "$kelvra" info "${files[@]}" || status=$?
 
 echo "== Pictures"
-rm -f out/*.png out/demo.scene
+rm -f out/*.png out/*.scene out/points.ply out/lines.obj
 show out/view.png snapshot "${files[@]}" --set point_size=5
 show out/view_own_colors.png snapshot "${files[@]}" --set point_size=5 --set color_mode=0
 show out/view_inverted_height.png snapshot "${files[@]}" --set point_size=5 --set color_mode=5 --set color_invert=1
@@ -61,6 +61,12 @@ else
   echo "out/demo.scene reopens with ANOTHER picture than out/view.png" >&2
   status=1
 fi
+
+echo "== As the application's own geometry"
+show out/points.ply convert "${files[@]}" --mode point
+show out/lines.obj convert "${files[@]}" --mode spline
+"$kelvra" convert "${files[@]}" --mode hair --scene out/hair.scene || status=$?
+show out/hair.png snapshot out/hair.scene
 
 echo "== Written"
 ls -l "${written[@]}"

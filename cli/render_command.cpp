@@ -3,6 +3,7 @@
 #include "cli/format.h"
 #include "cli/frame_range.h"
 #include "cli/render_scene.h"
+#include "cli/result_tree.h"
 #include "cli/scene_light.h"
 #include "host/picture/picture.h"
 #include "host/render/render_job.h"
@@ -116,8 +117,8 @@ int RenderFrames(CloudSession& session, host::RenderOptions& render, const Rende
     if (!host::SavePicture(PictureOf(job.Buffer()), name, format, &error,
                            [&faults] { return faults.Strikes(host::Fault::FileWrite); }))
       throw std::runtime_error(error);
-    std::cout << name << ": " << options.width << "x" << options.height << ", " << Grouped(session.Points())
-              << " points, " << Fixed(outcome.seconds, 2) << " s\n";
+    std::cout << name << ": " << options.width << "x" << options.height << ", " << ContentText(session)
+              << ", " << Fixed(outcome.seconds, 2) << " s\n";
   }
   return status;
 }

@@ -101,4 +101,9 @@ ResultTree DescribeTree(BaseDocument* doc) {
   return describer.tree;
 }
 
+std::string ContentText(const CloudSession& session) {
+  if (const long long points = session.Points()) return Grouped(points) + " points";
+  return Grouped(DescribeTree(session.Document()).elements) + " elements";
+}
+
 } // namespace cli

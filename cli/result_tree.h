@@ -1,7 +1,7 @@
 // What a document holds, as text: each object with its counts, what generators built, and particle groups.
 #pragma once
 
-#include "c4d.h"
+#include "cli/cloud_session.h"
 
 #include <string>
 #include <vector>
@@ -16,5 +16,8 @@ struct ResultTree {
 
 /** Clouds themselves are named, but neither their bytes nor their points are in the sums. */
 ResultTree DescribeTree(BaseDocument* doc);
+
+/** "1,234 points" of the clouds, or "1,234 elements" of a scene without points. */
+std::string ContentText(const CloudSession& session);
 
 } // namespace cli

@@ -2,6 +2,7 @@
 
 #include "cli/clone_grid.h"
 #include "cli/format.h"
+#include "cli/result_tree.h"
 #include "host/viewport.h"
 #include "otallyframe.h"
 
@@ -80,10 +81,7 @@ int RunSnapshot(const SnapshotOptions& options) {
   session.RequireContent();
 
   bool byHeight = false;
-  long long points = 0;
   for (BaseObject* cloud : session.Clouds()) {
-    CloudStats stats;
-    if (ReadCloudStats(cloud, &stats)) points += stats.Points();
     byHeight = ShowByHeight(session, cloud) || byHeight;
     FitHeights(session, cloud);
     if (!clones.empty() && !host::SetClones(cloud, clones, {}))
@@ -102,13 +100,12 @@ int RunSnapshot(const SnapshotOptions& options) {
   const std::vector<std::string> lines = session.App().GetConsole().Lines();
   for (std::size_t i = firstLine; i < lines.size(); ++i) std::cerr << lines[i] << "\n";
   if (drawn && view->VerticesDrawn() == 0) {
-    std::cerr << options.output << ": nothing was drawn, though " << Grouped(points)
-              << " points are loaded\n";
+    std::cerr << options.output << ": nothing was drawn, though it holds " << ContentText(session) << "\n";
     drawn = false;
   }
   if (!host::gl::WritePng(view->Read(), options.output, &error)) throw std::runtime_error(error);
-  std::cout << options.output << ": " << options.width << "x" << options.height << ", " << Grouped(points)
-            << " points";
+  std::cout << options.output << ": " << options.width << "x" << options.height << ", "
+            << ContentText(session);
   if (!clones.empty()) std::cout << " in " << clones.size() << " clones";
   std::cout << (byHeight ? ", shown by height: the cloud has no colours" : "") << "\n";
   return drawn ? session.ExitStatus() : (int)kExitIncomplete;

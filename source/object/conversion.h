@@ -30,7 +30,7 @@ BaseObject* BuildConversion(const ConversionRequest& request, LONG mode);
 
 /** Point object without polygons, with vertex maps Red, Green and Blue. */
 BaseObject* ConvertToPoints(const ConversionRequest& request);
-/** One vertical stub of hair on each point. */
+/** One short vertical hair on each point. */
 BaseObject* ConvertToHair(const ConversionRequest& request);
 /** Fills a Thinking Particles group, in world space. */
 BaseObject* ConvertToParticles(const ConversionRequest& request);

@@ -4,8 +4,8 @@ namespace kelvra {
 
 namespace {
 
-/** Height of the stub on each point, whatever the size of the cloud. */
-const Real kStubHeight = 0.01;
+/** Height of the hair on each point, whatever the size of the cloud. */
+const Real kHairHeight = 0.01;
 
 /** Sets one guide a point. FALSE when memory is refused; guides that are refused themselves are left out. */
 Bool SetGuides(HairObject* hair, const ConversionRequest& request) {
@@ -22,7 +22,7 @@ Bool SetGuides(HairObject* hair, const ConversionRequest& request) {
   request.store->ExportPositions(positions, request.count, request.box, request.size);
   for (LONG i = 0; i < request.count; ++i) {
     points[2 * (VLONG)i] = positions[i];
-    points[2 * (VLONG)i + 1] = positions[i] + Vector(0.0, kStubHeight, 0.0);
+    points[2 * (VLONG)i + 1] = positions[i] + Vector(0.0, kHairHeight, 0.0);
   }
   GeFree(positions);
   return TRUE;
