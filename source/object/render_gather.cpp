@@ -20,7 +20,11 @@ struct Source {
   Matrix global;
 };
 
-/** Collects the clouds below a linked one, in the order of the tree. */
+/**
+ * Collects the clouds below a linked one, in the order of the tree. An object that built something is looked
+ * for in what it built only, deliberately, and that holds for clouds too: one whose cache is up to date is
+ * left to the video post that links it, which each new cloud gets, and would be rendered twice otherwise.
+ */
 class Walk {
 public:
   explicit Walk(BaseObject* linked) : linked_(linked) {}

@@ -87,16 +87,12 @@ TEST_F(Picture, OpacityIsTakenFromWhatLiesBehind) {
       {0.25, 1.0, true, kRed * 0.75 + kGreen * 0.25, 1.0},
   };
   Add({{Vector(), 255, 0, 0}});
+  BaseObject* second = NULL;
   for (const auto& c : cases) {
     SCOPED_TRACE(c.transparency);
-    if (c.second && op_->GetDown() == NULL) {
-      BaseObject* below = BaseObject::Alloc(kCloud);
-      MakePlain(below->GetDataInstance());
-      doc_->InsertObject(below, op_, NULL);
-      AddTo(below, {{Vector(0, 0, 4), 0, 255, 0}});
-    }
+    if (c.second && !second) second = AddBuilt(Matrix(), {{Vector(0, 0, 4), 0, 255, 0}});
     Data().SetReal(KELVRA_TRANSPARENCY, c.transparency);
-    if (op_->GetDown()) op_->GetDown()->GetDataInstance()->SetReal(KELVRA_TRANSPARENCY, c.transparency);
+    if (second) second->GetDataInstance()->SetReal(KELVRA_TRANSPARENCY, c.transparency);
     Data().SetReal(KELVRA_EDGE_BIAS, c.bias);
     const Shot shot = Render();
     ExpectNear(shot.Middle(), c.color);
@@ -138,22 +134,22 @@ TEST_F(Picture, OnlyWhatAPostLinksIsRendered) {
   EXPECT_EQ(seen(), "");
 }
 
-TEST_F(Picture, CloudsBelowALinkedCloudAreRenderedWhereTheyStand) {
+TEST_F(Picture, CloudsBuiltBelowALinkedOneAreRenderedWhereTheyStand) {
   Add({{Vector(), 255, 0, 0}});
   op_->SetMl(MatrixMove(Vector(-2, 0, 0)));
-  BaseObject* group = BaseObject::Alloc(Onull);
-  doc_->InsertObject(group, op_, NULL);
-  group->SetMl(MatrixMove(Vector(4, 0, 0)));
-  BaseObject* below = BaseObject::Alloc(kCloud);
-  MakePlain(below->GetDataInstance());
-  doc_->InsertObject(below, group, NULL);
-  AddTo(below, {{Vector(), 0, 255, 0}});
+  AddBuilt(MatrixMove(Vector(4, 0, 0)), {{Vector(), 0, 255, 0}});
+  // One that built something itself is looked for in what it built: it has a video post of its own.
+  BaseObject* child = BaseObject::Alloc(kCloud);
+  MakePlain(child->GetDataInstance());
+  doc_->InsertObject(child, op_, NULL);
+  AddTo(child, {{Vector(2, 0, 0), 0, 0, 255}});
   const Shot shot = Render();
   const Blob red = Find(shot, 0), green = Find(shot, 1);
   ASSERT_GT(red.count, 0);
   EXPECT_LT(red.x, 12);
   EXPECT_NEAR(green.x, 32 - red.x, 0.01);
   EXPECT_EQ(green.count, red.count);
+  EXPECT_EQ(Find(shot, 2).count, 0);
   // A cloud that is converted, or that receives points, is rendered alone.
   for (const LONG id : {KELVRA_CONVERT_MODE, KELVRA_LOAD_STATE}) {
     Data().SetLong(id, 2);

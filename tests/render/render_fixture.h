@@ -1,6 +1,7 @@
 // Scenes small enough to know every pixel, rendered by the application with the module's own video posts.
 #pragma once
 
+#include "host/node.h"
 #include "host/render/render_job.h"
 #include "host/render/scene_lights.h"
 #include "host/render/surface_scene.h"
@@ -66,6 +67,19 @@ protected:
     file.close();
     application_.GetDialogs().AnswerFile(Path("dots.xyz"));
     application_.PressButton(cloud, kLoadFile);
+  }
+
+  /** A cloud with points that an object below the linked one built: it stands in that object's cache. */
+  BaseObject* AddBuilt(const Matrix& place, const std::vector<Dot>& dots) {
+    BaseObject *builder = BaseObject::Alloc(Onull), *cloud = BaseObject::Alloc(kCloud);
+    doc_->InsertObject(builder, op_, NULL);
+    builder->SetMl(place);
+    MakePlain(cloud->GetDataInstance());
+    doc_->InsertObject(cloud, builder, NULL);
+    AddTo(cloud, dots);
+    host::RemoveNode(*host::Impl(cloud));
+    host::AppendNode(host::Impl(builder)->cache, *host::Impl(cloud));
+    return cloud;
   }
 
   /** Corners clockwise as seen from the side that it faces. Gives its settings. */
