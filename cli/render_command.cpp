@@ -2,10 +2,11 @@
 
 #include "cli/format.h"
 #include "cli/frame_range.h"
+#include "cli/preferences_page.h"
+#include "cli/render_check.h"
+#include "cli/render_record.h"
 #include "cli/render_scene.h"
 #include "cli/result_tree.h"
-#include "cli/scene_light.h"
-#include "host/picture/picture.h"
 #include "host/render/render_job.h"
 #include "kelvra_messages.h"
 
@@ -52,20 +53,6 @@ host::Picture PictureOf(const host::RenderBuffer& buffer) {
   return picture;
 }
 
-/** Has the module's recorder store each finished frame in that folder. */
-void EnableRecorder(BaseDocument* doc, const std::string& folder) {
-  RenderData* settings = doc->GetActiveRenderData();
-  host::AddInherentVideoPosts(*host::Impl(settings));
-  for (BaseVideoPost* post = settings->GetFirstVideoPost(); post; post = post->GetNext())
-    if (post->GetType() == KELVRA_RECORDER) {
-      BaseContainer* data = post->GetDataInstance();
-      data->SetBool(KELVRA_RECORDER_ENABLE, TRUE);
-      data->SetFilename(KELVRA_RECORDER_FOLDER, Filename(String(folder.c_str(), STRINGENCODING_UTF8)));
-      return;
-    }
-  throw std::runtime_error("the module has no render recorder");
-}
-
 /** Prints what the hook says of one ray. */
 int Explain(CloudSession& session, const host::RenderOptions& base, const RenderCommandOptions& options) {
   host::RenderOptions render = base;
@@ -90,61 +77,69 @@ int Explain(CloudSession& session, const host::RenderOptions& base, const Render
   return session.ExitStatus();
 }
 
+void SaveFrame(CloudSession& session, const host::RenderBuffer& buffer, const std::string& name,
+               host::PictureFormat format) {
+  host::Faults& faults = session.App().GetFaults();
+  std::string error;
+  if (!host::SavePicture(PictureOf(buffer), name, format, &error,
+                         [&faults] { return faults.Strikes(host::Fault::FileWrite); }))
+    throw std::runtime_error(error);
+}
+
 /** Gives the exit status: a frame that the recorder could not store makes the run incomplete. */
 int RenderFrames(CloudSession& session, host::RenderOptions& render, const RenderCommandOptions& options,
                  host::PictureFormat format) {
-  int status = session.ExitStatus();
   const FrameRange frames = options.frames.empty() ? FrameRange() : ParseFrames(options.frames);
   const host::ViewCamera camera = render.camera;
+  bool recorded = true, told = false;
   ProgressBar bar(options.progress);
   render.progress = [&bar](double share) { bar.Show(share); };
   host::RenderJob job(session.Document(), render);
   BaseDocument* doc = session.Document();
+  const host::Console& console = session.App().GetConsole();
   for (int frame = frames.first; frame <= frames.last; ++frame) {
     doc->SetTime(BaseTime((Real)frame, (Real)doc->GetFps()));
     const double share = (double)(frame - frames.first) / (frames.last - frames.first + 1);
     job.Options().camera = TurnedCamera(camera, options.turn * share);
-    const std::size_t firstLine = session.App().GetConsole().Lines().size();
+    const std::size_t firstLine = console.Lines().size();
+    const RecordWatch record(options.record, frame);
     const host::RenderOutcome outcome = job.RenderFrame();
     bar.Clear();
-    const std::vector<std::string> lines = session.App().GetConsole().Lines();
-    for (std::size_t i = firstLine; i < lines.size(); ++i) std::cerr << lines[i] << "\n";
-    if (!options.record.empty() && lines.size() > firstLine) status = kExitIncomplete;
+    PrintConsole(console, firstLine);
+    told = told || console.Lines().size() > firstLine;
     if (!outcome.Ok()) throw std::runtime_error("rendering: " + outcome.message);
-    std::string error;
+    if (!record.Stored()) {
+      // The recorder tells the first loss itself, unless it has no memory for the text.
+      if (!told) std::cerr << record.Path() << ": the frame is not recorded\n";
+      recorded = false;
+      told = true;
+    }
     const std::string name = FrameName(options.output, frame);
-    host::Faults& faults = session.App().GetFaults();
-    if (!host::SavePicture(PictureOf(job.Buffer()), name, format, &error,
-                           [&faults] { return faults.Strikes(host::Fault::FileWrite); }))
-      throw std::runtime_error(error);
+    SaveFrame(session, job.Buffer(), name, format);
     std::cout << name << ": " << options.width << "x" << options.height << ", " << ContentText(session)
               << ", " << Fixed(outcome.seconds, 2) << " s\n";
   }
-  return status;
+  return recorded ? session.ExitStatus() : kExitIncomplete;
 }
 
 } // namespace
 
 int RunRender(const RenderCommandOptions& options) {
-  host::PictureFormat format = host::PictureFormat::Png8;
-  std::string error;
-  if (options.pixel.empty() && !host::ChoosePictureFormat(options.output, options.depth, &format, &error))
-    throw UsageError{error};
-  if (!options.frames.empty() && ParseFrames(options.frames).last > ParseFrames(options.frames).first &&
-      !HasFrameNumber(options.output))
-    throw UsageError{"--frames " + options.frames + ": the output needs a #### for the frame number, found " +
-                     options.output};
-  CheckRenderOptions(options); // before anything is loaded, which may take long
+  // Before anything is loaded, which may take long.
+  const host::PictureFormat format = CheckRenderOptions(options);
   CloudSession session(options.faults);
   session.Open(options.files, options.settings);
   if (options.pixel.empty()) PrintReports(session);
   session.RequireContent();
-
-  RenderScene scene = PrepareScene(session, options);
-  for (const std::string& line : scene.notes) std::cout << line << "\n";
-  if (!options.record.empty()) EnableRecorder(session.Document(), options.record);
-  if (!options.pixel.empty()) return Explain(session, scene.render, options);
-  return RenderFrames(session, scene.render, options, format);
+  try {
+    RenderScene scene = PrepareScene(session, options);
+    for (const std::string& line : scene.notes) std::cout << line << "\n";
+    if (!options.pixel.empty()) return Explain(session, scene.render, options);
+    if (!options.record.empty()) EnableRecorder(session.Document(), options.record);
+    return RenderFrames(session, scene.render, options, format);
+  } catch (const std::bad_alloc&) {
+    throw std::runtime_error("rendering: out of memory");
+  }
 }
 
 } // namespace cli

@@ -43,7 +43,8 @@ double StorageStep(const CloudStats& stats, const Vector& displaySize) {
 }
 
 /**
- * A cloud whose radius nobody chose gets one by its density, so that its surface closes; large coordinates
+ * A cloud whose radius nobody chose gets one by its density. Up to a spacing of one unit its surface closes;
+ * wider apart the points stay dots, as they answer on a disc of the root of their radius. Large coordinates
  * put points on a coarser raster than their density tells.
  */
 void ChooseRadius(CloudSession& session, BaseObject* cloud, std::vector<std::string>* notes) {
@@ -84,6 +85,21 @@ void AddGround(CloudSession& session, const WorldExtent& extent, const RenderCom
   session.Document()->InsertObject(ground, NULL, NULL);
 }
 
+/** Points that lie close together are seen as whole discs: the box is widened by what their radius reaches.
+ */
+WorldExtent WithDiscs(const CloudSession& session, WorldExtent extent) {
+  double reach = 0.0;
+  for (BaseObject* cloud : session.Clouds()) {
+    const double radius = cloud->GetDataInstance()->GetReal(KELVRA_POINT_RADIUS, 0.0);
+    if (std::isfinite(radius)) reach = std::max(reach, std::sqrt(std::abs(radius)));
+  }
+  const Vector size = extent.high - extent.low;
+  if (!extent.valid || std::max({size.x, size.y, size.z}) > 4.0 * reach) return extent;
+  extent.low -= Vector(reach);
+  extent.high += Vector(reach);
+  return extent;
+}
+
 host::ViewCamera CameraFor(const WorldExtent& extent, const RenderCommandOptions& options) {
   host::ViewCamera camera;
   camera.fieldOfView = options.fieldOfView;
@@ -106,16 +122,6 @@ host::ViewCamera TurnedCamera(const host::ViewCamera& camera, double degrees) {
   return turned;
 }
 
-void CheckRenderOptions(const RenderCommandOptions& options) {
-  Vector background;
-  if (!ParseColor(options.background, &background))
-    throw UsageError{"--background " + options.background + ": expected #RRGGBB"};
-  const bool finite = std::isfinite(options.turn) && std::isfinite(options.groundMirror) &&
-                      (options.groundHeight.empty() || std::isfinite(options.groundHeight[0]));
-  if (!finite) throw UsageError{"--turn, --ground-mirror, --ground-height: expected finite numbers"};
-  CheckLights(options.lights);
-}
-
 RenderScene PrepareScene(CloudSession& session, const RenderCommandOptions& options) {
   RenderScene scene;
   for (BaseObject* cloud : session.Clouds()) ChooseRadius(session, cloud, &scene.notes);
@@ -133,7 +139,7 @@ RenderScene PrepareScene(CloudSession& session, const RenderCommandOptions& opti
   render.height = options.height;
   render.supersample = options.supersample;
   render.threads = options.threads;
-  render.camera = CameraFor(extent, options);
+  render.camera = CameraFor(WithDiscs(session, extent), options);
   ParseColor(options.background, &render.background);
   return scene;
 }

@@ -13,9 +13,6 @@ struct RenderScene {
   std::vector<std::string> notes; ///< lines that tell what was chosen for the user
 };
 
-/** Throws UsageError for lights, a background or numbers that cannot be used. */
-void CheckRenderOptions(const RenderCommandOptions& options);
-
 RenderScene PrepareScene(CloudSession& session, const RenderCommandOptions& options);
 
 /** The camera after turning around the vertical through its target, degrees, clockwise from above. */

@@ -6,7 +6,8 @@
 enum {
   /**
    * To the scene hook (type KELVRA_HOOK) while a frame is rendered, between the opening of INNER and its
-   * close: what does one ray do? Data: KelvraRayExplanation*. FALSE when no points are rendered.
+   * close, but not while pixels are computed: what does one ray do? Data: KelvraRayExplanation*. FALSE when
+   * no points are rendered.
    */
   KELVRA_MESSAGE_EXPLAIN_RAY = 1037610,
 

@@ -2,6 +2,8 @@
 #include "object/voxel_grid.h"
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 
 namespace kelvra {
 
@@ -119,8 +121,8 @@ private:
     }
     leaves.numbers = GeAllocTypeNC(ULONG, numbers);
     if (!leaves.numbers) return FALSE;
-    if (fours > 0) packed.fours = GeAllocTypeNC(PackedFour, fours);
-    if (fours > 0 && !packed.fours) return FALSE;
+    if (fours > 0 && fours <= packed.mostBytes / sizeof(PackedFour))
+      packed.fours = GeAllocTypeNC(PackedFour, fours);
     Connect(places, walked);
     return TRUE;
   }
@@ -134,13 +136,20 @@ private:
       leaves.contents[leaf].items = &leaves.lists[leaf];
       data_.nodes.data[leaf].content = &leaves.contents[leaf];
       // The last four of a cell may have lanes that no item fills.
-      if (place < walked) EmptyFour(data_.packed.fours[span.firstFour + (span.count - 1) / 4]);
+      if (place < walked && data_.packed.fours)
+        EmptyFour(data_.packed.fours[span.firstFour + (span.count - 1) / 4]);
     }
   }
 
   void FillCells() {
     const LLONG walked = (LLONG)grid_->nx * grid_->ny * grid_->nz;
     std::memset(counts_, 0, (std::size_t)grid_->TableSize() * sizeof(ULONG));
+    // A cell's centre is rounded as numbers of the size of its coordinates are.
+    LReal farthest = 0.0;
+    for (LONG axis = 0; axis < 3; ++axis)
+      farthest = std::max(
+          {farthest, std::abs(root_->boxMin[axis]), std::abs(root_->boxMin[axis] + grid_->extent[axis])});
+    const LReal error = farthest * std::numeric_limits<LReal>::epsilon();
     for (LLONG i = 0; i < data_.items.size; ++i) {
       const RenderItem& item = data_.items.data[i];
       const LVector centre = CentreOf(item);
@@ -149,14 +158,15 @@ private:
         const CellSpan& span = data_.packed.spans[place];
         const ULONG nth = counts_[place]++;
         data_.leaves.numbers[span.firstNumber + nth] = (ULONG)i;
-        if (place >= walked) return; // rays visit no cell of the spare layer
+        if (place >= walked || !data_.packed.fours) return; // rays visit no cell of the spare layer
         // A far-face item lies with the cell that it shares the place with.
         const LVector cell =
             x < grid_->nx && y < grid_->ny
                 ? CentreOfCell(x, y, z)
                 : CentreOfCell((LONG)(place % grid_->nx), (LONG)(place / grid_->nx % grid_->ny),
                                (LONG)(place / grid_->nx / grid_->ny));
-        PackItem(data_.packed.fours[span.firstFour + nth / 4], (LONG)(nth % 4), centre - cell, item.radius);
+        PackItem(data_.packed.fours[span.firstFour + nth / 4], (LONG)(nth % 4), centre - cell, item.radius,
+                 error);
       });
     }
   }

@@ -7,6 +7,12 @@
 
 namespace kelvra {
 
+namespace {
+
+const LONG kExplanationVersion = 1;
+
+} // namespace
+
 VoxelHook* VoxelHook::Find(BaseDocument* doc) {
   BaseSceneHook* hook = doc ? doc->FindSceneHook(kVoxelHookId) : NULL;
   return hook ? static_cast<VoxelHook*>(hook->GetNodeData()) : NULL;
@@ -27,15 +33,20 @@ void VoxelHook::EndFrame() {
 Bool VoxelHook::Message(GeListNode* node, LONG type, void* message) {
   if (type == KELVRA_MESSAGE_EXPLAIN_RAY && message) {
     KelvraRayExplanation& explanation = *(KelvraRayExplanation*)message;
-    return explanation.vd && explanation.text && lists && ExplainRay(data, *lists, explanation);
+    return explanation.version == kExplanationVersion && explanation.vd && explanation.vd->ray &&
+           explanation.text && lists && ExplainRay(data, *lists, explanation);
   }
   return SUPER::Message(node, type, message);
 }
 
 RENDERRESULT VoxelVideoPost::Execute(BaseVideoPost* node, VideoPostStruct* vps) {
-  if (vps->vp != VIDEOPOSTCALL_FRAME || !vps->open) return RENDERRESULT_OK;
+  if (vps->vp != VIDEOPOSTCALL_FRAME) return RENDERRESULT_OK;
   VoxelHook* hook = VoxelHook::Find(vps->doc);
   if (!hook) return RENDERRESULT_OK;
+  if (!vps->open) {
+    hook->EndFrame(); // a frame that failed before its render opened leaves nothing for the next one
+    return RENDERRESULT_OK;
+  }
   hook->BeginFrame(vps->render, vps->time);
   GatherContext context;
   context.document = vps->doc;

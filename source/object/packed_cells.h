@@ -4,6 +4,8 @@
 
 #include "c4d.h"
 
+#include <cmath>
+
 namespace kelvra {
 
 /** Four items, relative to the centre of their cell. Unused lanes have a reach that nothing meets. */
@@ -24,8 +26,12 @@ struct CellSpan {
 
 /** All cells that rays visit. Owns its arrays. */
 struct PackedCells {
-  CellSpan* spans = NULL; ///< by place in the cell table
-  PackedFour* fours = NULL;
+  /** Items that overlap very many cells would need more than all else together: they do without. */
+  static const LULONG kMostBytes = 4ull << 30;
+
+  CellSpan* spans = NULL;        ///< by place in the cell table
+  PackedFour* fours = NULL;      ///< NULL: every listed item is tested itself, with the same result
+  LULONG mostBytes = kMostBytes; ///< that fours may take
 
   ~PackedCells() { Clear(); }
   void Clear() {
@@ -59,13 +65,15 @@ inline void EmptyFour(PackedFour& four) {
   }
 }
 
-/** Puts an item into a lane; offset is that of its centre from the cell's. */
-inline void PackItem(PackedFour& four, LONG lane, const LVector& offset, LReal radius) {
+/** Puts an item into a lane; offset is that of its centre from the cell's, each component known to `error`.
+ */
+inline void PackItem(PackedFour& four, LONG lane, const LVector& offset, LReal radius, LReal error) {
   four.x[lane] = (SReal)offset.x;
   four.y[lane] = (SReal)offset.y;
   four.z[lane] = (SReal)offset.z;
   const LReal reach = radius * (1.0 + 1.0e-6) + kPackedRounding * radius * radius +
-                      (kPackedRounding + 11.0 * kRoundingOfSquare) * (offset * offset);
+                      (kPackedRounding + 11.0 * kRoundingOfSquare) * (offset * offset) +
+                      8.0 * error * (std::abs(offset.x) + std::abs(offset.y) + std::abs(offset.z) + radius);
   four.reach[lane] = (SReal)(reach * (1.0 + 2.0e-7));
 }
 

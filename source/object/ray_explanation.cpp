@@ -61,16 +61,22 @@ public:
       Add("  (%d, %d, %d) %lld", cell.at[0], cell.at[1], cell.at[2], (long long)listed);
     ++(listed > 0 ? filled_ : empty_);
   }
-  void Hit(const HitRecord&) override { ++found_; }
-  void Shaded(const HitRecord& hit, HitFate fate, LReal opacity, const LVector& color, LReal left) override {
+  void Collected(const HitList& list) override {
+    found_ = list.found;
+    different_ = list.count;
+  }
+  void Shaded(const HitRecord& hit, const ShadedHit& shaded) override {
     if (shaded_++ == 0) BeginHits();
     if (++lines_ > kMostLines) return;
-    if (fate != kHitBlended)
+    const LVector& color = shaded.color;
+    if (shaded.fate != kHitBlended)
       Add("  %d: point %d, entry %.6g, exit %.6g: %s", shaded_, hit.item, hit.entry, hit.exit,
-          FateText(fate));
+          FateText(shaded.fate));
     else
-      Add("  %d: point %d, entry %.6g, exit %.6g: weight %.6f, colour (%.4f, %.4f, %.4f), %.6f left", shaded_,
-          hit.item, hit.entry, hit.exit, opacity, color.x, color.y, color.z, left);
+      Add("  %d: point %d, entry %.6g, exit %.6g: opacity %.6f, weight %.6f, colour (%.4f, %.4f, %.4f), %.6f "
+          "left",
+          shaded_, hit.item, hit.entry, hit.exit, shaded.opacity, shaded.weight, color.x, color.y, color.z,
+          shaded.left);
   }
   void End(const TracedLight& light) {
     if (!clipped_)
@@ -86,13 +92,13 @@ private:
   void BeginHits() {
     CloseList("cells");
     Add("  %d cells with points, %d empty", filled_, empty_);
-    Add("hits: %d found%s; sorted by entry", found_,
-        found_ >= kMostHits ? ", the most that a ray collects" : "");
+    Add("hits: %d found, %d different%s; sorted by entry", found_, different_,
+        found_ >= kMostHits ? ", the most that a ray collects: the walk ended there" : "");
   }
 
   String& text_;
   Bool clipped_ = FALSE;
-  LONG lines_ = 0, filled_ = 0, empty_ = 0, found_ = 0, shaded_ = 0;
+  LONG lines_ = 0, filled_ = 0, empty_ = 0, found_ = 0, different_ = 0, shaded_ = 0;
 };
 
 } // namespace

@@ -5,6 +5,8 @@
 #include "otallyframe.h"
 #include "vpkelvrarender.h"
 
+#include <utility>
+
 namespace kelvra {
 
 namespace {
@@ -27,29 +29,44 @@ struct Source {
  */
 class Walk {
 public:
-  explicit Walk(BaseObject* linked) : linked_(linked) {}
-  Bool Collect(BaseObject* op, const Matrix& global) {
-    if (BaseObject* deformed = op->GetDeformCache()) {
-      if (!Collect(deformed, global * deformed->GetMl())) return FALSE;
-    } else if (BaseObject* built = op->GetCache()) {
-      if (!Collect(built, global * built->GetMl())) return FALSE;
-    } else if (op->GetType() == kPointCloudId && op != linked_) {
-      if (!Append(op, global)) return FALSE;
+  explicit Walk(BaseObject* linked) : linked_(linked) { open_.SetBlockSize(256); }
+  /** FALSE when memory is refused. */
+  Bool Collect(BaseObject* top, const Matrix& topGlobal) {
+    // A stack of its own: a tree may be deeper than a thread's. What was built comes before the children.
+    if (!Push(open_, top, topGlobal)) return FALSE;
+    while (open_.GetCount() > 0) {
+      const VLONG last = open_.GetCount() - 1;
+      const Source source = open_[last];
+      open_.Remove(last);
+      BaseObject* op = source.op;
+      for (BaseObject* child = op->GetDown(); child; child = child->GetNext())
+        if (!Push(open_, child, source.global * child->GetMl())) return FALSE;
+      // The first child is to lie on top.
+      for (VLONG low = last, high = open_.GetCount() - 1; low < high; ++low, --high)
+        std::swap(open_[low], open_[high]);
+      BaseObject* built = op->GetDeformCache();
+      if (!built) built = op->GetCache();
+      if (built) {
+        if (!Push(open_, built, source.global * built->GetMl())) return FALSE;
+      } else if (op->GetType() == kPointCloudId && op != linked_) {
+        if (!Append(op, source.global)) return FALSE;
+      }
     }
-    for (BaseObject* child = op->GetDown(); child; child = child->GetNext())
-      if (!Collect(child, global * child->GetMl())) return FALSE;
     return TRUE;
   }
-  Bool Append(BaseObject* op, const Matrix& global) {
-    Source source;
-    source.op = op;
-    source.global = global;
-    return found.Push(source);
-  }
+  Bool Append(BaseObject* op, const Matrix& global) { return Push(found, op, global); }
   GeDynamicArray<Source> found;
 
 private:
+  static Bool Push(GeDynamicArray<Source>& list, BaseObject* op, const Matrix& global) {
+    Source source;
+    source.op = op;
+    source.global = global;
+    return list.Push(source);
+  }
+
   BaseObject* linked_;
+  GeDynamicArray<Source> open_;
 };
 
 /** A converted cloud, or one that receives points, is rendered alone: what it built stands for the same

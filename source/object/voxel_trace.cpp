@@ -13,7 +13,8 @@ struct NoObserver {
   void Clipped(const RaySegment&, const ParameterRange&) {}
   void Cell(const WalkedCell&, LLONG) {}
   void Hit(const HitRecord&) {}
-  void Shaded(const HitRecord&, HitFate, LReal, const LVector&, LReal) {}
+  void Collected(const HitList&) {}
+  void Shaded(const HitRecord&, const ShadedHit&) {}
 };
 
 /** Tests the items of cells along one ray. */
@@ -79,6 +80,7 @@ private:
     ++counts.cells;
     observer_.Cell(cell, span.count);
     if (span.count == 0) return true;
+    if (!data_.packed.fours) return TestAll(span);
 
     // The point of the ray's line nearest to the cell's centre, from there.
     const LVector toCentre(corner_.x + cell.at[0] * grid_.cellSize[0],
@@ -111,6 +113,13 @@ private:
     return true;
   }
 
+  bool TestAll(const CellSpan& span) {
+    const ULONG* numbers = data_.leaves.numbers + span.firstNumber;
+    for (ULONG i = 0; i < span.count; ++i)
+      if (!TestOne((LONG)numbers[i])) return false;
+    return true;
+  }
+
   /** Has cache lines from there on loaded. */
   static void Prefetch(const void* from, LONG lines) {
 #ifdef KELVRA_SSE2
@@ -121,7 +130,8 @@ private:
 #endif
   }
   void PrefetchFours(const CellSpan& span) const {
-    if (span.count > 0) Prefetch(data_.packed.fours + span.firstFour, LMin((LONG)((span.count + 3) / 4), 8));
+    if (span.count > 0 && data_.packed.fours)
+      Prefetch(data_.packed.fours + span.firstFour, LMin((LONG)((span.count + 3) / 4), 8));
   }
 
   bool TestOne(LONG item) {
@@ -167,6 +177,7 @@ bool Collect(const VoxelData& data, const TracedRay& ray, const RaySegment& segm
     counts->exactTests += collector.counts.exactTests;
     counts->hits += list.count;
   }
+  observer.Collected(list);
   list.Sort();
   return list.count > 0;
 }
@@ -204,7 +215,7 @@ TracedLight Blend(const VoxelData& data, const TracedRay& ray, const RaySegment&
   LReal left = 1.0;
   for (LONG i = 0; i < list.count; ++i) {
     const HitRecord& hit = list.hits[i];
-    const auto skip = [&](HitFate fate) { observer.Shaded(hit, fate, 0.0, LVector(), left); };
+    const auto skip = [&](HitFate fate) { observer.Shaded(hit, {fate, 0.0, 0.0, left, LVector()}); };
     if (!(left > 0.0)) {
       skip(kHitBehindOpaque);
       continue;
@@ -242,7 +253,7 @@ TracedLight Blend(const VoxelData& data, const TracedRay& ray, const RaySegment&
     left -= a;
     const LReal weight = left > 0.0 ? a : a - std::abs(left);
     result.color += color * weight;
-    observer.Shaded(hit, kHitBlended, weight, color, left > 0.0 ? left : 0.0);
+    observer.Shaded(hit, {kHitBlended, a, weight, left > 0.0 ? left : 0.0, color});
   }
   result.transmission = FCut(left, 0.0, 1.0);
   if (ray.mode == kRayShadow) result.color = LVector();

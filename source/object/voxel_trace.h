@@ -58,6 +58,14 @@ enum HitFate {
   kHitBehindOpaque ///< nothing was left to cover
 };
 
+/** What became of one sorted hit. */
+struct ShadedHit {
+  HitFate fate;
+  LReal opacity, weight; ///< its own, and the share of its colour that counts
+  LReal left;            ///< transmission behind it
+  LVector color;
+};
+
 /** Hears what a trace does, in its order. */
 class TraceObserver {
 public:
@@ -65,9 +73,10 @@ public:
   virtual void Clipped(const RaySegment&, const ParameterRange&) {}
   virtual void Cell(const WalkedCell&, LLONG /*listed*/) {}
   virtual void Hit(const HitRecord&) {}
-  /** Sorted hits in order: opacity and colour as blended, transmission that is left. */
-  virtual void Shaded(const HitRecord&, HitFate, LReal /*opacity*/, const LVector& /*color*/,
-                      LReal /*left*/) {}
+  /** The walk has ended; the hits are not sorted yet. */
+  virtual void Collected(const HitList&) {}
+  /** Sorted hits in order. */
+  virtual void Shaded(const HitRecord&, const ShadedHit&) {}
 };
 TracedLight TraceObserved(const VoxelData& data, const TracedRay& ray, ThreadLists lists, Illumination* light,
                           TraceObserver& observer);

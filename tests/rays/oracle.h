@@ -138,8 +138,9 @@ struct Recorder : TraceObserver {
     LReal left;
   };
   std::vector<Shade> shaded;
-  void Shaded(const HitRecord& hit, HitFate fate, LReal opacity, const LVector& color, LReal left) override {
-    if (hit.item != kNoItem && fate != kHitDuplicate) shaded.push_back({hit, opacity, color, left});
+  void Shaded(const HitRecord& hit, const ShadedHit& found) override {
+    if (hit.item != kNoItem && found.fate != kHitDuplicate)
+      shaded.push_back({hit, found.weight, found.color, found.left});
   }
 };
 

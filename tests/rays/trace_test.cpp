@@ -40,6 +40,23 @@ TEST_F(RaysTest, RaysSeeWhatThePlainSearchFinds) {
   EXPECT_GT(hits, 100000) << "the rays must meet something";
 }
 
+TEST_F(RaysTest, ListsThatAreNotPackedGiveTheSame) {
+  oracle::Thread thread;
+  for (const SceneKind& kind : kSceneKinds) {
+    VoxelData data;
+    MakeScene(data, kind, 5);
+    data.packed.mostBytes = 0;
+    ASSERT_TRUE(BuildGrid(data));
+    ASSERT_EQ(data.packed.fours, nullptr);
+    const oracle::Lists lists(data);
+    Random random(31);
+    for (int i = 0; i < 100; ++i) {
+      SCOPED_TRACE(kind.name + (", ray " + std::to_string(i)));
+      ASSERT_EQ(oracle::Check(data, lists, MakeRay(data, random), kNoItem, thread), "");
+    }
+  }
+}
+
 TEST_F(RaysTest, WalkTakesEachCrossedCellOnceInOrder) {
   for (const SceneKind& kind : kSceneKinds) {
     VoxelData data;
