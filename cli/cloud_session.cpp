@@ -4,6 +4,7 @@
 #include "cli/preferences_page.h"
 #include "cli/process_memory.h"
 #include "host/geometry/visible_points.h"
+#include "host/object_calls.h"
 #include "host/scene/scene_kind.h"
 #include "host/user_break.h"
 #include "host/viewport.h"
@@ -92,7 +93,13 @@ bool CloudSession::Extent(Vector* low, Vector* high) const {
     }
     any = true;
   }
-  return any || host::GeometryBox(document_, low, high);
+  if (any || host::GeometryBox(document_, low, high)) return true;
+  if (Points() == 0) return false;
+  // All points at one place: a box without size.
+  Vector centre, half;
+  host::GetObjectBox(Cloud(), &centre, &half);
+  *low = *high = Cloud()->GetMg() * centre;
+  return true;
 }
 
 long long CloudSession::PeakMemory() const {

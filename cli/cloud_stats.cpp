@@ -29,10 +29,16 @@ bool CloudStats::HasColor() const {
   return std::any_of(blocks.begin(), blocks.end(), [](const BlockStats& block) { return block.hasColor; });
 }
 
+bool CloudStats::IsBlack() const {
+  return std::all_of(blocks.begin(), blocks.end(), [](const BlockStats& block) { return block.black; });
+}
+
 namespace {
 
 /** Reader kinds that the loader-settings record names: colours that the module made up from classes. */
 const LONG kReaderLasByClass = 2;
+/** Channel of points to which the text reader gave no colour: 1 of 255, stored with 16 bits. */
+const UWORD kDarkest = 257;
 /** Values of a loader-settings record after its name: two corners, four of the reader, four counts. */
 const int kSettingsValues = 10;
 
@@ -81,7 +87,11 @@ public:
       return;
     }
     // Third array: the points' 16-bit colours.
-    if (arrays_ == 2 && type == HYPERFILEARRAY_WORD) Block().hasColor = !AllEqual((const UWORD*)data, count);
+    if (arrays_ == 2 && type == HYPERFILEARRAY_WORD) {
+      const UWORD* rgb = (const UWORD*)data;
+      Block().hasColor = !AllEqual(rgb, count);
+      Block().black = !Block().hasColor && count >= 3 && *std::max_element(rgb, rgb + 3) <= kDarkest;
+    }
     if (++arrays_ == 4) {
       state_ = State::Fields;
       vectors_ = 0;

@@ -21,6 +21,7 @@ struct BlockStats {
   Box box;
   std::string source;    ///< path of the file it came from
   bool hasColor = false; ///< its points differ in colour and the colour came from the file
+  bool black = false;    ///< all its points are black, or as dark as the reader makes those without colour
 };
 
 struct CloudStats {
@@ -29,6 +30,7 @@ struct CloudStats {
   long long Points() const;
   Box Bounds() const;
   bool HasColor() const;
+  bool IsBlack() const;
 };
 
 /** Decodes a point cloud object's stream. False when the object does not write or the stream is none of a

@@ -1,6 +1,7 @@
 #include "cli/render_scene.h"
 
 #include "cli/format.h"
+#include "cli/height_colors.h"
 #include "cli/scene_light.h"
 #include "host/render/surface_scene.h"
 #include "host/view/camera_math.h"
@@ -28,6 +29,8 @@ WorldExtent ExtentOf(const CloudSession& session) {
 /** Radius of points on average side by side over the ground that they cover. */
 const double kRadiusPerSpacing = 1.1;
 const double kLeastRadius = 0.05;
+/** Of an object that sets none. */
+const double kDefaultRadius = 0.25;
 
 /** Display distance between neighbouring 32-bit numbers at the cloud's coordinates. */
 double StorageStep(const CloudStats& stats, const Vector& displaySize) {
@@ -90,7 +93,7 @@ void AddGround(CloudSession& session, const WorldExtent& extent, const RenderCom
 WorldExtent WithDiscs(const CloudSession& session, WorldExtent extent) {
   double reach = 0.0;
   for (BaseObject* cloud : session.Clouds()) {
-    const double radius = cloud->GetDataInstance()->GetReal(KELVRA_POINT_RADIUS, 0.0);
+    const double radius = cloud->GetDataInstance()->GetReal(KELVRA_POINT_RADIUS, kDefaultRadius);
     if (std::isfinite(radius)) reach = std::max(reach, std::sqrt(std::abs(radius)));
   }
   const Vector size = extent.high - extent.low;
@@ -124,7 +127,10 @@ host::ViewCamera TurnedCamera(const host::ViewCamera& camera, double degrees) {
 
 RenderScene PrepareScene(CloudSession& session, const RenderCommandOptions& options) {
   RenderScene scene;
-  for (BaseObject* cloud : session.Clouds()) ChooseRadius(session, cloud, &scene.notes);
+  for (BaseObject* cloud : session.Clouds()) {
+    ChooseRadius(session, cloud, &scene.notes);
+    if (RenderByHeight(session, cloud)) scene.notes.push_back("shown by height: the cloud has no colours");
+  }
   const WorldExtent extent = ExtentOf(session);
   bool hasLight = false;
   for (BaseObject* op = session.Document()->GetFirstObject(); op; op = op->GetNext())
