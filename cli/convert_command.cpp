@@ -58,12 +58,18 @@ void CheckOutputKind(const Mode& mode, const std::string& output) {
                    mode.name};
 }
 
+/** An option that sets a parameter of the cloud; an empty one leaves it. */
+void SetFromOption(CloudSession& session, BaseObject* cloud, LONG id, const char* option,
+                   const std::string& value) {
+  std::string error;
+  if (!value.empty() && !session.App().SetParameterFromText(cloud, id, value, &error))
+    throw UsageError{std::string(option) + " " + value + ": " + error};
+}
+
 void SetParameters(CloudSession& session, BaseObject* cloud, const Mode& mode,
                    const ConvertOptions& options) {
-  if (!options.ratio.empty())
-    session.ApplySetting(cloud, std::to_string(KELVRA_POINT_SHARE) + "=" + options.ratio);
-  if (!options.step.empty())
-    session.ApplySetting(cloud, std::to_string(KELVRA_SEGMENT_BREAK) + "=" + options.step);
+  SetFromOption(session, cloud, KELVRA_POINT_SHARE, "--ratio", options.ratio);
+  SetFromOption(session, cloud, KELVRA_SEGMENT_BREAK, "--step", options.step);
   cloud->GetDataInstance()->SetLong(KELVRA_CONVERT_MODE, mode.value);
 }
 

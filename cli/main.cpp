@@ -3,6 +3,7 @@
 #include "cli/command_options.h"
 #include "cli/commands.h"
 #include "cli/convert_command.h"
+#include "cli/program_arguments.h"
 #include "cli/service_commands.h"
 
 #include <CLI/CLI.hpp>
@@ -13,6 +14,7 @@
 #include <regex>
 #ifdef _WIN32
 #include <io.h>
+#define isatty _isatty
 #else
 #include <unistd.h>
 #endif
@@ -124,7 +126,7 @@ void AddRender(CLI::App& app, cli::RenderCommandOptions& options, std::string& s
                                    options.pixel[1] < 0 || options.pixel[1] >= options.height))
       throw CLI::ValidationError("--pixel", "expected a pixel of the picture, X,Y from 0,0");
     if (options.pixel.empty()) cli::CheckOutput(options.output);
-    options.progress = ::isatty(2) != 0;
+    options.progress = isatty(2) != 0;
     status = cli::RunRender(options);
   });
 }
@@ -137,6 +139,7 @@ bool HasCommand(CLI::App& app, const std::string& name) {
 
 int Run(int argc, char** argv) {
   CLI::App app("Kelvra: laser-scan point clouds");
+  app.allow_windows_style_options(false); // a path may begin with a slash anywhere
   app.require_subcommand(1);
   app.set_version_flag("--version", "kelvra 1.44");
   int status = 0;
@@ -200,7 +203,8 @@ int main(int argc, char** argv) {
   std::signal(SIGXFSZ, SIG_IGN); // a file that grows too large is a failed write, not the end
 #endif
   try {
-    const int status = Run(argc, argv);
+    const cli::ProgramArguments arguments(argc, argv);
+    const int status = Run(arguments.Count(), arguments.Values());
     if (std::cout.flush()) return status;
     std::cerr << "kelvra: standard output could not be written\n";
     return cli::kExitIncomplete;

@@ -1,9 +1,28 @@
 #include "cli/preferences_folder.h"
 
+#ifdef _WIN32
+#include "cli/utf8_windows.h"
+#endif
+
 #include <cstdlib>
 #include <filesystem>
 
 namespace cli {
+
+namespace {
+
+/** Empty when it is not set. */
+std::string Environment(const char* name) {
+#ifdef _WIN32
+  const wchar_t* value = _wgetenv(std::wstring(name, name + std::string(name).size()).c_str());
+  return value ? Utf8(value) : std::string();
+#else
+  const char* value = std::getenv(name);
+  return value ? value : "";
+#endif
+}
+
+} // namespace
 
 std::string PreferencesFolder() {
   const struct {
@@ -18,9 +37,7 @@ std::string PreferencesFolder() {
 #endif
   };
   for (const auto& place : places) {
-    const char* value = std::getenv(place.variable);
-    if (!value) continue;
-    const std::filesystem::path base = std::filesystem::u8path(value);
+    const std::filesystem::path base = std::filesystem::u8path(Environment(place.variable));
     // One that is not absolute would depend on where the program was started: it counts as not set.
     if (base.is_absolute()) return (base / place.below).u8string();
   }

@@ -1,3 +1,4 @@
+#ifndef _WIN32
 #include "cli/process_memory.h"
 
 #include <filesystem>
@@ -32,3 +33,4 @@ std::string ProgramFolder() {
 }
 
 } // namespace cli
+#endif

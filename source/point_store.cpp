@@ -10,6 +10,13 @@ const LReal kFullChannel = 65535.0;
 const LReal kPerFullChannel = 1.0 / kFullChannel;
 const LONG kVertexFloats = 6;
 
+LReal LesserOf(LReal v, LReal low) {
+  return v < low ? v : low;
+}
+LReal GreaterOf(LReal v, LReal high) {
+  return v > high ? v : high;
+}
+
 template <class T>
 Bool WriteAll(const GeDynamicArray<T>& elements, HyperFile* hf) {
   if (!hf->WriteLong((LONG)elements.GetCount())) return FALSE;
@@ -129,15 +136,20 @@ LONG PointStore::ForEachBlock(LONG count, Visit visit) const {
 }
 
 LONG PointStore::ExportPositions(Vector* dest, LONG count, GrowingBox* box, LReal size) const {
-  box->Reset();
-  return ForEachBlock(count, [&](const PointBlock& block, LONG taken, LONG first) {
+  Vector low = GrowingBox().min, high = GrowingBox().max; // in registers while the loop runs
+  const LONG written = ForEachBlock(count, [&](const PointBlock& block, LONG taken, LONG first) {
     const PointMapping mapping(HeaderFor(block), size);
     for (LONG i = 0; i < taken; ++i) {
       const Vector p = mapping.Map(block.positions + (VLONG)i * 3);
       dest[(VLONG)first + i] = p;
-      box->Add(p);
+      low = Vector(LesserOf(p.x, low.x), LesserOf(p.y, low.y), LesserOf(p.z, low.z));
+      high = Vector(GreaterOf(p.x, high.x), GreaterOf(p.y, high.y), GreaterOf(p.z, high.z));
     }
   });
+  box->min = low;
+  box->max = high;
+  box->valid = written > 0;
+  return written;
 }
 
 void PointStore::AddDisplayBox(GrowingBox* box, LReal size) const {

@@ -1,5 +1,7 @@
 #include "tools/cloud_writer.h"
 
+#include "host/open_file.h"
+
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
@@ -32,7 +34,7 @@ std::string SuffixOf(const std::string& path) {
 class TextWriter : public CloudWriter {
 public:
   explicit TextWriter(const WriterOptions& options, bool pts)
-      : options_(options), pts_(pts), file_(std::fopen(options.path.c_str(), "wb")) {
+      : options_(options), pts_(pts), file_(host::OpenFile(options.path, "wb")) {
     if (!file_) Fail(options.path, std::strerror(errno));
     if (pts_) std::fprintf(file_, "%lld\n", options.count);
   }

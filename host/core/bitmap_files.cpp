@@ -2,7 +2,6 @@
 #include "host/core/bitmap.h"
 #include "host/core/pixel_layout.h"
 #include "host/picture/picture.h"
-#include "host/picture/tiff_library.h"
 #include "host/scene/disk.h"
 
 #include <cstring>
@@ -22,17 +21,6 @@ bool IsPng(const std::string& path) {
   return std::memcmp(start, "\x89PNG", sizeof start) == 0;
 }
 
-/**
- * Deflate and LZW make no more pixels out of a byte than this. Only blank pages of a fax do, and those are no
- * pictures that anybody shows; a header that lies must not choose how much memory is taken.
- */
-bool FitsFile(const std::string& path, std::uint32_t width, std::uint32_t height) {
-  constexpr std::uint64_t kMaxRatio = 4096, kSlack = 65536;
-  std::error_code failed;
-  const std::uint64_t bytes = fs::file_size(fs::u8path(path), failed);
-  return !failed && (std::uint64_t)width * height <= bytes * kMaxRatio + kSlack;
-}
-
 bool ChooseFormat(LONG format, SAVEBIT bits, PictureFormat* chosen) {
   const bool words = (bits & SAVEBIT_16BITCHANNELS) != 0, floats = (bits & SAVEBIT_32BITCHANNELS) != 0;
   switch (format) {
@@ -41,7 +29,7 @@ bool ChooseFormat(LONG format, SAVEBIT bits, PictureFormat* chosen) {
     return !floats;
   case FILTER_TIF:
     *chosen = floats ? PictureFormat::TiffFloat : words ? PictureFormat::Tiff16 : PictureFormat::Tiff8;
-    return true;
+    return CanSavePicture(*chosen);
   case FILTER_EXR:
     *chosen = PictureFormat::Exr;
     return CanSavePicture(*chosen);
@@ -87,36 +75,6 @@ IMAGERESULT Bitmap::LoadPng(const std::string& path) {
   width_ = read.width_;
   height_ = read.height_;
   mode_ = read.mode_;
-  return IMAGERESULT_OK;
-}
-
-IMAGERESULT Bitmap::LoadTiff(const std::string& path) {
-  std::string ignored; // failures are told by the result; nothing goes to standard error
-  const TiffOptions options = ComplainingTo(&ignored);
-  if (!options) return IMAGERESULT_OUTOFMEMORY;
-  const TiffHandle tiff(TIFFOpenExt(path.c_str(), "r", options.get()));
-  if (!tiff) return IMAGERESULT_WRONGTYPE;
-  std::uint32_t width = 0, height = 0;
-  if (!TIFFGetField(tiff.get(), TIFFTAG_IMAGEWIDTH, &width) ||
-      !TIFFGetField(tiff.get(), TIFFTAG_IMAGELENGTH, &height))
-    return IMAGERESULT_FILESTRUCTURE;
-  if (width < 1 || height < 1 || width > (std::uint32_t)kLargestSide ||
-      height > (std::uint32_t)kLargestSide || !FitsFile(path, width, height))
-    return IMAGERESULT_FILESTRUCTURE;
-  std::vector<std::uint32_t> pixels((std::size_t)width * height);
-  if (!TIFFReadRGBAImageOriented(tiff.get(), width, height, pixels.data(), ORIENTATION_TOPLEFT, 1))
-    return IMAGERESULT_FILEERROR;
-  std::vector<UCHAR> bytes(pixels.size() * COLORBYTES_ARGB);
-  for (std::size_t i = 0; i < pixels.size(); ++i) {
-    bytes[4 * i] = (UCHAR)TIFFGetA(pixels[i]);
-    bytes[4 * i + 1] = (UCHAR)TIFFGetR(pixels[i]);
-    bytes[4 * i + 2] = (UCHAR)TIFFGetG(pixels[i]);
-    bytes[4 * i + 3] = (UCHAR)TIFFGetB(pixels[i]);
-  }
-  bytes_.swap(bytes);
-  width_ = (LONG)width;
-  height_ = (LONG)height;
-  mode_ = COLORMODE_ARGB;
   return IMAGERESULT_OK;
 }
 

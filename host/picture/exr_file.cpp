@@ -116,10 +116,6 @@ void ReadAll(const std::string& path, Picture* picture) {
 
 } // namespace
 
-bool CanSavePicture(PictureFormat) {
-  return true;
-}
-
 bool EncodeExr(const Picture& picture, std::FILE* file, std::string* reason, const WriteFault& fault) {
   WriteStream stream(file, fault);
   try {
@@ -154,10 +150,6 @@ bool DecodeExr(const std::string& path, Picture* picture, std::string* reason) {
 #else
 
 namespace host {
-
-bool CanSavePicture(PictureFormat format) {
-  return format != PictureFormat::Exr;
-}
 
 bool EncodeExr(const Picture&, std::FILE*, std::string* reason, const WriteFault&) {
   *reason = "this build has no OpenEXR";

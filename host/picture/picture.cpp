@@ -1,6 +1,7 @@
 #include "host/picture/picture.h"
 
 #include "host/gl/replacing_file.h"
+#include "host/open_file.h"
 #include "host/picture/file_formats.h"
 #include "host/picture/samples.h"
 
@@ -54,7 +55,7 @@ bool Encode(const Picture& picture, PictureFormat format, std::FILE* file, std::
 
 /** The first four bytes, fewer when the file is shorter. */
 bool ReadStart(const std::string& path, std::string* start, std::string* reason) {
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), &std::fclose);
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(OpenFile(path, "rb"), &std::fclose);
   char bytes[4];
   errno = 0;
   if (file) start->assign(bytes, std::fread(bytes, 1, sizeof bytes, file.get()));

@@ -22,7 +22,7 @@ struct Picture {
   float* At(int x, int y) { return samples.data() + ((std::size_t)y * width + x) * channels; }
 };
 
-/** False for OpenEXR in a build without its library. */
+/** False for OpenEXR and TIFF in a build without the library for them. */
 bool CanSavePicture(PictureFormat format);
 
 /**

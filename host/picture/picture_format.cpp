@@ -31,6 +31,18 @@ std::string Suffix(const std::string& path) {
 
 } // namespace
 
+bool CanSavePicture(PictureFormat format) {
+#ifndef HOST_HAVE_OPENEXR
+  if (format == PictureFormat::Exr) return false;
+#endif
+#ifndef HOST_HAVE_TIFF
+  if (format == PictureFormat::Tiff8 || format == PictureFormat::Tiff16 || format == PictureFormat::TiffFloat)
+    return false;
+#endif
+  (void)format;
+  return true;
+}
+
 bool ChoosePictureFormat(const std::string& path, int depth, PictureFormat* format, std::string* error) {
   const std::string suffix = Suffix(path);
   std::string depths;

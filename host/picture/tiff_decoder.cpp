@@ -1,4 +1,6 @@
 #include "host/picture/file_formats.h"
+
+#ifdef HOST_HAVE_TIFF
 #include "host/picture/samples.h"
 #include "host/picture/tiff_library.h"
 
@@ -84,3 +86,16 @@ bool DecodeTiff(const std::string& path, Picture* picture, std::string* reason) 
 }
 
 } // namespace host
+
+#else
+
+namespace host {
+
+bool DecodeTiff(const std::string&, Picture*, std::string* reason) {
+  *reason = "this build has no TIFF";
+  return false;
+}
+
+} // namespace host
+
+#endif

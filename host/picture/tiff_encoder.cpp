@@ -1,4 +1,6 @@
 #include "host/picture/file_formats.h"
+
+#ifdef HOST_HAVE_TIFF
 #include "host/picture/samples.h"
 #include "host/picture/tiff_library.h"
 #include "host/picture/write_stream.h"
@@ -120,3 +122,16 @@ bool EncodeTiff(const Picture& picture, TiffSample sample, std::FILE* file, std:
 }
 
 } // namespace host
+
+#else
+
+namespace host {
+
+bool EncodeTiff(const Picture&, TiffSample, std::FILE*, std::string* reason, const WriteFault&) {
+  *reason = "this build has no TIFF";
+  return false;
+}
+
+} // namespace host
+
+#endif

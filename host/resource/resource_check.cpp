@@ -27,7 +27,7 @@ public:
     }
     for (const Path& file : FilesOf(path_ / "description", ".res")) CheckDescriptionFile(file);
     for (const Path& entry : ListFolder(path_)) {
-      if (entry.filename().string().rfind("strings_", 0) == 0) CheckLanguage(entry);
+      if (entry.filename().u8string().rfind("strings_", 0) == 0) CheckLanguage(entry);
     }
     return complaints_;
   }
@@ -59,13 +59,13 @@ private:
   void CheckDescriptionFile(const Path& file) {
     std::string text, error;
     ContainerSyntax syntax;
-    if (!ReadResourceFile(file, &text, &error) || !ParseContainer(text, file.string(), &syntax, &error)) {
+    if (!ReadResourceFile(file, &text, &error) || !ParseContainer(text, file.u8string(), &syntax, &error)) {
       complaints_.push_back(error);
       return;
     }
     const std::string& name = syntax.name.text;
     if (DescriptionFileStem(name) != file.stem()) {
-      Complain(file.string(), "CONTAINER " + name + " belongs into " + DescriptionFileStem(name) + ".res");
+      Complain(file.u8string(), "CONTAINER " + name + " belongs into " + DescriptionFileStem(name) + ".res");
       return;
     }
     const Description* description = folder_.LoadDescription(name, &error);
@@ -134,9 +134,9 @@ private:
     std::error_code status;
     if (std::filesystem::exists(strings, status)) CheckTable(strings, "", folder_.Symbols());
     for (const Path& file : FilesOf(language / "description", ".str")) {
-      const auto description = known_.find(file.stem().string());
+      const auto description = known_.find(file.stem().u8string());
       if (description == known_.end()) {
-        Complain(file.string(), "belongs to no description that could be read");
+        Complain(file.u8string(), "belongs to no description that could be read");
       } else {
         CheckTable(file, description->second->name, description->second->symbols);
       }
@@ -146,16 +146,16 @@ private:
   void CheckTable(const Path& file, const std::string& name, const SymbolTable& symbols) {
     std::string text, error;
     StringTable table;
-    if (!ReadResourceFile(file, &text, &error) || !ParseStringTable(text, file.string(), &table, &error)) {
+    if (!ReadResourceFile(file, &text, &error) || !ParseStringTable(text, file.u8string(), &table, &error)) {
       complaints_.push_back(error);
       return;
     }
     if (table.name != name) {
-      Complain(file.string(), "expected STRINGTABLE " + name + ", found STRINGTABLE " + table.name);
+      Complain(file.u8string(), "expected STRINGTABLE " + name + ", found STRINGTABLE " + table.name);
     }
     for (const auto& [identifier, texts] : table.texts) {
       if (identifier != name && !symbols.Find(identifier))
-        Complain(file.string(), identifier + " is not defined");
+        Complain(file.u8string(), identifier + " is not defined");
     }
   }
 

@@ -1,5 +1,7 @@
 #include "host/resource/resource_file.h"
 
+#include "host/open_file.h"
+
 #include <array>
 #include <cerrno>
 #include <cstdio>
@@ -9,13 +11,13 @@
 namespace host::resource {
 
 bool ReadResourceFile(const std::filesystem::path& path, std::string* text, std::string* error) {
-  const std::string name = path.string();
+  const std::string name = path.u8string();
   std::error_code status;
   if (std::filesystem::is_directory(path, status)) {
     *error = name + ": is a folder, not a resource file";
     return false;
   }
-  std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(name.c_str(), "rb"), &std::fclose);
+  std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(OpenFile(name, "rb"), &std::fclose);
   if (!file) {
     *error = name + ": " + std::strerror(errno);
     return false;

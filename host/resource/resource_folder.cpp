@@ -23,7 +23,7 @@ bool Exists(const std::filesystem::path& path) {
 
 bool ReadSymbols(const std::filesystem::path& path, SymbolTable* symbols, std::string* error) {
   std::string text;
-  return ReadResourceFile(path, &text, error) && ParseSymbols(text, path.string(), symbols, error);
+  return ReadResourceFile(path, &text, error) && ParseSymbols(text, path.u8string(), symbols, error);
 }
 
 } // namespace
@@ -126,10 +126,10 @@ bool ResourceFolder::ReadFiles(const std::string& name, Sources* sources, std::s
     return false;
   }
   const std::filesystem::path file = path_ / "description" / (stem + ".res");
-  sources->file = file.string();
+  sources->file = file.u8string();
   std::string text;
   return ReadResourceFile(file, &text, error) &&
-         ParseContainer(text, file.string(), &sources->syntax, error) &&
+         ParseContainer(text, file.u8string(), &sources->syntax, error) &&
          ReadSymbols(path_ / "description" / (stem + ".h"), &sources->symbols, error) &&
          ReadTables("description/" + stem + ".str", &sources->tables, error);
 }
@@ -143,7 +143,7 @@ bool ResourceFolder::ReadTables(const std::string& relative, std::vector<StringT
     std::string text;
     tables->emplace_back();
     if (!ReadResourceFile(file, &text, error) ||
-        !ParseStringTable(text, file.string(), &tables->back(), error)) {
+        !ParseStringTable(text, file.u8string(), &tables->back(), error)) {
       return false;
     }
   }

@@ -60,6 +60,8 @@ bool Replace(const std::string& from, const std::string& to, std::string* error)
 std::string ResolveLinks(const std::string& path);
 /** A name in the same folder that nothing else uses. */
 std::string TemporaryName(const std::string& path);
+/** Tells this process from others that use the same folder. */
+int ProcessNumber();
 /** Gives a file the access rights of another; nothing happens when that is not possible. */
 void CopyRights(const std::string& from, const std::string& to);
 

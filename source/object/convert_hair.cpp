@@ -15,7 +15,10 @@ Bool SetGuides(HairObject* hair, const ConversionRequest& request) {
     HairGuides::Free(guides);
     return FALSE;
   }
-  if (request.count == 0) return TRUE;
+  if (request.count == 0) {
+    request.store->ExportPositions(NULL, 0, request.box, request.size); // the box is empty from now on
+    return TRUE;
+  }
   Vector* points = hair->GetGuides() ? hair->GetGuides()->GetPoints() : NULL;
   Vector* positions = points ? GeAllocType(Vector, request.count) : NULL;
   if (!positions) return FALSE;

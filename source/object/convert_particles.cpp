@@ -26,6 +26,7 @@ TP_PGroup* GroupFor(BaseObject* op, BaseDocument* doc, TP_MasterSystem* system) 
   if (linked && linked->IsInstanceOf(ID_TP_PGROUP)) return (TP_PGroup*)linked;
   TP_PGroupArray groups;
   const LONG count = system->GetParticleGroups(NULL, &groups, TP_GETPGROUP_ALL, TRUE);
+  if (count < 1) return NULL; // memory was refused: a second group of that name must not be made
   // The first one is the system's own root.
   for (LONG i = 1; i < count; ++i) {
     TP_PGroup* group = (TP_PGroup*)groups.GetIndex(i);
@@ -36,14 +37,12 @@ TP_PGroup* GroupFor(BaseObject* op, BaseDocument* doc, TP_MasterSystem* system) 
   return group;
 }
 
-/** Freeing changes the group's list: it is copied first. FALSE when memory is refused. */
-Bool EmptyGroup(TP_MasterSystem* system, TP_PGroup* group) {
-  GeDynamicArray<LONG> particles;
-  particles.SetBlockSize(16384);
-  for (TP_ParticleNode* node = group->GetFirstNode(); node; node = node->GetNext())
-    if (!particles.Push(node->GetParticleID())) return FALSE;
-  for (VLONG i = 0; i < particles.GetCount(); ++i) system->FreeParticle(particles[i]);
-  return TRUE;
+/** A freed node leaves the others valid: the walk goes on from the one that it was followed by. */
+void EmptyGroup(TP_MasterSystem* system, TP_PGroup* group) {
+  for (TP_ParticleNode *node = group->GetFirstNode(), *next; node; node = next) {
+    next = node->GetNext();
+    system->FreeParticle(node->GetParticleID());
+  }
 }
 
 } // namespace
@@ -53,7 +52,8 @@ BaseObject* ConvertToParticles(const ConversionRequest& request) {
   if (!doc || !InitThinkingParticles()) return NULL;
   TP_MasterSystem* system = (TP_MasterSystem*)doc->FindSceneHook(ID_THINKINGPARTICLES);
   TP_PGroup* group = system ? GroupFor(request.op, doc, system) : NULL;
-  if (!group || !EmptyGroup(system, group)) return NULL;
+  if (!group) return NULL;
+  EmptyGroup(system, group);
 
   PolygonObject* points = (PolygonObject*)ConvertToPoints(request);
   if (!points) return NULL;

@@ -6,19 +6,31 @@ namespace {
 
 const char* const kMapNames[3] = {"Red", "Green", "Blue"};
 
-/** Three maps in order, from colours that lie in the object's points. */
-Bool AddColorMaps(PolygonObject* points) {
+/**
+ * Three maps in order, from colours that lie in the first `written` of the object's points; the others are 0.
+ * A map whose name is refused memory could not be told from another one: it counts as refused itself.
+ */
+Bool AddColorMaps(PolygonObject* points, LONG written) {
   const LONG count = points->GetPointCount();
-  const Vector* colors = points->GetPointR();
+  SReal* weights[3] = {NULL, NULL, NULL};
   BaseTag* last = NULL;
   for (LONG channel = 0; channel < 3; ++channel) {
     VariableTag* map = points->MakeVariableTag(Tvertexmap, count, last);
     if (!map) return FALSE;
-    map->SetName(kMapNames[channel]);
-    SReal* weights = (SReal*)map->GetLowlevelDataAddressW();
-    if (count > 0 && !weights) return FALSE;
-    for (LONG i = 0; i < count; ++i) weights[i] = (SReal)colors[i][channel];
+    const String name(kMapNames[channel]);
+    map->SetName(name);
+    if (!name.Content() || map->GetName() != name) return FALSE;
+    weights[channel] = (SReal*)map->GetLowlevelDataAddressW();
+    if (count > 0 && !weights[channel]) return FALSE;
     last = map;
+  }
+  // All three in one pass: the points are read from memory once.
+  const Vector* colors = points->GetPointR();
+  SReal *red = weights[0], *green = weights[1], *blue = weights[2];
+  for (LONG i = 0; i < written; ++i) {
+    red[i] = (SReal)colors[i].x;
+    green[i] = (SReal)colors[i].y;
+    blue[i] = (SReal)colors[i].z;
   }
   return TRUE;
 }
@@ -34,8 +46,7 @@ BaseObject* ConvertToPoints(const ConversionRequest& request) {
     PolygonObject::Free(points);
     return NULL;
   }
-  request.store->ExportColors(place, request.count);
-  if (!AddColorMaps(points)) {
+  if (!AddColorMaps(points, request.store->ExportColors(place, request.count))) {
     PolygonObject::Free(points);
     return NULL;
   }

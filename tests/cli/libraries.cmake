@@ -1,5 +1,4 @@
 # The program is run as a user runs it; only its pictures and JSON are looked at here.
-find_package(nlohmann_json REQUIRED)
 set(libraries host_gl host_picture nlohmann_json::nlohmann_json)
 add_dependencies(${target} kelvra_cli make_cloud)
 if(TARGET LASlib::LASlib)

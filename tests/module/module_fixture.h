@@ -15,7 +15,7 @@
 constexpr LONG kCloud = 1037074, kRecorder = 1037073, kShader = 1037072, kVoxelPost = 1037077,
                kBuilder = 1037178, kHook = 1037078, kTimer = 1037771, kPrefs = 1037080;
 constexpr LONG kLoadFolder = 1600, kLoadFile = 1602;
-inline const std::string kModule = KELVRA_BIN_DIR "/kelvra.so";
+inline const std::string kModule = KELVRA_MODULE;
 
 struct StoredBlock {
   LONG group = 0, count = 0;

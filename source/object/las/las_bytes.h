@@ -76,7 +76,7 @@ std::FILE* OpenForReading(const std::string& path);
 // printf into a string, for messages; long texts are cut at 511 bytes.
 std::string Text(const char* format, ...)
 #if defined(__GNUC__)
-    __attribute__((format(printf, 1, 2)))
+    __attribute__((format(gnu_printf, 1, 2)))
 #endif
     ;
 

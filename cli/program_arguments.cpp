@@ -1,0 +1,37 @@
+#include "cli/program_arguments.h"
+
+#ifdef _WIN32
+#include "cli/utf8_windows.h"
+
+#include <shellapi.h>
+#endif
+
+namespace cli {
+
+#ifdef _WIN32
+ProgramArguments::ProgramArguments(int argc, char** argv) {
+  // What main is handed has lost every letter that the system's code page lacks.
+  int count = 0;
+  wchar_t** wide = CommandLineToArgvW(GetCommandLineW(), &count);
+  for (int i = 0; wide && i < count; ++i) texts_.push_back(Utf8(wide[i]));
+  if (!wide) texts_.assign(argv, argv + argc);
+  LocalFree(wide);
+  for (std::string& text : texts_) values_.push_back(text.data());
+  values_.push_back(nullptr);
+  consolePage_ = GetConsoleOutputCP();
+  if (consolePage_) SetConsoleOutputCP(CP_UTF8);
+}
+
+ProgramArguments::~ProgramArguments() {
+  if (consolePage_) SetConsoleOutputCP(consolePage_);
+}
+#else
+ProgramArguments::ProgramArguments(int argc, char** argv) : texts_(argv, argv + argc) {
+  for (std::string& text : texts_) values_.push_back(text.data());
+  values_.push_back(nullptr);
+}
+
+ProgramArguments::~ProgramArguments() {}
+#endif
+
+} // namespace cli

@@ -1,0 +1,28 @@
+# Packages that are headers or sources only serve a cross build too. They come out of this machine's include folder into
+# a folder of the build: the whole of /usr/include on a cross compiler's path would shadow its own headers.
+
+function(kelvra_header_package target)
+  set(folder ${CMAKE_BINARY_DIR}/headers)
+  file(MAKE_DIRECTORY ${folder})
+  foreach(name IN LISTS ARGN)
+    if(NOT EXISTS /usr/include/${name})
+      message(FATAL_ERROR "/usr/include/${name} is missing: run scripts/install_dependencies.sh")
+    endif()
+    file(CREATE_LINK /usr/include/${name} ${folder}/${name} SYMBOLIC)
+  endforeach()
+  add_library(${target} INTERFACE IMPORTED GLOBAL)
+  set_target_properties(${target} PROPERTIES INTERFACE_INCLUDE_DIRECTORIES ${folder})
+endfunction()
+
+if(CMAKE_CROSSCOMPILING)
+  kelvra_header_package(CLI11::CLI11 CLI)
+  kelvra_header_package(nlohmann_json::nlohmann_json nlohmann)
+  kelvra_header_package(kelvra_xxhash xxhash.h)
+  set_property(TARGET kelvra_xxhash PROPERTY INTERFACE_COMPILE_DEFINITIONS XXH_STATIC_LINKING_ONLY XXH_IMPLEMENTATION)
+else()
+  find_package(CLI11 REQUIRED)
+  find_package(nlohmann_json REQUIRED)
+  find_package(PkgConfig REQUIRED)
+  pkg_check_modules(XXHASH REQUIRED IMPORTED_TARGET GLOBAL libxxhash)
+  add_library(kelvra_xxhash ALIAS PkgConfig::XXHASH)
+endif()

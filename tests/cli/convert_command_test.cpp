@@ -1,0 +1,160 @@
+// The convert command as a user runs it: what it prints, the files that it writes, and what it refuses.
+#include "cli/program_run.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+#include <filesystem>
+#include <sstream>
+
+namespace cli_test {
+namespace {
+
+namespace fs = std::filesystem;
+
+/** Three points near each other and two far off; the host's height is the file's third number. */
+const char* const kCloud =
+    "1 2 3 10 20 30\n2 2 3 40 50 60\n3 2 3 255 0 0\n100 2 3 0 255 0\n101 2.5 -3 1 2 3\n";
+
+class ConvertCommand : public testing::Test {
+protected:
+  Result Convert(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), {"convert", folder_.Write("cloud.xyz", kCloud)});
+    return Kelvra(arguments);
+  }
+  bool Holds(const std::string& text, const std::string& part) const {
+    return text.find(part) != std::string::npos;
+  }
+  static void ExpectOneLine(const std::string& text) {
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 1) << text;
+  }
+  std::size_t FilesInFolder() const {
+    const fs::path folder = fs::path(folder_ / "x").parent_path();
+    return (std::size_t)std::distance(fs::directory_iterator(folder), fs::directory_iterator());
+  }
+  TempFolder folder_;
+};
+
+TEST_F(ConvertCommand, PrintsTheTreeWithItsCounts) {
+  const struct {
+    const char* mode;
+    std::vector<const char*> expected;
+  } cases[] = {{"point", {"built: Polygon", ": 5 points, vertex maps Red, Green, Blue", "5 elements, 180 B"}},
+               {"hair", {"built: Hair", ": 5 guides", "5 elements, 240 B"}},
+               {"particles", {"built: Null", "Particle group \"Kelvra Point Cloud\": 5 particles"}},
+               {"emitter", {"built: Null", "\nParticle Emitter \"Kelvra Point Cloud\": 5 particles"}},
+               {"spline", {"built: Spline", ": 5 points in 2 segments"}}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.mode);
+    const Result result = Convert({"--mode", c.mode});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.err, "");
+    for (const char* text : c.expected) EXPECT_TRUE(Holds(result.out, text)) << text << "\n" << result.out;
+  }
+  EXPECT_TRUE(Holds(Convert({"--mode", "hair", "--ratio", "0.5"}).out, ": 2 guides"));
+  EXPECT_TRUE(Holds(Convert({"--mode", "hair", "--ratio", "2"}).out, ": 10 guides"));
+  EXPECT_TRUE(Holds(Convert({"--mode", "spline", "--step", "1000"}).out, ": 5 points in 1 segment\n"));
+}
+
+TEST_F(ConvertCommand, PlyHoldsEveryPointWithItsColour) {
+  const std::string path = folder_ / "out.ply";
+  ASSERT_EQ(Convert({"--mode", "point", "-o", path}).status, 0);
+  const std::string ply = TempFolder::Read(path), end = "end_header\n";
+  const std::string header = ply.substr(0, ply.find(end));
+  EXPECT_EQ(header,
+            "ply\nformat binary_little_endian 1.0\nelement vertex 5\nproperty double x\nproperty double "
+            "y\nproperty double z\nproperty uchar red\nproperty uchar green\nproperty uchar blue\n");
+  const std::string body = ply.substr(header.size() + end.size());
+  ASSERT_EQ(body.size(), 5u * 27);
+  std::istringstream source(kCloud);
+  for (int i = 0; i < 5; ++i) {
+    double x, y, z, found[3];
+    int rgb[3];
+    source >> x >> y >> z >> rgb[0] >> rgb[1] >> rgb[2];
+    std::memcpy(found, body.data() + i * 27, sizeof found);
+    EXPECT_EQ(std::vector<double>(found, found + 3), (std::vector<double>{x, z, y}));
+    // Stored as 16 bits, value times 256, out of 65535.
+    for (int channel = 0; channel < 3; ++channel)
+      EXPECT_NEAR((unsigned char)body[i * 27 + 24 + channel], rgb[channel] * 256 * 255 / 65535.0, 0.51);
+  }
+}
+
+TEST_F(ConvertCommand, ObjHoldsALineForEachSegment) {
+  const std::string path = folder_ / "out.obj";
+  ASSERT_EQ(Convert({"--mode", "spline", "--step", "1.5", "--ratio", "0.8", "-o", path}).status, 0);
+  EXPECT_EQ(TempFolder::Read(path), "v 1 3 2\nv 2 3 2\nv 3 3 2\nv 100 3 2\nl 1 2 3\np 4\n");
+}
+
+TEST_F(ConvertCommand, MistakesEndWithTwoAndOneLineAndWriteNothing) {
+  const std::vector<std::vector<std::string>> cases = {
+      {"--mode", "fly"},
+      {"--mode", "point", "--ratio", "half"},
+      {"--mode", "point", "--ratio", "-1"},
+      {"--mode", "spline", "--step", "far"},
+      {"--mode", "point", "-o", folder_ / "x.obj"},
+      {"--mode", "spline", "-o", folder_ / "x.ply"},
+      {"--mode", "hair", "-o", folder_ / "x.ply"},
+      {"--mode", "particles", "-o", folder_ / "x.obj"},
+      {"--mode", "emitter", "-o", folder_ / "x"},
+  };
+  for (const std::vector<std::string>& arguments : cases) {
+    SCOPED_TRACE(arguments.back());
+    const Result result = Convert(arguments);
+    EXPECT_EQ(result.status, 2);
+    ExpectOneLine(result.err);
+    EXPECT_EQ(FilesInFolder(), 1u) << "the cloud alone";
+  }
+}
+
+TEST_F(ConvertCommand, AFullDiskKeepsTheOldFile) {
+  const struct {
+    const char *mode, *option, *name;
+  } cases[] = {{"point", "-o", "a.ply"}, {"spline", "-o", "a.obj"}, {"hair", "--scene", "a.scene"}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    const std::string path = folder_.Write(c.name, "old");
+    const Result result = Convert({"--mode", c.mode, c.option, path, "--fault", "write=1"});
+    EXPECT_EQ(result.status, 1);
+    ExpectOneLine(result.err);
+    EXPECT_TRUE(Holds(result.err, c.name)) << result.err;
+    EXPECT_EQ(TempFolder::Read(path), "old");
+  }
+  EXPECT_EQ(FilesInFolder(), 4u);
+}
+
+TEST_F(ConvertCommand, NothingLoadedWritesNothing) {
+  for (const std::string& name : {std::string("missing.xyz"), std::string("empty.xyz")}) {
+    folder_.Write("empty.xyz", "");
+    const Result result = Kelvra({"convert", folder_ / name, "--mode", "point", "-o", folder_ / "x.ply",
+                                  "--scene", folder_ / "x.scene"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_TRUE(Holds(result.err, "nothing is written")) << result.err;
+    EXPECT_EQ(FilesInFolder(), 1u);
+  }
+}
+
+TEST_F(ConvertCommand, ARefusedResultIsNoSuccess) {
+  const Result result =
+      Convert({"--mode", "point", "-o", folder_ / "x.ply", "--ratio", "2e7", "--fault", "largeblock=1:1000"});
+  EXPECT_NE(result.status, 0);
+  EXPECT_FALSE(result.err.empty());
+  EXPECT_FALSE(fs::exists(folder_ / "x.ply"));
+}
+
+TEST_F(ConvertCommand, AWrittenSceneShowsTheResultInTheCloudsPlace) {
+  for (const char* mode : {"point", "hair", "particles", "emitter", "spline"}) {
+    SCOPED_TRACE(mode);
+    const std::string scene = folder_ / (std::string(mode) + ".scene");
+    ASSERT_EQ(Convert({"--mode", mode, "--scene", scene}).status, 0);
+    const Result snapshot = Kelvra({"snapshot", scene, "-o", folder_ / "view.png", "--size", "32x32"});
+    EXPECT_EQ(snapshot.status, 0) << snapshot.err;
+    EXPECT_TRUE(Holds(snapshot.out + snapshot.err, "5 elements")) << snapshot.out << snapshot.err;
+    const Result render = Kelvra({"render", scene, "-o", folder_ / "image.png", "--size", "32x32"});
+    EXPECT_EQ(render.status, 0) << render.err;
+    EXPECT_EQ(Kelvra({"convert", scene, "--mode", "point"}).status, 1) << "no cloud is left";
+  }
+}
+
+} // namespace
+} // namespace cli_test

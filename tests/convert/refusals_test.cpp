@@ -1,0 +1,106 @@
+// Memory refused at every place of a build, in every mode.
+#include "convert_fixture.h"
+#include "host/scene/text.h"
+
+namespace {
+
+/** What a mode built, in the cache and beside it. */
+struct Outcome {
+  LONG type = NOTOK; ///< NOTOK: nothing in the cache
+  std::vector<Vector> points;
+  std::vector<std::pair<std::string, LONG>> tags; ///< names and lengths
+  bool operator==(const Outcome& o) const { return type == o.type && points == o.points && tags == o.tags; }
+};
+
+class Refusals : public ConvertTest, public testing::WithParamInterface<Mode> {
+protected:
+  void SetUp() override {
+    ConvertTest::SetUp();
+    Give(Scatter(40));
+    Data().SetReal(KELVRA_SEGMENT_BREAK, 20.0);
+    Build(GetParam());
+  }
+  BaseObject* Again() {
+    Cloud().settingsChanged = 1;
+    // The group is found by its name; particles and the emitter are made anew.
+    Data().SetLink(KELVRA_PARTICLE_GROUP, NULL);
+    if (GetParam() == kParticles) System()->FreeAllParticles();
+    if (BaseObject* emitter = op_->GetNext()) {
+      emitter->Remove();
+      BaseObject::Free(emitter);
+    }
+    return Build(GetParam());
+  }
+  Outcome Look(BaseObject* built) {
+    Outcome found;
+    if (!built) return found;
+    found.type = built->GetType();
+    if (found.type == Ohair) {
+      HairObject* hair = (HairObject*)built;
+      EXPECT_TRUE(hair->Lock(doc_, NULL, FALSE, 0)) << "left locked";
+      if (HairGuides* guides = hair->GetGuides())
+        found.points.assign(guides->GetPoints(), guides->GetPoints() + guides->GetPointCount());
+      hair->Unlock();
+    } else if (found.type == Onull) {
+      if (GetParam() == kParticles && System()) found.points = ParticlesOf(Groups().back());
+      if (const host::EmitterNode* emitter = host::AsEmitter(host::Impl(op_->GetNext())))
+        for (LONG i = 0; i < emitter->count; ++i) {
+          found.points.push_back(emitter->storage[i].position);
+          found.points.push_back(emitter->storage[i].color);
+        }
+    } else {
+      found.points = PointsOf(built);
+    }
+    for (BaseTag* tag = built->GetFirstTag(); tag; tag = tag->GetNext())
+      found.tags.push_back({host::Utf8(tag->GetName()), ((VariableTag*)tag)->GetDataCount()});
+    return found;
+  }
+  /** Is that what a build may leave of `whole` when something was refused? */
+  bool IsStated(const Outcome& found, const Outcome& whole) {
+    switch (GetParam()) {
+    case kHair: // guides alone may be missing
+      if (found.type == Ohair) return found.points.empty();
+      break;
+    case kParticles: { // a particle alone may be missing, or all
+      std::size_t next = 0;
+      for (const Vector& p : whole.points)
+        if (next < found.points.size() && found.points[next] == p) ++next;
+      return next == found.points.size() && (found.type == Onull || found.type == NOTOK);
+    }
+    default:
+      break;
+    }
+    return (found.type == Onull || found.type == NOTOK) && found.points.empty();
+  }
+};
+
+TEST_P(Refusals, LeaveAStatedResultAndTheNextBuildIsWhole) {
+  const Outcome whole = Look(Again());
+  BaseObject* null = BaseObject::Alloc(Onull); // the host keeps the name of a type from its first object on
+  BaseObject::Free(null);
+  const host::LiveCounts before = application_.Live();
+  host::Faults& faults = application_.GetFaults();
+  for (int n = 1;; ++n) {
+    SCOPED_TRACE(n);
+    ASSERT_LT(n, 1000);
+    faults.FailAt(host::Fault::Allocation, n);
+    BaseObject* built = Again();
+    const bool struck = faults.Calls(host::Fault::Allocation) >= n;
+    faults.Clear();
+    const Outcome found = Look(built);
+    EXPECT_TRUE(found == whole || (struck && IsStated(found, whole)))
+        << "type " << found.type << ", " << found.points.size() << " points";
+    EXPECT_TRUE(Look(Again()) == whole) << "the next one";
+    const host::LiveCounts after = application_.Live();
+    EXPECT_EQ(after.blocks, before.blocks);
+    EXPECT_EQ(after.bytes, before.bytes);
+    EXPECT_EQ(after.nodes, before.nodes);
+    if (!struck || HasFailure()) break;
+  }
+  EXPECT_EQ(Stored().Points(), 40) << "the cloud itself";
+}
+
+INSTANTIATE_TEST_SUITE_P(Modes, Refusals,
+                         testing::Values(kPoints, kEmpty, kHair, kParticles, kEmitter, kSpline));
+
+} // namespace
