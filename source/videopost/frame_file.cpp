@@ -48,26 +48,25 @@ Bool TakePlace(const Filename& whole, const Filename& name) {
   return GeFExist(name) && GeFKill(name) && GeFRename(whole, name);
 }
 
-String SavePictureWhole(const BaseBitmap& picture, const Filename& file) {
+Bool SavePictureWhole(const BaseBitmap& picture, const Filename& file, String* reason) {
   const FrameFormat format = FrameFormatOf(file.GetFileString());
   const Filename part(file.GetString() + ".part");
   const IMAGERESULT saved = picture.Save(part, format.filter, NULL, format.savebits);
-  String reason;
-  if (saved != IMAGERESULT_OK)
-    reason = ReasonOf(saved);
-  else if (!TakePlace(part, file))
-    reason = "the finished file cannot get its name";
-  if (reason.Content() && GeFExist(part)) GeFKill(part);
-  return reason;
+  const Bool stored = saved == IMAGERESULT_OK && TakePlace(part, file);
+  if (stored) return TRUE;
+  *reason = saved == IMAGERESULT_OK ? String("the finished file cannot get its name") : ReasonOf(saved);
+  if (GeFExist(part)) GeFKill(part);
+  return FALSE;
 }
 
 } // namespace
 
-String SaveFrame(const VPBuffer& rendered, const Filename& file) {
+Bool SaveFrame(const VPBuffer& rendered, const Filename& file, String* problem) {
   String reason;
   const AutoFree<MultipassBitmap> picture(CopyPicture(rendered, &reason));
-  if (picture) reason = SavePictureWhole(*picture, file);
-  return reason.Content() ? file.GetString() + ": the frame is not recorded: " + reason : reason;
+  if (picture && SavePictureWhole(*picture, file, &reason)) return TRUE;
+  *problem = file.GetString() + ": the frame is not recorded: " + reason;
+  return FALSE;
 }
 
 } // namespace kelvra

@@ -21,14 +21,16 @@ Bool IsGood(const VideoPostStruct& vps) {
          !(vps.thread && vps.thread->TestBreak());
 }
 
-/** Empty text on success, else one line naming file and reason. */
-String Record(const BaseContainer& settings, const VideoPostStruct& vps) {
+/** FALSE with one line naming file and reason. */
+Bool Record(const BaseContainer& settings, const VideoPostStruct& vps, String* problem) {
   const Filename folder = settings.GetFilename(KELVRA_RECORDER_FOLDER);
-  if (!folder.Content()) return "The render recorder has no folder: no frame is recorded";
+  *problem = "The render recorder has no folder: no frame is recorded";
+  if (!folder.Content()) return FALSE;
   const VPBuffer* rendered = vps.render->GetBuffer(VPBUFFER_RGBA, NOTOK);
-  if (!rendered) return "The render recorder finds no rendered picture: the frame is not recorded";
+  *problem = "The render recorder finds no rendered picture: the frame is not recorded";
+  if (!rendered) return FALSE;
   const String name = FrameFileName(settings.GetString(KELVRA_RECORDER_NAME), vps.time.GetFrame(vps.fps));
-  return SaveFrame(*rendered, folder + Filename(name));
+  return SaveFrame(*rendered, folder + Filename(name), problem);
 }
 
 } // namespace
@@ -53,9 +55,9 @@ RENDERRESULT Tallyframe::Execute(BaseVideoPost* node, VideoPostStruct* vps) {
   if (vps->vp != VIDEOPOSTCALL_RENDER || vps->open || !IsGood(*vps)) return RENDERRESULT_OK;
   const BaseContainer* settings = ((BaseList2D*)node)->GetDataInstance();
   if (!settings || !settings->GetBool(KELVRA_RECORDER_ENABLE)) return RENDERRESULT_OK;
-  const String failure = Record(*settings, *vps);
-  if (failure.Content())
-    TellFailure(failure);
+  String problem;
+  if (!Record(*settings, *vps, &problem))
+    TellFailure(problem);
   else if (recorderState)
     ++recorderState->framesRecorded;
   return RENDERRESULT_OK;

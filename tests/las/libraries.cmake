@@ -1,1 +1,1 @@
-set(libraries kelvra_las)
+set(libraries kelvra_las nlohmann_json::nlohmann_json)

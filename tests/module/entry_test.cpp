@@ -3,8 +3,8 @@
 #include "module_fixture.h"
 
 #include "c4d_os.h"
+#include "host/core/dynamic_library.h"
 
-#include <dlfcn.h>
 #include <map>
 #include <set>
 
@@ -116,24 +116,21 @@ TEST(Entry, LoadsAgainAfterUnloading) {
 class EntryCalls : public testing::Test {
 protected:
   void SetUp() override {
-    library_ = dlopen(kModule.c_str(), RTLD_NOW | RTLD_LOCAL);
-    ASSERT_NE(library_, nullptr) << dlerror();
-    entry_ = (EntryPoint*)dlsym(library_, "c4d_main");
+    std::string error;
+    ASSERT_TRUE(library_.Open(kModule, &error)) << error;
+    entry_ = (EntryPoint*)library_.Find("c4d_main");
     ASSERT_NE(entry_, nullptr);
   }
-  void TearDown() override {
-    application_.Close();
-    if (library_) dlclose(library_);
-  }
+  void TearDown() override { application_.Close(); }
 
   LONG Initialise(OperatingSystem* os) { return entry_(1, os, NULL, &file_); }
   LONG Message(LONG id) { return entry_(6, (void*)(VLONG)id, NULL, NULL); }
   LONG Call(LONG action) { return entry_(action, NULL, NULL, NULL); }
 
   typedef LONG EntryPoint(LONG action, void* p1, void* p2, void* p3);
+  host::DynamicLibrary library_;
   host::Application application_;
   Filename file_{kModule.c_str()};
-  void* library_ = nullptr;
   EntryPoint* entry_ = nullptr;
 };
 

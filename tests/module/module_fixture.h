@@ -1,6 +1,7 @@
 // The module loaded from its file into a running application, one cloud object, and what that object saves.
 #pragma once
 
+#include "environment.h"
 #include "host/application.h"
 #include "host/stream_visitor.h"
 
@@ -83,7 +84,7 @@ class ModuleTest : public testing::Test {
 protected:
   void SetUp() override {
     // Nothing is sent anywhere, whatever the user's environment says.
-    for (const char* name : {"KELVRA_GEOMETRY_SERVICE", "KELVRA_UPDATE_SERVER"}) ::unsetenv(name);
+    for (const char* name : {"KELVRA_GEOMETRY_SERVICE", "KELVRA_UPDATE_SERVER"}) SetVariable(name, nullptr);
     folder_ = std::filesystem::temp_directory_path() / ("kelvra-module-" + std::to_string(::getpid()));
     std::filesystem::create_directories(folder_);
     std::string error;

@@ -1,1 +1,1 @@
-set(libraries kelvra_text)
+set(libraries kelvra_text nlohmann_json::nlohmann_json)

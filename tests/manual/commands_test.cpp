@@ -1,0 +1,152 @@
+// Every command of the manual, run in its order in one folder as a reader would run it.
+#include "cli/program_run.h"
+#include "manual/manual_text.h"
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <regex>
+#include <sstream>
+
+namespace manual_test {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Command {
+  std::string line;
+  int status = 0; ///< that the comment at the line's end tells
+};
+
+Command Parse(const std::string& line) {
+  Command command;
+  std::smatch match;
+  command.line = line;
+  if (std::regex_search(line, match, std::regex(" +# status ([0-9])$"))) {
+    command.status = std::stoi(match[1]);
+    command.line = match.prefix();
+  }
+  return command;
+}
+
+/** Names behind the options that write files. */
+std::vector<std::string> Outputs(const std::string& line) {
+  std::vector<std::string> outputs;
+  std::istringstream words(line);
+  for (std::string word; words >> word;)
+    if (word == "-o" || word == "--output" || word == "--scene") {
+      words >> word;
+      outputs.push_back(word);
+    }
+  return outputs;
+}
+
+/** A run of # stands for any frame number. */
+bool WasWritten(const std::string& folder, const std::string& name) {
+  const std::regex form(
+      std::regex_replace(std::regex_replace(name, std::regex("[.]"), "[.]"), std::regex("#+"), "[0-9]+"));
+  for (const fs::directory_entry& entry : fs::directory_iterator(folder))
+    if (std::regex_match(entry.path().filename().string(), form) && entry.is_regular_file() &&
+        entry.file_size() > 0)
+      return true;
+  return false;
+}
+
+class ManualCommands : public testing::Test {
+protected:
+  /** The clouds under the names that the manual uses. */
+  void MakeClouds() {
+    fs::create_directories(folder_ / "survey");
+    fs::create_directories(folder_ / "frames");
+    for (const char* name :
+         {"scan.laz", "scan.las", "street.xyz", "tower.pts", "survey/north.laz", "survey/south.laz"})
+      ASSERT_EQ(cli_test::RunProgram("make_cloud", {folder_ / name, "--points", "4000"}).status, 0) << name;
+    const std::string whole = cli_test::TempFolder::Read(folder_ / "scan.las");
+    folder_.Write("damaged.las", whole.substr(0, whole.size() / 2));
+  }
+
+  int Run(const std::string& line) {
+    const std::string folder = fs::path(folder_ / "x").parent_path().string();
+    const std::string whole = "cd '" + folder + "' && export PATH='" + KELVRA_BIN_DIR +
+                              "':\"$PATH\" XDG_CONFIG_HOME='" + folder +
+                              "/config' && unset KELVRA_GEOMETRY_SERVICE KELVRA_UPDATE_SERVER && " + line +
+                              " >printed 2>&1 </dev/null";
+    const int status = std::system(whole.c_str());
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  }
+
+  cli_test::TempFolder folder_;
+  ManualText manual_;
+};
+
+TEST_F(ManualCommands, DoWhatTheManualSays) {
+#if !KELVRA_HAVE_LASLIB
+  GTEST_SKIP() << "without LASlib the manual's LAZ files cannot be made";
+#endif
+  MakeClouds();
+  int ran = 0;
+  for (const Block& block : manual_.Blocks()) {
+    if (block.kind != "sh") continue;
+    for (const std::string& line : block.lines) {
+      SCOPED_TRACE(line);
+      ASSERT_EQ(line.rfind("kelvra ", 0), 0u) << "only the program's own commands can be tested";
+      const Command command = Parse(line);
+      for (const std::string& output : Outputs(command.line)) fs::remove(folder_ / output);
+      EXPECT_EQ(Run(command.line), command.status) << cli_test::TempFolder::Read(folder_ / "printed");
+      const std::string folder = fs::path(folder_ / "x").parent_path().string();
+      for (const std::string& output : Outputs(command.line))
+        EXPECT_TRUE(WasWritten(folder, output)) << output;
+      ++ran;
+    }
+  }
+  EXPECT_GT(ran, 20);
+}
+
+/** Commands outside of the tested blocks are those that need a server. */
+TEST_F(ManualCommands, AreAllInTestedBlocks) {
+  for (const Block& block : manual_.Blocks())
+    for (const std::string& line : block.lines) {
+      if (block.kind == "sh" || line.rfind("kelvra ", 0) != 0) continue;
+      const bool server =
+          line.rfind("kelvra reproject ", 0) == 0 || line.rfind("kelvra update-check", 0) == 0;
+      EXPECT_TRUE(server) << line;
+    }
+}
+
+TEST_F(ManualCommands, EveryCommandAndOptionOfTheProgramIsDescribed) {
+  const Section* reference = manual_.Find("Command reference");
+  ASSERT_TRUE(reference);
+  std::string text;
+  for (const std::string& line : reference->lines) text += line + "\n";
+  const std::string help = cli_test::Kelvra({"--help"}).out;
+  const std::string list = help.substr(help.find("Subcommands:"));
+  const std::regex commandForm("\n +([a-z-]+) "), optionForm("(--[a-z-]+)");
+  int commands = 0;
+  for (std::sregex_iterator c(list.begin(), list.end(), commandForm), end; c != end; ++c, ++commands) {
+    const std::string command = (*c)[1];
+    EXPECT_NE(text.find("`" + command), std::string::npos) << command;
+    const std::string options = cli_test::Kelvra({command, "--help"}).out;
+    for (std::sregex_iterator o(options.begin(), options.end(), optionForm); o != end; ++o)
+      EXPECT_NE(text.find((*o)[1].str()), std::string::npos) << command << " " << (*o)[1];
+  }
+  EXPECT_GE(commands, 10);
+}
+
+/** Pictures that are shown are there, and small enough for a package. */
+TEST_F(ManualCommands, PicturesAreThere) {
+  int pictures = 0;
+  const std::regex form("\\]\\(([^)]*[.]png)\\)");
+  for (const Section& section : manual_.Sections())
+    for (const std::string& line : section.lines)
+      for (std::sregex_iterator p(line.begin(), line.end(), form), end; p != end; ++p, ++pictures) {
+        const fs::path path = fs::path(KELVRA_SOURCE_DIR) / "docs" / (*p)[1].str();
+        ASSERT_TRUE(fs::exists(path)) << path;
+        EXPECT_LE(fs::file_size(path), 300000u) << path;
+      }
+  EXPECT_GT(pictures, 3);
+}
+
+} // namespace
+} // namespace manual_test
