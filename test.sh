@@ -4,6 +4,7 @@
 #   ./test.sh            release build
 #   ./test.sh --asan     address and undefined-behaviour sanitizers
 #   ./test.sh --tsan     thread sanitizer
+#   ./test.sh --windows  cross build for Windows, run under Wine and compared with the release build
 #   ./test.sh --tidy     clang-format and clang-tidy over our sources, no tests
 #   ./test.sh --fuzz     builds the fuzz targets with libFuzzer and runs each for a minute
 set -euo pipefail
@@ -14,9 +15,10 @@ case "${1:-}" in
   "") ;;
   --asan) preset=asan ;;
   --tsan) preset=tsan ;;
+  --windows) exec scripts/test_windows.sh ;;
   --tidy) exec scripts/tidy.sh ;;
   --fuzz) exec scripts/fuzz.sh ;;
-  *) echo "usage: ./test.sh [--asan | --tsan | --tidy | --fuzz]" >&2; exit 2 ;;
+  *) echo "usage: ./test.sh [--asan | --tsan | --windows | --tidy | --fuzz]" >&2; exit 2 ;;
 esac
 
 scripts/install_dependencies.sh

@@ -29,10 +29,10 @@ std::string PreferencesFolder() {
     const char* variable;
     const char* below;
   } places[] = {
+      {"XDG_CONFIG_HOME", "kelvra"},
 #ifdef _WIN32
       {"APPDATA", "kelvra"},
 #else
-      {"XDG_CONFIG_HOME", "kelvra"},
       {"HOME", ".config/kelvra"},
 #endif
   };

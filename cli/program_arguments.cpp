@@ -3,6 +3,9 @@
 #ifdef _WIN32
 #include "cli/utf8_windows.h"
 
+#include <cstdio>
+#include <fcntl.h>
+#include <io.h>
 #include <shellapi.h>
 #endif
 
@@ -18,6 +21,8 @@ ProgramArguments::ProgramArguments(int argc, char** argv) {
   LocalFree(wide);
   for (std::string& text : texts_) values_.push_back(text.data());
   values_.push_back(nullptr);
+  // What is printed is the same on every system: scripts compare it.
+  for (std::FILE* stream : {stdout, stderr}) _setmode(_fileno(stream), _O_BINARY);
   consolePage_ = GetConsoleOutputCP();
   if (consolePage_) SetConsoleOutputCP(CP_UTF8);
 }

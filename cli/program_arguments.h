@@ -6,7 +6,7 @@
 
 namespace cli {
 
-/** On Windows also makes the console show UTF-8 while it lives. */
+/** On Windows also makes the console show UTF-8 while it lives, and lines end as they do elsewhere. */
 class ProgramArguments {
 public:
   ProgramArguments(int argc, char** argv);

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Runs a Windows program under Wine, with a folder of its own for Wine's settings (KELVRA_WINE_PREFIX, else below build/).
-# KELVRA_WINE_DATA names a folder that the program sees as its own settings folder.
+# Wine's server is told to stay for two minutes after the last program: starting it takes seconds, and a program that
+# comes while it ends is refused.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 export WINEPREFIX=${KELVRA_WINE_PREFIX:-$root/build/wine}
@@ -11,12 +12,23 @@ export WINEDLLOVERRIDES="mscoree,mshtml,winemenubuilder.exe=d"
 export LC_ALL=C.UTF-8
 wine=/usr/lib/wine/wine64
 [ -x "$wine" ] || wine=$(command -v wine64 || command -v wine) || { echo "wine.sh: no Wine is installed" >&2; exit 127; }
-if [ ! -f "$WINEPREFIX/system.reg" ]; then
-  mkdir -p "$WINEPREFIX"
-  # Once, whoever comes first.
-  exec 9>"$WINEPREFIX/../$(basename "$WINEPREFIX").lock"
+# This machine's folders are below drive Z: there.
+case "${XDG_CONFIG_HOME:-}" in /*) export XDG_CONFIG_HOME="Z:$XDG_CONFIG_HOME" ;; esac
+mkdir -p "$WINEPREFIX"
+server=/usr/lib/wine/wineserver
+[ -x "$server" ] || server=/usr/lib/wine/wineserver64
+alive="$WINEPREFIX/server.alive"
+# Once every minute at most, whoever comes first.
+if [ ! -f "$WINEPREFIX/system.reg" ] || [ -z "$(find "$alive" -newermt '-60 seconds' 2>/dev/null)" ]; then
+  exec 9>"$WINEPREFIX/start.lock"
   flock 9
-  [ -f "$WINEPREFIX/system.reg" ] || "$wine" wineboot --init >/dev/null 2>&1 </dev/null || { echo "wine.sh: Wine could not be set up" >&2; exit 127; }
+  if [ ! -f "$WINEPREFIX/system.reg" ]; then
+    "$wine" wineboot --init >/dev/null 2>&1 </dev/null 9>&- || { echo "wine.sh: Wine could not be set up" >&2; exit 127; }
+  fi
+  "$server" -p120 >/dev/null 2>&1 </dev/null 9>&- || true # it says so when it runs already
+  # Brings up Wine's own services, which would keep the output of our program open for as long as they live.
+  "$wine" cmd /c exit >/dev/null 2>&1 </dev/null 9>&- || { echo "wine.sh: Wine does not start" >&2; exit 127; }
+  touch "$alive"
   exec 9>&-
 fi
 exec "$wine" "$@"

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "c4d.h"
+#include "c4d_gl.h"
 
 namespace kelvra {
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "c4d.h"
+#include "lib_prefs.h"
 #include "net/service_settings.h"
 
 namespace kelvra {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "c4d.h"
+#include "ge_dynamicarray.h"
 #include "point_block.h"
 
 namespace kelvra {

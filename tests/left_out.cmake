@@ -5,9 +5,9 @@ set(left_out
   "manual|runs programs through a POSIX shell, the Linux test_manual reads the same manual"
   "layers|reads sources and Linux libraries, module_exports reads the export table here"
   "net/loopback.cpp|servers on POSIX sockets"
-  "net/http_get_test.cpp|needs those servers, the Linux test_net asks them with kelvra.exe"
+  "net/http_get_test.cpp|needs those servers, the Linux test_net does the same with kelvra.exe"
   "net/preferences_test.cpp|needs those servers"
-  "net/program_test.cpp|needs those servers, the Linux test_net asks them with kelvra.exe"
+  "net/program_test.cpp|needs those servers, the Linux test_net does the same with kelvra.exe"
   "net/reprojection_test.cpp|needs those servers"
 )
 

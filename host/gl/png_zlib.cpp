@@ -135,7 +135,7 @@ public:
     if (std::fread(bytes, 1, count, file_) == count) return;
     Refuse(std::ferror(file_) ? std::generic_category().message(errno) : "the file ends too early");
   }
-  /** Begins the next chunk. */
+  /** Begins the next chunk; one without bytes is then behind us. */
   void Next() {
     Byte start[8];
     Raw(start, sizeof start);
@@ -143,6 +143,7 @@ public:
     std::memcpy(name, start + 4, 4);
     sum_ = crc32(0, start + 4, 4);
     if (left > 0x7fffffffu) Refuse("a chunk of " + std::to_string(left) + " bytes");
+    if (left == 0) Check();
   }
   bool Is(const char* wanted) const { return std::memcmp(name, wanted, 4) == 0; }
   /** Up to `most` bytes of the chunk; after its last byte its checksum has been compared. */
@@ -157,12 +158,11 @@ public:
   std::vector<Byte> Whole(std::size_t most) {
     if (left > most) Refuse(std::string(name, 4) + " of " + std::to_string(left) + " bytes");
     std::vector<Byte> bytes(left);
-    bytes.empty() ? Check() : (void)Take(bytes.data(), bytes.size());
+    if (left > 0) Take(bytes.data(), bytes.size());
     return bytes;
   }
   void Skip() {
     Byte part[4096];
-    if (left == 0) Check();
     while (left > 0) Take(part, sizeof part);
   }
 
@@ -253,7 +253,6 @@ private:
     while (chunks_->left == 0) {
       chunks_->Next();
       if (!chunks_->Is("IDAT")) Refuse("Not enough image data");
-      if (chunks_->left == 0) chunks_->Skip();
     }
     stream_.next_in = in_.data();
     stream_.avail_in = (uInt)chunks_->Take(in_.data(), in_.size());

@@ -18,10 +18,16 @@ bool Accept(HyperFile* hf, const std::string& wrong) {
 /** The number of segments in a file of an object without guides. */
 const LONG kNoGuides = 0;
 
+/** Points of a guide, and of all of them, are numbers that plug-ins ask for. */
+bool IsPossible(LONG count, LONG segments) {
+  return count >= 0 && segments >= 1 && segments < MAXLONGl &&
+         (LLONG)count * ((LLONG)segments + 1) <= MAXLONGl;
+}
+
 } // namespace
 
 GuideSet* MakeGuides(LONG count, LONG segments) {
-  if (count < 0 || segments < 1 || (LLONG)count * ((LLONG)segments + 1) > MAXLONGl) return nullptr;
+  if (!IsPossible(count, segments)) return nullptr;
   const ScopeSwitch asCaller(inModule || calledByModule);
   GuideSet* made = gNew GuideSet;
   if (!made) return nullptr;
@@ -88,7 +94,7 @@ bool HairNode::ReadOwn(HyperFile* hf, LONG) {
   if (segments == kNoGuides) return true;
   // No guides are made for a count that the points do not bear out.
   if (!ReadElements(hf, HYPERFILEARRAY_LREAL, 3, "guide points", &points)) return false;
-  if (count < 0 || segments < 1 || (LLONG)count * ((LLONG)segments + 1) != points.Count())
+  if (!IsPossible(count, segments) || count * ((VLONG)segments + 1) != points.Count())
     return Accept(hf, "found " + std::to_string(count) + " guides of " + std::to_string(segments) +
                           " segments with " + std::to_string(points.Count()) +
                           " points, expected a point more than segments for each guide");

@@ -137,7 +137,12 @@ void ParticleGroup::SwapOwn(Node& other) {
     for (ParticleSlot* slot = owner->first; slot; slot = slot->next) slot->group = owner;
     if (!owner->pool) owner->pool = std::make_shared<ParticlePool>();
   }
-  // What undo keeps leaves the system's pool before that is filled again.
+  // What undo keeps leaves the system's pool before that is filled again: the groups below, too, which change
+  // places next. Those that come settle when they are asked for.
+  for (ParticleGroup* owner : {this, &group})
+    for (Node* node : Hierarchy(*owner))
+      if (node != owner && owner->System())
+        static_cast<ParticleGroup*>(node)->MoveTo(std::make_shared<ParticlePool>());
   for (ParticleGroup* owner : {this, &group})
     if (!owner->System()) owner->Settle();
   for (ParticleGroup* owner : {this, &group}) owner->Settle();

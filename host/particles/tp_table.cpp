@@ -79,6 +79,8 @@ struct TpEntries {
   }
   static void FreeAllParticles(TP_MasterSystem* api) {
     ParticleSystem& system = System(api);
+    // Groups that were loaded may still have pools of their own.
+    system.Visit(*system.root, [](ParticleGroup& group) { group.FreeParticles(); });
     for (LONG pid = 0; pid < system.pool->Bound(); ++pid)
       if (ParticleSlot* slot = system.pool->Find(pid)) slot->group->Take(*slot);
     system.pool->Clear();

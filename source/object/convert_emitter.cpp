@@ -1,5 +1,20 @@
 #include "object/conversion.h"
 
+#ifdef KELVRA_VENDOR_INTERFACE
+
+namespace kelvra {
+
+/** The vendor's interface has no header for the emitter library: with it nothing is filled. */
+BaseObject* ConvertToEmitter(const ConversionRequest&) {
+  return NULL;
+}
+
+} // namespace kelvra
+
+#else
+
+#include "lib_emitter.h"
+
 namespace kelvra {
 
 namespace {
@@ -58,3 +73,5 @@ BaseObject* ConvertToEmitter(const ConversionRequest& request) {
 }
 
 } // namespace kelvra
+
+#endif

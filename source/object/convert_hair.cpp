@@ -1,5 +1,7 @@
 #include "object/conversion.h"
 
+#include "lib_hair.h"
+
 namespace kelvra {
 
 namespace {

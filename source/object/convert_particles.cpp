@@ -1,5 +1,7 @@
 #include "object/conversion.h"
 
+#include "c4d_particles.h"
+
 #include "otallyframe.h"
 
 namespace kelvra {

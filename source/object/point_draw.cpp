@@ -1,5 +1,6 @@
 #include "object/point_draw.h"
 
+#include "c4d_baseeffectordata.h"
 #include "glpoint.h"
 #include "object/rerenderobject.h"
 #include "object/view_uploads.h"

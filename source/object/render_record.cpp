@@ -1,5 +1,6 @@
 #include "object/render_record.h"
 
+#include "customgui_splinecontrol.h"
 #include "otallyframe.h"
 
 #include <cmath>

@@ -5,6 +5,8 @@
 #pragma once
 
 #include "c4d.h"
+#include "c4d_gl.h"
+#include "ge_dynamicarray.h"
 
 namespace kelvra {
 

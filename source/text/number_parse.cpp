@@ -1,10 +1,11 @@
 #include "text/number_parse.h"
 
+#include "text/odd_number.h"
+
 #include <charconv>
-#include <clocale>
 #include <cstddef>
-#include <cstdlib>
 #include <cstring>
+#include <limits>
 
 namespace kelvra {
 
@@ -45,18 +46,14 @@ bool EightDigits(const char* p, std::uint64_t& value) {
   return true;
 }
 
-/** The C library's own reading, whatever the process' locale is. */
-double LibraryReal(const char* text, const char** end) {
-  char* stop = nullptr;
-#ifdef _WIN32
-  static const _locale_t plain = _create_locale(LC_ALL, "C");
-  const double value = _strtod_l(text, &stop, plain);
-#else
-  static const locale_t plain = newlocale(LC_ALL_MASK, "C", (locale_t)0);
-  const double value = strtod_l(text, &stop, plain);
-#endif
-  *end = stop;
-  return value;
+/** What digits with a point among them become when they are too large or too small for a double. */
+double BeyondRange(const char* p, std::ptrdiff_t exponent) {
+  while (*p == '0') ++p;
+  std::ptrdiff_t leading = exponent; // power of ten of the first digit that counts
+  for (const char* q = p; IsDigit(*q); ++q) ++leading;
+  if (*p == '.')
+    for (++p; *p == '0'; ++p) --leading;
+  return leading > 0 ? std::numeric_limits<double>::infinity() : 0.0;
 }
 
 } // namespace
@@ -64,7 +61,6 @@ double LibraryReal(const char* text, const char** end) {
 double ParseReal(const char* text, const char* textEnd, const char** end) {
   const char* p = text;
   while (IsSpace(*p)) ++p;
-  const char* const start = p;
   const bool negative = *p == '-'; // no branches: signs come at random
   p += negative | (*p == '+');
   const char* const number = p;
@@ -74,7 +70,7 @@ double ParseReal(const char* text, const char* textEnd, const char** end) {
   std::uint64_t mantissa = 0;
   for (; IsDigit(*p); ++p) mantissa = mantissa * 10 + (std::uint64_t)(*p - '0');
   std::ptrdiff_t digits = p - number, decimals = 0;
-  if (*p == 'x' || *p == 'X') return LibraryReal(text, end);
+  if ((*p == 'x' || *p == 'X') && p == number + 1 && *number == '0') return ParseOddReal(text, end);
   if (*p == '.') {
     const char* const fraction = ++p;
     for (std::uint64_t eight; textEnd - p >= 8 && EightDigits(p, eight); p += 8)
@@ -83,7 +79,7 @@ double ParseReal(const char* text, const char* textEnd, const char** end) {
     decimals = p - fraction;
     digits += decimals;
   }
-  if (digits == 0) return LibraryReal(text, end); // nan, inf, or no number
+  if (digits == 0) return ParseOddReal(text, end); // nan, inf, or no number
 
   // An exponent counts only with a digit of its own.
   std::ptrdiff_t exponent = 0;
@@ -108,7 +104,7 @@ double ParseReal(const char* text, const char* textEnd, const char** end) {
     return WithSign(value, negative);
   }
   const std::from_chars_result result = std::from_chars(number, p, value);
-  if (result.ec != std::errc() || result.ptr != p) return LibraryReal(start, end);
+  if (result.ec != std::errc()) value = BeyondRange(number, exponent);
   return WithSign(value, negative);
 }
 

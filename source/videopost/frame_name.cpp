@@ -31,7 +31,8 @@ String Padded(LONG frame, LONG digits) {
 
 String WithoutFolders(String name) {
   for (LONG i = 0; i < name.GetLength(); ++i)
-    if (name[i] == '/' || name[i] == '\\' || name[i] == ':' || name[i] < ' ') name.SetChar(i, '_');
+    if (name[i] == '/' || name[i] == '\\' || name[i] == ':' || name[i] < ' ')
+      name = name.Left(i) + "_" + name.SubStr(i + 1, name.GetLength() - i - 1);
   return name;
 }
 

@@ -24,8 +24,9 @@ std::string Quoted(const std::string& argument) {
 Result RunProgram(const std::string& program, const std::vector<std::string>& arguments,
                   const std::string& config, const std::string& input) {
   const TempFolder folder;
-  std::string command = "XDG_CONFIG_HOME=" + Quoted(config.empty() ? folder / "config" : config) + " " +
-                        Quoted(std::string(KELVRA_BIN_DIR) + "/" + program);
+  const char* other = std::getenv("KELVRA_TEST_PROGRAM");
+  std::string command = "XDG_CONFIG_HOME=" + Quoted(config.empty() ? folder / "config" : config) + " ";
+  command += other && program == "kelvra" ? other : Quoted(std::string(KELVRA_BIN_DIR) + "/" + program);
   for (const std::string& argument : arguments) command += " " + Quoted(argument);
   command += " >" + Quoted(folder / "out") + " 2>" + Quoted(folder / "err") + " <" +
              Quoted(folder.Write("in", input));

@@ -1,10 +1,16 @@
 #include "test_plugins.h"
 
 #include <cstdio>
+#include <filesystem>
 
 namespace {
 
-const std::string kFolder = HOST_TEST_MODULES;
+const std::filesystem::path kFolder = std::filesystem::absolute(HOST_TEST_MODULES).make_preferred();
+
+/** Path of a test module, as the host names it. */
+std::string Module(const std::string& name) {
+  return (kFolder / ("host_test_" + name + ".so")).u8string();
+}
 
 bool Contains(const std::string& text, const std::string& part) {
   return text.find(part) != std::string::npos;
@@ -21,7 +27,7 @@ class BrokenModules : public testing::TestWithParam<BrokenModule> {};
 
 TEST_P(BrokenModules, GiveOneLineAndLeaveNothing) {
   host::Application application;
-  const std::string path = kFolder + "/host_test_" + GetParam().name + ".so";
+  const std::string path = Module(GetParam().name);
   std::string error;
   EXPECT_FALSE(application.LoadModule(path, &error));
   EXPECT_EQ(error.find(path + ": "), 0u) << error;
@@ -64,7 +70,7 @@ class SoundModule : public testing::Test {
 protected:
   void SetUp() override {
     std::string error;
-    ASSERT_TRUE(application_.LoadModule(kFolder + "/host_test_sound.so", &error)) << error;
+    ASSERT_TRUE(application_.LoadModule(Module("sound"), &error)) << error;
     doc_ = application_.NewDocument();
     op_ = host::CreateObjectFromMenu(doc_, 1099101);
     ASSERT_NE(op_, nullptr);
@@ -88,12 +94,12 @@ TEST_F(SoundModule, RegistersWorksAndLeavesNothingAlive) {
   EXPECT_EQ(plugins[0].id, 1099101);
   EXPECT_EQ(plugins[0].name, "Worker");
   EXPECT_EQ(plugins[0].diskLevel, 2);
-  EXPECT_EQ(plugins[0].module, kFolder + "/host_test_sound.so");
+  EXPECT_EQ(plugins[0].module, Module("sound"));
   std::string error;
-  EXPECT_FALSE(application_.LoadModule(kFolder + "/host_test_sound.so", &error));
+  EXPECT_FALSE(application_.LoadModule(Module("sound"), &error));
   EXPECT_TRUE(Contains(error, "loaded already"));
   application_.PressButton(op_, 5);
-  EXPECT_EQ(application_.GetConsole().Lines().back(), kFolder) << "the module knows its folder";
+  EXPECT_EQ(application_.GetConsole().Lines().back(), kFolder.u8string()) << "the module knows its folder";
 
   EXPECT_EQ(application_.Live().nodeData, 1);
   application_.CloseDocument(doc_);

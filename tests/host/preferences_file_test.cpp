@@ -77,7 +77,9 @@ TEST_F(PreferencesFile, WhatIsNoRegularFileStays) {
 TEST_F(PreferencesFile, ALinkStaysALink) {
   const fs::path real = folder_ / "real.json";
   std::ofstream(real) << "{}";
-  fs::create_symlink(real, File());
+  std::error_code failed;
+  fs::create_symlink(real, File(), failed);
+  if (failed) GTEST_SKIP() << "no links here: " << failed.message();
   EXPECT_EQ(Open(), "");
   EXPECT_TRUE(fs::is_symlink(File()));
   EXPECT_NE(Read(real).find("\"5\""), std::string::npos);

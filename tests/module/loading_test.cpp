@@ -153,7 +153,7 @@ TEST_F(LoadingTest, AFolderIsLoadedByNameIntoOneGroup) {
   namespace fs = std::filesystem;
   fs::create_directories(folder_ / "all" / "a_folder.xyz");
   const std::pair<const char*, const char*> files[] = {
-      {"b.xyz", "2 0 0\n"},   {"B.xyz", "1 0 0\n"},
+      {"b.xyz", "2 0 0\n"},   {"B2.xyz", "1 0 0\n"},
       {"c.txt", "3 0 0\n"},   {"a.lax", "9 0 0\n"},
       {"a.wdp", "9 0 0\n"},   {".hidden.xyz", "9 0 0\n"},
       {"bad.csv", "1,2,3\n"}, {"d.pts", "4 0 0 1\n"},

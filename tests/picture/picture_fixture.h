@@ -26,7 +26,7 @@ public:
   PictureFolder& operator=(const PictureFolder&) = delete;
 
   std::string Path(const std::string& name) const {
-    return (folder_ / std::filesystem::u8path(name)).u8string();
+    return (folder_ / std::filesystem::u8path(name)).make_preferred().u8string();
   }
   std::size_t FileCount() const {
     return (std::size_t)std::distance(std::filesystem::directory_iterator(folder_), {});

@@ -292,7 +292,9 @@ TEST_F(SceneFile, WhatCannotBeReplacedIsRefusedBeforeWriting) {
     EXPECT_EQ(error.find(path + ": "), 0u) << error;
   }
   PutBytes(Path("target"), "old");
-  std::filesystem::create_symlink(Path("target"), Path("link"));
+  std::error_code failed;
+  std::filesystem::create_symlink(Path("target"), Path("link"), failed);
+  if (failed) GTEST_SKIP() << "no links here: " << failed.message();
   Save(doc, "link");
   EXPECT_TRUE(std::filesystem::is_symlink(Path("link"))) << "a link stays one, its target is replaced";
   EXPECT_EQ(Bytes(Path("target")).substr(0, 4), "HSCN");

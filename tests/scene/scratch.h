@@ -21,17 +21,17 @@ protected:
   }
   void TearDown() override { std::filesystem::remove_all(folder_); }
 
-  std::string Path(const std::string& name) const { return (folder_ / name).string(); }
+  std::string Path(const std::string& name) const { return (folder_ / std::filesystem::u8path(name)).make_preferred().u8string(); }
   std::size_t FilesInFolder() const {
     return (std::size_t)std::distance(std::filesystem::directory_iterator(folder_), {});
   }
 
   static std::string Bytes(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
+    std::ifstream in(std::filesystem::u8path(path), std::ios::binary);
     return std::string(std::istreambuf_iterator<char>(in), {});
   }
   static void PutBytes(const std::string& path, const std::string& bytes) {
-    std::ofstream(path, std::ios::binary) << bytes;
+    std::ofstream(std::filesystem::u8path(path), std::ios::binary) << bytes;
   }
 
   std::filesystem::path folder_;

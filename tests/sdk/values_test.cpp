@@ -72,11 +72,16 @@ TEST_F(SdkValues, NumbersToTextAndBack) {
 }
 
 TEST_F(SdkValues, PathsFallApartAndJoin) {
+#ifdef _WIN32
+  const std::string separator = "\\";
+#else
+  const std::string separator = "/";
+#endif
   const Filename path("/clouds/tile.01/scan.tar.LAZ");
   EXPECT_EQ(Utf8(path.GetDirectory().GetString()), "/clouds/tile.01");
   EXPECT_EQ(Utf8(path.GetFileString()), "scan.tar.LAZ");
   EXPECT_TRUE(path.CheckSuffix("laz"));
-  EXPECT_EQ(Utf8((path.GetDirectory() + Filename("b.las")).GetString()), "/clouds/tile.01/b.las");
+  EXPECT_EQ(Utf8((path.GetDirectory() + Filename("b.las")).GetString()), "/clouds/tile.01" + separator + "b.las");
   EXPECT_FALSE(Filename("/clouds/tile.01/scan").GetSuffix().Content())
       << "the folder's dot is none of the file";
   EXPECT_FALSE(Filename("/clouds/.hidden").GetSuffix().Content());

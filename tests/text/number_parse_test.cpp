@@ -16,9 +16,14 @@ void ExpectAsLibrary(const std::string& text) {
   const char* end = nullptr;
   char* libraryEnd = nullptr;
   const double value = kelvra::ParseReal(text.c_str(), text.c_str() + text.size(), &end);
-  const double expected = std::strtod(text.c_str(), &libraryEnd);
+  double expected = std::strtod(text.c_str(), &libraryEnd);
+  if (libraryEnd == text.c_str()) expected = 0.0; // not every library remembers that no number is 0
   EXPECT_EQ(end, libraryEnd) << '"' << text << '"';
-  EXPECT_EQ(std::memcmp(&value, &expected, sizeof value), 0) << text << " gives " << value;
+  // What follows "nan" in brackets is the library's own affair.
+  if (std::isnan(value) && std::isnan(expected))
+    EXPECT_EQ(std::signbit(value), std::signbit(expected)) << text;
+  else
+    EXPECT_EQ(std::memcmp(&value, &expected, sizeof value), 0) << text << " gives " << value;
   // Integers as where a long has 32 bits.
   const std::int32_t integer = kelvra::ParseInteger(text.c_str(), &end);
   const long long wide = std::strtoll(text.c_str(), &libraryEnd, 10);
@@ -32,7 +37,8 @@ TEST(NumberParse, OddTextsAreReadAsTheLibraryReadsThem) {
       // no number, or an end that comes early; signs, white space, points
       "", " ", "+", "-.", "e5", ".e5", "+-1", " - 5", "1e", "1e+", "1e-x", "1,5", "1.2.3", "1d5", "-0",
       "+0.0", " \t\n\v\f\r-1.5", "5.", ".5", "+.5e1", "1-2", "\xA0", "0x", "0x.", "0xg", "0x1.8p3",
-      "-0X.8P-1", "00x1", "0x1p-1080", "nan", "-NaN", "nan(7)", "nan(", "inf", "-Infinity", "infinit", "in",
+      "-0X.8P-1", "00x1", "0x1p-1080", "0x1p-1074", "0x1p-1075", "0x1.8p-1074", "0x1.fffffffffffff8p0", "0x1.fffffffffffff7p0",
+      "0x10000000000000801", "0x.00000000000000000001p80", "0x1.fffffffffffff8p1023", "0x1p99999999999", "0x1p+", "nan", "-NaN", "nan(7)", "nan(", "inf", "-Infinity", "infinit", "in",
       // limits of the exact ways
       "9007199254740992", "9007199254740993", "9007199254740993e1", "1e22", "1e23", "1e-22", "1e-23",
       "8.5e-1", "9007199254740991e22", "0.1e-21", "1234567890123456789", "12345678901234567890",

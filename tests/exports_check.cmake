@@ -1,0 +1,25 @@
+# cmake -DOBJDUMP=... -DMODULE=... -P exports_check.cmake: the module's table of exported names holds c4d_main alone, and it
+# asks for nothing but libraries that every Windows has.
+execute_process(COMMAND ${OBJDUMP} -p ${MODULE} OUTPUT_VARIABLE dump RESULT_VARIABLE status)
+if(NOT status EQUAL 0)
+  message(FATAL_ERROR "${OBJDUMP} cannot read ${MODULE}")
+endif()
+
+string(REGEX MATCH "\\[Ordinal/Name Pointer\\] Table[^\n]*\n(([ \t]+\\[[^\n]*\n)*)" table "${dump}")
+string(REGEX MATCHALL "\\] [^\n]*" names "${CMAKE_MATCH_1}")
+list(TRANSFORM names REPLACE "^\\] *(\\+base\\[ *[0-9]+\\] *[0-9a-f]+ *)?" "")
+if(NOT names STREQUAL "c4d_main")
+  message(FATAL_ERROR "${MODULE} exports \"${names}\", expected c4d_main alone")
+endif()
+
+string(REGEX MATCHALL "DLL Name: [^\n]+" libraries "${dump}")
+list(TRANSFORM libraries REPLACE "DLL Name: " "")
+list(TRANSFORM libraries TOLOWER)
+list(SORT libraries)
+if(NOT libraries MATCHES "kernel32.dll" OR NOT libraries MATCHES "winhttp.dll")
+  message(FATAL_ERROR "${MODULE} asks for \"${libraries}\": without the system's HTTP it makes no requests")
+endif()
+list(FILTER libraries EXCLUDE REGEX "^(kernel32|msvcrt|winhttp|advapi32|user32|shell32)\\.dll$")
+if(libraries)
+  message(FATAL_ERROR "${MODULE} asks for \"${libraries}\", which not every Windows has")
+endif()
