@@ -11,3 +11,8 @@ cmake --build --preset release -j "$(nproc)" \
 cmake --preset windows
 cmake --build --preset windows -j "$(nproc)"
 ctest --preset windows -j "$(nproc)"
+# The package, twice: the same bytes, and a module that loads from it.
+first=$(./package.sh build/windows)
+second=$(./package.sh build/windows)
+echo "$first"
+[ "$first" = "$second" ] || { echo "test_windows: the package differs from one run to the next: $second" >&2; exit 1; }

@@ -1,5 +1,5 @@
-// picture_difference: how far two PNG files are apart, in steps of 8 bits. Exit status 0 when no more than one pixel in
-// ten thousand differs by more than one step.
+// picture_difference: how far two PNG files are apart, in steps of 8 bits. Exit status 0 when no more than
+// one pixel in ten thousand differs by more than one step.
 #include "host/gl/image.h"
 
 #include <algorithm>
@@ -32,8 +32,8 @@ int main(int argc, char** argv) {
     return 2;
   }
   if (a.width != b.width || a.height != b.height || a.channels != b.channels) {
-    std::cerr << "picture_difference: " << a.width << "x" << a.height << "x" << a.channels << " and " << b.width
-              << "x" << b.height << "x" << b.channels << "\n";
+    std::cerr << "picture_difference: " << a.width << "x" << a.height << "x" << a.channels << " and "
+              << b.width << "x" << b.height << "x" << b.channels << "\n";
     return 1;
   }
   long long differing = 0, beyond = 0;

@@ -120,9 +120,7 @@ struct Header {
   int width = 0, height = 0, depth = 0, type = 0;
   std::vector<Byte> palette, alphas;
 
-  int StoredChannels() const {
-    return type == kRgba ? 4 : type == kRgb ? 3 : type == kGrayAlpha ? 2 : 1;
-  }
+  int StoredChannels() const { return type == kRgba ? 4 : type == kRgb ? 3 : type == kGrayAlpha ? 2 : 1; }
   std::size_t StoredRowBytes() const { return ((std::size_t)width * StoredChannels() * depth + 7) / 8; }
   bool HasAlpha() const { return type == kRgba || type == kGrayAlpha || !alphas.empty(); }
 };

@@ -35,8 +35,8 @@ bool ReplacingFile::Open(std::string* error) {
   }
   const std::string part =
       path_ + ".part" + std::to_string(_getpid()) + "_" + std::to_string(serial.fetch_add(1));
-  const int descriptor =
-      _wopen(Wide(part).c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY | _O_NOINHERIT, _S_IREAD | _S_IWRITE);
+  const int descriptor = _wopen(Wide(part).c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY | _O_NOINHERIT,
+                                _S_IREAD | _S_IWRITE);
   if (descriptor < 0) {
     *error = Reason(errno);
     return false;

@@ -35,7 +35,8 @@ CurrentScope::CurrentScope(Context& context, std::string* error)
     : previous_(nullptr), context_(context), ok_(Refused(error)) {}
 CurrentScope::~CurrentScope() {}
 
-std::unique_ptr<Framebuffer> Framebuffer::Create(std::shared_ptr<Context>, int, int, int, std::string* error) {
+std::unique_ptr<Framebuffer> Framebuffer::Create(std::shared_ptr<Context>, int, int, int,
+                                                 std::string* error) {
   Refused(error);
   return nullptr;
 }

@@ -66,8 +66,7 @@ bool File::Open(const std::string& path, Access access, std::string* error) {
     if (error) *error = "not a regular file";
     return false;
   }
-  const int handle =
-      _wopen(file.c_str(), OpenFlags(access) | _O_BINARY | _O_NOINHERIT, _S_IREAD | _S_IWRITE);
+  const int handle = _wopen(file.c_str(), OpenFlags(access) | _O_BINARY | _O_NOINHERIT, _S_IREAD | _S_IWRITE);
   if (handle < 0) return Fail(error, errno);
   if (GetFileType((HANDLE)_get_osfhandle(handle)) != FILE_TYPE_DISK) {
     _close(handle);

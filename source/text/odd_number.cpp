@@ -27,7 +27,8 @@ const char* After(const char* p, const char* word) {
   return q;
 }
 
-/** value * 2^power, rounded once to nearest, ties to even; `rest` when more bits than those of value follow. */
+/** value * 2^power, rounded once to nearest, ties to even; `rest` when more bits than those of value follow.
+ */
 double Rounded(std::uint64_t value, bool rest, long power) {
   if (value == 0) return 0.0;
   for (; !(value >> 63); value <<= 1) --power;

@@ -16,8 +16,9 @@ struct Result {
 
 /**
  * Program of the build's bin folder ("kelvra", "make_cloud") with arguments, passed as they are, and `input`
- * to read. Its preferences lie in `config`, which is a folder of this run alone when it is empty. The command in
- * KELVRA_TEST_PROGRAM of the environment takes the place of "kelvra": the same tests then drive another system's program.
+ * to read. Its preferences lie in `config`, which is a folder of this run alone when it is empty. The command
+ * in KELVRA_TEST_PROGRAM of the environment takes the place of "kelvra": the same tests then drive another
+ * system's program.
  */
 Result RunProgram(const std::string& program, const std::vector<std::string>& arguments,
                   const std::string& config = "", const std::string& input = "");

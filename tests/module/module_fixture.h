@@ -101,7 +101,9 @@ protected:
     std::filesystem::remove_all(folder_);
   }
 
-  std::string Path(const std::string& name) const { return (folder_ / std::filesystem::u8path(name)).make_preferred().u8string(); }
+  std::string Path(const std::string& name) const {
+    return (folder_ / std::filesystem::u8path(name)).make_preferred().u8string();
+  }
   std::string Write(const std::string& name, const std::string& text) const {
     std::ofstream(Path(name), std::ios::binary) << text;
     return Path(name);

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <mutex>
 
 namespace cli_test {
 namespace {
@@ -69,9 +70,11 @@ TEST_F(ServiceCommands, WrongUseIsNamed) {
 }
 
 TEST_F(ServiceCommands, UpdateCheckIsAnsweredOnTheTerminalOrByAFlag) {
+  std::mutex guard; // the server answers on threads of its own
   std::string version;
   int mails = 0;
   WebServer server([&](const httplib::Request& request, httplib::Response& response) {
+    const std::lock_guard<std::mutex> lock(guard);
     mails += request.has_param("reference_no");
     response.body = version;
   });
@@ -106,14 +109,18 @@ TEST_F(ServiceCommands, UpdateCheckIsAnsweredOnTheTerminalOrByAFlag) {
                {"1.45", {}, "", question + "1.45 [y/n] \n", 0}};
   for (const auto& c : cases) {
     SCOPED_TRACE(std::string(c.version) + " " + c.input);
-    version = c.version;
-    mails = 0;
+    {
+      const std::lock_guard<std::mutex> lock(guard);
+      version = c.version;
+      mails = 0;
+    }
     std::vector<std::string> arguments = {"update-check"};
     arguments.insert(arguments.end(), c.flags.begin(), c.flags.end());
     const Result result = Run(arguments, c.input);
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.out, c.out);
     EXPECT_EQ(result.err, "");
+    const std::lock_guard<std::mutex> lock(guard);
     EXPECT_EQ(mails, c.mails);
   }
 }

@@ -10,8 +10,8 @@ namespace {
 
 /** Whether this build has the library of a format. */
 bool Offered(LONG format) {
-  return format == FILTER_PNG || host::CanSavePicture(format == FILTER_EXR ? host::PictureFormat::Exr
-                                                                           : host::PictureFormat::Tiff8);
+  return format == FILTER_PNG ||
+         host::CanSavePicture(format == FILTER_EXR ? host::PictureFormat::Exr : host::PictureFormat::Tiff8);
 }
 
 class BitmapTest : public ::testing::Test {

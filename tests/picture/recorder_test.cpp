@@ -87,7 +87,8 @@ TEST_F(RecorderTest, EveryFrameOfASequenceIsAFileOfItsOwn) {
 
 TEST_F(RecorderTest, SuffixOfThePatternChoosesTheFormat) {
   for (const char* pattern : {"a.tif", "b_##.exr"}) {
-    if (!host::CanSavePicture(pattern[0] == 'a' ? host::PictureFormat::Tiff16 : host::PictureFormat::Exr)) continue;
+    if (!host::CanSavePicture(pattern[0] == 'a' ? host::PictureFormat::Tiff16 : host::PictureFormat::Exr))
+      continue;
     Enable(Folder(), pattern);
     EXPECT_EQ(Render(3, 3), Lines());
     host::Picture picture;

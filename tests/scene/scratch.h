@@ -21,7 +21,9 @@ protected:
   }
   void TearDown() override { std::filesystem::remove_all(folder_); }
 
-  std::string Path(const std::string& name) const { return (folder_ / std::filesystem::u8path(name)).make_preferred().u8string(); }
+  std::string Path(const std::string& name) const {
+    return (folder_ / std::filesystem::u8path(name)).make_preferred().u8string();
+  }
   std::size_t FilesInFolder() const {
     return (std::size_t)std::distance(std::filesystem::directory_iterator(folder_), {});
   }

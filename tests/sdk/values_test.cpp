@@ -81,7 +81,8 @@ TEST_F(SdkValues, PathsFallApartAndJoin) {
   EXPECT_EQ(Utf8(path.GetDirectory().GetString()), "/clouds/tile.01");
   EXPECT_EQ(Utf8(path.GetFileString()), "scan.tar.LAZ");
   EXPECT_TRUE(path.CheckSuffix("laz"));
-  EXPECT_EQ(Utf8((path.GetDirectory() + Filename("b.las")).GetString()), "/clouds/tile.01" + separator + "b.las");
+  EXPECT_EQ(Utf8((path.GetDirectory() + Filename("b.las")).GetString()),
+            "/clouds/tile.01" + separator + "b.las");
   EXPECT_FALSE(Filename("/clouds/tile.01/scan").GetSuffix().Content())
       << "the folder's dot is none of the file";
   EXPECT_FALSE(Filename("/clouds/.hidden").GetSuffix().Content());

@@ -1,0 +1,86 @@
+#!/usr/bin/env bash
+# Makes kelvra-<version>-win64.zip: the folder Kelvra as the application's plug-in folder wants it. The same sources give
+# the same bytes. The zip is then unpacked and its module loaded under Wine.
+#
+#   ./package.sh [WINDOWS_BUILD_FOLDER]     without a folder the preset windows is built
+set -euo pipefail
+cd "$(dirname "$0")"
+scripts/install_dependencies.sh g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine64 googletest zip unzip
+build=${1:-build/windows}
+if [ $# -eq 0 ]; then
+  cmake --preset windows
+  cmake --build --preset windows -j "$(nproc)" --target kelvra_cli kelvra_module kelvra_resources
+fi
+fail() { echo "package: $*" >&2; exit 1; }
+
+version=$(sed -n 's/^project(kelvra VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
+[ -n "$version" ] || fail "CMakeLists.txt names no version"
+# The time of every file: the caller's, else that of the commit.
+epoch=${SOURCE_DATE_EPOCH:-$(git log -1 --format=%ct)}
+export SOURCE_DATE_EPOCH=$epoch # strip writes it into what it strips
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+folder=$work/Kelvra
+mkdir -p "$folder/licences" out
+
+cp "$build/bin/kelvra.cdl64" "$build/bin/kelvra.exe" "$folder"
+x86_64-w64-mingw32-strip "$folder/kelvra.cdl64" "$folder/kelvra.exe"
+cp -r res "$folder/res"
+# The manual with the pictures that it shows.
+cp docs/manual.md "$folder"
+for picture in $(grep -o '](images/[^)]*)' docs/manual.md | sed 's/^](//; s/)$//' | sort -u); do
+  install -D -m 644 "docs/$picture" "$folder/$picture"
+done
+
+cp LICENSE "$folder/licences/kelvra.txt"
+package=$(find build/deps -name 'rlas_*.tar.gz' | sort -V | tail -1)
+[ -n "$package" ] || fail "build/deps holds no rlas_*.tar.gz, whose notices belong into the package"
+mkdir "$work/rlas"
+tar -xzf "$package" -C "$work/rlas"
+{
+  echo "LASlib (GNU Lesser General Public License 2.1) and LASzip (Apache License 2.0), linked statically into"
+  echo "kelvra.cdl64. Their sources: $(basename "$package") from CRAN; what is needed to link against another"
+  echo "LASlib is in Kelvra's own repository. What the package says of itself and of them:"
+  for name in DESCRIPTION LICENSE LICENSE.note COPYING inst/COPYRIGHTS inst/COPYRIGHT; do
+    [ ! -f "$work/rlas/rlas/$name" ] || { printf '\n== %s\n\n' "$name"; cat "$work/rlas/rlas/$name"; }
+  done
+  for source in LASlib/lasreader.hpp LASzip/laszip.hpp; do
+    printf '\n== The notice in %s\n\n' "$source"
+    sed -n '1,/\*\//p' "$work/rlas/rlas/src/$source"
+  done
+} >"$folder/licences/laslib_laszip.txt"
+for name in LGPL-2.1 Apache-2.0; do
+  cp "/usr/share/common-licenses/$name" "$folder/licences/$name.txt" || fail "the text of $name is not on this machine"
+done
+notice() { # name, then the files that may hold it
+  local name=$1 file
+  shift
+  for file in "$@"; do
+    if [ -f "$file" ]; then cp "$file" "$folder/licences/$name.txt"; return; fi
+  done
+  fail "no notice for $name: looked for $*"
+}
+notice zlib /usr/share/doc/libz-mingw-w64-dev/copyright
+notice gcc_runtime /usr/share/doc/gcc-mingw-w64-x86-64-posix-runtime/copyright /usr/share/doc/gcc-mingw-w64-base/copyright
+notice mingw_w64_runtime /usr/share/doc/mingw-w64-x86-64-dev/copyright /usr/share/doc/mingw-w64-common/copyright
+notice cli11 /usr/share/doc/libcli11-dev/copyright
+notice nlohmann_json /usr/share/doc/nlohmann-json3-dev/copyright
+notice xxhash /usr/share/doc/libxxhash-dev/copyright
+
+# Sorted entries, one time, no rights and owners but those of a plain file.
+find "$work/Kelvra" -type d -exec chmod 755 {} + -o -type f -exec chmod 644 {} +
+find "$work/Kelvra" -exec touch -h -d "@$epoch" {} +
+zip=$PWD/out/kelvra-$version-win64.zip
+rm -f "$zip"
+(cd "$work" && find Kelvra -type f | LC_ALL=C sort | TZ=UTC zip -X -q -9 "$zip" -@)
+
+# Unpacked elsewhere, without anything of this folder, it must work.
+test_folder=$work/"ein Ordner ü"
+mkdir "$test_folder"
+unzip -q "$zip" -d "$test_folder"
+printf '1 2 3\n4 5 6\n7 8 9\n' >"$test_folder/drei 点.xyz"
+said=$(cd "$test_folder" && XDG_CONFIG_HOME="$work/settings" "$OLDPWD/scripts/wine.sh" Kelvra/kelvra.exe info "drei 点.xyz" 2>&1) ||
+  fail "the unpacked module does not load: $said"
+case "$said" in *"3 points"*) ;; *) fail "the unpacked module loads other than three points: $said" ;; esac
+[ -s "$test_folder/Kelvra/manual.md" ] && [ -s "$test_folder/Kelvra/res/c4d_symbols.h" ] || fail "manual or resources are missing"
+echo "$(sha256sum "$zip" | cut -d' ' -f1)  ${zip#"$PWD"/} ($(stat -c %s "$zip") bytes, $(unzip -Z1 "$zip" | wc -l) files)"
