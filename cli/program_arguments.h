@@ -21,7 +21,7 @@ public:
 private:
   std::vector<std::string> texts_;
   std::vector<char*> values_;
-  unsigned consolePage_ = 0; ///< what the console showed before; 0 = none
+  [[maybe_unused]] unsigned consolePage_ = 0; ///< what the console showed before; 0 = none
 };
 
 } // namespace cli

@@ -4,7 +4,9 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/install_dependencies.sh clang libclang-rt-14-dev
 cmake --preset fuzz
-cmake --build --preset fuzz -j "$(nproc)"
+targets=()
+for source in fuzz/*_fuzz.cpp; do targets+=("$(basename "$source" .cpp)"); done
+cmake --build --preset fuzz -j "$(nproc)" --target "${targets[@]}"
 for target in build/fuzz/bin/*_fuzz; do
   name=$(basename "$target" _fuzz)
   seeds="fuzz/corpus/${name%%_*}"

@@ -73,7 +73,9 @@ std::string WithoutFragment(const std::string& location) {
 /** The next hop; false when the redirect leads nowhere that may be asked. */
 bool FollowRedirect(const HttpAnswer& answer, HttpUrl* url) {
   HttpUrl next;
-  if (answer.location.empty() || !ParseHttpUrl(ResolveRedirect(*url, WithoutFragment(answer.location)), &next)) return false;
+  if (answer.location.empty() ||
+      !ParseHttpUrl(ResolveRedirect(*url, WithoutFragment(answer.location)), &next))
+    return false;
   if (url->secure && !next.secure) return false;
   *url = next;
   return true;

@@ -9,68 +9,57 @@ protected:
   /** Hair with and without guides, an emitter, and groups with particles. */
   void Fill() {
     doc_->InsertObject(HairObject::Alloc(), NULL, NULL);
-    AddHair(2, 3);
-    BaseObject* emitter = AddEmitter(5, EMITTER_OPTION_WORLD);
-    EmitterLibrary::Get()->Reserve(emitter, 100); // what is only reserved is not saved
-    TP_PGroup* outer = AddGroup("Outer");
-    inner_ = AddGroup("Inner", outer);
+    hair_ = AddHair(Guides(2, 3));
+    emitter_ = AddEmitter(kThree, EMITTER_OPTION_WORLD);
+    EmitterLibrary::Get()->Reserve(emitter_, 100); // what is only reserved is not saved
+    inner_ = AddGroup("Inner", AddGroup("Outer"));
     inner_->SetColor(Vector(0.25, 0.5, 1));
-    inner_->GetDataInstance()->SetReal(1105, 3.0);
-    for (int i = 0; i < 3; ++i) AddParticle(inner_, i);
-    AddParticle(NULL, 9);
+    hair_->GetDataInstance()->SetLink(5000, inner_);
+    AddParticles(inner_, 3);
+    AddParticles(NULL, 1, 9);
   }
-  TP_PGroup* inner_ = NULL;
   static std::string Content(BaseDocument* doc) {
     std::string text = Held(System(doc));
     for (BaseObject* op = doc->GetFirstObject(); op; op = op->GetNext())
-      text += op->GetType() == Ohair ? Held((HairObject*)op) : Held(op);
+      text += Held(op) + NameOf(op->GetDataInstance()->GetLink(5000, doc, ID_TP_PGROUP));
     return text;
   }
+  HairObject* hair_ = NULL;
+  BaseObject* emitter_ = NULL;
+  TP_PGroup* inner_ = NULL;
 };
 
-TEST_F(LibraryFiles, ScenesBringEverythingBack) {
+TEST_F(LibraryFiles, ScenesAndCopiesBringEverythingBack) {
   Fill();
+  BaseDocument* first = doc_;
   const std::string before = Content(doc_), bytes = Save();
-  for (int round = 0; round < 2; ++round) {
-    doc_ = Reload();
-    ASSERT_NE(doc_, nullptr);
-    if (round == 1) {
-      EXPECT_EQ(Save(), bytes) << "before anybody asked for a particle";
-    }
-    EXPECT_EQ(Content(doc_), before);
-    EXPECT_EQ(Save(), bytes);
-  }
-  EXPECT_EQ(System()->NumParticles(), 4) << "numbers of one pool";
-  EXPECT_EQ(host::FindSystem(*host::Impl(doc_))->root->children.first->GetDocument(), host::Impl(doc_));
   doc_ = Reload();
-  System()->FreeAllParticles();
-  EXPECT_EQ(System()->GetGroupParticleCount(NULL), 0) << "those of loaded groups too";
-}
-
-TEST_F(LibraryFiles, CopiesOfDocumentsHaveParticlesOfTheirOwn) {
-  Fill();
-  const std::string before = Content(doc_);
+  EXPECT_EQ(Save(), bytes) << "before anybody asked for a particle";
+  EXPECT_EQ(Content(doc_), before);
+  EXPECT_EQ(Save(), bytes);
+  EXPECT_EQ(System()->NumParticles(), 4) << "numbers of one pool";
   BaseDocument* copy = (BaseDocument*)doc_->GetClone(COPYFLAGS_0, NULL);
-  ASSERT_NE(copy, nullptr);
   EXPECT_EQ(Content(copy), before);
-  System(copy)->SetPosition(0, Vector(77));
   System(copy)->FreeParticle(1);
   EXPECT_EQ(Content(doc_), before);
   System()->FreeAllParticles();
   EXPECT_EQ(System(copy)->GetGroupParticleCount(NULL), 3);
   BaseDocument::Free(copy);
+  doc_ = Reload();
+  System()->FreeAllParticles();
+  EXPECT_EQ(System()->GetGroupParticleCount(NULL), 0) << "those of groups that were just loaded, too";
+  System(first)->FreeParticleGroup(inner_);
+  EXPECT_EQ(hair_->GetDataInstance()->GetLink(5000, first), nullptr);
 }
 
 TEST_F(LibraryFiles, DamagedElementsAreRefusedWithOneLine) {
-  AddHair(2, 3);
+  BaseObject* op = AddHair(Guides(2, 3));
   const std::string hair = Save();
-  BaseObject* op = doc_->GetFirstObject();
   BaseObject::Free(op);
-  op = AddEmitter(3);
+  op = AddEmitter(kThree);
   const std::string emitter = Save();
   BaseObject::Free(op);
-  TP_PGroup* group = AddGroup("Group");
-  for (int i = 0; i < 2; ++i) AddParticle(group, i);
+  AddParticles(AddGroup("Group"), 2);
   const std::string particles = Save();
 
   const std::string guides = ArrayHead(HYPERFILEARRAY_LREAL, 8, 24);
@@ -88,7 +77,7 @@ TEST_F(LibraryFiles, DamagedElementsAreRefusedWithOneLine) {
       {Patched<double>(hair, guides, 24, INFINITY), "point 1 has the value inf, expected"},
       {Patched<char>(emitter, placed, atKind, HYPERFILEARRAY_LLONG), "found an array of 64-bit integers"},
       {Patched<LONG>(emitter, placed, atCount, 16), "found 16 numbers of particles, expected"},
-      {Patched<double>(emitter, placed, 48 + 24, std::nan("")), "particle 1 has the value nan, expected"},
+      {Patched<double>(emitter, placed, 72, std::nan("")), "particle 1 has the value nan, expected"},
       {Patched<LONG>(particles, placed, atCount, 17), "found 17 numbers of particles, expected"},
       {Patched<double>(particles, placed, 72 + 64, INFINITY), "particle 1 has the value inf, expected"},
   };
@@ -106,51 +95,43 @@ TEST_F(LibraryFiles, DamagedElementsAreRefusedWithOneLine) {
 TEST_F(LibraryFiles, WhatCouldNotBeLoadedIsNotSaved) {
   Fill();
   const std::string good = Save();
-  HairObject* hair = (HairObject*)doc_->GetFirstObject()->GetNext();
-  ASSERT_EQ(hair->GetType(), Ohair);
-  host::GuideSet& guides = *host::AsHair(host::Impl((BaseObject*)hair))->guides;
-  host::EmitterNode& emitter = *host::AsEmitter(host::Impl(doc_->GetFirstObject()));
-  const LONG id = IdsOf(inner_)[1];
-  const struct {
-    std::function<void(Real)> set;
-    Real sound;
-    const char* text;
-  } cases[] = {
-      {[&](Real x) { guides.points[5].x = x; }, 5, "point 5 has the value nan"},
-      {[&](Real x) { emitter.storage[2].color.x = x; }, 0.25, "particle 2 has the value nan"},
-      {[&](Real x) { System()->SetSize(id, x); }, 11, "particle 1 has the value nan"},
-  };
-  for (const auto& item : cases) {
-    item.set(std::nan(""));
+  LReal& guide = host::AsHair(host::Impl((BaseObject*)hair_))->guides->points[5].x;
+  LReal& colour = host::AsEmitter(host::Impl(emitter_))->storage[2].color.x;
+  LReal& size = host::FindSystem(*host::Impl(doc_))->pool->Find(IdsOf(inner_)[1])->values.size;
+  const std::pair<LReal*, const char*> cases[] = {{&guide, "point 5 has the value nan"},
+                                                  {&colour, "particle 2 has the value nan"},
+                                                  {&size, "particle 1 has the value nan"}};
+  for (const auto& [number, text] : cases) {
+    const LReal sound = *number;
+    *number = std::nan("");
     const std::string refused = Save();
-    EXPECT_NE(refused.find(item.text), std::string::npos) << refused.substr(0, 200);
+    EXPECT_NE(refused.find(text), std::string::npos) << refused.substr(0, 200);
     EXPECT_EQ(Bytes(Path("scene")), good) << "the old file stays";
-    item.set(item.sound);
+    *number = sound;
   }
-  EXPECT_EQ(Save(), good);
 }
 
 TEST_F(LibraryFiles, MissingLibrariesMakeNothingButKeepWhatScenesHold) {
   Fill();
   const std::string before = Content(doc_), bytes = Save();
   host::Libraries& libraries = application_->GetLibraries();
-  EXPECT_TRUE(InitThinkingParticles());
-  libraries.hair = libraries.particles = libraries.emitter = false;
-  AsModule(0, [] {
-    EXPECT_FALSE(InitThinkingParticles());
-    EXPECT_EQ(HairObject::Alloc(), nullptr);
-    EXPECT_EQ(BaseObject::Alloc(Oemitter_external), nullptr);
-    EXPECT_EQ(EmitterLibrary::Get(), nullptr);
-  });
-  doc_ = Reload();
-  ASSERT_NE(doc_, nullptr);
-  EXPECT_EQ(System(), nullptr);
-  EXPECT_EQ(application_->NewDocument()->FindSceneHook(ID_THINKINGPARTICLES), nullptr);
-  EXPECT_EQ(Save(), bytes);
+  for (bool host::Libraries::*missing :
+       {&host::Libraries::hair, &host::Libraries::particles, &host::Libraries::emitter}) {
+    libraries = host::Libraries();
+    libraries.*missing = false;
+    AsModule(0, [&] {
+      EXPECT_EQ(InitThinkingParticles() != FALSE, libraries.particles);
+      EXPECT_EQ((BaseObject*)AutoFree<BaseObject>(HairObject::Alloc()) != NULL, libraries.hair);
+      EXPECT_EQ((BaseObject*)AutoFree<BaseObject>(BaseObject::Alloc(Oemitter_external)) != NULL,
+                libraries.emitter);
+      EXPECT_EQ(EmitterLibrary::Get() != NULL, libraries.emitter);
+    });
+    doc_ = Reload();
+    EXPECT_EQ(System() != NULL, libraries.particles);
+    EXPECT_EQ(Save(), bytes);
+  }
   libraries = host::Libraries();
   EXPECT_EQ(Content(doc_), before);
-  AutoFree<BaseObject> hair(BaseObject::Alloc(Ohair));
-  EXPECT_NE((BaseObject*)hair, nullptr);
 }
 
 } // namespace

@@ -6,14 +6,17 @@
 #include "host/hair/hair_object.h"
 #include "host/particles/emitter.h"
 #include "host/particles/particle_system.h"
+#include "host/scene/text.h"
 
 class HostLibsTest : public GeometryTest {
 protected:
-  TP_MasterSystem* System() { return System(doc_); }
   static TP_MasterSystem* System(BaseDocument* doc) {
     return (TP_MasterSystem*)doc->FindSceneHook(ID_THINKINGPARTICLES);
   }
-  void ExpectReport(const std::string& text) { expected_.push_back("module misbehaves: " + text); }
+  TP_MasterSystem* System() { return System(doc_); }
+  void ExpectReports(const std::vector<std::string>& texts) {
+    for (const std::string& text : texts) expected_.push_back("module misbehaves: " + text);
+  }
 
   /** Point i of the guides lies at first + (i, i * i, -i). */
   static HairGuides* Guides(LONG count, LONG segments, const Vector& first = Vector()) {
@@ -28,9 +31,9 @@ protected:
     hair->Unlock();
     return given != FALSE;
   }
-  HairObject* AddHair(LONG count, LONG segments, const Vector& first = Vector()) {
+  HairObject* AddHair(HairGuides* guides) {
     HairObject* hair = HairObject::Alloc();
-    EXPECT_TRUE(Give(hair, Guides(count, segments, first)));
+    EXPECT_TRUE(Give(hair, guides));
     doc_->InsertObject(hair, NULL, NULL);
     return hair;
   }
@@ -41,78 +44,70 @@ protected:
     EXPECT_TRUE(System()->SetPGroupHierarchy(parent, group, mode));
     return group;
   }
-  /** A particle none of whose values is like another's. */
-  LONG AddParticle(TP_PGroup* group, Real seed) {
-    const LONG id = System()->AllocParticle();
-    if (id == NOTOK) return id;
-    System()->SetGroup(id, group);
-    System()->SetPosition(id, Vector(seed, seed + 0.125, -seed));
-    System()->SetVelocity(id, Vector(seed * 2, 0, 1));
-    System()->SetSize(id, seed + 10);
-    System()->SetAge(id, BaseTime(seed + 20));
-    System()->SetLife(id, BaseTime(seed + 30));
-    return id;
+  /** Particles none of whose values is like another's. */
+  void AddParticles(TP_PGroup* group, LONG count, Real seed = 0) {
+    for (LONG i = 0; i < count; ++i, ++seed) {
+      const LONG id = System()->AllocParticle();
+      System()->SetGroup(id, group);
+      System()->SetPosition(id, Vector(seed, seed + 0.125, -seed));
+      System()->SetVelocity(id, Vector(seed * 2, 0, 1));
+      System()->SetSize(id, seed + 10);
+      System()->SetAge(id, BaseTime(seed + 20));
+      System()->SetLife(id, BaseTime(seed + 30));
+    }
   }
-
-  BaseObject* AddEmitter(LONG count, LONG option = 0) {
+  BaseObject* AddEmitter(const std::vector<host::EmitterParticle>& particles, LONG option = 0) {
     BaseObject* emitter = BaseObject::Alloc(Oemitter_external);
     doc_->InsertObject(emitter, NULL, NULL);
     EmitterLibrary* library = EmitterLibrary::Get();
-    EXPECT_TRUE(library->SetCount(emitter, count));
+    EXPECT_TRUE(library->SetCount(emitter, (LONG)particles.size()));
     library->SetOption(emitter, option);
     library->Prepare(emitter);
-    for (LONG i = 0; i < count; ++i)
-      library->SetParticle(emitter, i, Vector(i, 2 * i, -i), Vector(i / 8.0, 0.5, 1));
+    for (std::size_t i = 0; i < particles.size(); ++i)
+      library->SetParticle(emitter, (LONG)i, particles[i].position, particles[i].color);
     library->Update(emitter);
     return emitter;
   }
+  static inline const std::vector<host::EmitterParticle> kThree{{Vector(0, 0, 0), Vector(0.5)},
+                                                                {Vector(1, 2, -1), Vector(1, 0, 0)},
+                                                                {Vector(2, 4, -2), Vector(0, 0.25, 1)}};
 
   static void Put(std::string* text, const Vector& v) {
     for (int i = 0; i < 3; ++i) *text += " " + std::to_string(v[i]);
   }
-  static std::string Held(HairObject* hair) {
-    hair->Lock(NULL, NULL, FALSE, 0);
-    HairGuides* guides = hair->GetGuides();
-    std::string text = guides ? std::to_string(guides->GetCount()) + " guides of " +
-                                    std::to_string(guides->GetSegmentCount())
-                              : "none";
-    for (LONG i = 0; guides && i < guides->GetPointCount(); ++i) Put(&text, guides->GetPoints()[i]);
-    hair->Unlock();
-    return text;
-  }
-  static std::string Held(const BaseObject* emitter) {
-    const host::EmitterNode& node = *host::AsEmitter(host::Impl(emitter));
-    std::string text = "option " + std::to_string(node.option);
-    for (LONG i = 0; i < node.count; ++i) {
-      Put(&text, node.storage[i].position);
-      Put(&text, node.storage[i].color);
+  /** Of hair or an emitter. */
+  static std::string Held(BaseObject* op) {
+    std::string text = std::to_string(op->GetType());
+    if (const host::HairNode* hair = host::AsHair(host::Impl(op))) {
+      if (!hair->guides) return text;
+      text += ": " + std::to_string(hair->guides->count) + " of " + std::to_string(hair->guides->segments);
+      for (VLONG i = 0; i < hair->guides->points.Count(); ++i) Put(&text, hair->guides->points[i]);
+    }
+    if (const host::EmitterNode* emitter = host::AsEmitter(host::Impl(op))) {
+      text += ": option " + std::to_string(emitter->option);
+      for (LONG i = 0; i < emitter->count; ++i) {
+        Put(&text, emitter->storage[i].position);
+        Put(&text, emitter->storage[i].color);
+      }
     }
     return text;
   }
-  static std::string NameOf(const BaseList2D* node) {
-    CHAR* utf8 = node->GetName().GetCStringCopy(STRINGENCODING_UTF8);
-    const std::string text = utf8;
-    GeFree(utf8);
-    return text;
+  static std::string NameOf(GeListNode* node) {
+    return node ? host::Utf8(((BaseList2D*)node)->GetName()) : "none";
   }
-  /** The groups from the built-in one on: name, colour, and the particles in their order, not their numbers.
-   */
+  /** The groups from the built-in one on, with their particles in order; numbers of particles may differ. */
   static std::string Held(TP_MasterSystem* system) {
     TP_PGroupArray groups;
     system->GetParticleGroups(NULL, &groups, TP_GETPGROUP_ALL, TRUE);
     std::string text;
     for (LONG i = 0; i < groups.GetCount(); ++i) {
       TP_PGroup* group = groups.GetIndex(i);
-      text += "[" + NameOf(group) + " of " + (group->GetUp() ? NameOf((BaseList2D*)group->GetUp()) : "none");
+      text += " [" + NameOf(group) + " in " + NameOf(group->GetUp());
       Put(&text, group->GetColor());
-      for (TP_ParticleNode* node = group->GetFirstNode(); node; node = node->GetNext()) {
-        const LONG id = node->GetParticleID();
-        text += ";";
-        Put(&text, system->Position(id));
-        Put(&text, system->Velocity(id));
-        Put(&text, Vector(system->Size(id), system->Age(id).Get(), system->Life(id).Get()));
-      }
-      text += "]";
+      for (const LONG id : IdsOf(group))
+        for (const Vector& v : {system->Position(id), system->Velocity(id),
+                                Vector(system->Size(id), system->Age(id).Get(), system->Life(id).Get())})
+          Put(&text, v);
     }
     return text;
   }
@@ -123,10 +118,8 @@ protected:
     return ids;
   }
 
-  /** Runs `call` as code of a plug-in with each block of memory refused in turn, until it is done. */
-  void RefuseEachBlock(const char* name, int blocks, std::function<bool()> call,
-                       std::function<std::string()> state) {
-    SCOPED_TRACE(name);
+  /** Refuses each block of memory that a plug-in's call asks for in turn, until the call is done. */
+  void RefuseEachBlock(int blocks, std::function<bool()> call, std::function<std::string()> state) {
     const std::string before = state();
     const host::LiveCounts live = application_->Live();
     int refused = 0;

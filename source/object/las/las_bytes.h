@@ -75,8 +75,10 @@ std::FILE* OpenForReading(const std::string& path);
 
 // printf into a string, for messages; long texts are cut at 511 bytes.
 std::string Text(const char* format, ...)
-#if defined(__GNUC__)
+#if defined(__MINGW32__)
     __attribute__((format(gnu_printf, 1, 2)))
+#elif defined(__GNUC__)
+    __attribute__((format(printf, 1, 2)))
 #endif
     ;
 
