@@ -40,7 +40,8 @@ tar -xzf "$package" -C "$work/rlas"
 {
   echo "LASlib (GNU Lesser General Public License 2.1) and LASzip (Apache License 2.0), linked statically into"
   echo "kelvra.cdl64. Their sources: $(basename "$package") from CRAN; what is needed to link against another"
-  echo "LASlib is in Kelvra's own repository. What the package says of itself and of them:"
+  echo "LASlib is in Kelvra's own repository. Of the package only the folders src/LASlib and src/LASzip are compiled;"
+  echo "its GPL-3 files are those of the R package around them, and none of them is linked. What the package says of itself and of them:"
   for name in DESCRIPTION LICENSE LICENSE.note COPYING inst/COPYRIGHTS inst/COPYRIGHT; do
     [ ! -f "$work/rlas/rlas/$name" ] || { printf '\n== %s\n\n' "$name"; cat "$work/rlas/rlas/$name"; }
   done

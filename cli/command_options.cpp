@@ -1,5 +1,7 @@
 #include "cli/command_options.h"
 
+#include "host/gl/replacing_file.h"
+
 #include <filesystem>
 #include <stdexcept>
 
@@ -22,12 +24,21 @@ void AddInput(CLI::App* command, InputOptions& options, bool settings) {
 }
 
 /** An output takes the place of a regular file or of nothing. */
-void CheckOutput(const std::string& path) {
+void CheckOutput(const std::string& path, const std::vector<std::string>& inputs) {
   std::error_code ignored;
   const std::filesystem::path file = std::filesystem::u8path(path);
   if (path.empty()) throw CLI::ValidationError("--output", "expected a file name, found nothing");
   if (std::filesystem::exists(file, ignored) && !std::filesystem::is_regular_file(file, ignored))
     throw std::runtime_error(path + ": is no regular file, nothing is written");
+  for (const std::string& input : inputs)
+    if (std::filesystem::equivalent(file, std::filesystem::u8path(input), ignored))
+      throw std::runtime_error(path + ": is one of the files to read, nothing is written");
+}
+
+void CheckWritable(const std::string& path) {
+  std::string reason;
+  if (!host::gl::ReplacingFile(path).Open(&reason))
+    throw std::runtime_error(path + ": cannot be written, nothing is done: " + reason);
 }
 
 } // namespace cli

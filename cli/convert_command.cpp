@@ -13,6 +13,7 @@
 #include "host/particles/particle_pool.h"
 #include "otallyframe.h"
 
+#include <algorithm>
 #include <cmath>
 #include <iostream>
 #include <memory>
@@ -73,19 +74,26 @@ void SetParameters(CloudSession& session, BaseObject* cloud, const Mode& mode,
   cloud->GetDataInstance()->SetLong(KELVRA_CONVERT_MODE, mode.value);
 }
 
-/** How many points the build is asked for. Says what a large result will take before it is made. */
+/**
+ * How many points the build is asked for. Says what a large result will take before it is made; throws
+ * std::runtime_error when there is not that much memory.
+ */
 double Announce(const CloudSession& session, const Mode& mode) {
   double points = 0.0;
   for (BaseObject* cloud : session.Clouds()) {
     CloudStats stats;
     if (ReadCloudStats(cloud, &stats))
-      points +=
-          std::floor((double)stats.Points() * cloud->GetDataInstance()->GetReal(KELVRA_POINT_SHARE, 1.0));
+      points += std::min(2147483647.0, std::floor((double)stats.Points() * cloud->GetDataInstance()->GetReal(
+                                                                               KELVRA_POINT_SHARE, 1.0)));
   }
   const double bytes = points * (double)mode.bytes;
-  if (bytes >= (double)kLargeResult && bytes < 1e18)
-    std::cout << "converting " << Grouped((long long)points) << " points to " << mode.name << " takes about "
-              << Bytes((long long)bytes) << " of memory" << std::endl;
+  if (bytes < (double)kLargeResult) return points;
+  const std::string text = "converting " + Grouped((long long)points) + " points to " + mode.name +
+                           " takes about " + Bytes((long long)bytes) + " of memory";
+  const long long available = AvailableMemory();
+  if (available > 0 && bytes > (double)available)
+    throw std::runtime_error(text + ", of which " + Bytes(available) + " are left: nothing is converted");
+  std::cout << text << std::endl;
   return points;
 }
 
@@ -144,6 +152,7 @@ int RunConvert(const ConvertOptions& options) {
     WriteResult(session, session.Cloud(), mode, options.output);
   }
   if (!options.scene.empty()) WriteScene(session, options.scene);
+  if (tree.elements == 0 && asked >= 1.0) std::cerr << "kelvra: nothing was built out of the points\n";
   const bool failed = // a result that was asked for is not there
       tree.elements == 0 && asked >= 1.0;
   return failed ? (int)kExitIncomplete : session.ExitStatus();
@@ -156,11 +165,18 @@ void AddConvertCommand(CLI::App& app, int& status) {
   command->add_option("--mode", options->mode, "point, hair, particles, emitter or spline")->required();
   command->add_option("--ratio", options->ratio, "Share of the points, from the first one on; 1 is all");
   command->add_option("--step", options->step, "Longest step within one spline segment");
-  command->add_option("-o,--output", options->output, "PLY for points, OBJ for splines");
-  command->add_option("--scene", options->scene, "Save a scene in which the result takes the cloud's place");
-  command->callback([options, &status] {
-    if (!options->output.empty()) CheckOutput(options->output);
-    if (!options->scene.empty()) CheckOutput(options->scene);
+  CLI::Option* output =
+      command->add_option("-o,--output", options->output, "PLY for points, OBJ for splines");
+  CLI::Option* scene = command->add_option("--scene", options->scene,
+                                           "Save a scene in which the result takes the cloud's place");
+  command->callback([options, output, scene, &status] {
+    for (const auto& [option, path] : {std::make_pair(output, &options->output), {scene, &options->scene}}) {
+      if (!*option) continue;
+      CheckOutput(*path, options->files);
+      CheckWritable(*path);
+    }
+    if (*output && options->output == options->scene)
+      throw CLI::ValidationError("--scene", "expected another file than --output");
     status = RunConvert(*options);
   });
 }

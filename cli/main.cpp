@@ -5,6 +5,7 @@
 #include "cli/convert_command.h"
 #include "cli/program_arguments.h"
 #include "cli/service_commands.h"
+#include "host/scene/scene_kind.h"
 
 #include <CLI/CLI.hpp>
 #include <cmath>
@@ -76,7 +77,7 @@ void AddSnapshot(CLI::App& app, cli::SnapshotOptions& options, std::string& size
   command->callback([&] {
     if (!size.empty()) ParseSize(size, options);
     CheckCamera(options);
-    cli::CheckOutput(options.output);
+    cli::CheckOutput(options.output, options.files);
     status = cli::RunSnapshot(options);
   });
 }
@@ -160,7 +161,9 @@ int Run(int argc, char** argv) {
   cli::AddInput(command, save, true);
   AddOutput(command, save, "Scene to write");
   command->callback([&] {
-    cli::CheckOutput(save.output);
+    // A scene may be saved where it came from.
+    const bool own = save.files.size() == 1 && host::IsSceneFile(save.files[0]);
+    cli::CheckOutput(save.output, own ? std::vector<std::string>() : save.files);
     status = cli::RunSave(save);
   });
 
@@ -168,7 +171,7 @@ int Run(int argc, char** argv) {
   cli::AddInput(command, text, true);
   AddOutput(command, text, "Text file to write");
   command->callback([&] {
-    cli::CheckOutput(text.output);
+    cli::CheckOutput(text.output, text.files);
     status = cli::RunExport(text);
   });
 

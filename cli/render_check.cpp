@@ -81,14 +81,6 @@ void CheckRecord(const RenderCommandOptions& options, const FrameRange& frames) 
   }
 }
 
-/** Makes a file beside the one to come and removes it: rights, room for the name, a disk that is not locked.
- */
-void CheckWritable(const std::string& path) {
-  std::string reason;
-  if (!host::gl::ReplacingFile(path).Open(&reason))
-    throw std::runtime_error(path + ": cannot be written, nothing is rendered: " + reason);
-}
-
 } // namespace
 
 host::PictureFormat CheckRenderOptions(const RenderCommandOptions& options) {

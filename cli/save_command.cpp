@@ -23,7 +23,7 @@ int RunSave(const InputOptions& options) {
   CloudSession session(options.faults);
   session.Open(options.files, options.settings);
   PrintReports(session);
-  session.RequirePoints();
+  session.RequireContent();
   std::string error;
   if (!session.App().SaveScene(session.Document(), options.output, &error)) {
     std::cerr << error << "\n";

@@ -69,6 +69,10 @@ for file in "Straße 1.las" "Straße 2.laz" "点群.xyz" "lüneburg.pts" "Ordner
     same_words scene --json $scene
   done
   for mode in point hair particles emitter spline; do same_words convert linux.scene --mode $mode --ratio 0.2; done
+  # What was converted, in a scene of its own, is rendered on the other system.
+  same_bytes scene convert linux.scene --mode point --ratio 0.5 --scene OUT
+  mv w.scene converted.scene
+  same_picture png render converted.scene -o OUT --size 480x270
   same_bytes ply convert linux.scene --mode point -o OUT
   same_bytes obj convert windows.scene --mode spline --ratio 0.2 -o OUT
   same_picture png render windows.scene -o OUT --size 480x270

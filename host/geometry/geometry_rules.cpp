@@ -24,7 +24,7 @@ std::string WrongVector(const char* what, VLONG index, const Vector& value) {
 
 std::string WrongPoint(const HostArray<Vector>& points) {
   for (VLONG i = 0; i < points.Count(); ++i) {
-    const std::string wrong = WrongVector("point", i, points[i]);
+    std::string wrong = WrongVector("point", i, points[i]);
     if (!wrong.empty()) return wrong;
   }
   return std::string();

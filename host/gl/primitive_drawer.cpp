@@ -37,7 +37,7 @@ void PointAttribute(GLuint location, std::size_t offset) {
 
 } // namespace
 
-std::unique_ptr<PrimitiveDrawer> PrimitiveDrawer::Create(std::shared_ptr<Context> context,
+std::unique_ptr<PrimitiveDrawer> PrimitiveDrawer::Create(const std::shared_ptr<Context>& context,
                                                          std::string* error) {
   std::unique_ptr<PrimitiveDrawer> drawer(new PrimitiveDrawer(context));
   drawer->program_ =

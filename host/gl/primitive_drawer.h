@@ -21,7 +21,7 @@ struct ColoredVertex {
 class PrimitiveDrawer {
 public:
   /** NULL with one line. */
-  static std::unique_ptr<PrimitiveDrawer> Create(std::shared_ptr<Context> context, std::string* error);
+  static std::unique_ptr<PrimitiveDrawer> Create(const std::shared_ptr<Context>& context, std::string* error);
   ~PrimitiveDrawer();
   PrimitiveDrawer(const PrimitiveDrawer&) = delete;
   PrimitiveDrawer& operator=(const PrimitiveDrawer&) = delete;

@@ -53,7 +53,8 @@ bool Framebuffer::Read(int, Image*, std::string* error) {
 
 ShaderProgram::~ShaderProgram() {}
 
-std::unique_ptr<PrimitiveDrawer> PrimitiveDrawer::Create(std::shared_ptr<Context>, std::string* error) {
+std::unique_ptr<PrimitiveDrawer> PrimitiveDrawer::Create(const std::shared_ptr<Context>&,
+                                                         std::string* error) {
   Refused(error);
   return nullptr;
 }

@@ -17,14 +17,14 @@ const EmitterParticle kNewParticle = {Vector(), Vector(1.0)};
 std::string WrongParticle(const EmitterNode& emitter) {
   for (LONG i = 0; i < emitter.count; ++i)
     for (const Vector& v : {emitter.storage[i].position, emitter.storage[i].color}) {
-      const std::string wrong = WrongVector("particle", i, v);
+      std::string wrong = WrongVector("particle", i, v);
       if (!wrong.empty()) return wrong;
     }
   return std::string();
 }
 
 bool Check(const EmitterNode& emitter, HyperFile* hf) {
-  const std::string wrong = WrongParticle(emitter);
+  std::string wrong = WrongParticle(emitter);
   return wrong.empty() || HyperFileImpl::From(hf)->Refuse(FILEERROR_INVALID, wrong);
 }
 

@@ -14,7 +14,7 @@ std::string WrongValues(const HostArray<ParticleValues>& particles) {
   for (VLONG i = 0; i < particles.Count(); ++i) {
     const ParticleValues& values = particles[i];
     for (const Vector& v : {values.position, values.velocity, Vector(values.size, values.age, values.life)}) {
-      const std::string wrong = WrongVector("particle", i, v);
+      std::string wrong = WrongVector("particle", i, v);
       if (!wrong.empty()) return wrong;
     }
   }

@@ -123,6 +123,22 @@ TEST_F(ConvertCommand, AFullDiskKeepsTheOldFile) {
   EXPECT_EQ(FilesInFolder(), 4u);
 }
 
+TEST_F(ConvertCommand, RefusedBeforeAnythingIsLost) {
+  const std::string cloud = folder_ / "cloud.xyz";
+  const struct {
+    std::vector<std::string> arguments;
+    const char* told;
+  } cases[] = {{{"--mode", "hair", "--scene", cloud}, "one of the files to read"},
+               {{"--mode", "point", "-o", folder_ / "none/a.ply"}, "nothing is done"},
+               {{"--mode", "particles", "--ratio", "1e300"}, "nothing is converted"}};
+  for (const auto& c : cases) {
+    const Result result = Convert(c.arguments);
+    EXPECT_EQ(result.status, 1) << c.told;
+    EXPECT_TRUE(Holds(result.err, c.told)) << result.err;
+    EXPECT_EQ(fs::file_size(cloud), std::strlen(kCloud));
+  }
+}
+
 TEST_F(ConvertCommand, NothingLoadedWritesNothing) {
   for (const std::string& name : {std::string("missing.xyz"), std::string("empty.xyz")}) {
     folder_.Write("empty.xyz", "");
