@@ -126,11 +126,16 @@ TEST_F(ServiceCommands, UpdateCheckIsAnsweredOnTheTerminalOrByAFlag) {
 }
 
 TEST_F(ServiceCommands, ReprojectPrintsSixTextsOrThatNothingWasAnswered) {
+  std::mutex guard; // the server answers on a thread of its own
   std::string answer = R"({"geometries":[{"x":12.5,"y":47.25},{"x":13.125,"y":48.5}]})";
   const TestCertificate certificate;
   certificate.WritePem(folder_ / "ca.pem");
-  WebServer server([&](const httplib::Request&, httplib::Response& response) { response.body = answer; },
-                   &certificate);
+  WebServer server(
+      [&](const httplib::Request&, httplib::Response& response) {
+        const std::lock_guard<std::mutex> lock(guard);
+        response.body = answer;
+      },
+      &certificate);
   const std::vector<std::string> command = {"reproject", folder_.Write("p.xyz", "1 2 3\n4 5 6\n"), "--sr",
                                             "2994"};
   const Result unset = Run(command);
@@ -147,7 +152,10 @@ TEST_F(ServiceCommands, ReprojectPrintsSixTextsOrThatNothingWasAnswered) {
                            "north-west longitude 12.50000000\nnorth-west latitude 48.00000000\n"),
             std::string::npos)
       << whole.out;
-  answer = R"({"geometries":[{"x":12.5,"y":47.25}]})";
+  {
+    const std::lock_guard<std::mutex> lock(guard);
+    answer = R"({"geometries":[{"x":12.5,"y":47.25}]})";
+  }
   const Result half = Run(command);
   EXPECT_EQ(half.status, 1);
   EXPECT_EQ(half.out.find("longitude"), std::string::npos);
