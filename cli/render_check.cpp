@@ -5,7 +5,6 @@
 #include "cli/frame_range.h"
 #include "cli/render_record.h"
 #include "cli/scene_light.h"
-#include "host/gl/replacing_file.h"
 
 #include <cmath>
 #include <filesystem>

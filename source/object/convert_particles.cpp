@@ -1,7 +1,6 @@
 #include "object/conversion.h"
 
 #include "c4d_particles.h"
-
 #include "otallyframe.h"
 
 namespace kelvra {

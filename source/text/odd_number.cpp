@@ -99,7 +99,7 @@ double ParseOddReal(const char* text, const char** end) {
   const bool negative = *p == '-';
   if (*p == '-' || *p == '+') ++p;
   double value = 0.0;
-  const char* after = p;
+  const char* after;
   if (*p == '0' && Small(p[1]) == 'x') {
     after = ReadHex(p + 2, &value);
     if (after == p + 2) after = p + 1; // the zero alone
