@@ -5,7 +5,7 @@
 //   convert_bench [points]
 #include "bench_timer.h"
 #include "host/application.h"
-#include "host/object_calls.h"
+#include "host/nodes/object_calls.h"
 #include "object/rerenderobject.h"
 #include "otallyframe.h"
 

@@ -5,7 +5,7 @@
 //
 // First the stored positions are compared with the bare loop's, then both are timed in turn, best of five.
 #include "host/application.h"
-#include "host/stream_visitor.h"
+#include "host/scene/stream_visitor.h"
 #include "otallyframe.h"
 
 #include <lasreader.hpp>

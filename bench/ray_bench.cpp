@@ -5,7 +5,7 @@
 //   ray_bench [--points N]... [--rays N]
 #include "bench/bench_timer.h"
 #include "host/application.h"
-#include "object/voxel_trace.h"
+#include "object/render/voxel_trace.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,10 +1,10 @@
 // kelvra: point clouds without the application. Parses the command line and runs one command.
-#include "cli/cloud_session.h"
-#include "cli/command_options.h"
-#include "cli/commands.h"
-#include "cli/convert_command.h"
-#include "cli/program_arguments.h"
-#include "cli/service_commands.h"
+#include "cli/commands/command_options.h"
+#include "cli/commands/commands.h"
+#include "cli/commands/convert_command.h"
+#include "cli/commands/service_commands.h"
+#include "cli/session/cloud_session.h"
+#include "cli/system/program_arguments.h"
 #include "host/scene/scene_kind.h"
 
 #include <CLI/CLI.hpp>

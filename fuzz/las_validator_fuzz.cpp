@@ -3,7 +3,7 @@
 //
 // Past crashes in the corpus: gps_time_switches.laz recursed until the stack was used up, stream_all_ones.laz
 // read past a table of the coder, layer_first_empty.laz copied to a null pointer.
-#include "object/las/las_reader.h"
+#include "object/las/reader.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -4,10 +4,10 @@
 #pragma once
 
 #include "c4d.h"
-#include "host/console.h"
+#include "host/base/console.h"
+#include "host/base/faults.h"
+#include "host/base/libraries.h"
 #include "host/dialogs.h"
-#include "host/faults.h"
-#include "host/libraries.h"
 
 #include <memory>
 #include <string>

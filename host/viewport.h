@@ -2,7 +2,7 @@
 #pragma once
 
 #include "c4d.h"
-#include "host/gl/image.h"
+#include "host/picture/image.h"
 
 #include <memory>
 #include <string>

@@ -11,52 +11,52 @@ enum LISTPLACE { LISTPLACE_FIRSTBELOW, LISTPLACE_LASTBELOW, LISTPLACE_AFTER, LIS
 
 #define C4D_ENTRY(R, name, parameters) R(*name) parameters;
 struct C4D_Ge {
-#include "tables/ge.inc"
+#include "tables/general.inc"
 };
 struct C4D_Lr {
-#include "tables/lr.inc"
+#include "tables/resource.inc"
 };
 struct C4D_Bm {
-#include "tables/bm.inc"
+#include "tables/bitmap.inc"
 };
 struct C4D_At {
-#include "tables/at.inc"
+#include "tables/atom.inc"
 };
 struct C4D_Bo {
-#include "tables/bo.inc"
+#include "tables/object.inc"
 };
 struct C4D_Bd {
-#include "tables/bd.inc"
+#include "tables/document.inc"
 };
 struct C4D_Hf {
-#include "tables/hf.inc"
+#include "tables/hyper_file.inc"
 };
 struct C4D_Fl {
-#include "tables/fl.inc"
+#include "tables/file.inc"
 };
 struct C4D_Br {
-#include "tables/br.inc"
+#include "tables/view.inc"
 };
 struct C4D_Gl {
 #include "tables/gl.inc"
 };
 struct C4D_Mo {
-#include "tables/mo.inc"
+#include "tables/mograph.inc"
 };
 struct C4D_Vd {
-#include "tables/vd.inc"
+#include "tables/volume.inc"
 };
 struct C4D_Po {
-#include "tables/po.inc"
+#include "tables/point.inc"
 };
 struct C4D_Hr {
-#include "tables/hr.inc"
+#include "tables/hair.inc"
 };
 struct C4D_Tp {
-#include "tables/tp.inc"
+#include "tables/particle.inc"
 };
 struct C4D_Em {
-#include "tables/em.inc"
+#include "tables/emitter.inc"
 };
 #undef C4D_ENTRY
 

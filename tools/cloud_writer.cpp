@@ -1,6 +1,6 @@
 #include "tools/cloud_writer.h"
 
-#include "host/open_file.h"
+#include "host/base/open_file.h"
 
 #include <algorithm>
 #include <cctype>

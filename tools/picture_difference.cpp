@@ -1,6 +1,6 @@
 // picture_difference: how far two PNG files are apart, in steps of 8 bits. Exit status 0 when no more than
 // one pixel in ten thousand differs by more than one step.
-#include "host/gl/image.h"
+#include "host/picture/image.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "c4d.h"
-#include "host/core/module_scope.h"
+#include "host/base/module_scope.h"
 
 namespace host {
 

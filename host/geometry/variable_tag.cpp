@@ -1,6 +1,6 @@
 #include "host/geometry/variable_tag.h"
 
-#include "host/core/misbehaviour.h"
+#include "host/base/misbehaviour.h"
 #include "host/geometry/geometry_file.h"
 #include "host/geometry/geometry_rules.h"
 #include "host/geometry/point_nodes.h"

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "host/geometry/host_array.h"
-#include "host/node.h"
+#include "host/nodes/node.h"
 
 namespace host {
 

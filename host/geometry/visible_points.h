@@ -2,7 +2,7 @@
 // writes.
 #pragma once
 
-#include "host/node.h"
+#include "host/nodes/node.h"
 
 #include <functional>
 

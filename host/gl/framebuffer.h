@@ -2,7 +2,7 @@
 #pragma once
 
 #include "host/gl/context.h"
-#include "host/gl/image.h"
+#include "host/picture/image.h"
 
 #include <memory>
 #include <string>

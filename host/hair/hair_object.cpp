@@ -1,11 +1,11 @@
 #include "host/hair/hair_object.h"
 
-#include "host/core/misbehaviour.h"
-#include "host/core/module_scope.h"
+#include "host/base/misbehaviour.h"
+#include "host/base/module_scope.h"
+#include "host/base/text.h"
 #include "host/geometry/geometry_file.h"
 #include "host/geometry/geometry_rules.h"
 #include "host/geometry/point_nodes.h"
-#include "host/scene/text.h"
 
 namespace host {
 

@@ -1,7 +1,7 @@
 // Particle groups, and the scene hook that holds their tree and the pool of their particles. Main thread.
 #pragma once
 
-#include "host/node.h"
+#include "host/nodes/node.h"
 #include "host/particles/particle_pool.h"
 
 #include <functional>

@@ -1,7 +1,7 @@
 #include "host/picture/picture.h"
 
-#include "host/gl/replacing_file.h"
-#include "host/open_file.h"
+#include "host/base/open_file.h"
+#include "host/base/replacing_file.h"
 #include "host/picture/file_formats.h"
 #include "host/picture/samples.h"
 

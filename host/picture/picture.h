@@ -1,7 +1,7 @@
 // Pictures in memory as floats, and as PNG, TIFF and OpenEXR files.
 #pragma once
 
-#include "host/gl/image.h"
+#include "host/picture/image.h"
 
 #include <string>
 #include <vector>

@@ -1,7 +1,7 @@
 // Where the libraries for picture files put their bytes.
 #pragma once
 
-#include "host/gl/image.h"
+#include "host/picture/image.h"
 
 #include <cerrno>
 #include <cstdio>

@@ -1,6 +1,6 @@
 #include "host/render/polygon_sources.h"
 
-#include "host/object_calls.h"
+#include "host/nodes/object_calls.h"
 
 namespace host {
 

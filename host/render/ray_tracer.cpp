@@ -1,8 +1,8 @@
 #include "host/render/ray_tracer.h"
 
-#include "host/core/module_scope.h"
-#include "host/core/plugin_registry.h"
-#include "host/node.h"
+#include "host/base/module_scope.h"
+#include "host/nodes/node.h"
+#include "host/plugins/plugin_registry.h"
 #include "host/view/camera_math.h"
 
 #include <cmath>

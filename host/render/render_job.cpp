@@ -1,13 +1,13 @@
 #include "host/render/render_job.h"
 
-#include "host/core/module_scope.h"
-#include "host/core/plugin_registry.h"
-#include "host/core/services.h"
+#include "host/base/module_scope.h"
+#include "host/base/text.h"
+#include "host/base/user_break.h"
+#include "host/plugins/plugin_registry.h"
 #include "host/render/element_colors.h"
 #include "host/render/polygon_sources.h"
 #include "host/render/tile_loop.h"
-#include "host/scene/text.h"
-#include "host/user_break.h"
+#include "host/seam/services.h"
 #include "host/view/camera_math.h"
 
 #include <algorithm>

@@ -5,7 +5,7 @@
 // want (GetRenderInfo). Main thread; the pixels are computed on threads of their own.
 #pragma once
 
-#include "host/node.h"
+#include "host/nodes/node.h"
 #include "host/render/ray_tracer.h"
 #include "host/render/render_buffer.h"
 

@@ -1,6 +1,6 @@
 #include "host/resource/lexer.h"
 
-#include "host/resource/utf8.h"
+#include "host/base/utf8.h"
 
 #include <charconv>
 #include <utility>

@@ -1,6 +1,6 @@
 #include "host/resource/resource_file.h"
 
-#include "host/open_file.h"
+#include "host/base/open_file.h"
 
 #include <array>
 #include <cerrno>

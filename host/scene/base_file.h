@@ -3,7 +3,7 @@
 #pragma once
 
 #include "c4d.h"
-#include "host/scene/disk.h"
+#include "host/base/disk.h"
 
 #include <memory>
 #include <string>

@@ -1,8 +1,8 @@
 // Writes a file front to back through a buffer, with a running checksum over every byte.
 #pragma once
 
+#include "host/base/disk.h"
 #include "host/scene/checksum.h"
-#include "host/scene/disk.h"
 
 #include <memory>
 

@@ -1,8 +1,8 @@
 // Reads bytes front to back out of a file or out of memory, with a running checksum over every byte.
 #pragma once
 
+#include "host/base/disk.h"
 #include "host/scene/checksum.h"
-#include "host/scene/disk.h"
 
 #include <memory>
 

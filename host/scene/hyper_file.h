@@ -2,7 +2,7 @@
 #pragma once
 
 #include "host/scene/stream_file.h"
-#include "host/stream_visitor.h"
+#include "host/scene/stream_visitor.h"
 
 #include <memory>
 #include <string>

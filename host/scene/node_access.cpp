@@ -1,8 +1,8 @@
 #include "host/scene/node_access.h"
 
-#include "host/core/module_scope.h"
-#include "host/core/plugin_registry.h"
-#include "host/scene/text.h"
+#include "host/base/module_scope.h"
+#include "host/base/text.h"
+#include "host/plugins/plugin_registry.h"
 
 namespace host {
 

@@ -1,7 +1,7 @@
 // What saving and loading do to single nodes.
 #pragma once
 
-#include "host/node.h"
+#include "host/nodes/node.h"
 #include "host/scene/hyper_file.h"
 #include "host/scene/scene_format.h"
 

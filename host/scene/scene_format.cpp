@@ -1,6 +1,6 @@
 #include "host/scene/scene_format.h"
 
-#include "host/scene/text.h"
+#include "host/base/text.h"
 
 namespace host {
 

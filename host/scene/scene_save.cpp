@@ -1,9 +1,9 @@
 #include "host/scene/scene_file.h"
 
+#include "host/base/text.h"
+#include "host/base/user_break.h"
 #include "host/scene/hyper_file.h"
 #include "host/scene/node_access.h"
-#include "host/scene/text.h"
-#include "host/user_break.h"
 
 #include <unordered_map>
 

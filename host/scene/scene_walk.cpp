@@ -1,8 +1,8 @@
 #include "host/scene/scene_walk.h"
 
+#include "host/base/text.h"
 #include "host/scene/scene_format.h"
 #include "host/scene/stream_file.h"
-#include "host/scene/text.h"
 
 #include <memory>
 #include <new>

@@ -1,8 +1,8 @@
 // Walks the nodes of a scene stream and shows the values that they wrote to a visitor.
 #pragma once
 
+#include "host/scene/stream_visitor.h"
 #include "host/scene/value_reader.h"
-#include "host/stream_visitor.h"
 
 namespace host {
 

@@ -1,7 +1,7 @@
-#include "host/stream_visitor.h"
+#include "host/scene/stream_visitor.h"
 
+#include "host/base/text.h"
 #include "host/scene/node_access.h"
-#include "host/scene/text.h"
 
 namespace host {
 

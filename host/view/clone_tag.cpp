@@ -1,5 +1,5 @@
 // The host's clone tag: matrices and flags of copies of its carrier, asked for by message.
-#include "host/node.h"
+#include "host/nodes/node.h"
 #include "host/view/clone_data.h"
 #include "host/viewport.h"
 

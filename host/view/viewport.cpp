@@ -2,7 +2,7 @@
 
 #include "host/application.h"
 #include "host/geometry/visible_points.h"
-#include "host/object_calls.h"
+#include "host/nodes/object_calls.h"
 #include "host/render/polygon_sources.h"
 #include "host/view/geometry_drawing.h"
 #include "host/view/view_state.h"

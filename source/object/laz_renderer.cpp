@@ -1,8 +1,8 @@
 #include "object/laz_renderer.h"
 
-#include "object/ray_explanation.h"
-#include "object/render_gather.h"
-#include "object/volume_rays.h"
+#include "object/render/gathering.h"
+#include "object/render/ray_explanation.h"
+#include "object/render/volume_rays.h"
 #include "version.h"
 
 namespace kelvra {

@@ -7,7 +7,7 @@
 
 #include "c4d.h"
 #include "kelvra_messages.h"
-#include "object/voxel_trace.h"
+#include "object/render/voxel_trace.h"
 
 namespace kelvra {
 

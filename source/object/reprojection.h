@@ -2,7 +2,7 @@
 #pragma once
 
 #include "c4d.h"
-#include "point_store.h"
+#include "cloud/point_store.h"
 
 namespace kelvra {
 

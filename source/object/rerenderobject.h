@@ -2,9 +2,9 @@
 #pragma once
 
 #include "c4d.h"
-#include "object/cloud_messages.h"
-#include "object/point_draw.h"
-#include "point_store.h"
+#include "cloud/cloud_messages.h"
+#include "cloud/point_store.h"
+#include "object/draw/point_draw.h"
 
 namespace kelvra {
 

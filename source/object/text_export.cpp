@@ -1,8 +1,8 @@
 #include "object/text_export.h"
 
+#include "cloud/store_text.h"
 #include "object/rerenderobject.h"
 #include "otallyframe.h"
-#include "store_text_export.h"
 
 namespace kelvra {
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "c4d.h"
-#include "object/cloud_messages.h"
+#include "cloud/cloud_messages.h"
 
 namespace kelvra {
 

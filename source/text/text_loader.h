@@ -2,7 +2,7 @@
 // driver's.
 #pragma once
 
-#include "object/source_record.h"
+#include "cloud/source_record.h"
 
 #include <cstdint>
 

@@ -1,6 +1,6 @@
 // Pictures as a user would judge them: where north and east are, which colours, what is hidden.
 #include "cli/program_run.h"
-#include "host/gl/image.h"
+#include "host/picture/image.h"
 
 #include <gtest/gtest.h>
 

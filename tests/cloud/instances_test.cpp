@@ -2,7 +2,7 @@
 #include "object/gl_recorder.h"
 #include "object/view_fixture.h"
 
-#include "host/object_calls.h"
+#include "host/nodes/object_calls.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 // A cloud with known points, built by the application as each mode asks, and what the build left behind.
 #pragma once
 
-#include "block_fill.h"
-#include "host/core/node_parameters.h"
-#include "host/object_calls.h"
+#include "cloud/block_fill.h"
+#include "host/nodes/object_calls.h"
+#include "host/parameters/node_parameters.h"
 #include "host/particles/emitter.h"
 #include "host/particles/particle_system.h"
 #include "object/rerenderobject.h"

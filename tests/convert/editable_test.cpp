@@ -1,6 +1,6 @@
 // Results that take the cloud's place, as the renderer and links see them.
 #include "convert_fixture.h"
-#include "host/make_editable.h"
+#include "host/undo/make_editable.h"
 
 namespace {
 

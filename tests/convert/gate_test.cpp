@@ -1,6 +1,6 @@
 // What a build asks first, the registration gate, and what it asks of the hair library. The module's own
 // answer of the gate is replaced in this program, as a build with a licence does.
-#include "host/object_calls.h"
+#include "host/nodes/object_calls.h"
 #include "object/object_fixture.h"
 #include "otallyframe.h"
 #include "registration.h"

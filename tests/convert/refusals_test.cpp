@@ -1,6 +1,6 @@
 // Memory refused at every place of a build, in every mode.
 #include "convert_fixture.h"
-#include "host/scene/text.h"
+#include "host/base/text.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include "scene/scratch.h"
 
 #include "host/application.h"
-#include "host/node.h"
+#include "host/nodes/node.h"
 #include "host/scene/checksum.h"
 #include "host/scene/scene_file.h"
 

@@ -1,4 +1,4 @@
-#include "host/gl/image.h"
+#include "host/picture/image.h"
 
 #include <csignal>
 #include <filesystem>

@@ -1,1 +1,1 @@
-set(libraries host_gl)
+set(libraries kelvra_host)

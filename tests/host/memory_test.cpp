@@ -1,4 +1,4 @@
-#include "host/core/memory.h"
+#include "host/memory/memory.h"
 #include "test_plugins.h"
 
 #include <algorithm>

@@ -1,5 +1,5 @@
-#include "host/node.h"
-#include "host/object_calls.h"
+#include "host/nodes/node.h"
+#include "host/nodes/object_calls.h"
 #include "test_plugins.h"
 
 #include <thread>

@@ -1,5 +1,5 @@
 // The preferences file: what is damaged is set aside and told, what cannot be read is left alone.
-#include "host/core/world_data.h"
+#include "host/plugins/world_data.h"
 
 #include <filesystem>
 #include <fstream>

@@ -1,4 +1,4 @@
-#include "host/user_break.h"
+#include "host/base/user_break.h"
 #include "test_plugins.h"
 
 #include <cstdio>

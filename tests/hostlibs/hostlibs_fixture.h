@@ -3,10 +3,10 @@
 
 #include "geometry/geometry_fixture.h"
 
+#include "host/base/text.h"
 #include "host/hair/hair_object.h"
 #include "host/particles/emitter.h"
 #include "host/particles/particle_system.h"
-#include "host/scene/text.h"
 
 class HostLibsTest : public GeometryTest {
 protected:

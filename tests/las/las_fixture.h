@@ -2,8 +2,8 @@
 // holds them.
 #pragma once
 
-#include "object/las/las_reader.h"
-#include "object/las/las_records.h"
+#include "object/las/reader.h"
+#include "object/las/records.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // The load loop: thinning, budget, colours, widening, progress, memory.
 #include "las/las_fixture.h"
 
-#include "object/las/las_palette.h"
+#include "object/las/palette.h"
 
 #include <limits>
 

@@ -2,7 +2,7 @@
 // through.
 #include "las/las_fixture.h"
 
-#include "object/las/las_geokeys.h"
+#include "object/las/geokeys.h"
 
 #include <functional>
 #include <limits>

@@ -3,7 +3,7 @@
 #include "module_fixture.h"
 
 #include "c4d_os.h"
-#include "host/core/dynamic_library.h"
+#include "host/seam/dynamic_library.h"
 
 #include <map>
 #include <set>

@@ -2,7 +2,7 @@
 // them.
 #include "module_fixture.h"
 
-#include "object/las/las_reader.h"
+#include "object/las/reader.h"
 
 #include <fstream>
 #include <nlohmann/json.hpp>

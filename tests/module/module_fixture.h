@@ -3,7 +3,7 @@
 
 #include "environment.h"
 #include "host/application.h"
-#include "host/stream_visitor.h"
+#include "host/scene/stream_visitor.h"
 
 #include <array>
 #include <filesystem>

@@ -1,7 +1,7 @@
 // Requests to servers of this test: what comes back as a body and what counts as no answer.
 #include "net/http_get.h"
 
-#include "host/core/module_scope.h"
+#include "host/base/module_scope.h"
 #include "net/loopback.h"
 #include "object/object_fixture.h"
 

@@ -1,5 +1,5 @@
 // The preferences page and its buttons, in this process.
-#include "host/scene/text.h"
+#include "host/base/text.h"
 #include "kelvra_prefs.h"
 #include "net/loopback.h"
 #include "object/object_fixture.h"

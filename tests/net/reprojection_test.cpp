@@ -2,7 +2,7 @@
 // object.
 #include "object/reprojection.h"
 
-#include "host/scene/text.h"
+#include "host/base/text.h"
 #include "net/loopback.h"
 #include "object/object_fixture.h"
 

@@ -1,8 +1,8 @@
 // The plug-ins in this process, and one cloud object in a document.
 #pragma once
 
-#include "block_fill.h"
 #include "c4d_fence.h"
+#include "cloud/block_fill.h"
 #include "host/application.h"
 #include "object/rerenderobject.h"
 #include "scene/scratch.h"

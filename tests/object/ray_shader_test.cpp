@@ -1,7 +1,7 @@
 // The shader that hands out one colour a point.
 #include "object_fixture.h"
 
-#include "host/node.h"
+#include "host/nodes/node.h"
 #include "shader/kelvra_shader.h"
 
 namespace {

@@ -1,7 +1,7 @@
 // Views of a cloud whose data undo exchanges, whose node is freed, and whose views come and go.
 #include "view_fixture.h"
 
-#include "object/file_loading.h"
+#include "object/load/file_loading.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "host/application.h"
+#include "host/base/text.h"
 #include "host/picture/picture.h"
-#include "host/scene/text.h"
 #include "picture/picture_fixture.h"
 
 #include <array>

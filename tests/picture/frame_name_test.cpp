@@ -1,6 +1,6 @@
 #include "videopost/frame_name.h"
 
-#include "host/scene/text.h"
+#include "host/base/text.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 #include "videopost/tallyframe.h"
 
 #include "host/application.h"
+#include "host/base/text.h"
 #include "host/render/render_job.h"
-#include "host/scene/text.h"
 #include "kelvra_messages.h"
 #include "picture/picture_fixture.h"
 

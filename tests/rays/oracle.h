@@ -2,7 +2,7 @@
 // prescribed roundings, opacities in long double. Shared by the tests and the fuzz target.
 #pragma once
 
-#include "object/voxel_trace.h"
+#include "object/render/voxel_trace.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 // Render settings: from an object's parameters to what rays read.
 #include "tests/rays/scenes.h"
 
-#include "object/render_record.h"
+#include "object/render/render_record.h"
 
 #include <set>
 

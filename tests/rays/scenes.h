@@ -4,7 +4,7 @@
 #include "tests/rays/oracle.h"
 
 #include "host/application.h"
-#include "host/core/module_scope.h"
+#include "host/base/module_scope.h"
 
 #include <gtest/gtest.h>
 

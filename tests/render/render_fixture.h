@@ -1,7 +1,7 @@
 // Scenes small enough to know every pixel, rendered by the application with the module's own video posts.
 #pragma once
 
-#include "host/node.h"
+#include "host/nodes/node.h"
 #include "host/render/render_job.h"
 #include "host/render/scene_lights.h"
 #include "host/render/surface_scene.h"

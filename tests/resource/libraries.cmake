@@ -1,1 +1,1 @@
-set(libraries host_resource)
+set(libraries kelvra_host)

@@ -4,7 +4,7 @@
 #include "host/application.h"
 #include "host/scene/checksum.h"
 #include "host/scene/scene_file.h"
-#include "host/stream_visitor.h"
+#include "host/scene/stream_visitor.h"
 #include "host/viewport.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "store/store_fixture.h"
 
-#include "number_text.h"
-#include "store_text_export.h"
+#include "cloud/number_text.h"
+#include "cloud/store_text.h"
 
 namespace kelvra {
 namespace {

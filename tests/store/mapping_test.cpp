@@ -1,4 +1,4 @@
-#include "point_header.h"
+#include "cloud/point_header.h"
 
 #include <cmath>
 #include <gtest/gtest.h>

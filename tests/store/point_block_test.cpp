@@ -1,6 +1,6 @@
 #include "store/store_fixture.h"
 
-#include "block_fill.h"
+#include "cloud/block_fill.h"
 
 namespace kelvra {
 namespace {

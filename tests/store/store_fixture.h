@@ -1,11 +1,11 @@
 // A running host, stores with known points, and recorded streams.
 #pragma once
 
-#include "point_store.h"
+#include "cloud/point_store.h"
 
 #include "c4d_os.h"
 #include "host/application.h"
-#include "host/core/module_scope.h"
+#include "host/base/module_scope.h"
 #include "host/scene/hyper_file.h"
 #include "host/scene/value_kinds.h"
 #include "scene/scratch.h"

@@ -1,0 +1,44 @@
+#include "cli/commands/command_options.h"
+
+#include "host/base/replacing_file.h"
+
+#include <filesystem>
+#include <stdexcept>
+
+namespace cli {
+
+void AddInput(CLI::App* command, InputOptions& options, bool settings) {
+  command->add_option("FILE", options.files, "LAS, LAZ, XYZ or PTS files, folders of them, or one scene")
+      ->required();
+  if (settings) {
+    command->add_option("--set", options.settings, "Object parameter ID=VALUE, by number or by name")
+        ->take_all()
+        ->expected(1)
+        ->allow_extra_args(false);
+    command->add_option("--fault", options.faults, "Make the N-th call fail, KIND=N")
+        ->take_all()
+        ->expected(1)
+        ->allow_extra_args(false)
+        ->group("");
+  }
+}
+
+/** An output takes the place of a regular file or of nothing. */
+void CheckOutput(const std::string& path, const std::vector<std::string>& inputs) {
+  std::error_code ignored;
+  const std::filesystem::path file = std::filesystem::u8path(path);
+  if (path.empty()) throw CLI::ValidationError("--output", "expected a file name, found nothing");
+  if (std::filesystem::exists(file, ignored) && !std::filesystem::is_regular_file(file, ignored))
+    throw std::runtime_error(path + ": is no regular file, nothing is written");
+  for (const std::string& input : inputs)
+    if (std::filesystem::equivalent(file, std::filesystem::u8path(input), ignored))
+      throw std::runtime_error(path + ": is one of the files to read, nothing is written");
+}
+
+void CheckWritable(const std::string& path) {
+  std::string reason;
+  if (!host::gl::ReplacingFile(path).Open(&reason))
+    throw std::runtime_error(path + ": cannot be written, nothing is done: " + reason);
+}
+
+} // namespace cli

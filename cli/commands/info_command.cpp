@@ -1,0 +1,60 @@
+#include "cli/commands/commands.h"
+
+#include "cli/commands/format.h"
+
+#include <iostream>
+#include <nlohmann/json.hpp>
+
+namespace cli {
+
+namespace {
+
+nlohmann::json BoxJson(const Box& box) {
+  if (!box.valid) return nullptr;
+  return {{"min", {box.min[0], box.min[1], box.min[2]}}, {"max", {box.max[0], box.max[1], box.max[2]}}};
+}
+
+void PrintJson(const CloudSession& session, const CloudStats& total) {
+  nlohmann::json files = nlohmann::json::array();
+  for (const FileReport& report : session.Reports())
+    files.push_back({{"path", report.path}, {"points", report.points}, {"message", report.message}});
+  const nlohmann::json info = {{"points", total.Points()},
+                               {"groups", total.groups},
+                               {"blocks", total.blocks.size()},
+                               {"bbox", BoxJson(total.Bounds())},
+                               {"files", files},
+                               {"seconds", session.LoadSeconds()},
+                               {"peak_memory_bytes", session.PeakMemory()}};
+  std::cout << info.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) << "\n";
+}
+
+void PrintText(const CloudSession& session, const CloudStats& total) {
+  PrintReports(session);
+  const double seconds = session.LoadSeconds();
+  std::cout << "total: " << Grouped(total.Points()) << " points in " << total.blocks.size() << " blocks, "
+            << total.groups << " groups, " << Fixed(seconds, 2) << " s";
+  if (seconds > 0) std::cout << ", " << Fixed((double)total.Points() / seconds / 1e6, 1) << " M points/s";
+  std::cout << ", memory " << Bytes(session.PeakMemory()) << "\n";
+  std::cout << "box: " << BoxText(total.Bounds()) << "\n";
+}
+
+} // namespace
+
+int RunInfo(const InputOptions& options) {
+  CloudSession session(options.faults);
+  session.Open(options.files, options.settings);
+  CloudStats total;
+  for (BaseObject* cloud : session.Clouds()) {
+    CloudStats stats;
+    if (!ReadCloudStats(cloud, &stats)) continue;
+    total.groups += stats.groups;
+    total.blocks.insert(total.blocks.end(), stats.blocks.begin(), stats.blocks.end());
+  }
+  if (options.json)
+    PrintJson(session, total);
+  else
+    PrintText(session, total);
+  return session.ExitStatus();
+}
+
+} // namespace cli

@@ -1,0 +1,21 @@
+// What the command line adds to loaded clouds so that a render shows them well: camera, lights, ground, and a
+// point size that closes the surface.
+#pragma once
+
+#include "cli/commands/commands.h"
+#include "cli/session/cloud_session.h"
+#include "host/render/render_options.h"
+
+namespace cli {
+
+struct RenderScene {
+  host::RenderOptions render;
+  std::vector<std::string> notes; ///< lines that tell what was chosen for the user
+};
+
+RenderScene PrepareScene(CloudSession& session, const RenderCommandOptions& options);
+
+/** The camera after turning around the vertical through its target, degrees, clockwise from above. */
+host::ViewCamera TurnedCamera(const host::ViewCamera& camera, double degrees);
+
+} // namespace cli

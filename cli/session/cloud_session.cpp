@@ -1,0 +1,253 @@
+#include "cli/session/cloud_session.h"
+
+#include "cli/session/preferences_page.h"
+#include "cli/system/preferences_folder.h"
+#include "cli/system/process_memory.h"
+#include "host/base/user_break.h"
+#include "host/geometry/visible_points.h"
+#include "host/nodes/object_calls.h"
+#include "host/scene/scene_kind.h"
+#include "host/viewport.h"
+#include "otallyframe.h"
+
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <stdexcept>
+
+namespace fs = std::filesystem;
+
+namespace cli {
+
+namespace {
+
+const char* const kCloudDescription = "Otallyframe";
+#ifdef _WIN32
+const char* const kModuleName = "kelvra.cdl64";
+#else
+const char* const kModuleName = "kelvra.so";
+#endif
+
+/** A console line that speaks of a path begins with it. */
+bool SpeaksOf(const std::string& line, const std::string& path) {
+  return line.rfind(path + ": ", 0) == 0;
+}
+
+bool IsFolder(const std::string& path) {
+  std::error_code ignored;
+  return fs::is_directory(fs::u8path(path), ignored);
+}
+
+FileOutcome Judge(const std::string& message, long long points) {
+  if (points == 0) return FileOutcome::Refused;
+  const bool cut = message.find("loaded ") != std::string::npos && message.find(" of ") != std::string::npos;
+  for (const char* loss : {"point budget ended", "without finite coordinates dropped", "for want of memory"})
+    if (message.find(loss) != std::string::npos) return FileOutcome::Partial;
+  return cut ? FileOutcome::Partial : FileOutcome::Whole;
+}
+
+} // namespace
+
+CloudSession::CloudSession(const std::vector<std::string>& faults)
+    : application_(new host::Application(PreferencesFolder())) {
+  PrintConsole(application_->GetConsole(), 0); // what is wrong with the preferences
+  std::string error;
+  for (const std::string& fault : faults)
+    if (!application_->GetFaults().Parse(fault, &error)) throw UsageError{error};
+  const fs::path module = fs::u8path(ProgramFolder()) / kModuleName;
+  if (!application_->LoadModule(module.u8string(), &error)) throw std::runtime_error(error);
+  host::InstallInterruptHandler();
+  application_->GetConsole().ShowProgress(true);
+  document_ = application_->NewDocument();
+  idleMemory_ = ResidentMemory();
+}
+
+CloudSession::~CloudSession() {}
+
+long long CloudSession::Points() const {
+  long long points = 0;
+  for (BaseObject* cloud : Clouds()) {
+    CloudStats stats;
+    if (ReadCloudStats(cloud, &stats)) points += stats.Points();
+  }
+  return points;
+}
+
+void CloudSession::RequirePoints() const {
+  if (Points() == 0) throw std::runtime_error("no point was loaded, nothing is written");
+}
+
+void CloudSession::RequireContent() const {
+  Vector low, high;
+  if (Points() == 0 && !host::GeometryBox(document_, &low, &high)) RequirePoints();
+}
+
+bool CloudSession::Extent(Vector* low, Vector* high) const {
+  bool any = false;
+  for (BaseObject* cloud : Clouds()) {
+    Vector cloudLow, cloudHigh;
+    if (!host::WorldBox(cloud, &cloudLow, &cloudHigh)) continue;
+    for (int axis = 0; axis < 3; ++axis) {
+      (*low)[axis] = any ? std::min((*low)[axis], cloudLow[axis]) : cloudLow[axis];
+      (*high)[axis] = any ? std::max((*high)[axis], cloudHigh[axis]) : cloudHigh[axis];
+    }
+    any = true;
+  }
+  if (any || host::GeometryBox(document_, low, high)) return true;
+  if (Points() == 0) return false;
+  // All points at one place: a box without size.
+  Vector centre, half;
+  host::GetObjectBox(Cloud(), &centre, &half);
+  *low = *high = Cloud()->GetMg() * centre;
+  return true;
+}
+
+long long CloudSession::PeakMemory() const {
+  return std::max(0LL, PeakResidentMemory() - idleMemory_);
+}
+
+int CloudSession::ExitStatus() const {
+  const bool whole = std::all_of(reports_.begin(), reports_.end(),
+                                 [](const FileReport& r) { return r.outcome == FileOutcome::Whole; });
+  return whole ? kExitWhole : kExitIncomplete;
+}
+
+void CloudSession::Open(const std::vector<std::string>& files, const std::vector<std::string>& settings) {
+  settings_ = settings;
+  const auto start = std::chrono::steady_clock::now();
+  for (const std::string& file : files) {
+    if (host::IsSceneFile(file))
+      OpenScene(file);
+    else
+      LoadCloud(file);
+  }
+  loadSeconds_ = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  // A scene's own objects take the settings too; without any object a wrong setting is still an error.
+  if (!target_) {
+    for (BaseObject* cloud : Clouds())
+      for (const std::string& setting : settings_) ApplySetting(cloud, setting);
+    if (Clouds().empty() && !settings_.empty()) NewCloud();
+  }
+}
+
+void CloudSession::OpenScene(const std::string& path) {
+  if (!Clouds().empty())
+    throw UsageError{path + ": a scene must come first and alone among scenes: found one after other files"};
+  std::string error;
+  BaseDocument* scene = application_->LoadScene(path, &error);
+  FileReport report;
+  report.path = path;
+  if (scene) {
+    application_->CloseDocument(document_);
+    document_ = scene;
+    for (BaseObject* cloud : Clouds()) {
+      CloudStats stats;
+      if (ReadCloudStats(cloud, &stats)) report.points += stats.Points();
+    }
+    report.message = "scene, " + std::to_string(Clouds().size()) + " point cloud objects";
+    Vector low, high;
+    const bool content = report.points > 0 || host::GeometryBox(document_, &low, &high);
+    report.outcome = content ? FileOutcome::Whole : FileOutcome::Refused;
+  } else {
+    report.message = SpeaksOf(error, path) ? error.substr(path.size() + 2) : error;
+  }
+  reports_.push_back(report);
+}
+
+void CloudSession::LoadCloud(const std::string& path) {
+  std::error_code ignored;
+  if (!fs::exists(fs::u8path(path), ignored)) {
+    reports_.push_back({path, 0, "no such file or folder", FileOutcome::Refused});
+    return;
+  }
+  if (!target_) target_ = NewCloud();
+  CloudStats before;
+  ReadCloudStats(target_, &before);
+  const std::size_t firstLine = application_->GetConsole().Lines().size();
+  application_->GetDialogs().AnswerFile(path);
+  application_->PressButton(target_, IsFolder(path) ? KELVRA_LOAD_FOLDER : KELVRA_LOAD_FILE);
+  const std::vector<std::string> all = application_->GetConsole().Lines();
+  ReportFile(path, std::vector<std::string>(all.begin() + (std::ptrdiff_t)firstLine, all.end()), before);
+}
+
+void CloudSession::ReportFile(const std::string& path, const std::vector<std::string>& lines,
+                              const CloudStats& before) {
+  CloudStats after;
+  ReadCloudStats(target_, &after);
+  // What each file of this command brought, by the source path of its block.
+  std::vector<FileReport> found;
+  const auto reportOf = [&](const std::string& file) -> FileReport& {
+    for (FileReport& report : found)
+      if (report.path == file) return report;
+    found.push_back({file, 0, "", FileOutcome::Refused});
+    return found.back();
+  };
+  if (!IsFolder(path)) reportOf(path);
+  for (const std::string& line : lines) {
+    const bool ofFile = SpeaksOf(line, path);
+    const bool inFolder = !ofFile && IsFolder(path) && line.rfind(path, 0) == 0;
+    const std::size_t colon = line.find(": ", path.size());
+    if (!ofFile && (!inFolder || colon == std::string::npos)) continue;
+    FileReport& report = reportOf(ofFile ? path : line.substr(0, colon));
+    const std::string message = line.substr((ofFile ? path.size() : colon) + 2);
+    report.message += (report.message.empty() ? "" : "; ") + message;
+  }
+  for (std::size_t i = before.blocks.size(); i < after.blocks.size(); ++i)
+    reportOf(after.blocks[i].source).points += after.blocks[i].points;
+  for (FileReport& report : found) {
+    report.outcome = Judge(report.message, report.points);
+    if (report.message.empty()) report.message = report.points ? "loaded" : "gave no point";
+    reports_.push_back(report);
+  }
+  if (found.empty()) reports_.push_back({path, 0, "holds no file to load", FileOutcome::Refused});
+}
+
+BaseObject* CloudSession::NewCloud() {
+  const host::PluginInfo* plugin = application_->FindByDescription(kCloudDescription);
+  if (!plugin) throw std::runtime_error("the module registered no point cloud object");
+  BaseObject* object = host::CreateObjectFromMenu(document_, plugin->id);
+  if (!object) throw std::runtime_error("the point cloud object could not be made");
+  for (const std::string& setting : settings_) ApplySetting(object, setting);
+  return object;
+}
+
+void CloudSession::ApplySetting(BaseObject* object, const std::string& setting) {
+  const std::size_t equals = setting.find('=');
+  if (equals == std::string::npos || equals == 0)
+    throw UsageError{"--set " + setting + ": expected ID=VALUE or NAME=VALUE"};
+  const std::string name = setting.substr(0, equals);
+  LONG id = -1;
+  if (name.find_first_not_of("0123456789") == std::string::npos && name.size() < 10)
+    id = (LONG)std::stol(name);
+  else
+    id = application_->FindParameter(object, name);
+  if (id < 0) throw UsageError{"--set " + setting + ": the object has no parameter called " + name};
+  std::string error;
+  if (!application_->SetParameterFromText(object, id, setting.substr(equals + 1), &error))
+    throw UsageError{"--set " + setting + ": " + error};
+  settingIds_.push_back(id);
+}
+
+bool CloudSession::WasSet(LONG id) const {
+  return std::find(settingIds_.begin(), settingIds_.end(), id) != settingIds_.end();
+}
+
+std::vector<BaseObject*> CloudSession::Clouds() const {
+  std::vector<BaseObject*> clouds;
+  const host::PluginInfo* plugin = application_->FindByDescription(kCloudDescription);
+  std::vector<BaseObject*> open;
+  for (BaseObject* op = document_->GetFirstObject(); op; op = op->GetNext()) open.push_back(op);
+  for (std::size_t i = 0; plugin && i < open.size(); ++i) {
+    if (open[i]->GetType() == plugin->id) clouds.push_back(open[i]);
+    for (BaseObject* child = open[i]->GetDown(); child; child = child->GetNext()) open.push_back(child);
+  }
+  return clouds;
+}
+
+BaseObject* CloudSession::Cloud() const {
+  const std::vector<BaseObject*> clouds = Clouds();
+  if (clouds.empty()) throw std::runtime_error("no point cloud was loaded");
+  return clouds.front();
+}
+
+} // namespace cli

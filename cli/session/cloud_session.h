@@ -1,0 +1,83 @@
+// One run of the command line: application, module, document and the files loaded into it.
+#pragma once
+
+#include "cli/session/cloud_stats.h"
+#include "host/application.h"
+
+#include <string>
+#include <vector>
+
+namespace cli {
+
+/** How one named file fared. */
+enum class FileOutcome { Whole, Partial, Refused };
+
+struct FileReport {
+  std::string path;
+  long long points = 0;
+  std::string message; ///< the line printed for it, without the path
+  FileOutcome outcome = FileOutcome::Refused;
+};
+
+/** Exit statuses of the program. */
+enum ExitStatus { kExitWhole = 0, kExitIncomplete = 1, kExitUsage = 2 };
+
+/** A mistake in the command line itself (a parameter that does not exist, a value out of range). */
+struct UsageError {
+  std::string text;
+};
+
+class CloudSession {
+public:
+  /** Starts the application and loads the module that lies beside this program. Throws std::runtime_error. */
+  explicit CloudSession(const std::vector<std::string>& faults);
+  ~CloudSession();
+
+  /**
+   * Opens scene files and loads cloud files and folders, one load command each, into one new cloud object.
+   * `settings` ("ID=VALUE") are applied to the object before it loads, so that loading parameters count. What
+   * fails is in the reports; what loaded stays. Throws UsageError.
+   */
+  void Open(const std::vector<std::string>& files, const std::vector<std::string>& settings);
+
+  BaseDocument* Document() const { return document_; }
+  /** The cloud objects of the document in tree order. */
+  std::vector<BaseObject*> Clouds() const;
+  /** The first cloud object; throws std::runtime_error without one. */
+  BaseObject* Cloud() const;
+  const std::vector<FileReport>& Reports() const { return reports_; }
+  /** Of all cloud objects. */
+  long long Points() const;
+  /** Throws std::runtime_error without a point: an output that exists is then left alone. */
+  void RequirePoints() const;
+  /** As RequirePoints, but a scene's own geometry will do. */
+  void RequireContent() const;
+  /** World-space box of the clouds; of the scene's own geometry when there are none. False without either. */
+  bool Extent(Vector* low, Vector* high) const;
+  double LoadSeconds() const { return loadSeconds_; }
+  /** Resident growth at its highest over the program before it loaded anything, in bytes. */
+  long long PeakMemory() const;
+  int ExitStatus() const;
+  host::Application& App() { return *application_; }
+  /** "ID=VALUE" with a number or a name; throws UsageError. */
+  void ApplySetting(BaseObject* object, const std::string& setting);
+  /** True when one of the settings given to Open names this parameter. */
+  bool WasSet(LONG id) const;
+
+private:
+  void OpenScene(const std::string& path);
+  void LoadCloud(const std::string& path);
+  BaseObject* NewCloud();
+  void ReportFile(const std::string& path, const std::vector<std::string>& lines, const CloudStats& before);
+
+  std::unique_ptr<host::Application> application_;
+  BaseDocument* document_ = nullptr;
+  BaseObject* target_ = nullptr;
+  std::vector<std::string> settings_;
+  std::vector<LONG> settingIds_;
+  std::vector<FileReport> reports_;
+  double loadSeconds_ = 0;
+  long long idleMemory_ = 0;
+};
+
+} // namespace cli

@@ -1,0 +1,40 @@
+#ifndef _WIN32
+#include "cli/system/process_memory.h"
+
+#include <filesystem>
+#include <fstream>
+
+namespace cli {
+
+namespace {
+
+/** One "Name:  N kB" entry of a status file of the kernel, in bytes. */
+long long StatusEntry(const std::string& name, const char* path = "/proc/self/status") {
+  std::ifstream status(path);
+  std::string line;
+  while (std::getline(status, line))
+    if (line.rfind(name, 0) == 0) return std::stoll(line.substr(name.size() + 1)) * 1024;
+  return 0;
+}
+
+} // namespace
+
+long long ResidentMemory() {
+  return StatusEntry("VmRSS");
+}
+long long PeakResidentMemory() {
+  return StatusEntry("VmHWM");
+}
+
+long long AvailableMemory() {
+  return StatusEntry("MemAvailable", "/proc/meminfo");
+}
+
+std::string ProgramFolder() {
+  std::error_code error;
+  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
+  return error ? std::string(".") : program.parent_path().u8string();
+}
+
+} // namespace cli
+#endif

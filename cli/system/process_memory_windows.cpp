@@ -1,0 +1,43 @@
+#ifdef _WIN32
+#include "cli/system/process_memory.h"
+
+#include "cli/system/utf8_windows.h"
+
+#include <filesystem>
+#include <psapi.h>
+#include <vector>
+
+namespace cli {
+
+namespace {
+
+PROCESS_MEMORY_COUNTERS Counters() {
+  PROCESS_MEMORY_COUNTERS counters = {};
+  K32GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters);
+  return counters;
+}
+
+} // namespace
+
+long long ResidentMemory() {
+  return (long long)Counters().WorkingSetSize;
+}
+long long PeakResidentMemory() {
+  return (long long)Counters().PeakWorkingSetSize;
+}
+
+long long AvailableMemory() {
+  MEMORYSTATUSEX status = {};
+  status.dwLength = sizeof status;
+  return GlobalMemoryStatusEx(&status) ? (long long)status.ullAvailPhys : 0;
+}
+
+std::string ProgramFolder() {
+  std::vector<wchar_t> name(32768); // the longest path that there is
+  const DWORD length = GetModuleFileNameW(nullptr, name.data(), (DWORD)name.size());
+  if (length == 0 || length >= name.size()) return ".";
+  return std::filesystem::u8path(Utf8(name.data())).parent_path().u8string();
+}
+
+} // namespace cli
+#endif

@@ -1,0 +1,77 @@
+#include "host/base/console.h"
+
+#include <algorithm>
+#include <cstdio>
+#ifdef _WIN32
+#include <io.h>
+#define isatty _isatty
+#define fileno _fileno
+#else
+#include <unistd.h>
+#endif
+
+namespace host {
+
+namespace {
+
+const int kBarWidth = 30;
+
+} // namespace
+
+void Console::Print(const std::string& line) {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  lines_.push_back(line);
+  if (drawn_) std::fputs("\r\x1b[K", stderr); // the bar comes back with the next percentage
+  drawn_ = false;
+  if (sink_) sink_(line);
+}
+
+std::vector<std::string> Console::Lines() const {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  return lines_;
+}
+
+void Console::Clear() {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  lines_.clear();
+  statusTexts_.clear();
+  statusBars_.clear();
+}
+
+void Console::SetSink(std::function<void(const std::string&)> sink) {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  sink_ = std::move(sink);
+}
+
+void Console::SetStatusText(const std::string& text) {
+  statusTexts_.push_back(text);
+  DrawProgress();
+}
+
+void Console::SetStatusBar(int percent) {
+  percent_ = std::clamp(percent, 0, 100);
+  statusBars_.push_back(percent);
+  DrawProgress();
+}
+
+void Console::ClearStatus() {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  percent_ = 0;
+  if (drawn_) std::fputs("\r\x1b[K", stderr);
+  drawn_ = false;
+}
+
+void Console::DrawProgress() {
+  static const bool terminal = isatty(fileno(stderr)) != 0;
+  if (!showProgress_ || !terminal) return;
+  const std::lock_guard<std::mutex> lock(mutex_);
+  const int full = percent_ * kBarWidth / 100;
+  const std::string bar =
+      std::string((std::size_t)full, '#') + std::string((std::size_t)(kBarWidth - full), '.');
+  std::fprintf(stderr, "\r\x1b[K[%s] %3d %% %s", bar.c_str(), percent_,
+               statusTexts_.empty() ? "" : statusTexts_.back().c_str());
+  std::fflush(stderr);
+  drawn_ = true;
+}
+
+} // namespace host

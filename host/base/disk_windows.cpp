@@ -1,0 +1,142 @@
+#ifdef _WIN32
+#include "host/base/disk.h"
+#include "host/base/faults.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <filesystem>
+#include <io.h>
+#include <process.h>
+#include <sys/stat.h>
+#include <system_error>
+#include <windows.h>
+
+namespace fs = std::filesystem;
+
+namespace host::disk {
+
+namespace {
+
+/** One system call moves at most this much. */
+constexpr std::size_t kMaxTransfer = 1 << 30;
+
+bool Fail(std::string* error, int code) {
+  if (error) *error = std::strerror(code);
+  return false;
+}
+
+int OpenFlags(Access access) {
+  switch (access) {
+  case Access::Read:
+    return _O_RDONLY;
+  case Access::Write:
+    return _O_RDWR | _O_CREAT | _O_TRUNC;
+  case Access::CreateNew:
+    return _O_RDWR | _O_CREAT | _O_EXCL;
+  case Access::Append:
+  case Access::ReadWrite:
+    return _O_RDWR | _O_CREAT;
+  }
+  return _O_RDONLY;
+}
+
+/**
+ * Large blocks of the host are committed when they are first touched, which the system's own calls do not
+ * count as: they refuse such memory. So it is touched before they see it.
+ */
+void Touch(const void* data, std::size_t size) {
+  const volatile char* bytes = (const volatile char*)data;
+  for (std::size_t at = 0; at < size; at += 4096) (void)bytes[at];
+  if (size) (void)bytes[size - 1];
+}
+
+} // namespace
+
+bool File::Open(const std::string& path, Access access, std::string* error) {
+  if (IsOpen()) return Fail(error, EBUSY);
+  // A path that ends inside its text would name another file than the one asked for.
+  if (path.empty() || path.find('\0') != std::string::npos) return Fail(error, ENOENT);
+  const fs::path file = fs::u8path(path);
+  // Devices have names in every folder, and a folder is no file.
+  std::error_code ignored;
+  const fs::file_status status = fs::status(file, ignored);
+  if (fs::exists(status) && !fs::is_regular_file(status)) {
+    if (error) *error = "not a regular file";
+    return false;
+  }
+  const int handle = _wopen(file.c_str(), OpenFlags(access) | _O_BINARY | _O_NOINHERIT, _S_IREAD | _S_IWRITE);
+  if (handle < 0) return Fail(error, errno);
+  if (GetFileType((HANDLE)_get_osfhandle(handle)) != FILE_TYPE_DISK) {
+    _close(handle);
+    if (error) *error = "not a regular file";
+    return false;
+  }
+  handle_ = handle;
+  return true;
+}
+
+std::int64_t File::ReadAt(std::int64_t position, void* data, std::size_t size, std::string* error) {
+  if (_lseeki64(handle_, position, SEEK_SET) < 0) {
+    Fail(error, errno);
+    return -1;
+  }
+  Touch(data, size);
+  std::size_t done = 0;
+  while (done < size) {
+    const int got = _read(handle_, (char*)data + done, (unsigned)std::min(size - done, kMaxTransfer));
+    if (got < 0) {
+      Fail(error, errno);
+      return -1;
+    }
+    if (got == 0) break;
+    done += (std::size_t)got;
+  }
+  return (std::int64_t)done;
+}
+
+bool File::WriteAt(std::int64_t position, const void* data, std::size_t size, std::string* error) {
+  if (faults_ && faults_->Strikes(Fault::FileWrite)) return Fail(error, ENOSPC);
+  if (_lseeki64(handle_, position, SEEK_SET) < 0) return Fail(error, errno);
+  Touch(data, size);
+  std::size_t done = 0;
+  while (done < size) {
+    const int put = _write(handle_, (const char*)data + done, (unsigned)std::min(size - done, kMaxTransfer));
+    if (put < 0) return Fail(error, errno);
+    if (put == 0) return Fail(error, ENOSPC);
+    done += (std::size_t)put;
+  }
+  return true;
+}
+
+bool File::Flush(std::string* error) {
+  if (faults_ && faults_->Strikes(Fault::FileWrite)) return Fail(error, ENOSPC);
+  return _commit(handle_) == 0 || Fail(error, errno);
+}
+
+bool File::Close(std::string* error) {
+  if (!IsOpen()) return true;
+  const int handle = handle_;
+  handle_ = -1;
+  return _close(handle) == 0 || Fail(error, errno);
+}
+
+std::int64_t File::Length() const {
+  return _filelengthi64(handle_);
+}
+
+bool Replace(const std::string& from, const std::string& to, std::string* error) {
+  if (MoveFileExW(fs::u8path(from).c_str(), fs::u8path(to).c_str(),
+                  MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
+    return true;
+  if (error) *error = std::system_category().message((int)GetLastError());
+  return false;
+}
+
+int ProcessNumber() {
+  return _getpid();
+}
+
+} // namespace host::disk
+#endif

@@ -1,0 +1,54 @@
+#include "host/base/user_break.h"
+
+#include "host/application.h"
+#include "host/seam/services.h"
+
+#include <csignal>
+
+namespace host {
+
+namespace {
+
+std::atomic<bool> interrupted{false};
+static_assert(std::atomic<bool>::is_always_lock_free, "set by a signal handler");
+thread_local Work* current = nullptr;
+
+extern "C" void OnInterrupt(int) {
+  interrupted = true;
+  std::signal(SIGINT, SIG_DFL); // the next one ends the program
+}
+
+} // namespace
+
+void InstallInterruptHandler() {
+  std::signal(SIGINT, OnInterrupt);
+}
+void RequestInterrupt() {
+  interrupted = true;
+}
+void ClearInterrupt() {
+  interrupted = false;
+}
+bool Interrupted() {
+  return interrupted;
+}
+
+Work::Work() : outer_(current) {
+  current = this;
+}
+Work::~Work() {
+  current = outer_;
+}
+
+Work* Work::Current() {
+  return current;
+}
+
+bool Work::TestBreak() const {
+  if (!stopped_ &&
+      (Interrupted() || (FindServices() && Application::Get().GetFaults().Strikes(Fault::UserBreak))))
+    stopped_ = true;
+  return stopped_;
+}
+
+} // namespace host

@@ -1,0 +1,169 @@
+#include "host/memory/memory.h"
+
+#include "host/base/faults.h"
+#include "host/base/misbehaviour.h"
+#include "host/base/module_scope.h"
+#include "host/memory/address_space.h"
+#include "host/memory/allocation_sites.h"
+#include "host/memory/block_table.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cstdio>
+#include <cstdlib>
+
+namespace host::memory {
+
+namespace {
+
+std::atomic<Faults*> activeFaults{nullptr};
+std::atomic<LLONG> liveBlocks{0}, liveBytes{0};
+thread_local bool drawing = false;
+
+/** Never destroyed: static objects of modules and of the program free their memory at the very end. */
+BlockTable& Blocks() {
+  static BlockTable& table = *new BlockTable;
+  return table;
+}
+AllocationSites& Sites() {
+  static AllocationSites& sites = *new AllocationSites;
+  return sites;
+}
+
+/** Each kind of fault counts the calls of its kind, whichever of them strikes. */
+bool Refused(VLONG size) {
+  Faults* faults = activeFaults.load(std::memory_order_relaxed);
+  if (!faults || !inModule) return false;
+  bool refused = faults->Strikes(Fault::Allocation);
+  if (size >= kLargeBlock && faults->Strikes(Fault::LargeBlock)) refused = true;
+  if (drawing && faults->Strikes(Fault::TemporaryBlock)) refused = true;
+  return refused;
+}
+
+/** Blocks from this size on get large pages where the system has them. */
+const VLONG kLargePageBlock = VLONG(4) << 20;
+
+void* Obtain(VLONG size, bool mapped, bool clear) {
+  if (mapped) return ReserveSpace((std::size_t)size);
+  void* block = clear ? std::calloc(1, (std::size_t)size) : std::malloc((std::size_t)size);
+  if (block && size >= kLargePageBlock) PreferLargePages(block, (std::size_t)size);
+  return block;
+}
+
+void Release(const Block& block) {
+  if (block.mapped)
+    ReleaseSpace(block.address, block.size);
+  else
+    std::free(block.address);
+}
+
+void Count(const Block& block, int sign) {
+  liveBlocks.fetch_add(sign, std::memory_order_relaxed);
+  liveBytes.fetch_add(sign * (LLONG)block.size, std::memory_order_relaxed);
+  if (block.module) Sites().Count(block.site, sign, (LLONG)block.size * sign);
+}
+
+/** NULL, with the block released, when it cannot be noted. */
+void* Note(const Block& block) {
+  if (!Blocks().Insert(block)) {
+    Release(block);
+    return NULL;
+  }
+  Count(block, 1);
+  return block.address;
+}
+
+void ReportForeign(const char* call, void* address) {
+  char text[96];
+  std::snprintf(text, sizeof text, "%s of %p, which is no live block of the host", call, address);
+  ReportCaller(text);
+}
+
+/** A block that changes between heap and address space of its own is copied; only touched pages can be in it.
+ */
+void* Move(const Block& old, VLONG size, Block* moved) {
+  moved->mapped = size >= kLargeBlock;
+  void* target = Obtain(size, moved->mapped, false);
+  if (!target) return NULL;
+  std::memcpy(target, old.address, std::min(old.size, (std::size_t)size));
+  Release(old);
+  return target;
+}
+
+} // namespace
+
+void* Allocate(VLONG size, bool clear, LONG line, const CHAR* file) {
+  if (size < 1 || size > kLargestBlock || Refused(size)) return NULL;
+  Block block;
+  block.mapped = size >= kLargeBlock;
+  block.address = Obtain(size, block.mapped, clear);
+  if (!block.address) return NULL;
+  block.size = (std::size_t)size;
+  block.module = inModule;
+  if (inModule) block.site = Sites().Find(file, line);
+  return Note(block);
+}
+
+void* Reallocate(void* address, VLONG size, LONG line, const CHAR* file) {
+  if (!address) return Allocate(size, false, line, file);
+  if (size < 1 || size > kLargestBlock || Refused(size)) return NULL;
+  Block old;
+  if (!Blocks().Remove(address, &old)) {
+    ReportForeign("realloc", address);
+    return NULL;
+  }
+  Block moved = old;
+  if (old.mapped && size >= kLargeBlock)
+    moved.address = ResizeSpace(address, old.size, (std::size_t)size);
+  else if (!old.mapped && size < kLargeBlock)
+    moved.address = std::realloc(address, (std::size_t)size);
+  else
+    moved.address = Move(old, size, &moved);
+  if (!moved.address) {
+    Blocks().Insert(old); // its slot was just given up: the table need not grow
+    return NULL;
+  }
+  moved.size = (std::size_t)size;
+  Count(old, -1);
+  return Note(moved);
+}
+
+void Free(void* address) {
+  if (!address) return;
+  Block block;
+  if (!Blocks().Remove(address, &block)) return ReportForeign("free", address);
+  Count(block, -1);
+  Release(block);
+}
+
+void SetFaults(Faults* faults) {
+  activeFaults = faults;
+}
+
+LLONG LiveBlocks() {
+  return liveBlocks;
+}
+LLONG LiveBytes() {
+  return liveBytes;
+}
+
+std::vector<Survivor> ModuleSurvivors() {
+  std::vector<Survivor> survivors;
+  Sites().ForEachLive([&](const std::string& place, LLONG blocks, LLONG bytes) {
+    survivors.push_back({place, blocks, bytes});
+  });
+  return survivors;
+}
+
+void ForgetSites() {
+  Sites().Forget();
+}
+
+DrawScope::DrawScope() : previous_(drawing) {
+  drawing = true;
+}
+DrawScope::~DrawScope() {
+  drawing = previous_;
+}
+
+} // namespace host::memory

@@ -1,0 +1,99 @@
+// Birth, death and messages of nodes.
+#include "host/nodes/node.h"
+
+#include "host/base/module_scope.h"
+#include "host/nodes/node_types.h"
+#include "host/seam/services.h"
+#include "host/undo/undo.h"
+#include "host/view/view_state.h"
+
+namespace host {
+
+namespace {
+
+LLONG liveNodeData = 0;
+
+/** Makes the plug-in's part of a node; false leaves the node without one. */
+bool GiveData(Node& node, Plugin& plugin) {
+  const NODEPLUGIN& np = plugin.Node();
+  node.plugin = &plugin;
+  node.data = CallModule("Allocator", np.Allocator);
+  if (!node.data) return false;
+  ++liveNodeData;
+  CallModule("Attach", np.Attach, node.data, Api(&node));
+  return CallModule("Init", np.Init, node.data, Api(&node)) != FALSE;
+}
+
+void FreeData(Node& node) {
+  if (!node.data) return;
+  const NODEPLUGIN& np = node.plugin->Node();
+  CallModule("Free", np.Free, node.data, Api(&node));
+  CallModule("Destructor", np.Destructor, node.data);
+  node.data = NULL;
+  --liveNodeData;
+}
+
+} // namespace
+
+LLONG LiveNodeData() {
+  return liveNodeData;
+}
+
+Node* MakeNode(NodeKind kind, LONG type) {
+  Plugin* plugin = FindTypePlugin(kind, type);
+  std::unique_ptr<Node> node(plugin ? MakeEmptyNode(kind, type) : MakeOwnNode(kind, type));
+  if (!node) return nullptr;
+  node->name = TypeName(kind, type);
+  if (plugin && !GiveData(*node, *plugin)) FreeNode(node.release());
+  return node.release();
+}
+
+Node* MakePlaceholder(NodeKind kind, LONG type) {
+  return MakeEmptyNode(kind, type);
+}
+
+void FreeNode(Node* node) {
+  if (!node) return;
+  RemoveNode(*node);
+  if (node->kind == NodeKind::Document) static_cast<Document*>(node)->undo->Clear();
+  for (NodeList* list : ListsOf(*node)) FreeList(*list);
+  if (node->kind == NodeKind::Object) {
+    FreeList(static_cast<Object*>(node)->cache);
+    FreeList(static_cast<Object*>(node)->deformCache);
+  }
+  FreeData(*node);
+  // What a view keeps for the node must not be found by a later node at the same address.
+  ViewState::RemoveFactories(Api(node), (LULONG)NOTOK);
+  ViewState::RemoveBuffers(Api(node), NOTOK);
+  delete node;
+}
+
+bool SendMessage(Node& node, LONG type, void* data) {
+  if (!node.data) return node.OwnMessage(type, data);
+  return CallModule("Message", node.plugin->Node().Message, node.data, Api(&node), type, data) != FALSE;
+}
+
+ULONG DirtyCount(const Node& node, DIRTYFLAGS flags) {
+  ULONG count = 0;
+  if (flags & DIRTYFLAGS_DATA) count += node.dataDirty + node.container.GetDirty();
+  if (flags & DIRTYFLAGS_MATRIX) count += node.matrixDirty;
+  if (flags & DIRTYFLAGS_CACHE) count += node.cacheDirty;
+  if ((flags & DIRTYFLAGS_CHILDREN) && node.kind == NodeKind::Object)
+    for (const Node* child = static_cast<const Object&>(node).children.first; child; child = child->next)
+      count += DirtyCount(*child, flags);
+  return count;
+}
+
+void AddInherentVideoPosts(RenderSettings& settings) {
+  for (const Plugin& plugin : TheServices().plugins.All()) {
+    if (plugin.kind != PLUGINTYPE_VIDEOPOST || !(plugin.Base().info & PLUGINFLAG_VIDEOPOST_INHERENT))
+      continue;
+    bool present = false;
+    for (Node* post = settings.videoPosts.first; post; post = post->next)
+      present = present || post->type == plugin.id;
+    if (present) continue;
+    if (Node* post = MakeNode(NodeKind::VideoPost, plugin.id)) AppendNode(settings.videoPosts, *post);
+  }
+}
+
+} // namespace host

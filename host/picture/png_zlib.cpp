@@ -1,0 +1,370 @@
+// PNG files through zlib alone, for builds without libpng: writes plain ones, reads what is not interlaced.
+#include "host/picture/png_codec.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <new>
+#include <stdexcept>
+#include <system_error>
+#include <vector>
+#include <zlib.h>
+
+namespace host::gl {
+
+namespace {
+
+using Byte = std::uint8_t;
+
+const Byte kSignature[8] = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1a, '\n'};
+enum Filter { kNone, kSub, kUp, kAverage, kPaeth };
+enum ColorType { kGray = 0, kRgb = 2, kPalette = 3, kGrayAlpha = 4, kRgba = 6 };
+
+std::uint32_t Get32(const Byte* at) {
+  return (std::uint32_t)at[0] << 24 | (std::uint32_t)at[1] << 16 | (std::uint32_t)at[2] << 8 | at[3];
+}
+void Put32(Byte* at, std::uint32_t value) {
+  for (int i = 0; i < 4; ++i) at[i] = (Byte)(value >> (24 - 8 * i));
+}
+
+[[noreturn]] void Refuse(const std::string& reason) {
+  throw std::runtime_error(reason);
+}
+
+class ChunkWriter {
+public:
+  ChunkWriter(std::FILE* file, const WriteFault& fault) : file_(file), fault_(fault) {}
+
+  void Raw(const Byte* bytes, std::size_t count) {
+    errno = 0;
+    if (fault_ && fault_()) Refuse(std::generic_category().message(ENOSPC));
+    if (std::fwrite(bytes, 1, count, file_) != count) Refuse(std::generic_category().message(errno));
+  }
+  void Chunk(const char* name, const Byte* data, std::size_t count) {
+    Byte start[8], end[4];
+    Put32(start, (std::uint32_t)count);
+    std::memcpy(start + 4, name, 4);
+    uLong sum = crc32(0, start + 4, 4);
+    if (count) sum = crc32(sum, data, (uInt)count);
+    Put32(end, (std::uint32_t)sum);
+    Raw(start, sizeof start);
+    if (count) Raw(data, count);
+    Raw(end, sizeof end);
+  }
+
+private:
+  std::FILE* file_;
+  const WriteFault& fault_;
+};
+
+/** One deflate stream cut into IDAT chunks. */
+class RowWriter {
+public:
+  explicit RowWriter(ChunkWriter* chunks) : chunks_(chunks), out_(1 << 16) {
+    if (deflateInit(&stream_, 4) != Z_OK) throw std::bad_alloc();
+  }
+  ~RowWriter() { deflateEnd(&stream_); }
+  RowWriter(const RowWriter&) = delete;
+  RowWriter& operator=(const RowWriter&) = delete;
+
+  void Write(const std::vector<Byte>& row) { Push(row.data(), row.size(), Z_NO_FLUSH); }
+  void Finish() { Push(nullptr, 0, Z_FINISH); }
+
+private:
+  void Push(const Byte* bytes, std::size_t count, int flush) {
+    stream_.next_in = const_cast<Byte*>(bytes);
+    stream_.avail_in = (uInt)count;
+    int state;
+    do {
+      stream_.next_out = out_.data();
+      stream_.avail_out = (uInt)out_.size();
+      state = deflate(&stream_, flush);
+      const std::size_t made = out_.size() - stream_.avail_out;
+      if (made) chunks_->Chunk("IDAT", out_.data(), made);
+    } while (stream_.avail_out == 0 || (flush == Z_FINISH && state != Z_STREAM_END));
+  }
+
+  ChunkWriter* chunks_;
+  z_stream stream_ = {};
+  std::vector<Byte> out_;
+};
+
+void WriteAll(const PngLayout& layout, const Byte* rows, ChunkWriter* chunks) {
+  chunks->Raw(kSignature, sizeof kSignature);
+  Byte header[13] = {};
+  Put32(header, (std::uint32_t)layout.width);
+  Put32(header + 4, (std::uint32_t)layout.height);
+  header[8] = (Byte)layout.bitDepth;
+  header[9] = layout.channels == 4 ? kRgba : kRgb;
+  chunks->Chunk("IHDR", header, sizeof header);
+  const std::size_t size = layout.RowBytes();
+  std::vector<Byte> above(size), row(size), filtered(size + 1);
+  RowWriter writer(chunks);
+  for (int y = 0; y < layout.height; ++y) {
+    std::memcpy(row.data(), rows + (std::size_t)y * size, size);
+    if (layout.bitDepth == 16) // little-endian in memory, big-endian in the file
+      for (std::size_t i = 0; i + 1 < size; i += 2) std::swap(row[i], row[i + 1]);
+    filtered[0] = kUp;
+    for (std::size_t i = 0; i < size; ++i) filtered[i + 1] = (Byte)(row[i] - above[i]);
+    writer.Write(filtered);
+    above.swap(row);
+  }
+  writer.Finish();
+  chunks->Chunk("IEND", nullptr, 0);
+}
+
+/** What a file says of itself, and its palette. */
+struct Header {
+  int width = 0, height = 0, depth = 0, type = 0;
+  std::vector<Byte> palette, alphas;
+
+  int StoredChannels() const { return type == kRgba ? 4 : type == kRgb ? 3 : type == kGrayAlpha ? 2 : 1; }
+  std::size_t StoredRowBytes() const { return ((std::size_t)width * StoredChannels() * depth + 7) / 8; }
+  bool HasAlpha() const { return type == kRgba || type == kGrayAlpha || !alphas.empty(); }
+};
+
+class ChunkReader {
+public:
+  explicit ChunkReader(std::FILE* file) : file_(file) {}
+
+  void Raw(Byte* bytes, std::size_t count) {
+    if (std::fread(bytes, 1, count, file_) == count) return;
+    Refuse(std::ferror(file_) ? std::generic_category().message(errno) : "the file ends too early");
+  }
+  /** Begins the next chunk; one without bytes is then behind us. */
+  void Next() {
+    Byte start[8];
+    Raw(start, sizeof start);
+    left = Get32(start);
+    std::memcpy(name, start + 4, 4);
+    sum_ = crc32(0, start + 4, 4);
+    if (left > 0x7fffffffu) Refuse("a chunk of " + std::to_string(left) + " bytes");
+    if (left == 0) Check();
+  }
+  bool Is(const char* wanted) const { return std::memcmp(name, wanted, 4) == 0; }
+  /** Up to `most` bytes of the chunk; after its last byte its checksum has been compared. */
+  std::size_t Take(Byte* bytes, std::size_t most) {
+    const std::size_t count = std::min<std::size_t>(left, most);
+    Raw(bytes, count);
+    sum_ = crc32(sum_, bytes, (uInt)count);
+    left -= (std::uint32_t)count;
+    if (left == 0 && count > 0) Check();
+    return count;
+  }
+  std::vector<Byte> Whole(std::size_t most) {
+    if (left > most) Refuse(std::string(name, 4) + " of " + std::to_string(left) + " bytes");
+    std::vector<Byte> bytes(left);
+    if (left > 0) Take(bytes.data(), bytes.size());
+    return bytes;
+  }
+  void Skip() {
+    Byte part[4096];
+    while (left > 0) Take(part, sizeof part);
+  }
+
+  char name[4] = {};
+  std::uint32_t left = 0;
+
+private:
+  void Check() {
+    Byte stored[4];
+    Raw(stored, sizeof stored);
+    if (Get32(stored) != (std::uint32_t)sum_) Refuse(std::string(name, 4) + ": CRC error");
+  }
+
+  std::FILE* file_;
+  uLong sum_ = 0;
+};
+
+void ReadHeader(ChunkReader* chunks, Header* header) {
+  Byte signature[8];
+  chunks->Raw(signature, sizeof signature);
+  if (std::memcmp(signature, kSignature, sizeof signature) != 0) Refuse("Not a PNG file");
+  chunks->Next();
+  const std::vector<Byte> bytes = chunks->Is("IHDR") ? chunks->Whole(13) : std::vector<Byte>();
+  if (bytes.size() != 13) Refuse("the file does not begin with its header");
+  const std::uint32_t width = Get32(&bytes[0]), height = Get32(&bytes[4]);
+  if (width < 1 || height < 1 || width > 1000000 || height > 1000000)
+    Refuse(std::to_string(width) + " x " + std::to_string(height) + " pixels");
+  header->width = (int)width;
+  header->height = (int)height;
+  header->depth = bytes[8];
+  header->type = bytes[9];
+  const int d = header->depth, t = header->type;
+  const bool wide = d == 8 || d == 16, narrow = d == 1 || d == 2 || d == 4;
+  if (!((t == kGray && (wide || narrow)) || (t == kPalette && (d == 8 || narrow)) ||
+        ((t == kRgb || t == kGrayAlpha || t == kRgba) && wide)))
+    Refuse("colour type " + std::to_string(t) + " with " + std::to_string(d) + " bits");
+  if (bytes[10] != 0 || bytes[11] != 0) Refuse("unknown compression or filter method");
+  if (bytes[12] != 0) Refuse("it is interlaced, which this build does not read");
+}
+
+/** Leaves the reader at the start of the first IDAT. */
+void ReadToPixels(ChunkReader* chunks, Header* header) {
+  for (chunks->Next(); !chunks->Is("IDAT"); chunks->Next()) {
+    if (chunks->Is("IEND")) Refuse("the file holds no pixels");
+    if (chunks->Is("PLTE"))
+      header->palette = chunks->Whole(768);
+    else if (chunks->Is("tRNS") && header->type == kPalette)
+      header->alphas = chunks->Whole(256);
+    else if (chunks->Is("tRNS"))
+      Refuse("one of its colours is transparent, which this build does not read");
+    else
+      chunks->Skip();
+  }
+  if (header->type == kPalette && header->palette.empty()) Refuse("the palette is missing");
+}
+
+/** Unfolds the IDAT chunks row by row. */
+class RowReader {
+public:
+  explicit RowReader(ChunkReader* chunks) : chunks_(chunks), in_(1 << 16) {
+    if (inflateInit(&stream_) != Z_OK) throw std::bad_alloc();
+  }
+  ~RowReader() { inflateEnd(&stream_); }
+  RowReader(const RowReader&) = delete;
+  RowReader& operator=(const RowReader&) = delete;
+
+  void Read(Byte* bytes, std::size_t count) {
+    stream_.next_out = bytes;
+    stream_.avail_out = (uInt)count;
+    while (stream_.avail_out > 0) {
+      if (stream_.avail_in == 0) More();
+      const int state = inflate(&stream_, Z_NO_FLUSH);
+      if (state == Z_MEM_ERROR) throw std::bad_alloc();
+      if (state == Z_STREAM_END ? stream_.avail_out > 0 : state != Z_OK)
+        Refuse(state == Z_STREAM_END ? "Not enough image data" : "the pixels cannot be unfolded");
+    }
+  }
+  void Finish() {
+    while (!chunks_->Is("IEND")) {
+      chunks_->Skip();
+      chunks_->Next();
+    }
+    chunks_->Skip();
+  }
+
+private:
+  void More() {
+    while (chunks_->left == 0) {
+      chunks_->Next();
+      if (!chunks_->Is("IDAT")) Refuse("Not enough image data");
+    }
+    stream_.next_in = in_.data();
+    stream_.avail_in = (uInt)chunks_->Take(in_.data(), in_.size());
+  }
+
+  ChunkReader* chunks_;
+  z_stream stream_ = {};
+  std::vector<Byte> in_;
+};
+
+Byte Paeth(int left, int up, int corner) {
+  const int guess = left + up - corner;
+  const int a = std::abs(guess - left), b = std::abs(guess - up), c = std::abs(guess - corner);
+  return (Byte)(a <= b && a <= c ? left : b <= c ? up : corner);
+}
+
+void Unfilter(int filter, std::size_t pixelBytes, const Byte* above, Byte* row, std::size_t size) {
+  if (filter > kPaeth) Refuse("filter " + std::to_string(filter));
+  for (std::size_t i = 0; i < size; ++i) {
+    const int left = i >= pixelBytes ? row[i - pixelBytes] : 0, up = above[i];
+    const int corner = i >= pixelBytes ? above[i - pixelBytes] : 0;
+    const int add = filter == kSub       ? left
+                    : filter == kUp      ? up
+                    : filter == kAverage ? (left + up) / 2
+                    : filter == kPaeth   ? Paeth(left, up, corner)
+                                         : 0;
+    row[i] = (Byte)(row[i] + add);
+  }
+}
+
+/** A stored sample as 16 bits; palette entries as they are. */
+unsigned Sample(const Header& header, const Byte* row, std::size_t index) {
+  if (header.depth == 16) return (unsigned)row[2 * index] << 8 | row[2 * index + 1];
+  if (header.depth == 8) return row[index];
+  const std::size_t bit = index * (std::size_t)header.depth;
+  return row[bit / 8] >> (8 - header.depth - (int)(bit % 8)) & ((1u << header.depth) - 1);
+}
+
+/** One row as samples of 16 bits, RGB or RGBA. */
+void Expand(const Header& header, const Byte* row, std::uint16_t* out) {
+  const unsigned scale = header.depth == 16 ? 1 : 65535u / ((1u << header.depth) - 1);
+  const int channels = header.StoredChannels();
+  for (std::size_t x = 0; x < (std::size_t)header.width; ++x) {
+    if (header.type == kPalette) {
+      const std::size_t entry = Sample(header, row, x);
+      if (3 * entry + 2 >= header.palette.size()) Refuse("palette entry " + std::to_string(entry));
+      for (std::size_t i = 0; i < 3; ++i) *out++ = (std::uint16_t)(header.palette[3 * entry + i] * 257u);
+      if (header.HasAlpha())
+        *out++ = entry < header.alphas.size() ? (std::uint16_t)(header.alphas[entry] * 257u) : 65535;
+      continue;
+    }
+    const bool gray = channels <= 2;
+    for (std::size_t i = 0; i < 3; ++i)
+      *out++ = (std::uint16_t)(Sample(header, row, x * channels + (gray ? 0 : i)) * scale);
+    if (header.HasAlpha()) *out++ = (std::uint16_t)(Sample(header, row, x * channels + channels - 1) * scale);
+  }
+}
+
+void ReadPixels(const Header& header, const PngLayout& layout, ChunkReader* chunks, Byte* rows) {
+  const std::size_t size = header.StoredRowBytes();
+  const std::size_t pixelBytes = std::max(1, header.StoredChannels() * header.depth / 8);
+  const std::size_t samples = (std::size_t)layout.width * layout.channels;
+  std::vector<Byte> row(size + 1), above(size + 1);
+  std::vector<std::uint16_t> expanded(samples);
+  RowReader reader(chunks);
+  for (int y = 0; y < layout.height; ++y) {
+    reader.Read(row.data(), size + 1);
+    Unfilter(row[0], pixelBytes, above.data() + 1, row.data() + 1, size);
+    Expand(header, row.data() + 1, expanded.data());
+    Byte* out = rows + (std::size_t)y * layout.RowBytes();
+    if (layout.bitDepth == 16)
+      std::memcpy(out, expanded.data(), samples * 2);
+    else
+      for (std::size_t i = 0; i < samples; ++i) out[i] = (Byte)((expanded[i] * 255u + 32895u) >> 16);
+    above.swap(row);
+  }
+  reader.Finish();
+}
+
+} // namespace
+
+bool EncodePngRows(const PngLayout& layout, const Byte* rows, std::FILE* file, const WriteFault& fault,
+                   std::string* reason) {
+  try {
+    ChunkWriter chunks(file, fault);
+    WriteAll(layout, rows, &chunks);
+    if (std::fflush(file) == 0) return true;
+    *reason = std::generic_category().message(errno);
+  } catch (const std::bad_alloc&) {
+    *reason = "out of memory";
+  } catch (const std::runtime_error& e) {
+    *reason = e.what();
+  }
+  return false;
+}
+
+bool DecodePngRows(std::FILE* file, PngLayout* layout, const PngRows& rows, std::string* reason) {
+  try {
+    ChunkReader chunks(file);
+    Header header;
+    ReadHeader(&chunks, &header);
+    ReadToPixels(&chunks, &header);
+    layout->width = header.width;
+    layout->height = header.height;
+    layout->channels = header.HasAlpha() ? 4 : 3;
+    if (!FitsPngFile(*layout, header.StoredRowBytes(), file, reason)) return false;
+    ReadPixels(header, *layout, &chunks, rows(*layout));
+    return true;
+  } catch (const std::bad_alloc&) {
+    *reason = "out of memory for " + std::to_string(layout->height * layout->RowBytes()) + " bytes of pixels";
+  } catch (const std::runtime_error& e) {
+    *reason = e.what();
+  }
+  return false;
+}
+
+} // namespace host::gl

@@ -1,0 +1,88 @@
+// Fl: plain files and folder listings of the plug-in interface.
+#include "host/application.h"
+#include "host/base/live_files.h"
+#include "host/base/text.h"
+#include "host/scene/base_file.h"
+#include "host/seam/os_tables.h"
+
+namespace host {
+
+namespace {
+
+struct FlEntries {
+  static BaseFileImpl* At(BaseFile* file) { return BaseFileImpl::From(file); }
+
+  static BaseFile* Alloc() {
+    BaseFileImpl* made = gNew BaseFileImpl(&Application::Get().GetFaults());
+    if (made) ++liveFiles;
+    return made ? made->Api() : nullptr;
+  }
+  static void Free(BaseFile* file) {
+    BaseFileImpl* impl = At(file);
+    if (impl) --liveFiles;
+    gDelete(impl);
+  }
+  /** The byte order concerns typed values, which callers put into bytes themselves. */
+  static Bool Open(BaseFile* file, const Filename& name, FILEOPEN mode, FILEDIALOG dialog, BYTEORDER) {
+    if (At(file)->Open(Utf8(name), mode)) return TRUE;
+    if (dialog == FILEDIALOG_ANY)
+      Application::Get().GetDialogs().Show(Utf8(name) + ": " + At(file)->Reason(), GEMB_ICONSTOP);
+    return FALSE;
+  }
+  static Bool Close(BaseFile* file) { return At(file)->Close(); }
+  static VLONG ReadBytes(BaseFile* file, void* data, VLONG len, Bool just_try) {
+    return At(file)->ReadBytes(data, len, just_try != FALSE);
+  }
+  static Bool WriteBytes(BaseFile* file, const void* data, VLONG len) {
+    return At(file)->WriteBytes(data, len);
+  }
+  static Bool Seek(BaseFile* file, LLONG pos, FILESEEK mode) { return At(file)->Seek(pos, mode); }
+  static LLONG GetPosition(BaseFile* file) { return At(file)->Position(); }
+  static LLONG GetLength(BaseFile* file) { return At(file)->Length(); }
+  static FILEERROR GetError(const BaseFile* file) { return BaseFileImpl::From(file)->Error(); }
+
+  static Bool Exists(const Filename& name, Bool isdir) { return disk::Exists(Utf8(name), isdir != FALSE); }
+  static Bool Kill(const Filename& name, LONG flags) {
+    if (!(flags & GE_FKILL_DIRECTORY)) return disk::RemoveFile(Utf8(name), nullptr);
+    return disk::RemoveFolder(Utf8(name), (flags & GE_FKILL_RECURSIVE) != 0, nullptr);
+  }
+  static Bool Rename(const Filename& from, const Filename& to) {
+    return disk::Rename(Utf8(from), Utf8(to), nullptr);
+  }
+
+  static BrowseFiles* AllocBrowse() {
+    BrowseFilesImpl* made = gNew BrowseFilesImpl;
+    if (made) ++liveFiles;
+    return made ? made->Api() : nullptr;
+  }
+  static void FreeBrowse(BrowseFiles* bf) {
+    BrowseFilesImpl* impl = BrowseFilesImpl::From(bf);
+    if (impl) --liveFiles;
+    gDelete(impl);
+  }
+  static void InitBrowse(BrowseFiles* bf, const Filename& directory, LONG) {
+    BrowseFilesImpl& listing = *BrowseFilesImpl::From(bf);
+    listing.entries = disk::List(Utf8(directory));
+    listing.next = 0;
+  }
+  static Bool GetNext(BrowseFiles* bf) {
+    BrowseFilesImpl& listing = *BrowseFilesImpl::From(bf);
+    if (listing.next >= listing.entries.size()) return FALSE;
+    ++listing.next;
+    return TRUE;
+  }
+  static void GetEntry(BrowseFiles* bf, Filename* name, LLONG* size, Bool* isDir, Bool* isHidden) {
+    const BrowseFilesImpl& listing = *BrowseFilesImpl::From(bf);
+    const disk::Entry entry = listing.next > 0 ? listing.entries[listing.next - 1] : disk::Entry();
+    *name = Filename(FromUtf8(entry.name));
+    *size = entry.size;
+    *isDir = entry.folder;
+    *isHidden = entry.hidden;
+  }
+};
+
+} // namespace
+
+HOST_BIND_FL(FlEntries)
+
+} // namespace host

@@ -1,0 +1,35 @@
+// The Mo table: clone data.
+#include "host/seam/os_tables.h"
+#include "host/view/clone_data.h"
+
+namespace host {
+
+namespace {
+
+struct MoEntries {
+  static constexpr bool kMainThread = true;
+
+  static MoData* Alloc() { return Api(new CloneData); }
+  static void Free(MoData* data) { delete reinterpret_cast<CloneData*>(data); }
+  static LONG GetCount(MoData* data) { return (LONG) reinterpret_cast<CloneData*>(data)->matrices.size(); }
+  static void* GetArray(const MoData* data, LONG id, MD_TYPE type, LONG* count) {
+    CloneData& clones = *reinterpret_cast<CloneData*>(const_cast<MoData*>(data));
+    *count = 0;
+    if (id == MODATA_MATRIX && (type == MD_NONE || type == MD_MATRIX)) return Content(clones.matrices, count);
+    if (id == MODATA_FLAGS && (type == MD_NONE || type == MD_LONG)) return Content(clones.flags, count);
+    return NULL;
+  }
+
+private:
+  template <class T>
+  static void* Content(std::vector<T>& array, LONG* count) {
+    *count = (LONG)array.size();
+    return array.empty() ? NULL : array.data();
+  }
+};
+
+} // namespace
+
+HOST_BIND_MO(MoEntries)
+
+} // namespace host

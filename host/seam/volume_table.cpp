@@ -1,0 +1,90 @@
+// The Vd table: rays and pictures while rendering.
+#include "host/base/misbehaviour.h"
+#include "host/render/ray_tracer.h"
+#include "host/render/render_buffer.h"
+#include "host/render/render_job.h"
+#include "host/seam/os_tables.h"
+
+namespace host {
+
+namespace {
+
+/** The tracer behind it; NULL, and a report, for volume data without a render. */
+RayTracer* TracerOf(const VolumeData* vd, const char* call) {
+  RayTracer* tracer = vd ? RenderVolume::From(vd)->tracer : nullptr;
+  if (!tracer) ReportCaller(std::string(call) + " with volume data that belongs to no render");
+  return tracer;
+}
+
+struct VdEntries {
+  static VolumeData* Alloc() { return new (std::nothrow) RenderVolume; }
+  static void Free(VolumeData* vd) {
+    if (RenderVolume::From(vd)->tracer)
+      ReportCaller("volume data of a render is freed");
+    else
+      delete RenderVolume::From(vd);
+  }
+  static LONG GetCurrentCPU(const VolumeData* vd) {
+    const RayTracer* tracer = TracerOf(vd, "GetCurrentCPU");
+    return tracer ? tracer->Thread() : 0;
+  }
+  static LONG GetCPUCount(const VolumeData* vd) {
+    RayTracer* tracer = TracerOf(vd, "GetCPUCount");
+    return tracer ? tracer->Scene().threads : 0;
+  }
+  static Bool TestBreak(VolumeData* vd) {
+    RayTracer* tracer = TracerOf(vd, "TestBreak");
+    return tracer && tracer->Scene().stop;
+  }
+  static LONG GetLightCount(const VolumeData* vd) {
+    RayTracer* tracer = TracerOf(vd, "GetLightCount");
+    return tracer ? (LONG)tracer->Scene().lights.size() : 0;
+  }
+  static RayLight* GetLight(VolumeData* vd, LONG index) {
+    RayTracer* tracer = TracerOf(vd, "GetLight");
+    if (!tracer || index < 0 || index >= (LONG)tracer->Scene().lights.size()) return NULL;
+    return &tracer->Scene().lights[(std::size_t)index];
+  }
+  static const RayParameter* GetRayParameter(const VolumeData* vd) {
+    RayTracer* tracer = TracerOf(vd, "GetRayParameter");
+    return tracer ? &tracer->Scene().parameter : NULL;
+  }
+  static const RayCamera* GetRayCamera(const VolumeData* vd) {
+    RayTracer* tracer = TracerOf(vd, "GetRayCamera");
+    return tracer ? &tracer->Scene().camera : NULL;
+  }
+  static void IlluminanceSurfacePoint(VolumeData* vd, IlluminanceSurfacePointData* f, Vector* diffuse,
+                                      Vector* specular) {
+    RayTracer* tracer = TracerOf(vd, "IlluminanceSurfacePoint");
+    *diffuse = tracer ? tracer->Illuminate(*f) : Vector();
+    *specular = Vector();
+  }
+  static void IlluminanceAnyPoint(VolumeData* vd, const LVector& p, ILLUMINATEFLAGS flags, RAYBIT raybits,
+                                  Vector* light) {
+    RayTracer* tracer = TracerOf(vd, "IlluminanceAnyPoint");
+    *light = tracer ? tracer->IlluminateFree(p, (flags & ILLUMINATEFLAGS_SHADOW) != 0, raybits) : Vector();
+  }
+
+  static VPBuffer* GetBuffer(const Render* render, LONG id, LONG) {
+    if (!RequireMainThread("Vd::GetBuffer")) return NULL;
+    const RenderJob* job = RenderJob::From(render);
+    return job && id == VPBUFFER_RGBA ? job->Buffer().Api() : NULL;
+  }
+  static LONG GetBufferInfo(const VPBuffer* buffer, VPGETINFO type) {
+    return RenderBuffer::From(buffer)->GetInfo(type);
+  }
+  static Bool GetBufferLine(const VPBuffer* buffer, LONG x, LONG y, LONG cnt, void* data, LONG bitdepth,
+                            Bool) {
+    return RenderBuffer::From(buffer)->GetLine(x, y, cnt, data, bitdepth);
+  }
+  static Bool SetBufferLine(VPBuffer* buffer, LONG x, LONG y, LONG cnt, const void* data, LONG bitdepth,
+                            Bool) {
+    return RenderBuffer::From(buffer)->SetLine(x, y, cnt, data, bitdepth);
+  }
+};
+
+} // namespace
+
+HOST_BIND_VD(VdEntries)
+
+} // namespace host

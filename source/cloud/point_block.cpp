@@ -1,0 +1,168 @@
+#include "cloud/point_block.h"
+
+#include <utility>
+
+namespace kelvra {
+
+PointBlock::PointBlock(PointBlock&& src) noexcept : PointBlock() {
+  Swap(src);
+}
+
+PointBlock& PointBlock::operator=(PointBlock&& src) noexcept {
+  Swap(src);
+  return *this;
+}
+
+void PointBlock::Swap(PointBlock& other) noexcept {
+  std::swap(header, other.header);
+  std::swap(reals, other.reals);
+  std::swap(settings, other.settings);
+  std::swap(bboxMin, other.bboxMin);
+  std::swap(bboxMax, other.bboxMax);
+  std::swap(bboxValid, other.bboxValid);
+  std::swap(count, other.count);
+  std::swap(positions, other.positions);
+  std::swap(colors, other.colors);
+  std::swap(attrib3, other.attrib3);
+  std::swap(attrib1, other.attrib1);
+}
+
+LONG PointBlock::Clear() {
+  GeFree(positions);
+  GeFree(colors);
+  GeFree(attrib3);
+  GeFree(attrib1);
+  bboxValid = 0;
+  bboxMin = LVector(1e308, 1e308, 1e308);
+  bboxMax = LVector(-1e308, -1e308, -1e308);
+  count = 0;
+  header.Clear();
+  for (LReal& real : reals) real = 0.0;
+  settings = LoaderSettings();
+  return 0;
+}
+
+Bool PointBlock::Allocate(LONG n) {
+  if (n < 1 || n > kMostBlockPoints) return FALSE;
+  GeFree(positions);
+  GeFree(colors);
+  GeFree(attrib3);
+  GeFree(attrib1);
+  positions = GeAllocTypeNC(SReal, (VLONG)n * 3);
+  colors = GeAllocTypeNC(SReal, (VLONG)n * 3);
+  attrib3 = GeAllocTypeNC(UWORD, (VLONG)n * 3);
+  attrib1 = GeAllocTypeNC(UWORD, (VLONG)n);
+  if (!positions || !colors || !attrib3 || !attrib1) {
+    Clear();
+    return FALSE;
+  }
+  count = n;
+  return TRUE;
+}
+
+Bool PointBlock::CopyTo(PointBlock& dest) const {
+  if (&dest == this) return TRUE;
+  dest.Clear();
+  if (count > 0) {
+    if (!dest.Allocate(count)) return FALSE;
+    CopyMem(positions, dest.positions, (VLONG)count * 3 * (VLONG)sizeof(SReal));
+    CopyMem(colors, dest.colors, (VLONG)count * 3 * (VLONG)sizeof(SReal));
+    CopyMem(attrib3, dest.attrib3, (VLONG)count * 3 * (VLONG)sizeof(UWORD));
+    CopyMem(attrib1, dest.attrib1, (VLONG)count * (VLONG)sizeof(UWORD));
+  }
+  dest.header = header;
+  CopyMem(reals, dest.reals, sizeof reals);
+  dest.settings = settings;
+  dest.bboxMin = bboxMin;
+  dest.bboxMax = bboxMax;
+  dest.bboxValid = bboxValid;
+  return TRUE;
+}
+
+void PointBlock::ExtendBox(const Vector& p) {
+  for (LONG axis = 0; axis < 3; ++axis) {
+    if (p[axis] < bboxMin[axis]) bboxMin[axis] = p[axis];
+    if (p[axis] > bboxMax[axis]) bboxMax[axis] = p[axis];
+  }
+  bboxValid = 1;
+}
+
+namespace {
+
+/** A refused shrink keeps the larger array: it still holds all points. */
+template <class T>
+void Shrink(T*& array, VLONG elements) {
+  T* shrunk = array ? GeReallocTypeNC(T, array, elements) : NULL;
+  if (shrunk) array = shrunk;
+}
+
+} // namespace
+
+void PointBlock::Finish(LONG flags) {
+  if (count <= 0) return;
+  Shrink(positions, (VLONG)count * 3);
+  Shrink(colors, (VLONG)count * 3);
+  Shrink(attrib3, (VLONG)count * 3);
+  Shrink(attrib1, (VLONG)count);
+  if (!(flags & kFinishRecomputeBox)) return;
+  SReal low[3] = {positions[0], positions[1], positions[2]}, high[3] = {low[0], low[1], low[2]};
+  for (LONG i = 1; i < count; ++i)
+    for (LONG axis = 0; axis < 3; ++axis) {
+      const SReal v = positions[(VLONG)i * 3 + axis];
+      low[axis] = v < low[axis] ? v : low[axis];
+      high[axis] = v > high[axis] ? v : high[axis];
+    }
+  bboxMin = LVector(low[0], low[1], low[2]);
+  bboxMax = LVector(high[0], high[1], high[2]);
+  bboxValid = 1;
+}
+
+Bool PointBlock::Write(HyperFile* hf) const {
+  if (!hf->WriteLong(count) || count < 1) return FALSE;
+  if (!hf->WriteArray(positions, HYPERFILEARRAY_SREAL, sizeof(SReal), count * 3) ||
+      !hf->WriteArray(colors, HYPERFILEARRAY_SREAL, sizeof(SReal), count * 3) ||
+      !hf->WriteArray(attrib3, HYPERFILEARRAY_WORD, sizeof(UWORD), count * 3) ||
+      !hf->WriteArray(attrib1, HYPERFILEARRAY_WORD, sizeof(UWORD), count))
+    return FALSE;
+  if (!hf->WriteLVector(bboxValid ? bboxMin : LVector()) ||
+      !hf->WriteLVector(bboxValid ? bboxMax : LVector()))
+    return FALSE;
+  // First, third, second, fourth: deliberate. Saved scenes hold this order.
+  if (!hf->WriteLReal(reals[0]) || !hf->WriteLReal(reals[2]) || !hf->WriteLReal(reals[1]) ||
+      !hf->WriteLReal(reals[3]))
+    return FALSE;
+  for (LONG slot = kFirstSavedSlot; slot <= kLastSavedSlot; ++slot)
+    if (!hf->WriteLReal(header.slots[slot])) return FALSE;
+  return hf->WriteUWord(header.key) && settings.Write(hf);
+}
+
+Bool PointBlock::Read(HyperFile* hf, LONG) {
+  Clear();
+  LONG n = 0;
+  if (!hf->ReadLong(&n)) return FALSE;
+  if (n < 1 || n > kMostBlockPoints) {
+    GePrint("the scene has a block of " + LongToString(n) + " points, expected 1 to " +
+            LongToString(kMostBlockPoints));
+    return FALSE;
+  }
+  if (!Allocate(n)) return FALSE;
+  if (!hf->ReadArray(positions, HYPERFILEARRAY_SREAL, sizeof(SReal), n * 3) ||
+      !hf->ReadArray(colors, HYPERFILEARRAY_SREAL, sizeof(SReal), n * 3) ||
+      !hf->ReadArray(attrib3, HYPERFILEARRAY_WORD, sizeof(UWORD), n * 3) ||
+      !hf->ReadArray(attrib1, HYPERFILEARRAY_WORD, sizeof(UWORD), n))
+    return FALSE;
+  LVector corner;
+  if (!hf->ReadLVector(&corner)) return FALSE;
+  bboxMin = bboxMax = corner;
+  bboxValid = 1;
+  if (!hf->ReadLVector(&corner)) return FALSE;
+  ExtendBox(corner);
+  if (!hf->ReadLReal(&reals[0]) || !hf->ReadLReal(&reals[2]) || !hf->ReadLReal(&reals[1]) ||
+      !hf->ReadLReal(&reals[3]))
+    return FALSE;
+  for (LONG slot = kFirstSavedSlot; slot <= kLastSavedSlot; ++slot)
+    if (!hf->ReadLReal(&header.slots[slot])) return FALSE;
+  return hf->ReadUWord(&header.key) && settings.Read(hf);
+}
+
+} // namespace kelvra

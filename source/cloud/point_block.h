@@ -1,0 +1,63 @@
+// One run of points and everything needed to draw, render and persist them.
+#pragma once
+
+#include "c4d.h"
+#include "cloud/loader_settings.h"
+#include "cloud/point_header.h"
+
+namespace kelvra {
+
+/** Most points that one block can hold: three values a point are counted in 32 bits. */
+const LONG kMostBlockPoints = 715827882;
+
+/** Bits of PointBlock::Finish. */
+enum { kFinishRecomputeBox = 2 };
+
+/**
+ * Owns its four arrays, which are all there with `count` points or all missing. Positions are x, height, y of
+ * the file (the host's axes: y up), as 32-bit floats. Main thread; render threads may read.
+ */
+struct PointBlock {
+  PointBlock() { Clear(); }
+  ~PointBlock() { Clear(); }
+  PointBlock(const PointBlock& src) : PointBlock() { src.CopyTo(*this); }
+  PointBlock(PointBlock&& src) noexcept;
+  PointBlock& operator=(const PointBlock& src) {
+    if (this != &src) src.CopyTo(*this);
+    return *this;
+  }
+  PointBlock& operator=(PointBlock&& src) noexcept;
+
+  /** Frees the arrays and inverts the box, so that the first extension sets both corners. Returns 0. */
+  LONG Clear();
+  /** Arrays for n points, contents undefined; FALSE, with the block clear, when any of the four is refused.
+   */
+  Bool Allocate(LONG n);
+  /** Deep copy; FALSE, with dest clear, when memory is refused. A clear block copies too. */
+  Bool CopyTo(PointBlock& dest) const;
+
+  void ExtendBox(const Vector& p);
+  /** Shrinks the arrays to `count`; kFinishRecomputeBox computes the box anew. */
+  void Finish(LONG flags);
+
+  /** An empty block writes its count and then fails: it must never be left in a store that is saved. */
+  Bool Write(HyperFile* hf) const;
+  Bool Read(HyperFile* hf, LONG level);
+
+  PointHeader header;
+  /** Fit scale, aspect, object size at load, 0. */
+  LReal reals[4];
+  LoaderSettings settings;
+  LVector bboxMin, bboxMax;
+  LONG bboxValid;
+  LONG count;
+  SReal* positions = NULL; ///< 3 a point
+  SReal* colors = NULL;    ///< 3 a point: second triple of the source
+  UWORD* attrib3 = NULL;   ///< 3 a point: red, green, blue, 0 to 65535
+  UWORD* attrib1 = NULL;   ///< 1 a point: flag of the source
+
+private:
+  void Swap(PointBlock& other) noexcept;
+};
+
+} // namespace kelvra

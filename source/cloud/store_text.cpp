@@ -1,0 +1,101 @@
+#include "cloud/store_text.h"
+
+#include "cloud/number_text.h"
+
+namespace kelvra {
+
+namespace {
+
+const LONG kBufferBytes = 1 << 20;
+/** Six numbers and their separators. */
+const LONG kMostLineBytes = 6 * (kMostNumberChars + 1);
+
+/** Header of the first block that has a key, NULL without one. */
+const PointHeader* FindTemplate(const PointStore& store) {
+  for (VLONG g = 0; g < store.groups.GetCount(); ++g)
+    for (VLONG b = 0; b < store.groups[g].blocks.GetCount(); ++b)
+      if (store.groups[g].blocks[b].header.key != 0) return &store.groups[g].blocks[b].header;
+  return NULL;
+}
+
+/** Collects lines and hands them to the file in large pieces. */
+class LineWriter {
+public:
+  explicit LineWriter(BaseFile* file)
+      : file_(file), buffer_(GeAllocTypeNC(CHAR, kBufferBytes)), end_(buffer_) {}
+  ~LineWriter() { GeFree(buffer_); }
+  LineWriter(const LineWriter&) = delete;
+  LineWriter& operator=(const LineWriter&) = delete;
+  Bool HasMemory() const { return buffer_ != NULL; }
+
+  Bool Point(const Vector& p, const LONG color[3]) {
+    if (end_ + kMostLineBytes > buffer_ + kBufferBytes && !Flush()) return FALSE;
+    // The host's up is the file's z.
+    Coordinate(p.x);
+    Coordinate(p.z);
+    Coordinate(p.y);
+    Channel(color[0], ' ');
+    Channel(color[1], ' ');
+    Channel(color[2], '\n');
+    return TRUE;
+  }
+  Bool Flush() {
+    const VLONG bytes = end_ - buffer_;
+    end_ = buffer_;
+    return bytes == 0 || file_->WriteBytes(buffer_, bytes);
+  }
+
+private:
+  void Coordinate(Real value) {
+    end_ = WriteShortest(end_, (SReal)value);
+    *end_++ = ' ';
+  }
+  void Channel(LONG value, CHAR separator) {
+    end_ = WriteInteger(end_, value);
+    *end_++ = separator;
+  }
+
+  BaseFile* file_;
+  CHAR *buffer_, *end_;
+};
+
+void ColorOf(const UWORD* channels, COLORSPACETRANSFORMATION transformation, LONG color[3]) {
+  Vector c(channels[0] / 65535.0, channels[1] / 65535.0, channels[2] / 65535.0);
+  if (transformation != COLORSPACETRANSFORMATION_NONE) c = TransformColor(c, transformation);
+  color[0] = (LONG)FCut(c.x * 255.0, 0.0, 255.0);
+  color[1] = (LONG)FCut(c.y * 255.0, 0.0, 255.0);
+  color[2] = (LONG)FCut(c.z * 255.0, 0.0, 255.0);
+}
+
+/** Writes every step-th point from `first` on; the index of the next block's first one comes back. */
+Bool WriteBlock(const PointBlock& block, const PointMapping& mapping, const TextExportOptions& options,
+                LONG step, LLONG* first, LineWriter& lines) {
+  LLONG i = *first;
+  for (; i < block.count; i += step) {
+    LONG color[3];
+    ColorOf(block.attrib3 + i * 3, options.transformation, color);
+    if (!lines.Point(mapping.Map(block.positions + i * 3), color)) return FALSE;
+  }
+  *first = i - block.count;
+  return TRUE;
+}
+
+} // namespace
+
+Bool ExportText(const PointStore& store, const TextExportOptions& options, BaseFile* file) {
+  LineWriter lines(file);
+  if (!lines.HasMemory()) return FALSE;
+  const PointHeader* shared = FindTemplate(store);
+  const LONG step = LMax(1, options.everyNth);
+  LLONG first = 0;
+  for (VLONG g = 0; g < store.groups.GetCount(); ++g)
+    for (VLONG b = 0; b < store.groups[g].blocks.GetCount(); ++b) {
+      const PointBlock& block = store.groups[g].blocks[b];
+      const Bool share = shared && shared->key == block.header.key;
+      const PointMapping mapping(share ? *shared : block.header, options.size);
+      if (!WriteBlock(block, mapping, options, step, &first, lines)) return FALSE;
+    }
+  return lines.Flush();
+}
+
+} // namespace kelvra

@@ -1,0 +1,24 @@
+// The store as text, one point a line.
+#pragma once
+
+#include "c4d.h"
+#include "cloud/point_store.h"
+
+namespace kelvra {
+
+struct TextExportOptions {
+  LReal size = 200.0; ///< object size that georeferenced blocks are fitted to
+  LONG everyNth = 1;  ///< of the points in store order, the first one written
+  COLORSPACETRANSFORMATION transformation = COLORSPACETRANSFORMATION_NONE;
+};
+
+/**
+ * Writes every group and block in order: x, y and z in the order of the file's axes, then the colour as three
+ * integers 0 to 255, separated by single blanks, each line ended by '\n'. Blocks with a key are written in
+ * fitted coordinates, the others as they were read; numbers are the shortest that read back to the same
+ * 32-bit float. A block whose key is that of the first block with a key uses that block's header, any other
+ * one its own: not quite the rule of drawing, deliberately. FALSE when memory or a write is refused.
+ */
+Bool ExportText(const PointStore& store, const TextExportOptions& options, BaseFile* file);
+
+} // namespace kelvra

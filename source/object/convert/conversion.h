@@ -1,0 +1,68 @@
+// From the cloud to the host's own geometry: what the generator's build returns or fills. Main thread.
+#pragma once
+
+#include "c4d.h"
+#include "cloud/point_store.h"
+#include "ge_dynamicarray.h"
+
+namespace kelvra {
+
+/** What each converter is given. */
+struct ConversionRequest {
+  const PointStore* store;
+  BaseObject* op; ///< the generator
+  HierarchyHelp* hierarchy;
+  LONG count;      ///< points to convert: the first ones in store order, not a thinning
+  Real value;      ///< parameter 1006; no converter reads it
+  Real size;       ///< the size that the cloud is fitted to
+  Matrix scale;    ///< uniform, size / 200
+  GrowingBox* box; ///< of the exported positions; the object's
+};
+
+/**
+ * Result for the host's cache: what the conversion mode builds, else an empty null object. NULL only when
+ * even that is refused memory.
+ */
+BaseObject* BuildConversion(const ConversionRequest& request, LONG mode);
+
+// The converters. A converter that returns NULL, whether it failed or fills something outside of the cache,
+// leaves an empty null object in it. Coordinates are the display's, in the generator's space, unless said
+// otherwise.
+
+/** Point object without polygons, with vertex maps Red, Green and Blue. */
+BaseObject* ConvertToPoints(const ConversionRequest& request);
+/** One short vertical hair on each point. */
+BaseObject* ConvertToHair(const ConversionRequest& request);
+/** Fills a Thinking Particles group, in world space. */
+BaseObject* ConvertToParticles(const ConversionRequest& request);
+/** Fills the external particle emitter beside the generator, in world space. */
+BaseObject* ConvertToEmitter(const ConversionRequest& request);
+/** Linear spline with its points in world space; its own matrix takes them back to the generator's space. */
+BaseObject* ConvertToSpline(const ConversionRequest& request);
+
+/** Lengths of a spline's segments, found point by point. */
+class SegmentLengths {
+public:
+  explicit SegmentLengths(Real breakDistance) : breakDistance_(breakDistance) {
+    lengths.SetBlockSize(kLengthStep);
+  }
+  /**
+   * A new segment begins at the first point, where bit 0 of the point's scalar changes, and from the third
+   * point on where the step from the point before is longer than the break distance. FALSE when memory is
+   * refused.
+   */
+  Bool Add(const Vector& p, UWORD scalar);
+  /** Points that follow without a place of their own join the last segment. */
+  void Extend(LONG points);
+
+  GeDynamicArray<LONG> lengths;
+
+private:
+  static const VLONG kLengthStep = 16384;
+  Real breakDistance_;
+  LONG points_ = 0;
+  Vector last_;
+  UWORD lastScalar_ = 0;
+};
+
+} // namespace kelvra

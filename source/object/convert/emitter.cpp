@@ -1,0 +1,77 @@
+#include "object/convert/conversion.h"
+
+#ifdef KELVRA_VENDOR_INTERFACE
+
+namespace kelvra {
+
+/** The vendor's interface has no header for the emitter library: with it nothing is filled. */
+BaseObject* ConvertToEmitter(const ConversionRequest&) {
+  return NULL;
+}
+
+} // namespace kelvra
+
+#else
+
+#include "lib_emitter.h"
+
+namespace kelvra {
+
+namespace {
+
+/** Parameters of the emitter that are set, and the option that its library wants before it is filled. */
+const LONG kEmitterSwitch = 10080, kEmitterCount = 10020, kEmitterFlag = 10175;
+const LONG kEmitterOption = 16;
+
+/** An emitter with the generator's name anywhere below. */
+BaseObject* FindEmitter(BaseObject* first, const String& name) {
+  for (BaseObject* op = first; op; op = op->GetNext()) {
+    if (op->GetType() == Oemitter_external && op->GetName() == name) return op;
+    if (BaseObject* below = FindEmitter(op->GetDown(), name)) return below;
+  }
+  return NULL;
+}
+
+/** The emitter of the last build, or a new one after the generator; NULL when there is none to be had. */
+BaseObject* EmitterFor(BaseObject* op, BaseDocument* doc) {
+  if (BaseObject* known = FindEmitter(doc->GetFirstObject(), op->GetName())) return known;
+  BaseObject* emitter = BaseObject::Alloc(Oemitter_external);
+  if (!emitter) return NULL;
+  emitter->SetName(op->GetName());
+  doc->InsertObject(emitter, op->GetUp(), op);
+  return emitter;
+}
+
+} // namespace
+
+BaseObject* ConvertToEmitter(const ConversionRequest& request) {
+  BaseDocument* doc = request.op->GetDocument();
+  EmitterLibrary* library = EmitterLibrary::Get();
+  BaseObject* emitter = doc && library ? EmitterFor(request.op, doc) : NULL;
+  if (!emitter) return NULL;
+  BaseContainer* data = emitter->GetDataInstance();
+  data->SetLong(kEmitterSwitch, 0);
+  data->SetLong(kEmitterCount, request.count);
+  data->SetBool(kEmitterFlag, FALSE);
+  if (!library->SetCount(emitter, request.count) || !library->Reserve(emitter, request.count)) {
+    GePrint("cant set xp count");
+    return NULL;
+  }
+  library->SetOption(emitter, kEmitterOption);
+  library->Prepare(emitter);
+  const Matrix global = request.op->GetMg();
+  const LReal full = 65535.0;
+  request.store->VisitPoints(request.count, request.size,
+                             [&](const Vector& p, const UWORD* rgb, LONG number) {
+                               library->SetParticle(emitter, number, global * p,
+                                                    Vector(rgb[0] / full, rgb[1] / full, rgb[2] / full));
+                               return true;
+                             });
+  library->Update(emitter);
+  emitter->Message(MSG_UPDATE);
+  return NULL;
+}
+
+} // namespace kelvra
+
+#endif

@@ -1,0 +1,59 @@
+#include "object/convert/conversion.h"
+
+#include "lib_hair.h"
+
+namespace kelvra {
+
+namespace {
+
+/** Height of the hair on each point, whatever the size of the cloud. */
+const Real kHairHeight = 0.01;
+
+/** Sets one guide a point. FALSE when memory is refused; guides that are refused themselves are left out. */
+Bool SetGuides(HairObject* hair, const ConversionRequest& request) {
+  HairGuides* guides = HairGuides::Alloc(request.count, 1);
+  if (!guides) return TRUE;
+  if (!hair->SetGuides(guides, FALSE)) {
+    HairGuides::Free(guides);
+    return FALSE;
+  }
+  if (request.count == 0) {
+    request.store->ExportPositions(NULL, 0, request.box, request.size); // the box is empty from now on
+    return TRUE;
+  }
+  Vector* points = hair->GetGuides() ? hair->GetGuides()->GetPoints() : NULL;
+  Vector* positions = points ? GeAllocType(Vector, request.count) : NULL;
+  if (!positions) return FALSE;
+  request.store->ExportPositions(positions, request.count, request.box, request.size);
+  for (LONG i = 0; i < request.count; ++i) {
+    points[2 * (VLONG)i] = positions[i];
+    points[2 * (VLONG)i + 1] = positions[i] + Vector(0.0, kHairHeight, 0.0);
+  }
+  GeFree(positions);
+  return TRUE;
+}
+
+} // namespace
+
+BaseObject* ConvertToHair(const ConversionRequest& request) {
+  HairObject* hair = HairObject::Alloc();
+  if (!hair) {
+    GePrint("could not create hair");
+    return NULL;
+  }
+  BaseDocument* doc = request.hierarchy->GetDocument();
+  if (!hair->Lock(doc, request.hierarchy->GetThread(), FALSE, 0)) {
+    HairObject::Free(hair);
+    return NULL;
+  }
+  const Bool filled = SetGuides(hair, request);
+  hair->Unlock();
+  if (!filled) {
+    HairObject::Free(hair);
+    return NULL;
+  }
+  if (request.op->CopyTagsTo(hair, TRUE, FALSE, FALSE, NULL)) hair->Update(doc);
+  return hair;
+}
+
+} // namespace kelvra

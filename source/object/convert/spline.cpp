@@ -1,0 +1,72 @@
+#include "object/convert/conversion.h"
+
+#include "otallyframe.h"
+
+namespace kelvra {
+
+Bool SegmentLengths::Add(const Vector& p, UWORD scalar) {
+  const Bool begins =
+      points_ == 0 || ((scalar ^ lastScalar_) & 1) != 0 || (points_ >= 2 && Len(p - last_) > breakDistance_);
+  if (begins && !lengths.Push(0)) return FALSE;
+  ++lengths[lengths.GetCount() - 1];
+  ++points_;
+  last_ = p;
+  lastScalar_ = scalar;
+  return TRUE;
+}
+
+void SegmentLengths::Extend(LONG points) {
+  if (points > 0 && lengths.GetCount() > 0) lengths[lengths.GetCount() - 1] += points;
+}
+
+namespace {
+
+/** Writes the points in world space. FALSE when memory is refused. */
+Bool FillPoints(const ConversionRequest& request, Vector* points, SegmentLengths& segments) {
+  const Matrix global = request.op->GetMg();
+  const PointStore& store = *request.store;
+  LONG number = 0;
+  for (VLONG g = 0; g < store.groups.GetCount(); ++g)
+    for (VLONG b = 0; b < store.groups[g].blocks.GetCount(); ++b) {
+      const PointBlock& block = store.groups[g].blocks[b];
+      const PointMapping mapping(store.HeaderFor(block), request.size);
+      for (LONG i = 0; i < block.count && number < request.count; ++i, ++number) {
+        points[number] = global * mapping.Map(block.positions + (VLONG)i * 3);
+        if (!segments.Add(points[number], block.attrib1[i])) return FALSE;
+      }
+    }
+  segments.Extend(request.count - number);
+  return TRUE;
+}
+
+/** More than one segment needs a tag that says where each ends. */
+Bool SetSegments(SplineObject* spline, const GeDynamicArray<LONG>& lengths) {
+  const LONG count = (LONG)lengths.GetCount();
+  if (count < 2) return TRUE;
+  VariableTag* tag = spline->MakeVariableTag(Tsegment, count);
+  Segment* segments = tag ? (Segment*)tag->GetLowlevelDataAddressW() : NULL;
+  if (!segments) return FALSE;
+  for (LONG i = 0; i < count; ++i) {
+    segments[i].cnt = lengths[i];
+    segments[i].closed = FALSE;
+  }
+  return TRUE;
+}
+
+} // namespace
+
+BaseObject* ConvertToSpline(const ConversionRequest& request) {
+  SplineObject* spline = SplineObject::Alloc(request.count, SPLINETYPE_LINEAR);
+  if (!spline) return NULL;
+  SegmentLengths segments(request.op->GetDataInstance()->GetReal(KELVRA_SEGMENT_BREAK));
+  Vector* points = spline->GetPointW();
+  if (!points || !FillPoints(request, points, segments) || !SetSegments(spline, segments.lengths)) {
+    SplineObject::Free(spline);
+    return NULL;
+  }
+  spline->SetMl(!request.op->GetMg());
+  spline->Message(MSG_UPDATE);
+  return spline;
+}
+
+} // namespace kelvra

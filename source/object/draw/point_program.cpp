@@ -1,0 +1,151 @@
+#include "object/draw/point_program.h"
+
+namespace kelvra {
+
+namespace {
+
+/** Colour routed between the stages, no colour conversion, no shadows, after lighting, noise in the vertex
+ * stage. */
+const LULONG kProgramParameters = 0x1281040;
+
+struct UniformDeclaration {
+  const char* name;
+  GlProgramType program;
+  GlUniformParamType type;
+};
+
+/**
+ * "fcolor_mode", the "mo_" uniforms and "index_count" are read by no line. They are declared on purpose, so
+ * that setting them never fails.
+ */
+const UniformDeclaration kDeclarations[kUniformCount] = {
+    {"point_size", VertexProgram, UniformFloat1},     {"min_height", VertexProgram, UniformFloat1},
+    {"max_height", VertexProgram, UniformFloat1},     {"fcolor_mode", FragmentProgram, UniformInt1},
+    {"vcolor_mode", VertexProgram, UniformInt1},      {"vcolor_invert", VertexProgram, UniformInt1},
+    {"falloff_type", VertexProgram, UniformInt1},     {"falloff_action", VertexProgram, UniformInt1},
+    {"falloff_pos", VertexProgram, UniformFloat3},    {"falloff_rad", VertexProgram, UniformFloat1},
+    {"falloff_normal", VertexProgram, UniformFloat3}, {"falloff_func", VertexProgram, UniformFloat1},
+    {"mo_time", VertexProgram, UniformFloat1},        {"mo_min", VertexProgram, UniformFloat1},
+    {"mo_max", VertexProgram, UniformFloat1},         {"mo_delta", VertexProgram, UniformFloat1},
+    {"mo_nscale", VertexProgram, UniformFloat1},      {"index_stop", VertexProgram, UniformInt1},
+    {"index_count", VertexProgram, UniformInt1},      {"index_nth", VertexProgram, UniformInt1}};
+
+LONG PrintError(GlProgramType, const char* message) {
+  GePrint(String("glerror") + String(message));
+  return 0;
+}
+
+/** Adds lines to one stage; the names of uniforms stand between the pieces. */
+class ProgramWriter {
+public:
+  ProgramWriter(GlProgramFactory* factory, const UniformNames& uniforms)
+      : factory_(factory), uniforms_(uniforms) {}
+
+  void Thinning() {
+    Line(GlString("if (gl_VertexID>") + N(kIndexStop) + ")\t{gl_PointSize = 0;return;}");
+    Line(GlString("if (mod(gl_VertexID,") + N(kIndexNth) + ")>0)\t\t\t\t{gl_PointSize = 0;return;}");
+  }
+
+  void Color() {
+    Line(GlString("float size = ") + N(kPointSize) + ";");
+    Line("vec4 col = vec4(icolor.rgb, 1.0);");
+    Line("float col_val = 1.0;");
+    Line(GlString("switch (") + N(kColorMode) + ") {");
+    Line("case 1: col_val = icolor.r, col = vec4(col_val,col_val,col_val, 1.0);break;");
+    Line("case 2: col_val = icolor.g, col = vec4(col_val,col_val,col_val, 1.0);break;");
+    Line("case 3: col_val = icolor.b, col = vec4(col_val,col_val,col_val, 1.0);break;");
+    Line("case 4: col_val = (icolor.r+icolor.g+icolor.b)*(1.0/3.0), col = vec4(col_val,col_val,col_val, "
+         "1.0);break;");
+    Line(GlString("case 5: col_val = ") + HeightRatio() +
+         ", col = vec4(col_val,col_val,col_val, 1.0);break;");
+    Line(GlString("case 6: col_val = ") + HeightRatio() +
+         ", col = vec4(col_val*icolor.r,col_val*icolor.g,col_val*icolor.b, 1.0);break;");
+    Line("}");
+    Line(GlString("if (") + N(kColorInvert) + ">0) col = vec4(1.0-col.r,1.0-col.g,1.0-col.b, 1.0);");
+    Line("ocolor = col;");
+    // Computed after the output and read by nothing: kept as it is.
+    Line("col_val = (col.r+col.g+col.b)*(1.0/3.0);");
+  }
+
+  void Position() {
+    Line("vec3  p = iposition;");
+    Line("oposition = (transmatrix * vec4(p.xyz, 1.0));");
+  }
+
+  void Falloff() {
+    Line(GlString("if (") + N(kFalloffAction) + ">0)");
+    Line("{");
+    Line(" float dist,falloff,ifalloff;");
+    Line(GlString("switch (") + N(kFalloffType) + ") {");
+    Line("case 0:");
+    Line(GlString(" dist = distance( p, ") + N(kFalloffPosition) + " );");
+    Line("break;");
+    Line("case 1:");
+    Line(GlString(" dist = dot( ") + N(kFalloffNormal) + ", p -" + N(kFalloffPosition) + " );");
+    Line("break;");
+    Line("}");
+    Line(GlString(" falloff = smoothstep( ") + N(kFalloffRadius) + ",0.0, dist );");
+    Line(GlString(" ifalloff = pow(falloff,") + N(kFalloffFunction) + ");");
+    Line(GlString(" if (") + N(kFalloffAction) +
+         "==1 )  if (ifalloff<=0.0) size = 0.0; else size = " + N(kPointSize) + ";");
+    Line(GlString(" if (") + N(kFalloffAction) + "==2)   size = " + N(kPointSize) + "*ifalloff;");
+    Line("}");
+    Line("gl_PointSize = size;");
+  }
+
+private:
+  const GlString& N(PointUniform uniform) const { return uniforms_.names[uniform]; }
+  GlString HeightRatio() const {
+    return GlString("(iposition.y-") + N(kMinHeight) + ")/(" + N(kMaxHeight) + "-" + N(kMinHeight) + ")";
+  }
+  void Line(const GlString& line) { factory_->AddLine(VertexProgram, line); }
+
+  GlProgramFactory* factory_;
+  const UniformNames& uniforms_;
+};
+
+} // namespace
+
+Bool BuildPointProgram(GlProgramFactory* factory, UniformNames& uniforms) {
+  if (factory->IsProgram(CompiledProgram)) {
+    if (uniforms.names[kPointSize].GetLength() > 0) return TRUE;
+    // The node's data came from its copy, as undo gives it: only the other data knows this program's names.
+    factory->DestroyPrograms();
+  }
+  factory->AddParameters(kProgramParameters);
+  factory->Init(0);
+  factory->AddErrorHandler(&PrintError);
+  for (LONG i = 0; i < kUniformCount; ++i)
+    uniforms.names[i] =
+        factory->AddUniformParameter(kDeclarations[i].program, kDeclarations[i].type, kDeclarations[i].name);
+  factory->AddLine(VertexProgram, "vec3 ranv;"); // declared, never used
+  factory->GetUniqueID();                        // kept by the factory, used in no line
+  factory->HeaderFinished();
+
+  ProgramWriter vertex(factory, uniforms);
+  vertex.Thinning();
+  vertex.Color();
+  vertex.Position();
+  vertex.Falloff();
+  factory->AddLine(FragmentProgram, "ocolor = icolor;");
+  return factory->CompilePrograms();
+}
+
+void SetUniform(GlProgramFactory* factory, const GlString& name, const GeData& value, BaseContainer*) {
+  const GlProgramParameter handle = factory->GetParameterHandle(VertexProgram, name.GetCString());
+  switch (value.GetType()) {
+  case DA_LONG:
+    factory->SetParameterInt(handle, value.GetLong());
+    break;
+  case DA_REAL:
+    factory->SetParameterReal(handle, (SReal)value.GetReal());
+    break;
+  case DA_VECTOR:
+    factory->SetParameterVector(handle, value.GetVector().ToSV());
+    break;
+  default:
+    break;
+  }
+}
+
+} // namespace kelvra

@@ -1,0 +1,59 @@
+// One LAS or LAZ file, checked and then read through LASlib, point by point in the order of the file.
+#pragma once
+
+#include "object/las/validator.h"
+
+#include <memory>
+
+namespace kelvra {
+
+struct LasPoint {
+  double x, y, z;              // file units: raw integer × scale + offset
+  std::uint16_t r, g, b;       // 0 where the point format carries no colour
+  std::uint8_t classification; // 0 to 31 in point formats 0 to 5, else 0 to 255
+  bool keyPoint;               // bit 6 of the classification byte, or its equivalent in point formats 6 to 10
+};
+
+// At most one LasFile of a thread receives the library's messages: the one opened last.
+class LasFile {
+public:
+  LasFile();
+  ~LasFile();
+  LasFile(const LasFile&) = delete;
+  LasFile& operator=(const LasFile&) = delete;
+
+  // Checks and opens the file, `path` being UTF-8. False when it is refused: Refusal() says why, in one line
+  // that names the file. May throw std::bad_alloc.
+  bool Open(const std::string& path);
+  const std::string& Refusal() const { return refusal_; }
+
+  // What the checks found. report.readable bounds how often Next can return true.
+  const LasReport& Report() const { return report_; }
+  bool HasColor() const;
+
+  // Goes to the next point; false at the end of the file, after the last readable point, and where the
+  // compressed bytes are damaged. The library must not be asked again after that, and it is not.
+  bool Next();
+  // The point that Next went to. Precondition: the last call of Next returned true.
+  void Get(LasPoint& point) const;
+
+  // What the library printed so far, one line each, at most 16 lines.
+  const std::vector<std::string>& LibraryMessages() const { return libraryMessages_; }
+
+  // Whether this build can read LAS and LAZ at all.
+  static bool Available();
+
+private:
+  struct Library;
+  bool OpenLibrary(const std::string& path);
+  static void OnMessage(void* context, const char* text);
+
+  LasReport report_;
+  std::string refusal_;
+  std::vector<std::string> libraryMessages_;
+  std::unique_ptr<FileBytes> file_;
+  std::unique_ptr<Library> library_;
+  std::uint64_t remaining_ = 0; // points that may still be asked for
+};
+
+} // namespace kelvra

@@ -1,0 +1,190 @@
+#include "object/las/validator.h"
+
+#include "object/las/geokeys.h"
+#include "object/las/hidden_records.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kelvra {
+
+namespace {
+
+constexpr unsigned kLastPointFormat = 10;
+
+// How the file starts, for the message about something that is no point cloud at all.
+std::string Beginning(ByteSource& file) {
+  std::uint8_t bytes[12] = {};
+  const std::size_t count = static_cast<std::size_t>(std::min<std::uint64_t>(file.Size(), sizeof bytes));
+  if (count == 0 || !file.Read(0, bytes, count)) return "it is empty";
+  std::string text;
+  for (std::size_t i = 0; i < count && bytes[i] > ' ' && bytes[i] < 127; ++i)
+    text += static_cast<char>(bytes[i]);
+  if (!text.empty()) return "it starts with " + text + (text.size() < file.Size() ? "…" : "");
+  return Text("it starts with the bytes %02X %02X %02X %02X", bytes[0], bytes[1], bytes[2], bytes[3]);
+}
+
+std::string CheckSignature(ByteSource& file) {
+  char signature[4] = {};
+  if (!file.Read(0, signature, 4) || std::memcmp(signature, "LASF", 4) != 0)
+    return "this is not a point cloud (" + Beginning(file) + ")";
+  if (file.Size() < kLasHeaderBytes)
+    return Text("the file has %s bytes, a header needs at least %zu", Grouped(file.Size()).c_str(),
+                kLasHeaderBytes);
+  return {};
+}
+
+unsigned SmallestHeader(unsigned minorVersion) {
+  return minorVersion >= 4 ? kLas14HeaderBytes : minorVersion == 3 ? 235 : kLasHeaderBytes;
+}
+
+void CheckLayout(ByteSource& file, const LasHeader& header, std::vector<std::string>& complaints) {
+  const auto size = file.Size();
+  if (header.versionMajor != 1 || header.versionMinor > 4)
+    complaints.push_back(Text("version (byte 24) is %u.%u, 1.0 to 1.4 are known",
+                              unsigned{header.versionMajor}, unsigned{header.versionMinor}));
+  else if (header.headerSize < SmallestHeader(header.versionMinor))
+    complaints.push_back(Text("header size (byte 94) is %u, version 1.%u has at least %u",
+                              unsigned{header.headerSize}, unsigned{header.versionMinor},
+                              SmallestHeader(header.versionMinor)));
+  if (header.pointOffset < header.headerSize)
+    complaints.push_back(Text("offset to point data (byte 96) is %u, the header has %u bytes",
+                              header.pointOffset, unsigned{header.headerSize}));
+  if (header.pointOffset > size)
+    complaints.push_back(Text("offset to point data (byte 96) is %s, the file has %s bytes",
+                              Grouped(header.pointOffset).c_str(), Grouped(size).c_str()));
+}
+
+void CheckPoints(const LasHeader& header, std::vector<std::string>& complaints) {
+  const unsigned format = header.PointFormat();
+  if (format > kLastPointFormat) {
+    complaints.push_back(Text("point format (byte 104) is %u, 0 to %u are known", format, kLastPointFormat));
+  } else {
+    if (format >= 6 && header.versionMinor < 4)
+      complaints.push_back(Text("point format (byte 104) is %u, version 1.%u has 0 to 5", format,
+                                unsigned{header.versionMinor}));
+    if (header.recordLength < LasBaseLength(format))
+      complaints.push_back(Text("point record length (byte 105) is %u, point format %u has at least %u",
+                                unsigned{header.recordLength}, format, LasBaseLength(format)));
+  }
+  if (header.versionMinor >= 4 && header.legacyPoints != 0 && header.extendedPoints != 0 &&
+      header.legacyPoints != header.extendedPoints)
+    complaints.push_back(
+        Text("number of points is %s in the old field (byte 107), %s in the new one (byte 247)",
+             Grouped(header.legacyPoints).c_str(), Grouped(header.extendedPoints).c_str()));
+  for (int axis = 0; axis < 3; ++axis) {
+    const char name = static_cast<char>('x' + axis);
+    if (!std::isfinite(header.scale[axis]) || header.scale[axis] == 0)
+      complaints.push_back(Text("%c scale (byte %d) is %g, it must be finite and not 0", name, 131 + 8 * axis,
+                                header.scale[axis]));
+    if (!std::isfinite(header.offset[axis]))
+      complaints.push_back(
+          Text("%c offset (byte %d) is %g, it must be finite", name, 155 + 8 * axis, header.offset[axis]));
+  }
+}
+
+// Walks the variable-length records, which must end before the point data.
+void FillRecords(ByteSource& file, LasReport& report) {
+  const LasHeader& header = report.header;
+  const std::uint64_t room = header.pointOffset - header.headerSize;
+  if (header.recordCount * std::uint64_t{kRecordHeaderBytes} > room) {
+    report.complaints.push_back(
+        Text("%s variable-length records (byte 100) do not fit into the %s bytes before the point data",
+             Grouped(header.recordCount).c_str(), Grouped(room).c_str()));
+    return;
+  }
+  std::uint64_t at = header.headerSize;
+  for (std::uint32_t i = 0; i < header.recordCount; ++i) {
+    LasRecord record;
+    if (!FillLasRecord(file, at, false, record) || record.End() > header.pointOffset) {
+      report.complaints.push_back(
+          Text("variable-length record %u at byte %s ends at byte %s, the point data starts at byte %u", i,
+               Grouped(at).c_str(), Grouped(std::max(record.End(), at + kRecordHeaderBytes)).c_str(),
+               header.pointOffset));
+      return;
+    }
+    at = record.End();
+    report.records.push_back(std::move(record));
+  }
+}
+
+// The record of the compressor is there exactly when the point format says so.
+void CheckCompression(ByteSource& file, LasReport& report) {
+  const LasRecord* found = nullptr;
+  for (const LasRecord& record : report.records) {
+    if (record.userId != "laszip encoded") continue;
+    if (record.recordId != 22204 || found) {
+      report.complaints.push_back(
+          Text("record \"laszip encoded\" %u at byte %s: one with number 22204 is expected",
+               unsigned{record.recordId}, Grouped(record.offset).c_str()));
+      return;
+    }
+    found = &record;
+  }
+  if (report.header.Compressed() != (found != nullptr)) {
+    report.complaints.push_back(
+        found ? "the file has a compression record, its point format (byte 104) is uncompressed"
+              : "point format (byte 104) is compressed, the file has no compression record");
+    return;
+  }
+  if (!found) return;
+  const std::string problem = CheckLasCompression(file, report.header, *found, report.compression);
+  if (!problem.empty())
+    report.complaints.push_back(Text("compression record at byte %s: ", Grouped(found->offset).c_str()) +
+                                problem);
+  else if (report.compression.specialRecords > 0) // a spatial index for the library, read without checks
+    report.patches.push_back({found->Payload() + kSpecialRecordsField, std::vector<std::uint8_t>(8)});
+}
+
+void CountReadable(ByteSource& file, LasReport& report) {
+  const LasHeader& header = report.header;
+  if (!header.Compressed()) {
+    report.readable = std::min(header.Points(), (file.Size() - header.pointOffset) / header.recordLength);
+    if (report.readable < header.Points())
+      report.remarks.push_back(Text("the file ends at byte %s, after %s of its %s points",
+                                    Grouped(file.Size()).c_str(), Grouped(report.readable).c_str(),
+                                    Grouped(header.Points()).c_str()));
+    return;
+  }
+  LasChunkPlan plan = PlanLasChunks(file, header, report.compression);
+  if (!plan.refusal.empty()) report.complaints.push_back(plan.refusal);
+  if (!plan.remark.empty()) report.remarks.push_back(plan.remark);
+  report.readable = plan.readable;
+  if (plan.withoutTable) {
+    // A table that starts where the point data starts is how an interrupted writer leaves it.
+    std::vector<std::uint8_t> position(8);
+    for (int i = 0; i < 4; ++i) position[i] = static_cast<std::uint8_t>(header.pointOffset >> (8 * i));
+    report.patches.push_back({header.pointOffset, position});
+  }
+}
+
+} // namespace
+
+LasReport ValidateLas(ByteSource& file) {
+  LasReport report;
+  if (std::string problem = CheckSignature(file); !problem.empty()) {
+    report.complaints.push_back(problem);
+    return report;
+  }
+  if (!FillLasHeader(file, report.header)) {
+    report.complaints.push_back("the header cannot be read");
+    return report;
+  }
+  CheckLayout(file, report.header, report.complaints);
+  CheckPoints(report.header, report.complaints);
+  if (!report.complaints.empty()) return report;
+
+  FillRecords(file, report);
+  if (!report.complaints.empty()) return report;
+  CheckCompression(file, report);
+  if (!report.complaints.empty()) return report;
+
+  HideLasRecords(file, report);
+  report.geoKeyCode = GeoKeyCode(file, report.records);
+  CountReadable(file, report);
+  std::sort(report.patches.begin(), report.patches.end(),
+            [](const LasPatch& a, const LasPatch& b) { return a.offset < b.offset; });
+  return report;
+}
+
+} // namespace kelvra

@@ -1,0 +1,32 @@
+// Judges a LAS or LAZ file by its bytes before the point library sees it. The library trusts counts, lengths
+// and positions; whatever it would stumble over is refused here, or hidden from it, or bounds how many points
+// are asked for.
+#pragma once
+
+#include "object/las/chunks.h"
+
+namespace kelvra {
+
+// Bytes that the library is given in place of those in the file.
+struct LasPatch {
+  std::uint64_t offset = 0;
+  std::vector<std::uint8_t> bytes;
+};
+
+struct LasReport {
+  std::vector<std::string>
+      complaints; // not empty: the file is refused; each names the place, the value and the bound
+  std::vector<std::string> remarks; // what is odd or damaged without keeping the points from being read
+  LasHeader header;
+  std::vector<LasRecord> records; // variable-length records, then extended ones, those hidden below included
+  LasCompression compression;     // of compressed files
+  unsigned geoKeyCode = 0;        // see GeoKeyCode
+  std::uint64_t readable =
+      0; // points that may be asked for: those announced, or fewer where the file ends early
+  std::vector<LasPatch> patches; // sorted by offset; empty: the library may read the file as it is
+};
+
+// Memory and time are bounded by the size of the file, whatever its counts say.
+LasReport ValidateLas(ByteSource& file);
+
+} // namespace kelvra

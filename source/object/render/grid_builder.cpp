@@ -1,0 +1,196 @@
+// Building the grid: one pass over the items counts what each cell gets, a second one puts it there.
+#include "object/render/voxel_grid.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace kelvra {
+
+namespace {
+
+struct CellRange {
+  LONG first[3], last[3];
+};
+
+class Builder {
+public:
+  explicit Builder(VoxelData& data) : data_(data) {}
+  ~Builder() { GeFree(counts_); }
+  Builder(const Builder&) = delete;
+  Builder& operator=(const Builder&) = delete;
+
+  Bool Build() {
+    const GridPlan plan = PlanGrid(data_.itemBox, data_.radiusBox);
+    const LLONG nodes = ((LLONG)plan.count[0] + 1) * ((LLONG)plan.count[1] + 1) * ((LLONG)plan.count[2] + 1);
+    if (!data_.nodes.ResizeCleared(nodes) || !CreateRoot(plan)) return FALSE;
+    counts_ = GeAllocType(ULONG, grid_->TableSize());
+    if (!counts_) return FALSE;
+    CountItems();
+    if (!MakeLeaves()) return FALSE;
+    FillCells();
+    return TRUE;
+  }
+
+private:
+  Bool CreateRoot(const GridPlan& plan) {
+    GridNode& root = data_.nodes.data[0];
+    root.content = gNew NodeContent;
+    if (!root.content) return FALSE;
+    const LVector low = data_.itemBox.Min(), high = data_.itemBox.Max();
+    grid_ = root.content->grid = gNew CellGrid;
+    if (!grid_) return FALSE;
+    grid_->nx = plan.count[0];
+    grid_->ny = plan.count[1];
+    grid_->nz = plan.count[2];
+    for (LONG axis = 0; axis < 3; ++axis) {
+      root.boxMin[axis] = low[axis];
+      root.boxMax[axis] = high[axis];
+      grid_->extent[axis] = high[axis] - low[axis];
+      grid_->cellSize[axis] = grid_->extent[axis] / plan.count[axis];
+      grid_->cellsPerUnit[axis] = plan.count[axis] / grid_->extent[axis];
+    }
+    const LLONG size = grid_->TableSize();
+    grid_->cells = GeAllocTypeNC(ULONG, size);
+    if (!grid_->cells) return FALSE;
+    std::memset(grid_->cells, 0xFF, (std::size_t)size * sizeof(ULONG));
+    root_ = &root;
+    return TRUE;
+  }
+
+  /** Truncated, and within the spare layer whatever rounding does; 0 on an axis without extent. */
+  LONG Cell(LReal v, LONG axis) const {
+    const LReal place = (v - root_->boxMin[axis]) * grid_->cellsPerUnit[axis];
+    return place > 0.0 ? (LONG)std::min(place, (LReal)grid_->Count(axis)) : 0;
+  }
+  CellRange RangeOf(const RenderItem& item) const {
+    CellRange range;
+    for (LONG axis = 0; axis < 3; ++axis) {
+      range.first[axis] = Cell(item.boxMin[axis], axis);
+      range.last[axis] = Cell(item.boxMax[axis], axis);
+    }
+    return range;
+  }
+  template <class Visit>
+  static void ForEachCell(const CellRange& range, Visit visit) {
+    for (LONG z = range.first[2]; z <= range.last[2]; ++z)
+      for (LONG y = range.first[1]; y <= range.last[1]; ++y)
+        for (LONG x = range.first[0]; x <= range.last[0]; ++x) visit(x, y, z);
+  }
+
+  /** Numbers the leaves in the order in which their cells get a first item. */
+  void CountItems() {
+    for (LLONG i = 0; i < data_.items.size; ++i)
+      ForEachCell(RangeOf(data_.items.data[i]), [this](LONG x, LONG y, LONG z) {
+        const LLONG place = grid_->IndexOf(x, y, z);
+        if (counts_[place]++ == 0) PlaceLeaf(place, x, y, z);
+      });
+  }
+  void PlaceLeaf(LLONG place, LONG x, LONG y, LONG z) {
+    grid_->cells[place] = ++leafCount_;
+    GridNode& leaf = data_.nodes.data[leafCount_];
+    const LONG at[3] = {x, y, z};
+    for (LONG axis = 0; axis < 3; ++axis) {
+      leaf.boxMin[axis] = root_->boxMin[axis] + at[axis] * grid_->cellSize[axis];
+      leaf.boxMax[axis] = leaf.boxMin[axis] + grid_->cellSize[axis];
+    }
+  }
+
+  /** Lists in the sizes that appending one by one would have led to. */
+  Bool MakeLeaves() {
+    const LLONG places = grid_->TableSize(), walked = (LLONG)grid_->nx * grid_->ny * grid_->nz;
+    LeafPools& leaves = data_.leaves;
+    PackedCells& packed = data_.packed;
+    leaves.contents = GeAllocType(NodeContent, (LLONG)leafCount_ + 1);
+    leaves.lists = GeAllocType(AutoBuffer<ULONG>, (LLONG)leafCount_ + 1);
+    packed.spans = GeAllocTypeNC(CellSpan, places);
+    if (!leaves.contents || !leaves.lists || !packed.spans) return FALSE;
+    LULONG numbers = 0, fours = 0;
+    for (LLONG place = 0; place < places; ++place) {
+      const ULONG count = counts_[place];
+      packed.spans[place] = {fours, numbers, count};
+      if (count == 0) continue;
+      LLONG capacity = kCellListGrowth;
+      while (capacity < (LLONG)count) capacity *= 2;
+      AutoBuffer<ULONG>& list = leaves.lists[grid_->cells[place]];
+      list.capacity = capacity;
+      list.growth = capacity * 2;
+      list.count = list.size = count;
+      numbers += (LULONG)capacity;
+      if (place < walked) fours += ((LULONG)count + 3) / 4;
+    }
+    leaves.numbers = GeAllocTypeNC(ULONG, numbers);
+    if (!leaves.numbers) return FALSE;
+    if (fours > 0 && fours <= packed.mostBytes / sizeof(PackedFour))
+      packed.fours = GeAllocTypeNC(PackedFour, fours);
+    Connect(places, walked);
+    return TRUE;
+  }
+  void Connect(LLONG places, LLONG walked) {
+    LeafPools& leaves = data_.leaves;
+    for (LLONG place = 0; place < places; ++place) {
+      const ULONG leaf = grid_->cells[place];
+      if (leaf == kNoNode) continue;
+      const CellSpan& span = data_.packed.spans[place];
+      leaves.lists[leaf].data = leaves.numbers + span.firstNumber;
+      leaves.contents[leaf].items = &leaves.lists[leaf];
+      data_.nodes.data[leaf].content = &leaves.contents[leaf];
+      // The last four of a cell may have lanes that no item fills.
+      if (place < walked && data_.packed.fours)
+        EmptyFour(data_.packed.fours[span.firstFour + (span.count - 1) / 4]);
+    }
+  }
+
+  void FillCells() {
+    const LLONG walked = (LLONG)grid_->nx * grid_->ny * grid_->nz;
+    std::memset(counts_, 0, (std::size_t)grid_->TableSize() * sizeof(ULONG));
+    // A cell's centre is rounded as numbers of the size of its coordinates are.
+    LReal farthest = 0.0;
+    for (LONG axis = 0; axis < 3; ++axis)
+      farthest = std::max(
+          {farthest, std::abs(root_->boxMin[axis]), std::abs(root_->boxMin[axis] + grid_->extent[axis])});
+    const LReal error = farthest * std::numeric_limits<LReal>::epsilon();
+    for (LLONG i = 0; i < data_.items.size; ++i) {
+      const RenderItem& item = data_.items.data[i];
+      const LVector centre = CentreOf(item);
+      ForEachCell(RangeOf(item), [&](LONG x, LONG y, LONG z) {
+        const LLONG place = grid_->IndexOf(x, y, z);
+        const CellSpan& span = data_.packed.spans[place];
+        const ULONG nth = counts_[place]++;
+        data_.leaves.numbers[span.firstNumber + nth] = (ULONG)i;
+        if (place >= walked || !data_.packed.fours) return; // rays visit no cell of the spare layer
+        // A far-face item lies with the cell that it shares the place with.
+        const LVector cell =
+            x < grid_->nx && y < grid_->ny
+                ? CentreOfCell(x, y, z)
+                : CentreOfCell((LONG)(place % grid_->nx), (LONG)(place / grid_->nx % grid_->ny),
+                               (LONG)(place / grid_->nx / grid_->ny));
+        PackItem(data_.packed.fours[span.firstFour + nth / 4], (LONG)(nth % 4), centre - cell, item.radius,
+                 error);
+      });
+    }
+  }
+  LVector CentreOfCell(LONG x, LONG y, LONG z) const {
+    return LVector(root_->boxMin[0] + (x + 0.5) * grid_->cellSize[0],
+                   root_->boxMin[1] + (y + 0.5) * grid_->cellSize[1],
+                   root_->boxMin[2] + (z + 0.5) * grid_->cellSize[2]);
+  }
+
+  VoxelData& data_;
+  const GridNode* root_ = NULL;
+  CellGrid* grid_ = NULL;
+  ULONG* counts_ = NULL; ///< by place: items so far
+  ULONG leafCount_ = 0;
+};
+
+} // namespace
+
+Bool BuildGrid(VoxelData& data) {
+  data.ClearGrid();
+  if (data.items.size == 0) return TRUE;
+  if (Builder(data).Build()) return TRUE;
+  data.packed.Clear(); // rays look here first: to them a grid without it is not there
+  return FALSE;
+}
+
+} // namespace kelvra

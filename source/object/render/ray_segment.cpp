@@ -1,0 +1,34 @@
+#include "object/render/ray_segment.h"
+
+#include <cmath>
+#include <utility>
+
+namespace kelvra {
+
+RaySegment::RaySegment(const LVector& from, const LVector& to) : start(from), end(to), delta(to - from) {
+  unit = !delta;
+  squaredUnit = unit * unit;
+  for (LONG axis = 0; axis < 3; ++axis) {
+    inverseDelta[axis] = 1.0 / delta[axis];
+    sign[axis] = delta[axis] > 0.0 ? 1 : (delta[axis] < 0.0 ? -1 : 0);
+  }
+}
+
+Bool ClipToBox(const RaySegment& ray, const LReal boxMin[3], const LReal boxMax[3], ParameterRange* range) {
+  *range = ParameterRange();
+  for (LONG axis = 0; axis < 3; ++axis) {
+    if (ray.sign[axis] == 0) {
+      if (ray.start[axis] < boxMin[axis] || ray.start[axis] > boxMax[axis]) return FALSE;
+      continue;
+    }
+    LReal near = (boxMin[axis] - ray.start[axis]) * ray.inverseDelta[axis];
+    LReal far = (boxMax[axis] - ray.start[axis]) * ray.inverseDelta[axis];
+    if (near > far) std::swap(near, far);
+    if (near > range->entry) range->entry = near;
+    if (far < range->exit) range->exit = far;
+    if (!(range->entry <= range->exit)) return FALSE;
+  }
+  return TRUE;
+}
+
+} // namespace kelvra

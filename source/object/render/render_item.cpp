@@ -1,0 +1,33 @@
+#include "object/render/render_item.h"
+
+namespace kelvra {
+
+void BoundingBox::Add(const LVector& p) {
+  if (!valid) {
+    min = max = p;
+    valid = 1;
+    return;
+  }
+  for (LONG axis = 0; axis < 3; ++axis) {
+    if (p[axis] < min[axis]) min[axis] = p[axis];
+    if (p[axis] > max[axis]) max[axis] = p[axis];
+  }
+}
+
+LReal HeightCurve::At(LReal height) const {
+  if (!values) return 1.0;
+  const LReal range = high - low;
+  // A range without width has one step, at its height.
+  const LReal share = range != 0.0 ? (height - low) / range : (height < low ? 0.0 : 1.0);
+  const LReal place = share > 0.0 ? (share < 1.0 ? share * kSteps : (LReal)kSteps) : 0.0;
+  const LONG step = place < kSteps ? (LONG)place : kSteps - 1;
+  const LReal part = place - step;
+  return values[step] * (1.0 - part) + values[step + 1] * part;
+}
+
+void FreeRecord(RenderObjectRecord& record) {
+  GeFree(record.radiusCurve.values);
+  GeFree(record.opacityCurve.values);
+}
+
+} // namespace kelvra

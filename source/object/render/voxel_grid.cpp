@@ -1,0 +1,97 @@
+#include "object/render/voxel_grid.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kelvra {
+
+namespace {
+
+/** Bounds of the mean radius that decides the size of cells. */
+const LReal kLeastRadius = 1.0, kMostRadius = 48.0;
+const LReal kCellsAtLeastRadius = 256.0;
+const LONG kLeastCells = 2;
+
+const LLONG kMostRecords = 65535;
+
+Bool IsFinite(const LVector& v) {
+  return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
+}
+
+/** Truncates toward zero within what 32 bits hold. */
+LONG Truncate(LReal v) {
+  return v == v ? (LONG)FCut(v, -(LReal)MAXLONGl, (LReal)MAXLONGl) : 0;
+}
+
+} // namespace
+
+Bool VoxelData::AddItem(const LVector& centre, LReal radius, UWORD recordIndex, const SReal color[3]) {
+  if (!IsFinite(centre) || !std::isfinite(radius)) return TRUE;
+  if (items.size >= MAXLONGl) return FALSE;
+  const RenderItem item = MakeItem(centre, radius, recordIndex, color);
+  const LVector low(item.boxMin[0], item.boxMin[1], item.boxMin[2]);
+  const LVector high(item.boxMax[0], item.boxMax[1], item.boxMax[2]);
+  if (!IsFinite(low) || !IsFinite(high)) return TRUE;
+  if (!items.Append(item)) return FALSE;
+  itemBox.Add(low);
+  itemBox.Add(high);
+  radiusBox.Add(LVector(radius));
+  return TRUE;
+}
+
+Bool VoxelData::AddRecord(const RenderObjectRecord& record, UWORD* index) {
+  if (records.size >= kMostRecords || !records.Append(record)) return FALSE;
+  *index = (UWORD)(records.size - 1);
+  return TRUE;
+}
+
+void VoxelData::RemoveLastRecord() {
+  if (records.size < 1) return;
+  FreeRecord(records.data[--records.size]);
+  records.count = records.size;
+}
+
+void LeafPools::Clear() {
+  GeFree(contents);
+  GeFree(lists);
+  GeFree(numbers);
+}
+
+void VoxelData::ClearGrid() {
+  packed.Clear();
+  leaves.Clear();
+  // Only the root's content is a block of its own.
+  if (nodes.data && nodes.data[0].content) {
+    NodeContent*& content = nodes.data[0].content;
+    if (content->grid) GeFree(content->grid->cells);
+    gDelete(content->grid);
+    gDelete(content);
+  }
+  nodes.Clear();
+}
+
+void VoxelData::Clear() {
+  ClearGrid();
+  itemBox.Reset();
+  while (records.size > 0) RemoveLastRecord();
+  records.Clear();
+  items.Clear();
+  // The next frame starts as the first did; without this the first step would double from frame to frame.
+  items.growth = kItemGrowth;
+  records.growth = kRecordGrowth;
+}
+
+GridPlan PlanGrid(const BoundingBox& itemBox, const BoundingBox& radiusBox) {
+  GridPlan plan;
+  const LReal middle = (radiusBox.Min().x + radiusBox.Max().x) * 0.5;
+  const LReal s = FCut(middle, kLeastRadius, kMostRadius);
+  plan.maxCells = (LONG)(kCellsAtLeastRadius / s);
+  const LVector extent = itemBox.Max() - itemBox.Min();
+  for (LONG axis = 0; axis < 3; ++axis) {
+    const LONG m = Truncate(extent[axis] * 0.5);
+    plan.count[axis] = m < kLeastCells ? kLeastCells : LMin(plan.maxCells, m);
+  }
+  return plan;
+}
+
+} // namespace kelvra
