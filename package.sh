@@ -33,7 +33,7 @@ for picture in $(grep -o '](images/[^)]*)' docs/manual.md | sed 's/^](//; s/)$//
 done
 
 cp LICENSE "$folder/licences/kelvra.txt"
-package=$(find build/deps -name 'rlas_*.tar.gz' | sort -V | tail -1)
+package=${KELVRA_RLAS:-$(find build/deps -name 'rlas_*.tar.gz' | sort -V | tail -1)}
 [ -n "$package" ] || fail "build/deps holds no rlas_*.tar.gz, whose notices belong into the package"
 mkdir "$work/rlas"
 tar -xzf "$package" -C "$work/rlas"

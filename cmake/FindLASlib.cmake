@@ -1,9 +1,12 @@
-# LASlib, the library that reads LAS and LAZ. Makes the target LASlib::LASlib, or leaves it out with a loud warning.
+# LASlib, the library that reads LAS and LAZ. Makes the target LASlib::LASlib.
 #
 # 1. An installed LASlib is used when its headers, LASzip's own included, and its library are found.
 # 2. Otherwise its sources are taken out of the R package rlas, which R fetches from wherever R itself is configured to
-#    fetch packages. The package is kept in KELVRA_DEPS_DIR, which all build folders share; a package put there by hand
-#    serves a machine without network.
+#    fetch packages. The package is kept in KELVRA_DEPS_DIR, which all build folders share. The environment variable
+#    KELVRA_RLAS names a package file for a machine without network.
+#
+# Reading LAS is the main job: a build without the library stops here, unless the environment variable
+# KELVRA_WITHOUT_LASLIB is 1.
 #
 # The sources want R's console and random numbers only: the two small headers in laslib/R_ext stand in for them, so that
 # nothing of R is compiled or linked. laslib/fixes.cmake repairs what damaged files can break in the decoder.
@@ -14,6 +17,12 @@ option(KELVRA_LASLIB_INSTALLED "Use an installed LASlib when there is one" ON)
 include(${CMAKE_CURRENT_LIST_DIR}/laslib/package.cmake)
 include(${CMAKE_CURRENT_LIST_DIR}/laslib/fixes.cmake)
 set(laslib_own_files ${CMAKE_CURRENT_LIST_DIR}/laslib)
+
+if("$ENV{KELVRA_WITHOUT_LASLIB}" STREQUAL "1")
+  message(WARNING "THIS BUILD CANNOT READ LAS AND LAZ FILES: KELVRA_WITHOUT_LASLIB is 1.")
+  set(LASlib_FOUND FALSE)
+  return()
+endif()
 
 if(KELVRA_LASLIB_INSTALLED AND NOT TARGET LASlib::LASlib)
   find_path(LASLIB_INCLUDE_DIR lasreader.hpp PATH_SUFFIXES LASlib laslib lastools)
@@ -66,7 +75,9 @@ endif()
 find_package_handle_standard_args(LASlib REQUIRED_VARS LASlib_target
   REASON_FAILURE_MESSAGE "${laslib_problem}")
 if(NOT LASlib_FOUND)
-  message(WARNING
-    "\n  THIS BUILD CANNOT READ LAS AND LAZ FILES: LASlib is not available.\n  ${laslib_problem}\n"
-    "  Put rlas_<version>.tar.gz into ${KELVRA_DEPS_DIR}, or let R reach a package repository, and configure again.\n")
+  message(FATAL_ERROR
+    "\n  LASlib is missing, so LAS and LAZ files could not be read: ${laslib_problem}\n"
+    "  Two ways on: let R reach another CRAN mirror (options(repos=...) in ~/.Rprofile),\n"
+    "  or get the source package rlas (rlas_1.9.5.tar.gz) elsewhere and name it: KELVRA_RLAS=/path/to/rlas_1.9.5.tar.gz ./test.sh\n"
+    "  KELVRA_WITHOUT_LASLIB=1 builds the rest: XYZ and PTS text only.\n")
 endif()

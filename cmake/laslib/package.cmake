@@ -25,43 +25,86 @@ function(kelvra_laslib_cached result)
   endforeach()
 endfunction()
 
-# Sets package to the path of the source package, or to nothing and problem to the reason.
+# The version that these sources were built and fuzzed with. Another one is used too, with a warning: the repairs in
+# fixes.cmake may not fit it.
+set(KELVRA_RLAS_KNOWN "rlas_1.9.5.tar.gz" 80d5b30993070cbbb6276276313ba313b01a7dc6990d1b10a6d42b17b3a62118)
+
+function(kelvra_laslib_check_known package)
+  list(GET KELVRA_RLAS_KNOWN 0 known_name)
+  list(GET KELVRA_RLAS_KNOWN 1 known_sum)
+  get_filename_component(name ${package} NAME)
+  file(SHA256 ${package} sum)
+  if(sum STREQUAL known_sum)
+    message(STATUS "LASlib: ${name}, checksum as known")
+  elseif(name STREQUAL known_name)
+    message(WARNING "LASlib: ${package} has the name of the known version but another SHA-256 (${sum}, expected ${known_sum}): "
+      "make sure that you trust its source.")
+  else()
+    message(WARNING "LASlib: ${name} is not the version that Kelvra is tested with (${known_name}); its SHA-256 is ${sum}.")
+  endif()
+endfunction()
+
+# Fetches the package into the cache through R; sets problem to the reason when that fails.
+function(kelvra_laslib_fetch problem)
+  find_program(RSCRIPT_EXECUTABLE Rscript)
+  mark_as_advanced(RSCRIPT_EXECUTABLE)
+  if(NOT RSCRIPT_EXECUTABLE)
+    set(${problem} "there is no Rscript to fetch the package rlas with" PARENT_SCOPE)
+    return()
+  endif()
+  # The download happens in a folder of its own and is moved into the cache in one step once it is whole.
+  string(RANDOM LENGTH 12 suffix)
+  set(partial ${KELVRA_DEPS_DIR}/partial-${suffix})
+  file(MAKE_DIRECTORY ${partial})
+  message(STATUS "LASlib: fetching the source package rlas through R")
+  execute_process(
+    COMMAND ${RSCRIPT_EXECUTABLE} -e
+      "options(timeout = 240); r <- download.packages('rlas', '.', type = 'source'); quit(status = nrow(r) != 1)"
+    WORKING_DIRECTORY ${partial} TIMEOUT 300
+    OUTPUT_VARIABLE output ERROR_VARIABLE output RESULT_VARIABLE status)
+  file(GLOB fetched ${partial}/rlas_*.tar.gz)
+  foreach(file IN LISTS fetched)
+    kelvra_laslib_sound(${file} sound)
+    if(sound)
+      get_filename_component(name ${file} NAME)
+      file(RENAME ${file} ${KELVRA_DEPS_DIR}/${name})
+    endif()
+  endforeach()
+  file(REMOVE_RECURSE ${partial})
+  string(REGEX REPLACE "[\n;]+" " " output "${output}")
+  set(${problem} "R could not fetch the package rlas from CRAN (status ${status}): ${output}" PARENT_SCOPE)
+endfunction()
+
+# Sets package to the path of the source package, or to nothing and problem to the reason. The environment variable
+# KELVRA_RLAS names a package file to use in place of the cache and CRAN.
 function(kelvra_laslib_package package problem)
-  kelvra_laslib_cached(cached)
-  if(NOT cached)
-    find_program(RSCRIPT_EXECUTABLE Rscript)
-    mark_as_advanced(RSCRIPT_EXECUTABLE)
-    if(NOT RSCRIPT_EXECUTABLE)
-      set(${package} "" PARENT_SCOPE)
-      set(${problem} "There is no Rscript to fetch the package rlas with." PARENT_SCOPE)
+  set(${package} "" PARENT_SCOPE)
+  set(found "")
+  if(DEFINED ENV{KELVRA_RLAS})
+    get_filename_component(named "$ENV{KELVRA_RLAS}" ABSOLUTE BASE_DIR ${CMAKE_SOURCE_DIR})
+    if(EXISTS ${named})
+      kelvra_laslib_sound(${named} sound)
+      if(sound)
+        set(found ${named})
+      endif()
+    endif()
+    if(NOT found)
+      set(${problem} "KELVRA_RLAS names ${named}, which is not a source package of rlas" PARENT_SCOPE)
       return()
     endif()
-    # The download happens in a folder of its own and is moved into the cache in one step once it is whole.
-    string(RANDOM LENGTH 12 suffix)
-    set(partial ${KELVRA_DEPS_DIR}/partial-${suffix})
-    file(MAKE_DIRECTORY ${partial})
-    message(STATUS "LASlib: fetching the source package rlas through R")
-    execute_process(
-      COMMAND ${RSCRIPT_EXECUTABLE} -e
-        "options(timeout = 240); r <- download.packages('rlas', '.', type = 'source'); quit(status = nrow(r) != 1)"
-      WORKING_DIRECTORY ${partial} TIMEOUT 300
-      OUTPUT_VARIABLE output ERROR_VARIABLE output RESULT_VARIABLE status)
-    file(GLOB fetched ${partial}/rlas_*.tar.gz)
-    foreach(file IN LISTS fetched)
-      kelvra_laslib_sound(${file} sound)
-      if(sound)
-        get_filename_component(name ${file} NAME)
-        file(RENAME ${file} ${KELVRA_DEPS_DIR}/${name})
-      endif()
-    endforeach()
-    file(REMOVE_RECURSE ${partial})
-    kelvra_laslib_cached(cached)
-    if(NOT cached)
-      string(REGEX REPLACE "[\n;]+" " " output "${output}")
-      set(${problem} "R could not fetch the package rlas (status ${status}): ${output}" PARENT_SCOPE)
+  else()
+    kelvra_laslib_cached(found)
+    if(NOT found)
+      kelvra_laslib_fetch(reason)
+      kelvra_laslib_cached(found)
+    endif()
+    if(NOT found)
+      set(${problem} "${reason}" PARENT_SCOPE)
+      return()
     endif()
   endif()
-  set(${package} "${cached}" PARENT_SCOPE)
+  kelvra_laslib_check_known(${found})
+  set(${package} "${found}" PARENT_SCOPE)
 endfunction()
 
 # Unpacks the two libraries below the build folder, repairs them, and sets root to the folder that holds both. Done again

@@ -44,9 +44,9 @@ double Rounded(std::uint64_t value, bool rest, long power) {
 
 /** The exponent after a hexadecimal number; p itself without one. */
 const char* ReadPower(const char* p, long* power) {
+  if (Small(*p) != 'p') return p;
   const char* q = p + 1;
   const bool down = *q == '-';
-  if (Small(*p) != 'p') return p;
   if (*q == '-' || *q == '+') ++q;
   if (!IsDigit(*q)) return p;
   long read = 0;
