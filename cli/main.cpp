@@ -1,7 +1,7 @@
 // kelvra: point clouds without the application. Parses the command line and runs one command.
-#include "cli/commands/command_options.h"
 #include "cli/commands/commands.h"
 #include "cli/commands/convert_command.h"
+#include "cli/commands/options/input_options.h"
 #include "cli/commands/service_commands.h"
 #include "cli/session/cloud_session.h"
 #include "cli/system/program_arguments.h"

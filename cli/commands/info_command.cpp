@@ -1,6 +1,7 @@
 #include "cli/commands/commands.h"
 
-#include "cli/commands/format.h"
+#include "cli/commands/output/file_reports.h"
+#include "cli/text/format.h"
 
 #include <iostream>
 #include <nlohmann/json.hpp>
@@ -26,6 +27,16 @@ void PrintJson(const CloudSession& session, const CloudStats& total) {
                                {"seconds", session.LoadSeconds()},
                                {"peak_memory_bytes", session.PeakMemory()}};
   std::cout << info.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) << "\n";
+}
+
+/** "x 1..2, y 3..4, z 5..6" in file axes. */
+std::string BoxText(const Box& box) {
+  if (!box.valid) return "empty";
+  std::string text;
+  for (int axis = 0; axis < 3; ++axis)
+    text += std::string(axis ? ", " : "") + "xyz"[axis] + " " + Fixed(box.min[axis], 2) + ".." +
+            Fixed(box.max[axis], 2);
+  return text;
 }
 
 void PrintText(const CloudSession& session, const CloudStats& total) {

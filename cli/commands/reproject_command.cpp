@@ -1,8 +1,9 @@
 #include "cli/commands/service_commands.h"
 
-#include "cli/commands/format.h"
+#include "cli/commands/output/file_reports.h"
 #include "cli/session/cloud_session.h"
 #include "cli/session/preferences_page.h"
+#include "cli/text/format.h"
 #include "host/base/text.h"
 #include "otallyframe.h"
 

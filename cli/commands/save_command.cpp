@@ -1,6 +1,7 @@
 #include "cli/commands/commands.h"
 
-#include "cli/commands/format.h"
+#include "cli/commands/output/file_reports.h"
+#include "cli/text/format.h"
 #include "host/application.h"
 #include "otallyframe.h"
 

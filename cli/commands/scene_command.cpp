@@ -1,8 +1,8 @@
 #include "cli/commands/commands.h"
 
-#include "cli/commands/format.h"
-#include "cli/commands/stream_text.h"
+#include "cli/commands/output/data_json.h"
 #include "cli/session/cloud_session.h"
+#include "cli/text/format.h"
 
 #include <iostream>
 #include <nlohmann/json.hpp>

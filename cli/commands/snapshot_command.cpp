@@ -1,8 +1,9 @@
 #include "cli/commands/commands.h"
 
-#include "cli/commands/clone_grid.h"
-#include "cli/commands/format.h"
-#include "cli/commands/result_tree.h"
+#include "cli/commands/options/clone_grid.h"
+#include "cli/commands/output/file_reports.h"
+#include "cli/commands/output/result_tree.h"
+#include "cli/text/format.h"
 #include "host/viewport.h"
 #include "otallyframe.h"
 

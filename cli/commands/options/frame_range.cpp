@@ -1,4 +1,4 @@
-#include "cli/commands/frame_range.h"
+#include "cli/commands/options/frame_range.h"
 
 #include "cli/session/cloud_session.h"
 

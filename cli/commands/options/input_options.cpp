@@ -1,4 +1,4 @@
-#include "cli/commands/command_options.h"
+#include "cli/commands/options/input_options.h"
 
 #include "host/base/replacing_file.h"
 

@@ -1,4 +1,4 @@
-#include "cli/commands/stream_text.h"
+#include "cli/commands/output/data_json.h"
 
 #include <algorithm>
 #include <cmath>

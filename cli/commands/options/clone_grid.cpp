@@ -1,4 +1,4 @@
-#include "cli/commands/clone_grid.h"
+#include "cli/commands/options/clone_grid.h"
 
 #include "cli/session/cloud_session.h"
 

@@ -1,9 +1,9 @@
-#include "cli/commands/render_check.h"
+#include "cli/commands/render/render_plan.h"
 
-#include "cli/commands/command_options.h"
-#include "cli/commands/frame_range.h"
-#include "cli/commands/render_record.h"
-#include "cli/commands/scene_light.h"
+#include "cli/commands/options/frame_range.h"
+#include "cli/commands/options/input_options.h"
+#include "cli/commands/render/recorder.h"
+#include "cli/commands/render/scene_light.h"
 #include "cli/session/cloud_session.h"
 
 #include <cmath>

@@ -1,8 +1,6 @@
-#include "cli/commands/format.h"
+#include "cli/text/format.h"
 
 #include <charconv>
-#include <cstdio>
-#include <iostream>
 
 namespace cli {
 
@@ -25,27 +23,6 @@ std::string Bytes(long long bytes) {
   int unit = 0;
   for (; size >= 1000.0 && unit < 4; ++unit) size /= 1000.0;
   return Fixed(size, unit ? 1 : 0) + " " + units[unit];
-}
-
-std::string Shortest(double value) {
-  char text[64];
-  return std::string(text, std::to_chars(text, text + sizeof text, value).ptr);
-}
-
-std::string BoxText(const Box& box) {
-  if (!box.valid) return "empty";
-  std::string text;
-  for (int axis = 0; axis < 3; ++axis)
-    text += std::string(axis ? ", " : "") + "xyz"[axis] + " " + Fixed(box.min[axis], 2) + ".." +
-            Fixed(box.max[axis], 2);
-  return text;
-}
-
-void PrintReports(const CloudSession& session) {
-  for (const FileReport& report : session.Reports()) {
-    std::ostream& out = report.outcome == FileOutcome::Whole ? std::cout : std::cerr;
-    out << report.path << ": " << report.message << "\n";
-  }
 }
 
 } // namespace cli

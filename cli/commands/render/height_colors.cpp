@@ -1,4 +1,4 @@
-#include "cli/commands/height_colors.h"
+#include "cli/commands/render/height_colors.h"
 
 #include "host/nodes/node.h"
 #include "host/nodes/object_calls.h"

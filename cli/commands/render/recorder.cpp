@@ -1,6 +1,6 @@
-#include "cli/commands/render_record.h"
+#include "cli/commands/render/recorder.h"
 
-#include "cli/commands/frame_range.h"
+#include "cli/commands/options/frame_range.h"
 #include "host/nodes/node.h"
 #include "kelvra_messages.h"
 

@@ -1,4 +1,4 @@
-#include "cli/commands/geometry_file.h"
+#include "cli/commands/output/geometry_file.h"
 
 #include "host/base/replacing_file.h"
 

@@ -1,4 +1,4 @@
-#include "cli/commands/scene_light.h"
+#include "cli/commands/render/scene_light.h"
 
 #include "cli/session/cloud_session.h"
 #include "host/render/scene_lights.h"

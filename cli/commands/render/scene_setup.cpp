@@ -1,8 +1,8 @@
-#include "cli/commands/render_scene.h"
+#include "cli/commands/render/scene_setup.h"
 
-#include "cli/commands/format.h"
-#include "cli/commands/height_colors.h"
-#include "cli/commands/scene_light.h"
+#include "cli/commands/render/height_colors.h"
+#include "cli/commands/render/scene_light.h"
+#include "cli/text/format.h"
 #include "host/render/surface_scene.h"
 #include "host/view/camera_math.h"
 #include "otallyframe.h"

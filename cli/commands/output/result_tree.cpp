@@ -1,7 +1,7 @@
-#include "cli/commands/result_tree.h"
+#include "cli/commands/output/result_tree.h"
 
-#include "cli/commands/format.h"
 #include "cli/session/cloud_stats.h"
+#include "cli/text/format.h"
 #include "host/base/text.h"
 #include "host/geometry/point_nodes.h"
 #include "host/geometry/variable_tag.h"

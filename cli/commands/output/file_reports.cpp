@@ -1,0 +1,14 @@
+#include "cli/commands/output/file_reports.h"
+
+#include <iostream>
+
+namespace cli {
+
+void PrintReports(const CloudSession& session) {
+  for (const FileReport& report : session.Reports()) {
+    std::ostream& out = report.outcome == FileOutcome::Whole ? std::cout : std::cerr;
+    out << report.path << ": " << report.message << "\n";
+  }
+}
+
+} // namespace cli

@@ -1,0 +1,15 @@
+// Numbers as text for people.
+#pragma once
+
+#include <string>
+
+namespace cli {
+
+/** 1234567 -> "1,234,567". */
+std::string Grouped(long long number);
+/** Fixed decimals. */
+std::string Fixed(double value, int decimals);
+/** "12.3 MB". */
+std::string Bytes(long long bytes);
+
+} // namespace cli
