@@ -20,6 +20,7 @@ const struct {
     {"subbuffer", Fault::SubBuffer},
     {"compile", Fault::Compile},
     {"write", Fault::FileWrite},
+    {"rename", Fault::FileRename},
     {"userbreak", Fault::UserBreak},
 };
 static_assert(sizeof kNames / sizeof kNames[0] == (std::size_t)Fault::Count, "every fault has a name");

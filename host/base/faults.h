@@ -16,6 +16,7 @@ enum class Fault {
   SubBuffer,      ///< AllocSubBuffer
   Compile,        ///< CompilePrograms
   FileWrite,      ///< writing to a file, as a full disk does
+  FileRename,     ///< GeFRename, as a file that is open elsewhere refuses it
   UserBreak,      ///< TestBreak answers TRUE from then on
   Count
 };

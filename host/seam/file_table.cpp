@@ -47,7 +47,8 @@ struct FlEntries {
     return disk::RemoveFolder(Utf8(name), (flags & GE_FKILL_RECURSIVE) != 0, nullptr);
   }
   static Bool Rename(const Filename& from, const Filename& to) {
-    return disk::Rename(Utf8(from), Utf8(to), nullptr);
+    return !Application::Get().GetFaults().Strikes(Fault::FileRename) &&
+           disk::Rename(Utf8(from), Utf8(to), nullptr);
   }
 
   static BrowseFiles* AllocBrowse() {

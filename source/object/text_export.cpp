@@ -1,6 +1,7 @@
 #include "object/text_export.h"
 
 #include "cloud/store_text.h"
+#include "object/replacing_file.h"
 #include "object/rerenderobject.h"
 #include "otallyframe.h"
 
@@ -17,9 +18,23 @@ COLORSPACETRANSFORMATION DocumentTransformation(const BaseDocument* doc) {
   return linear ? COLORSPACETRANSFORMATION_SRGB_TO_LINEAR : COLORSPACETRANSFORMATION_NONE;
 }
 
-/** A host that does not rename over an existing file gets it out of the way first. */
-Bool Replace(const Filename& part, const Filename& path) {
-  return GeFRename(part, path) || (GeFExist(path) && GeFKill(path) && GeFRename(part, path));
+const char* const kNoMemory = "not enough memory to write the points";
+
+/** Writes the whole file. FALSE with the reason; what was written may stay. */
+Bool WriteText(const PointStore& store, const TextExportOptions& options, const Filename& path,
+               String* reason) {
+  AutoAlloc<BaseFile> file;
+  *reason = kNoMemory;
+  if (!file) return FALSE;
+  const Filename folder = path.GetDirectory();
+  const Bool lost = folder.Content() && !GeFExist(folder, TRUE);
+  *reason = lost ? "the folder does not exist" : "the file cannot be opened for writing";
+  if (!file->Open(path, FILEOPEN_WRITE, FILEDIALOG_NONE)) return FALSE;
+  const Bool written = ExportText(store, options, file);
+  const Bool refusedMemory = !written && file->GetError() == FILEERROR_NONE;
+  const Bool closed = file->Close();
+  *reason = refusedMemory ? kNoMemory : "the points could not all be written; is the disk full?";
+  return written && closed;
 }
 
 } // namespace
@@ -32,20 +47,16 @@ void SaveAsText(BaseObject* op) {
   options.size = data->GetReal(KELVRA_OBJECT_SIZE);
   options.everyNth = data->GetLong(KELVRA_THIN_VIEW);
   options.transformation = DocumentTransformation(op->GetDocument());
-  AutoAlloc<BaseFile> file;
-  const KelvraObject* cloud = GetCloudData(op);
   // Written beside the target, which it replaces once it is whole: a full disk costs no earlier file.
-  const Filename part(path.GetString() + ".part");
-  const Bool opened = file && file->Open(part, FILEOPEN_WRITE, FILEDIALOG_NONE);
-  const Bool written = opened && ExportText(cloud->store, options, file);
-  const Bool closed = opened && file->Close();
-  if (written && closed && Replace(part, path)) {
+  const Filename part = PartNameOf(path);
+  String reason;
+  if (!WriteText(GetCloudData(op)->store, options, part, &reason))
+    GeFKill(part);
+  else if (ReplaceFile(part, path, &reason)) {
     GePrint(String("Saved to : ") + path.GetString());
     return;
   }
-  if (opened) GeFKill(part);
-  MessageDialog(path.GetString() + (opened ? ": the points could not all be written; is the disk full?"
-                                           : ": the file could not be opened for writing"));
+  MessageDialog(path.GetString() + ": " + reason);
 }
 
 } // namespace kelvra

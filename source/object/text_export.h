@@ -5,7 +5,10 @@
 
 namespace kelvra {
 
-/** The save button: asks for a file, writes it, says where. A failure is one dialog that names the file. */
+/**
+ * The save button: asks for a file, writes it, says where. A failure is one dialog that names file and
+ * reason; an earlier file of that name stays.
+ */
 void SaveAsText(BaseObject* op);
 
 } // namespace kelvra

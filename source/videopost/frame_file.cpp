@@ -1,5 +1,6 @@
 #include "videopost/frame_file.h"
 
+#include "object/replacing_file.h"
 #include "videopost/frame_name.h"
 
 namespace kelvra {
@@ -20,7 +21,7 @@ MultipassBitmap* CopyPicture(const VPBuffer& rendered, String* reason) {
   if (!ok) *reason = "out of memory for " + LongToString(width) + " x " + LongToString(height) + " pixels";
   for (LONG y = 0; ok && y < height; ++y) {
     ok = rendered.GetLine(0, y, width, line, 16, TRUE) &&
-         picture->SetPixelCnt(0, y, width, (UCHAR*)line, components * (LONG)sizeof(UWORD), COLORMODE_RGBw,
+         picture->SetPixelCnt(0, y, width, reinterpret_cast<UCHAR*>(line), components * (LONG)sizeof(UWORD), COLORMODE_RGBw,
                               PIXELCNT_0);
     if (!ok) *reason = "line " + LongToString(y) + " of the rendered picture cannot be read";
   }
@@ -41,20 +42,12 @@ String ReasonOf(IMAGERESULT result) {
   }
 }
 
-/** Puts a whole file in the place of what has the name. */
-Bool TakePlace(const Filename& whole, const Filename& name) {
-  if (GeFRename(whole, name)) return TRUE;
-  // An application may refuse to rename over an older file.
-  return GeFExist(name) && GeFKill(name) && GeFRename(whole, name);
-}
-
 Bool SavePictureWhole(const BaseBitmap& picture, const Filename& file, String* reason) {
   const FrameFormat format = FrameFormatOf(file.GetFileString());
-  const Filename part(file.GetString() + ".part");
+  const Filename part = PartNameOf(file);
   const IMAGERESULT saved = picture.Save(part, format.filter, NULL, format.savebits);
-  const Bool stored = saved == IMAGERESULT_OK && TakePlace(part, file);
-  if (stored) return TRUE;
-  *reason = saved == IMAGERESULT_OK ? String("the finished file cannot get its name") : ReasonOf(saved);
+  if (saved == IMAGERESULT_OK) return ReplaceFile(part, file, reason);
+  *reason = ReasonOf(saved);
   if (GeFExist(part)) GeFKill(part);
   return FALSE;
 }

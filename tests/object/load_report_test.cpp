@@ -110,10 +110,43 @@ TEST_F(LoadReportTest, SavingAsTextSaysWhereOrWhyNot) {
   EXPECT_EQ(Bytes(Path("out.xyz")), "1 3 2 255 255 255\n");
   application_->GetDialogs().AnswerFile(Path("no/such/folder.xyz"));
   application_->PressButton(op_, 1609);
-  EXPECT_NE(application_->GetDialogs().Shown().back().text.find(Path("no/such/folder.xyz")),
-            std::string::npos);
+  EXPECT_EQ(application_->GetDialogs().Shown().back().text,
+            Path("no/such/folder.xyz") + ": the folder does not exist");
   EXPECT_EQ(application_->GetConsole().Lines().back(), "Saved to : " + Path("out.xyz"))
       << "only the dialog tells";
+}
+
+TEST_F(LoadReportTest, SavingAsTextKeepsTheEarlierFileUnlessItIsReplaced) {
+  Give(op_, {Vector(1, 2, 3)});
+  PutBytes(Path("out.xyz.old"), "of the user");
+  std::filesystem::create_directory(folder_ / "folder");
+  const std::string kept = ": the earlier file cannot be replaced and is as it was; is it read-only or open "
+                           "elsewhere?";
+  const struct {
+    const char* name;
+    host::Fault fault;
+    int times;
+    std::string problem;
+  } cases[] = {
+      {"out.xyz", host::Fault::FileRename, 9, kept},
+      {"out.xyz", host::Fault::FileRename, 1, ""}, // not over a file, but aside
+      {"new.xyz", host::Fault::FileRename, 9, ": the new file cannot get this name"},
+      {"folder", host::Fault::FileRename, 9, ": a folder has this name"},
+      {"out.xyz", host::Fault::FileWrite, 9, ": the points could not all be written; is the disk full?"}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name + c.problem);
+    PutBytes(Path("out.xyz"), "earlier");
+    application_->GetFaults().FailAt(c.fault, 1, c.times);
+    application_->GetDialogs().AnswerFile(Path(c.name));
+    application_->PressButton(op_, 1609);
+    application_->GetFaults().Clear();
+    EXPECT_EQ(Bytes(Path("out.xyz")), c.problem.empty() ? "1 3 2 255 255 255\n" : "earlier");
+    if (!c.problem.empty()) {
+      EXPECT_EQ(application_->GetDialogs().Shown().back().text, Path(c.name) + c.problem);
+    }
+    EXPECT_EQ(Bytes(Path("out.xyz.old")), "of the user");
+    EXPECT_EQ(FilesInFolder(), 3u) << "nothing else stays";
+  }
 }
 
 } // namespace

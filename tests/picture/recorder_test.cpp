@@ -31,7 +31,7 @@ protected:
   void Enable(const std::string& folder, const char* pattern = NULL) {
     host::RenderJob makesThePosts(doc_, options_);
     BaseVideoPost* post = doc_->GetActiveRenderData()->GetFirstVideoPost();
-    ASSERT_TRUE(post && post->GetType() == kTallyframeId);
+    ASSERT_TRUE(post && post->GetType() == KELVRA_RECORDER);
     BaseContainer* settings = post->GetDataInstance();
     settings->SetBool(KELVRA_RECORDER_ENABLE, TRUE);
     settings->SetFilename(KELVRA_RECORDER_FOLDER, Filename(host::FromUtf8(folder)));
@@ -124,6 +124,11 @@ TEST_F(RecorderTest, FullDiskLeavesTheFramesBeforeAlone) {
   EXPECT_EQ(lines[0].find(path + ": the frame is not recorded: the disk is full"), 0u) << lines[0];
   EXPECT_EQ(PictureFolder::Bytes(path), before);
   EXPECT_EQ(folder_->FileCount(), 1u) << "nothing half written stays";
+  application_.GetFaults().Clear();
+  application_.GetFaults().FailAt(host::Fault::FileRename, 1, -1);
+  EXPECT_EQ(Render(1, 1)[0].find(path + ": the frame is not recorded: the earlier file cannot be replaced"),
+            0u);
+  EXPECT_EQ(PictureFolder::Bytes(path), before);
   application_.GetFaults().Clear();
   EXPECT_EQ(Render(1, 2), Lines());
   EXPECT_NE(PictureFolder::Bytes(path), before) << "a frame that is rendered again replaces the old one";
