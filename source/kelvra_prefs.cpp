@@ -78,7 +78,7 @@ Bool MyPrefs::InitValues(const DescID& id, Description* description) {
 }
 
 Bool MyPrefs::Message(GeListNode* node, LONG type, void* data) {
-  if (type == MSG_DESCRIPTION_COMMAND && data) OnButton(((DescriptionCommand*)data)->id[0].id);
+  if (type == MSG_DESCRIPTION_COMMAND && data) OnButton(static_cast<DescriptionCommand*>(data)->id[0].id);
   return SUPER::Message(node, type, data);
 }
 

@@ -26,7 +26,7 @@ protected:
   Bool InitValues(const DescID& id, Description* description = NULL) override;
 
 private:
-  typedef PrefsDialogObject SUPER;
+  using SUPER = PrefsDialogObject;
 };
 
 Bool RegisterPreferences();

@@ -2,10 +2,9 @@
 #pragma once
 
 #include "c4d.h"
+#include "plugin_ids.h"
 
 namespace kelvra {
-
-const LONG kTimerMessageId = 1037771;
 
 class TimerMessage : public MessageData {
 public:

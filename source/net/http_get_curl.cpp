@@ -18,13 +18,14 @@ struct Transfer {
 };
 
 std::size_t TakeBody(char* bytes, std::size_t size, std::size_t count, void* transfer) {
-  return ((Transfer*)transfer)->body.Append(bytes, size * count) ? size * count : CURL_WRITEFUNC_ERROR;
+  Transfer& to = *static_cast<Transfer*>(transfer);
+  return to.body.Append(bytes, size * count) ? size * count : CURL_WRITEFUNC_ERROR;
 }
 
 /** Called for each line; an answer may begin with further heads of status 100 and above. */
 std::size_t TakeHeader(char* line, std::size_t size, std::size_t count, void* transfer) {
   const std::size_t length = size * count;
-  Transfer& to = *(Transfer*)transfer;
+  Transfer& to = *static_cast<Transfer*>(transfer);
   to.headBytes += length;
   if (length >= 5 && std::memcmp(line, "HTTP/", 5) == 0) to.headEnded = false;
   if (length > 0 && (line[0] == '\r' || line[0] == '\n')) to.headEnded = true;
@@ -47,15 +48,15 @@ bool SetUp(CURL* curl, const HttpUrl& url, const HttpStep& step, Transfer* trans
   if (!step.caFile.empty()) {
     // In place of the system's authorities: those lie in a file or in a folder, and both must give way.
     set(CURLOPT_CAINFO, step.caFile.c_str());
-    set(CURLOPT_CAPATH, (const char*)nullptr);
+    set(CURLOPT_CAPATH, static_cast<const char*>(NULL));
   }
   set(CURLOPT_CONNECTTIMEOUT_MS, (long)step.connectMilliseconds);
   set(CURLOPT_TIMEOUT_MS, (long)step.totalMilliseconds);
   set(CURLOPT_USERAGENT, "Kelvra");
   set(CURLOPT_WRITEFUNCTION, &TakeBody);
-  set(CURLOPT_WRITEDATA, (void*)transfer);
+  set(CURLOPT_WRITEDATA, static_cast<void*>(transfer));
   set(CURLOPT_HEADERFUNCTION, &TakeHeader);
-  set(CURLOPT_HEADERDATA, (void*)transfer);
+  set(CURLOPT_HEADERDATA, static_cast<void*>(transfer));
   return taken;
 }
 
@@ -69,7 +70,7 @@ bool HttpExchange(const HttpUrl& url, const HttpStep& step, HttpBody& body, Http
   long status = 0;
   curl_easy_getinfo(curl.get(), CURLINFO_RESPONSE_CODE, &status);
   answer->status = (int)status;
-  curl_header* location = nullptr;
+  curl_header* location = NULL;
   if (curl_easy_header(curl.get(), "Location", 0, CURLH_HEADER, -1, &location) == CURLHE_OK)
     answer->location = location->value;
   return true;

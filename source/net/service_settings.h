@@ -5,11 +5,9 @@
 #pragma once
 
 #include "c4d.h"
+#include "plugin_ids.h"
 
 namespace kelvra {
-
-/** Plug-in id of the preferences page; its container is kept by the host under the same number. */
-const LONG kPreferencesId = 1037080;
 
 /** Keys in the container; those below 2000 belong to the page's own elements. */
 enum {

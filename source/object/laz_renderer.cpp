@@ -3,6 +3,7 @@
 #include "object/render/gathering.h"
 #include "object/render/ray_explanation.h"
 #include "object/render/volume_rays.h"
+#include "object/rerenderobject.h"
 #include "version.h"
 
 namespace kelvra {
@@ -11,30 +12,35 @@ namespace {
 
 const LONG kExplanationVersion = 1;
 
+const PointStore* StoreOf(BaseObject* op) {
+  const KelvraObject* cloud = GetCloudData(op);
+  return cloud ? &cloud->store : NULL;
+}
+
 } // namespace
 
 VoxelHook* VoxelHook::Find(BaseDocument* doc) {
-  BaseSceneHook* hook = doc ? doc->FindSceneHook(kVoxelHookId) : NULL;
+  BaseSceneHook* hook = doc ? doc->FindSceneHook(KELVRA_HOOK) : NULL;
   return hook ? static_cast<VoxelHook*>(hook->GetNodeData()) : NULL;
 }
 
 void VoxelHook::BeginFrame(const Render* render, const BaseTime& time) {
-  if (render != render_ || time != time_) data.Clear();
+  if (render != render_ || time != time_) scene.data.Clear();
   render_ = render;
   time_ = time;
 }
 
 void VoxelHook::EndFrame() {
-  data.Clear();
-  lists = NULL;
+  scene.data.Clear();
+  scene.lists = NULL;
   render_ = NULL;
 }
 
 Bool VoxelHook::Message(GeListNode* node, LONG type, void* message) {
   if (type == KELVRA_MESSAGE_EXPLAIN_RAY && message) {
-    KelvraRayExplanation& explanation = *(KelvraRayExplanation*)message;
+    KelvraRayExplanation& explanation = *static_cast<KelvraRayExplanation*>(message);
     return explanation.version == kExplanationVersion && explanation.vd && explanation.vd->ray &&
-           explanation.text && lists && ExplainRay(data, *lists, explanation);
+           explanation.text && ExplainRay(scene, explanation);
   }
   return SUPER::Message(node, type, message);
 }
@@ -51,7 +57,8 @@ RENDERRESULT VoxelVideoPost::Execute(BaseVideoPost* node, VideoPostStruct* vps) 
   GatherContext context;
   context.document = vps->doc;
   context.thread = vps->thread;
-  return GatherScene(hook->data, node, context);
+  context.storeOf = &StoreOf;
+  return GatherScene(hook->scene.data, node, context);
 }
 
 RENDERRESULT VoxelVideoPost_Builder::Execute(BaseVideoPost*, VideoPostStruct* vps) {
@@ -66,10 +73,10 @@ RENDERRESULT VoxelVideoPost_Builder::Build(VideoPostStruct* vps) {
   hook_ = NULL;
   info_ = VIDEOPOSTINFO_0;
   VoxelHook* hook = VoxelHook::Find(vps->doc);
-  if (!hook || hook->data.items.size == 0) return RENDERRESULT_OK;
-  if (!BuildGrid(hook->data)) return RENDERRESULT_OUTOFMEMORY;
+  if (!hook || hook->scene.data.items.size == 0) return RENDERRESULT_OK;
+  if (!BuildGrid(hook->scene.data)) return RENDERRESULT_OUTOFMEMORY;
   hook_ = hook;
-  hook->lists = &lists_;
+  hook->scene.lists = &lists_;
   info_ = VIDEOPOSTINFO_CALCVOLUMETRIC | VIDEOPOSTINFO_CALCSHADOW;
   threads_ = vps->vd ? vps->vd->GetCPUCount() : 0;
   return RENDERRESULT_OK;
@@ -79,16 +86,16 @@ void VoxelVideoPost_Builder::CalcVolumetric(BaseVideoPost*, VolumeData* vd) {
   TracedLight light;
   if (hook_) {
     VolumeIllumination illumination(vd);
-    light = Trace(hook_->data, VolumetricRay(*vd), ListsOf(lists_, *vd, kRayVolumetric), &illumination);
+    light = Trace(hook_->scene.data, VolumetricRay(*vd), ListsOf(lists_, *vd, kRayVolumetric), &illumination);
   }
-  // Last: the light's shadow rays may have used the same structure.
+  // Set last, as the host may have used vd for the light's shadow rays.
   vd->col = light.color;
   vd->trans = Vector(light.transmission);
 }
 
 void VoxelVideoPost_Builder::CalcShadow(BaseVideoPost*, VolumeData* vd) {
   TracedLight light;
-  if (hook_) light = Trace(hook_->data, ShadowRay(*vd), ListsOf(lists_, *vd, kRayShadow), NULL);
+  if (hook_) light = Trace(hook_->scene.data, ShadowRay(*vd), ListsOf(lists_, *vd, kRayShadow), NULL);
   vd->trans = Vector(light.transmission);
 }
 
@@ -99,7 +106,7 @@ Bool RegisterVoxelRenderer() {
          RegisterVideoPostPlugin(kVoxelBuilderId, name + " Builder",
                                  PLUGINFLAG_HIDEPLUGINMENU | PLUGINFLAG_VIDEOPOST_INHERENT,
                                  VoxelVideoPost_Builder::Alloc, String(), 99999999, 0) &&
-         RegisterSceneHookPlugin(kVoxelHookId, name + " Hook", PLUGINFLAG_HIDE, VoxelHook::Alloc, 0, 0);
+         RegisterSceneHookPlugin(KELVRA_HOOK, name + " Hook", PLUGINFLAG_HIDE, VoxelHook::Alloc, 0, 0);
 }
 
 } // namespace kelvra

@@ -1,26 +1,15 @@
 // The three plug-ins that make clouds visible in rendered images: the video post that a user adds, its hidden
 // builder, and the scene hook that holds what both share.
 //
-// In a frame: the posts gather when the frame opens, the builder builds the grid when the render opens and
-// answers rays from all render threads, and everything is freed when the render closes.
+// In each frame the video posts gather the points when the frame opens; the builder builds the grid when the
+// render opens and answers rays from all render threads; everything is freed when the render closes.
 #pragma once
 
 #include "c4d.h"
-#include "kelvra_messages.h"
-#include "object/render/voxel_trace.h"
+#include "object/render/render_scene.h"
+#include "plugin_ids.h"
 
 namespace kelvra {
-
-const LONG kVoxelVideoPostId = 1037077;
-const LONG kVoxelBuilderId = 1037178;
-const LONG kVoxelHookId = 1037078;
-
-/** Hit lists of all render threads, for both kinds of rays. */
-struct RenderLists {
-  /** One more than there are threads: the clamp of the thread number can reach it. */
-  HitList volumetric[kRenderThreads + 1];
-  HitList shadow[kRenderThreads + 1];
-};
 
 class VoxelHook : public SceneHookData {
   INSTANCEOF(VoxelHook, SceneHookData)
@@ -34,9 +23,7 @@ public:
   void BeginFrame(const Render* render, const BaseTime& time);
   void EndFrame();
 
-  VoxelData data;
-  /** Of the builder that renders now, else NULL. */
-  RenderLists* lists = NULL;
+  RenderScene scene;
 
 private:
   const Render* render_ = NULL;

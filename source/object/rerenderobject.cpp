@@ -1,5 +1,6 @@
 #include "object/rerenderobject.h"
 
+#include "cloud/point_share.h"
 #include "glpoint.h"
 #include "object/convert/conversion.h"
 #include "object/draw/view_uploads.h"
@@ -11,8 +12,6 @@
 #include "registration.h"
 #include "version.h"
 #include "vpkelvrarender.h"
-
-#include <cmath>
 
 namespace kelvra {
 
@@ -29,11 +28,6 @@ void DropEmptyBlocks(PointGroup& group) {
 }
 
 } // namespace
-
-LONG ShareOf(LONG total, Real share) {
-  const Real count = std::floor((Real)total * share);
-  return count == count ? (LONG)FCut(count, 0.0, (Real)MAXLONGl) : 0;
-}
 
 Bool KelvraObject::Init(GeListNode* node) {
   BaseContainer* data = static_cast<BaseObject*>(node)->GetDataInstance();
@@ -130,10 +124,10 @@ void KelvraObject::Answer(BaseObject* op, PointArray* answer, Export exportTo) {
 void KelvraObject::OnCommand(BaseObject* op, LONG id) {
   switch (id) {
   case KELVRA_LOAD_FOLDER:
-    LoadFiles(op, TRUE);
+    LoadFiles(op, store, TRUE);
     break;
   case KELVRA_LOAD_FILE:
-    LoadFiles(op, FALSE);
+    LoadFiles(op, store, FALSE);
     break;
   case KELVRA_SAVE_TEXT:
     SaveAsText(op);

@@ -5,10 +5,9 @@
 #include "cloud/cloud_messages.h"
 #include "cloud/point_store.h"
 #include "object/draw/point_draw.h"
+#include "plugin_ids.h"
 
 namespace kelvra {
-
-const LONG kPointCloudId = 1037074;
 
 /** Size at which the uniform scale of converted geometry is 1. */
 const LReal kUnitObjectSize = 200.0;
@@ -45,9 +44,6 @@ private:
 
 /** The object's data of a node of this type, NULL for other nodes. */
 KelvraObject* GetCloudData(BaseObject* op);
-
-/** floor(total * share), 0 where that is not a number, at most 2^31 - 1. */
-LONG ShareOf(LONG total, Real share);
 
 /** Builds the vertex descriptions, then registers the object; FALSE when either fails. */
 Bool RegisterPointCloudObject();

@@ -24,7 +24,7 @@ Bool LAZrayShader::Init(GeListNode*) {
 
 Bool LAZrayShader::Message(GeListNode* node, LONG type, void* data) {
   if (type != kMessageGetLookup || !data) return ShaderData::Message(node, type, data);
-  ((LookupMessage*)data)->record = &lookup_;
+  static_cast<LookupMessage*>(data)->record = &lookup_;
   return TRUE;
 }
 

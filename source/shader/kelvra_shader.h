@@ -3,12 +3,9 @@
 
 #include "c4d.h"
 #include "cloud/cloud_messages.h"
+#include "plugin_ids.h"
 
 namespace kelvra {
-
-const LONG kRayShaderId = 1037072;
-/** Asks nodes for their lookup record. */
-const LONG kMessageGetLookup = 1018952;
 
 class LAZrayShader;
 

@@ -1,6 +1,5 @@
 #include "videopost/tallyframe.h"
 
-#include "kelvra_messages.h"
 #include "videopost/frame_file.h"
 #include "videopost/frame_name.h"
 
@@ -36,7 +35,7 @@ Bool Record(const BaseContainer& settings, const VideoPostStruct& vps, String* p
 } // namespace
 
 Bool Tallyframe::Init(GeListNode* node) {
-  BaseContainer* settings = ((BaseList2D*)node)->GetDataInstance();
+  BaseContainer* settings = static_cast<BaseList2D*>(node)->GetDataInstance();
   if (!settings) return FALSE;
   settings->SetBool(KELVRA_RECORDER_ENABLE, FALSE);
   settings->SetFilename(KELVRA_RECORDER_FOLDER, Filename());
@@ -53,7 +52,7 @@ void Tallyframe::TellFailure(const String& text) {
 RENDERRESULT Tallyframe::Execute(BaseVideoPost* node, VideoPostStruct* vps) {
   if (vps->vp == VIDEOPOSTCALL_FRAMESEQUENCE && vps->open) failureTold_ = FALSE;
   if (vps->vp != VIDEOPOSTCALL_RENDER || vps->open || !IsGood(*vps)) return RENDERRESULT_OK;
-  const BaseContainer* settings = ((BaseList2D*)node)->GetDataInstance();
+  const BaseContainer* settings = static_cast<BaseList2D*>(node)->GetDataInstance();
   if (!settings || !settings->GetBool(KELVRA_RECORDER_ENABLE)) return RENDERRESULT_OK;
   String problem;
   if (!Record(*settings, *vps, &problem))
@@ -66,7 +65,7 @@ RENDERRESULT Tallyframe::Execute(BaseVideoPost* node, VideoPostStruct* vps) {
 Bool RegisterTallyframe() {
   if (!recorderState) recorderState = gNew RecorderState;
   // Always active, and with a renderer's view of its own in the viewport.
-  return RegisterVideoPostPlugin(kTallyframeId, "Ondrix Tallyframe",
+  return RegisterVideoPostPlugin(KELVRA_RECORDER, "Ondrix Tallyframe",
                                  PLUGINFLAG_VIDEOPOST_INHERENT | PLUGINFLAG_VIDEOPOST_GL, Tallyframe::Alloc,
                                  String(), 10000, 0);
 }

@@ -3,10 +3,9 @@
 #pragma once
 
 #include "c4d.h"
+#include "kelvra_messages.h"
 
 namespace kelvra {
-
-const LONG kTallyframeId = 1037073;
 
 /** Its container holds the KELVRA_RECORDER_ values of kelvra_messages.h. */
 class Tallyframe : public VideoPostData {

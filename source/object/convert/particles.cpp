@@ -24,16 +24,16 @@ TP_PGroup* MakeGroup(TP_MasterSystem* system, TP_PGroup* root, const String& nam
 TP_PGroup* GroupFor(BaseObject* op, BaseDocument* doc, TP_MasterSystem* system) {
   BaseContainer* data = op->GetDataInstance();
   BaseList2D* linked = data->GetLink(KELVRA_PARTICLE_GROUP, doc);
-  if (linked && linked->IsInstanceOf(ID_TP_PGROUP)) return (TP_PGroup*)linked;
+  if (linked && linked->IsInstanceOf(ID_TP_PGROUP)) return static_cast<TP_PGroup*>(linked);
   TP_PGroupArray groups;
   const LONG count = system->GetParticleGroups(NULL, &groups, TP_GETPGROUP_ALL, TRUE);
   if (count < 1) return NULL; // memory was refused: a second group of that name must not be made
   // The first one is the system's own root.
   for (LONG i = 1; i < count; ++i) {
-    TP_PGroup* group = (TP_PGroup*)groups.GetIndex(i);
+    TP_PGroup* group = static_cast<TP_PGroup*>(groups.GetIndex(i));
     if (group && group->GetName() == op->GetName()) return group;
   }
-  TP_PGroup* group = MakeGroup(system, (TP_PGroup*)groups.GetIndex(0), op->GetName());
+  TP_PGroup* group = MakeGroup(system, static_cast<TP_PGroup*>(groups.GetIndex(0)), op->GetName());
   if (group) data->SetLink(KELVRA_PARTICLE_GROUP, group);
   return group;
 }
@@ -51,12 +51,12 @@ void EmptyGroup(TP_MasterSystem* system, TP_PGroup* group) {
 BaseObject* ConvertToParticles(const ConversionRequest& request) {
   BaseDocument* doc = request.op->GetDocument();
   if (!doc || !InitThinkingParticles()) return NULL;
-  TP_MasterSystem* system = (TP_MasterSystem*)doc->FindSceneHook(ID_THINKINGPARTICLES);
+  TP_MasterSystem* system = static_cast<TP_MasterSystem*>(doc->FindSceneHook(ID_THINKINGPARTICLES));
   TP_PGroup* group = system ? GroupFor(request.op, doc, system) : NULL;
   if (!group) return NULL;
   EmptyGroup(system, group);
 
-  PolygonObject* points = (PolygonObject*)ConvertToPoints(request);
+  PolygonObject* points = static_cast<PolygonObject*>(ConvertToPoints(request));
   if (!points) return NULL;
   const Vector* positions = points->GetPointR();
   const Matrix global = request.op->GetMg();

@@ -20,7 +20,7 @@ Bool AddColorMaps(PolygonObject* points, LONG written) {
     const String name(kMapNames[channel]);
     map->SetName(name);
     if (!name.Content() || map->GetName() != name) return FALSE;
-    weights[channel] = (SReal*)map->GetLowlevelDataAddressW();
+    weights[channel] = static_cast<SReal*>(map->GetLowlevelDataAddressW());
     if (count > 0 && !weights[channel]) return FALSE;
     last = map;
   }

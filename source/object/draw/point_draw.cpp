@@ -1,16 +1,16 @@
 #include "object/draw/point_draw.h"
 
 #include "c4d_baseeffectordata.h"
+#include "cloud/point_share.h"
 #include "glpoint.h"
 #include "object/draw/view_uploads.h"
-#include "object/rerenderobject.h"
 #include "otallyframe.h"
 
 namespace kelvra {
 
 namespace {
 
-/** Tells our buffers and programs from those of others on the same object. */
+/** By it the host tells our buffers and programs from those of other plug-ins on the same object. */
 CHAR identity[4] = {'K', 'L', 'V', 'R'};
 
 const LLONG kMostBufferBytes = 2147483647;
@@ -20,7 +20,7 @@ LONG DisplayCount(const PointStore& store) {
   return LMin(store.GetPointCount(), (LONG)(kMostBufferBytes / kVertexBytes));
 }
 
-/** Lets the earlier copy, if there is one, stand for the new points. */
+/** Lets the view's earlier copy, if there is one, count as that of the new points. */
 Bool KeepEarlier(PointDisplay& display, GlVertexBuffer* buffer, ViewUpload& upload) {
   ViewUpload* earlier = FindViewUpload(buffer);
   if (!earlier) return FALSE;
@@ -36,7 +36,7 @@ Bool KeepEarlier(PointDisplay& display, GlVertexBuffer* buffer, ViewUpload& uplo
 Bool Upload(BaseObject* op, PointStore& store, PointDisplay& display, BaseDraw* bd, GlVertexBuffer* buffer,
             LONG count, ViewUpload& upload) {
   if (store.uploadFlag || display.version == 0) {
-    // One raise of the flag makes every view's copy old, not only that of the view that draws first.
+    // Raising the flag once makes the copies of all views old, not only that of the view that draws first.
     store.uploadFlag = 0;
     display.version = NewPointsVersion();
   }
@@ -66,7 +66,7 @@ Bool Upload(BaseObject* op, PointStore& store, PointDisplay& display, BaseDraw* 
   return KeepViewUpload(bd, upload);
 }
 
-/** The clones to draw: data of the tag on the object, else on its parent; without data the object alone. */
+/** The clones to draw, from the tag of the object or else of its parent; without one the object alone. */
 class Clones {
 public:
   explicit Clones(BaseObject* op) {
@@ -152,7 +152,7 @@ private:
   LONG fps_;
 };
 
-/** Locked and bound for a block. */
+/** Locks a factory and binds it to a view, for a block. */
 class BoundFactory {
 public:
   BoundFactory(GlProgramFactory* factory, BaseDraw* bd) : factory_(factory) {

@@ -7,17 +7,17 @@
 
 namespace kelvra {
 
-/** An object's state in its views. The host drops buffers and programs when the node is freed. */
+/** What an object's drawing keeps. The host frees buffers and programs with the node. */
 struct PointDisplay {
   UniformNames uniforms;
   BaseContainer uniformCache; ///< handed to SetUniform, which does not consult it
   GrowingBox box;             ///< of the positions written last
-  LULONG version = 0; ///< of the points that views are to show; new with every raise of the upload flag
+  LULONG version = 0; ///< of the points that views must show; a new one each time the upload flag is raised
 };
 
 /**
- * Uploads when the store's flag asks for it or the view has no copy of ours, then draws. Every failure ends
- * the draw and is no error; compile messages reach the console.
+ * Uploads when the store's flag asks for it or the view has no copy of ours, then draws. A failure ends the
+ * draw silently; only compile errors are printed on the console.
  */
 void DrawPoints(BaseObject* op, PointStore& store, PointDisplay& display, DRAWPASS pass, BaseDraw* bd,
                 BaseDrawHelp* bh);

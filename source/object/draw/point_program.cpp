@@ -4,8 +4,10 @@ namespace kelvra {
 
 namespace {
 
-/** Colour routed between the stages, no colour conversion, no shadows, after lighting, noise in the vertex
- * stage. */
+/**
+ * Colour passes from the vertex to the fragment stage; no colour conversion; no shadows; after lighting;
+ * noise functions in the vertex stage.
+ */
 const LULONG kProgramParameters = 0x1281040;
 
 struct UniformDeclaration {
@@ -15,8 +17,8 @@ struct UniformDeclaration {
 };
 
 /**
- * "fcolor_mode", the "mo_" uniforms and "index_count" are read by no line. They are declared on purpose, so
- * that setting them never fails.
+ * No line reads "fcolor_mode", the "mo_" uniforms and "index_count". They are declared on purpose, so that
+ * setting them never fails.
  */
 const UniformDeclaration kDeclarations[kUniformCount] = {
     {"point_size", VertexProgram, UniformFloat1},     {"min_height", VertexProgram, UniformFloat1},
@@ -35,17 +37,23 @@ LONG PrintError(GlProgramType, const char* message) {
   return 0;
 }
 
-/** Adds lines to one stage; the names of uniforms stand between the pieces. */
+/**
+ * Writes the vertex program. N(uniform) is the name that the factory gave a uniform. Drivers keep compiled
+ * programs by their text: it stays the same byte for byte, blanks and unused lines included.
+ */
 class ProgramWriter {
 public:
   ProgramWriter(GlProgramFactory* factory, const UniformNames& uniforms)
       : factory_(factory), uniforms_(uniforms) {}
 
+  /** Hides points beyond the share that is shown, and all but every n-th: a size of 0 draws nothing. */
   void Thinning() {
     Line(GlString("if (gl_VertexID>") + N(kIndexStop) + ")\t{gl_PointSize = 0;return;}");
     Line(GlString("if (mod(gl_VertexID,") + N(kIndexNth) + ")>0)\t\t\t\t{gl_PointSize = 0;return;}");
   }
 
+  /** Modes 1 to 4 show red, green, blue or their mean as grey; 5 the height as grey; 6 the colour by height.
+   */
   void Color() {
     Line(GlString("float size = ") + N(kPointSize) + ";");
     Line("vec4 col = vec4(icolor.rgb, 1.0);");
@@ -63,15 +71,17 @@ public:
     Line("}");
     Line(GlString("if (") + N(kColorInvert) + ">0) col = vec4(1.0-col.r,1.0-col.g,1.0-col.b, 1.0);");
     Line("ocolor = col;");
-    // Computed after the output and read by nothing: kept as it is.
+    // No line reads it after the output; it stays as part of the text.
     Line("col_val = (col.r+col.g+col.b)*(1.0/3.0);");
   }
 
+  /** From the object's space to the screen. */
   void Position() {
     Line("vec3  p = iposition;");
     Line("oposition = (transmatrix * vec4(p.xyz, 1.0));");
   }
 
+  /** Hides points outside a sphere or behind a plane (action 1) or shrinks them towards its edge (2). */
   void Falloff() {
     Line(GlString("if (") + N(kFalloffAction) + ">0)");
     Line("{");
@@ -109,17 +119,24 @@ private:
 Bool BuildPointProgram(GlProgramFactory* factory, UniformNames& uniforms) {
   if (factory->IsProgram(CompiledProgram)) {
     if (uniforms.names[kPointSize].GetLength() > 0) return TRUE;
-    // The node's data came from its copy, as undo gives it: only the other data knows this program's names.
+    // Undo gave the node the data of its copy, which does not know this program's names: build it again.
     factory->DestroyPrograms();
   }
+
+  // Begin the header: parameters first, then Init, then the error handler, the only order that the host
+  // takes.
   factory->AddParameters(kProgramParameters);
   factory->Init(0);
   factory->AddErrorHandler(&PrintError);
+
+  // Declare the uniforms, and keep the names that the factory gives them.
   for (LONG i = 0; i < kUniformCount; ++i)
     uniforms.names[i] =
         factory->AddUniformParameter(kDeclarations[i].program, kDeclarations[i].type, kDeclarations[i].name);
-  factory->AddLine(VertexProgram, "vec3 ranv;"); // declared, never used
-  factory->GetUniqueID();                        // kept by the factory, used in no line
+
+  // End the header. Neither the variable nor the name is used; both are part of the text that is cached.
+  factory->AddLine(VertexProgram, "vec3 ranv;");
+  factory->GetUniqueID();
   factory->HeaderFinished();
 
   ProgramWriter vertex(factory, uniforms);

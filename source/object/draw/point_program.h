@@ -1,4 +1,4 @@
-// The vertex and fragment programs that draw points, put together line by line in the host's factory.
+// The vertex and fragment programs that draw points, handed to the host's factory line by line.
 #pragma once
 
 #include "c4d.h"
@@ -31,15 +31,15 @@ enum PointUniform {
   kUniformCount
 };
 
-/** Names that the factory gave to the uniforms. */
+/** Names that the factory gave the uniforms. */
 struct UniformNames {
   GlString names[kUniformCount];
 };
 
 /**
  * Declares the uniforms and hands over the text, unless the factory holds a compiled program whose names are
- * known. No parameter value stands in the text: it is the same for all objects, and so are the names. FALSE
- * when it does not compile; the handler has printed why.
+ * known. The text contains no parameter values, so it is the same for all objects, and so are the names.
+ * FALSE when it does not compile; the error handler has printed why.
  */
 Bool BuildPointProgram(GlProgramFactory* factory, UniformNames& names);
 

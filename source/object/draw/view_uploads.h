@@ -1,7 +1,7 @@
 // What each view's vertex buffer holds of our points.
 //
-// Kept by buffer, not by object: undo gives a node the data of its copy and back, while the node's buffers
-// stay. Thread that draws views.
+// Kept by buffer, not by object: undo exchanges a node's data for that of its copy, while the node's buffers
+// stay. Only for the thread that draws views.
 #pragma once
 
 #include "c4d.h"
@@ -18,19 +18,20 @@ struct ViewUpload {
   LULONG version = 0; ///< of the points, from NewPointsVersion
 };
 
-/** A number that no points, of any object, have had. */
+/** A number that the points of no object have had before. */
 LULONG NewPointsVersion();
 
 /** The buffer's entry, NULL when it holds no sub-buffer of ours. The pointer is good until the next call. */
 ViewUpload* FindViewUpload(GlVertexBuffer* buffer);
 
 /**
- * Notes a new sub-buffer and frees all others of the buffer, which are ours too. FALSE, with the new one
- * freed as well, when memory is refused.
+ * Keeps a new sub-buffer and frees all others of the buffer, which are ours too. FALSE when memory is
+ * refused: the new one is freed as well then.
  */
 Bool KeepViewUpload(BaseDraw* bd, const ViewUpload& upload);
 
-/** For a node that is freed: the host drops its buffers. With the last entry the list's memory goes. */
+/** Call it for a node that is freed, as the host frees its buffers. The last entry takes the list's memory
+ * along. */
 void ForgetViewUploads(const C4DAtom* node);
 
 } // namespace kelvra

@@ -1,7 +1,6 @@
 #include "object/load/file_loading.h"
 
 #include "object/load/loaded_file.h"
-#include "object/rerenderobject.h"
 #include "otallyframe.h"
 
 #include <algorithm>
@@ -193,16 +192,15 @@ void RecordUndo(BaseObject* op) {
   doc->EndUndo();
 }
 
-void LoadFiles(BaseObject* op, Bool folderMode) {
-  KelvraObject* cloud = GetCloudData(op);
+void LoadFiles(BaseObject* op, PointStore& store, Bool folderMode) {
   Filename chosen;
-  if (!cloud || !chosen.FileSelect(FILESELECTTYPE_ANYTHING,
-                                   folderMode ? FILESELECT_DIRECTORY : FILESELECT_LOAD, "Point Cloud"))
+  if (!chosen.FileSelect(FILESELECTTYPE_ANYTHING, folderMode ? FILESELECT_DIRECTORY : FILESELECT_LOAD,
+                         "Point Cloud"))
     return;
   const std::vector<NamedFile> files =
       folderMode ? FilesOf(chosen) : std::vector<NamedFile>{{chosen, Utf8(chosen.GetString())}};
   if (files.empty()) PrintLine(Utf8(chosen.GetString()), "the folder holds no file to load");
-  LoadCommand command(op, cloud->store);
+  LoadCommand command(op, store);
   for (std::size_t i = 0; i < files.size(); ++i) {
     if (!UserStopped() && command.Load(files[i])) continue;
     const std::size_t more = files.size() - i - 1;

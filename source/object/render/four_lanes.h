@@ -1,4 +1,4 @@
-// Four items at once against one ray: the test that spares most exact ones.
+// The quick test: four items at once against one ray. It makes most exact tests unnecessary.
 #pragma once
 
 #include "object/render/packed_cells.h"
@@ -10,13 +10,18 @@
 
 namespace kelvra {
 
-/** The ray in one cell: the point of its line nearest to the cell's centre, from there, and its direction. */
+/** The ray in one cell. */
 struct LaneRay {
-  SReal px, py, pz, dx, dy, dz;
-  SReal margin;
+  SReal px, py, pz; ///< from the cell's centre to the nearest point of the ray's line
+  SReal dx, dy, dz; ///< direction, of length 1
+  SReal margin;     ///< PackedMargin
 };
 
-/** Bit i is set when item i may be met; a distance that is not a number counts as near. */
+/**
+ * Near: bit i is set when the ray may meet item i, that is, unless the squared distance between the item's
+ * centre and the ray's line (Pythagoras: u^2 - (u * d)^2, u from the line's point to the centre) is above the
+ * item's reach plus the margin. A distance that is not a number counts as near.
+ */
 #ifdef KELVRA_SSE2
 
 class LaneTest {

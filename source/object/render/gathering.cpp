@@ -1,8 +1,9 @@
 #include "object/render/gathering.h"
 
+#include "cloud/point_share.h"
 #include "object/render/render_record.h"
-#include "object/rerenderobject.h"
 #include "otallyframe.h"
+#include "plugin_ids.h"
 #include "vpkelvrarender.h"
 
 #include <utility>
@@ -11,39 +12,44 @@ namespace kelvra {
 
 namespace {
 
-/** Points between two questions whether the user wants to stop, and between two looks at the progress. */
+/** Points after which the user is asked for a break, and after which the status bar moves. */
 const LONG kBreakStep = 1023, kStatusStep = 8191;
 
+/** A 16-bit colour channel at its full. */
 const LReal kFullChannel = 65535.0;
 
-/** An object and where it stands: objects of a cache do not know it themselves. */
+/** An object and its place in the world, which objects in a cache do not know themselves. */
 struct Source {
   BaseObject* op = NULL;
   Matrix global;
 };
 
 /**
- * Collects the clouds below a linked one, in the order of the tree. An object that built something is looked
- * for in what it built only, deliberately, and that holds for clouds too: one whose cache is up to date is
- * left to the video post that links it, which each new cloud gets, and would be rendered twice otherwise.
+ * Collects the clouds below a linked one, in the order of the tree. Deliberately, an object that built
+ * something stands for what it built and is not collected itself. That holds for clouds too: one that has
+ * built its cache is left to a video post that links it, which each new cloud gets, and would otherwise be
+ * rendered twice.
  */
 class Walk {
 public:
   explicit Walk(BaseObject* linked) : linked_(linked) { open_.SetBlockSize(256); }
   /** FALSE when memory is refused. */
   Bool Collect(BaseObject* top, const Matrix& topGlobal) {
-    // A stack of its own: a tree may be deeper than a thread's. What was built comes before the children.
+    // The stack is an array, as a tree may be deeper than a thread's stack allows. Its last entry comes next.
     if (!Push(open_, top, topGlobal)) return FALSE;
     while (open_.GetCount() > 0) {
       const VLONG last = open_.GetCount() - 1;
       const Source source = open_[last];
       open_.Remove(last);
       BaseObject* op = source.op;
+
+      // Push the children so that the first one lies on top.
       for (BaseObject* child = op->GetDown(); child; child = child->GetNext())
         if (!Push(open_, child, source.global * child->GetMl())) return FALSE;
-      // The first child is to lie on top.
       for (VLONG low = last, high = open_.GetCount() - 1; low < high; ++low, --high)
         std::swap(open_[low], open_[high]);
+
+      // What the object built comes before its children; without it the object itself does.
       BaseObject* built = op->GetDeformCache();
       if (!built) built = op->GetCache();
       if (built) {
@@ -69,22 +75,24 @@ private:
   GeDynamicArray<Source> open_;
 };
 
-/** A converted cloud, or one that receives points, is rendered alone: what it built stands for the same
- * points. */
+/**
+ * Are there objects below that are rendered with the linked one? Not with a converted cloud: what it built
+ * stands for the same points. One that is receiving points is rendered alone as well.
+ */
 Bool HasHierarchy(BaseObject* op) {
   const BaseContainer* settings = op->GetDataInstance();
   return op->GetType() == kPointCloudId && (op->GetDown() || op->GetCache() || op->GetDeformCache()) &&
          settings->GetLong(KELVRA_CONVERT_MODE) == 0 && settings->GetLong(KELVRA_LOAD_STATE) == 0;
 }
 
-/** Adds points one after another, asking for a break and showing the progress on the way. */
+/** Adds the points of one object; asks for a break and shows the progress on the way. */
 class Adder {
 public:
   Adder(VoxelData& data, const GatherContext& context, const RenderObjectRecord& record, UWORD index,
         const Matrix& global, LONG total)
       : data_(data), context_(context), record_(record), index_(index), global_(global), total_(total) {}
 
-  /** p in the object's space. FALSE when gathering ends; result tells why. */
+  /** p is in the object's space. FALSE when gathering ends; `result` says why. */
   Bool Add(const Vector& p, const SReal color[3], LONG number) {
     if (number % kBreakStep == kBreakStep - 1 && context_.thread && context_.thread->TestBreak())
       return End(RENDERRESULT_USERBREAK);
@@ -108,14 +116,14 @@ private:
   LONG total_;
 };
 
-/** Red, green and blue of points as the vertex maps of these names give them; white where one is missing. */
+/** Colours from the vertex maps "Red", "Green" and "Blue" of an object; full where a map is missing. */
 class MapColors {
 public:
   MapColors(BaseObject* op, LONG points) {
     const char* const names[3] = {"Red", "Green", "Blue"};
     for (LONG channel = 0; channel < 3; ++channel)
       for (LONG nr = 0; BaseTag* tag = op->GetTag(Tvertexmap, nr); ++nr) {
-        VertexMapTag* map = (VertexMapTag*)tag;
+        VertexMapTag* map = static_cast<VertexMapTag*>(tag);
         if (map->GetName() == String(names[channel]) && map->GetDataCount() == points)
           channels_[channel] = map->GetDataAddressR();
       }
@@ -129,18 +137,17 @@ private:
   const SReal* channels_[3] = {NULL, NULL, NULL};
 };
 
-void AddCloud(BaseObject* op, Adder& adder, LONG count) {
-  const LReal size = op->GetDataInstance()->GetReal(KELVRA_OBJECT_SIZE);
-  GetCloudData(op)->store.VisitPoints(count, size, [&adder](const Vector& p, const UWORD* rgb, LONG number) {
+void AddCloud(const PointStore& store, LReal size, Adder& adder, LONG count) {
+  store.VisitPoints(count, size, [&adder](const Vector& p, const UWORD* rgb, LONG number) {
     const SReal color[3] = {(SReal)(rgb[0] / kFullChannel), (SReal)(rgb[1] / kFullChannel),
                             (SReal)(rgb[2] / kFullChannel)};
     return adder.Add(p, color, number) != FALSE;
   });
 }
 
-/** Polygon and spline objects: one item a point. */
+/** One item for each point of a polygon or spline object. */
 void AddGeometry(BaseObject* op, Adder& adder, LONG count) {
-  const Vector* points = ((PointObject*)op)->GetPointR();
+  const Vector* points = static_cast<PointObject*>(op)->GetPointR();
   const MapColors colors(op, count);
   SReal color[3];
   for (LONG i = 0; points && i < count; ++i) {
@@ -149,14 +156,14 @@ void AddGeometry(BaseObject* op, Adder& adder, LONG count) {
   }
 }
 
-/** Points that an object gives; below 0 for types that are not rendered. */
-LONG PointsOf(BaseObject* op) {
+/** Points that an object gives; below 0 for types that are not rendered. `store` is that of a cloud. */
+LONG PointsOf(BaseObject* op, const PointStore* store) {
   switch (op->GetType()) {
   case Opolygon:
   case Ospline:
-    return ((PointObject*)op)->GetPointCount();
+    return static_cast<PointObject*>(op)->GetPointCount();
   case kPointCloudId: {
-    const LONG total = GetCloudData(op)->store.GetPointCount();
+    const LONG total = store->GetPointCount();
     return LMin(total, ShareOf(total, op->GetDataInstance()->GetReal(KELVRA_POINT_SHARE)));
   }
   default:
@@ -164,23 +171,27 @@ LONG PointsOf(BaseObject* op) {
   }
 }
 
+/** Adds one object: its settings as a record, then its points as items. */
 RENDERRESULT Gather(VoxelData& data, const Source& source, BaseVideoPost* post,
                     const GatherContext& context) {
-  const LONG count = PointsOf(source.op);
-  if (count < 0)
-    return RENDERRESULT_OK; // a particle emitter, for one: collected, but nothing of it is rendered
   const Bool cloud = source.op->GetType() == kPointCloudId;
+  const PointStore* store = cloud ? context.storeOf(source.op) : NULL;
+  const LONG count = PointsOf(source.op, store);
+  if (count < 0) return RENDERRESULT_OK; // a particle emitter, for example: collected, but not rendered
+
+  // A cloud has render settings of its own; other objects take those of the video post.
+  const BaseContainer& settings = cloud ? *source.op->GetDataInstance() : *post->GetDataInstance();
   RenderObjectRecord record;
   UWORD index = 0;
-  if (!FillRecord(cloud ? *source.op->GetDataInstance() : *post->GetDataInstance(), source.global, &record))
-    return RENDERRESULT_OUTOFMEMORY;
+  if (!FillRecord(settings, source.global, &record)) return RENDERRESULT_OUTOFMEMORY;
   if (!data.AddRecord(record, &index)) {
     FreeRecord(record);
     return RENDERRESULT_OUTOFMEMORY;
   }
+
   Adder adder(data, context, record, index, source.global, count);
   if (cloud)
-    AddCloud(source.op, adder, count);
+    AddCloud(*store, settings.GetReal(KELVRA_OBJECT_SIZE), adder, count);
   else
     AddGeometry(source.op, adder, count);
   return adder.result;
@@ -191,11 +202,14 @@ RENDERRESULT Gather(VoxelData& data, const Source& source, BaseVideoPost* post,
 RENDERRESULT GatherScene(VoxelData& data, BaseVideoPost* post, const GatherContext& context) {
   BaseObject* linked = post->GetDataInstance()->GetObjectLink(KELVRA_RENDER_OBJECT, context.document);
   if (!linked) return RENDERRESULT_OK;
+
+  // Collect what is rendered; the linked object comes last.
   const Matrix global = linked->GetMg();
   Walk walk(linked);
   RENDERRESULT result = RENDERRESULT_OK;
   if ((HasHierarchy(linked) && !walk.Collect(linked, global)) || !walk.Append(linked, global))
     result = RENDERRESULT_OUTOFMEMORY;
+
   for (VLONG i = 0; i < walk.found.GetCount() && result == RENDERRESULT_OK; ++i)
     result = Gather(data, walk.found[i], post, context);
   StatusClear();

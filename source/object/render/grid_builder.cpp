@@ -1,4 +1,5 @@
-// Building the grid: one pass over the items counts what each cell gets, a second one puts it there.
+// Building the grid: one pass over the items counts what each cell gets, a second one puts it there. All
+// lists lie in one block, in the order of their places.
 #include "object/render/voxel_grid.h"
 
 #include <algorithm>
@@ -58,7 +59,10 @@ private:
     return TRUE;
   }
 
-  /** Truncated, and within the spare layer whatever rounding does; 0 on an axis without extent. */
+  /**
+   * Cell number of a coordinate: truncated, at most the spare layer's whatever rounding does. 0 on an axis
+   * without extent, where the place is not a number.
+   */
   LONG Cell(LReal v, LONG axis) const {
     const LReal place = (v - root_->boxMin[axis]) * grid_->cellsPerUnit[axis];
     return place > 0.0 ? (LONG)std::min(place, (LReal)grid_->Count(axis)) : 0;
@@ -96,15 +100,22 @@ private:
     }
   }
 
-  /** Lists in the sizes that appending one by one would have led to. */
+  /**
+   * Makes all leaves with room for what was counted. The lists get the capacities that appending item after
+   * item would have led to.
+   */
   Bool MakeLeaves() {
     const LLONG places = grid_->TableSize(), walked = (LLONG)grid_->nx * grid_->ny * grid_->nz;
     LeafPools& leaves = data_.leaves;
     PackedCells& packed = data_.packed;
+    // Allocate what the leaves are made of.
     leaves.contents = GeAllocType(NodeContent, (LLONG)leafCount_ + 1);
     leaves.lists = GeAllocType(AutoBuffer<ULONG>, (LLONG)leafCount_ + 1);
     packed.spans = GeAllocTypeNC(CellSpan, places);
     if (!leaves.contents || !leaves.lists || !packed.spans) return FALSE;
+
+    // Lay out the lists, place by place. Packed groups of four begin with each cell and exist only for places
+    // that rays visit.
     LULONG numbers = 0, fours = 0;
     for (LLONG place = 0; place < places; ++place) {
       const ULONG count = counts_[place];
@@ -119,6 +130,8 @@ private:
       numbers += (LULONG)capacity;
       if (place < walked) fours += ((LULONG)count + 3) / 4;
     }
+
+    // Allocate what the lists hold. Without room for the packed items rays do without them.
     leaves.numbers = GeAllocTypeNC(ULONG, numbers);
     if (!leaves.numbers) return FALSE;
     if (fours > 0 && fours <= packed.mostBytes / sizeof(PackedFour))
@@ -126,6 +139,7 @@ private:
     Connect(places, walked);
     return TRUE;
   }
+  /** Points leaves and nodes at their parts of the pools. */
   void Connect(LLONG places, LLONG walked) {
     LeafPools& leaves = data_.leaves;
     for (LLONG place = 0; place < places; ++place) {
@@ -141,25 +155,33 @@ private:
     }
   }
 
+  /** Puts each item into the lists of all cells that its box overlaps, and packs it there for the walk. */
   void FillCells() {
+    // Count again, from 0: now as the number of items that each list holds so far.
     const LLONG walked = (LLONG)grid_->nx * grid_->ny * grid_->nz;
     std::memset(counts_, 0, (std::size_t)grid_->TableSize() * sizeof(ULONG));
-    // A cell's centre is rounded as numbers of the size of its coordinates are.
+
+    // Find how exact the centres of cells are: they are rounded like numbers of the size of the box's
+    // coordinates.
     LReal farthest = 0.0;
     for (LONG axis = 0; axis < 3; ++axis)
       farthest = std::max(
           {farthest, std::abs(root_->boxMin[axis]), std::abs(root_->boxMin[axis] + grid_->extent[axis])});
     const LReal error = farthest * std::numeric_limits<LReal>::epsilon();
+
     for (LLONG i = 0; i < data_.items.size; ++i) {
       const RenderItem& item = data_.items.data[i];
       const LVector centre = CentreOf(item);
       ForEachCell(RangeOf(item), [&](LONG x, LONG y, LONG z) {
+        // Append the item's number to the cell's list.
         const LLONG place = grid_->IndexOf(x, y, z);
         const CellSpan& span = data_.packed.spans[place];
         const ULONG nth = counts_[place]++;
         data_.leaves.numbers[span.firstNumber + nth] = (ULONG)i;
         if (place >= walked || !data_.packed.fours) return; // rays visit no cell of the spare layer
-        // A far-face item lies with the cell that it shares the place with.
+
+        // Pack it relative to the centre of the cell that rays know the place as: an item of a far face lies
+        // with the cell that its own one shares the place with.
         const LVector cell =
             x < grid_->nx && y < grid_->ny
                 ? CentreOfCell(x, y, z)

@@ -10,8 +10,9 @@ LONG HitSort::Compare(LULONG a, LULONG b) const {
 }
 
 LULONG HitSort::Key(LReal distance) {
+  // Negative numbers have the top bit set and order backwards: invert them, and lift the others above them.
   LULONG bits;
-  const LReal plain = distance + 0.0; // one zero
+  const LReal plain = distance + 0.0; // -0 becomes 0
   std::memcpy(&bits, &plain, sizeof bits);
   const LULONG top = (LULONG)1 << 63;
   return bits & top ? ~bits : bits | top;
@@ -34,21 +35,24 @@ void HitList::Prepare(RayMode rayMode, LONG rayBits) {
   count = found = 0;
   visitedCount = 0;
   last_ = kNoItem;
-  if (++ray_ == 0) { // numbers ran out: forget the old ones
+  if (++ray_ == 0) { // all numbers are used: forget the earlier rays
     ClearMem(slots_, sizeof slots_);
     ray_ = 1;
   }
 }
 
 void HitList::Sort() {
-  // In place, by small keys: the C library's sort allocates for records of this size.
+  // Sort small keys in place of the records, which are three times as large. The C library's qsort would
+  // allocate memory for arrays of this size, and rays must not.
   for (LONG i = 0; i < count; ++i) keys_[i] = {HitSort::Key(hits[i].entry), hits[i].item, i};
   const HitSort& order = sort;
   std::sort(keys_, keys_ + count, [&order](const SortKey& a, const SortKey& b) {
     const LONG byDistance = order.HitSort::Compare(a.distance, b.distance);
     return byDistance != 0 ? byDistance < 0 : a.item < b.item;
   });
-  // Each cycle of the permutation is followed once.
+
+  // Move the records to their places. A permutation consists of cycles: lift the first record of each, move
+  // the others one after another into the place that is free, and put the lifted one into the last.
   for (LONG i = 0; i < count; ++i) {
     if (keys_[i].from == i) continue;
     const HitRecord first = hits[i];
@@ -62,6 +66,8 @@ void HitList::Sort() {
     hits[to] = first;
     keys_[to].from = to;
   }
+
+  // Discard duplicates.
   for (LONG i = 1; i < count; ++i)
     if (hits[i - 1].item == hits[i].item) hits[i - 1].item = kNoItem;
 }
@@ -73,6 +79,7 @@ Bool HitList::Visit(LONG item) {
 }
 
 LReal PlaceOnDisc(const RaySegment& ray, const HitRecord& hit, LReal radius) {
+  // Take away what leads along the ray: the rest leads from its line to the centre.
   const LVector v = LVector(hit.centre[0], hit.centre[1], hit.centre[2]) - ray.start;
   const LVector across = ray.squaredUnit > 0.0 ? v - ray.unit * ((v * ray.unit) / ray.squaredUnit) : v;
   return FCut((across * across) / (radius * radius), 0.0, 1.0);

@@ -9,20 +9,20 @@ namespace kelvra {
 
 /** Most hits that a ray collects; the walk ends there. */
 const LONG kMostHits = 1024;
-/** Render threads that the host has at most. */
+/** Most render threads of the host. */
 const LONG kRenderThreads = 64;
 
 enum RayMode { kRayVolumetric = 0, kRayShadow = 1 };
 
 const LONG kNoItem = -1;
 
-/** One item that the ray meets: the unit of sorting. Distances are from the ray's start. */
+/** One item that the ray meets. Distances are from the ray's start, in scene units. */
 struct HitRecord {
   LONG item = kNoItem; ///< kNoItem marks a discarded duplicate
   LReal entry = 0.0, exit = 0.0;
   LReal centre[3] = {0.0, 0.0, 0.0};
 };
-static_assert(sizeof(HitRecord) == 48, "the unit of sorting");
+static_assert(sizeof(HitRecord) == 48, "1,024 of them for each thread and kind of ray");
 
 /** Order of the sort keys. */
 class HitSort {
@@ -34,7 +34,7 @@ public:
   static LULONG Key(LReal distance);
 };
 
-/** Which records a ray may see, by what kind of ray it is. */
+/** What kind of ray it is: some records are not seen by all kinds. */
 struct RaySwitches {
   LONG reflection = 0, transparency = 0, refraction = 0, volumetricLight = 0;
   RaySwitches() {}
@@ -42,7 +42,7 @@ struct RaySwitches {
   Bool Sees(const RenderObjectRecord& record) const;
 };
 
-/** Used by one thread at a time. Never allocates. */
+/** Hits of one ray after another. Used by one thread at a time; never allocates. */
 struct HitList {
   LONG mode = kRayVolumetric;
   RaySwitches switches;
@@ -52,26 +52,26 @@ struct HitList {
   HitRecord hits[kMostHits];
   LONG visitedCount = 0;
   LONG visited[kMostHits + 1] = {};
-  LONG found =
-      0; ///< hits, those included that were found before in another cell; a ray has kMostHits of these
+  LONG found = 0; ///< hits, including those found earlier in another cell; at most kMostHits
 
   void Prepare(RayMode rayMode, LONG rayBits);
   Bool IsFull() const { return found >= kMostHits; }
-  /** True for the item that was found last. */
+  /** Is this the item that was found last? */
   Bool IsLast(LONG item) const { return item == last_; }
   /**
-   * An item that is a hit already and found again in another cell: it counts, but needs no second record, as
-   * the same test gives the same one. FALSE for other items.
+   * For an item that is a hit already, found again in another cell: counts it towards the most that a ray
+   * collects, but keeps no second record, as the same test gives the same one. FALSE for other items.
    */
   Bool FindAgain(LONG item);
-  /** A hit that FindAgain does not know. */
+  /** Adds a hit for which FindAgain said FALSE. */
   void Add(const HitRecord& hit);
   /**
-   * By entry distance, then by item number, in place. Records of the same item lie side by side then (the
-   * same test gave them the same distance); all but the last of them become kNoItem.
+   * Sorts in place by entry distance, then by item number. Records of the same item then lie side by side, as
+   * the same test gave them the same distance; all but the last of them become kNoItem.
    */
   void Sort();
-  /** Notes an item; FALSE when it was noted before. After Sort only the one noted last can be the same. */
+  /** Notes an item as blended; FALSE when it already was. After Sort only the one noted last can be the same.
+   */
   Bool Visit(LONG item);
 
 private:
@@ -88,25 +88,25 @@ private:
   Slot& SlotOf(LONG item);
 
   LONG last_ = kNoItem;
-  ULONG ray_ = 0;           ///< slots of other rays count as free
+  ULONG ray_ = 0;           ///< number of the ray: slots of earlier rays count as free
   Slot slots_[kSlots] = {}; ///< hash table of the items that are hits
   SortKey keys_[kMostHits];
 };
 
 /**
- * The test of one item. The squared distance of the centre from the ray's line is compared with the radius
- * itself, not with its square, and both products are rounded to 32 bits. Deliberate: pictures of existing
- * scenes depend on which points a ray meets; points below radius 1 answer on a disc of the radius' square
- * root. Hits that end behind the start or begin beyond farLimit do not count.
+ * The exact test of one item. The squared distance of the centre from the ray's line is compared with the
+ * radius itself, not with its square, and both products are rounded to 32 bits. Deliberate: pictures of
+ * existing scenes depend on which points a ray meets. A point shows a disc whose radius is the square root of
+ * its own. Hits that end behind the start or begin beyond farLimit do not count.
  */
 Bool TestItem(const RaySegment& ray, const RenderItem& item, LReal farLimit, HitRecord* hit);
 
-/** Squared distance of the item's centre from the ray's line over the squared radius, cut to [0, 1]. */
+/** Where the ray passes an item: squared distance of the centre from its line, in squared radii, 0 to 1. */
 LReal PlaceOnDisc(const RaySegment& ray, const HitRecord& hit, LReal radius);
 /** falloffBias ^ (log x / log 0.5), x = 1 - place: 1 in the middle, 0 at the rim unless the bias is 1. */
 LReal DiscOpacity(LReal place, LReal falloffBias);
 
-// In line: these run for every item that a ray comes near.
+// Inline: these run for every item that a ray comes near.
 
 inline HitList::Slot& HitList::SlotOf(LONG item) {
   // Multiplicative hashing (Knuth); half of the slots stay free.
@@ -133,15 +133,21 @@ inline void HitList::Add(const HitRecord& hit) {
 }
 
 inline Bool TestItem(const RaySegment& ray, const RenderItem& item, LReal farLimit, HitRecord* hit) {
+  // Find the point of the ray's line nearest to the centre: its distance tc from the start, and its squared
+  // distance d2 from the centre.
   const LVector centre = CentreOf(item);
   const LVector v = centre - ray.start;
   const SReal tc = (SReal)(v * ray.unit);
   const SReal d2 = (SReal)(v * v - (LReal)tc * (LReal)tc);
   if ((LReal)d2 > item.radius) return FALSE;
-  // Beyond the radius but within its square root there is no depth: entry and exit are the nearest point.
+
+  // Find where the ray enters and leaves the sphere. Beyond the radius but within its square root it meets no
+  // sphere: both are the nearest point then.
   const LReal h2 = item.radius * item.radius - (LReal)d2;
   const LReal h = h2 > 0.0 ? std::sqrt(h2) : 0.0;
   const SReal entry = (SReal)((LReal)tc - h), exit = (SReal)((LReal)tc + h);
+
+  // Leave out what the ray's part of the line does not reach.
   if ((LReal)exit < 0.0 || (LReal)entry > farLimit) return FALSE;
   hit->entry = entry;
   hit->exit = exit;

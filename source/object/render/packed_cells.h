@@ -1,5 +1,8 @@
 // The cells' lists in the form that rays read fastest: centres and radii of four items in one cache line,
-// cell after cell. A test on them rejects most items without touching the items themselves.
+// cell after cell. A quick test on them rejects most items without touching the items themselves.
+//
+// The quick test may let an item pass that the exact test (TestItem) rejects, never the other way round:
+// pictures are the same bit for bit with and without it. Its bounds below leave room for all rounding errors.
 #pragma once
 
 #include "c4d.h"
@@ -11,13 +14,13 @@ namespace kelvra {
 /** Four items, relative to the centre of their cell. Unused lanes have a reach that nothing meets. */
 struct PackedFour {
   SReal x[4], y[4], z[4];
-  /** Squared distance of a ray's line from which on the item is surely missed, but for the ray's own margin.
-   */
+  /** The item is surely missed where its squared distance from the ray's line is above this plus the ray's
+   * margin in the cell. */
   SReal reach[4];
 };
 static_assert(sizeof(PackedFour) == 64, "one cache line");
 
-/** Where one cell's items are. */
+/** Where a cell's items are. */
 struct CellSpan {
   LULONG firstFour;   ///< in PackedCells::fours
   LULONG firstNumber; ///< in LeafPools::numbers
@@ -26,12 +29,13 @@ struct CellSpan {
 
 /** All cells that rays visit. Owns its arrays. */
 struct PackedCells {
-  /** Items that overlap very many cells would need more than all else together: they do without. */
+  /** Where items overlap so many cells that this is not enough, packing them would cost more than it saves.
+   */
   static const LULONG kMostBytes = 4ull << 30;
 
   CellSpan* spans = NULL;        ///< by place in the cell table
-  PackedFour* fours = NULL;      ///< NULL: every listed item is tested itself, with the same result
-  LULONG mostBytes = kMostBytes; ///< that fours may take
+  PackedFour* fours = NULL;      ///< NULL: every listed item takes the exact test, with the same result
+  LULONG mostBytes = kMostBytes; ///< for fours
 
   ~PackedCells() { Clear(); }
   void Clear() {
@@ -41,17 +45,18 @@ struct PackedCells {
 };
 
 /**
- * Share of the squared distance along a ray by which the prescribed test can be off: it takes a difference of
- * squares of which one was rounded to 24 bits.
+ * Error of the exact test, as a share of the squared distance along the ray: TestItem subtracts the square of
+ * a distance that it has rounded to 32 bits, so far along a ray it accepts items beyond their radius too.
  */
 const LReal kRoundingOfSquare = 1.3e-7;
-/** Bound of the packed test's own rounding, per square of the lengths in it. */
+/** Error of the quick test, which computes in 32 bits, as a share of the squared lengths in it. */
 const LReal kPackedRounding = 6.0e-6;
 
 /**
- * The ray's part of the bound of the packed test in one cell: `along` is the distance along the ray to the
- * point nearest to the cell's centre, `squaredDiagonal` that of the cell. With an item at offset w, the
- * distance along the ray to it is at most |along| + |w|, whose square is at most 1.1 along^2 + 11 w^2.
+ * The ray's share of the quick test's bound in one cell. `along` is the distance along the ray to the point
+ * nearest to the cell's centre; `squaredDiagonal` is the cell's. For an item at offset w from the centre the
+ * distance along the ray is at most |along| + |w|, and the square of that is at most 1.1 along^2 + 11 w^2:
+ * the first term is counted here, the second one by PackItem.
  */
 inline LReal PackedMargin(LReal along, LReal squaredDiagonal) {
   return 1.1 * kRoundingOfSquare * along * along + kPackedRounding * squaredDiagonal;
@@ -65,12 +70,16 @@ inline void EmptyFour(PackedFour& four) {
   }
 }
 
-/** Puts an item into a lane; offset is that of its centre from the cell's, each component known to `error`.
+/**
+ * Puts an item into a lane. `offset` leads from the cell's centre to the item's, and each of its components
+ * is off by at most `error`.
  */
 inline void PackItem(PackedFour& four, LONG lane, const LVector& offset, LReal radius, LReal error) {
   four.x[lane] = (SReal)offset.x;
   four.y[lane] = (SReal)offset.y;
   four.z[lane] = (SReal)offset.z;
+  // The exact test compares the squared distance with the radius itself. Added to it are the errors of both
+  // tests, and that of the offset; the last factor covers the rounding of the sum to 32 bits.
   const LReal reach = radius * (1.0 + 1.0e-6) + kPackedRounding * radius * radius +
                       (kPackedRounding + 11.0 * kRoundingOfSquare) * (offset * offset) +
                       8.0 * error * (std::abs(offset.x) + std::abs(offset.y) + std::abs(offset.z) + radius);

@@ -9,7 +9,7 @@ namespace kelvra {
 
 namespace {
 
-/** Most lines of each kind; what is beyond is counted. */
+/** Most lines of each list; further ones are only counted. */
 const LONG kMostLines = 200;
 
 const char* FateText(HitFate fate) {
@@ -30,7 +30,7 @@ const char* FateText(HitFate fate) {
   return "";
 }
 
-/** Collects lines; the host's text grows by appending. */
+/** Writes each step of a trace as a line. */
 class Lines : public TraceObserver {
 public:
   explicit Lines(String& text) : text_(text) {}
@@ -103,7 +103,8 @@ private:
 
 } // namespace
 
-Bool ExplainRay(const VoxelData& data, RenderLists& threads, KelvraRayExplanation& explanation) {
+Bool ExplainRay(const RenderScene& scene, KelvraRayExplanation& explanation) {
+  if (!scene.lists) return FALSE;
   const VolumeData& vd = *explanation.vd;
   const TracedRay ray = VolumetricRay(vd);
   Lines lines(*explanation.text);
@@ -113,11 +114,11 @@ Bool ExplainRay(const VoxelData& data, RenderLists& threads, KelvraRayExplanatio
     lines.Add("a surface lies at distance %.6g", ray.farLimit);
   else
     lines.Add("no surface behind the points");
-  if (const CellGrid* grid = data.Root())
+  if (const CellGrid* grid = scene.data.Root())
     lines.Add("grid of %d x %d x %d cells over %lld points", grid->nx, grid->ny, grid->nz,
-              (long long)data.items.size);
+              (long long)scene.data.items.size);
   VolumeIllumination light(explanation.vd);
-  lines.End(TraceObserved(data, ray, ListsOf(threads, vd, kRayVolumetric), &light, lines));
+  lines.End(TraceObserved(scene.data, ray, ListsOf(*scene.lists, vd, kRayVolumetric), &light, lines));
   return TRUE;
 }
 

@@ -1,11 +1,13 @@
 // What one ray does, as text: the tool with which a person understands a pixel.
 #pragma once
 
-#include "object/laz_renderer.h"
+#include "c4d.h"
+#include "kelvra_messages.h"
+#include "object/render/render_scene.h"
 
 namespace kelvra {
 
-/** Traces the ray as the renderer would and writes each step. FALSE when memory is refused. */
-Bool ExplainRay(const VoxelData& data, RenderLists& lists, KelvraRayExplanation& explanation);
+/** Traces the ray as the renderer would and writes each step. FALSE while nothing is rendered. */
+Bool ExplainRay(const RenderScene& scene, KelvraRayExplanation& explanation);
 
 } // namespace kelvra

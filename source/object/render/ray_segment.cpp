@@ -17,10 +17,12 @@ RaySegment::RaySegment(const LVector& from, const LVector& to) : start(from), en
 Bool ClipToBox(const RaySegment& ray, const LReal boxMin[3], const LReal boxMax[3], ParameterRange* range) {
   *range = ParameterRange();
   for (LONG axis = 0; axis < 3; ++axis) {
+    // Parallel to the slab: its inverse delta is infinite.
     if (ray.sign[axis] == 0) {
       if (ray.start[axis] < boxMin[axis] || ray.start[axis] > boxMax[axis]) return FALSE;
       continue;
     }
+    // Find where the line enters and leaves the slab, and keep what lies in all slabs so far.
     LReal near = (boxMin[axis] - ray.start[axis]) * ray.inverseDelta[axis];
     LReal far = (boxMax[axis] - ray.start[axis]) * ray.inverseDelta[axis];
     if (near > far) std::swap(near, far);

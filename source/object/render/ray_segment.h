@@ -10,31 +10,35 @@ struct RaySegment {
   LVector start, end;
   LVector unit; ///< direction; zero for a segment without length
   LVector delta, inverseDelta;
-  LReal squaredUnit; ///< of unit: 1 but for rounding
-  LONG sign[3];      ///< -1, 0 or +1 by delta
+  LReal squaredUnit; ///< squared length of unit: 1 but for rounding
+  LONG sign[3];      ///< of delta: -1, 0 or +1
 
   RaySegment(const LVector& from, const LVector& to);
   LVector At(LReal t) const { return start + delta * t; }
 };
 
-/** Part of a segment in its own parameter: 0 at the start, 1 at the end. */
+/** Part of a segment in its own parameter t: 0 at the start, 1 at the end. */
 struct ParameterRange {
   LReal entry = 0.0, exit = 1.0;
 };
 
 /**
- * Clips a segment to a box by slabs. FALSE when nothing of it lies inside; an axis of zero delta rejects only
- * a start outside of its slab.
+ * Clips a segment to a box, one slab (the space between two opposite faces) after another. FALSE when nothing
+ * of it lies inside. A segment that runs parallel to a slab is outside only if it starts outside.
  */
 Bool ClipToBox(const RaySegment& ray, const LReal boxMin[3], const LReal boxMax[3], ParameterRange* range);
 
 /** One cell along a ray. */
 struct WalkedCell {
   LONG at[3];
-  LReal entry; ///< parameter at which the ray enters it, up to rounding
+  LReal entry; ///< t at which the ray enters it, up to rounding
 };
 
-/** Truncated, at most one cell outside of the grid; 0 on an axis without extent, as for the items there. */
+/**
+ * Cell number of a place along one axis, in cells from the box's lower face: truncated, at most one cell
+ * outside the grid. On an axis without extent the place is not a number and the cell is 0, where the items
+ * of such a grid are too.
+ */
 inline LONG WalkedCoordinate(LReal place, LReal most) {
   return place == place ? (LONG)FCut(place, -1.0, most) : 0;
 }
@@ -43,24 +47,33 @@ inline LONG WalkedCoordinate(LReal place, LReal most) {
  * Walks the cells of a grid along the clipped part of a ray (3D digital differential analyser, after
  * Amanatides and Woo) and calls visit(cell) for each that lies inside the grid, until visit returns false.
  *
- * Start and final cell come from truncating the clipped points; each axis takes as many steps as lie between
- * them. Ties go to z, then y. The walk ends when an axis has taken one step too many or all are done.
+ * Each axis takes as many steps as lie between its first and last cell, so that the walk ends whatever
+ * rounding does to the boundaries. Where several boundaries are crossed at once, z goes first, then y: a ray
+ * through the edges of cells meets the same cells, and so the same first 1,024 hits, on every machine.
  */
 template <class Visit>
 void WalkCells(const GridNode& root, const CellGrid& grid, const RaySegment& ray, const ParameterRange& range,
                Visit visit) {
   const LReal kNever = 1.0e308;
-  LONG remaining[3], at[3];
-  LReal boundary[3], increment[3];
+  LONG at[3];         // the current cell
+  LONG remaining[3];  // steps left to the last cell
+  LReal boundary[3];  // t at which the ray leaves the current cell on this axis
+  LReal increment[3]; // t that it takes to cross a cell
+
   const LVector from = ray.At(range.entry), to = ray.At(range.exit);
   for (LONG axis = 0; axis < 3; ++axis) {
+    // Find the first and the last cell.
     const LReal most = grid.Count(axis);
     at[axis] = WalkedCoordinate((from[axis] - root.boxMin[axis]) * grid.cellsPerUnit[axis], most);
     const LONG last = WalkedCoordinate((to[axis] - root.boxMin[axis]) * grid.cellsPerUnit[axis], most);
     remaining[axis] = last > at[axis] ? last - at[axis] : at[axis] - last;
+
+    // An axis without steps is never the nearest. Its inverse delta may be infinite and is left alone.
     boundary[axis] = kNever;
     increment[axis] = 0.0;
     if (remaining[axis] == 0 || ray.sign[axis] == 0) continue;
+
+    // Find where the ray leaves the first cell: through its upper face if it ascends, else the lower one.
     const LReal plane =
         root.boxMin[axis] + (at[axis] + (ray.sign[axis] + 1) / 2) * grid.cellSize[axis] - ray.start[axis];
     boundary[axis] = plane * ray.inverseDelta[axis];
@@ -70,6 +83,7 @@ void WalkCells(const GridNode& root, const CellGrid& grid, const RaySegment& ray
   WalkedCell cell;
   cell.entry = range.entry;
   for (;;) {
+    // Visit the cell if it is one: a ray that starts on a far face of the box begins beyond the last cell.
     Bool inside = TRUE;
     for (LONG axis = 0; axis < 3; ++axis) {
       cell.at[axis] = at[axis];
@@ -77,6 +91,9 @@ void WalkCells(const GridNode& root, const CellGrid& grid, const RaySegment& ray
     }
     if (inside && !visit(cell)) return;
     if (remaining[0] == 0 && remaining[1] == 0 && remaining[2] == 0) return;
+
+    // Step over the nearest boundary. An axis that has no step left may still be the nearest one, by
+    // rounding: the ray is at its end then.
     const LONG axis = boundary[0] < boundary[1] && boundary[0] < boundary[2] ? 0
                       : boundary[1] < boundary[2]                            ? 1
                                                                              : 2;

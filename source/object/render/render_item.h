@@ -1,4 +1,4 @@
-// What the renderer keeps while a frame is rendered: spheres, and the settings of the objects they came from.
+// What the renderer keeps while a frame is rendered: spheres, and the settings of the objects they come from.
 #pragma once
 
 #include "object/autobuffer.h"
@@ -12,7 +12,7 @@ struct RenderItem {
   UWORD recordIndex; ///< of the RenderObjectRecord
   SReal color[3];
 };
-static_assert(sizeof(RenderItem) == 72, "the figure that memory estimates use");
+static_assert(sizeof(RenderItem) == 72, "memory estimates use this figure");
 
 inline RenderItem MakeItem(const LVector& centre, LReal radius, UWORD recordIndex, const SReal color[3]) {
   RenderItem item;
@@ -48,7 +48,7 @@ struct BoundingBox {
   LVector Max() const { return valid ? max : LVector(); }
 };
 
-/** A curve over heights, read from a table. Plain data; the record that holds it owns `values`. */
+/** A curve over heights, as a table of equal steps. Plain data; the record that holds it owns `values`. */
 struct HeightCurve {
   static const LONG kSteps = 1024;
   SReal* values = NULL; ///< kSteps + 1 of them; NULL: 1 everywhere
@@ -57,7 +57,7 @@ struct HeightCurve {
   LReal At(LReal height) const;
 };
 
-/** Settings of one gathered object. Plain data; the buffer's owner frees what it owns with FreeRecord. */
+/** Settings of one gathered object. Plain data; FreeRecord frees what it owns. */
 struct RenderObjectRecord {
   LONG seenSwitch = 1; ///< paired with a switch of rays that is never set: filters nothing
   LONG illuminateAlt = 1;
@@ -67,7 +67,7 @@ struct RenderObjectRecord {
   LReal transparency = 0.0;
   LReal falloffBias = 0.5;
 
-  // What gathering and the opacity by height need beyond that.
+  // Read while gathering, and for the opacity by height.
   LReal pointRadius = 0.25, radiusVariation = 0.0;
   HeightCurve radiusCurve, opacityCurve;
   LVector upAxis; ///< height in the object's own space = world point * upAxis + upOffset

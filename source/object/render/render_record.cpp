@@ -16,9 +16,10 @@ LReal Finite(LReal v, LReal instead) {
   return std::isfinite(v) ? v : instead;
 }
 
-/** A table of the curve between two heights; no curve is no table. */
+/** Makes a table of a curve between two heights; none where there is no curve. FALSE without memory. */
 Bool FillCurve(const BaseContainer& settings, LONG id, LReal most, HeightCurve* curve) {
-  const SplineData* spline = (const SplineData*)settings.GetCustomDataType(id, CUSTOMDATATYPE_SPLINE);
+  const SplineData* spline =
+      static_cast<const SplineData*>(settings.GetCustomDataType(id, CUSTOMDATATYPE_SPLINE));
   if (!spline || spline->GetKnotCount() < 1) return TRUE;
   curve->values = GeAllocTypeNC(SReal, HeightCurve::kSteps + 1);
   if (!curve->values) return FALSE;
@@ -30,7 +31,7 @@ Bool FillCurve(const BaseContainer& settings, LONG id, LReal most, HeightCurve* 
   return TRUE;
 }
 
-/** A number from 0 to 1 that depends on n only (finaliser of the 32-bit MurmurHash3). */
+/** A number from 0 to 1 that depends on n only: the finaliser of the 32-bit MurmurHash3. */
 LReal Scatter(ULONG n) {
   n ^= n >> 16;
   n *= 0x85EBCA6Bu;
@@ -57,6 +58,7 @@ Bool FillRecord(const BaseContainer& settings, const Matrix& global, RenderObjec
       FCut(Finite(settings.GetReal(KELVRA_POINT_RADIUS, 0.25), 0.25), kLeastRadius, kMostRadius);
   record->radiusVariation = FCut01(Finite(settings.GetReal(KELVRA_RADIUS_VARIATION, 0.0), 0.0));
 
+  // Height in the object's own space is one row of the inverse matrix.
   const Matrix toObject = !global;
   record->upAxis = LVector(toObject.v1.y, toObject.v2.y, toObject.v3.y);
   record->upOffset = toObject.off.y;

@@ -4,7 +4,7 @@ namespace kelvra {
 
 namespace {
 
-/** Distance of the surface or light that the host names; none and nonsense count as far away. */
+/** Distance of the surface or light that the host gives; without a usable one it is far away. */
 LReal DistanceOf(const VolumeData& vd) {
   return vd.dist > 0.0 && vd.dist < kNoSurface ? vd.dist : kNoSurface;
 }
@@ -35,8 +35,8 @@ TracedRay ShadowRay(const VolumeData& vd) {
 }
 
 ThreadLists ListsOf(RenderLists& lists, const VolumeData& vd, RayMode mode) {
-  // Deliberate: the clamp lets one more number pass than there are threads. Hosts number their render threads
-  // from 0, and one that counts one further finds a list of its own instead of that of thread 63.
+  // Deliberate: the clamp lets one more number pass than there are threads. A host that numbers its render
+  // threads from 1 would otherwise share the list of thread 63 between two of them.
   const LONG thread = LCut(vd.GetCurrentCPU(), 0, kRenderThreads);
   HitList& shadow = lists.shadow[thread];
   return {mode == kRayShadow ? shadow : lists.volumetric[thread], shadow};

@@ -1,7 +1,8 @@
-// From the host's volume data to the rays that are traced, and the host's light as the tracer asks for it.
+// Between the host's volume data and the tracer: rays in one direction, the scene's light in the other.
 #pragma once
 
-#include "object/laz_renderer.h"
+#include "object/render/render_scene.h"
+#include "object/render/voxel_trace.h"
 
 namespace kelvra {
 
@@ -13,11 +14,11 @@ TracedRay VolumetricRay(const VolumeData& vd);
  */
 TracedRay ShadowRay(const VolumeData& vd);
 
-/** Lists of the thread's number: 0 when negative, at most kRenderThreads, which is one past the last thread.
+/** The thread's lists. Its number counts as 0 when negative and is cut to kRenderThreads, one past the last.
  */
 ThreadLists ListsOf(RenderLists& lists, const VolumeData& vd, RayMode mode);
 
-/** The host's light at a point. Keeps a copy of the ray: the host may use vd for shadow rays meanwhile. */
+/** The host's light at a point. Keeps a copy of the ray, as the host may use vd for shadow rays meanwhile. */
 class VolumeIllumination : public Illumination {
 public:
   explicit VolumeIllumination(VolumeData* vd)

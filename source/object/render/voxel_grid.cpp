@@ -7,8 +7,9 @@ namespace kelvra {
 
 namespace {
 
-/** Bounds of the mean radius that decides the size of cells. */
+/** Bounds of the mean radius that decides how many cells an axis gets. */
 const LReal kLeastRadius = 1.0, kMostRadius = 48.0;
+/** Most cells of an axis at a mean radius of 1. */
 const LReal kCellsAtLeastRadius = 256.0;
 const LONG kLeastCells = 2;
 
@@ -76,16 +77,21 @@ void VoxelData::Clear() {
   while (records.size > 0) RemoveLastRecord();
   records.Clear();
   items.Clear();
-  // The next frame starts as the first did; without this the first step would double from frame to frame.
+  // The next frame starts with the same small steps as the first one did. Clearing a buffer keeps its growth,
+  // which has doubled with each step: without this every frame of a long sequence would begin with more
+  // memory than the one before asked for last, until the host refuses.
   items.growth = kItemGrowth;
   records.growth = kRecordGrowth;
 }
 
 GridPlan PlanGrid(const BoundingBox& itemBox, const BoundingBox& radiusBox) {
+  // Large points overlap many cells: the larger they are, the fewer cells.
   GridPlan plan;
   const LReal middle = (radiusBox.Min().x + radiusBox.Max().x) * 0.5;
   const LReal s = FCut(middle, kLeastRadius, kMostRadius);
   plan.maxCells = (LONG)(kCellsAtLeastRadius / s);
+
+  // One cell for every two units of the box.
   const LVector extent = itemBox.Max() - itemBox.Min();
   for (LONG axis = 0; axis < 3; ++axis) {
     const LONG m = Truncate(extent[axis] * 0.5);

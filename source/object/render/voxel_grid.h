@@ -29,7 +29,8 @@ struct CellGrid {
   /**
    * Place of a cell in the table. Deliberate: the strides are the counts, though the table is larger by a
    * layer on each axis. A far-face cell shares the place of a cell on the near side of the next row, so the
-   * lists there hold items of both; the walk and all that was measured with it depend on this order.
+   * list there holds items of both. Which items a ray meets first, and so what pictures of crowded places
+   * show, depends on this order.
    */
   LLONG IndexOf(LONG x, LONG y, LONG z) const { return x + (LLONG)nx * (y + (LLONG)ny * z); }
 };
@@ -52,7 +53,7 @@ const LLONG kCellListGrowth = 8;
 
 /**
  * Memory of all leaves: contents, lists and what the lists hold, in one block each. A grid has up to millions
- * of leaves: a block for each would cost more than all else.
+ * of leaves, and allocating each of them would take longer than everything else.
  */
 struct LeafPools {
   NodeContent* contents = NULL;
@@ -61,16 +62,16 @@ struct LeafPools {
   void Clear();
 };
 
-/** Everything that one document's frame is rendered from; the scene hook holds it. */
+/** Everything that one document's frame is rendered from. */
 struct VoxelData {
   AutoBuffer<GridNode> nodes{4}; ///< 0 is the root, leaves follow in the order in which cells get items
   AutoBuffer<RenderItem> items{kItemGrowth};
   AutoBuffer<RenderObjectRecord> records{kRecordGrowth};
   BoundingBox itemBox;
-  /** Of (r, r, r) of every item. Never reset: it widens from frame to frame for the life of the hook. */
+  /** Of (r, r, r) of every item: smallest and largest radius. Never reset, it widens from frame to frame. */
   BoundingBox radiusBox;
   LeafPools leaves;
-  /** The lists once more, packed for the walk. */
+  /** The same lists, packed for the walk. */
   PackedCells packed;
 
   static const LLONG kItemGrowth = 67108864, kRecordGrowth = 64;
@@ -80,7 +81,7 @@ struct VoxelData {
   VoxelData(const VoxelData&) = delete;
   VoxelData& operator=(const VoxelData&) = delete;
 
-  /** FALSE when memory is refused, the 32-bit count is full, or a component is not finite (dropped: TRUE). */
+  /** FALSE when memory is refused or there are 2^31 - 1 items. One that is not finite is left out: TRUE. */
   Bool AddItem(const LVector& centre, LReal radius, UWORD recordIndex, const SReal color[3]);
   /** Adds a record; FALSE without memory or beyond 65,535 of them. The buffer owns it then. */
   Bool AddRecord(const RenderObjectRecord& record, UWORD* index);
@@ -95,14 +96,17 @@ struct VoxelData {
 
   /** Frees the nodes with all that they own. */
   void ClearGrid();
-  /** Frees items, records and grid and makes the item box invalid; the radius box stays. */
+  /**
+   * Frees items, records and grid and makes the item box invalid; the radius box stays. Items and records
+   * grow again in the steps of a new hook.
+   */
   void Clear();
 };
 
-/** Numbers of the grid that Build would make. */
+/** How many cells a grid gets. */
 struct GridPlan {
-  LONG maxCells; ///< bound of each axis
-  LONG count[3];
+  LONG maxCells; ///< most of an axis
+  LONG count[3]; ///< of each axis
 };
 GridPlan PlanGrid(const BoundingBox& itemBox, const BoundingBox& radiusBox);
 

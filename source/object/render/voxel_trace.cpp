@@ -8,16 +8,21 @@ namespace kelvra {
 
 namespace {
 
-/** Hears nothing; the compiler takes it out. */
+/** For traces that nobody observes: the calls compile to nothing. */
 struct NoObserver {
   void Clipped(const RaySegment&, const ParameterRange&) {}
   void Cell(const WalkedCell&, LLONG) {}
-  void Hit(const HitRecord&) {}
   void Collected(const HitList&) {}
   void Shaded(const HitRecord&, const ShadedHit&) {}
 };
 
-/** Tests the items of cells along one ray. */
+/**
+ * Tests the items of the cells along one ray.
+ *
+ * The time goes into waiting for memory, so everything is fetched ahead of its use: the span of a cell when
+ * the walk enters it, its packed items half a queue of cells later, its items when the quick test lets them
+ * pass. The order in which items are tested stays that of the walk.
+ */
 template <class Observer>
 class Collector {
 public:
@@ -38,7 +43,8 @@ public:
       squaredDiagonal_ += grid_.cellSize[axis] * grid_.cellSize[axis];
     }
     length_ = std::sqrt(ray.delta * ray.delta);
-    // No item of a cell begins earlier than this before the place where the ray enters the cell.
+    // Find the t beyond which no cell can hold a hit before the far limit. An item of a cell begins at most
+    // `reach` before the place where the ray enters the cell; the thousandth leaves room for rounding.
     const LReal reach = std::sqrt(squaredDiagonal_) + 4.0 * data.LargestRadius() + 1.0;
     const LReal past = farLimit < kNoSurface ? farLimit + reach + 1.0e-3 * (farLimit + reach) : kNoSurface;
     lastEntry_ = length_ > 0.0 ? past / length_ : 1.0;
@@ -46,10 +52,12 @@ public:
 
   /** False when the ray needs no further cell. */
   bool Visit(const WalkedCell& cell) {
-    // Too far for items that lie there; items of the far faces share the places of cells at x 0 or y 0.
+    // Beyond the far limit nothing can be hit in a cell, but for those at x 0 or y 0: they also list items of
+    // the far faces (CellGrid::IndexOf), which a ray that descends on these axes passed before. Without
+    // such cells ahead the walk ends.
     const bool folded = cell.at[0] == 0 || cell.at[1] == 0;
     if (cell.entry > lastEntry_ && !folded) return ray_.sign[0] < 0 || ray_.sign[1] < 0;
-    // A cell is looked through when the walk is some cells further: what it lists is on its way by then.
+    // Queue the cell, and look through the one that has waited longest once the queue is full.
     Ahead& ahead = ahead_[walked_ % kAhead];
     ahead.cell = cell;
     ahead.span = &data_.packed.spans[grid_.IndexOf(cell.at[0], cell.at[1], cell.at[2])];
@@ -58,7 +66,7 @@ public:
     if (walked_ - done_ > kAhead / 2) PrefetchFours(*ahead_[(walked_ - 1 - kAhead / 2) % kAhead].span);
     return walked_ - done_ < kAhead || LookThrough(ahead_[done_++ % kAhead]);
   }
-  /** The cells that the walk left. */
+  /** Looks through the cells that are queued when the walk ends. */
   void Finish() {
     while (done_ < walked_)
       if (list_.IsFull() || !LookThrough(ahead_[done_++ % kAhead])) return;
@@ -67,13 +75,14 @@ public:
   TraceCounts counts;
 
 private:
-  static const LONG kBatch = 64;
-  static const LONG kAhead = 8;
+  static const LONG kBatch = 64; ///< items that pass the quick test before they take the exact one
+  static const LONG kAhead = 8;  ///< cells in the queue
   struct Ahead {
     WalkedCell cell;
     const CellSpan* span;
   };
 
+  /** Tests what a cell lists. False when the list of hits is full. */
   bool LookThrough(const Ahead& ahead) {
     const WalkedCell& cell = ahead.cell;
     const CellSpan& span = *ahead.span;
@@ -82,7 +91,8 @@ private:
     if (span.count == 0) return true;
     if (!data_.packed.fours) return TestAll(span);
 
-    // The point of the ray's line nearest to the cell's centre, from there.
+    // Prepare the ray for this cell. Lengths are taken from the cell's centre, so that 32 bits suffice
+    // however far the cell is from the origin.
     const LVector toCentre(corner_.x + cell.at[0] * grid_.cellSize[0],
                            corner_.y + cell.at[1] * grid_.cellSize[1],
                            corner_.z + cell.at[2] * grid_.cellSize[2]);
@@ -93,8 +103,8 @@ private:
     const PackedFour* fours = data_.packed.fours + span.firstFour;
     const ULONG* numbers = data_.leaves.numbers + span.firstNumber;
 
-    // In batches: the items of one are on their way from memory while the rest of it is looked through.
     for (ULONG first = 0; first < span.count;) {
+      // Take the quick test, four items at a time, and fetch those that pass.
       LONG near = 0;
       for (; first < span.count && near <= kBatch - 4; first += 4) {
         ++counts.quickTests;
@@ -107,12 +117,14 @@ private:
             ++near;
           }
       }
+      // Take the exact test; the first items of the batch have arrived meanwhile.
       for (LONG i = 0; i < near; ++i)
         if (!TestOne(near_[i])) return false;
     }
     return true;
   }
 
+  /** Without packed items: the exact test for all. */
   bool TestAll(const CellSpan& span) {
     const ULONG* numbers = data_.leaves.numbers + span.firstNumber;
     for (ULONG i = 0; i < span.count; ++i)
@@ -120,10 +132,10 @@ private:
     return true;
   }
 
-  /** Has cache lines from there on loaded. */
+  /** Starts loading cache lines of 64 bytes. */
   static void Prefetch(const void* from, LONG lines) {
 #ifdef KELVRA_SSE2
-    for (LONG i = 0; i < lines; ++i) _mm_prefetch((const char*)from + i * 64, _MM_HINT_T0);
+    for (LONG i = 0; i < lines; ++i) _mm_prefetch(static_cast<const char*>(from) + i * 64, _MM_HINT_T0);
 #else
     (void)from;
     (void)lines;
@@ -134,7 +146,9 @@ private:
       Prefetch(data_.packed.fours + span.firstFour, LMin((LONG)((span.count + 3) / 4), 8));
   }
 
+  /** The exact test. False when the list of hits is full. */
   bool TestOne(LONG item) {
+    // Items lie in several cells: skip the one that was just added, and only count one added earlier.
     if (list_.IsLast(item)) return true;
     if (list_.FindAgain(item)) return !list_.IsFull();
     ++counts.exactTests;
@@ -142,7 +156,6 @@ private:
     if (!TestItem(ray_, data_.items.data[item], farLimit_, &hit)) return true;
     hit.item = item;
     list_.Add(hit);
-    observer_.Hit(hit);
     return !list_.IsFull();
   }
 
@@ -153,13 +166,16 @@ private:
   HitList& list_;
   Observer& observer_;
   SReal dx_, dy_, dz_;
-  LVector corner_; ///< centre of cell (0, 0, 0) from the ray's start
-  LReal squaredDiagonal_, length_, lastEntry_;
+  LVector corner_;        ///< from the ray's start to the centre of cell (0, 0, 0)
+  LReal squaredDiagonal_; ///< of a cell
+  LReal length_;          ///< of the segment
+  LReal lastEntry_;       ///< t at which the last cell that can matter is entered
   LONG near_[kBatch];
-  Ahead ahead_[kAhead];
-  LONG walked_ = 0, done_ = 0;
+  Ahead ahead_[kAhead];        ///< queue, as a ring
+  LONG walked_ = 0, done_ = 0; ///< cells that entered and left the queue
 };
 
+/** Fills the list with the ray's hits, sorted. False without any. */
 template <class Observer>
 bool Collect(const VoxelData& data, const TracedRay& ray, const RaySegment& segment, HitList& list,
              Observer& observer, TraceCounts* counts) {
@@ -182,38 +198,42 @@ bool Collect(const VoxelData& data, const TracedRay& ray, const RaySegment& segm
   return list.count > 0;
 }
 
-/** Opacity of a hit, 0 to 1. */
+/** Opacity of a hit, 0 to 1: full in the middle of the disc that the point shows, fading towards its rim. */
 LReal Opacity(const RaySegment& segment, const TracedRay& ray, const HitRecord& hit, const RenderItem& item,
               const RenderObjectRecord& record) {
   LReal a =
       DiscOpacity(PlaceOnDisc(segment, hit, item.radius), record.falloffBias) * (1.0 - record.transparency);
   if (record.opacityCurve.values)
     a *= record.opacityCurve.At(record.HeightOf(LVector(hit.centre[0], hit.centre[1], hit.centre[2])));
+  // Fade towards the surface behind the point, so that its sphere does not cut into it with a hard edge.
   if (a != 0.0 && record.softDepth != 0.0)
     a *= FCut(std::abs(ray.surfaceDistance - hit.entry) / (item.radius * 2.0 * record.softDepth), 0.0, 1.0);
   return a;
 }
 
-/** Colour of a hit with the light on it. The item is left out of the shadow rays that this casts. */
+/** Colour of a hit in the scene's light. */
 LVector LitColor(const RaySegment& segment, const HitRecord& hit, const RenderItem& item,
                  const RenderObjectRecord& record, HitList& shadow, Illumination& light) {
   const LVector color(item.color[0], item.color[1], item.color[2]);
   if (!record.illuminate && !record.illuminateAlt) return color;
   const LVector p = segment.start + segment.unit * hit.entry;
   const LVector normal = !(LVector(hit.centre[0], hit.centre[1], hit.centre[2]) - p);
+  // The shadow rays that the host casts meanwhile pass this item: a point does not shade itself.
   shadow.excluded = hit.item;
   const LVector received = light.At(p, normal, record.illuminateAlt);
   shadow.excluded = kNoItem;
   return color ^ (received + light.Ambient());
 }
 
+/** Adds up the hits from the nearest to the farthest. */
 template <class Observer>
 TracedLight Blend(const VoxelData& data, const TracedRay& ray, const RaySegment& segment, ThreadLists lists,
                   Illumination* light, Observer& observer) {
   TracedLight result;
   HitList& list = lists.own;
-  LReal left = 1.0;
+  LReal left = 1.0; // transmission so far
   for (LONG i = 0; i < list.count; ++i) {
+    // Leave out hits that do not count. Those behind what is opaque already are only reported.
     const HitRecord& hit = list.hits[i];
     const auto skip = [&](HitFate fate) { observer.Shaded(hit, {fate, 0.0, 0.0, left, LVector()}); };
     if (!(left > 0.0)) {
@@ -238,6 +258,8 @@ TracedLight Blend(const VoxelData& data, const TracedRay& ray, const RaySegment&
       skip(kHitNotVisible);
       continue;
     }
+
+    // Find opacity and colour. Shadow rays need no colour, and must not ask for light in turn.
     const LReal a = Opacity(segment, ray, hit, item, record);
     if (a == 0.0) {
       skip(kHitTransparent);
@@ -247,9 +269,9 @@ TracedLight Blend(const VoxelData& data, const TracedRay& ray, const RaySegment&
     if (ray.mode == kRayVolumetric && light)
       color = LitColor(segment, hit, item, record, lists.shadow, *light);
 
-    // Deliberate: each hit takes its whole opacity off what is left, whatever came before, and adds its
-    // colour unweighted by what is left; scenes are lit for it. The last one counts for what was left only,
-    // so that the weights sum to 1.
+    // Blend. Deliberate: each hit takes its whole opacity off what is left, and adds its colour with that
+    // weight, whatever came before; the lights of existing scenes are set for it. The hit that uses up what
+    // is left counts for that much only, so that the weights sum to 1.
     left -= a;
     const LReal weight = left > 0.0 ? a : a - std::abs(left);
     result.color += color * weight;
@@ -263,6 +285,7 @@ TracedLight Blend(const VoxelData& data, const TracedRay& ray, const RaySegment&
 template <class Observer>
 TracedLight TraceWith(const VoxelData& data, const TracedRay& ray, ThreadLists lists, Illumination* light,
                       Observer& observer) {
+  // No item is being lit yet.
   if (ray.mode == kRayVolumetric) lists.shadow.excluded = kNoItem;
   lists.own.Prepare(ray.mode, ray.bits);
   if (!data.Root() || !data.packed.spans || data.items.size == 0) return TracedLight();

@@ -8,7 +8,7 @@
 
 namespace kelvra {
 
-/** Distance of surfaces and lights that are not there. */
+/** Distance at which a surface or light counts as not there. */
 const LReal kNoSurface = 1.0e20;
 
 /** A ray as the host gives it; world space. */
@@ -16,36 +16,36 @@ struct TracedRay {
   RayMode mode = kRayVolumetric;
   LVector origin, end;
   LONG bits = 0;                      ///< RAYBIT_...
-  LReal farLimit = kNoSurface;        ///< hits that begin beyond it do not count
+  LReal farLimit = kNoSurface;        ///< distance; hits that begin beyond it do not count
   LReal surfaceDistance = kNoSurface; ///< of the surface that the host's ray hit, for the soft depth
 };
 
 struct TracedLight {
-  LVector color;            ///< summed by opacity; 0 in shadow mode
-  LReal transmission = 1.0; ///< what is left of the light behind, 0 to 1
+  LVector color;            ///< of all hits, weighted by opacity; 0 in shadow mode
+  LReal transmission = 1.0; ///< share of the light from behind that passes, 0 to 1
 };
 
-/** The host's light. */
+/** The scene's light, as the host computes it. */
 class Illumination {
 public:
   virtual ~Illumination() {}
   /**
-   * Light that reaches p from all lights, shadows included, on a surface with that normal. The shadow rays
-   * that this casts may come back as shadow traces on the same thread. `alt`: without the cosine of the
-   * angle.
+   * Light that reaches p from all lights, shadows included, on a surface with that normal. With `alt` the
+   * angle at which it arrives makes no difference. The host casts shadow rays for it, which may come back as
+   * shadow traces on the same thread.
    */
   virtual LVector At(const LVector& p, const LVector& normal, LONG alt) = 0;
-  /** Light that is everywhere. */
+  /** Light that is the same everywhere. */
   virtual LVector Ambient() = 0;
 };
 
-/** The parts of one thread's hit lists that a trace uses. */
+/** The hit lists of one thread. */
 struct ThreadLists {
-  HitList& own;    ///< of the ray's mode
-  HitList& shadow; ///< of shadow rays: told which item is being lit
+  HitList& own;    ///< for the ray's mode
+  HitList& shadow; ///< for shadow rays, which must pass the item that is being lit
 };
 
-/** Neutral without a grid. light may be NULL in shadow mode. */
+/** Without a grid: no colour, everything passes. `light` may be NULL in shadow mode. */
 TracedLight Trace(const VoxelData& data, const TracedRay& ray, ThreadLists lists, Illumination* light);
 
 /** Why a sorted hit did or did not count. */
@@ -58,30 +58,29 @@ enum HitFate {
   kHitBehindOpaque ///< nothing was left to cover
 };
 
-/** What became of one sorted hit. */
+/** What became of a hit. */
 struct ShadedHit {
   HitFate fate;
-  LReal opacity, weight; ///< its own, and the share of its colour that counts
-  LReal left;            ///< transmission behind it
+  LReal opacity, weight; ///< its own opacity, and the weight of its colour in the sum
+  LReal left;            ///< transmission after it
   LVector color;
 };
 
-/** Hears what a trace does, in its order. */
+/** Is called at each step of a trace. */
 class TraceObserver {
 public:
   virtual ~TraceObserver() {}
   virtual void Clipped(const RaySegment&, const ParameterRange&) {}
   virtual void Cell(const WalkedCell&, LLONG /*listed*/) {}
-  virtual void Hit(const HitRecord&) {}
-  /** The walk has ended; the hits are not sorted yet. */
+  /** After the walk, before the hits are sorted. */
   virtual void Collected(const HitList&) {}
-  /** Sorted hits in order. */
+  /** For each hit, in sorted order. */
   virtual void Shaded(const HitRecord&, const ShadedHit&) {}
 };
 TracedLight TraceObserved(const VoxelData& data, const TracedRay& ray, ThreadLists lists, Illumination* light,
                           TraceObserver& observer);
 
-/** Numbers that benches report: cells visited and items tested, quickly and exactly. */
+/** What a walk cost, for benches: cells visited, groups of four tested quickly, items tested exactly. */
 struct TraceCounts {
   LLONG cells = 0, quickTests = 0, exactTests = 0, hits = 0;
 };
