@@ -17,7 +17,7 @@ void Describe(GlVertexBufferVectorInfo& vector, const char* name, VLONG offset, 
   vector.nAttribLocation = location;
 }
 
-/** A text that was refused memory is empty. */
+/** A text for which there was not enough memory is empty. */
 Bool IsComplete(const VertexSet& set) {
   for (const GlVertexBufferVectorInfo& vector : set.vectors)
     if (vector.strType.GetLength() == 0 || vector.strName.GetLength() == 0) return FALSE;

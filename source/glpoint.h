@@ -1,4 +1,4 @@
-// Descriptions of the vertex records that point clouds draw from, shared by all objects.
+// Layout of the vertex records that clouds are drawn from, described for the host; shared by all objects.
 #pragma once
 
 #include "c4d.h"
@@ -9,30 +9,29 @@ namespace kelvra {
 /** Bytes of one vertex record: position and colour, three 32-bit floats each. */
 const LONG kVertexBytes = 24;
 
-/** Two attributes of a record, and pointers to them as the host's factory takes them. */
+/** The two attributes of a record, and pointers to them as the host's factory expects. */
 struct VertexSet {
   GlVertexBufferVectorInfo vectors[2];
   const GlVertexBufferVectorInfo* pointers[2];
 };
-/** The two names that the program's text reads, with the statements that fill them. */
+/** The two inputs that the vertex program reads, with the statements that fill them. */
 struct InputSet {
   GlVertexBufferAttributeInfo inputs[2];
   const GlVertexBufferAttributeInfo* pointers[2];
 };
 
 /**
- * Every record, every second and every fourth one: the half and quarter sets are the full set with the stride
- * doubled and doubled again. Drawing uses the full set.
+ * Reads every record, every second or every fourth one of the same buffer: half and quarter are the full set
+ * with twice and four times the stride. Drawing uses the full set.
  */
 struct PointDescriptions {
   VertexSet *full = NULL, *half = NULL, *quarter = NULL;
   InputSet* inputs = NULL;
 };
 
-/** Built at registration; FALSE when any of the four is refused memory (those made stay until the free call).
- */
+/** Called at registration. FALSE when memory is refused; what was made stays until it is freed. */
 Bool BuildPointDescriptions();
-/** Allowed without or after a failed build. */
+/** May also be called after a failed build, or without one. */
 void FreePointDescriptions();
 const PointDescriptions& GetPointDescriptions();
 

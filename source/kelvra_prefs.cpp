@@ -9,8 +9,10 @@ namespace kelvra {
 
 namespace {
 
-/** Keys of the page's own elements. They deliberately differ from the elements' numbers: containers that
- * users have hold their values under these. */
+/**
+ * Keys of the page's own elements. Deliberately not the elements' numbers: the preferences of existing
+ * installations hold their values under these keys.
+ */
 enum { kKeyOrderReference = 1000, kKeyRegistrationKey = 1001, kKeyVersion = 1002, kKeyStatus = 1003 };
 
 const PrefsMapTable kElements[] = {{KELVRA_PREFS_VERSION, kKeyVersion},
@@ -23,7 +25,7 @@ const PrefsMapTable kElements[] = {{KELVRA_PREFS_VERSION, kKeyVersion},
                                    {KELVRA_PREFS_PRODUCT, kSettingProduct},
                                    {NOTOK, NOTOK}};
 
-/** NOTOK for elements without a value: buttons, and what other pages have. */
+/** Key of an element; NOTOK for buttons and for elements of other pages. */
 LONG KeyOf(const DescID& id) {
   const PrefsMapTable* element = kElements;
   while (element->guiid != NOTOK && element->guiid != id[0].id) ++element;
@@ -43,7 +45,7 @@ GeData DefaultOf(LONG key) {
   }
 }
 
-/** What the button "Register" shows: the gate's state and nothing else. */
+/** The button "Register" shows the gate's state. */
 void ShowRegistration() {
   const RegistrationState state = GetRegistrationState();
   MessageDialog(String(state.statusText) + (state.mayConvert ? ". Conversion to geometry is available."
@@ -71,7 +73,7 @@ Bool MyPrefs::InitValues(const DescID& id, Description* description) {
   BaseContainer* container = PreferencesContainer();
   const LONG key = KeyOf(id);
   if (!container || key == NOTOK) return TRUE;
-  // What an earlier version of the module left there is no longer true.
+  // These two are facts, not settings: replace those of an earlier version of the module.
   if (!description && (key == kKeyVersion || key == kKeyStatus)) container->SetData(key, DefaultOf(key));
   InitPrefsValue(key, DefaultOf(key), description, id, container);
   return TRUE;

@@ -1,5 +1,5 @@
-// The module's page in the host's preferences dialog. Its values lie in the plug-in's own container among the
-// host's preferences; without that container every operation does nothing.
+// The module's page in the host's preferences dialog. The plug-in's own container among the host's
+// preferences holds its values; without that container no operation does anything.
 #pragma once
 
 #include "c4d.h"
@@ -12,7 +12,7 @@ class MyPrefs : public PrefsDialogObject {
 public:
   static NodeData* Alloc() { return gNew MyPrefs; }
 
-  /** Makes the container when there is none, and gives what is missing in it its default. */
+  /** Makes the container if there is none, and fills in the defaults that it lacks. */
   Bool Init(GeListNode* node) override;
   Bool Message(GeListNode* node, LONG type, void* data) override;
   Bool GetDDescription(GeListNode* node, Description* description, DESCFLAGS_DESC& flags) override;

@@ -9,7 +9,7 @@
 #include "version.h"
 #include "videopost/tallyframe.h"
 
-/** A refused registration is not reported and stops none of the others but those that need it. */
+/** A registration that the host refuses is not reported and stops only those that need it. */
 Bool PluginStart(void) {
   kelvra::RegisterPointCloudObject();
   kelvra::RegisterTallyframe();

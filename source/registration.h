@@ -5,13 +5,13 @@
 
 namespace kelvra {
 
-/** What the gate says. A build with a licence of its own replaces registration.cpp and nothing else. */
+/** The gate's answer. A build with a licence of its own replaces registration.cpp and nothing else. */
 struct RegistrationState {
-  Bool mayConvert;        ///< asked by the conversion before it builds anything
+  Bool mayConvert;        ///< checked before a conversion builds anything
   const CHAR* statusText; ///< shown on the preferences page
 };
 
-/** No server is asked, and nothing depends on time. */
+/** Asks no server and does not depend on the time. */
 RegistrationState GetRegistrationState();
 
 } // namespace kelvra

@@ -1,4 +1,4 @@
-// Place for work on the host's timer. It asks for no timer and handles nothing.
+// A place for work on the host's timer. So far it asks for no timer and handles no message.
 #pragma once
 
 #include "c4d.h"
@@ -12,7 +12,7 @@ public:
   Bool CoreMessage(LONG, const BaseContainer&) override { return FALSE; }
 };
 
-/** The host owns the instance once it accepted it. */
+/** The host owns the instance once it has accepted it. */
 Bool RegisterTimerMessage();
 
 } // namespace kelvra

@@ -1,5 +1,5 @@
-// The update check: asks the maker's server for the latest version and, when the user wants it, for a mail
-// with the download link. Main thread: dialogs, and the caller waits for the requests.
+// The update check: asks the maker's server for the latest version and, if the user wants it, for a mail with
+// the download link. Main thread: it shows dialogs, and the caller waits for the requests.
 #pragma once
 
 #include "c4d.h"
@@ -7,8 +7,9 @@
 namespace kelvra {
 
 /**
- * Hundredths of a version text: the number that it begins with, times 100, without its fraction; 0 when it is
- * none. 1.449 is deliberately 144: the third decimal place counts repairs that nobody is asked to download.
+ * Hundredths of a version: the number that the text begins with, times 100, without its fraction; 0 when
+ * there is none. 1.449 is deliberately 144: the third decimal place counts repairs, which nobody is asked to
+ * download.
  */
 LONG VersionHundredths(const CHAR* text);
 /** TRUE when a reply names a version above this one; compared as 32-bit floats. */
@@ -18,8 +19,8 @@ Bool IsNewerVersion(const CHAR* reply);
 void AppendQuery(String& url, const String& name, const String& value);
 
 /**
- * Without an order reference, and when the server does not answer or answers nothing, it ends without a
- * message; else every way through ends in one, but for "no".
+ * Shows the result in a dialog, unless the user says "no" to the download. Without an order reference, and
+ * when the server does not answer or its answer is empty, nothing is shown.
  */
 void CheckForUpdate(const String& orderReference);
 

@@ -1,5 +1,5 @@
-// One request and its answer, by the platform's HTTP library: libcurl, or WinHTTP on Windows. Without the
-// host's types: some of their names are those of the Windows headers.
+// One request and its answer, by the platform's HTTP library: WinHTTP on Windows, libcurl elsewhere. It does
+// without the host's types, as some of their names are also names of the Windows headers.
 #pragma once
 
 #include "net/http_url.h"
@@ -12,15 +12,14 @@ const std::size_t kMostHeadBytes = 1 << 16;
 /** Bounds of one exchange. */
 struct HttpStep {
   int connectMilliseconds, totalMilliseconds;
-  std::string
-      caFile; ///< PEM file to trust in place of the system's authorities, UTF-8; empty for the system's
+  std::string caFile; ///< PEM file to trust instead of the system's authorities, UTF-8; empty: the system's
 };
 
 /** Where the body goes, part by part. */
 class HttpBody {
 public:
   virtual ~HttpBody() {}
-  /** False ends the exchange: the body is too large or memory is refused. Throws nothing. */
+  /** False ends the exchange: the body is too large or memory is refused. Does not throw. */
   virtual bool Append(const char* bytes, std::size_t count) = 0;
 };
 

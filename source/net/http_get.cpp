@@ -26,7 +26,7 @@ public:
     size_ += (LONG)count;
     return true;
   }
-  /** Hands the body over, terminated; NULL when memory is refused. */
+  /** Hands the body over, terminated by a 0 byte; NULL when memory is refused. */
   CHAR* Release() {
     if (!Reserve(size_ + 1)) return NULL; // an empty body has no block yet
     block_[size_] = 0;
@@ -52,7 +52,7 @@ private:
   LONG size_ = 0, capacity_ = 0;
 };
 
-/** False when memory is refused: an empty name would mean the system's authorities. */
+/** False when memory is refused, as an empty name would mean the system's authorities. */
 bool CopyUtf8(const String& text, std::string* copy) {
   CHAR* bytes = text.GetCStringCopy(STRINGENCODING_UTF8);
   if (bytes) *copy = bytes;
@@ -65,12 +65,12 @@ bool IsRedirect(int status) {
   return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
 }
 
-/** A fragment names a place in what comes back: it is not sent. */
+/** A fragment names a place in the answer and is not sent. */
 std::string WithoutFragment(const std::string& location) {
   return location.substr(0, location.find('#'));
 }
 
-/** The next hop; false when the redirect leads nowhere that may be asked. */
+/** Goes on to where a redirect leads; false where no request may go. */
 bool FollowRedirect(const HttpAnswer& answer, HttpUrl* url) {
   HttpUrl next;
   if (answer.location.empty() ||
@@ -103,12 +103,12 @@ void SayOnceHowToSetAddresses(const std::string& url) {
   static bool said = false;
   if (said) return;
   said = true;
-  // Without an address of the service only the path is left.
+  // If the service's address is not set, only the path is there.
   const std::string reason =
       url.empty() || url[0] == '/'
           ? std::string("the address of the service is not set")
           : "\"" + url.substr(0, kShownCharacters) +
-                "\" is no plain http:// or https:// address, or holds a character that cannot be sent";
+                "\" is not an http:// or https:// address, or contains a character that cannot be sent";
   GePrint(String(("Kelvra: nothing is sent, " + reason +
                   "; set it on the preferences page, with \"kelvra prefs set geometry_service ADDRESS\" or "
                   "\"update_server ADDRESS\", or in the environment as KELVRA_GEOMETRY_SERVICE or "

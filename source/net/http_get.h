@@ -10,22 +10,21 @@ struct HttpOptions {
   LONG connectMilliseconds = 5000;
   LONG totalMilliseconds = 15000;
   LONG mostBytes = 1 << 20; ///< of the body
-  /** PEM file of the certificate authorities to trust in place of the system's; empty for the system's. */
+  /** PEM file of the certificate authorities to trust instead of the system's; empty for the system's. */
   String caFile;
 };
 
-/** Redirects that are followed at most; never one that leads from https to http. */
+/** Most redirects that are followed; one from https to http never is. */
 const int kMostRedirects = 5;
 
 /**
- * The body of the answer, NUL-terminated, which the caller frees with GeFree; NULL when there is no answer
- * with status 200. The address goes out as it is, nothing in it is escaped. A failed request is silent. An
- * address that is none (the services' addresses are empty until somebody sets them) sends nothing, and the
- * console says once a run how to set them. The proxy settings of the environment, on Windows of the system,
- * are honoured.
+ * The body of the answer, terminated by a 0 byte, which the caller frees with GeFree; NULL unless the status
+ * is 200. The address goes out as it is, nothing in it is escaped, by way of the proxy that the environment
+ * (on Windows the system) sets. A failed request is silent. An address that is not valid sends nothing, and
+ * the console says once a run how to set the services' addresses: they are empty until somebody does.
  */
 CHAR* HttpGet(const CHAR* url);
-/** The same with bounds of the caller's and without the line on the console. */
+/** The same with the caller's bounds and without the line on the console. */
 CHAR* HttpGet(const CHAR* url, const HttpOptions& options);
 
 } // namespace kelvra

@@ -14,7 +14,7 @@ namespace {
 struct Transfer {
   HttpBody& body;
   std::size_t headBytes = 0;
-  bool headEnded = false; ///< a connection closed within the head leaves an answer that looks whole and empty
+  bool headEnded = false; ///< without its end, an answer cut off within the head would look whole and empty
 };
 
 std::size_t TakeBody(char* bytes, std::size_t size, std::size_t count, void* transfer) {
@@ -22,7 +22,7 @@ std::size_t TakeBody(char* bytes, std::size_t size, std::size_t count, void* tra
   return to.body.Append(bytes, size * count) ? size * count : CURL_WRITEFUNC_ERROR;
 }
 
-/** Called for each line; an answer may begin with further heads of status 100 and above. */
+/** Called for each line. Interim answers (status 100 and above) have heads of their own, which come first. */
 std::size_t TakeHeader(char* line, std::size_t size, std::size_t count, void* transfer) {
   const std::size_t length = size * count;
   Transfer& to = *static_cast<Transfer*>(transfer);
@@ -32,21 +32,21 @@ std::size_t TakeHeader(char* line, std::size_t size, std::size_t count, void* tr
   return to.headBytes <= kMostHeadBytes ? length : CURL_WRITEFUNC_ERROR;
 }
 
-/** True when every option was taken: a library built without one of them must not go on without it. */
+/** False when a library was built without one of the options: no request goes out without it. */
 bool SetUp(CURL* curl, const HttpUrl& url, const HttpStep& step, Transfer* transfer) {
   bool taken = true;
   const auto set = [&](CURLoption option, auto value) {
     taken = taken && curl_easy_setopt(curl, option, value) == CURLE_OK;
   };
   set(CURLOPT_URL, url.text.c_str());
-  set(CURLOPT_PATH_AS_IS, 1L); // the request line carries what was built
+  set(CURLOPT_PATH_AS_IS, 1L); // the path goes out unchanged
   set(CURLOPT_PROTOCOLS_STR, "http,https");
   set(CURLOPT_FOLLOWLOCATION, 0L);
   set(CURLOPT_NOSIGNAL, 1L); // the application's signals are its own
   set(CURLOPT_SSL_VERIFYPEER, 1L);
   set(CURLOPT_SSL_VERIFYHOST, 2L);
   if (!step.caFile.empty()) {
-    // In place of the system's authorities: those lie in a file or in a folder, and both must give way.
+    // The system's authorities are in a file or in a folder: replace the one and unset the other.
     set(CURLOPT_CAINFO, step.caFile.c_str());
     set(CURLOPT_CAPATH, static_cast<const char*>(NULL));
   }

@@ -1,5 +1,5 @@
-// The exchange by WinHTTP. It trusts the system's certificate authorities: HttpStep::caFile has no meaning
-// here, authorities of an intranet are installed in the system.
+// The exchange by WinHTTP. It trusts the system's certificate authorities, and those of an intranet are
+// installed in the system: HttpStep::caFile is ignored.
 #ifdef _WIN32
 
 #include "net/http_exchange.h"
@@ -37,12 +37,12 @@ private:
   HINTERNET handle_;
 };
 
-/** Addresses are plain ASCII, which ParseHttpUrl made sure of. */
+/** For addresses, which ParseHttpUrl has found to be plain ASCII. */
 std::wstring Wide(const std::string& text) {
   return std::wstring(text.begin(), text.end());
 }
 
-/** The library's own bounds are those of single steps: each step gets what is left of the whole. */
+/** The library limits each step of its own: every step gets what is left of the time for all. */
 class Deadline {
 public:
   explicit Deadline(int milliseconds) : end_(Clock::now() + std::chrono::milliseconds(milliseconds)) {}
@@ -62,7 +62,7 @@ bool SetNumber(HINTERNET handle, DWORD option, DWORD value) {
 }
 
 HINTERNET OpenSession() {
-  // Automatic proxies are known from Windows 8.1 on.
+  // Windows before 8.1 has no automatic proxies.
   for (const DWORD access :
        {(DWORD)WINHTTP_ACCESS_TYPE_AUTOMATIC_PROXY, (DWORD)WINHTTP_ACCESS_TYPE_DEFAULT_PROXY})
     if (const HINTERNET session =
@@ -71,7 +71,7 @@ HINTERNET OpenSession() {
   return NULL;
 }
 
-/** The path goes out as it is: without these flags the library would escape quotes and braces. */
+/** The path goes out unchanged; without these flags the library would escape quotes and braces. */
 HINTERNET OpenRequest(HINTERNET connection, const HttpUrl& url) {
   const DWORD flags = WINHTTP_FLAG_ESCAPE_DISABLE | WINHTTP_FLAG_ESCAPE_DISABLE_QUERY |
                       (url.secure ? WINHTTP_FLAG_SECURE : 0);
@@ -107,7 +107,7 @@ bool ReadHead(HINTERNET request, HttpAnswer* answer) {
                            WINHTTP_NO_HEADER_INDEX))
     return true;
   location.resize(size / sizeof(wchar_t));
-  // What is not ASCII becomes a character that no address may hold.
+  // Other characters than ASCII become one that makes the address invalid.
   for (const wchar_t c : location) answer->location += c < 0x80 ? (char)c : ' ';
   return true;
 }
@@ -125,7 +125,7 @@ bool ReadBody(HINTERNET request, const Deadline& deadline, HttpBody& body) {
   DWORD total = 0;
   for (;;) {
     const DWORD left = deadline.Left();
-    // Reading waits until the buffer is full: only what is there is asked for, so that the deadline holds.
+    // Reading waits until the buffer is full. Ask only for what has arrived, so that the deadline holds.
     DWORD ready = 0, got = 0;
     if (left == 0 || !SetNumber(request, WINHTTP_OPTION_RECEIVE_TIMEOUT, left) ||
         !WinHttpQueryDataAvailable(request, &ready))

@@ -12,7 +12,7 @@ bool IsSendable(char c) {
   return c > ' ' && c < 0x7f && c != '#';
 }
 
-/** Length of the scheme with its "://", 0 when it is neither of the two. */
+/** Length of "http://" or "https://", 0 when the text begins with neither. */
 std::size_t SchemeLength(const std::string& text, bool* secure) {
   for (const char* scheme : {"http://", "https://"}) {
     const std::string wanted = scheme;
@@ -27,7 +27,7 @@ std::size_t SchemeLength(const std::string& text, bool* secure) {
   return 0;
 }
 
-/** "host" or "host:port"; the port stays as it is when there is none. */
+/** Reads "host" or "host:port"; without a port the one in url stays. */
 bool ParseAuthority(const std::string& authority, HttpUrl* url) {
   if (authority.find('@') != std::string::npos) return false;
   const std::size_t bracket = authority.rfind(']');

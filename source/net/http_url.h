@@ -1,15 +1,15 @@
-// Addresses of requests: taken apart without changing a byte of what is sent.
+// Addresses of requests: taken apart, but sent unchanged.
 #pragma once
 
 #include <string>
 
 namespace kelvra {
 
-/** Most bytes of an address. */
+/** Longest address, in bytes. */
 const std::size_t kMostUrlBytes = 16384;
 
 struct HttpUrl {
-  std::string text;   ///< the whole address as it was given
+  std::string text;   ///< the whole address, unchanged
   std::string host;   ///< a numeric IPv6 address keeps its brackets
   std::string target; ///< path and query as the request line carries them, from the first '/'
   int port = 0;
@@ -23,8 +23,8 @@ struct HttpUrl {
 bool ParseHttpUrl(const std::string& text, HttpUrl* url);
 
 /**
- * The address that a redirect leads to, absolute; dots in a relative path are left to the server. Not
- * checked: what comes out goes through ParseHttpUrl.
+ * The absolute address that a redirect leads to; dots in a relative path are left to the server. The result
+ * is not checked: pass it to ParseHttpUrl.
  */
 std::string ResolveRedirect(const HttpUrl& from, const std::string& location);
 

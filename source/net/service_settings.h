@@ -1,7 +1,6 @@
-// Where the services are: settings of the deployment, empty until somebody sets them.
+// Where the services are: settings of the installation, empty until somebody sets them.
 //
-// They lie in the plug-in's own preferences container. Each can be overridden by a variable of the
-// environment, which wins.
+// The plug-in's own preferences container holds them; environment variables of the names below override them.
 #pragma once
 
 #include "c4d.h"
@@ -9,7 +8,7 @@
 
 namespace kelvra {
 
-/** Keys in the container; those below 2000 belong to the page's own elements. */
+/** Keys in the container; the page's other elements have keys below 2000. */
 enum {
   kSettingGeometryService = 2000,
   kSettingUpdateServer = 2001,
@@ -17,19 +16,18 @@ enum {
   kSettingProduct = 2003
 };
 
-/** Numeric identifier of this product at the update server, where the container holds no other. */
+/** This product's number at the update server, unless the container has another one. */
 const LONG kProductIdentifier = 1;
 
-/** The plug-in's container, NULL when the host has none yet. Live: fetched anew for each use. */
+/** The plug-in's container itself, not a copy; NULL when the host has none yet. Fetch it again for each use.
+ */
 BaseContainer* PreferencesContainer();
 
-/** Scheme, host and what comes before the service's own path, without a '/' at the end; empty when not set.
- */
+/** Everything before the service's own path, without a '/' at the end; empty when not set. */
 String GeometryServiceAddress(); ///< KELVRA_GEOMETRY_SERVICE
 String UpdateServerAddress();    ///< KELVRA_UPDATE_SERVER
-/** Certificate authorities to trust in place of the system's, for intranets: KELVRA_CA_FILE. Not on Windows.
- */
-String CertificateFile();
+/** Certificate authorities to trust instead of the system's, for intranets; not on Windows. */
+String CertificateFile(); ///< KELVRA_CA_FILE
 LONG ProductIdentifier();
 
 } // namespace kelvra

@@ -1,4 +1,4 @@
-// Channel shader that hands a renderer one colour per point of a linked cloud, by point index.
+// Channel shader that gives a renderer the colours of a linked cloud's points, by index.
 #pragma once
 
 #include "c4d.h"
@@ -9,7 +9,7 @@ namespace kelvra {
 
 class LAZrayShader;
 
-/** What a renderer that asks gets: version, size, and at byte 72 the colour callback; the rest is 0. */
+/** What a renderer gets that asks: version, size and, at byte 72, the colour callback; the rest is 0. */
 struct LookupRecord {
   LONG version;
   LONG size;

@@ -7,7 +7,7 @@ namespace kelvra {
 
 namespace {
 
-/** Red, green and blue of all lines; NULL with the reason. The caller frees the picture. */
+/** Copies red, green and blue of all lines; NULL with the reason. The caller frees the picture. */
 MultipassBitmap* CopyPicture(const VPBuffer& rendered, String* reason) {
   const LONG width = rendered.GetBw(), height = rendered.GetBh(), components = rendered.GetCpp();
   if (width < 1 || height < 1 || components < 3) {
@@ -18,11 +18,12 @@ MultipassBitmap* CopyPicture(const VPBuffer& rendered, String* reason) {
   AutoFree<MultipassBitmap> picture(MultipassBitmap::Alloc(width, height, COLORMODE_RGBw));
   UWORD* line = GeAllocTypeNC(UWORD, (VLONG)width * components);
   Bool ok = picture != NULL && line != NULL;
-  if (!ok) *reason = "out of memory for " + LongToString(width) + " x " + LongToString(height) + " pixels";
+  if (!ok)
+    *reason = "not enough memory for " + LongToString(width) + " x " + LongToString(height) + " pixels";
   for (LONG y = 0; ok && y < height; ++y) {
     ok = rendered.GetLine(0, y, width, line, 16, TRUE) &&
-         picture->SetPixelCnt(0, y, width, reinterpret_cast<UCHAR*>(line), components * (LONG)sizeof(UWORD), COLORMODE_RGBw,
-                              PIXELCNT_0);
+         picture->SetPixelCnt(0, y, width, reinterpret_cast<UCHAR*>(line), components * (LONG)sizeof(UWORD),
+                              COLORMODE_RGBw, PIXELCNT_0);
     if (!ok) *reason = "line " + LongToString(y) + " of the rendered picture cannot be read";
   }
   GeFree(line);
@@ -36,7 +37,7 @@ String ReasonOf(IMAGERESULT result) {
   case IMAGERESULT_WRONGTYPE:
     return "the application does not save this format";
   case IMAGERESULT_OUTOFMEMORY:
-    return "out of memory";
+    return "not enough memory";
   default:
     return "the disk is full or the folder cannot be written (result " + LongToString(result) + ")";
   }

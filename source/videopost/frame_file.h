@@ -6,9 +6,9 @@
 namespace kelvra {
 
 /**
- * Saves a rendered picture, every line taken as it was rendered, at 16 bits a channel. The file appears under
- * its name only when it is whole; an older one of that name is replaced then. FALSE with one line naming file
- * and reason (an empty one when there is no memory for it); nothing new is left in the folder then.
+ * Saves a rendered picture at 16 bits a channel, unchanged. The file gets its name, and replaces an earlier
+ * one, only when it is whole. FALSE with one line that names file and reason (an empty one when there is not
+ * enough memory for it); the folder is then as it was, but for what the line says.
  */
 Bool SaveFrame(const VPBuffer& rendered, const Filename& file, String* problem);
 

@@ -22,7 +22,7 @@ const KnownSuffix* FindSuffix(const String& fileName) {
   return NULL;
 }
 
-/** At least `digits` digits; the sign of a frame before zero comes on top. */
+/** At least `digits` digits, and the sign of a frame below 0 in front of them. */
 String Padded(LONG frame, LONG digits) {
   String text = LLongToString(frame < 0 ? -(LLONG)frame : (LLONG)frame);
   if (text.GetLength() < digits) text = String(digits - text.GetLength(), (UWORD)'0') + text;

@@ -5,20 +5,20 @@
 
 namespace kelvra {
 
-/** What a picture's file is: the suffix decides, PNG without a known one. */
+/** Format of a picture's file. */
 struct FrameFormat {
   LONG filter = FILTER_PNG;
   SAVEBIT savebits = SAVEBIT_16BITCHANNELS;
 };
 
-/** 16 bits a channel; floats where the format has no such. */
+/** By the suffix, PNG without a known one: 16 bits a channel, or floats in a format without these. */
 FrameFormat FrameFormatOf(const String& fileName);
 
 /**
  * File name of a frame. The last run of # in the pattern becomes the number, padded with zeros to the run's
- * length; without one the number goes before the suffix with at least four digits, so that no two frames
- * share a name. A pattern without a suffix of a known format gets .png. What would lead out of the folder (/
- * \ :) becomes _. An empty pattern is kDefaultPattern.
+ * length; without one the number goes before the suffix, with at least four digits, so that no two frames
+ * share a name. A pattern without the suffix of a known format gets .png. Characters that would lead out of
+ * the folder (/ \ :) become _. An empty pattern means kDefaultPattern.
  */
 String FrameFileName(const String& pattern, LONG frame);
 

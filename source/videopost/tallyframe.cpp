@@ -14,7 +14,7 @@ struct RecorderState {
 
 RecorderState* recorderState = NULL;
 
-/** Nothing is recorded of a render that failed or that the user stopped. */
+/** A render that failed or that the user stopped is not recorded. */
 Bool IsGood(const VideoPostStruct& vps) {
   return vps.render && (!vps.error || *vps.error == RENDERRESULT_OK) &&
          !(vps.thread && vps.thread->TestBreak());
@@ -43,20 +43,20 @@ Bool Tallyframe::Init(GeListNode* node) {
   return TRUE;
 }
 
-void Tallyframe::TellFailure(const String& text) {
-  if (!failureTold_) GePrint(text);
-  failureTold_ = TRUE;
+void Tallyframe::ReportFailure(const String& text) {
+  if (!failureReported_) GePrint(text);
+  failureReported_ = TRUE;
 }
 
-/** Always fine: a frame that cannot be recorded is no reason to stop a render. */
+/** Always OK: a render does not stop because a frame cannot be recorded. */
 RENDERRESULT Tallyframe::Execute(BaseVideoPost* node, VideoPostStruct* vps) {
-  if (vps->vp == VIDEOPOSTCALL_FRAMESEQUENCE && vps->open) failureTold_ = FALSE;
+  if (vps->vp == VIDEOPOSTCALL_FRAMESEQUENCE && vps->open) failureReported_ = FALSE;
   if (vps->vp != VIDEOPOSTCALL_RENDER || vps->open || !IsGood(*vps)) return RENDERRESULT_OK;
   const BaseContainer* settings = static_cast<BaseList2D*>(node)->GetDataInstance();
   if (!settings || !settings->GetBool(KELVRA_RECORDER_ENABLE)) return RENDERRESULT_OK;
   String problem;
   if (!Record(*settings, *vps, &problem))
-    TellFailure(problem);
+    ReportFailure(problem);
   else if (recorderState)
     ++recorderState->framesRecorded;
   return RENDERRESULT_OK;

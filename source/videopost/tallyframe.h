@@ -1,5 +1,5 @@
-// The render recorder: keeps every finished frame as a picture of 16 bits a channel. It is off until its
-// container enables it, and whatever happens to it, the render goes on.
+// The render recorder: saves every finished frame as a picture with 16 bits a channel. It is off until its
+// container enables it. A frame that cannot be saved does not stop the render.
 #pragma once
 
 #include "c4d.h"
@@ -16,10 +16,10 @@ public:
   RENDERRESULT Execute(BaseVideoPost* node, VideoPostStruct* vps) override;
 
 private:
-  /** One line in a render, however many of its frames fail. */
-  void TellFailure(const String& text);
+  /** Prints one line in a render, however many of its frames fail. */
+  void ReportFailure(const String& text);
 
-  Bool failureTold_ = FALSE;
+  Bool failureReported_ = FALSE;
 };
 
 Bool RegisterTallyframe();

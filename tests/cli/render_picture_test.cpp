@@ -89,7 +89,7 @@ Explained ReadExplanation(const std::string& text) {
     const std::size_t at = line.find("weight ");
     if (std::sscanf(c, "  (%d, %d, %d) %d", &x, &y, &z, &number) == 4) {
       ++cells;
-    } else if (line.find("cells with points") != line.npos) {
+    } else if (line.find(" with points, ") != line.npos) {
       EXPECT_EQ(std::atoi(c), cells);
     } else if (std::sscanf(c, "hits: %*d found, %d different", &different) == 1) {
       continue;

@@ -1,4 +1,4 @@
-// From the cloud to the host's own geometry: what the generator's build returns or fills. Main thread.
+// From the cloud to the host's own geometry, which the generator returns or fills. Main thread.
 #pragma once
 
 #include "c4d.h"
@@ -7,12 +7,12 @@
 
 namespace kelvra {
 
-/** What each converter is given. */
+/** What a converter works from. */
 struct ConversionRequest {
   const PointStore* store;
   BaseObject* op; ///< the generator
   HierarchyHelp* hierarchy;
-  LONG count;      ///< points to convert: the first ones in store order, not a thinning
+  LONG count;      ///< points to convert: the first ones in store order, not every n-th
   Real value;      ///< parameter 1006; no converter reads it
   Real size;       ///< the size that the cloud is fitted to
   Matrix scale;    ///< uniform, size / 200
@@ -20,14 +20,14 @@ struct ConversionRequest {
 };
 
 /**
- * Result for the host's cache: what the conversion mode builds, else an empty null object. NULL only when
- * even that is refused memory.
+ * What the host keeps in the generator's cache: the object that the conversion mode builds, else an empty
+ * null object. NULL only when there is not enough memory even for that.
  */
 BaseObject* BuildConversion(const ConversionRequest& request, LONG mode);
 
-// The converters. A converter that returns NULL, whether it failed or fills something outside of the cache,
-// leaves an empty null object in it. Coordinates are the display's, in the generator's space, unless said
-// otherwise.
+// The converters. One that returns NULL, because it failed or because it fills something outside the cache,
+// leaves an empty null object in the cache. Coordinates are the display's, in the generator's space, unless a
+// converter says otherwise.
 
 /** Point object without polygons, with vertex maps Red, Green and Blue. */
 BaseObject* ConvertToPoints(const ConversionRequest& request);
@@ -40,7 +40,7 @@ BaseObject* ConvertToEmitter(const ConversionRequest& request);
 /** Linear spline with its points in world space; its own matrix takes them back to the generator's space. */
 BaseObject* ConvertToSpline(const ConversionRequest& request);
 
-/** Lengths of a spline's segments, found point by point. */
+/** Finds the lengths of a spline's segments, point by point. */
 class SegmentLengths {
 public:
   explicit SegmentLengths(Real breakDistance) : breakDistance_(breakDistance) {
@@ -52,7 +52,7 @@ public:
    * refused.
    */
   Bool Add(const Vector& p, UWORD scalar);
-  /** Points that follow without a place of their own join the last segment. */
+  /** Adds points that have no place of their own to the last segment. */
   void Extend(LONG points);
 
   GeDynamicArray<LONG> lengths;

@@ -4,7 +4,7 @@
 
 namespace kelvra {
 
-/** The vendor's interface has no header for the emitter library: with it nothing is filled. */
+/** The vendor's interface has no header for the emitter library, so a build against it fills nothing. */
 BaseObject* ConvertToEmitter(const ConversionRequest&) {
   return NULL;
 }
@@ -19,11 +19,11 @@ namespace kelvra {
 
 namespace {
 
-/** Parameters of the emitter that are set, and the option that its library wants before it is filled. */
+/** Parameters of the emitter, and the option that its library needs before it is filled. */
 const LONG kEmitterSwitch = 10080, kEmitterCount = 10020, kEmitterFlag = 10175;
 const LONG kEmitterOption = 16;
 
-/** An emitter with the generator's name anywhere below. */
+/** An emitter with this name among these objects and anywhere below them. */
 BaseObject* FindEmitter(BaseObject* first, const String& name) {
   for (BaseObject* op = first; op; op = op->GetNext()) {
     if (op->GetType() == Oemitter_external && op->GetName() == name) return op;
@@ -32,7 +32,7 @@ BaseObject* FindEmitter(BaseObject* first, const String& name) {
   return NULL;
 }
 
-/** The emitter of the last build, or a new one after the generator; NULL when there is none to be had. */
+/** The emitter of the last build, or a new one after the generator; NULL when it cannot be made. */
 BaseObject* EmitterFor(BaseObject* op, BaseDocument* doc) {
   if (BaseObject* known = FindEmitter(doc->GetFirstObject(), op->GetName())) return known;
   BaseObject* emitter = BaseObject::Alloc(Oemitter_external);

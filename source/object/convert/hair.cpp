@@ -9,7 +9,7 @@ namespace {
 /** Height of the hair on each point, whatever the size of the cloud. */
 const Real kHairHeight = 0.01;
 
-/** Sets one guide a point. FALSE when memory is refused; guides that are refused themselves are left out. */
+/** Gives each point a guide. FALSE when memory is refused; without memory for guides the hair has none. */
 Bool SetGuides(HairObject* hair, const ConversionRequest& request) {
   HairGuides* guides = HairGuides::Alloc(request.count, 1);
   if (!guides) return TRUE;
@@ -18,7 +18,7 @@ Bool SetGuides(HairObject* hair, const ConversionRequest& request) {
     return FALSE;
   }
   if (request.count == 0) {
-    request.store->ExportPositions(NULL, 0, request.box, request.size); // the box is empty from now on
+    request.store->ExportPositions(NULL, 0, request.box, request.size); // empties the box
     return TRUE;
   }
   Vector* points = hair->GetGuides() ? hair->GetGuides()->GetPoints() : NULL;

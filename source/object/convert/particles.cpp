@@ -7,7 +7,7 @@ namespace kelvra {
 
 namespace {
 
-/** Seconds that a particle lives: it never dies. */
+/** Lifetime of a particle in seconds: longer than any animation. */
 const Real kForever = 9.0e18;
 
 /** A new group with that name below root; NULL when the system refuses. */
@@ -27,7 +27,7 @@ TP_PGroup* GroupFor(BaseObject* op, BaseDocument* doc, TP_MasterSystem* system) 
   if (linked && linked->IsInstanceOf(ID_TP_PGROUP)) return static_cast<TP_PGroup*>(linked);
   TP_PGroupArray groups;
   const LONG count = system->GetParticleGroups(NULL, &groups, TP_GETPGROUP_ALL, TRUE);
-  if (count < 1) return NULL; // memory was refused: a second group of that name must not be made
+  if (count < 1) return NULL; // not enough memory for the list: do not make a second group of that name
   // The first one is the system's own root.
   for (LONG i = 1; i < count; ++i) {
     TP_PGroup* group = static_cast<TP_PGroup*>(groups.GetIndex(i));
@@ -38,7 +38,7 @@ TP_PGroup* GroupFor(BaseObject* op, BaseDocument* doc, TP_MasterSystem* system) 
   return group;
 }
 
-/** A freed node leaves the others valid: the walk goes on from the one that it was followed by. */
+/** Freeing a particle frees its node but no other: fetch the next one first. */
 void EmptyGroup(TP_MasterSystem* system, TP_PGroup* group) {
   for (TP_ParticleNode *node = group->GetFirstNode(), *next; node; node = next) {
     next = node->GetNext();
@@ -62,7 +62,7 @@ BaseObject* ConvertToParticles(const ConversionRequest& request) {
   const Matrix global = request.op->GetMg();
   for (LONG i = 0; i < request.count; ++i) {
     const LONG particle = system->AllocParticle();
-    if (particle == NOTOK) continue; // the next one may find room
+    if (particle == NOTOK) continue; // there may be room for the next one
     system->SetGroup(particle, group);
     system->SetPosition(particle, global * positions[i]);
     system->SetLife(particle, BaseTime(kForever));

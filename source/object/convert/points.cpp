@@ -7,8 +7,8 @@ namespace {
 const char* const kMapNames[3] = {"Red", "Green", "Blue"};
 
 /**
- * Three maps in order, from colours that lie in the first `written` of the object's points; the others are 0.
- * A map whose name is refused memory could not be told from another one: it counts as refused itself.
+ * Makes the three maps in order, from colours that stand in place of the first `written` positions; the rest
+ * of each map is 0. FALSE when memory is refused, even if only for a name: maps are found by name.
  */
 Bool AddColorMaps(PolygonObject* points, LONG written) {
   const LONG count = points->GetPointCount();
@@ -24,7 +24,7 @@ Bool AddColorMaps(PolygonObject* points, LONG written) {
     if (count > 0 && !weights[channel]) return FALSE;
     last = map;
   }
-  // All three in one pass: the points are read from memory once.
+  // Fill all three in one pass, which reads the colours from memory only once.
   const Vector* colors = points->GetPointR();
   SReal *red = weights[0], *green = weights[1], *blue = weights[2];
   for (LONG i = 0; i < written; ++i) {
@@ -40,7 +40,7 @@ Bool AddColorMaps(PolygonObject* points, LONG written) {
 BaseObject* ConvertToPoints(const ConversionRequest& request) {
   PolygonObject* points = PolygonObject::Alloc(request.count, 0);
   if (!points) return NULL;
-  // The points hold the colours first: no second array of that size is needed.
+  // Put the colours where the positions will be, and move them into the maps: this needs no second array.
   Vector* place = points->GetPointW();
   if (request.count > 0 && !place) {
     PolygonObject::Free(points);
@@ -50,7 +50,7 @@ BaseObject* ConvertToPoints(const ConversionRequest& request) {
     PolygonObject::Free(points);
     return NULL;
   }
-  // With more points than the store has, the last ones stay as they were made: at the origin.
+  // Then the positions. If there are more points than the store has, the last ones stay at the origin.
   request.store->ExportPositions(place, request.count, request.box, request.size);
   points->Message(MSG_UPDATE);
   return points;

@@ -30,6 +30,10 @@ const char* FateText(HitFate fate) {
   return "";
 }
 
+const char* Ending(LLONG count) {
+  return count == 1 ? "" : "s";
+}
+
 /** Writes each step of a trace as a line. */
 class Lines : public TraceObserver {
 public:
@@ -45,7 +49,8 @@ public:
   }
   /** Closes a list with the number of lines that it left out. */
   void CloseList(const char* what) {
-    if (lines_ > kMostLines) Add("  and %d more %s", lines_ - kMostLines, what);
+    const LONG more = lines_ - kMostLines;
+    if (more > 0) Add("  and %d more %s%s", more, what, Ending(more));
     lines_ = 0;
   }
 
@@ -83,15 +88,15 @@ public:
       Add("misses the points' box");
     else if (shaded_ == 0)
       BeginHits();
-    CloseList("hits");
+    CloseList("hit");
     Add("blend: colour (%.6f, %.6f, %.6f), %.6f of what lies behind remains", light.color.x, light.color.y,
         light.color.z, light.transmission);
   }
 
 private:
   void BeginHits() {
-    CloseList("cells");
-    Add("  %d cells with points, %d empty", filled_, empty_);
+    CloseList("cell");
+    Add("  %d cell%s with points, %d empty", filled_, Ending(filled_), empty_);
     Add("hits: %d found, %d different%s; sorted by entry", found_, different_,
         found_ >= kMostHits ? ", the most that a ray collects: the walk ended there" : "");
   }
@@ -115,8 +120,8 @@ Bool ExplainRay(const RenderScene& scene, KelvraRayExplanation& explanation) {
   else
     lines.Add("no surface behind the points");
   if (const CellGrid* grid = scene.data.Root())
-    lines.Add("grid of %d x %d x %d cells over %lld points", grid->nx, grid->ny, grid->nz,
-              (long long)scene.data.items.size);
+    lines.Add("grid of %d x %d x %d cells over %lld point%s", grid->nx, grid->ny, grid->nz,
+              (long long)scene.data.items.size, Ending(scene.data.items.size));
   VolumeIllumination light(explanation.vd);
   lines.End(TraceObserved(scene.data, ray, ListsOf(*scene.lists, vd, kRayVolumetric), &light, lines));
   return TRUE;
