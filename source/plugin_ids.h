@@ -18,8 +18,7 @@ enum {
   kTimerMessageId = 1037771
 };
 
-/** Messages. The delivery shares its number with the recorder: message and plug-in IDs are separate ranges.
- */
+/** Message IDs. One equals the recorder's plug-in ID: the two kinds do not mix. */
 enum {
   kMessageGetLookup = 1018952,       ///< to shaders: LookupMessage, asks for the lookup record
   kMessageDeliverPoints = 1037073,   ///< to clouds: PointDelivery, points that the object asked for

@@ -19,8 +19,7 @@ enum {
 /** This product's number at the update server, unless the container has another one. */
 const LONG kProductIdentifier = 1;
 
-/** The plug-in's container itself, not a copy; NULL when the host has none yet. Fetch it again for each use.
- */
+/** The plug-in's container itself; NULL when the host has none yet. Fetch it again for each use. */
 BaseContainer* PreferencesContainer();
 
 /** Everything before the service's own path, without a '/' at the end; empty when not set. */

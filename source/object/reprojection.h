@@ -14,7 +14,7 @@ struct CornerPair {
   LReal a1 = 0.0, a2 = 0.0, b1 = 0.0, b2 = 0.0;
 };
 
-/** Which of the four numbers an answer gave. */
+/** Which of the four numbers an answer contained. */
 struct CoordinatesRead {
   Bool a1 = FALSE, a2 = FALSE, b1 = FALSE, b2 = FALSE;
   Bool All() const { return a1 && a2 && b1 && b2; }
@@ -24,7 +24,7 @@ struct CoordinatesRead {
 String FormatPoint(LReal c1, LReal c2);
 
 /**
- * Two numbers from the text of one point object, without its braces; TRUE when both were found. A number
+ * Reads two numbers from the text of a point object, without its braces; TRUE when both were found. A number
  * whose colon or comma is missing stays as it is.
  */
 Bool ParsePoint(const String& text, LReal& c1, LReal& c2);
@@ -32,12 +32,12 @@ Bool ParsePoint(const String& text, LReal& c1, LReal& c2);
 /** The request's address: `base` and everything after it, not escaped. */
 String ProjectRequest(const String& base, LONG inSR, const CornerPair& corners);
 
-/** Cuts an answer apart by its punctuation; what cannot be found leaves its numbers as they are. */
+/** Cuts an answer apart by its punctuation. Numbers that cannot be found stay as they are. */
 CoordinatesRead ReadProjectAnswer(const String& answer, CornerPair& corners);
 
 /**
  * Asks the geometry service. FALSE only for reference 0: then nothing is sent. Otherwise TRUE, and the
- * numbers change as far as the answer could be read; `read` tells which did. One GET; the caller waits.
+ * numbers change as far as the answer could be read; `read` says which did. One GET; the caller waits.
  */
 Bool Reproject(LONG inSR, CornerPair& corners, CoordinatesRead* read);
 Bool Reproject(LONG inSR, LReal& a1, LReal& a2, LReal& b1, LReal& b2);

@@ -52,8 +52,7 @@ public:
     Line(GlString("if (mod(gl_VertexID,") + N(kIndexNth) + ")>0)\t\t\t\t{gl_PointSize = 0;return;}");
   }
 
-  /** Modes 1 to 4 show red, green, blue or their mean as grey; 5 the height as grey; 6 the colour by height.
-   */
+  /** Mode 1 to 4: red, green, blue or their mean as grey; 5: the height as grey; 6: the colour by height. */
   void Color() {
     Line(GlString("float size = ") + N(kPointSize) + ";");
     Line("vec4 col = vec4(icolor.rgb, 1.0);");
@@ -81,7 +80,7 @@ public:
     Line("oposition = (transmatrix * vec4(p.xyz, 1.0));");
   }
 
-  /** Hides points outside a sphere or behind a plane (action 1) or shrinks them towards its edge (2). */
+  /** Hides points outside a sphere or beyond a plane (action 1) or shrinks them towards its edge (2). */
   void Falloff() {
     Line(GlString("if (") + N(kFalloffAction) + ">0)");
     Line("{");

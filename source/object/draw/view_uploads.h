@@ -30,8 +30,7 @@ ViewUpload* FindViewUpload(GlVertexBuffer* buffer);
  */
 Bool KeepViewUpload(BaseDraw* bd, const ViewUpload& upload);
 
-/** Call it for a node that is freed, as the host frees its buffers. The last entry takes the list's memory
- * along. */
+/** For a node that is freed: the host frees its buffers. The list's memory goes with the last entry. */
 void ForgetViewUploads(const C4DAtom* node);
 
 } // namespace kelvra

@@ -70,8 +70,7 @@ struct HitList {
    * the same test gave them the same distance; all but the last of them become kNoItem.
    */
   void Sort();
-  /** Notes an item as blended; FALSE when it already was. After Sort only the one noted last can be the same.
-   */
+  /** Notes an item; FALSE when it is noted already. After Sort only the one noted last can be the same. */
   Bool Visit(LONG item);
 
 private:

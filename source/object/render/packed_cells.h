@@ -14,8 +14,7 @@ namespace kelvra {
 /** Four items, relative to the centre of their cell. Unused lanes have a reach that nothing meets. */
 struct PackedFour {
   SReal x[4], y[4], z[4];
-  /** The item is surely missed where its squared distance from the ray's line is above this plus the ray's
-   * margin in the cell. */
+  /** An item is surely missed when its squared distance from the ray's line exceeds this plus the margin. */
   SReal reach[4];
 };
 static_assert(sizeof(PackedFour) == 64, "one cache line");
@@ -29,8 +28,7 @@ struct CellSpan {
 
 /** All cells that rays visit. Owns its arrays. */
 struct PackedCells {
-  /** Where items overlap so many cells that this is not enough, packing them would cost more than it saves.
-   */
+  /** Items that overlap so many cells that this is not enough would cost more packed than they save. */
   static const LULONG kMostBytes = 4ull << 30;
 
   CellSpan* spans = NULL;        ///< by place in the cell table

@@ -14,8 +14,7 @@ TracedRay VolumetricRay(const VolumeData& vd);
  */
 TracedRay ShadowRay(const VolumeData& vd);
 
-/** The thread's lists. Its number counts as 0 when negative and is cut to kRenderThreads, one past the last.
- */
+/** The thread's lists. A negative number counts as 0; kRenderThreads, one past the last, is the highest. */
 ThreadLists ListsOf(RenderLists& lists, const VolumeData& vd, RayMode mode);
 
 /** The host's light at a point. Keeps a copy of the ray, as the host may use vd for shadow rays meanwhile. */

@@ -42,12 +42,12 @@ public:
       corner_[axis] = root.boxMin[axis] + 0.5 * grid_.cellSize[axis] - ray.start[axis];
       squaredDiagonal_ += grid_.cellSize[axis] * grid_.cellSize[axis];
     }
-    length_ = std::sqrt(ray.delta * ray.delta);
     // Find the t beyond which no cell can hold a hit before the far limit. An item of a cell begins at most
     // `reach` before the place where the ray enters the cell; the thousandth leaves room for rounding.
     const LReal reach = std::sqrt(squaredDiagonal_) + 4.0 * data.LargestRadius() + 1.0;
     const LReal past = farLimit < kNoSurface ? farLimit + reach + 1.0e-3 * (farLimit + reach) : kNoSurface;
-    lastEntry_ = length_ > 0.0 ? past / length_ : 1.0;
+    const LReal length = std::sqrt(ray.delta * ray.delta);
+    lastEntry_ = length > 0.0 ? past / length : 1.0;
   }
 
   /** False when the ray needs no further cell. */
@@ -168,7 +168,6 @@ private:
   SReal dx_, dy_, dz_;
   LVector corner_;        ///< from the ray's start to the centre of cell (0, 0, 0)
   LReal squaredDiagonal_; ///< of a cell
-  LReal length_;          ///< of the segment
   LReal lastEntry_;       ///< t at which the last cell that can matter is entered
   LONG near_[kBatch];
   Ahead ahead_[kAhead];        ///< queue, as a ring
