@@ -19,7 +19,7 @@ namespace memory {
 
 /** NULL when the size is below 1 or above the largest, when a fault strikes, or when the system refuses. */
 void* Allocate(VLONG size, bool clear, LONG line, const CHAR* file);
-/** As the Ge table says; a foreign block is reported and refused. */
+/** As sdk/tables/general.inc says; a foreign block is reported and refused. */
 void* Reallocate(void* block, VLONG size, LONG line, const CHAR* file);
 /** Reports an address that is no live block. NULL is allowed. */
 void Free(void* block);

@@ -31,7 +31,7 @@ NodeKind KindOf(NodeChunk chunk) {
 
 bool IsRegistered(NodeKind kind, LONG type) {
   for (const auto& known : kChunks)
-    if (known.kind == kind) return C4DOS.Ge->FindPlugin(type, known.plugin) != nullptr;
+    if (known.kind == kind) return C4DOS.general->FindPlugin(type, known.plugin) != nullptr;
   return false;
 }
 

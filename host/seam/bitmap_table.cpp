@@ -1,4 +1,4 @@
-// Bm: bitmaps.
+// Entries for bitmaps.
 #include "host/application.h"
 #include "host/base/text.h"
 #include "host/picture/bitmap.h"
@@ -11,7 +11,7 @@ namespace host {
 
 namespace {
 
-struct BmEntries {
+struct BitmapEntries {
   static BaseBitmap* Alloc() {
     Bitmap* made = new (std::nothrow) Bitmap;
     return made ? made->Api() : NULL;
@@ -67,6 +67,6 @@ struct BmEntries {
 
 } // namespace
 
-HOST_BIND_BM(BmEntries)
+HOST_BIND(Bitmap, BitmapEntries)
 
 } // namespace host

@@ -1,4 +1,4 @@
-// Em: emitters whose particles are placed from outside.
+// Entries for emitters whose particles are placed from outside.
 #include "host/base/misbehaviour.h"
 #include "host/particles/emitter.h"
 #include "host/seam/os_tables.h"
@@ -23,7 +23,7 @@ EmitterNode* Prepared(BaseObject* op, const char* call) {
   return nullptr;
 }
 
-struct EmEntries {
+struct EmitterEntries {
   static constexpr bool kMainThread = true;
 
   static EmitterLibrary* Get() {
@@ -65,6 +65,6 @@ struct EmEntries {
 
 } // namespace
 
-HOST_BIND_EM(EmEntries)
+HOST_BIND(Emitter, EmitterEntries)
 
 } // namespace host

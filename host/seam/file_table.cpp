@@ -1,4 +1,4 @@
-// Fl: plain files and folder listings of the plug-in interface.
+// Entries for plain files and folder listings of the plug-in interface.
 #include "host/application.h"
 #include "host/base/live_files.h"
 #include "host/base/text.h"
@@ -9,7 +9,7 @@ namespace host {
 
 namespace {
 
-struct FlEntries {
+struct FileEntries {
   static BaseFileImpl* At(BaseFile* file) { return BaseFileImpl::From(file); }
 
   static BaseFile* Alloc() {
@@ -83,6 +83,6 @@ struct FlEntries {
 
 } // namespace
 
-HOST_BIND_FL(FlEntries)
+HOST_BIND(File, FileEntries)
 
 } // namespace host

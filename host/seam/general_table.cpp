@@ -1,4 +1,4 @@
-// Ge: memory, console, dialogs, threads, registration.
+// Entries for memory, console, dialogs, threads, registration.
 #include "host/base/misbehaviour.h"
 #include "host/base/text.h"
 #include "host/base/user_break.h"
@@ -13,7 +13,7 @@ namespace host {
 
 namespace {
 
-struct GeEntries {
+struct GeneralEntries {
   static void* Alloc(VLONG size, LONG line, const CHAR* file) noexcept {
     return memory::Allocate(size, true, line, file);
   }
@@ -35,29 +35,30 @@ struct GeEntries {
   }
   static void Print(const String& text) { Application::Get().GetConsole().Print(Utf8(text)); }
   static void StatusSetText(const String& text) {
-    if (RequireMainThread("Ge::StatusSetText")) Application::Get().GetConsole().SetStatusText(Utf8(text));
+    if (RequireMainThread("General::StatusSetText"))
+      Application::Get().GetConsole().SetStatusText(Utf8(text));
   }
   static void StatusSetBar(LONG percent) {
-    if (RequireMainThread("Ge::StatusSetBar")) Application::Get().GetConsole().SetStatusBar(percent);
+    if (RequireMainThread("General::StatusSetBar")) Application::Get().GetConsole().SetStatusBar(percent);
   }
   static void StatusClear() {
-    if (RequireMainThread("Ge::StatusClear")) Application::Get().GetConsole().ClearStatus();
+    if (RequireMainThread("General::StatusClear")) Application::Get().GetConsole().ClearStatus();
   }
   static GEMB_R OutString(const String& text, GEMB flags) {
-    if (!RequireMainThread("Ge::OutString")) return GEMB_R_UNDEFINED;
+    if (!RequireMainThread("General::OutString")) return GEMB_R_UNDEFINED;
     return Application::Get().GetDialogs().Show(Utf8(text), flags);
   }
   static Bool FileSelect(Filename* result, FILESELECTTYPE, FILESELECT flags, const String& title,
                          const String& force_suffix) {
     std::string path;
-    if (!RequireMainThread("Ge::FileSelect") ||
+    if (!RequireMainThread("General::FileSelect") ||
         !Application::Get().GetDialogs().SelectFile(flags, Utf8(title), Utf8(force_suffix), &path))
       return FALSE;
     *result = Filename(FromUtf8(path));
     return TRUE;
   }
   static void EventAdd(EVENT) {
-    RequireMainThread("Ge::EventAdd");
+    RequireMainThread("General::EventAdd");
     ++TheServices().redraws;
   }
   static BaseThread* GetCurrentThread() {
@@ -76,7 +77,7 @@ struct GeEntries {
   static LONG GetC4DVersion() { return API_VERSION; }
 
   static Bool RegisterPlugin(PLUGINTYPE type, LONG id, const String& str, const void* data, LONG datasize) {
-    if (!RequireMainThread("Ge::RegisterPlugin") ||
+    if (!RequireMainThread("General::RegisterPlugin") ||
         Application::Get().GetFaults().Strikes(Fault::Registration))
       return FALSE;
     std::string why;
@@ -91,7 +92,7 @@ struct GeEntries {
   static BaseContainer* GetPluginContainer(BasePlugin* plugin) { return &Plugin::From(plugin)->container; }
   static BaseContainer* GetWorldPluginData(LONG id) { return TheServices().worldData.Get(id); }
   static Bool SetWorldPluginData(LONG id, const BaseContainer& bc, Bool add) {
-    if (!RequireMainThread("Ge::SetWorldPluginData")) return FALSE;
+    if (!RequireMainThread("General::SetWorldPluginData")) return FALSE;
     TheServices().worldData.Set(id, bc, add != FALSE);
     return TRUE;
   }
@@ -100,6 +101,6 @@ struct GeEntries {
 
 } // namespace
 
-HOST_BIND_GE(GeEntries)
+HOST_BIND(General, GeneralEntries)
 
 } // namespace host

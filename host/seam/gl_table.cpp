@@ -1,4 +1,4 @@
-// The Gl table: program factories and vertex buffers of the views.
+// Entries for program factories and vertex buffers of the views.
 #include "c4d_os.h"
 #include "host/application.h"
 #include "host/seam/os_tables.h"
@@ -240,6 +240,6 @@ struct GlEntries {
 
 } // namespace
 
-HOST_BIND_GL(GlEntries)
+HOST_BIND(Gl, GlEntries)
 
 } // namespace host

@@ -1,4 +1,4 @@
-// Hr: hair objects and their guides.
+// Entries for hair objects and their guides.
 #include "host/base/misbehaviour.h"
 #include "host/hair/hair_object.h"
 #include "host/seam/os_tables.h"
@@ -22,7 +22,7 @@ HairNode* HairThatIs(bool locked, HairObject* op, const char* call) {
   return nullptr;
 }
 
-struct HrEntries {
+struct HairEntries {
   static constexpr bool kMainThread = true;
 
   static HairGuides* AllocGuides(LONG count, LONG segments) {
@@ -75,6 +75,6 @@ struct HrEntries {
 
 } // namespace
 
-HOST_BIND_HR(HrEntries)
+HOST_BIND(Hair, HairEntries)
 
 } // namespace host

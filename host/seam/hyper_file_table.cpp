@@ -1,4 +1,4 @@
-// Hf: the typed streams of the plug-in interface.
+// Entries for the typed streams of the plug-in interface.
 #include "host/application.h"
 #include "host/base/live_files.h"
 #include "host/base/text.h"
@@ -9,7 +9,7 @@ namespace host {
 
 namespace {
 
-struct HfEntries {
+struct HyperFileEntries {
   static HyperFileImpl* At(HyperFile* hf) { return HyperFileImpl::From(hf); }
   static const HyperFileImpl* At(const HyperFile* hf) { return HyperFileImpl::From(hf); }
 
@@ -56,6 +56,6 @@ struct HfEntries {
 
 } // namespace
 
-HOST_BIND_HF(HfEntries)
+HOST_BIND(HyperFile, HyperFileEntries)
 
 } // namespace host

@@ -1,4 +1,4 @@
-// Tp: particles and their groups.
+// Entries for particles and their groups.
 #include "host/base/misbehaviour.h"
 #include "host/particles/particle_system.h"
 #include "host/seam/os_tables.h"
@@ -59,7 +59,7 @@ bool FindPlace(ParticleGroup& other, TP_InsertMode mode, NodeList** list, Node**
   return *list && (*list)->owner->kind == NodeKind::ParticleGroup;
 }
 
-struct TpEntries {
+struct ParticleEntries {
   static constexpr bool kMainThread = true;
 
   static Bool Init() { return TheServices().libraries.particles; }
@@ -228,6 +228,6 @@ struct TpEntries {
 
 } // namespace
 
-HOST_BIND_TP(TpEntries)
+HOST_BIND(Particle, ParticleEntries)
 
 } // namespace host

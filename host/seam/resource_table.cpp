@@ -1,4 +1,4 @@
-// Lr: resources of modules.
+// Entries for resources of modules.
 #include "host/base/misbehaviour.h"
 #include "host/base/text.h"
 #include "host/parameters/node_parameters.h"
@@ -13,7 +13,7 @@ namespace {
 
 const char* const kLanguage = "us";
 
-struct LrEntries {
+struct ResourceEntries {
   static constexpr bool kMainThread = true;
 
   static LocalResource* Load(const Filename& path) {
@@ -61,6 +61,6 @@ struct LrEntries {
 
 } // namespace
 
-HOST_BIND_LR(LrEntries)
+HOST_BIND(Resource, ResourceEntries)
 
 } // namespace host

@@ -137,7 +137,7 @@ TEST_F(Nodes, DocumentsHaveHooksRenderSettingsAndInherentVideoPosts) {
 TEST_F(Nodes, CallsOnOtherThreadsAreReported) {
   BaseObject* op = Add(Onull, "op");
   std::thread([&] { op->GetMl(); }).join();
-  EXPECT_NE(Reported().find("Bo::GetMl is called on another thread"), std::string::npos) << Reported();
+  EXPECT_NE(Reported().find("Object::GetMl is called on another thread"), std::string::npos) << Reported();
 }
 
 TEST_F(Nodes, WhatIsStillAliveAtTheEndIsNamed) {
