@@ -6,6 +6,7 @@
 #include "host/geometry/geometry_file.h"
 #include "host/geometry/geometry_rules.h"
 #include "host/geometry/point_nodes.h"
+#include "host/nodes/node_types.h"
 
 namespace host {
 
@@ -119,6 +120,10 @@ void HairNode::SwapOwn(Node& other) {
   std::swap(guides, hair.guides);
   for (HairNode* node : {this, &hair})
     if (node->guides) node->guides->owner = node;
+}
+
+void RegisterHair(NodeTypes& types) {
+  types.Add({NodeKind::Object, Ohair, "Hair", 0, MakeOwn<HairNode>});
 }
 
 } // namespace host

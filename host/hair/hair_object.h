@@ -7,6 +7,7 @@
 
 namespace host {
 
+class NodeTypes;
 struct HairNode;
 
 /** What plug-ins hold as HairGuides*. Lies in the host's memory, its points too: refusals strike both. */
@@ -52,5 +53,8 @@ private:
 /** NULL for objects that are no hair. */
 HairNode* AsHair(Object* op);
 const HairNode* AsHair(const Object* op);
+
+/** Hair objects. */
+void RegisterHair(NodeTypes& types);
 
 } // namespace host

@@ -7,6 +7,8 @@
 
 namespace host {
 
+class NodeTypes;
+
 struct EmitterParticle {
   Vector position, color;
 };
@@ -37,5 +39,8 @@ struct EmitterNode : Object {
 /** NULL for objects that are no such emitters. */
 EmitterNode* AsEmitter(Object* op);
 const EmitterNode* AsEmitter(const Object* op);
+
+/** Particle emitters. */
+void RegisterEmitter(NodeTypes& types);
 
 } // namespace host

@@ -2,10 +2,10 @@
 #include "host/base/misbehaviour.h"
 #include "host/geometry/variable_tag.h"
 #include "host/nodes/node_types.h"
+#include "host/nodes/services.h"
 #include "host/parameters/node_parameters.h"
 #include "host/particles/particle_system.h"
 #include "host/seam/os_tables.h"
-#include "host/seam/services.h"
 
 namespace host {
 

@@ -1,6 +1,6 @@
 // Entries for bitmaps.
-#include "host/application.h"
 #include "host/base/text.h"
+#include "host/nodes/services.h"
 #include "host/picture/bitmap.h"
 #include "host/seam/os_tables.h"
 
@@ -35,7 +35,7 @@ struct BitmapEntries {
     return Bitmap::From(bmp)->Load(Utf8(name));
   }
   static IMAGERESULT Save(const BaseBitmap* bmp, const Filename& name, LONG format, SAVEBIT savebits) {
-    Faults& faults = Application::Get().GetFaults();
+    Faults& faults = TheServices().faults;
     return Bitmap::From(bmp)->Save(Utf8(name), format, savebits,
                                    [&faults] { return faults.Strikes(Fault::FileWrite); });
   }

@@ -1,9 +1,9 @@
 // Entries for documents, undo and render settings.
 #include "host/base/misbehaviour.h"
 #include "host/base/text.h"
+#include "host/nodes/services.h"
 #include "host/particles/particle_system.h"
 #include "host/seam/os_tables.h"
-#include "host/seam/services.h"
 #include "host/undo/undo.h"
 
 #include <filesystem>

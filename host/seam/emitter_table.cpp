@@ -1,8 +1,8 @@
 // Entries for emitters whose particles are placed from outside.
 #include "host/base/misbehaviour.h"
+#include "host/nodes/services.h"
 #include "host/particles/emitter.h"
 #include "host/seam/os_tables.h"
-#include "host/seam/services.h"
 
 namespace host {
 

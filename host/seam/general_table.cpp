@@ -3,8 +3,8 @@
 #include "host/base/text.h"
 #include "host/base/user_break.h"
 #include "host/memory/memory.h"
+#include "host/nodes/services.h"
 #include "host/seam/os_tables.h"
-#include "host/seam/services.h"
 
 #include <algorithm>
 #include <chrono>
@@ -27,39 +27,37 @@ struct GeneralEntries {
 
   static void Assert(const CHAR* what, LONG line, const CHAR* file) {
     if (FindServices())
-      Application::Get().GetConsole().Print("assertion: " + std::string(what) + " (" + file + ":" +
-                                            std::to_string(line) + ")");
+      TheServices().console.Print("assertion: " + std::string(what) + " (" + file + ":" +
+                                  std::to_string(line) + ")");
   }
   static void ReportException(const CHAR* where, const CHAR* what) {
     ReportModule(std::string("an exception in ") + where + ": " + what);
   }
-  static void Print(const String& text) { Application::Get().GetConsole().Print(Utf8(text)); }
+  static void Print(const String& text) { TheServices().console.Print(Utf8(text)); }
   static void StatusSetText(const String& text) {
-    if (RequireMainThread("General::StatusSetText"))
-      Application::Get().GetConsole().SetStatusText(Utf8(text));
+    if (RequireMainThread("General::StatusSetText")) TheServices().console.SetStatusText(Utf8(text));
   }
   static void StatusSetBar(LONG percent) {
-    if (RequireMainThread("General::StatusSetBar")) Application::Get().GetConsole().SetStatusBar(percent);
+    if (RequireMainThread("General::StatusSetBar")) TheServices().console.SetStatusBar(percent);
   }
   static void StatusClear() {
-    if (RequireMainThread("General::StatusClear")) Application::Get().GetConsole().ClearStatus();
+    if (RequireMainThread("General::StatusClear")) TheServices().console.ClearStatus();
   }
   static GEMB_R OutString(const String& text, GEMB flags) {
     if (!RequireMainThread("General::OutString")) return GEMB_R_UNDEFINED;
-    return Application::Get().GetDialogs().Show(Utf8(text), flags);
+    return TheServices().dialogs.Show(Utf8(text), flags);
   }
   static Bool FileSelect(Filename* result, FILESELECTTYPE, FILESELECT flags, const String& title,
                          const String& force_suffix) {
     std::string path;
     if (!RequireMainThread("General::FileSelect") ||
-        !Application::Get().GetDialogs().SelectFile(flags, Utf8(title), Utf8(force_suffix), &path))
+        !TheServices().dialogs.SelectFile(flags, Utf8(title), Utf8(force_suffix), &path))
       return FALSE;
     *result = Filename(FromUtf8(path));
     return TRUE;
   }
   static void EventAdd(EVENT) {
-    RequireMainThread("General::EventAdd");
-    ++TheServices().redraws;
+    RequireMainThread("General::EventAdd"); // drivers draw when they want a picture
   }
   static BaseThread* GetCurrentThread() {
     Work* work = Work::Current();
@@ -77,8 +75,7 @@ struct GeneralEntries {
   static LONG GetC4DVersion() { return API_VERSION; }
 
   static Bool RegisterPlugin(PLUGINTYPE type, LONG id, const String& str, const void* data, LONG datasize) {
-    if (!RequireMainThread("General::RegisterPlugin") ||
-        Application::Get().GetFaults().Strikes(Fault::Registration))
+    if (!RequireMainThread("General::RegisterPlugin") || TheServices().faults.Strikes(Fault::Registration))
       return FALSE;
     std::string why;
     if (TheServices().plugins.Register(type, id, str, data, datasize, &why)) return TRUE;

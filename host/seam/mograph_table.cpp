@@ -1,6 +1,6 @@
 // Entries for clone data.
+#include "host/geometry/clone_tag.h"
 #include "host/seam/os_tables.h"
-#include "host/view/clone_data.h"
 
 namespace host {
 

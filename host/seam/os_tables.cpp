@@ -1,7 +1,7 @@
 #include "host/seam/os_tables.h"
 
 #include "host/base/misbehaviour.h"
-#include "host/seam/services.h"
+#include "host/nodes/services.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -110,6 +110,6 @@ struct GuardedEntry<R (*)(A...), Own, function, Name, E> {
 #define HOST_TABLE_FILE "tables/emitter.inc"
 #include "host/seam/bind_table.inc"
 
-#define HOST_BIND(Table, Entries) constexpr C4D_##Table k##Table##Table = bind##Table::Make<Entries>();
+#define HOST_BIND(Name, Entries) constexpr C4D_##Name k##Name##Table = bind##Name::Make<Entries>();
 
 } // namespace host

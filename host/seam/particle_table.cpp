@@ -1,8 +1,8 @@
 // Entries for particles and their groups.
 #include "host/base/misbehaviour.h"
+#include "host/nodes/services.h"
 #include "host/particles/particle_system.h"
 #include "host/seam/os_tables.h"
-#include "host/seam/services.h"
 
 namespace host {
 

@@ -1,6 +1,5 @@
 // Entries for the view while it draws.
 #include "c4d_os.h"
-#include "host/application.h"
 #include "host/seam/os_tables.h"
 #include "host/view/view_state.h"
 

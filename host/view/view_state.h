@@ -5,6 +5,7 @@
 #include "host/gl/framebuffer.h"
 #include "host/gl/program_factory.h"
 #include "host/gl/vertex_buffer.h"
+#include "host/nodes/node_watcher.h"
 #include "host/view/camera_math.h"
 
 #include <list>
@@ -44,10 +45,10 @@ struct ViewBuffer {
 };
 
 /** The plug-in holds a view as BaseDraw*. Thread of the view. */
-class ViewState {
+class ViewState : private NodeWatcher {
 public:
   ViewState(std::shared_ptr<gl::Context> context, std::unique_ptr<gl::Framebuffer> target);
-  ~ViewState();
+  ~ViewState() override;
 
   /** The view that draws now, NULL outside Draw. */
   static ViewState* Drawing();
@@ -68,6 +69,8 @@ public:
   LONG drawPortType = DRAWPORT_TYPE_OGL_HQ;
   std::list<std::unique_ptr<ViewFactory>> factories;
   std::list<std::unique_ptr<ViewBuffer>> buffers;
+
+  void NodeDies(Node& node) override;
 
   /** Marks the view as the drawing one for a block. */
   class DrawScope {
