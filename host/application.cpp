@@ -112,21 +112,23 @@ void Application::ReportSurvivors() const {
   const LiveCounts live = Live();
   const struct {
     LLONG count;
-    const char* what;
-  } kinds[] = {{live.nodes, "nodes that lie in no document"},
-               {live.bitmaps, "bitmaps"},
-               {live.files, "files"},
-               {live.factories, "program factories"},
-               {live.vertexBuffers, "vertex buffers"}};
+    const char *one, *more;
+  } kinds[] = {{live.nodes, "node outside of documents is", "nodes outside of documents are"},
+               {live.bitmaps, "bitmap is", "bitmaps are"},
+               {live.files, "file is", "files are"},
+               {live.factories, "program factory is", "program factories are"},
+               {live.vertexBuffers, "vertex buffer is", "vertex buffers are"}};
   for (const auto& kind : kinds)
     if (kind.count > 0)
-      ReportModule(std::to_string(kind.count) + " " + kind.what + " are still alive at the end");
+      ReportModule(std::to_string(kind.count) + " " + (kind.count == 1 ? kind.one : kind.more) +
+                   " still alive at the end");
   for (const auto& place : BlocksByPlace()) {
     const auto old = impl_->blocksBefore.find(place.first);
     const LLONG more = place.second - (old == impl_->blocksBefore.end() ? 0 : old->second);
     if (more > 0)
-      ReportModule(std::to_string(more) + " blocks of host memory asked for at " + place.first +
-                   " were never freed");
+      ReportModule(std::to_string(more) + (more == 1 ? " block" : " blocks") +
+                   " of host memory asked for at " + place.first + (more == 1 ? " was" : " were") +
+                   " never freed");
   }
 }
 
@@ -216,7 +218,7 @@ bool Application::SetParameterFromText(BaseList2D* api, LONG id, const std::stri
   const resource::Description* description = FindDescription(node);
   const resource::Parameter* parameter = description ? description->FindParameter(id) : nullptr;
   if (!parameter) {
-    *error = "found parameter " + std::to_string(id) + ", expected one of " + Utf8(TypeName(node));
+    *error = Utf8(TypeName(node)) + " has no parameter with number " + std::to_string(id);
     return false;
   }
   GeData data;

@@ -18,7 +18,7 @@ namespace host {
  */
 class Viewport {
 public:
-  /** NULL with one line when there is no usable OpenGL or the size is refused. */
+  /** NULL with one line when OpenGL cannot be used or the size is refused. */
   static std::unique_ptr<Viewport> Create(BaseDocument* doc, int width, int height, std::string* error);
   virtual ~Viewport() {}
 

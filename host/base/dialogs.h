@@ -11,7 +11,7 @@
 
 namespace host {
 
-/** What a module asked and what it was told. */
+/** What a module asked and the answer that it got. */
 struct DialogRecord {
   bool file = false; ///< file dialog, else a message
   int kind = 0;      ///< FILESELECT or GEMB value

@@ -11,7 +11,7 @@ class Faults;
 
 /** Ctrl-C asks running work to stop; a second one ends the program. For command lines only. */
 void InstallInterruptHandler();
-/** As if Ctrl-C had been pressed; stays until cleared. Any thread. */
+/** As if the user had pressed Ctrl-C; stays until cleared. Any thread. */
 void RequestInterrupt();
 void ClearInterrupt();
 bool Interrupted();

@@ -50,7 +50,7 @@ private:
   bool lockedByModule_ = false;
 };
 
-/** NULL for objects that are no hair. */
+/** NULL for other objects than hair objects. */
 HairNode* AsHair(Object* op);
 const HairNode* AsHair(const Object* op);
 

@@ -36,7 +36,7 @@ struct EmitterNode : Object {
   void SwapOwn(Node& other) override;
 };
 
-/** NULL for objects that are no such emitters. */
+/** NULL for other objects than emitters. */
 EmitterNode* AsEmitter(Object* op);
 const EmitterNode* AsEmitter(const Object* op);
 

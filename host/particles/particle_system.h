@@ -74,7 +74,7 @@ struct ParticleSystem : SceneHook {
 
 /** The document's, made when it has none. */
 ParticleSystem* SystemOf(Document& doc);
-/** NULL when nobody asked the document for one yet. */
+/** NULL when nobody has asked the document for one yet. */
 ParticleSystem* FindSystem(Document& doc);
 
 /** From then on plug-ins cannot make more than n particles in that document; -1 for no limit. */

@@ -23,7 +23,7 @@ struct BitmapEntries {
   }
   static void Free(BaseBitmap* bmp) { delete Bitmap::From(bmp); }
 
-  /** Fewer than 24 bits are not offered, and what 64 bits a pixel hold is not settled. */
+  /** Neither fewer than 24 bits nor 64 bits a pixel, which could hold several layouts. */
   static IMAGERESULT Init(BaseBitmap* bmp, LONG x, LONG y, LONG depth) {
     const COLORMODE mode = depth == 24   ? COLORMODE_RGB
                            : depth == 32 ? COLORMODE_ARGB

@@ -8,10 +8,10 @@ namespace host {
 
 namespace {
 
-/** NULL and a report for what is no emitter. */
+/** NULL and a report for other objects than emitters. */
 EmitterNode* Emitter(BaseObject* op) {
   EmitterNode* emitter = AsEmitter(Impl(op));
-  if (!emitter) ReportCaller("the emitter library is called with an object that is no emitter");
+  if (!emitter) ReportCaller("the emitter library is called with an object that is not an emitter");
   return emitter;
 }
 

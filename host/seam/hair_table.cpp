@@ -7,10 +7,10 @@ namespace host {
 
 namespace {
 
-/** NULL and a report for what is no hair object. */
+/** NULL and a report for other objects than hair objects. */
 HairNode* Hair(HairObject* op) {
   HairNode* hair = AsHair(Impl((BaseObject*)op));
-  if (!hair) ReportCaller("the hair library is called with an object that is no hair object");
+  if (!hair) ReportCaller("the hair library is called with an object that is not a hair object");
   return hair;
 }
 

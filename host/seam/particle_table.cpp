@@ -12,10 +12,10 @@ ParticleSystem& System(TP_MasterSystem* system) {
   return static_cast<ParticleSystem&>(*Impl((C4DAtom*)system));
 }
 
-/** NULL and a report for what is no particle group; NULL stays NULL. */
+/** NULL and a report for other nodes than particle groups; NULL stays NULL. */
 ParticleGroup* GroupOf(TP_PGroup* group) {
   ParticleGroup* impl = dynamic_cast<ParticleGroup*>(Impl((C4DAtom*)group));
-  if (group && !impl) ReportCaller("the particle library is called with a node that is no particle group");
+  if (group && !impl) ReportCaller("the particle library is called with a node that is not a particle group");
   return impl;
 }
 

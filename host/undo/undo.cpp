@@ -75,7 +75,7 @@ public:
 
   void Exchange(bool) override {
     Node* node = FindNode(target_);
-    if (!node) return; // freed for good in the meantime
+    if (!node) return; // freed in the meantime
     SwapContent(*node, *kept_);
     if (!branches_) return;
     // Both nodes are of one type: their lists come in the same order.
@@ -248,7 +248,7 @@ bool UndoHistory::Add(UNDOTYPE type, Node* node, std::string* why) {
     current_.push_back(std::move(change));
     return true;
   } else {
-    why->clear(); // out of memory is no breach
+    why->clear(); // running out of memory breaks no rule
   }
   return false;
 }

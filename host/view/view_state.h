@@ -54,7 +54,7 @@ public:
   static ViewState* Drawing();
   static ViewState* Of(const BaseDraw* bd) { return (ViewState*)const_cast<BaseDraw*>(bd); }
   BaseDraw* Api() { return (BaseDraw*)this; }
-  /** False for pointers that are no living view. */
+  /** False for pointers to anything but a living view. */
   static bool IsAlive(const ViewState* view);
 
   /** Drops what a node has in every view. */

@@ -3,7 +3,6 @@
 #include "host/geometry/point_nodes.h"
 #include "host/geometry/variable_tag.h"
 #include "host/hair/hair_object.h"
-#include "host/nodes/visible_objects.h"
 #include "host/particles/emitter.h"
 #include "host/particles/particle_system.h"
 
