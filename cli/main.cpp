@@ -5,7 +5,7 @@
 #include "cli/commands/service_commands.h"
 #include "cli/session/cloud_session.h"
 #include "cli/system/program_arguments.h"
-#include "host/scene/scene_kind.h"
+#include "host/application.h"
 
 #include <CLI/CLI.hpp>
 #include <cmath>

@@ -2,30 +2,27 @@
 
 #include "host/base/live_files.h"
 #include "host/base/misbehaviour.h"
-#include "host/base/text.h"
-#include "host/base/user_break.h"
+#include "host/geometry/geometry_types.h"
+#include "host/hair/hair_object.h"
 #include "host/memory/memory.h"
+#include "host/nodes/services.h"
 #include "host/parameters/node_parameters.h"
 #include "host/parameters/parameter_text.h"
+#include "host/particles/emitter.h"
+#include "host/particles/particle_system.h"
 #include "host/scene/scene_file.h"
 #include "host/seam/module.h"
-#include "host/seam/services.h"
 #include "host/undo/undo.h"
 #include "host/view/view_state.h"
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <map>
-#include <mutex>
 
 namespace host {
 
 namespace {
-
-std::atomic<Application*> application{nullptr};
-std::atomic<Services*> services{nullptr};
 
 std::map<std::string, LLONG> BlocksByPlace() {
   std::map<std::string, LLONG> blocks;
@@ -38,15 +35,11 @@ std::map<std::string, LLONG> BlocksByPlace() {
 
 struct Application::Impl {
   Services services;
-  Console console;
-  Dialogs dialogs;
-  Faults faults;
   std::vector<Document*> documents;
   std::map<LONG, Node*> pages; ///< of the preferences dialog
   std::vector<std::unique_ptr<Module>> modules;
   mutable std::vector<PluginInfo> plugins;
-  std::mutex misbehaviourMutex;
-  std::vector<std::string> misbehaviour;
+  host::Misbehaviour misbehaviour;
   std::map<std::string, LLONG> blocksBefore = BlocksByPlace();
   LiveCounts before; ///< what an earlier application of this process left
   bool closed = false;
@@ -59,53 +52,25 @@ struct Application::Impl {
   void FreeOwnPlugins();
 };
 
-Services& TheServices() {
-  if (Services* living = services) return *living;
-  std::fputs("host: the application's interface is used while no application runs\n", stderr);
-  std::abort();
-}
-
-Services* FindServices() {
-  return services;
-}
-
-void ReportHost(const std::string& text) {
-  if (Application* living = application)
-    living->ReportMisbehaviour("host misbehaves: " + text);
-  else
-    std::fprintf(stderr, "host misbehaves: %s\n", text.c_str());
-}
-
-void ReportModule(const std::string& text) {
-  if (Application* living = application)
-    living->ReportMisbehaviour("module misbehaves: " + text);
-  else
-    std::fprintf(stderr, "module misbehaves: %s\n", text.c_str());
-}
-
-Application& Application::Get() {
-  if (Application* living = application) return *living;
-  TheServices();
-  std::abort();
-}
-
 Application::Application(const std::string& prefsFolder) : impl_(new Impl) {
-  if (application) {
-    std::fputs("host: a second application is started while one runs\n", stderr);
-    std::abort();
-  }
-  impl_->services.mainThread = std::this_thread::get_id();
+  Services& services = impl_->services;
+  RegisterPlainTypes(services.nodeTypes);
+  RegisterDocuments(services.nodeTypes);
+  RegisterGeometry(services.nodeTypes);
+  RegisterHair(services.nodeTypes);
+  RegisterParticles(services.nodeTypes);
+  RegisterEmitter(services.nodeTypes);
   impl_->before.nodes = LiveNodes();
   impl_->before.bitmaps = Bitmap::Live();
   impl_->before.files = liveFiles;
   impl_->before.blocks = memory::LiveBlocks();
   impl_->before.bytes = memory::LiveBytes();
-  application = this;
-  services = &impl_->services;
-  memory::SetFaults(&impl_->faults);
+  SetMisbehaviour(&impl_->misbehaviour);
+  memory::SetFaults(&services.faults);
+  Work::SetFaults(&services.faults);
   std::string error;
-  impl_->services.worldData.Open(prefsFolder, &error);
-  if (!error.empty()) impl_->console.Print(error);
+  services.worldData.Open(prefsFolder, &error);
+  if (!error.empty()) services.console.Print(error);
 }
 
 Application::~Application() {
@@ -113,24 +78,24 @@ Application::~Application() {
   const std::vector<std::string> lines = Close();
   if (!reported)
     for (const std::string& line : lines) std::fprintf(stderr, "%s\n", line.c_str());
-  services = nullptr;
-  application = nullptr;
+  SetMisbehaviour(nullptr);
 }
 
 std::vector<std::string> Application::Close() {
   if (impl_->closed) return {};
   impl_->closed = true;
-  const std::size_t before = impl_->misbehaviour.size();
-  impl_->faults.Clear();
+  const std::size_t before = Misbehaviour().size();
+  impl_->services.faults.Clear();
   while (!impl_->documents.empty()) CloseDocument(Api(impl_->documents.back()));
   UnloadModules();
   std::string error;
-  if (!impl_->services.worldData.Save(&error)) impl_->console.Print(error);
+  if (!impl_->services.worldData.Save(&error)) impl_->services.console.Print(error);
   impl_->services.worldData.Clear();
   impl_->FreeOwnPlugins();
   ReportSurvivors();
   memory::SetFaults(nullptr);
-  return {impl_->misbehaviour.begin() + (std::ptrdiff_t)before, impl_->misbehaviour.end()};
+  Work::SetFaults(nullptr);
+  return {Misbehaviour().begin() + (std::ptrdiff_t)before, Misbehaviour().end()};
 }
 
 /** Only plug-ins of this program itself are left then. */
@@ -147,21 +112,23 @@ void Application::ReportSurvivors() const {
   const LiveCounts live = Live();
   const struct {
     LLONG count;
-    const char* what;
-  } kinds[] = {{live.nodes, "nodes that lie in no document"},
-               {live.bitmaps, "bitmaps"},
-               {live.files, "files"},
-               {live.factories, "program factories"},
-               {live.vertexBuffers, "vertex buffers"}};
+    const char *one, *more;
+  } kinds[] = {{live.nodes, "node outside of documents is", "nodes outside of documents are"},
+               {live.bitmaps, "bitmap is", "bitmaps are"},
+               {live.files, "file is", "files are"},
+               {live.factories, "program factory is", "program factories are"},
+               {live.vertexBuffers, "vertex buffer is", "vertex buffers are"}};
   for (const auto& kind : kinds)
     if (kind.count > 0)
-      ReportModule(std::to_string(kind.count) + " " + kind.what + " are still alive at the end");
+      ReportModule(std::to_string(kind.count) + " " + (kind.count == 1 ? kind.one : kind.more) +
+                   " still alive at the end");
   for (const auto& place : BlocksByPlace()) {
     const auto old = impl_->blocksBefore.find(place.first);
     const LLONG more = place.second - (old == impl_->blocksBefore.end() ? 0 : old->second);
     if (more > 0)
-      ReportModule(std::to_string(more) + " blocks of host memory asked for at " + place.first +
-                   " were never freed");
+      ReportModule(std::to_string(more) + (more == 1 ? " block" : " blocks") +
+                   " of host memory asked for at " + place.first + (more == 1 ? " was" : " were") +
+                   " never freed");
   }
 }
 
@@ -226,7 +193,7 @@ void Application::CloseDocument(BaseDocument* doc) {
 
 bool Application::SaveScene(BaseDocument* doc, const std::string& path, std::string* error) {
   const Work work;
-  if (!WriteScene(doc, path, &impl_->faults, error)) return false;
+  if (!WriteScene(doc, path, &impl_->services.faults, error)) return false;
   host::Impl(doc)->path = std::filesystem::absolute(std::filesystem::u8path(path)).u8string();
   return true;
 }
@@ -251,7 +218,7 @@ bool Application::SetParameterFromText(BaseList2D* api, LONG id, const std::stri
   const resource::Description* description = FindDescription(node);
   const resource::Parameter* parameter = description ? description->FindParameter(id) : nullptr;
   if (!parameter) {
-    *error = "found parameter " + std::to_string(id) + ", expected one of " + Utf8(TypeName(node));
+    *error = Utf8(TypeName(node)) + " has no parameter with number " + std::to_string(id);
     return false;
   }
   GeData data;
@@ -314,26 +281,17 @@ LiveCounts Application::Live() const {
 }
 
 const std::vector<std::string>& Application::Misbehaviour() const {
-  return impl_->misbehaviour;
-}
-
-void Application::ReportMisbehaviour(const std::string& text) {
-  const std::lock_guard<std::mutex> lock(impl_->misbehaviourMutex);
-  impl_->misbehaviour.push_back(text);
-}
-
-long long Application::RedrawsAskedFor() const {
-  return impl_->services.redraws;
+  return impl_->misbehaviour.Lines();
 }
 
 Console& Application::GetConsole() {
-  return impl_->console;
+  return impl_->services.console;
 }
 Dialogs& Application::GetDialogs() {
-  return impl_->dialogs;
+  return impl_->services.dialogs;
 }
 Faults& Application::GetFaults() {
-  return impl_->faults;
+  return impl_->services.faults;
 }
 Libraries& Application::GetLibraries() {
   return impl_->services.libraries;

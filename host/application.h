@@ -1,13 +1,20 @@
 // The stand-in application as a library: what a driver (command line, tests) uses beside the plug-in
 // interface itself. A driver works with documents, objects, parameters and messages through "c4d.h", whose
-// tables are this application's own in this process, and with the services below.
+// tables are this application's own in this process, and with the services below. Pictures come from
+// host/viewport.h and host/render.h. The headers that this one includes are part of it.
 #pragma once
 
 #include "c4d.h"
 #include "host/base/console.h"
 #include "host/base/faults.h"
 #include "host/base/libraries.h"
+#include "host/base/text.h"
+#include "host/base/user_break.h"
 #include "host/dialogs.h"
+#include "host/nodes/object_calls.h"
+#include "host/scene/scene_kind.h"
+#include "host/scene/stream_visitor.h"
+#include "host/undo/make_editable.h"
 
 #include <memory>
 #include <string>
@@ -45,7 +52,6 @@ public:
   ~Application();
   Application(const Application&) = delete;
   Application& operator=(const Application&) = delete;
-  static Application& Get();
   /**
    * What the destructor does first: closes documents, ends modules, saves preferences. Returns what was found
    * alive or broken meanwhile; the destructor writes these lines to standard error when nobody asked here.
@@ -94,13 +100,9 @@ public:
   /** Writes the preferences now, which Close does anyway. False with one line naming file and reason. */
   bool SavePreferences(std::string* error);
 
-  /** How often a redraw was asked for. */
-  long long RedrawsAskedFor() const;
-
   LiveCounts Live() const;
   /** "module misbehaves: ..." and "host misbehaves: ..." lines so far. */
   const std::vector<std::string>& Misbehaviour() const;
-  void ReportMisbehaviour(const std::string& text);
 
   Console& GetConsole();
   Dialogs& GetDialogs();

@@ -2,7 +2,9 @@
 #pragma once
 
 #include "c4d.h"
+#include "host/geometry/clone_tag.h"
 #include "host/picture/image.h"
+#include "host/view/view_camera.h"
 
 #include <memory>
 #include <string>
@@ -10,19 +12,13 @@
 
 namespace host {
 
-/** Camera in world space: left-handed, y up, angles in degrees (vertical field of view). */
-struct ViewCamera {
-  Vector position, target;
-  double fieldOfView = 45.0;
-};
-
 /**
  * Owns an off-screen target. Draw brings generators up to date, calls the objects' Draw in the object pass
  * and draws the host's own geometry; the picture has row 0 on top. Main thread.
  */
 class Viewport {
 public:
-  /** NULL with one line when there is no usable OpenGL or the size is refused. */
+  /** NULL with one line when OpenGL cannot be used or the size is refused. */
   static std::unique_ptr<Viewport> Create(BaseDocument* doc, int width, int height, std::string* error);
   virtual ~Viewport() {}
 
@@ -32,26 +28,21 @@ public:
    * up. */
   virtual void Frame(const Vector& boxMin, const Vector& boxMax) = 0;
   virtual void SetBackground(double r, double g, double b) = 0;
-  /** BASEDRAW_DRAWPORTTYPE as the objects see it; enhanced OpenGL unless told otherwise. */
+  /** BASEDRAW_DRAWPORTTYPE as the objects see it; enhanced OpenGL unless set otherwise. */
   virtual void SetDrawPortType(LONG type) = 0;
   /** False with one line when GL reported errors; the picture then holds what was drawn. */
   virtual bool Draw(std::string* error) = 0;
   /** Vertices that the last Draw handed to GL, hidden ones included. */
   virtual long long VerticesDrawn() const = 0;
   virtual gl::Image Read() = 0;
-  /** Renderer name and GL errors so far. */
-  virtual std::string RendererName() const = 0;
+  /** GL errors so far. */
   virtual const std::vector<std::string>& GlErrors() const = 0;
 };
 
-/** Gives an object a clone tag with these matrices (in its local space) and flags; an empty flag list gives
- * no flag array. */
-bool SetClones(BaseObject* carrier, const std::vector<Matrix>& matrices, const std::vector<LONG>& flags);
-
-/** Where an object is drawn: its global matrix, or one for each clone of the tag on it or on its parent. */
-std::vector<Matrix> ObjectInstances(BaseObject* op);
-
 /** Box of an object and its children in world space from GetDimension; false when it is empty. */
 bool WorldBox(BaseObject* op, Vector* boxMin, Vector* boxMax);
+
+/** World-space box of all visible elements of a document, caches included; false when there are none. */
+bool GeometryBox(BaseDocument* doc, Vector* boxMin, Vector* boxMax);
 
 } // namespace host

@@ -31,9 +31,9 @@ auto Fence(const char* where, Work work) noexcept -> decltype(work()) {
   try {
     return work();
   } catch (const std::exception& e) {
-    C4DOS.Ge->ReportException(where, e.what());
+    C4DOS.general->ReportException(where, e.what());
   } catch (...) {
-    C4DOS.Ge->ReportException(where, "unknown exception");
+    C4DOS.general->ReportException(where, "unknown exception");
   }
   return Failure<decltype(work())>();
 }

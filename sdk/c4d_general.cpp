@@ -3,55 +3,55 @@
 #include <cmath>
 
 void GePrint(const String& text) {
-  C4DOS.Ge->Print(text);
+  C4DOS.general->Print(text);
 }
 void StatusSetText(const String& text) {
-  C4DOS.Ge->StatusSetText(text);
+  C4DOS.general->StatusSetText(text);
 }
 void StatusSetBar(LONG percent) {
-  C4DOS.Ge->StatusSetBar(percent);
+  C4DOS.general->StatusSetBar(percent);
 }
 void StatusClear() {
-  C4DOS.Ge->StatusClear();
+  C4DOS.general->StatusClear();
 }
 GEMB_R GeOutString(const String& text, GEMB flags) {
-  return C4DOS.Ge->OutString(text, flags);
+  return C4DOS.general->OutString(text, flags);
 }
 void MessageDialog(const String& text) {
-  C4DOS.Ge->OutString(text, GEMB_OK);
+  C4DOS.general->OutString(text, GEMB_OK);
 }
 Bool QuestionDialog(const String& text) {
-  return C4DOS.Ge->OutString(text, GEMB_YESNO | GEMB_ICONQUESTION) == GEMB_R_YES;
+  return C4DOS.general->OutString(text, GEMB_YESNO | GEMB_ICONQUESTION) == GEMB_R_YES;
 }
 void EventAdd(EVENT flags) {
-  C4DOS.Ge->EventAdd(flags);
+  C4DOS.general->EventAdd(flags);
 }
 BaseThread* GeGetCurrentThread() {
-  return C4DOS.Ge->GetCurrentThread();
+  return C4DOS.general->GetCurrentThread();
 }
 Bool GeIsMainThread() {
-  return C4DOS.Ge->IsMainThread();
+  return C4DOS.general->IsMainThread();
 }
 LONG GeGetCPUCount() {
-  return C4DOS.Ge->GetCPUCount();
+  return C4DOS.general->GetCPUCount();
 }
 LONG GeGetTimer() {
-  return (LONG)std::fmod(C4DOS.Ge->GetMilliSeconds(), 2147483647.0);
+  return (LONG)std::fmod(C4DOS.general->GetMilliSeconds(), 2147483647.0);
 }
 LReal GeGetMilliSeconds() {
-  return C4DOS.Ge->GetMilliSeconds();
+  return C4DOS.general->GetMilliSeconds();
 }
 LONG GetC4DVersion() {
-  return C4DOS.Ge->GetC4DVersion();
+  return C4DOS.general->GetC4DVersion();
 }
 BaseContainer* GetWorldPluginData(LONG id) {
-  return C4DOS.Ge->GetWorldPluginData(id);
+  return C4DOS.general->GetWorldPluginData(id);
 }
 Bool SetWorldPluginData(LONG id, const BaseContainer& bc, Bool add) {
-  return C4DOS.Ge->SetWorldPluginData(id, bc, add);
+  return C4DOS.general->SetWorldPluginData(id, bc, add);
 }
 BaseContainer* GetWorldContainerInstance() {
-  return C4DOS.Ge->GetWorldContainerInstance();
+  return C4DOS.general->GetWorldContainerInstance();
 }
 
 namespace {
@@ -89,17 +89,17 @@ Bool GeResource::Init() {
 Bool GeResource::Init(const Filename& path) {
   if (initialised_) return resource_ != NULL;
   initialised_ = TRUE;
-  resource_ = C4DOS.Lr->Load(path);
+  resource_ = C4DOS.resource->Load(path);
   return resource_ != NULL;
 }
 
 const String& GeResource::LoadString(LONG id) {
   static const String none;
-  return resource_ ? *C4DOS.Lr->LoadString(resource_, id) : none;
+  return resource_ ? *C4DOS.resource->LoadString(resource_, id) : none;
 }
 
 void GeResource::Free() {
-  if (resource_) C4DOS.Lr->Free(resource_);
+  if (resource_) C4DOS.resource->Free(resource_);
   resource_ = NULL;
   initialised_ = FALSE;
 }

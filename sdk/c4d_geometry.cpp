@@ -4,7 +4,7 @@ namespace {
 
 template <class T>
 void FreeNode(T*& node) {
-  if (node) C4DOS.At->Free(node);
+  if (node) C4DOS.atom->Free(node);
   node = NULL;
 }
 
@@ -17,22 +17,22 @@ T* Unlocked(const T* node) {
 } // namespace
 
 VariableTag* VariableTag::Alloc(LONG type, LONG count) {
-  return C4DOS.Po->AllocVariableTag(type, count);
+  return C4DOS.point->AllocVariableTag(type, count);
 }
 void VariableTag::Free(VariableTag*& tag) {
   FreeNode(tag);
 }
 LONG VariableTag::GetDataCount() const {
-  return C4DOS.Po->GetDataCount(this);
+  return C4DOS.point->GetDataCount(this);
 }
 LONG VariableTag::GetDataSize() const {
-  return C4DOS.Po->GetDataSize(this);
+  return C4DOS.point->GetDataSize(this);
 }
 const void* VariableTag::GetLowlevelDataAddressR() const {
-  return C4DOS.Po->GetDataAddress(Unlocked(this));
+  return C4DOS.point->GetDataAddress(Unlocked(this));
 }
 void* VariableTag::GetLowlevelDataAddressW() {
-  return C4DOS.Po->GetDataAddress(this);
+  return C4DOS.point->GetDataAddress(this);
 }
 
 VertexMapTag* VertexMapTag::Alloc(LONG count) {
@@ -43,39 +43,39 @@ void VertexMapTag::Free(VertexMapTag*& tag) {
 }
 
 LONG PointObject::GetPointCount() const {
-  return C4DOS.Po->GetPointCount(this);
+  return C4DOS.point->GetPointCount(this);
 }
 const Vector* PointObject::GetPointR() const {
-  return C4DOS.Po->GetPoints(Unlocked(this));
+  return C4DOS.point->GetPoints(Unlocked(this));
 }
 Vector* PointObject::GetPointW() {
-  return C4DOS.Po->GetPoints(this);
+  return C4DOS.point->GetPoints(this);
 }
 Bool PointObject::ResizeObject(LONG pcnt) {
-  return C4DOS.Po->Resize(this, pcnt, NOTOK);
+  return C4DOS.point->Resize(this, pcnt, NOTOK);
 }
 
 PolygonObject* PolygonObject::Alloc(LONG pcnt, LONG vcnt) {
-  return C4DOS.Po->AllocPolygon(pcnt, vcnt);
+  return C4DOS.point->AllocPolygon(pcnt, vcnt);
 }
 void PolygonObject::Free(PolygonObject*& op) {
   FreeNode(op);
 }
 LONG PolygonObject::GetPolygonCount() const {
-  return C4DOS.Po->GetPolygonCount(this);
+  return C4DOS.point->GetPolygonCount(this);
 }
 const CPolygon* PolygonObject::GetPolygonR() const {
-  return C4DOS.Po->GetPolygons(Unlocked(this));
+  return C4DOS.point->GetPolygons(Unlocked(this));
 }
 CPolygon* PolygonObject::GetPolygonW() {
-  return C4DOS.Po->GetPolygons(this);
+  return C4DOS.point->GetPolygons(this);
 }
 Bool PolygonObject::ResizeObject(LONG pcnt, LONG vcnt) {
-  return vcnt >= 0 && C4DOS.Po->Resize(this, pcnt, vcnt);
+  return vcnt >= 0 && C4DOS.point->Resize(this, pcnt, vcnt);
 }
 
 SplineObject* SplineObject::Alloc(LONG pcnt, SPLINETYPE type) {
-  return C4DOS.Po->AllocSpline(pcnt, type);
+  return C4DOS.point->AllocSpline(pcnt, type);
 }
 void SplineObject::Free(SplineObject*& op) {
   FreeNode(op);
@@ -92,10 +92,10 @@ Segment* SplineObject::GetSegmentW() {
   return tag ? (Segment*)tag->GetLowlevelDataAddressW() : NULL;
 }
 Bool SplineObject::ResizeObject(LONG pcnt, LONG scnt) {
-  return scnt >= 0 && C4DOS.Po->Resize(this, pcnt, scnt);
+  return scnt >= 0 && C4DOS.point->Resize(this, pcnt, scnt);
 }
 SPLINETYPE SplineObject::GetInterpolationType() const {
-  return C4DOS.Po->GetInterpolationType(this);
+  return C4DOS.point->GetInterpolationType(this);
 }
 
 AtomArray* AtomArray::Alloc() {

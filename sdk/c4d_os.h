@@ -1,7 +1,6 @@
 // The seam between host and module: tables of function pointers, handed over at system initialisation.
-// Each table is written once, as a list with its contract, in tables/<name>.inc; the names equal the host's
-// own. Values cross as the SDK layer's types, which both sides build from the same sources; no exception
-// crosses.
+// Each table is written once, as a list with its contract, in tables/<name>.inc. Values cross as the SDK
+// layer's types, which both sides build from the same sources; no exception crosses.
 #pragma once
 
 #include "c4d.h"
@@ -10,52 +9,52 @@
 enum LISTPLACE { LISTPLACE_FIRSTBELOW, LISTPLACE_LASTBELOW, LISTPLACE_AFTER, LISTPLACE_BEFORE };
 
 #define C4D_ENTRY(R, name, parameters) R(*name) parameters;
-struct C4D_Ge {
+struct C4D_General {
 #include "tables/general.inc"
 };
-struct C4D_Lr {
+struct C4D_Resource {
 #include "tables/resource.inc"
 };
-struct C4D_Bm {
+struct C4D_Bitmap {
 #include "tables/bitmap.inc"
 };
-struct C4D_At {
+struct C4D_Atom {
 #include "tables/atom.inc"
 };
-struct C4D_Bo {
+struct C4D_Object {
 #include "tables/object.inc"
 };
-struct C4D_Bd {
+struct C4D_Document {
 #include "tables/document.inc"
 };
-struct C4D_Hf {
+struct C4D_HyperFile {
 #include "tables/hyper_file.inc"
 };
-struct C4D_Fl {
+struct C4D_File {
 #include "tables/file.inc"
 };
-struct C4D_Br {
+struct C4D_View {
 #include "tables/view.inc"
 };
 struct C4D_Gl {
 #include "tables/gl.inc"
 };
-struct C4D_Mo {
+struct C4D_MoGraph {
 #include "tables/mograph.inc"
 };
-struct C4D_Vd {
+struct C4D_Volume {
 #include "tables/volume.inc"
 };
-struct C4D_Po {
+struct C4D_Point {
 #include "tables/point.inc"
 };
-struct C4D_Hr {
+struct C4D_Hair {
 #include "tables/hair.inc"
 };
-struct C4D_Tp {
+struct C4D_Particle {
 #include "tables/particle.inc"
 };
-struct C4D_Em {
+struct C4D_Emitter {
 #include "tables/emitter.inc"
 };
 #undef C4D_ENTRY
@@ -63,22 +62,22 @@ struct C4D_Em {
 /** All tables; version comes first and is compared before anything else is read. */
 struct OperatingSystem {
   LONG version;
-  const C4D_Ge* Ge;
-  const C4D_Lr* Lr;
-  const C4D_Bm* Bm;
-  const C4D_At* At;
-  const C4D_Bo* Bo;
-  const C4D_Bd* Bd;
-  const C4D_Hf* Hf;
-  const C4D_Fl* Fl;
-  const C4D_Br* Br;
-  const C4D_Gl* Gl;
-  const C4D_Mo* Mo;
-  const C4D_Vd* Vd;
-  const C4D_Po* Po;
-  const C4D_Hr* Hr;
-  const C4D_Tp* Tp;
-  const C4D_Em* Em;
+  const C4D_General* general;
+  const C4D_Resource* resource;
+  const C4D_Bitmap* bitmap;
+  const C4D_Atom* atom;
+  const C4D_Object* object;
+  const C4D_Document* document;
+  const C4D_HyperFile* hyperFile;
+  const C4D_File* file;
+  const C4D_View* view;
+  const C4D_Gl* gl;
+  const C4D_MoGraph* mograph;
+  const C4D_Volume* volume;
+  const C4D_Point* point;
+  const C4D_Hair* hair;
+  const C4D_Particle* particle;
+  const C4D_Emitter* emitter;
 };
 
 /** The host's tables: set by c4d_main in a module, the host's own in the host. */

@@ -35,8 +35,8 @@ void FillNode(NODEPLUGIN& np, LONG info, DataAllocator* g, const String* descrip
 /** A refused description refuses the plug-in's parameters only when it was asked for by name. */
 Bool Register(PLUGINTYPE type, LONG id, const String& str, const String& description, const void* data,
               LONG size) {
-  if (!C4DOS.Ge->RegisterPlugin(type, id, str, data, size)) return FALSE;
-  return !description.Content() || C4DOS.Lr->RegisterDescription(id, description, resource.Get());
+  if (!C4DOS.general->RegisterPlugin(type, id, str, data, size)) return FALSE;
+  return !description.Content() || C4DOS.resource->RegisterDescription(id, description, resource.Get());
 }
 
 } // namespace
@@ -97,8 +97,8 @@ BasePlugin* PrefsDialogObject::Register(LONG id, DataAllocator* allocfunc, const
   PREFSPLUGIN pp = {};
   FillNode(pp, 0, allocfunc, &description, NULL, 0);
   if (!::Register(PLUGINTYPE_PREFS, id, name, description, &pp, sizeof pp)) return NULL;
-  BasePlugin* plugin = C4DOS.Ge->FindPlugin(id, PLUGINTYPE_PREFS);
-  BaseContainer* container = plugin ? C4DOS.Ge->GetPluginContainer(plugin) : NULL;
+  BasePlugin* plugin = C4DOS.general->FindPlugin(id, PLUGINTYPE_PREFS);
+  BaseContainer* container = plugin ? C4DOS.general->GetPluginContainer(plugin) : NULL;
   if (!container) return NULL;
   container->SetLong(IDPREFS_SORTID, sortid);
   container->SetLong(IDPREFS_PARENTID, parentid);

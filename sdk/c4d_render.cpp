@@ -3,52 +3,52 @@
 #include "c4d_os.h"
 
 VolumeData* VolumeData::Alloc() {
-  return C4DOS.Vd->Alloc();
+  return C4DOS.volume->Alloc();
 }
 void VolumeData::Free(VolumeData*& vd) {
-  if (vd) C4DOS.Vd->Free(vd);
+  if (vd) C4DOS.volume->Free(vd);
   vd = NULL;
 }
 LONG VolumeData::GetCurrentCPU() const {
-  return C4DOS.Vd->GetCurrentCPU(this);
+  return C4DOS.volume->GetCurrentCPU(this);
 }
 LONG VolumeData::GetCPUCount() const {
-  return C4DOS.Vd->GetCPUCount(this);
+  return C4DOS.volume->GetCPUCount(this);
 }
 Bool VolumeData::TestBreak() {
-  return C4DOS.Vd->TestBreak(this);
+  return C4DOS.volume->TestBreak(this);
 }
 LONG VolumeData::GetLightCount() const {
-  return C4DOS.Vd->GetLightCount(this);
+  return C4DOS.volume->GetLightCount(this);
 }
 RayLight* VolumeData::GetLight(LONG index) {
-  return C4DOS.Vd->GetLight(this, index);
+  return C4DOS.volume->GetLight(this, index);
 }
 const RayParameter* VolumeData::GetRayParameter() const {
-  return C4DOS.Vd->GetRayParameter(this);
+  return C4DOS.volume->GetRayParameter(this);
 }
 const RayCamera* VolumeData::GetRayCamera() const {
-  return C4DOS.Vd->GetRayCamera(this);
+  return C4DOS.volume->GetRayCamera(this);
 }
 void VolumeData::IlluminanceSurfacePoint(IlluminanceSurfacePointData* f, Vector* diffuse, Vector* specular) {
-  C4DOS.Vd->IlluminanceSurfacePoint(this, f, diffuse, specular);
+  C4DOS.volume->IlluminanceSurfacePoint(this, f, diffuse, specular);
 }
 Vector VolumeData::IlluminanceAnyPoint(const LVector& place, ILLUMINATEFLAGS flags, RAYBIT bits) {
   Vector light;
-  C4DOS.Vd->IlluminanceAnyPoint(this, place, flags, bits, &light);
+  C4DOS.volume->IlluminanceAnyPoint(this, place, flags, bits, &light);
   return light;
 }
 
 LONG VPBuffer::GetInfo(VPGETINFO type) const {
-  return C4DOS.Vd->GetBufferInfo(this, type);
+  return C4DOS.volume->GetBufferInfo(this, type);
 }
 Bool VPBuffer::GetLine(LONG x, LONG y, LONG cnt, void* data, LONG bitdepth, Bool dithering) const {
-  return C4DOS.Vd->GetBufferLine(this, x, y, cnt, data, bitdepth, dithering);
+  return C4DOS.volume->GetBufferLine(this, x, y, cnt, data, bitdepth, dithering);
 }
 Bool VPBuffer::SetLine(LONG x, LONG y, LONG cnt, void* data, LONG bitdepth, Bool dithering) {
-  return C4DOS.Vd->SetBufferLine(this, x, y, cnt, data, bitdepth, dithering);
+  return C4DOS.volume->SetBufferLine(this, x, y, cnt, data, bitdepth, dithering);
 }
 
 VPBuffer* Render::GetBuffer(LONG id, LONG subid) const {
-  return C4DOS.Vd->GetBuffer(this, id, subid);
+  return C4DOS.volume->GetBuffer(this, id, subid);
 }

@@ -9,11 +9,11 @@ LLONG Saturate(Real n, Real lo, Real hi) {
 } // namespace
 
 BaseList2D* BaseLink::GetLink(const BaseDocument* doc, LONG instanceof) const {
-  return target ? C4DOS.At->ResolveLink(target, doc, instanceof) : NULL;
+  return target ? C4DOS.atom->ResolveLink(target, doc, instanceof) : NULL;
 }
 
 void BaseLink::SetLink(C4DAtomGoal* node) {
-  target = node ? C4DOS.At->GetLinkID(node) : 0;
+  target = node ? C4DOS.atom->GetLinkID(node) : 0;
 }
 
 template <class T>

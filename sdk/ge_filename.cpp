@@ -30,7 +30,7 @@ LONG SuffixDot(const String& path) {
 
 Bool Filename::FileSelect(FILESELECTTYPE type, FILESELECT flags, const String& title,
                           const String& force_suffix) {
-  return C4DOS.Ge->FileSelect(this, type, flags, title, force_suffix);
+  return C4DOS.general->FileSelect(this, type, flags, title, force_suffix);
 }
 
 Filename Filename::GetDirectory() const {

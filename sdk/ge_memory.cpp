@@ -3,19 +3,19 @@
 namespace sdk {
 
 void* Alloc(VLONG size, LONG line, const CHAR* file) {
-  return C4DOS.Ge->Alloc(size, line, file);
+  return C4DOS.general->Alloc(size, line, file);
 }
 void* AllocNC(VLONG size, LONG line, const CHAR* file) {
-  return C4DOS.Ge->AllocNC(size, line, file);
+  return C4DOS.general->AllocNC(size, line, file);
 }
 void* ReallocNC(void* block, VLONG size, LONG line, const CHAR* file) {
-  return C4DOS.Ge->ReallocNC(block, size, line, file);
+  return C4DOS.general->ReallocNC(block, size, line, file);
 }
 void Free(void* block) {
-  if (block) C4DOS.Ge->Free(block);
+  if (block) C4DOS.general->Free(block);
 }
 void ReportRefusedGrow(LONG line, const CHAR* file) {
-  C4DOS.Ge->Assert("array could not grow", line, file);
+  C4DOS.general->Assert("array could not grow", line, file);
 }
 
 } // namespace sdk

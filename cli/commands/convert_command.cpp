@@ -8,10 +8,9 @@
 #include "cli/session/preferences_page.h"
 #include "cli/system/process_memory.h"
 #include "cli/text/format.h"
-#include "host/nodes/object_calls.h"
+#include "host/application.h"
 #include "host/particles/emitter.h"
 #include "host/particles/particle_pool.h"
-#include "host/undo/make_editable.h"
 #include "otallyframe.h"
 
 #include <algorithm>

@@ -8,7 +8,7 @@
 #include "cli/commands/render/scene_setup.h"
 #include "cli/session/preferences_page.h"
 #include "cli/text/format.h"
-#include "host/render/render_job.h"
+#include "host/render.h"
 #include "kelvra_messages.h"
 
 #include <cmath>

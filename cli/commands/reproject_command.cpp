@@ -4,7 +4,7 @@
 #include "cli/session/cloud_session.h"
 #include "cli/session/preferences_page.h"
 #include "cli/text/format.h"
-#include "host/base/text.h"
+#include "host/application.h"
 #include "otallyframe.h"
 
 #include <iostream>

@@ -3,10 +3,7 @@
 #include "cli/session/preferences_page.h"
 #include "cli/system/preferences_folder.h"
 #include "cli/system/process_memory.h"
-#include "host/base/user_break.h"
-#include "host/geometry/visible_points.h"
-#include "host/nodes/object_calls.h"
-#include "host/scene/scene_kind.h"
+#include "host/application.h"
 #include "host/viewport.h"
 #include "otallyframe.h"
 

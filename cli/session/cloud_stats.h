@@ -1,7 +1,6 @@
 // What a point cloud object's own saved stream says about it.
+#include "host/application.h"
 #pragma once
-
-#include "host/scene/stream_visitor.h"
 
 #include <string>
 #include <vector>

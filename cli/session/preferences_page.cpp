@@ -1,7 +1,6 @@
 #include "cli/session/preferences_page.h"
 
 #include "cli/session/cloud_session.h"
-#include "host/base/text.h"
 
 #include <iostream>
 #include <stdexcept>

@@ -1,7 +1,6 @@
 #include "host/base/user_break.h"
 
-#include "host/application.h"
-#include "host/seam/services.h"
+#include "host/base/faults.h"
 
 #include <csignal>
 
@@ -11,6 +10,7 @@ namespace {
 
 std::atomic<bool> interrupted{false};
 static_assert(std::atomic<bool>::is_always_lock_free, "set by a signal handler");
+std::atomic<Faults*> faults{nullptr};
 thread_local Work* current = nullptr;
 
 extern "C" void OnInterrupt(int) {
@@ -44,10 +44,13 @@ Work* Work::Current() {
   return current;
 }
 
+void Work::SetFaults(Faults* injected) {
+  faults = injected;
+}
+
 bool Work::TestBreak() const {
-  if (!stopped_ &&
-      (Interrupted() || (FindServices() && Application::Get().GetFaults().Strikes(Fault::UserBreak))))
-    stopped_ = true;
+  Faults* const injected = faults;
+  if (!stopped_ && (Interrupted() || (injected && injected->Strikes(Fault::UserBreak)))) stopped_ = true;
   return stopped_;
 }
 

@@ -7,9 +7,11 @@
 
 namespace host {
 
+class Faults;
+
 /** Ctrl-C asks running work to stop; a second one ends the program. For command lines only. */
 void InstallInterruptHandler();
-/** As if Ctrl-C had been pressed; stays until cleared. Any thread. */
+/** As if the user had pressed Ctrl-C; stays until cleared. Any thread. */
 void RequestInterrupt();
 void ClearInterrupt();
 bool Interrupted();
@@ -17,6 +19,9 @@ bool Interrupted();
 /** Work that the host has started on this thread, for the life of the object; works nest. */
 class Work {
 public:
+  /** Who may make TestBreak answer true; NULL for nobody. */
+  static void SetFaults(Faults* faults);
+
   Work();
   ~Work();
   Work(const Work&) = delete;

@@ -6,6 +6,7 @@
 #include "host/geometry/geometry_file.h"
 #include "host/geometry/geometry_rules.h"
 #include "host/geometry/point_nodes.h"
+#include "host/nodes/node_types.h"
 
 namespace host {
 
@@ -56,7 +57,7 @@ const HairNode* AsHair(const Object* op) {
 }
 
 HairNode::~HairNode() {
-  // Whoever locked it is to blame, not who frees it.
+  // Blame whoever locked it, not whoever frees it.
   const std::string text = "the hair object \"" + Utf8(name) + "\" is freed while it is locked";
   if (locked) lockedByModule_ ? ReportModule(text) : ReportHost(text);
   FreeGuides(guides);
@@ -92,7 +93,7 @@ bool HairNode::ReadOwn(HyperFile* hf, LONG) {
   HostArray<Vector> points;
   if (!hf->ReadLong(&count) || !hf->ReadLong(&segments)) return false;
   if (segments == kNoGuides) return true;
-  // No guides are made for a count that the points do not bear out.
+  // A count that does not match the points makes no guides.
   if (!ReadElements(hf, HYPERFILEARRAY_LREAL, 3, "guide points", &points)) return false;
   if (!IsPossible(count, segments) || count * ((VLONG)segments + 1) != points.Count())
     return Accept(hf, "found " + std::to_string(count) + " guides of " + std::to_string(segments) +
@@ -119,6 +120,10 @@ void HairNode::SwapOwn(Node& other) {
   std::swap(guides, hair.guides);
   for (HairNode* node : {this, &hair})
     if (node->guides) node->guides->owner = node;
+}
+
+void RegisterHair(NodeTypes& types) {
+  types.Add({NodeKind::Object, Ohair, "Hair", 0, MakeOwn<HairNode>});
 }
 
 } // namespace host

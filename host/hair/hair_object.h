@@ -7,6 +7,7 @@
 
 namespace host {
 
+class NodeTypes;
 struct HairNode;
 
 /** What plug-ins hold as HairGuides*. Lies in the host's memory, its points too: refusals strike both. */
@@ -49,8 +50,11 @@ private:
   bool lockedByModule_ = false;
 };
 
-/** NULL for objects that are no hair. */
+/** NULL for other objects than hair objects. */
 HairNode* AsHair(Object* op);
 const HairNode* AsHair(const Object* op);
+
+/** Hair objects. */
+void RegisterHair(NodeTypes& types);
 
 } // namespace host

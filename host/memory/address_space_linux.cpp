@@ -25,7 +25,7 @@ void ReleaseSpace(void* space, std::size_t size) {
 }
 
 void PreferLargePages(void* address, std::size_t size) {
-  // Whole pages inside the block only: its neighbours are none of our business.
+  // Whole pages inside the block only: its neighbours belong to others.
   const std::uintptr_t page = 4096, start = ((std::uintptr_t)address + page - 1) / page * page;
   const std::uintptr_t end = ((std::uintptr_t)address + size) / page * page;
   if (end > start) madvise((void*)start, end - start, MADV_HUGEPAGE);

@@ -19,7 +19,7 @@ struct Block {
 
 class BlockTable {
 public:
-  /** False when there is no memory for the entry. */
+  /** False when there is not enough memory for the entry. */
   bool Insert(const Block& block);
   /** False when no block of that address is alive. */
   bool Remove(void* address, Block* block);

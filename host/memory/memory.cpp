@@ -75,7 +75,7 @@ void* Note(const Block& block) {
 
 void ReportForeign(const char* call, void* address) {
   char text[96];
-  std::snprintf(text, sizeof text, "%s of %p, which is no live block of the host", call, address);
+  std::snprintf(text, sizeof text, "%s of %p, which is not a live block of the host", call, address);
   ReportCaller(text);
 }
 

@@ -19,9 +19,9 @@ namespace memory {
 
 /** NULL when the size is below 1 or above the largest, when a fault strikes, or when the system refuses. */
 void* Allocate(VLONG size, bool clear, LONG line, const CHAR* file);
-/** As the Ge table says; a foreign block is reported and refused. */
+/** As sdk/tables/general.inc says; a foreign block is reported and refused. */
 void* Reallocate(void* block, VLONG size, LONG line, const CHAR* file);
-/** Reports an address that is no live block. NULL is allowed. */
+/** Reports an address that is not a live block. NULL is allowed. */
 void Free(void* block);
 
 /** Injected refusals; NULL for none. */
@@ -36,8 +36,8 @@ struct Survivor {
   LLONG blocks = 0, bytes = 0;
 };
 std::vector<Survivor> ModuleSurvivors();
-/** The names of source files are the modules' own: to be called before one is unloaded. Later survivors stay
- * named. */
+/** The names of source files belong to the modules: call this before one is unloaded. Survivors keep their
+ * names. */
 void ForgetSites();
 
 /** Marks what is asked for on this thread as temporary blocks of drawing. */

@@ -1,5 +1,4 @@
-#include "host/seam/services.h"
-#include "host/undo/undo.h"
+#include "host/nodes/services.h"
 
 namespace host {
 
@@ -9,7 +8,7 @@ const LONG kDefaultFps = 30, kMostFps = 1000;
 
 } // namespace
 
-Document::Document() : Node(NodeKind::Document, Tbasedocument), undo(new UndoHistory(*this)) {
+Document::Document() : Node(NodeKind::Document, Tbasedocument) {
   BaseContainer& own = settings[DOCUMENTSETTINGS_DOCUMENT];
   own.SetTime(kDocumentTime, BaseTime());
   own.SetLong(kDocumentFps, kDefaultFps);

@@ -7,7 +7,7 @@ namespace host {
 
 class Work;
 
-/** What a generator is told while it builds: what HierarchyHelp* points to. */
+/** What a generator gets while it builds: what HierarchyHelp* points to. */
 struct BuildHelp {
   Work* work;
   Document* document;

@@ -2,10 +2,8 @@
 #include "host/nodes/node.h"
 
 #include "host/base/module_scope.h"
-#include "host/nodes/node_types.h"
-#include "host/seam/services.h"
-#include "host/undo/undo.h"
-#include "host/view/view_state.h"
+#include "host/nodes/node_watcher.h"
+#include "host/nodes/services.h"
 
 namespace host {
 
@@ -41,15 +39,11 @@ LLONG LiveNodeData() {
 
 Node* MakeNode(NodeKind kind, LONG type) {
   Plugin* plugin = FindTypePlugin(kind, type);
-  std::unique_ptr<Node> node(plugin ? MakeEmptyNode(kind, type) : MakeOwnNode(kind, type));
+  std::unique_ptr<Node> node(plugin ? MakePlainNode(kind, type) : MakeOwnNode(kind, type));
   if (!node) return nullptr;
   node->name = TypeName(kind, type);
   if (plugin && !GiveData(*node, *plugin)) FreeNode(node.release());
   return node.release();
-}
-
-Node* MakePlaceholder(NodeKind kind, LONG type) {
-  return MakeEmptyNode(kind, type);
 }
 
 void FreeNode(Node* node) {
@@ -62,9 +56,8 @@ void FreeNode(Node* node) {
     FreeList(static_cast<Object*>(node)->deformCache);
   }
   FreeData(*node);
-  // What a view keeps for the node must not be found by a later node at the same address.
-  ViewState::RemoveFactories(Api(node), (LULONG)NOTOK);
-  ViewState::RemoveBuffers(Api(node), NOTOK);
+  // What anybody keeps for the node must not be found by a later node at the same address.
+  AnnounceDeath(*node);
   delete node;
 }
 

@@ -7,6 +7,7 @@
 #pragma once
 
 #include "c4d.h"
+#include "host/nodes/undo_steps.h"
 
 #include <array>
 #include <memory>
@@ -18,8 +19,7 @@ namespace host {
 struct Document;
 struct KeptData; // what saving keeps of a node whose type no module knows
 struct Node;
-struct Plugin;     // host/plugins/plugin_registry.h
-class UndoHistory; // host/undo/undo.h
+struct Plugin; // host/plugins/plugin_registry.h
 
 enum class NodeKind {
   Document,
@@ -136,7 +136,7 @@ struct Document : Node {
   LULONG activeObject = 0;               ///< link id
   std::array<BaseContainer, 3> settings; ///< by DOCUMENTSETTINGS
   std::string path;                      ///< of the file, UTF-8; empty before it was saved
-  std::unique_ptr<UndoHistory> undo;
+  std::unique_ptr<UndoSteps> undo;       ///< always there: the document is made with it
 
   RenderSettings* ActiveRenderSettings() { return (RenderSettings*)renderSettings.first; }
   LONG Fps() const;
@@ -204,10 +204,11 @@ inline BaseDocument* Api(Document* doc) {
  * NULL when the type is unknown, when memory is refused, or when Init fails.
  */
 Node* MakeNode(NodeKind kind, LONG type);
-/** True for the host's own types and those of registered plug-ins. */
-bool IsKnownType(NodeKind kind, LONG type);
-/** A node of a type that nobody knows; it keeps name, container and place. */
-Node* MakePlaceholder(NodeKind kind, LONG type);
+/**
+ * A node without a plug-in's data, for a type that nobody knows: it keeps name, container and place. NULL for
+ * kinds of nodes that plug-ins have no types of.
+ */
+Node* MakePlainNode(NodeKind kind, LONG type);
 /** A new document with one set of render settings and one instance of each registered scene hook. */
 Document* MakeDocument();
 /** Takes the node out of its list and frees it with all below; plug-in data first hears Free. NULL is
@@ -261,8 +262,5 @@ void AddInherentVideoPosts(RenderSettings& settings);
 
 /** Takes `result` as what deformers made of `op` and frees what was there; NULL for nothing. */
 void SetDeformCache(Object& op, Object* result);
-
-/** The clone tag (type ID_MOTAGDATA), defined in host/view/. */
-Tag* MakeCloneTag();
 
 } // namespace host

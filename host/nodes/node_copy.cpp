@@ -40,7 +40,7 @@ bool IsLeftOut(const Node& below, COPYFLAGS flags) {
 bool CopyBelow(Node& source, Node& dest, COPYFLAGS flags, std::vector<LinkChange>* changes);
 
 Node* CloneOne(Node& source, COPYFLAGS flags, std::vector<LinkChange>* changes) {
-  Node* clone = source.kept ? MakePlaceholder(source.kind, source.type) : MakeNode(source.kind, source.type);
+  Node* clone = source.kept ? MakePlainNode(source.kind, source.type) : MakeNode(source.kind, source.type);
   if (!clone) return nullptr;
   changes->push_back({source.linkId, clone->linkId});
   if (CopyContent(source, *clone, flags) && CopyBelow(source, *clone, flags, changes)) return clone;

@@ -62,4 +62,13 @@ BaseObject* UpdateCache(BaseObject* api, BaseDocument* doc, BUILDFLAGS flags) {
   return Api(built);
 }
 
+BaseObject* TakeCache(BaseObject* api) {
+  Object& op = *Impl(api);
+  Object* built = static_cast<Object*>(op.cache.first);
+  if (!built) return NULL;
+  RemoveNode(*built);
+  op.cacheBuilt = false;
+  return Api(built);
+}
+
 } // namespace host

@@ -14,5 +14,8 @@ DRAWRESULT DrawObject(BaseObject* op, DRAWPASS pass, BaseDraw* view, BaseDrawHel
  * builds nothing.
  */
 BaseObject* UpdateCache(BaseObject* op, BaseDocument* doc, BUILDFLAGS flags);
+/** Takes what UpdateCache built out of the object, which builds again when it is asked next. The caller owns
+ * it. */
+BaseObject* TakeCache(BaseObject* op);
 
 } // namespace host

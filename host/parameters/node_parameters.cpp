@@ -3,7 +3,7 @@
 #include "host/base/module_scope.h"
 #include "host/base/text.h"
 #include "host/nodes/matrix_parts.h"
-#include "host/seam/services.h"
+#include "host/nodes/services.h"
 
 #include <cmath>
 
@@ -201,7 +201,7 @@ const resource::Description* LoadDescription(LONG type, const std::string& name,
   if (!plugin || !plugin->resources || wanted.empty()) return nullptr;
   std::string error;
   const resource::Description* description = plugin->resources->folder.LoadDescription(wanted, &error);
-  if (!description) Application::Get().GetConsole().Print(error);
+  if (!description) TheServices().console.Print(error);
   return description;
 }
 

@@ -3,6 +3,7 @@
 #include "host/geometry/geometry_file.h"
 #include "host/geometry/geometry_rules.h"
 #include "host/geometry/point_nodes.h"
+#include "host/nodes/node_types.h"
 
 #include <algorithm>
 
@@ -88,6 +89,10 @@ void EmitterNode::SwapOwn(Node& other) {
   storage.Swap(emitter.storage);
   std::swap(count, emitter.count);
   std::swap(option, emitter.option);
+}
+
+void RegisterEmitter(NodeTypes& types) {
+  types.Add({NodeKind::Object, Oemitter_external, "Particle Emitter", 0, MakeOwn<EmitterNode>});
 }
 
 } // namespace host

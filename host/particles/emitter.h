@@ -7,6 +7,8 @@
 
 namespace host {
 
+class NodeTypes;
+
 struct EmitterParticle {
   Vector position, color;
 };
@@ -34,8 +36,11 @@ struct EmitterNode : Object {
   void SwapOwn(Node& other) override;
 };
 
-/** NULL for objects that are no such emitters. */
+/** NULL for other objects than emitters. */
 EmitterNode* AsEmitter(Object* op);
 const EmitterNode* AsEmitter(const Object* op);
+
+/** Particle emitters. */
+void RegisterEmitter(NodeTypes& types);
 
 } // namespace host

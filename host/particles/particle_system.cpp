@@ -1,5 +1,7 @@
 #include "host/particles/particle_system.h"
 
+#include "host/nodes/node_types.h"
+
 namespace host {
 
 ParticleSystem::ParticleSystem()
@@ -48,6 +50,11 @@ ParticleSystem* SystemOf(Document& doc) {
 
 void SetParticleLimit(BaseDocument* doc, LONG n) {
   SystemOf(*Impl(doc))->pool->limit = n;
+}
+
+void RegisterParticles(NodeTypes& types) {
+  types.Add({NodeKind::SceneHook, ID_THINKINGPARTICLES, "Thinking Particles", 0, MakeOwn<ParticleSystem>});
+  types.Add({NodeKind::ParticleGroup, ID_TP_PGROUP, "Group", 0, MakeOwn<ParticleGroup>});
 }
 
 } // namespace host

@@ -8,6 +8,7 @@
 
 namespace host {
 
+class NodeTypes;
 struct ParticleSystem;
 
 /** What plug-ins hold as TP_PGroup*. Its particles die with it. */
@@ -73,10 +74,13 @@ struct ParticleSystem : SceneHook {
 
 /** The document's, made when it has none. */
 ParticleSystem* SystemOf(Document& doc);
-/** NULL when nobody asked the document for one yet. */
+/** NULL when nobody has asked the document for one yet. */
 ParticleSystem* FindSystem(Document& doc);
 
 /** From then on plug-ins cannot make more than n particles in that document; -1 for no limit. */
 void SetParticleLimit(BaseDocument* doc, LONG n);
+
+/** Particle groups and the scene hook that holds them. */
+void RegisterParticles(NodeTypes& types);
 
 } // namespace host

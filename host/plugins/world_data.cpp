@@ -154,7 +154,7 @@ bool ReadWhole(const fs::path& path, std::string* text, std::string* reason) {
   std::error_code code;
   const std::uintmax_t size = fs::is_regular_file(path, code) ? fs::file_size(path, code) : 0;
   if (code || !fs::is_regular_file(path, code)) {
-    *reason = code ? code.message() : "is no regular file";
+    *reason = code ? code.message() : "is not a regular file";
     return false;
   }
   if (size > kMostBytes) {
@@ -210,7 +210,7 @@ void WorldData::Open(const std::string& folder, std::string* error) {
     const fs::path aside = FreeName(path_);
     std::error_code failed;
     fs::rename(path, aside, failed);
-    *error = path_ + ": the preferences cannot be read and begin anew, the file " +
+    *error = path_ + ": the preferences cannot be read and start empty, the file " +
              (failed ? "stays and nothing is saved" : "is now " + aside.u8string()) + ": " + e.what();
     if (failed) path_.clear();
   }

@@ -2,8 +2,8 @@
 
 #include "host/base/module_scope.h"
 #include "host/nodes/node.h"
+#include "host/nodes/visible_objects.h"
 #include "host/plugins/plugin_registry.h"
-#include "host/render/polygon_sources.h"
 
 #include <cstring>
 

@@ -59,7 +59,7 @@ public:
   VolumeData* Prepare(LONG x, LONG y);
   VolumeData* Volume() { return &volume_; }
 
-  // What the Vd table answers with.
+  // What the entries for volume data answer with.
   FrameScene& Scene() { return scene_; }
   LONG Thread() const { return thread_; }
   /** Sum over the lights. The normal is turned against the viewer. */

@@ -3,11 +3,11 @@
 #include "host/base/module_scope.h"
 #include "host/base/text.h"
 #include "host/base/user_break.h"
+#include "host/nodes/services.h"
+#include "host/nodes/visible_objects.h"
 #include "host/plugins/plugin_registry.h"
 #include "host/render/element_colors.h"
-#include "host/render/polygon_sources.h"
 #include "host/render/tile_loop.h"
-#include "host/seam/services.h"
 #include "host/view/camera_math.h"
 
 #include <algorithm>

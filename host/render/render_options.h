@@ -1,7 +1,7 @@
 // What is rendered and how.
 #pragma once
 
-#include "host/viewport.h"
+#include "host/view/view_camera.h"
 
 #include <functional>
 #include <string>

@@ -1,6 +1,6 @@
 #include "host/render/scene_lights.h"
 
-#include "host/render/polygon_sources.h"
+#include "host/nodes/visible_objects.h"
 
 #include <cmath>
 

@@ -1,10 +1,10 @@
 #include "host/render/shapes.h"
 
-#include "host/geometry/visible_points.h"
 #include "host/hair/hair_object.h"
+#include "host/nodes/visible_objects.h"
 #include "host/particles/emitter.h"
 #include "host/particles/particle_system.h"
-#include "host/render/polygon_sources.h"
+#include "host/view/visible_points.h"
 
 #include <algorithm>
 

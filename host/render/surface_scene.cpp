@@ -1,7 +1,7 @@
 #include "host/render/surface_scene.h"
 
-#include "host/application.h"
 #include "host/geometry/point_nodes.h"
+#include "host/nodes/services.h"
 #include "host/render/shapes.h"
 
 #include <algorithm>
@@ -200,8 +200,7 @@ std::unique_ptr<SurfaceScene> SurfaceScene::Build(BaseDocument* doc, std::string
   return scene;
 #else
   (void)error;
-  Application::Get().GetConsole().Print(
-      "This build has no ray library: surfaces are left out of the picture");
+  TheServices().console.Print("This build has no ray library: surfaces are left out of the picture");
   return std::make_unique<NoSurfaces>();
 #endif
 }

@@ -6,20 +6,12 @@
 #pragma once
 
 #include "c4d.h"
+#include "host/geometry/surface_entries.h"
 
 #include <memory>
 #include <vector>
 
 namespace host {
-
-/** Container entries of an object that say what it is made of; particle groups have the radius. */
-enum {
-  kSurfaceColor = 1101,        ///< vector; white
-  kSurfaceReflection = 1102,   ///< real 0 to 1: share that is mirrored
-  kSurfaceTransparency = 1103, ///< real 0 to 1: share that passes through
-  kSurfaceRefraction = 1104,   ///< real: index; 1 lets rays pass straight
-  kPointRadius = 1105          ///< real: of points that a shader colours, particles and hair; 0.25
-};
 
 struct SurfaceMaterial {
   Vector color = Vector(1.0);

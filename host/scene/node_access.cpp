@@ -31,7 +31,7 @@ NodeKind KindOf(NodeChunk chunk) {
 
 bool IsRegistered(NodeKind kind, LONG type) {
   for (const auto& known : kChunks)
-    if (known.kind == kind) return C4DOS.Ge->FindPlugin(type, known.plugin) != nullptr;
+    if (known.kind == kind) return C4DOS.general->FindPlugin(type, known.plugin) != nullptr;
   return false;
 }
 
@@ -109,16 +109,13 @@ Node* PlaceNode(Node& parent, const NodeHead& head, std::string* why) {
       if (hook->type == head.type) return hook;
   Node* node = MakeNode(kind, head.type);
   if (!node && !IsRegistered(kind, head.type)) {
-    node = MakePlaceholder(kind, head.type);
-    if (node && node->type != head.type) {
-      FreeNode(node); // kinds that no plug-in adds to have one type only
+    node = MakePlainNode(kind, head.type);
+    if (!node) {
       *why = "there is no such type of this kind";
       return nullptr;
     }
-    if (node) {
-      node->kept = std::make_shared<KeptData>();
-      node->kept->diskLevel = head.diskLevel;
-    }
+    node->kept = std::make_shared<KeptData>();
+    node->kept->diskLevel = head.diskLevel;
   }
   if (!node) {
     *why = "the node cannot be made: its plug-in refuses or there is no memory";

@@ -21,7 +21,8 @@ public:
   virtual void Head(LULONG /*number*/, LONG /*bits*/, const Matrix* /*place*/,
                     const BaseContainer& /*parameters*/) {}
   virtual void EndNode() = 0;
-  /** One scalar, vector, text or container; data points to the C++ type of that kind (see the Hf table). */
+  /** One scalar, vector, text or container; data points to the C++ type of that kind (see
+   * sdk/tables/hyper_file.inc). */
   virtual void Value(HYPERFILEVALUE type, const void* data) = 0;
   virtual void Array(HYPERFILEARRAY type, const void* data, LONG increment, LONG count) = 0;
 };

@@ -1,11 +1,11 @@
-// At: nodes, their lists, containers and tags.
+// Entries for nodes, their lists, containers and tags.
 #include "host/base/misbehaviour.h"
 #include "host/geometry/variable_tag.h"
 #include "host/nodes/node_types.h"
+#include "host/nodes/services.h"
 #include "host/parameters/node_parameters.h"
 #include "host/particles/particle_system.h"
 #include "host/seam/os_tables.h"
-#include "host/seam/services.h"
 
 namespace host {
 
@@ -35,7 +35,7 @@ void PlaceNode(Node* node, Node* other, LISTPLACE place) {
   if (node->kind == NodeKind::Tag) CheckVertexMap(*static_cast<Tag*>(node));
 }
 
-struct AtEntries {
+struct AtomEntries {
   static constexpr bool kMainThread = true;
 
   static GeListNode* Alloc(PLUGINTYPE plugin, LONG type) {
@@ -127,6 +127,6 @@ struct AtEntries {
 
 } // namespace
 
-HOST_BIND_AT(AtEntries)
+HOST_BIND(Atom, AtomEntries)
 
 } // namespace host

@@ -1,6 +1,6 @@
-// Bm: bitmaps.
-#include "host/application.h"
+// Entries for bitmaps.
 #include "host/base/text.h"
+#include "host/nodes/services.h"
 #include "host/picture/bitmap.h"
 #include "host/seam/os_tables.h"
 
@@ -11,7 +11,7 @@ namespace host {
 
 namespace {
 
-struct BmEntries {
+struct BitmapEntries {
   static BaseBitmap* Alloc() {
     Bitmap* made = new (std::nothrow) Bitmap;
     return made ? made->Api() : NULL;
@@ -23,7 +23,7 @@ struct BmEntries {
   }
   static void Free(BaseBitmap* bmp) { delete Bitmap::From(bmp); }
 
-  /** Fewer than 24 bits are not offered, and what 64 bits a pixel hold is not settled. */
+  /** Neither fewer than 24 bits nor 64 bits a pixel, which could hold several layouts. */
   static IMAGERESULT Init(BaseBitmap* bmp, LONG x, LONG y, LONG depth) {
     const COLORMODE mode = depth == 24   ? COLORMODE_RGB
                            : depth == 32 ? COLORMODE_ARGB
@@ -35,7 +35,7 @@ struct BmEntries {
     return Bitmap::From(bmp)->Load(Utf8(name));
   }
   static IMAGERESULT Save(const BaseBitmap* bmp, const Filename& name, LONG format, SAVEBIT savebits) {
-    Faults& faults = Application::Get().GetFaults();
+    Faults& faults = TheServices().faults;
     return Bitmap::From(bmp)->Save(Utf8(name), format, savebits,
                                    [&faults] { return faults.Strikes(Fault::FileWrite); });
   }
@@ -67,6 +67,6 @@ struct BmEntries {
 
 } // namespace
 
-HOST_BIND_BM(BmEntries)
+HOST_BIND(Bitmap, BitmapEntries)
 
 } // namespace host

@@ -1,9 +1,9 @@
-// Bd: documents, undo and render settings.
+// Entries for documents, undo and render settings.
 #include "host/base/misbehaviour.h"
 #include "host/base/text.h"
+#include "host/nodes/services.h"
 #include "host/particles/particle_system.h"
 #include "host/seam/os_tables.h"
-#include "host/seam/services.h"
 #include "host/undo/undo.h"
 
 #include <filesystem>
@@ -44,7 +44,7 @@ void SetBit(Node& node, LONG bit, bool on) {
   node.bits = on ? node.bits | bit : node.bits & ~bit;
 }
 
-struct BdEntries {
+struct DocumentEntries {
   static constexpr bool kMainThread = true;
 
   static BaseDocument* Alloc() { return Api(MakeDocument()); }
@@ -92,7 +92,7 @@ struct BdEntries {
   }
   static Bool AddUndo(BaseDocument* doc, UNDOTYPE type, void* data, Bool) {
     std::string why;
-    if (!RequireMainThread("Bd::AddUndo")) return FALSE;
+    if (!RequireMainThread("Document::AddUndo")) return FALSE;
     if (Impl(doc)->undo->Add(type, static_cast<Node*>(Impl((C4DAtom*)data)), &why)) return TRUE;
     if (!why.empty()) ReportCaller(why);
     return FALSE;
@@ -139,6 +139,6 @@ private:
 
 } // namespace
 
-HOST_BIND_BD(BdEntries)
+HOST_BIND(Document, DocumentEntries)
 
 } // namespace host

@@ -1,17 +1,17 @@
-// Em: emitters whose particles are placed from outside.
+// Entries for emitters whose particles are placed from outside.
 #include "host/base/misbehaviour.h"
+#include "host/nodes/services.h"
 #include "host/particles/emitter.h"
 #include "host/seam/os_tables.h"
-#include "host/seam/services.h"
 
 namespace host {
 
 namespace {
 
-/** NULL and a report for what is no emitter. */
+/** NULL and a report for other objects than emitters. */
 EmitterNode* Emitter(BaseObject* op) {
   EmitterNode* emitter = AsEmitter(Impl(op));
-  if (!emitter) ReportCaller("the emitter library is called with an object that is no emitter");
+  if (!emitter) ReportCaller("the emitter library is called with an object that is not an emitter");
   return emitter;
 }
 
@@ -23,7 +23,7 @@ EmitterNode* Prepared(BaseObject* op, const char* call) {
   return nullptr;
 }
 
-struct EmEntries {
+struct EmitterEntries {
   static constexpr bool kMainThread = true;
 
   static EmitterLibrary* Get() {
@@ -65,6 +65,6 @@ struct EmEntries {
 
 } // namespace
 
-HOST_BIND_EM(EmEntries)
+HOST_BIND(Emitter, EmitterEntries)
 
 } // namespace host

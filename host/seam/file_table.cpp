@@ -1,7 +1,7 @@
-// Fl: plain files and folder listings of the plug-in interface.
-#include "host/application.h"
+// Entries for plain files and folder listings of the plug-in interface.
 #include "host/base/live_files.h"
 #include "host/base/text.h"
+#include "host/nodes/services.h"
 #include "host/scene/base_file.h"
 #include "host/seam/os_tables.h"
 
@@ -9,11 +9,11 @@ namespace host {
 
 namespace {
 
-struct FlEntries {
+struct FileEntries {
   static BaseFileImpl* At(BaseFile* file) { return BaseFileImpl::From(file); }
 
   static BaseFile* Alloc() {
-    BaseFileImpl* made = gNew BaseFileImpl(&Application::Get().GetFaults());
+    BaseFileImpl* made = gNew BaseFileImpl(&TheServices().faults);
     if (made) ++liveFiles;
     return made ? made->Api() : nullptr;
   }
@@ -26,7 +26,7 @@ struct FlEntries {
   static Bool Open(BaseFile* file, const Filename& name, FILEOPEN mode, FILEDIALOG dialog, BYTEORDER) {
     if (At(file)->Open(Utf8(name), mode)) return TRUE;
     if (dialog == FILEDIALOG_ANY)
-      Application::Get().GetDialogs().Show(Utf8(name) + ": " + At(file)->Reason(), GEMB_ICONSTOP);
+      TheServices().dialogs.Show(Utf8(name) + ": " + At(file)->Reason(), GEMB_ICONSTOP);
     return FALSE;
   }
   static Bool Close(BaseFile* file) { return At(file)->Close(); }
@@ -84,6 +84,6 @@ struct FlEntries {
 
 } // namespace
 
-HOST_BIND_FL(FlEntries)
+HOST_BIND(File, FileEntries)
 
 } // namespace host

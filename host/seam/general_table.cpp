@@ -1,10 +1,10 @@
-// Ge: memory, console, dialogs, threads, registration.
+// Entries for memory, console, dialogs, threads, registration.
 #include "host/base/misbehaviour.h"
 #include "host/base/text.h"
 #include "host/base/user_break.h"
 #include "host/memory/memory.h"
+#include "host/nodes/services.h"
 #include "host/seam/os_tables.h"
-#include "host/seam/services.h"
 
 #include <algorithm>
 #include <chrono>
@@ -13,7 +13,7 @@ namespace host {
 
 namespace {
 
-struct GeEntries {
+struct GeneralEntries {
   static void* Alloc(VLONG size, LONG line, const CHAR* file) noexcept {
     return memory::Allocate(size, true, line, file);
   }
@@ -27,38 +27,37 @@ struct GeEntries {
 
   static void Assert(const CHAR* what, LONG line, const CHAR* file) {
     if (FindServices())
-      Application::Get().GetConsole().Print("assertion: " + std::string(what) + " (" + file + ":" +
-                                            std::to_string(line) + ")");
+      TheServices().console.Print("assertion: " + std::string(what) + " (" + file + ":" +
+                                  std::to_string(line) + ")");
   }
   static void ReportException(const CHAR* where, const CHAR* what) {
     ReportModule(std::string("an exception in ") + where + ": " + what);
   }
-  static void Print(const String& text) { Application::Get().GetConsole().Print(Utf8(text)); }
+  static void Print(const String& text) { TheServices().console.Print(Utf8(text)); }
   static void StatusSetText(const String& text) {
-    if (RequireMainThread("Ge::StatusSetText")) Application::Get().GetConsole().SetStatusText(Utf8(text));
+    if (RequireMainThread("General::StatusSetText")) TheServices().console.SetStatusText(Utf8(text));
   }
   static void StatusSetBar(LONG percent) {
-    if (RequireMainThread("Ge::StatusSetBar")) Application::Get().GetConsole().SetStatusBar(percent);
+    if (RequireMainThread("General::StatusSetBar")) TheServices().console.SetStatusBar(percent);
   }
   static void StatusClear() {
-    if (RequireMainThread("Ge::StatusClear")) Application::Get().GetConsole().ClearStatus();
+    if (RequireMainThread("General::StatusClear")) TheServices().console.ClearStatus();
   }
   static GEMB_R OutString(const String& text, GEMB flags) {
-    if (!RequireMainThread("Ge::OutString")) return GEMB_R_UNDEFINED;
-    return Application::Get().GetDialogs().Show(Utf8(text), flags);
+    if (!RequireMainThread("General::OutString")) return GEMB_R_UNDEFINED;
+    return TheServices().dialogs.Show(Utf8(text), flags);
   }
   static Bool FileSelect(Filename* result, FILESELECTTYPE, FILESELECT flags, const String& title,
                          const String& force_suffix) {
     std::string path;
-    if (!RequireMainThread("Ge::FileSelect") ||
-        !Application::Get().GetDialogs().SelectFile(flags, Utf8(title), Utf8(force_suffix), &path))
+    if (!RequireMainThread("General::FileSelect") ||
+        !TheServices().dialogs.SelectFile(flags, Utf8(title), Utf8(force_suffix), &path))
       return FALSE;
     *result = Filename(FromUtf8(path));
     return TRUE;
   }
   static void EventAdd(EVENT) {
-    RequireMainThread("Ge::EventAdd");
-    ++TheServices().redraws;
+    RequireMainThread("General::EventAdd"); // drivers draw when they want a picture
   }
   static BaseThread* GetCurrentThread() {
     Work* work = Work::Current();
@@ -76,8 +75,7 @@ struct GeEntries {
   static LONG GetC4DVersion() { return API_VERSION; }
 
   static Bool RegisterPlugin(PLUGINTYPE type, LONG id, const String& str, const void* data, LONG datasize) {
-    if (!RequireMainThread("Ge::RegisterPlugin") ||
-        Application::Get().GetFaults().Strikes(Fault::Registration))
+    if (!RequireMainThread("General::RegisterPlugin") || TheServices().faults.Strikes(Fault::Registration))
       return FALSE;
     std::string why;
     if (TheServices().plugins.Register(type, id, str, data, datasize, &why)) return TRUE;
@@ -91,7 +89,7 @@ struct GeEntries {
   static BaseContainer* GetPluginContainer(BasePlugin* plugin) { return &Plugin::From(plugin)->container; }
   static BaseContainer* GetWorldPluginData(LONG id) { return TheServices().worldData.Get(id); }
   static Bool SetWorldPluginData(LONG id, const BaseContainer& bc, Bool add) {
-    if (!RequireMainThread("Ge::SetWorldPluginData")) return FALSE;
+    if (!RequireMainThread("General::SetWorldPluginData")) return FALSE;
     TheServices().worldData.Set(id, bc, add != FALSE);
     return TRUE;
   }
@@ -100,6 +98,6 @@ struct GeEntries {
 
 } // namespace
 
-HOST_BIND_GE(GeEntries)
+HOST_BIND(General, GeneralEntries)
 
 } // namespace host

@@ -1,6 +1,7 @@
-// The Gl table: program factories and vertex buffers of the views.
+// Entries for program factories and vertex buffers of the views.
 #include "c4d_os.h"
-#include "host/application.h"
+#include "host/base/misbehaviour.h"
+#include "host/nodes/services.h"
 #include "host/seam/os_tables.h"
 #include "host/view/view_state.h"
 
@@ -21,12 +22,12 @@ ViewBuffer& At(GlVertexBuffer* b) {
 }
 
 bool Strikes(Fault fault) {
-  return Application::Get().GetFaults().Strikes(fault);
+  return TheServices().faults.Strikes(fault);
 }
 
 /** A refused call is the module's mistake: say which and why. */
 Bool Checked(ViewFactory& factory, bool ok) {
-  if (!ok) Application::Get().ReportMisbehaviour("module misbehaves: " + factory.program.LastError());
+  if (!ok) ReportModule(factory.program.LastError());
   return ok;
 }
 
@@ -34,8 +35,7 @@ Bool Checked(ViewFactory& factory, bool ok) {
 ViewState* CheckedView(const BaseDraw* bd, const char* call) {
   ViewState* view = ViewState::Of(bd);
   if (ViewState::IsAlive(view)) return view;
-  Application::Get().ReportMisbehaviour(std::string("module misbehaves: ") + call +
-                                        ": the view does not exist");
+  ReportModule(std::string(call) + ": the view does not exist");
   return nullptr;
 }
 
@@ -98,14 +98,14 @@ struct GlEntries {
   static void UnlockFactory(GlProgramFactory* f) {
     if (--At(f).locks >= 0) return;
     At(f).locks = 0;
-    Application::Get().ReportMisbehaviour("module misbehaves: UnlockFactory without LockFactory");
+    ReportModule("UnlockFactory without LockFactory");
   }
   static Bool BindToView(GlProgramFactory* f, const BaseDraw* bd) {
     std::string error;
     ViewState* view = bd ? CheckedView(bd, "GlProgramFactory::BindToView") : At(f).view;
     // Unbinding leaves the context current while a view draws: the view's other objects go on with it.
     const bool ok = view && (!bd || view->context->MakeCurrent(&error));
-    if (!error.empty()) Application::Get().GetConsole().Print("GL: " + error);
+    if (!error.empty()) TheServices().console.Print("GL: " + error);
     return ok;
   }
   static Bool IsProgram(GlProgramFactory* f, GlProgramType t) {
@@ -197,14 +197,13 @@ struct GlEntries {
     std::string error;
     gl::SubBuffer* made =
         size > 0 ? At(vb).data.Allocate((gl::BufferType)type, (std::size_t)size, data, &error) : nullptr;
-    if (!made)
-      Application::Get().GetConsole().Print("GL: " + (error.empty() ? "a sub-buffer of no bytes" : error));
+    if (!made) TheServices().console.Print("GL: " + (error.empty() ? "a sub-buffer of no bytes" : error));
     return reinterpret_cast<GlVertexSubBufferData*>(made);
   }
   static Bool FreeBuffer(GlVertexBuffer* vb, const BaseDraw*, GlVertexSubBufferData* sub) {
     std::string error;
     if (At(vb).data.Free(reinterpret_cast<gl::SubBuffer*>(sub), &error)) return TRUE;
-    Application::Get().ReportMisbehaviour("module misbehaves: " + error);
+    ReportModule(error);
     return FALSE;
   }
   static LONG GetSubBufferCount(const GlVertexBuffer* vb) {
@@ -231,7 +230,7 @@ struct GlEntries {
         ViewState::Of(bd)->pointsDrawn += draw[i].lCount;
         continue;
       }
-      Application::Get().ReportMisbehaviour("module misbehaves: " + error);
+      ReportModule(error);
       return FALSE;
     }
     return TRUE;
@@ -240,6 +239,6 @@ struct GlEntries {
 
 } // namespace
 
-HOST_BIND_GL(GlEntries)
+HOST_BIND(Gl, GlEntries)
 
 } // namespace host

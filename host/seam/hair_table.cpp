@@ -1,4 +1,4 @@
-// Hr: hair objects and their guides.
+// Entries for hair objects and their guides.
 #include "host/base/misbehaviour.h"
 #include "host/hair/hair_object.h"
 #include "host/seam/os_tables.h"
@@ -7,10 +7,10 @@ namespace host {
 
 namespace {
 
-/** NULL and a report for what is no hair object. */
+/** NULL and a report for other objects than hair objects. */
 HairNode* Hair(HairObject* op) {
   HairNode* hair = AsHair(Impl((BaseObject*)op));
-  if (!hair) ReportCaller("the hair library is called with an object that is no hair object");
+  if (!hair) ReportCaller("the hair library is called with an object that is not a hair object");
   return hair;
 }
 
@@ -22,7 +22,7 @@ HairNode* HairThatIs(bool locked, HairObject* op, const char* call) {
   return nullptr;
 }
 
-struct HrEntries {
+struct HairEntries {
   static constexpr bool kMainThread = true;
 
   static HairGuides* AllocGuides(LONG count, LONG segments) {
@@ -75,6 +75,6 @@ struct HrEntries {
 
 } // namespace
 
-HOST_BIND_HR(HrEntries)
+HOST_BIND(Hair, HairEntries)
 
 } // namespace host

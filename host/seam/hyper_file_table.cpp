@@ -1,7 +1,7 @@
-// Hf: the typed streams of the plug-in interface.
-#include "host/application.h"
+// Entries for the typed streams of the plug-in interface.
 #include "host/base/live_files.h"
 #include "host/base/text.h"
+#include "host/nodes/services.h"
 #include "host/scene/hyper_file.h"
 #include "host/seam/os_tables.h"
 
@@ -9,7 +9,7 @@ namespace host {
 
 namespace {
 
-struct HfEntries {
+struct HyperFileEntries {
   static HyperFileImpl* At(HyperFile* hf) { return HyperFileImpl::From(hf); }
   static const HyperFileImpl* At(const HyperFile* hf) { return HyperFileImpl::From(hf); }
 
@@ -24,8 +24,8 @@ struct HfEntries {
     gDelete(impl);
   }
   static Bool Open(HyperFile* hf, LONG ident, const Filename& name, FILEOPEN mode, FILEDIALOG dialog) {
-    if (At(hf)->Open(ident, Utf8(name), mode, &Application::Get().GetFaults())) return TRUE;
-    if (dialog == FILEDIALOG_ANY) Application::Get().GetDialogs().Show(At(hf)->ErrorText(), GEMB_ICONSTOP);
+    if (At(hf)->Open(ident, Utf8(name), mode, &TheServices().faults)) return TRUE;
+    if (dialog == FILEDIALOG_ANY) TheServices().dialogs.Show(At(hf)->ErrorText(), GEMB_ICONSTOP);
     return FALSE;
   }
   static Bool Close(HyperFile* hf) { return At(hf)->Close(); }
@@ -56,6 +56,6 @@ struct HfEntries {
 
 } // namespace
 
-HOST_BIND_HF(HfEntries)
+HOST_BIND(HyperFile, HyperFileEntries)
 
 } // namespace host

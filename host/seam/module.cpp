@@ -83,8 +83,9 @@ private:
   void FreeNodes(const Plugin& plugin) {
     std::vector<Node*> nodes = NodesOfPlugin(plugin);
     if (nodes.empty()) return;
-    ReportModule(path_ + ": " + std::to_string(nodes.size()) + " nodes of type " + std::to_string(plugin.id) +
-                 " are still alive at its end");
+    const bool one = nodes.size() == 1;
+    ReportModule(path_ + ": " + std::to_string(nodes.size()) + (one ? " node" : " nodes") + " of type " +
+                 std::to_string(plugin.id) + (one ? " is" : " are") + " still alive at its end");
     // Freeing one may free others below it.
     for (; !nodes.empty(); nodes = NodesOfPlugin(plugin)) FreeNode(nodes.front());
   }
@@ -128,7 +129,7 @@ std::unique_ptr<Module> Module::Load(const std::string& path, OperatingSystem* o
   answer = library.Call(C4DPL_INIT);
   module->registrations_->Close();
   if (answer == FALSE) {
-    reason = "start refused: found answer 0, expected another";
+    reason = "start refused: its PluginStart returned FALSE, expected TRUE";
     return fail();
   }
   return module;

@@ -1,12 +1,12 @@
-// The Mo table: clone data.
+// Entries for clone data.
+#include "host/geometry/clone_tag.h"
 #include "host/seam/os_tables.h"
-#include "host/view/clone_data.h"
 
 namespace host {
 
 namespace {
 
-struct MoEntries {
+struct MoGraphEntries {
   static constexpr bool kMainThread = true;
 
   static MoData* Alloc() { return Api(new CloneData); }
@@ -30,6 +30,6 @@ private:
 
 } // namespace
 
-HOST_BIND_MO(MoEntries)
+HOST_BIND(MoGraph, MoGraphEntries)
 
 } // namespace host

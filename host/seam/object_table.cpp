@@ -1,4 +1,4 @@
-// Bo: objects of the scene and their tags.
+// Entries for objects of the scene and their tags.
 #include "host/base/misbehaviour.h"
 #include "host/base/user_break.h"
 #include "host/geometry/variable_tag.h"
@@ -27,7 +27,7 @@ void PlaceTag(Object& op, Node& tag, BaseTag* pred) {
   InsertNode(op.tags, tag, after);
 }
 
-struct BoEntries {
+struct ObjectEntries {
   static constexpr bool kMainThread = true;
 
   static void GetMl(const BaseObject* op, Matrix* m) { *m = Impl(op)->ml; }
@@ -69,6 +69,6 @@ struct BoEntries {
 
 } // namespace
 
-HOST_BIND_BO(BoEntries)
+HOST_BIND(Object, ObjectEntries)
 
 } // namespace host

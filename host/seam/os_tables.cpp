@@ -1,7 +1,7 @@
 #include "host/seam/os_tables.h"
 
 #include "host/base/misbehaviour.h"
-#include "host/seam/services.h"
+#include "host/nodes/services.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -28,9 +28,10 @@ bool RequireMainThread(const char* entry) {
 
 namespace {
 
-constexpr OperatingSystem kTables = {API_VERSION, &kGeTable, &kLrTable, &kBmTable, &kAtTable, &kBoTable,
-                                     &kBdTable,   &kHfTable, &kFlTable, &kBrTable, &kGlTable, &kMoTable,
-                                     &kVdTable,   &kPoTable, &kHrTable, &kTpTable, &kEmTable};
+constexpr OperatingSystem kTables = {
+    API_VERSION,     &kGeneralTable,   &kResourceTable, &kBitmapTable,   &kAtomTable,   &kObjectTable,
+    &kDocumentTable, &kHyperFileTable, &kFileTable,     &kViewTable,     &kGlTable,     &kMoGraphTable,
+    &kVolumeTable,   &kPointTable,     &kHairTable,     &kParticleTable, &kEmitterTable};
 
 } // namespace
 

@@ -3,14 +3,14 @@
 // Each table is bound in one file: a struct with a static function for every entry that is implemented, named
 // and typed as in sdk/tables/<name>.inc, and after it, in namespace host:
 //
-//     namespace { struct HfEntries { static Bool Close(HyperFile* hf) {...} ... }; }
-//     HOST_BIND_HF(HfEntries)
+//     namespace { struct HyperFileEntries { static Bool Close(HyperFile* hf) {...} ... }; }
+//     HOST_BIND(HyperFile, HyperFileEntries)
 //
-// This defines kHfTable, constant-initialised. An entry without a function ends the program with its name.
-// Each function runs behind a fence: an exception is reported as the host's misbehaviour and the caller gets
-// R{}. It counts as the host's own work; one that is noexcept counts as its caller's, as memory does. A
+// This defines kHyperFileTable, constant-initialised. An entry without a function ends the program with its
+// name. Each function runs behind a fence: an exception is reported as the host's misbehaviour and the caller
+// gets R{}. It counts as the host's own work; one that is noexcept counts as its caller's, as memory does. A
 // struct that says `static constexpr bool kMainThread = true;` has all its entries report calls from other
-// threads; functions that alone are the main thread's call RequireMainThread themselves.
+// threads; single functions that belong to the main thread call RequireMainThread themselves.
 #pragma once
 
 #include "c4d_os.h"
@@ -61,70 +61,55 @@ struct GuardedEntry<R (*)(A...), Own, function, Name, E> {
   }
 };
 
-#define HOST_TABLE Ge
+#define HOST_TABLE General
 #define HOST_TABLE_FILE "tables/general.inc"
 #include "host/seam/bind_table.inc"
-#define HOST_TABLE Lr
+#define HOST_TABLE Resource
 #define HOST_TABLE_FILE "tables/resource.inc"
 #include "host/seam/bind_table.inc"
-#define HOST_TABLE Bm
+#define HOST_TABLE Bitmap
 #define HOST_TABLE_FILE "tables/bitmap.inc"
 #include "host/seam/bind_table.inc"
-#define HOST_TABLE At
+#define HOST_TABLE Atom
 #define HOST_TABLE_FILE "tables/atom.inc"
 #include "host/seam/bind_table.inc"
-#define HOST_TABLE Bo
+#define HOST_TABLE Object
 #define HOST_TABLE_FILE "tables/object.inc"
 #include "host/seam/bind_table.inc"
-#define HOST_TABLE Bd
+#define HOST_TABLE Document
 #define HOST_TABLE_FILE "tables/document.inc"
 #include "host/seam/bind_table.inc"
-#define HOST_TABLE Hf
+#define HOST_TABLE HyperFile
 #define HOST_TABLE_FILE "tables/hyper_file.inc"
 #include "host/seam/bind_table.inc"
-#define HOST_TABLE Fl
+#define HOST_TABLE File
 #define HOST_TABLE_FILE "tables/file.inc"
 #include "host/seam/bind_table.inc"
-#define HOST_TABLE Br
+#define HOST_TABLE View
 #define HOST_TABLE_FILE "tables/view.inc"
 #include "host/seam/bind_table.inc"
 #define HOST_TABLE Gl
 #define HOST_TABLE_FILE "tables/gl.inc"
 #include "host/seam/bind_table.inc"
-#define HOST_TABLE Mo
+#define HOST_TABLE MoGraph
 #define HOST_TABLE_FILE "tables/mograph.inc"
 #include "host/seam/bind_table.inc"
-#define HOST_TABLE Vd
+#define HOST_TABLE Volume
 #define HOST_TABLE_FILE "tables/volume.inc"
 #include "host/seam/bind_table.inc"
-#define HOST_TABLE Po
+#define HOST_TABLE Point
 #define HOST_TABLE_FILE "tables/point.inc"
 #include "host/seam/bind_table.inc"
-#define HOST_TABLE Hr
+#define HOST_TABLE Hair
 #define HOST_TABLE_FILE "tables/hair.inc"
 #include "host/seam/bind_table.inc"
-#define HOST_TABLE Tp
+#define HOST_TABLE Particle
 #define HOST_TABLE_FILE "tables/particle.inc"
 #include "host/seam/bind_table.inc"
-#define HOST_TABLE Em
+#define HOST_TABLE Emitter
 #define HOST_TABLE_FILE "tables/emitter.inc"
 #include "host/seam/bind_table.inc"
 
-#define HOST_BIND_GE(Entries) constexpr C4D_Ge kGeTable = bindGe::Make<Entries>();
-#define HOST_BIND_LR(Entries) constexpr C4D_Lr kLrTable = bindLr::Make<Entries>();
-#define HOST_BIND_BM(Entries) constexpr C4D_Bm kBmTable = bindBm::Make<Entries>();
-#define HOST_BIND_AT(Entries) constexpr C4D_At kAtTable = bindAt::Make<Entries>();
-#define HOST_BIND_BO(Entries) constexpr C4D_Bo kBoTable = bindBo::Make<Entries>();
-#define HOST_BIND_BD(Entries) constexpr C4D_Bd kBdTable = bindBd::Make<Entries>();
-#define HOST_BIND_HF(Entries) constexpr C4D_Hf kHfTable = bindHf::Make<Entries>();
-#define HOST_BIND_FL(Entries) constexpr C4D_Fl kFlTable = bindFl::Make<Entries>();
-#define HOST_BIND_BR(Entries) constexpr C4D_Br kBrTable = bindBr::Make<Entries>();
-#define HOST_BIND_GL(Entries) constexpr C4D_Gl kGlTable = bindGl::Make<Entries>();
-#define HOST_BIND_MO(Entries) constexpr C4D_Mo kMoTable = bindMo::Make<Entries>();
-#define HOST_BIND_VD(Entries) constexpr C4D_Vd kVdTable = bindVd::Make<Entries>();
-#define HOST_BIND_PO(Entries) constexpr C4D_Po kPoTable = bindPo::Make<Entries>();
-#define HOST_BIND_HR(Entries) constexpr C4D_Hr kHrTable = bindHr::Make<Entries>();
-#define HOST_BIND_TP(Entries) constexpr C4D_Tp kTpTable = bindTp::Make<Entries>();
-#define HOST_BIND_EM(Entries) constexpr C4D_Em kEmTable = bindEm::Make<Entries>();
+#define HOST_BIND(Name, Entries) constexpr C4D_##Name k##Name##Table = bind##Name::Make<Entries>();
 
 } // namespace host

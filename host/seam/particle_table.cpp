@@ -1,8 +1,8 @@
-// Tp: particles and their groups.
+// Entries for particles and their groups.
 #include "host/base/misbehaviour.h"
+#include "host/nodes/services.h"
 #include "host/particles/particle_system.h"
 #include "host/seam/os_tables.h"
-#include "host/seam/services.h"
 
 namespace host {
 
@@ -12,10 +12,10 @@ ParticleSystem& System(TP_MasterSystem* system) {
   return static_cast<ParticleSystem&>(*Impl((C4DAtom*)system));
 }
 
-/** NULL and a report for what is no particle group; NULL stays NULL. */
+/** NULL and a report for other nodes than particle groups; NULL stays NULL. */
 ParticleGroup* GroupOf(TP_PGroup* group) {
   ParticleGroup* impl = dynamic_cast<ParticleGroup*>(Impl((C4DAtom*)group));
-  if (group && !impl) ReportCaller("the particle library is called with a node that is no particle group");
+  if (group && !impl) ReportCaller("the particle library is called with a node that is not a particle group");
   return impl;
 }
 
@@ -59,7 +59,7 @@ bool FindPlace(ParticleGroup& other, TP_InsertMode mode, NodeList** list, Node**
   return *list && (*list)->owner->kind == NodeKind::ParticleGroup;
 }
 
-struct TpEntries {
+struct ParticleEntries {
   static constexpr bool kMainThread = true;
 
   static Bool Init() { return TheServices().libraries.particles; }
@@ -228,6 +228,6 @@ struct TpEntries {
 
 } // namespace
 
-HOST_BIND_TP(TpEntries)
+HOST_BIND(Particle, ParticleEntries)
 
 } // namespace host

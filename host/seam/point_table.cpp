@@ -1,4 +1,4 @@
-// Po: objects made of points, and variable tags.
+// Entries for objects made of points, and variable tags.
 #include "host/geometry/point_nodes.h"
 #include "host/geometry/variable_tag.h"
 #include "host/plugins/plugin_registry.h"
@@ -36,19 +36,19 @@ T* ApiAs(Node* node) {
   return reinterpret_cast<T*>(Api(node));
 }
 
-struct PoEntries {
+struct PointEntries {
   static PolygonObject* AllocPolygon(LONG pcnt, LONG vcnt) {
-    RequireMainThread("Po::AllocPolygon");
+    RequireMainThread("Point::AllocPolygon");
     return vcnt < 0 ? NULL : ApiAs<PolygonObject>(MakePoints(Opolygon, pcnt, vcnt));
   }
   static SplineObject* AllocSpline(LONG pcnt, SPLINETYPE type) {
-    RequireMainThread("Po::AllocSpline");
+    RequireMainThread("Point::AllocSpline");
     PointNode* spline = MakePoints(Ospline, pcnt, 0);
     if (spline) static_cast<SplineNode*>(spline)->interpolation = type;
     return ApiAs<SplineObject>(spline);
   }
   static VariableTag* AllocVariableTag(LONG type, LONG count) {
-    RequireMainThread("Po::AllocVariableTag");
+    RequireMainThread("Point::AllocVariableTag");
     return ApiAs<VariableTag>(host::MakeVariableTag(type, count));
   }
 
@@ -94,18 +94,18 @@ struct PoEntries {
   }
 
   static Bool Resize(PointObject* op, LONG pcnt, LONG parts) {
-    RequireMainThread("Po::Resize");
+    RequireMainThread("Point::Resize");
     PointNode* node = Points(op);
     return node && node->Resize(pcnt, parts);
   }
   static VariableTag* MakeVariableTag(BaseObject* op, LONG type, LONG count, BaseTag* pred) {
-    RequireMainThread("Po::MakeVariableTag");
+    RequireMainThread("Point::MakeVariableTag");
     VariableTagNode* tag = host::MakeVariableTag(type, count);
     if (tag) op->InsertTag(Api((Tag*)tag), pred);
     return ApiAs<VariableTag>(tag);
   }
   static Bool CopyTagsTo(BaseObject* op, BaseObject* dest, LONG visible, LONG variable, LONG hierarchical) {
-    RequireMainThread("Po::CopyTagsTo");
+    RequireMainThread("Point::CopyTagsTo");
     std::vector<Node*> copies;
     bool good = true;
     for (Node* tag = Impl(op)->tags.first; tag && good; tag = tag->next) {
@@ -121,6 +121,6 @@ struct PoEntries {
 
 } // namespace
 
-HOST_BIND_PO(PoEntries)
+HOST_BIND(Point, PointEntries)
 
 } // namespace host

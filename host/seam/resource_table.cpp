@@ -1,9 +1,9 @@
-// Lr: resources of modules.
+// Entries for resources of modules.
 #include "host/base/misbehaviour.h"
 #include "host/base/text.h"
+#include "host/nodes/services.h"
 #include "host/parameters/node_parameters.h"
 #include "host/seam/os_tables.h"
-#include "host/seam/services.h"
 
 #include <filesystem>
 
@@ -13,7 +13,7 @@ namespace {
 
 const char* const kLanguage = "us";
 
-struct LrEntries {
+struct ResourceEntries {
   static constexpr bool kMainThread = true;
 
   static LocalResource* Load(const Filename& path) {
@@ -21,7 +21,7 @@ struct LrEntries {
     std::string error;
     made->path = Utf8(path);
     if (!made->folder.Open(std::filesystem::u8path(made->path), kLanguage, &error)) {
-      Application::Get().GetConsole().Print(error);
+      TheServices().console.Print(error);
       return NULL;
     }
     TheServices().resources.push_back(std::move(made));
@@ -45,7 +45,7 @@ struct LrEntries {
   static Bool RegisterDescription(LONG id, const String& name, LocalResource* resource) {
     std::string why;
     if (TheServices().plugins.BindDescription(id, Utf8(name), Resources::From(resource), &why)) return TRUE;
-    Application::Get().GetConsole().Print(why);
+    TheServices().console.Print(why);
     return FALSE;
   }
   static Bool LoadDescription(::Description* description, LONG id, const String& name) {
@@ -61,6 +61,6 @@ struct LrEntries {
 
 } // namespace
 
-HOST_BIND_LR(LrEntries)
+HOST_BIND(Resource, ResourceEntries)
 
 } // namespace host

@@ -1,6 +1,5 @@
-// The Br table: the view while it draws.
+// Entries for the view while it draws.
 #include "c4d_os.h"
-#include "host/application.h"
 #include "host/seam/os_tables.h"
 #include "host/view/view_state.h"
 
@@ -10,7 +9,7 @@ namespace {
 
 enum { kIsShadowPass = 1889, kIsRenderAsEditor = 1890, kIsPrepass = 1891, kIsPickPass = 1892 };
 
-struct BrEntries {
+struct ViewEntries {
   static void GetFrame(const BaseView* bv, LONG* left, LONG* top, LONG* right, LONG* bottom) {
     const ViewState* view = ViewState::Of((const BaseDraw*)bv);
     *left = *top = 0;
@@ -35,13 +34,13 @@ struct BrEntries {
   static void SetMatrix_Matrix(BaseDraw* bd, BaseObject*, const Matrix& mg) {
     ViewState::Of(bd)->objectMatrix = mg;
   }
-  static Bool TestBreak(BaseDraw*) { return C4DOS.Ge->TestBreak(C4DOS.Ge->GetCurrentThread()); }
+  static Bool TestBreak(BaseDraw*) { return C4DOS.general->TestBreak(C4DOS.general->GetCurrentThread()); }
   static BaseDocument* GetHelpDocument(BaseDrawHelp* bh) { return reinterpret_cast<DrawHelp*>(bh)->document; }
   static void GetHelpMg(BaseDrawHelp* bh, Matrix* m) { *m = reinterpret_cast<DrawHelp*>(bh)->global; }
 };
 
 } // namespace
 
-HOST_BIND_BR(BrEntries)
+HOST_BIND(View, ViewEntries)
 
 } // namespace host

@@ -1,4 +1,4 @@
-// The Vd table: rays and pictures while rendering.
+// Entries for rays and pictures while rendering.
 #include "host/base/misbehaviour.h"
 #include "host/render/ray_tracer.h"
 #include "host/render/render_buffer.h"
@@ -16,7 +16,7 @@ RayTracer* TracerOf(const VolumeData* vd, const char* call) {
   return tracer;
 }
 
-struct VdEntries {
+struct VolumeEntries {
   static VolumeData* Alloc() { return new (std::nothrow) RenderVolume; }
   static void Free(VolumeData* vd) {
     if (RenderVolume::From(vd)->tracer)
@@ -66,7 +66,7 @@ struct VdEntries {
   }
 
   static VPBuffer* GetBuffer(const Render* render, LONG id, LONG) {
-    if (!RequireMainThread("Vd::GetBuffer")) return NULL;
+    if (!RequireMainThread("Volume::GetBuffer")) return NULL;
     const RenderJob* job = RenderJob::From(render);
     return job && id == VPBUFFER_RGBA ? job->Buffer().Api() : NULL;
   }
@@ -85,6 +85,6 @@ struct VdEntries {
 
 } // namespace
 
-HOST_BIND_VD(VdEntries)
+HOST_BIND(Volume, VolumeEntries)
 
 } // namespace host

@@ -10,8 +10,8 @@ namespace host {
 
 namespace {
 
-typedef std::unordered_map<LULONG, LULONG>
-    Origins; ///< from a kept node's number to that of the node it was made from
+/** From the number of a node to that of the kept node that stands for it. */
+typedef std::unordered_map<LULONG, LULONG> StandIns;
 
 void SwapData(Node& a, Node& b) {
   std::swap(a.data, b.data);
@@ -75,7 +75,7 @@ public:
 
   void Exchange(bool) override {
     Node* node = FindNode(target_);
-    if (!node) return; // freed for good in the meantime
+    if (!node) return; // freed in the meantime
     SwapContent(*node, *kept_);
     if (!branches_) return;
     // Both nodes are of one type: their lists come in the same order.
@@ -133,7 +133,7 @@ private:
   bool hierarchy_, branches_ = true;
   Node* kept_ = nullptr;
   std::vector<LULONG> origins_;
-  Origins stands_;
+  StandIns stands_;
 };
 
 /** A node that came or went: where it lies, or lay. While it is away this keeps it. */
@@ -248,7 +248,7 @@ bool UndoHistory::Add(UNDOTYPE type, Node* node, std::string* why) {
     current_.push_back(std::move(change));
     return true;
   } else {
-    why->clear(); // out of memory is no breach
+    why->clear(); // running out of memory breaks no rule
   }
   return false;
 }
@@ -276,6 +276,14 @@ void UndoHistory::Clear() {
   current_.clear();
   while (!done_.empty()) done_.pop_back(); // newest first: each step counts on those before it
   open_ = false;
+}
+
+void RegisterDocuments(NodeTypes& types) {
+  types.Add({NodeKind::Document, Tbasedocument, "Untitled", 0, [](LONG) -> Node* {
+               Document* doc = new Document;
+               doc->undo = std::make_unique<UndoHistory>(*doc);
+               return doc;
+             }});
 }
 
 } // namespace host

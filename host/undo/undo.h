@@ -1,10 +1,12 @@
-// Undo of one document. A step is what was added between Begin and End; each change keeps what is needed to
-// go back and, once undone, to go forward again.
+// Undo of one document: each change of a step keeps what is needed to go back and, once undone, to go forward
+// again.
 #pragma once
 
-#include "host/nodes/node.h"
+#include "host/nodes/node_types.h"
 
 #include <deque>
+#include <memory>
+#include <vector>
 
 namespace host {
 
@@ -15,25 +17,20 @@ public:
   virtual void Exchange(bool undo) = 0;
 };
 
-class UndoHistory {
+class UndoHistory : public UndoSteps {
 public:
   /** Older steps are forgotten. */
   static const std::size_t kMostSteps = 30;
 
   explicit UndoHistory(Document& doc) : doc_(doc) {}
-  ~UndoHistory();
+  ~UndoHistory() override;
 
-  /** False while a step is open. */
-  bool Begin();
-  bool End();
-  /** Keeps what the node is now. False outside a step, for a node outside the document, or without memory. */
-  bool Add(UNDOTYPE type, Node* node, std::string* why);
-  /** False when there is nothing to undo or a step is open. */
-  bool Undo();
-  bool Redo();
-  bool IsOpen() const { return open_; }
-  std::size_t Steps() const { return done_.size(); }
-  void Clear();
+  bool Begin() override;
+  bool End() override;
+  bool Add(UNDOTYPE type, Node* node, std::string* why) override;
+  bool Undo() override;
+  bool Redo() override;
+  void Clear() override;
 
 private:
   typedef std::vector<std::unique_ptr<Change>> Step;
@@ -45,5 +42,8 @@ private:
   Step current_;
   std::deque<Step> done_, undone_;
 };
+
+/** Documents are made with a history of their own. */
+void RegisterDocuments(NodeTypes& types);
 
 } // namespace host

@@ -1,7 +1,7 @@
 // Camera geometry of a view. World space is left-handed: x right, y up, z away from the viewer.
 #pragma once
 
-#include "host/viewport.h"
+#include "host/view/view_camera.h"
 
 namespace host {
 

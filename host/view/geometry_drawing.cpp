@@ -1,13 +1,13 @@
 #include "host/view/geometry_drawing.h"
 
 #include "host/geometry/point_nodes.h"
+#include "host/geometry/surface_entries.h"
 #include "host/geometry/variable_tag.h"
-#include "host/geometry/visible_points.h"
 #include "host/hair/hair_object.h"
+#include "host/nodes/visible_objects.h"
 #include "host/particles/emitter.h"
 #include "host/particles/particle_system.h"
-#include "host/render/polygon_sources.h"
-#include "host/render/surface_scene.h"
+#include "host/view/visible_points.h"
 
 #include <algorithm>
 #include <cmath>

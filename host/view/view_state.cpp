@@ -1,6 +1,6 @@
 #include "host/view/view_state.h"
 
-#include "host/application.h"
+#include "host/nodes/node.h"
 
 #include <algorithm>
 #include <atomic>
@@ -20,6 +20,7 @@ std::vector<ViewState*>& Views() {
 /** Frees GL objects with their context current. */
 template <class List, class Match>
 void RemoveMatching(ViewState* view, List& list, Match match) {
+  if (std::none_of(list.begin(), list.end(), [&](const auto& entry) { return match(*entry); })) return;
   std::string ignored;
   const gl::CurrentScope current(*view->context, &ignored);
   list.remove_if([&](const auto& entry) { return match(*entry); });
@@ -77,6 +78,12 @@ void ViewState::RemoveBuffers(const C4DAtom* object, LONG index) {
     RemoveMatching(view, view->buffers, [&](const ViewBuffer& b) {
       return b.object == object && (index == NOTOK || b.index == index);
     });
+}
+
+void ViewState::NodeDies(Node& node) {
+  const C4DAtom* object = host::Api(&node);
+  RemoveMatching(this, factories, [object](const ViewFactory& f) { return f.object == object; });
+  RemoveMatching(this, buffers, [object](const ViewBuffer& b) { return b.object == object; });
 }
 
 ViewState::DrawScope::DrawScope(ViewState* view) : previous_(drawing) {

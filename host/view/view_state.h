@@ -5,6 +5,7 @@
 #include "host/gl/framebuffer.h"
 #include "host/gl/program_factory.h"
 #include "host/gl/vertex_buffer.h"
+#include "host/nodes/node_watcher.h"
 #include "host/view/camera_math.h"
 
 #include <list>
@@ -44,16 +45,16 @@ struct ViewBuffer {
 };
 
 /** The plug-in holds a view as BaseDraw*. Thread of the view. */
-class ViewState {
+class ViewState : private NodeWatcher {
 public:
   ViewState(std::shared_ptr<gl::Context> context, std::unique_ptr<gl::Framebuffer> target);
-  ~ViewState();
+  ~ViewState() override;
 
   /** The view that draws now, NULL outside Draw. */
   static ViewState* Drawing();
   static ViewState* Of(const BaseDraw* bd) { return (ViewState*)const_cast<BaseDraw*>(bd); }
   BaseDraw* Api() { return (BaseDraw*)this; }
-  /** False for pointers that are no living view. */
+  /** False for pointers to anything but a living view. */
   static bool IsAlive(const ViewState* view);
 
   /** Drops what a node has in every view. */
@@ -68,6 +69,8 @@ public:
   LONG drawPortType = DRAWPORT_TYPE_OGL_HQ;
   std::list<std::unique_ptr<ViewFactory>> factories;
   std::list<std::unique_ptr<ViewBuffer>> buffers;
+
+  void NodeDies(Node& node) override;
 
   /** Marks the view as the drawing one for a block. */
   class DrawScope {

@@ -85,9 +85,9 @@ TEST_F(HostMemory, UntouchedGigabytesCostNothing) {
 TEST_F(HostMemory, ForeignAddressesAreReportedAndLeftAlone) {
   int local = 0;
   void* foreign = &local;
-  C4DOS.Ge->Free(foreign);
+  C4DOS.general->Free(foreign);
   EXPECT_NE(Reported().find("host misbehaves: free of"), std::string::npos) << Reported();
-  EXPECT_EQ(C4DOS.Ge->ReallocNC(foreign, 10, 0, ""), nullptr);
+  EXPECT_EQ(C4DOS.general->ReallocNC(foreign, 10, 0, ""), nullptr);
   EXPECT_EQ(application_->Misbehaviour().size(), 2u);
 }
 

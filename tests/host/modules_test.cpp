@@ -122,7 +122,7 @@ TEST_F(SoundModule, ABlockThatIsNeverFreedIsNamedByItsPlace) {
 TEST_F(SoundModule, ANodeThatIsNeverFreedIsReportedAndTakenAway) {
   const std::vector<std::string> lines = After(2);
   ASSERT_EQ(lines.size(), 1u);
-  EXPECT_TRUE(Contains(lines[0], "1 nodes of type 1099101 are still alive")) << lines[0];
+  EXPECT_TRUE(Contains(lines[0], "1 node of type 1099101 is still alive")) << lines[0];
   EXPECT_EQ(application_.Live().nodeData, 0);
 }
 

@@ -137,7 +137,7 @@ TEST_F(Nodes, DocumentsHaveHooksRenderSettingsAndInherentVideoPosts) {
 TEST_F(Nodes, CallsOnOtherThreadsAreReported) {
   BaseObject* op = Add(Onull, "op");
   std::thread([&] { op->GetMl(); }).join();
-  EXPECT_NE(Reported().find("Bo::GetMl is called on another thread"), std::string::npos) << Reported();
+  EXPECT_NE(Reported().find("Object::GetMl is called on another thread"), std::string::npos) << Reported();
 }
 
 TEST_F(Nodes, WhatIsStillAliveAtTheEndIsNamed) {
@@ -149,7 +149,7 @@ TEST_F(Nodes, WhatIsStillAliveAtTheEndIsNamed) {
   for (const std::string& line : application_->Close()) all += line + "\n";
   cleanExpected_ = false;
   for (const char* what :
-       {"a node of type 1099201", "1 nodes that lie in no document", "1 bitmaps", "1 files"})
+       {"a node of type 1099201", "1 node outside of documents is", "1 bitmap is", "1 file is"})
     EXPECT_NE(all.find(what), std::string::npos) << what << " in " << all;
   EXPECT_EQ(application_->Live().nodeData, 0) << "no code of a plug-in runs later";
   BaseFile::Free(file);

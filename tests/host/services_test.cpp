@@ -76,12 +76,12 @@ TEST_F(HostServices, RegistrationsThatAreWrongAreRefused) {
   cleanExpected_ = false;
   OBJECTPLUGIN sound = {};
   const auto submit = [&](PLUGINTYPE type, LONG id, LONG size) {
-    return C4DOS.Ge->RegisterPlugin(type, id, "x", &sound, size);
+    return C4DOS.general->RegisterPlugin(type, id, "x", &sound, size);
   };
   EXPECT_FALSE(submit(PLUGINTYPE_OBJECT, 5, sizeof sound)) << "no functions";
   EXPECT_FALSE(submit(PLUGINTYPE_OBJECT, 5, sizeof sound - 8)) << "a short structure";
   EXPECT_FALSE(submit(PLUGINTYPE_LIBRARY, 5, sizeof sound)) << "a kind that is not taken";
-  EXPECT_FALSE(C4DOS.Ge->RegisterPlugin(PLUGINTYPE_OBJECT, 5, "x", NULL, sizeof sound));
+  EXPECT_FALSE(C4DOS.general->RegisterPlugin(PLUGINTYPE_OBJECT, 5, "x", NULL, sizeof sound));
   EXPECT_FALSE(RegisterObjectPlugin(5, "x", 0, NULL, String(), NULL, 0)) << "no allocator";
   EXPECT_FALSE(RegisterObjectPlugin(kProbe, "x", 0, Probe::Alloc, String(), NULL, 0)) << "the id is taken";
   EXPECT_FALSE(RegisterVideoPostPlugin(kProbe, "x", 0, ProbePost::Alloc, String(), 0, 0))

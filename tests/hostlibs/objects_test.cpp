@@ -53,7 +53,7 @@ TEST_F(LibraryObjects, MisuseOfTheLockOfHairIsReportedAndChangesNothing) {
                  "Unlock " + unlocked, "Lock " + locked, "Update " + locked,
                  "guides that a hair object owns are freed",
                  "SetGuides takes guides over that another hair object owns",
-                 "the hair library is called with an object that is no hair object",
+                 "the hair library is called with an object that is not a hair object",
                  "the hair object \"Hair\" is freed while it is locked",
                  "the hair object \"Fur\" is freed while it is locked"});
 }
@@ -102,7 +102,7 @@ TEST_F(LibraryObjects, EmitterParticlesArePlacedBetweenPrepareAndUpdateOnly) {
   EXPECT_EQ(particles[2].color, Vector(1.0));
   const std::string found = "SetParticle: found particle ", expected = ", expected one of 3, counted from 0";
   ExpectReports({"SetParticle of an emitter without Prepare", "Update of an emitter without Prepare",
-                 "the emitter library is called with an object that is no emitter", found + "-1" + expected,
+                 "the emitter library is called with an object that is not an emitter", found + "-1" + expected,
                  found + "3" + expected});
 }
 

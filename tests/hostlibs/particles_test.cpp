@@ -55,7 +55,7 @@ TEST_F(ParticlesTest, NumbersOfNoParticleAreReportedAndChangeNothing) {
                                : ": found particle " + number + ", expected one of 2, counted from 0")});
     }
   AsModule(0, [&] { system->GetGroupParticleCount((TP_PGroup*)doc_->GetActiveRenderData()); });
-  ExpectReports({"the particle library is called with a node that is no particle group"});
+  ExpectReports({"the particle library is called with a node that is not a particle group"});
   EXPECT_EQ(Held(system), before);
 }
 

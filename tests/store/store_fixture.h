@@ -57,7 +57,8 @@ public:
       if (i.count >= 0)
         hf->WriteArray(i.bytes.data(), (HYPERFILEARRAY)i.type, i.increment, i.count);
       else
-        C4DOS.Hf->Write(hf, (HYPERFILEVALUE)i.type, i.bytes.empty() ? &i.text : (const void*)i.bytes.data());
+        C4DOS.hyperFile->Write(hf, (HYPERFILEVALUE)i.type,
+                               i.bytes.empty() ? &i.text : (const void*)i.bytes.data());
   }
   template <class T>
   T At(std::size_t i) const {

@@ -2,7 +2,7 @@
 
 #include "cli/session/cloud_stats.h"
 #include "cli/text/format.h"
-#include "host/base/text.h"
+#include "host/application.h"
 #include "host/geometry/point_nodes.h"
 #include "host/geometry/variable_tag.h"
 #include "host/hair/hair_object.h"

@@ -1,7 +1,6 @@
 #include "cli/commands/render/height_colors.h"
 
-#include "host/nodes/node.h"
-#include "host/nodes/object_calls.h"
+#include "host/application.h"
 #include "otallyframe.h"
 #include "vpkelvrarender.h"
 
@@ -33,9 +32,7 @@ PointObject* Convert(BaseObject* cloud) {
   BaseObject* built = host::UpdateCache(cloud, cloud->GetDocument(), BUILDFLAGS_0);
   data->SetLong(KELVRA_CONVERT_MODE, mode);
   if (!built || built->GetType() != Opolygon) return NULL;
-  host::RemoveNode(*host::Impl(built));
-  host::Impl(cloud)->cacheBuilt = false;
-  return (PointObject*)built;
+  return (PointObject*)host::TakeCache(cloud);
 }
 
 bool Paint(PointObject* points) {
@@ -65,7 +62,8 @@ bool RenderByHeight(CloudSession& session, BaseObject* cloud) {
   PointObject* points = Convert(cloud);
   if (!points) return false;
   if (!Paint(points)) {
-    host::FreeNode(host::Impl(points));
+    BaseObject* unpainted = points;
+    BaseObject::Free(unpainted);
     return false;
   }
   BaseDocument* doc = session.Document();

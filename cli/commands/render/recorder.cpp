@@ -1,7 +1,7 @@
 #include "cli/commands/render/recorder.h"
 
 #include "cli/commands/options/frame_range.h"
-#include "host/nodes/node.h"
+#include "host/render.h"
 #include "kelvra_messages.h"
 
 #include <stdexcept>

@@ -1,7 +1,7 @@
 #include "cli/commands/render/scene_light.h"
 
 #include "cli/session/cloud_session.h"
-#include "host/render/scene_lights.h"
+#include "host/render.h"
 
 #include <cmath>
 #include <regex>

@@ -3,8 +3,6 @@
 #include "cli/commands/render/height_colors.h"
 #include "cli/commands/render/scene_light.h"
 #include "cli/text/format.h"
-#include "host/render/surface_scene.h"
-#include "host/view/camera_math.h"
 #include "otallyframe.h"
 
 #include <algorithm>

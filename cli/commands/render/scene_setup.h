@@ -4,7 +4,7 @@
 
 #include "cli/commands/commands.h"
 #include "cli/session/cloud_session.h"
-#include "host/render/render_options.h"
+#include "host/render.h"
 
 namespace cli {
 

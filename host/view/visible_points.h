@@ -19,9 +19,6 @@ void VisitElements(const Object& op, const std::function<void(const Vector&)>& v
 /** Particle groups of the document with particles, the built-in one first; world space. */
 std::vector<const ParticleGroup*> GroupsWithParticles(Document& doc);
 
-/** World-space box of all visible elements of a document, caches included; false when there are none. */
-bool GeometryBox(BaseDocument* doc, Vector* boxMin, Vector* boxMax);
-
 /** Colours of points out of vertex maps named Red, Green and Blue. */
 class MapColors {
 public:

@@ -1,4 +1,4 @@
-#include "host/render/polygon_sources.h"
+#include "host/nodes/visible_objects.h"
 
 #include "host/nodes/object_calls.h"
 

@@ -1,7 +1,6 @@
-// The host's clone tag: matrices and flags of copies of its carrier, asked for by message.
+#include "host/geometry/clone_tag.h"
+
 #include "host/nodes/node.h"
-#include "host/view/clone_data.h"
-#include "host/viewport.h"
 
 namespace host {
 
@@ -63,7 +62,7 @@ CloneTag* FindCloneTag(BaseObject* op) {
 
 } // namespace
 
-Tag* MakeCloneTag() {
+Node* MakeCloneTag(LONG) {
   return new CloneTag;
 }
 

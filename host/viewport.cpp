@@ -1,11 +1,13 @@
 #include "host/viewport.h"
 
-#include "host/application.h"
-#include "host/geometry/visible_points.h"
+#include "host/geometry/point_nodes.h"
 #include "host/nodes/object_calls.h"
-#include "host/render/polygon_sources.h"
+#include "host/nodes/services.h"
+#include "host/nodes/visible_objects.h"
+#include "host/particles/particle_system.h"
 #include "host/view/geometry_drawing.h"
 #include "host/view/view_state.h"
+#include "host/view/visible_points.h"
 
 #include <algorithm>
 
@@ -86,10 +88,9 @@ public:
   gl::Image Read() override {
     gl::Image image;
     std::string error;
-    if (!state_->target->Read(3, &image, &error)) Application::Get().GetConsole().Print("GL: " + error);
+    if (!state_->target->Read(3, &image, &error)) TheServices().console.Print("GL: " + error);
     return image;
   }
-  std::string RendererName() const override { return state_->context->RendererName(); }
   const std::vector<std::string>& GlErrors() const override { return state_->context->Errors(); }
 
 private:
@@ -141,6 +142,21 @@ bool WorldBox(BaseObject* op, Vector* boxMin, Vector* boxMax) {
   };
   add(op, add);
   return any;
+}
+
+bool GeometryBox(BaseDocument* doc, Vector* boxMin, Vector* boxMax) {
+  PointBox box;
+  VisitVisibleObjects(doc, [&box](BaseObject* op, const Matrix& global) {
+    const Matrix space = ElementSpace(*Impl(op), global);
+    VisitElements(*Impl(op), [&](const Vector& p) { box.Add(space * p); });
+  });
+  for (const ParticleGroup* group : GroupsWithParticles(*Impl(doc)))
+    for (const ParticleSlot* slot = group->first; slot; slot = slot->next) box.Add(slot->values.position);
+  Vector centre, half;
+  box.Get(&centre, &half);
+  *boxMin = centre - half;
+  *boxMax = centre + half;
+  return !box.IsEmpty();
 }
 
 } // namespace host

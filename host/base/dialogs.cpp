@@ -1,4 +1,4 @@
-#include "host/dialogs.h"
+#include "host/base/dialogs.h"
 
 namespace host {
 

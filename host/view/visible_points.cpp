@@ -1,11 +1,10 @@
-#include "host/geometry/visible_points.h"
+#include "host/view/visible_points.h"
 
 #include "host/geometry/point_nodes.h"
 #include "host/geometry/variable_tag.h"
 #include "host/hair/hair_object.h"
 #include "host/particles/emitter.h"
 #include "host/particles/particle_system.h"
-#include "host/render/polygon_sources.h"
 
 namespace host {
 
@@ -38,21 +37,6 @@ std::vector<const ParticleGroup*> GroupsWithParticles(Document& doc) {
     if (group.count > 0) groups.push_back(&group);
   });
   return groups;
-}
-
-bool GeometryBox(BaseDocument* doc, Vector* boxMin, Vector* boxMax) {
-  PointBox box;
-  VisitVisibleObjects(doc, [&box](BaseObject* op, const Matrix& global) {
-    const Matrix space = ElementSpace(*Impl(op), global);
-    VisitElements(*Impl(op), [&](const Vector& p) { box.Add(space * p); });
-  });
-  for (const ParticleGroup* group : GroupsWithParticles(*Impl(doc)))
-    for (const ParticleSlot* slot = group->first; slot; slot = slot->next) box.Add(slot->values.position);
-  Vector centre, half;
-  box.Get(&centre, &half);
-  *boxMin = centre - half;
-  *boxMax = centre + half;
-  return !box.IsEmpty();
 }
 
 MapColors::MapColors(const Object& op) {

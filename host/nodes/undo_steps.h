@@ -1,0 +1,30 @@
+// Undo of one document, as the document knows it. What was added between Begin and End is one step.
+#pragma once
+
+#include "c4d.h"
+
+#include <string>
+
+namespace host {
+
+struct Node;
+
+class UndoSteps {
+public:
+  virtual ~UndoSteps() {}
+  /** False while a step is open. */
+  virtual bool Begin() = 0;
+  /** False when no step is open. */
+  virtual bool End() = 0;
+  /**
+   * Keeps what the node is now. False outside a step and for a node outside the document, with the reason;
+   * false without one when memory is refused.
+   */
+  virtual bool Add(UNDOTYPE type, Node* node, std::string* why) = 0;
+  /** Both: false when there is nothing to go back or forward to, or a step is open. */
+  virtual bool Undo() = 0;
+  virtual bool Redo() = 0;
+  virtual void Clear() = 0;
+};
+
+} // namespace host
