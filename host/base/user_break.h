@@ -7,7 +7,10 @@
 
 namespace host {
 
-/** Ctrl-C asks running work to stop; a second one ends the program. For command lines only. */
+/**
+ * Ctrl-C, a request to terminate and a closed terminal ask running work to stop; a second one ends the
+ * program. For command lines only.
+ */
 void InstallInterruptHandler();
 /** As if Ctrl-C had been pressed; stays until cleared. Any thread. */
 void RequestInterrupt();

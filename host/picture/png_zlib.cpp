@@ -2,13 +2,10 @@
 #include "host/picture/png_codec.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <new>
 #include <stdexcept>
-#include <system_error>
 #include <vector>
 #include <zlib.h>
 
@@ -35,12 +32,10 @@ void Put32(Byte* at, std::uint32_t value) {
 
 class ChunkWriter {
 public:
-  ChunkWriter(std::FILE* file, const WriteFault& fault) : file_(file), fault_(fault) {}
+  explicit ChunkWriter(BufferedFile& file) : file_(file) {}
 
   void Raw(const Byte* bytes, std::size_t count) {
-    errno = 0;
-    if (fault_ && fault_()) Refuse(std::generic_category().message(ENOSPC));
-    if (std::fwrite(bytes, 1, count, file_) != count) Refuse(std::generic_category().message(errno));
+    if (!file_.Write(bytes, count)) Refuse(file_.Error());
   }
   void Chunk(const char* name, const Byte* data, std::size_t count) {
     Byte start[8], end[4];
@@ -55,8 +50,7 @@ public:
   }
 
 private:
-  std::FILE* file_;
-  const WriteFault& fault_;
+  BufferedFile& file_;
 };
 
 /** One deflate stream cut into IDAT chunks. */
@@ -127,11 +121,11 @@ struct Header {
 
 class ChunkReader {
 public:
-  explicit ChunkReader(std::FILE* file) : file_(file) {}
+  explicit ChunkReader(BufferedFile& file) : file_(file) {}
 
   void Raw(Byte* bytes, std::size_t count) {
-    if (std::fread(bytes, 1, count, file_) == count) return;
-    Refuse(std::ferror(file_) ? std::generic_category().message(errno) : "the file ends too early");
+    const std::int64_t got = file_.Read(bytes, count);
+    if (got != (std::int64_t)count) Refuse(got < 0 ? file_.Error() : "the file ends too early");
   }
   /** Begins the next chunk; one without bytes is then behind us. */
   void Next() {
@@ -174,7 +168,7 @@ private:
     if (Get32(stored) != (std::uint32_t)sum_) Refuse(std::string(name, 4) + ": CRC error");
   }
 
-  std::FILE* file_;
+  BufferedFile& file_;
   uLong sum_ = 0;
 };
 
@@ -332,22 +326,20 @@ void ReadPixels(const Header& header, const PngLayout& layout, ChunkReader* chun
 
 } // namespace
 
-bool EncodePngRows(const PngLayout& layout, const Byte* rows, std::FILE* file, const WriteFault& fault,
-                   std::string* reason) {
+bool EncodePngRows(const PngLayout& layout, const Byte* rows, BufferedFile& file, std::string* reason) {
   try {
-    ChunkWriter chunks(file, fault);
+    ChunkWriter chunks(file);
     WriteAll(layout, rows, &chunks);
-    if (std::fflush(file) == 0) return true;
-    *reason = std::generic_category().message(errno);
+    return true;
   } catch (const std::bad_alloc&) {
-    *reason = "out of memory";
+    *reason = "not enough memory";
   } catch (const std::runtime_error& e) {
     *reason = e.what();
   }
   return false;
 }
 
-bool DecodePngRows(std::FILE* file, PngLayout* layout, const PngRows& rows, std::string* reason) {
+bool DecodePngRows(BufferedFile& file, PngLayout* layout, const PngRows& rows, std::string* reason) {
   try {
     ChunkReader chunks(file);
     Header header;
@@ -360,7 +352,8 @@ bool DecodePngRows(std::FILE* file, PngLayout* layout, const PngRows& rows, std:
     ReadPixels(header, *layout, &chunks, rows(*layout));
     return true;
   } catch (const std::bad_alloc&) {
-    *reason = "out of memory for " + std::to_string(layout->height * layout->RowBytes()) + " bytes of pixels";
+    *reason =
+        "not enough memory for " + std::to_string(layout->height * layout->RowBytes()) + " bytes of pixels";
   } catch (const std::runtime_error& e) {
     *reason = e.what();
   }

@@ -5,7 +5,6 @@
 
 #include <cerrno>
 #include <charconv>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <limits>
@@ -222,15 +221,14 @@ bool WorldData::Save(std::string* error) {
   if (text == saved_ || (saved_.empty() && text == Dump(json::object()) + "\n")) return true;
   std::error_code ignored;
   fs::create_directories(fs::u8path(path_).parent_path(), ignored);
-  // A link stays a link: what it leads to is replaced.
-  const fs::path real =
-      fs::is_symlink(fs::u8path(path_), ignored) ? fs::canonical(fs::u8path(path_), ignored) : fs::path();
-  gl::ReplacingFile file(real.empty() ? path_ : real.u8string());
+  ReplacingFile file(path_);
   std::string reason;
-  if (!file.Open(&reason) ||
-      (std::fwrite(text.data(), 1, text.size(), file.File()) != text.size() &&
-       (reason = "writing fails", true)) ||
-      !file.Commit(&reason)) {
+  bool saved = file.Open(&reason);
+  if (saved) {
+    file.File().Write(text.data(), text.size()); // a failure is remembered up to the commit
+    saved = file.Commit(&reason);
+  }
+  if (!saved) {
     *error = path_ + ": " + reason;
     return false;
   }

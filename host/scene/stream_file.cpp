@@ -113,36 +113,4 @@ bool RestIsUndamaged(ByteSource& source) {
   return source.Skip(source.Remaining()) && ReadStreamTail(source, &ignored);
 }
 
-ReplacingFile::ReplacingFile(const std::string& path, Faults* faults)
-    : path_(disk::ResolveLinks(path)), sink_(faults) {}
-
-ReplacingFile::~ReplacingFile() {
-  if (!open_) return;
-  sink_.Abandon();
-  disk::RemoveFile(temporary_, nullptr);
-}
-
-bool ReplacingFile::Open(std::string* error) {
-  if (disk::Exists(path_, true) || (disk::Exists(path_, false) && !disk::IsRegularFile(path_))) {
-    *error = "not a regular file";
-    return false;
-  }
-  temporary_ = disk::TemporaryName(path_);
-  open_ = sink_.Open(temporary_, disk::Access::CreateNew);
-  if (!open_) *error = "a temporary file beside it cannot be made: " + sink_.Error();
-  return open_;
-}
-
-bool ReplacingFile::Commit(std::string* error) {
-  const std::int64_t size = sink_.Position();
-  if (!sink_.Finish()) {
-    *error = "offset " + std::to_string(size) + ": " + sink_.Error();
-    return false;
-  }
-  disk::CopyRights(path_, temporary_);
-  if (!disk::Replace(temporary_, path_, error)) return false;
-  open_ = false;
-  return true;
-}
-
 } // namespace host

@@ -5,9 +5,18 @@
 #include "host/scene/base_file.h"
 #include "host/seam/os_tables.h"
 
+#include <filesystem>
+
 namespace host {
 
 namespace {
+
+bool SameFolder(const Filename& a, const Filename& b) {
+  const auto folder = [](const Filename& file) {
+    return std::filesystem::u8path(Utf8(file)).parent_path().lexically_normal();
+  };
+  return folder(a) == folder(b);
+}
 
 struct FlEntries {
   static BaseFileImpl* At(BaseFile* file) { return BaseFileImpl::From(file); }
@@ -46,8 +55,9 @@ struct FlEntries {
     if (!(flags & GE_FKILL_DIRECTORY)) return disk::RemoveFile(Utf8(name), nullptr);
     return disk::RemoveFolder(Utf8(name), (flags & GE_FKILL_RECURSIVE) != 0, nullptr);
   }
+  /** Within one folder only. */
   static Bool Rename(const Filename& from, const Filename& to) {
-    return disk::Rename(Utf8(from), Utf8(to), nullptr);
+    return SameFolder(from, to) && disk::Rename(Utf8(from), Utf8(to), nullptr);
   }
 
   static BrowseFiles* AllocBrowse() {

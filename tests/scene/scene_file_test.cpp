@@ -282,24 +282,6 @@ TEST_F(SceneFile, AFullDiskAtAnyWriteKeepsTheOldScene) {
   EXPECT_GT(Bytes(Path("a.scene")).size(), 1200000u);
 }
 
-TEST_F(SceneFile, WhatCannotBeReplacedIsRefusedBeforeWriting) {
-  BaseDocument* doc = MakeDocument();
-  std::filesystem::create_directory(folder_ / "folder");
-  for (const std::string& path :
-       {folder_.string(), Path("folder"), std::string("/dev/null"), Path("no/such/a.scene")}) {
-    std::string error;
-    EXPECT_FALSE(application_->SaveScene(doc, path, &error)) << path;
-    EXPECT_EQ(error.find(path + ": "), 0u) << error;
-  }
-  PutBytes(Path("target"), "old");
-  std::error_code failed;
-  std::filesystem::create_symlink(Path("target"), Path("link"), failed);
-  if (failed) GTEST_SKIP() << "no links here: " << failed.message();
-  Save(doc, "link");
-  EXPECT_TRUE(std::filesystem::is_symlink(Path("link"))) << "a link stays one, its target is replaced";
-  EXPECT_EQ(Bytes(Path("target")).substr(0, 4), "HSCN");
-}
-
 TEST_F(SceneFile, PlugInsThatMisbehaveWhileSavingFailTheSaveByName) {
   BaseDocument* doc = MakeDocument();
   const std::string old = Save(doc, "a.scene");

@@ -37,7 +37,7 @@ void CheckOutput(const std::string& path, const std::vector<std::string>& inputs
 
 void CheckWritable(const std::string& path) {
   std::string reason;
-  if (!host::gl::ReplacingFile(path).Open(&reason))
+  if (!host::ReplacingFile(path).Open(&reason))
     throw std::runtime_error(path + ": cannot be written, nothing is done: " + reason);
 }
 
