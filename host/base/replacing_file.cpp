@@ -95,18 +95,20 @@ bool FindTarget(const std::string& path, std::string* target, std::string* reaso
 
 } // namespace
 
-bool ReplacingFile::Open(std::string* reason) {
+std::string ReplacingFile::Obstacle() {
   // A path that ends inside its text would name another file than the one asked for.
-  if (path_.empty() || path_.find('\0') != std::string::npos) {
-    *reason = "it has no name that a file can have";
-    return false;
-  }
-  if (!FindTarget(path_, &target_, reason)) return false;
-  const fs::path folder = fs::u8path(target_).parent_path();
-  *reason = FolderObstacle(folder);
-  if (reason->empty()) *reason = disk::ReplaceObstacle(target_, existing_ == ProtectedFiles::Replace);
-  if (!reason->empty()) return false;
+  if (path_.empty() || path_.find('\0') != std::string::npos) return "it has no name that a file can have";
+  std::string reason;
+  if (!FindTarget(path_, &target_, &reason)) return reason;
+  reason = FolderObstacle(fs::u8path(target_).parent_path());
+  if (reason.empty()) reason = disk::ReplaceObstacle(target_, existing_ == ProtectedFiles::Replace);
+  return reason;
+}
 
+bool ReplacingFile::Open(std::string* reason) {
+  *reason = Obstacle();
+  if (!reason->empty()) return false;
+  const fs::path folder = fs::u8path(target_).parent_path();
   RemoveAbandoned(folder);
   // Names may be taken by a killed process that had this one's number.
   for (int tries = 0; tries < 100; ++tries) {

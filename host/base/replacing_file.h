@@ -28,6 +28,8 @@ public:
   ReplacingFile(const ReplacingFile&) = delete;
   ReplacingFile& operator=(const ReplacingFile&) = delete;
 
+  /** Why a file cannot be replaced or made, empty when nothing stands in the way; nothing is touched. */
+  std::string Obstacle();
   /** False with the reason, without the file's name. */
   bool Open(std::string* reason);
   BufferedFile& File() { return file_; }

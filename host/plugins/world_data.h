@@ -11,7 +11,7 @@ namespace host {
 class WorldData {
 public:
   /**
-   * Reads the file of that folder; one that cannot be read is told in `error` and set aside under another
+   * Reads the file of that folder; one that cannot be read is reported in `error` and set aside under another
    * name, so that it is never overwritten. An empty folder keeps preferences in memory only.
    */
   void Open(const std::string& folder, std::string* error);

@@ -65,7 +65,7 @@ TEST_F(PreferencesFile, DamagedOnesAreSetAsideAndTold) {
 
 TEST_F(PreferencesFile, WhatIsNoRegularFileStays) {
   fs::create_directory(File());
-  EXPECT_NE(Open().find("no regular file"), std::string::npos);
+  EXPECT_NE(Open().find("not a regular file"), std::string::npos);
   EXPECT_TRUE(fs::is_directory(File()));
   fs::remove(File());
   Write("{}");
