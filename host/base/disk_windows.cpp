@@ -59,7 +59,7 @@ bool File::Open(const std::string& path, Access access, std::string* error) {
   // A path that ends inside its text would name another file than the one asked for.
   if (path.empty() || path.find('\0') != std::string::npos) return Fail(error, ENOENT);
   const fs::path file = fs::u8path(path);
-  // Devices have names in every folder, and a folder is no file.
+  // Devices have names in every folder, and folders open like files.
   std::error_code ignored;
   const fs::file_status status = fs::status(file, ignored);
   if (fs::exists(status) && !fs::is_regular_file(status)) {

@@ -4,7 +4,7 @@ namespace host::gl {
 
 namespace {
 
-// Names of our own start with host_ so that they meet none of the plug-in's.
+// Names of our own start with host_ so that they do not clash with the plug-in's.
 constexpr const char* kOutsideView = "vec4(2.0, 2.0, 2.0, 1.0)";
 
 void AddLines(const std::vector<std::string>& lines, std::string* text) {

@@ -38,8 +38,8 @@ bool SavePicture(const Picture& picture, const std::string& path, PictureFormat 
                  Faults* faults = nullptr);
 
 /**
- * Reads a file of any of the formats, told by its content; integers come out as 0..1. False with one line
- * that names file and reason; the picture is then empty.
+ * Reads a file of any of the formats; its content decides which. Integers come out as 0..1. False with one
+ * line that names file and reason; the picture is then empty.
  */
 bool LoadPicture(const std::string& path, Picture* picture, std::string* error);
 

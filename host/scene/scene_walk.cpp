@@ -27,7 +27,7 @@ bool ShowArray(ValueReader& reader, StreamVisitor& visitor) {
   // The count was compared with the rest of the file.
   std::unique_ptr<LLONG[]> data(new (std::nothrow) LLONG[((std::size_t)count * (std::size_t)size + 7) / 8]);
   if (!data)
-    return reader.Fail(FILEERROR_OUTOFMEMORY, "out of memory for an array of " + std::to_string(count));
+    return reader.Fail(FILEERROR_OUTOFMEMORY, "not enough memory for an array of " + std::to_string(count));
   if (!reader.ArrayData(data.get(), kind, size, count)) return false;
   visitor.Array(kind, data.get(), size, count);
   return true;

@@ -65,11 +65,11 @@ bool ReadStreamHead(ByteSource& source, LONG ident, ULONG* version, StreamError*
     return error->Set(FILEERROR_FILE_END,
                       At(source.Length(), "the end of the file",
                          "at least " + std::to_string(kStreamHeadBytes + kStreamTailBytes) +
-                             " bytes: it is truncated or no scene file"));
+                             " bytes: it is truncated or not a scene file"));
   if (!source.Read(magic, 4) || !source.Read(version, 4) || !source.Read(&foundIdent, 4))
     return error->Set(FILEERROR_READ, "offset " + std::to_string(source.Position()) + ": " + source.Error());
   if (std::memcmp(magic, kHead, 4) != 0)
-    return error->Set(FILEERROR_WRONG_VALUE, At(0, Quote(magic), "\"HSCN\": this is no scene file"));
+    return error->Set(FILEERROR_WRONG_VALUE, At(0, Quote(magic), "\"HSCN\": this is not a scene file"));
   if (*version == 0 || *version > kStreamVersion)
     return error->Set(FILEERROR_WRONG_VALUE, At(4, "format version " + std::to_string(*version),
                                                 "version 1 to " + std::to_string(kStreamVersion) +

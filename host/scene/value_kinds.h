@@ -36,7 +36,7 @@ std::size_t ElementSize(int kind);
 std::string KindName(int kind);
 std::string ElementName(int kind);
 
-/** First failure of a stream: what a plug-in is told and what the user is told. */
+/** The first failure of a stream: a code for the plug-in, a text for the user. */
 struct StreamError {
   FILEERROR code = FILEERROR_NONE;
   std::string text;

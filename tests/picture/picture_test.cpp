@@ -197,10 +197,10 @@ TEST(PictureFormats, SuffixAndDepthChoose) {
       {"a.b.Tiff", 32, (int)PictureFormat::TiffFloat, ""},
       {"a.tif", 0, (int)PictureFormat::Tiff8, ""},
       {"a.exr", 0, (int)PictureFormat::Exr, ""},
-      {"a.png", 32, -1, "a.png: 32 bits a sample, but .png files have 8 or 16"},
-      {"a.exr", 8, -1, "a.exr: 8 bits a sample, but .exr files have 32"},
-      {"a.jpg", 8, -1, "a.jpg: the suffix \"jpg\" is none of png, tif, tiff, exr"},
-      {"x.png/a", 8, -1, "x.png/a: the suffix \"\" is none of png, tif, tiff, exr"},
+      {"a.png", 32, -1, "a.png: .png files have 8 or 16 bits per sample, not 32"},
+      {"a.exr", 8, -1, "a.exr: .exr files have 32 bits per sample, not 8"},
+      {"a.jpg", 8, -1, "a.jpg: the name needs a suffix: .png, .tif, .tiff or .exr"},
+      {"x.png/a", 8, -1, "x.png/a: the name needs a suffix: .png, .tif, .tiff or .exr"},
   };
   for (const auto& c : cases) {
     PictureFormat format = PictureFormat::Png8;

@@ -229,7 +229,7 @@ TEST_F(SceneFile, EachFaultOfTheFrameHasItsOwnLine) {
     return all.replace(at, bytes.size(), bytes);
   };
   EXPECT_EQ(Refusal(changed(0, "LASF")),
-            "offset 0: found \"LASF\", expected \"HSCN\": this is no scene file");
+            "offset 0: found \"LASF\", expected \"HSCN\": this is not a scene file");
   EXPECT_EQ(Refusal(changed(4, std::string("\2\0\0\0", 4))),
             "offset 4: found format version 2, expected version 1 to 1: a newer program wrote this file");
   EXPECT_NE(Refusal(changed(8, "xxxx")).find("offset 8: found ident"), std::string::npos);
