@@ -41,11 +41,13 @@ bool ValueReader::BytesAt(std::int64_t offset, void* data, std::size_t size) {
 bool ValueReader::Expect(int kind) {
   if (error_.code != FILEERROR_NONE) return false;
   const int next = Next();
+  // A disk that cannot be read also looks like an end.
   if (next < 0 && !source_.Error().empty()) return Fail(FILEERROR_READ, source_.Error());
   if (next == kind) {
     UCHAR taken;
     return Get(&taken);
   }
+  // The kind is left where it is; the code tells damage (unknown), another order of values and the end apart.
   const std::string text = "found " + KindName(next) + ", expected " + KindName(kind);
   if (next < 0) return Fail(FILEERROR_FILE_END, text);
   const bool known = KindName(next).rfind("unknown", 0) != 0;
@@ -56,6 +58,7 @@ bool ValueReader::Count(LONG* count, std::size_t size, const char* what) {
   const std::int64_t at = Offset();
   ULONG found = 0;
   if (!Get(&found)) return false;
+  // The rest of the stream bounds every count, whatever the count claims.
   const std::uint64_t most = std::min<std::uint64_t>((std::uint64_t)source_.Remaining() / size, MAXLONGl);
   if (found > most)
     return FailAt(at, FILEERROR_FILE_END,
@@ -182,6 +185,7 @@ bool ValueReader::Curve(SplineData* curve) {
     return FailAt(at, FILEERROR_INVALID,
                   "found a count of " + std::to_string(count) + " knots, expected at most " +
                       std::to_string(SplineData::kMaxKnots));
+  // Knots are stored in order, as a curve keeps them.
   Real previous = 0.0;
   for (LONG i = 0; i < count; ++i) {
     const std::int64_t place = Offset();
@@ -202,6 +206,7 @@ bool ValueReader::Curve(SplineData* curve) {
 bool ValueReader::ArrayHeader(HYPERFILEARRAY* kind, LONG* count) {
   if (!Expect(HYPERFILEVALUE_ARRAY)) return false;
   const std::int64_t at = Offset();
+  // The size of an element is stored too: a program with other types must not misread the rest.
   UCHAR found[2];
   if (!Get(&found)) return false;
   const std::size_t size = ElementSize(found[0]);
@@ -239,6 +244,7 @@ bool ValueReader::Array(void* data, HYPERFILEARRAY kind, LONG increment, LONG co
 }
 
 bool ValueReader::Scatter(unsigned char* data, std::size_t size, std::size_t increment, LONG count) {
+  // In pieces of whole elements, each then copied to its own place.
   unsigned char piece[kPieceBytes];
   const LONG room = (LONG)(kPieceBytes / size);
   while (count > 0) {
