@@ -35,9 +35,8 @@ static std::string Outcome(const std::string& text, const SymbolTable& names) {
   if (!BuildDescription({"x.res", &syntax, &names, &tables, include}, &built, &error))
     return outcome + "not built";
   for (const Parameter& each : built.parameters) {
-    outcome += each.identifier + std::to_string(each.id) + "@" + std::to_string(each.groupId) +
-               each.customGui + std::to_string(each.min.value_or(Numbers{})[0]) +
-               std::to_string(each.cycle.size()) + ";";
+    outcome += each.identifier + std::to_string(each.id) + each.name +
+               std::to_string(each.min.value_or(Numbers{})[0]) + std::to_string(each.cycle.size()) + ";";
   }
   return outcome + std::to_string(built.groups.size());
 }

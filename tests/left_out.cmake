@@ -4,6 +4,7 @@ set(left_out
   "cli|runs programs through a POSIX shell, the Linux test_cli does the same with kelvra.exe"
   "manual|runs programs through a POSIX shell, the Linux test_manual reads the same manual"
   "layers|reads sources and Linux libraries, module_exports reads the export table here"
+  "scene/replacing_file_test.cpp|links, pipes, locks and rights of POSIX"
   "net/loopback.cpp|servers on POSIX sockets"
   "net/http_get_test.cpp|needs those servers, the Linux test_net does the same with kelvra.exe"
   "net/preferences_test.cpp|needs those servers"

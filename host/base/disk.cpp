@@ -1,6 +1,5 @@
 #include "host/base/disk.h"
 
-#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -57,29 +56,9 @@ bool Rename(const std::string& from, const std::string& to, std::string* error) 
   return !code || Fail(error, code);
 }
 
-std::string ResolveLinks(const std::string& path) {
+bool IsTaken(const std::string& path) {
   std::error_code code;
-  if (!fs::is_symlink(fs::symlink_status(fs::u8path(path), code))) return path;
-  const fs::path target = fs::weakly_canonical(fs::u8path(path), code);
-  return code ? path : target.u8string();
-}
-
-std::string TemporaryName(const std::string& path) {
-  static std::atomic<unsigned> counter{0};
-  const fs::path folder = fs::u8path(path).parent_path();
-  for (;;) {
-    // Short whatever the name is: a name of the greatest length leaves no room for an addition.
-    const std::string name =
-        ".save-" + std::to_string(ProcessNumber()) + "-" + std::to_string(counter.fetch_add(1)) + ".tmp";
-    std::error_code code;
-    if (!fs::exists(fs::symlink_status(folder / name, code))) return (folder / name).u8string();
-  }
-}
-
-void CopyRights(const std::string& from, const std::string& to) {
-  std::error_code code;
-  const fs::file_status status = fs::status(fs::u8path(from), code);
-  if (!code && fs::is_regular_file(status)) fs::permissions(fs::u8path(to), status.permissions(), code);
+  return fs::exists(fs::symlink_status(fs::u8path(path), code));
 }
 
 std::vector<Entry> List(const std::string& folder) {

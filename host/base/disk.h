@@ -32,6 +32,11 @@ public:
 
   /** Folders and devices are refused. */
   bool Open(const std::string& path, Access access, std::string* error);
+  /**
+   * Makes a file that must not exist, with the owner and the rights of `model` where that exists, as far as
+   * the system lets us. Marked as in use until it is closed (see RemoveUnused).
+   */
+  bool CreateLike(const std::string& path, const std::string& model, std::string* error);
   bool IsOpen() const { return handle_ >= 0; }
   /** Fewer bytes than asked for only at the end of the file; -1 on failure. */
   std::int64_t ReadAt(std::int64_t position, void* data, std::size_t size, std::string* error);
@@ -54,16 +59,28 @@ bool RemoveFile(const std::string& path, std::string* error);
 bool RemoveFolder(const std::string& path, bool recursive, std::string* error);
 /** Replaces a file that has the new name. */
 bool Rename(const std::string& from, const std::string& to, std::string* error);
+
+// For files that are replaced as a whole.
+
+/**
+ * Why a file must not take this name: there is a folder, device, pipe or socket, or, unless forced, a file
+ * that its owner protects against writing or that belongs to somebody else. Empty when nothing is in the way.
+ */
+std::string ReplaceObstacle(const std::string& path, bool force);
 /** Rename of a finished file over another, lasting once it returns: the folder is flushed too. */
 bool Replace(const std::string& from, const std::string& to, std::string* error);
-/** Follows links to the file that a write to path would change; path itself when it is no link. */
-std::string ResolveLinks(const std::string& path);
-/** A name in the same folder that nothing else uses. */
-std::string TemporaryName(const std::string& path);
-/** Tells this process from others that use the same folder. */
+/** True for links such as /dev/stdout's, which lead to what a process has open and not to a place. */
+bool IsOpenFileOfProcess(const std::string& link);
+/** Anything has this name, a link that leads nowhere included. */
+bool IsTaken(const std::string& path);
+/** Tells this process from others of the computer. */
 int ProcessNumber();
-/** Gives a file the access rights of another; nothing happens when that is not possible. */
-void CopyRights(const std::string& from, const std::string& to);
+/** True when no process of this computer has the number. */
+bool ProcessIsGone(int process);
+/** As its network knows it; may be empty. */
+std::string ComputerName();
+/** Removes a regular file unless a process, perhaps of another computer, has it open from CreateLike. */
+void RemoveUnused(const std::string& path);
 
 struct Entry {
   std::string name;

@@ -4,10 +4,16 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <cstring>
 #include <fcntl.h>
 #include <filesystem>
+#include <sys/file.h>
 #include <sys/stat.h>
+#ifdef __linux__
+#include <linux/magic.h>
+#include <sys/vfs.h>
+#endif
 #include <unistd.h>
 
 namespace fs = std::filesystem;
@@ -56,6 +62,23 @@ bool File::Open(const std::string& path, Access access, std::string* error) {
     return false;
   }
   handle_ = handle;
+  return true;
+}
+
+bool File::CreateLike(const std::string& path, const std::string& model, std::string* error) {
+  if (IsOpen()) return Fail(error, EBUSY);
+  struct stat old;
+  const bool exists = ::stat(model.c_str(), &old) == 0;
+  // Nobody may look into the successor of a private file, not even at first.
+  handle_ = ::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, exists ? 0600 : 0666);
+  if (!IsOpen()) return Fail(error, errno);
+  ::flock(handle_, LOCK_EX | LOCK_NB);
+  if (!exists) return true;
+  if (::fchown(handle_, old.st_uid, old.st_gid) == 0 || ::fchown(handle_, (uid_t)-1, old.st_gid) == 0 ||
+      old.st_gid == ::getegid())
+    ::fchmod(handle_, old.st_mode & 0777);
+  else
+    ::fchmod(handle_, old.st_mode & 0707); // what the old group may do, ours may not
   return true;
 }
 
@@ -119,8 +142,55 @@ bool Replace(const std::string& from, const std::string& to, std::string* error)
   return true;
 }
 
+std::string ReplaceObstacle(const std::string& path, bool force) {
+  struct stat status;
+  if (::stat(path.c_str(), &status) != 0) return errno == ENOENT ? std::string() : std::strerror(errno);
+  if (S_ISDIR(status.st_mode)) return "it is a folder";
+  if (S_ISFIFO(status.st_mode)) return "it is a pipe";
+  if (S_ISSOCK(status.st_mode)) return "it is a socket";
+  if (!S_ISREG(status.st_mode)) return "it is a device";
+  if (force) return std::string();
+  // The superuser may write everything: what others protected is looked for.
+  const bool superuser = ::geteuid() == 0, own = status.st_uid == ::geteuid();
+  if (superuser ? own && (status.st_mode & S_IWUSR)
+                : ::faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0)
+    return std::string();
+  return own ? "it is write-protected" : "it belongs to another user";
+}
+
+bool IsOpenFileOfProcess(const std::string& link) {
+#ifdef __linux__
+  struct statfs system;
+  const std::string folder = fs::u8path(link).parent_path().u8string();
+  return ::statfs(folder.empty() ? "." : folder.c_str(), &system) == 0 && system.f_type == PROC_SUPER_MAGIC;
+#else
+  (void)link;
+  return false;
+#endif
+}
+
 int ProcessNumber() {
   return (int)::getpid();
+}
+
+bool ProcessIsGone(int process) {
+  return ::kill((pid_t)process, 0) != 0 && errno == ESRCH;
+}
+
+std::string ComputerName() {
+  char name[256] = {};
+  ::gethostname(name, sizeof name - 1);
+  return name;
+}
+
+void RemoveUnused(const std::string& path) {
+  // Computers and containers that share a folder do not know each other's processes; the lock tells.
+  const int handle = ::open(path.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+  if (handle < 0) return;
+  struct stat status;
+  if (::fstat(handle, &status) == 0 && S_ISREG(status.st_mode) && ::flock(handle, LOCK_EX | LOCK_NB) == 0)
+    ::unlink(path.c_str());
+  ::close(handle);
 }
 
 } // namespace host::disk

@@ -59,7 +59,7 @@ bool File::Open(const std::string& path, Access access, std::string* error) {
   // A path that ends inside its text would name another file than the one asked for.
   if (path.empty() || path.find('\0') != std::string::npos) return Fail(error, ENOENT);
   const fs::path file = fs::u8path(path);
-  // Devices have names in every folder, and a folder is no file.
+  // Devices have names in every folder, and folders open like files.
   std::error_code ignored;
   const fs::file_status status = fs::status(file, ignored);
   if (fs::exists(status) && !fs::is_regular_file(status)) {
@@ -75,6 +75,10 @@ bool File::Open(const std::string& path, Access access, std::string* error) {
   }
   handle_ = handle;
   return true;
+}
+
+bool File::CreateLike(const std::string& path, const std::string&, std::string* error) {
+  return Open(path, Access::CreateNew, error); // rights come from the folder here
 }
 
 std::int64_t File::ReadAt(std::int64_t position, void* data, std::size_t size, std::string* error) {
@@ -127,15 +131,57 @@ std::int64_t File::Length() const {
 }
 
 bool Replace(const std::string& from, const std::string& to, std::string* error) {
-  if (MoveFileExW(fs::u8path(from).c_str(), fs::u8path(to).c_str(),
+  const fs::path target = fs::u8path(to);
+  const DWORD attributes = GetFileAttributesW(target.c_str());
+  const bool isProtected = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY);
+  // Only a forced output comes so far; the system itself does not replace a protected file.
+  if (isProtected) SetFileAttributesW(target.c_str(), attributes & ~(DWORD)FILE_ATTRIBUTE_READONLY);
+  if (MoveFileExW(fs::u8path(from).c_str(), target.c_str(),
                   MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
     return true;
-  if (error) *error = std::system_category().message((int)GetLastError());
+  const DWORD code = GetLastError();
+  if (isProtected) SetFileAttributesW(target.c_str(), attributes);
+  if (error) *error = std::system_category().message((int)code);
+  return false;
+}
+
+std::string ReplaceObstacle(const std::string& path, bool force) {
+  std::error_code failed;
+  const fs::file_status status = fs::status(fs::u8path(path), failed);
+  if (!fs::exists(status)) return std::string();
+  if (fs::is_directory(status)) return "it is a folder";
+  if (!fs::is_regular_file(status)) return "it is a device";
+  const DWORD attributes = GetFileAttributesW(fs::u8path(path).c_str());
+  const bool isProtected = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY);
+  return isProtected && !force ? "it is write-protected" : "";
+}
+
+bool IsOpenFileOfProcess(const std::string&) {
   return false;
 }
 
 int ProcessNumber() {
   return _getpid();
+}
+
+bool ProcessIsGone(int process) {
+  const HANDLE handle = OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, (DWORD)process);
+  if (!handle) return GetLastError() == ERROR_INVALID_PARAMETER;
+  DWORD code = STILL_ACTIVE;
+  const bool known = GetExitCodeProcess(handle, &code) != FALSE;
+  CloseHandle(handle);
+  return known && code != STILL_ACTIVE;
+}
+
+std::string ComputerName() {
+  char name[MAX_COMPUTERNAME_LENGTH + 1] = {};
+  DWORD size = sizeof name;
+  return GetComputerNameA(name, &size) ? name : "";
+}
+
+void RemoveUnused(const std::string& path) {
+  // Refused while the file is open anywhere.
+  DeleteFileW(fs::u8path(path).c_str());
 }
 
 } // namespace host::disk

@@ -1,67 +1,144 @@
 #include "host/base/replacing_file.h"
 
 #include <atomic>
-#include <cerrno>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <system_error>
-#include <unistd.h>
+#include <cctype>
+#include <charconv>
+#include <filesystem>
+#include <mutex>
+#include <set>
 
-namespace host::gl {
+namespace host {
 
 namespace {
 
-std::string Reason(int code) {
-  return std::generic_category().message(code);
+namespace fs = std::filesystem;
+
+const char kTemporaryStart[] = ".save-";
+
+/** "@COMPUTER.tmp", with nothing that a file's name could not hold. */
+std::string TemporaryEnd() {
+  std::string computer = disk::ComputerName();
+  for (char& c : computer)
+    if (!std::isalnum((unsigned char)c) && c != '-' && c != '.') c = '_';
+  return "@" + computer.substr(0, 64) + ".tmp";
+}
+
+/** ".save-PROCESS-NUMBER@COMPUTER.tmp": short, so that there is room for it whatever the target is called. */
+std::string TemporaryName() {
+  static std::atomic<unsigned> serial{0};
+  return kTemporaryStart + std::to_string(disk::ProcessNumber()) + "-" + std::to_string(serial.fetch_add(1)) +
+         TemporaryEnd();
+}
+
+/** The process of this computer that made a temporary file, 0 for other names. */
+int MakerOf(const std::string& name) {
+  const std::string start = kTemporaryStart, end = TemporaryEnd();
+  if (name.size() <= start.size() + end.size() || name.compare(0, start.size(), start) != 0 ||
+      name.compare(name.size() - end.size(), end.size(), end) != 0)
+    return 0;
+  const char* const last = name.data() + name.size() - end.size();
+  int process = 0, number = 0;
+  std::from_chars_result parsed = std::from_chars(name.data() + start.size(), last, process);
+  if (parsed.ec != std::errc() || parsed.ptr == last || *parsed.ptr != '-') return 0;
+  parsed = std::from_chars(parsed.ptr + 1, last, number);
+  return parsed.ec == std::errc() && parsed.ptr == last ? process : 0;
+}
+
+/** Once a run and folder: listing a large folder for each of a thousand frames would take longer than they
+ * do. */
+void RemoveAbandoned(const fs::path& folder) {
+  static std::mutex mutex;
+  static std::set<fs::path> seen;
+  {
+    const std::lock_guard<std::mutex> lock(mutex);
+    if (!seen.insert(folder).second) return;
+  }
+  std::error_code failed;
+  for (fs::directory_iterator i(folder.empty() ? fs::path(".") : folder, failed), end; !failed && i != end;
+       i.increment(failed)) {
+    const int maker = MakerOf(i->path().filename().u8string());
+    if (maker > 0 && disk::ProcessIsGone(maker)) disk::RemoveUnused(i->path().u8string());
+  }
+}
+
+/** Why nothing can be made in the folder; empty when it is there. */
+std::string FolderObstacle(const fs::path& folder) {
+  if (folder.empty()) return std::string();
+  std::error_code failed;
+  const fs::file_status status = fs::status(folder, failed);
+  if (status.type() == fs::file_type::not_found)
+    return "the folder \"" + folder.u8string() + "\" doesn't exist";
+  if (failed) return "the folder \"" + folder.u8string() + "\" can't be reached: " + failed.message();
+  return fs::is_directory(status) ? std::string() : "\"" + folder.u8string() + "\" is not a folder";
+}
+
+/** Follows links to the file that is to be replaced. */
+bool FindTarget(const std::string& path, std::string* target, std::string* reason) {
+  constexpr int kMostLinks = 40;
+  fs::path at = fs::u8path(path);
+  std::error_code failed;
+  for (int links = 0; fs::is_symlink(fs::symlink_status(at, failed)); ++links) {
+    if (disk::IsOpenFileOfProcess(at.u8string())) {
+      *reason = "it stands for an open file, which only its own process can write";
+      return false;
+    }
+    const fs::path next = fs::read_symlink(at, failed);
+    if (failed || links == kMostLinks) {
+      *reason = failed ? failed.message() : "the link leads in a circle";
+      return false;
+    }
+    at = at.parent_path() / next; // an absolute path stays as it is
+  }
+  *target = at.u8string();
+  return true;
 }
 
 } // namespace
 
-bool ReplacingFile::Open(std::string* error) {
-  static std::atomic<unsigned> serial{0};
-  struct stat target;
-  if (stat(path_.c_str(), &target) == 0 && !S_ISREG(target.st_mode)) {
-    *error = S_ISDIR(target.st_mode) ? Reason(EISDIR) : "not a regular file";
-    return false;
+std::string ReplacingFile::Obstacle() {
+  // A path that ends inside its text would name another file than the one asked for.
+  if (path_.empty() || path_.find('\0') != std::string::npos) return "it has no name that a file can have";
+  std::string reason;
+  if (!FindTarget(path_, &target_, &reason)) return reason;
+  reason = FolderObstacle(fs::u8path(target_).parent_path());
+  if (reason.empty()) reason = disk::ReplaceObstacle(target_, existing_ == ProtectedFiles::Replace);
+  return reason;
+}
+
+bool ReplacingFile::Open(std::string* reason) {
+  *reason = Obstacle();
+  if (!reason->empty()) return false;
+  const fs::path folder = fs::u8path(target_).parent_path();
+  RemoveAbandoned(folder);
+  // Names may be taken by a killed process that had this one's number.
+  for (int tries = 0; tries < 100; ++tries) {
+    const std::string name = (folder / TemporaryName()).u8string();
+    if (file_.CreateLike(name, target_)) {
+      temporary_ = name;
+      return true;
+    }
+    if (!disk::IsTaken(name)) break;
   }
-  const std::string part =
-      path_ + ".part" + std::to_string(getpid()) + "_" + std::to_string(serial.fetch_add(1));
-  const int descriptor = open(part.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-  if (descriptor < 0) {
-    *error = Reason(errno);
-    return false;
-  }
-  partPath_ = part;
-  file_ = fdopen(descriptor, "wb");
-  if (file_) return true;
-  *error = Reason(errno);
-  close(descriptor);
+  *reason = "no file can be made in " +
+            (folder.empty() ? std::string("this folder") : "\"" + folder.u8string() + "\"") + ": " +
+            file_.Error();
   return false;
 }
 
-bool ReplacingFile::Commit(std::string* error) {
-  // A disk may refuse as late as when it is told to keep the bytes, or at the close.
-  bool ok = std::fflush(file_) == 0 && fsync(fileno(file_)) == 0;
-  int code = errno;
-  if (std::fclose(file_) != 0 && ok) {
-    ok = false;
-    code = errno;
+bool ReplacingFile::Commit(std::string* reason) {
+  // A disk may refuse as late as when it has to keep the bytes, or at the close.
+  if (!file_.Sync() || !file_.Close()) {
+    *reason = file_.Error();
+    return false;
   }
-  file_ = nullptr;
-  if (ok && std::rename(partPath_.c_str(), path_.c_str()) != 0) {
-    ok = false;
-    code = errno;
-  }
-  if (ok)
-    partPath_.clear();
-  else
-    *error = Reason(code);
-  return ok;
+  if (!disk::Replace(temporary_, target_, reason)) return false;
+  temporary_.clear();
+  return true;
 }
 
 ReplacingFile::~ReplacingFile() {
-  if (file_) std::fclose(file_);
-  if (!partPath_.empty()) unlink(partPath_.c_str());
+  file_.Abandon();
+  if (!temporary_.empty()) disk::RemoveFile(temporary_, nullptr);
 }
 
-} // namespace host::gl
+} // namespace host

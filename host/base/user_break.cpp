@@ -13,15 +13,25 @@ static_assert(std::atomic<bool>::is_always_lock_free, "set by a signal handler")
 std::atomic<Faults*> faults{nullptr};
 thread_local Work* current = nullptr;
 
-extern "C" void OnInterrupt(int) {
+extern "C" void OnInterrupt(int signal) {
   interrupted = true;
-  std::signal(SIGINT, SIG_DFL); // the next one ends the program
+  std::signal(signal, SIG_DFL); // the next one ends the program
 }
+
+const int kSignals[] = {
+    SIGINT,
+    SIGTERM,
+#ifdef SIGHUP
+    SIGHUP,
+#endif
+};
 
 } // namespace
 
 void InstallInterruptHandler() {
-  std::signal(SIGINT, OnInterrupt);
+  // What the caller has ignored stays ignored: nohup lets a program outlive its terminal that way.
+  for (const int signal : kSignals)
+    if (std::signal(signal, OnInterrupt) == SIG_IGN) std::signal(signal, SIG_IGN);
 }
 void RequestInterrupt() {
   interrupted = true;

@@ -150,7 +150,7 @@ bool Framebuffer::Read(int channels, Image* image, std::string* error) {
   try {
     image->samples.resize(rowBytes * height_);
   } catch (const std::bad_alloc&) {
-    *error = "out of memory for a picture of " + SizeText(width_, height_) + " pixels";
+    *error = "not enough memory for a picture of " + SizeText(width_, height_) + " pixels";
     return false;
   }
   image->width = width_;
@@ -166,7 +166,7 @@ bool Framebuffer::ReadDepth(std::vector<float>* depth, std::string* error) {
   try {
     depth->resize((std::size_t)width_ * height_);
   } catch (const std::bad_alloc&) {
-    *error = "out of memory for the depth of " + SizeText(width_, height_) + " pixels";
+    *error = "not enough memory for the depth of " + SizeText(width_, height_) + " pixels";
     return false;
   }
   Resolve(GL_DEPTH_BUFFER_BIT);

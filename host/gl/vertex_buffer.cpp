@@ -37,7 +37,7 @@ SubBuffer* VertexBuffer::Allocate(BufferType type, std::size_t bytes, const void
       }
     }
   } catch (const std::bad_alloc&) {
-    reason = "out of memory";
+    reason = "not enough memory";
   }
   *error = "a sub-buffer of " + std::to_string(bytes) + " bytes cannot be allocated: " + reason;
   return nullptr;

@@ -22,8 +22,8 @@ public:
   IMAGERESULT Init(LONG width, LONG height, COLORMODE mode);
   /** TIFF and PNG files, as 8 bits a component. What was there stays when loading fails. */
   IMAGERESULT Load(const std::string& path);
-  /** See BaseBitmap::Save. fault: asked before each write. */
-  IMAGERESULT Save(const std::string& path, LONG format, SAVEBIT bits, const gl::WriteFault& fault) const;
+  /** See BaseBitmap::Save. faults may be NULL. */
+  IMAGERESULT Save(const std::string& path, LONG format, SAVEBIT bits, Faults* faults) const;
 
   LONG Width() const { return width_; }
   LONG Height() const { return height_; }

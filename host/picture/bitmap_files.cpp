@@ -78,8 +78,7 @@ IMAGERESULT Bitmap::LoadPng(const std::string& path) {
   return IMAGERESULT_OK;
 }
 
-IMAGERESULT Bitmap::Save(const std::string& path, LONG format, SAVEBIT bits,
-                         const gl::WriteFault& fault) const {
+IMAGERESULT Bitmap::Save(const std::string& path, LONG format, SAVEBIT bits, Faults* faults) const {
   PictureFormat chosen;
   if (!ChooseFormat(format, bits, &chosen)) return IMAGERESULT_WRONGTYPE;
   if (bytes_.empty()) return IMAGERESULT_PARAM_ERROR;
@@ -99,7 +98,7 @@ IMAGERESULT Bitmap::Save(const std::string& path, LONG format, SAVEBIT bits,
     return IMAGERESULT_OUTOFMEMORY;
   }
   std::string ignored;
-  if (SavePicture(picture, path, chosen, &ignored, fault)) return IMAGERESULT_OK;
+  if (SavePicture(picture, path, chosen, &ignored, faults)) return IMAGERESULT_OK;
   return LacksFolder(path) ? IMAGERESULT_NOTEXISTING : IMAGERESULT_FILEERROR;
 }
 

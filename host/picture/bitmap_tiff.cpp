@@ -12,8 +12,8 @@ namespace host {
 namespace {
 
 /**
- * Deflate and LZW make no more pixels out of a byte than this. Only blank pages of a fax do, and those are no
- * pictures that anybody shows; a header that lies must not choose how much memory is taken.
+ * Deflate and LZW make at most this many pixels from a byte. Only blank fax pages pack better, and nobody
+ * shows those; a wrong header must not decide how much memory is taken.
  */
 bool FitsFile(const std::string& path, std::uint32_t width, std::uint32_t height) {
   constexpr std::uint64_t kMaxRatio = 4096, kSlack = 65536;
@@ -25,7 +25,7 @@ bool FitsFile(const std::string& path, std::uint32_t width, std::uint32_t height
 } // namespace
 
 IMAGERESULT Bitmap::LoadTiff(const std::string& path) {
-  std::string ignored; // failures are told by the result; nothing goes to standard error
+  std::string ignored; // the result reports failures; nothing goes to standard error
   const TiffOptions options = ComplainingTo(&ignored);
   if (!options) return IMAGERESULT_OUTOFMEMORY;
   const TiffHandle tiff(TIFFOpenExt(path.c_str(), "r", options.get()));

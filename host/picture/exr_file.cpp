@@ -2,8 +2,6 @@
 
 #ifdef HOST_HAVE_OPENEXR
 
-#include "host/picture/write_stream.h"
-
 #include <ImfChannelList.h>
 #include <ImfFrameBuffer.h>
 #include <ImfHeader.h>
@@ -21,17 +19,15 @@ const char* const kChannels[] = {"R", "G", "B", "A"};
 
 class ExrSink : public Imf::OStream {
 public:
-  explicit ExrSink(WriteStream* stream) : Imf::OStream("picture"), stream_(stream) {}
+  explicit ExrSink(BufferedFile& file) : Imf::OStream("picture"), file_(file) {}
   void write(const char* bytes, int count) override {
-    if (!stream_->Write(bytes, (std::size_t)count)) throw std::runtime_error(stream_->Reason());
+    if (!file_.Write(bytes, (std::size_t)count)) throw std::runtime_error(file_.Error());
   }
-  std::uint64_t tellp() override { return (std::uint64_t)stream_->Position(); }
-  void seekp(std::uint64_t position) override {
-    if (!stream_->Seek((long long)position, SEEK_SET)) throw std::runtime_error(stream_->Reason());
-  }
+  std::uint64_t tellp() override { return (std::uint64_t)file_.Position(); }
+  void seekp(std::uint64_t position) override { file_.Seek((std::int64_t)position); }
 
 private:
-  WriteStream* stream_;
+  BufferedFile& file_;
 };
 
 /** Floats of one channel; base is the sample of the data window's pixel (0, 0), wherever that lies. */
@@ -40,7 +36,7 @@ Imf::Slice SliceAt(float* base, int channels, std::size_t rowSamples) {
                     sizeof(float) * rowSamples);
 }
 
-void WriteAll(const Picture& picture, WriteStream* stream) {
+void WriteAll(const Picture& picture, BufferedFile& output) {
   Imf::Header header(picture.width, picture.height);
   header.compression() = Imf::ZIP_COMPRESSION;
   Imf::FrameBuffer frame;
@@ -51,7 +47,7 @@ void WriteAll(const Picture& picture, WriteStream* stream) {
     frame.insert(kChannels[i],
                  SliceAt(samples + i, picture.channels, (std::size_t)picture.width * picture.channels));
   }
-  ExrSink sink(stream);
+  ExrSink sink(output);
   Imf::OutputFile file(sink, header);
   file.setFrameBuffer(frame);
   file.writePixels(picture.height);
@@ -116,19 +112,18 @@ void ReadAll(const std::string& path, Picture* picture) {
 
 } // namespace
 
-bool EncodeExr(const Picture& picture, std::FILE* file, std::string* reason, const WriteFault& fault) {
-  WriteStream stream(file, fault);
+bool EncodeExr(const Picture& picture, BufferedFile& file, std::string* reason) {
   try {
-    WriteAll(picture, &stream);
+    WriteAll(picture, file);
   } catch (const std::bad_alloc&) {
     throw;
   } catch (const std::exception& e) {
-    *reason = stream.Failed() ? stream.Reason() : e.what();
+    *reason = file.Good() ? e.what() : file.Error();
     return false;
   }
   // The library writes its table at the end and keeps a failure of that to itself.
-  *reason = stream.Reason();
-  return !stream.Failed();
+  *reason = file.Error();
+  return file.Good();
 }
 
 bool DecodeExr(const std::string& path, Picture* picture, std::string* reason) {
@@ -151,7 +146,7 @@ bool DecodeExr(const std::string& path, Picture* picture, std::string* reason) {
 
 namespace host {
 
-bool EncodeExr(const Picture&, std::FILE*, std::string* reason, const WriteFault&) {
+bool EncodeExr(const Picture&, BufferedFile&, std::string* reason) {
   *reason = "this build has no OpenEXR";
   return false;
 }

@@ -2,9 +2,8 @@
 // they may throw std::bad_alloc.
 #pragma once
 
+#include "host/base/buffered_file.h"
 #include "host/picture/picture.h"
-
-#include <cstdio>
 
 namespace host {
 
@@ -14,13 +13,12 @@ constexpr int kLargestPictureSide = 32768;
 enum class TiffSample { Bits8, Bits16, Float };
 
 /** To an open empty file. */
-bool EncodeTiff(const Picture& picture, TiffSample sample, std::FILE* file, std::string* reason,
-                const WriteFault& fault);
+bool EncodeTiff(const Picture& picture, TiffSample sample, BufferedFile& file, std::string* reason);
 /** 8 or 16 bits or 32-bit floats, RGB or RGBA, in strips; other kinds are refused. */
 bool DecodeTiff(const std::string& path, Picture* picture, std::string* reason);
 
 /** Both are refused when the build lacks the library. */
-bool EncodeExr(const Picture& picture, std::FILE* file, std::string* reason, const WriteFault& fault);
+bool EncodeExr(const Picture& picture, BufferedFile& file, std::string* reason);
 /** The layer without a name, with R, G, B and, where there is one, A. */
 bool DecodeExr(const std::string& path, Picture* picture, std::string* reason);
 

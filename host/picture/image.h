@@ -3,10 +3,13 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <functional>
 #include <string>
 #include <vector>
+
+namespace host {
+class BufferedFile;
+class Faults;
+} // namespace host
 
 namespace host::gl {
 
@@ -23,20 +26,16 @@ struct BasicImage {
 using Image = BasicImage<std::uint8_t>;
 using Image16 = BasicImage<std::uint16_t>;
 
-/** Asked before each write to the disk; true makes that write fail as on a full disk. */
-using WriteFault = std::function<bool()>;
-
 /**
  * Writes a PNG with 8 or 16 bits a sample. An existing file is replaced only by a whole new one. False with
- * one line that names the file and the reason; nothing is left behind then.
+ * one line that names the file and the reason; nothing is left behind then. faults may be NULL.
  */
-bool WritePng(const Image& image, const std::string& path, std::string* error, const WriteFault& fault = {});
-bool WritePng(const Image16& image, const std::string& path, std::string* error,
-              const WriteFault& fault = {});
+bool WritePng(const Image& image, const std::string& path, std::string* error, Faults* faults = nullptr);
+bool WritePng(const Image16& image, const std::string& path, std::string* error, Faults* faults = nullptr);
 
 /** The same to an open file, at its position. False with the reason alone; the file then holds a part. */
-bool EncodePng(const Image& image, std::FILE* file, std::string* error, const WriteFault& fault = {});
-bool EncodePng(const Image16& image, std::FILE* file, std::string* error, const WriteFault& fault = {});
+bool EncodePng(const Image& image, BufferedFile& file, std::string* error);
+bool EncodePng(const Image16& image, BufferedFile& file, std::string* error);
 
 /** Reads any PNG as RGB or RGBA, brought to the sample width of the image. False with one line that names the
  * file. */

@@ -1,14 +1,10 @@
 #include "host/picture/picture.h"
 
-#include "host/base/open_file.h"
 #include "host/base/replacing_file.h"
 #include "host/picture/file_formats.h"
 #include "host/picture/samples.h"
 
-#include <cerrno>
-#include <memory>
 #include <new>
-#include <system_error>
 
 namespace host {
 
@@ -26,28 +22,27 @@ bool HoldsTogether(const Picture& picture, std::string* reason) {
 }
 
 template <typename Sample>
-bool EncodeAsPng(const Picture& picture, std::FILE* file, std::string* reason, const WriteFault& fault) {
+bool EncodeAsPng(const Picture& picture, BufferedFile& file, std::string* reason) {
   gl::BasicImage<Sample> image{picture.width, picture.height, picture.channels, {}};
   image.samples.reserve(picture.samples.size());
   for (const float value : picture.samples) image.samples.push_back(Quantized<Sample>(value));
-  return gl::EncodePng(image, file, reason, fault);
+  return gl::EncodePng(image, file, reason);
 }
 
-bool Encode(const Picture& picture, PictureFormat format, std::FILE* file, std::string* reason,
-            const WriteFault& fault) {
+bool Encode(const Picture& picture, PictureFormat format, BufferedFile& file, std::string* reason) {
   switch (format) {
   case PictureFormat::Png8:
-    return EncodeAsPng<std::uint8_t>(picture, file, reason, fault);
+    return EncodeAsPng<std::uint8_t>(picture, file, reason);
   case PictureFormat::Png16:
-    return EncodeAsPng<std::uint16_t>(picture, file, reason, fault);
+    return EncodeAsPng<std::uint16_t>(picture, file, reason);
   case PictureFormat::Tiff8:
-    return EncodeTiff(picture, TiffSample::Bits8, file, reason, fault);
+    return EncodeTiff(picture, TiffSample::Bits8, file, reason);
   case PictureFormat::Tiff16:
-    return EncodeTiff(picture, TiffSample::Bits16, file, reason, fault);
+    return EncodeTiff(picture, TiffSample::Bits16, file, reason);
   case PictureFormat::TiffFloat:
-    return EncodeTiff(picture, TiffSample::Float, file, reason, fault);
+    return EncodeTiff(picture, TiffSample::Float, file, reason);
   case PictureFormat::Exr:
-    return EncodeExr(picture, file, reason, fault);
+    return EncodeExr(picture, file, reason);
   }
   *reason = "unknown format " + std::to_string((int)format);
   return false;
@@ -55,13 +50,12 @@ bool Encode(const Picture& picture, PictureFormat format, std::FILE* file, std::
 
 /** The first four bytes, fewer when the file is shorter. */
 bool ReadStart(const std::string& path, std::string* start, std::string* reason) {
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(OpenFile(path, "rb"), &std::fclose);
+  disk::File file;
   char bytes[4];
-  errno = 0;
-  if (file) start->assign(bytes, std::fread(bytes, 1, sizeof bytes, file.get()));
-  if (file && !std::ferror(file.get())) return true;
-  *reason = std::generic_category().message(errno);
-  return false;
+  const std::int64_t got =
+      file.Open(path, disk::Access::Read, reason) ? file.ReadAt(0, bytes, sizeof bytes, reason) : -1;
+  if (got > 0) start->assign(bytes, (std::size_t)got);
+  return got >= 0;
 }
 
 bool DecodePng(const std::string& path, Picture* picture, std::string* error) {
@@ -81,7 +75,7 @@ bool Decode(const std::string& path, Picture* picture, std::string* reason) {
   if (start == "\x76\x2f\x31\x01") return DecodeExr(path, picture, reason);
   const std::string kind = start.substr(0, 2);
   if (kind == "II" || kind == "MM") return DecodeTiff(path, picture, reason);
-  *reason = "it is no PNG, TIFF or OpenEXR file";
+  *reason = "it is not a PNG, TIFF or OpenEXR file";
   return false;
 }
 
@@ -93,15 +87,15 @@ bool IsPng(const std::string& path) {
 } // namespace
 
 bool SavePicture(const Picture& picture, const std::string& path, PictureFormat format, std::string* error,
-                 const WriteFault& fault) {
+                 Faults* faults) {
   std::string reason;
   try {
-    gl::ReplacingFile file(path);
+    ReplacingFile file(path, faults);
     if (HoldsTogether(picture, &reason) && file.Open(&reason) &&
-        Encode(picture, format, file.File(), &reason, fault) && file.Commit(&reason))
+        Encode(picture, format, file.File(), &reason) && file.Commit(&reason))
       return true;
   } catch (const std::bad_alloc&) {
-    reason = "out of memory";
+    reason = "not enough memory";
   }
   *error = path + ": cannot write the picture: " + reason;
   return false;
@@ -119,7 +113,7 @@ bool LoadPicture(const std::string& path, Picture* picture, std::string* error) 
       *error = path + ": cannot read the picture: " + reason;
     }
   } catch (const std::bad_alloc&) {
-    *error = path + ": cannot read the picture: out of memory";
+    *error = path + ": cannot read the picture: not enough memory";
   }
   *picture = Picture();
   return false;

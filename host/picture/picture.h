@@ -8,8 +8,6 @@
 
 namespace host {
 
-using gl::WriteFault;
-
 enum class PictureFormat { Png8, Png16, Tiff8, Tiff16, TiffFloat, Exr };
 
 /** Rows from top to bottom, samples interleaved. Files with integers hold what lies from 0 to 1. */
@@ -34,14 +32,14 @@ bool ChoosePictureFormat(const std::string& path, int depth, PictureFormat* form
 /**
  * Writes values as they are: integer formats cut them to 0..1 and round, not a number becomes 0. An existing
  * file is replaced only by a whole new one. False with one line that names file and reason; nothing is left
- * behind then.
+ * behind then. faults may be NULL.
  */
 bool SavePicture(const Picture& picture, const std::string& path, PictureFormat format, std::string* error,
-                 const WriteFault& fault = {});
+                 Faults* faults = nullptr);
 
 /**
- * Reads a file of any of the formats, told by its content; integers come out as 0..1. False with one line
- * that names file and reason; the picture is then empty.
+ * Reads a file of any of the formats; its content decides which. Integers come out as 0..1. False with one
+ * line that names file and reason; the picture is then empty.
  */
 bool LoadPicture(const std::string& path, Picture* picture, std::string* error);
 

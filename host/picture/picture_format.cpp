@@ -55,9 +55,10 @@ bool ChoosePictureFormat(const std::string& path, int depth, PictureFormat* form
     depths += (depths.empty() ? "" : " or ") + std::to_string(choice.depth);
   }
   if (depths.empty())
-    *error = path + ": the suffix \"" + suffix + "\" is none of png, tif, tiff, exr";
+    *error = path + ": the name needs a suffix: .png, .tif, .tiff or .exr";
   else
-    *error = path + ": " + std::to_string(depth) + " bits a sample, but ." + suffix + " files have " + depths;
+    *error =
+        path + ": ." + suffix + " files have " + depths + " bits per sample, not " + std::to_string(depth);
   return false;
 }
 

@@ -2,11 +2,11 @@
 // Internal to images.
 #pragma once
 
+#include "host/base/buffered_file.h"
 #include "host/picture/image.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <functional>
 #include <string>
 
@@ -20,8 +20,8 @@ struct PngLayout {
 };
 
 /** To an open file, at its position. False with the reason; the file then holds a part. */
-bool EncodePngRows(const PngLayout& layout, const std::uint8_t* rows, std::FILE* file,
-                   const WriteFault& fault, std::string* reason);
+bool EncodePngRows(const PngLayout& layout, const std::uint8_t* rows, BufferedFile& file,
+                   std::string* reason);
 
 /** Gives the memory for the rows of a picture; may throw std::bad_alloc. */
 using PngRows = std::function<std::uint8_t*(const PngLayout&)>;
@@ -29,9 +29,10 @@ using PngRows = std::function<std::uint8_t*(const PngLayout&)>;
  * Brings any PNG to layout->bitDepth and to RGB or RGBA; sets the rest of *layout. No more memory is asked
  * for than the file can unfold to, whatever its header says. False with the reason.
  */
-bool DecodePngRows(std::FILE* file, PngLayout* layout, const PngRows& rows, std::string* reason);
+bool DecodePngRows(BufferedFile& file, PngLayout* layout, const PngRows& rows, std::string* reason);
 
 /** False with the reason for a header that claims more than deflate can make of the file. */
-bool FitsPngFile(const PngLayout& layout, std::uint64_t storedRowBytes, std::FILE* file, std::string* reason);
+bool FitsPngFile(const PngLayout& layout, std::uint64_t storedRowBytes, const BufferedFile& file,
+                 std::string* reason);
 
 } // namespace host::gl

@@ -1,10 +1,8 @@
 #include "host/picture/png_codec.h"
 
-#include <cerrno>
 #include <csetjmp>
 #include <new>
 #include <png.h>
-#include <system_error>
 #include <vector>
 
 namespace host::gl {
@@ -16,8 +14,7 @@ namespace {
 
 /** What libpng's callbacks share with the caller. */
 struct Stream {
-  std::FILE* file = nullptr;
-  const WriteFault* fault = nullptr;
+  BufferedFile* file = nullptr;
   std::string reason;
 };
 
@@ -31,10 +28,8 @@ void OnWarning(png_structp, png_const_charp) {}
 
 void OnWrite(png_structp png, png_bytep bytes, png_size_t count) {
   auto* stream = static_cast<Stream*>(png_get_io_ptr(png));
-  errno = 0;
-  const bool refused = *stream->fault && (*stream->fault)();
-  if (!refused && std::fwrite(bytes, 1, count, stream->file) == count) return;
-  stream->reason = std::generic_category().message(refused ? ENOSPC : errno);
+  if (stream->file->Write(bytes, count)) return;
+  stream->reason = stream->file->Error();
   png_error(png, "write failed");
 }
 
@@ -42,8 +37,9 @@ void OnFlush(png_structp) {}
 
 void OnRead(png_structp png, png_bytep bytes, png_size_t count) {
   auto* stream = static_cast<Stream*>(png_get_io_ptr(png));
-  if (std::fread(bytes, 1, count, stream->file) == count) return;
-  if (std::ferror(stream->file)) stream->reason = std::generic_category().message(errno);
+  const std::int64_t got = stream->file->Read(bytes, count);
+  if (got == (std::int64_t)count) return;
+  if (got < 0) stream->reason = stream->file->Error();
   png_error(png, "the file ends too early");
 }
 
@@ -98,32 +94,27 @@ bool ReadPixels(png_structp png, png_infop info, const PngLayout& layout, const 
 
 } // namespace
 
-bool EncodePngRows(const PngLayout& layout, const std::uint8_t* rows, std::FILE* file,
-                   const WriteFault& fault, std::string* reason) {
+bool EncodePngRows(const PngLayout& layout, const std::uint8_t* rows, BufferedFile& file,
+                   std::string* reason) {
   Stream stream;
-  stream.file = file;
-  stream.fault = &fault;
+  stream.file = &file;
   png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, &stream, OnError, OnWarning);
   png_infop info = png ? png_create_info_struct(png) : nullptr;
   bool ok = false;
   if (info) {
     png_set_write_fn(png, &stream, OnWrite, OnFlush);
     ok = WriteRows(png, info, &layout, rows);
-    if (ok && std::fflush(file) != 0) {
-      ok = false;
-      stream.reason = std::generic_category().message(errno);
-    }
   } else {
-    stream.reason = "out of memory";
+    stream.reason = "not enough memory";
   }
   png_destroy_write_struct(&png, &info);
   if (!ok) *reason = stream.reason;
   return ok;
 }
 
-bool DecodePngRows(std::FILE* file, PngLayout* layout, const PngRows& rows, std::string* reason) {
+bool DecodePngRows(BufferedFile& file, PngLayout* layout, const PngRows& rows, std::string* reason) {
   Stream stream;
-  stream.file = file;
+  stream.file = &file;
   png_structp png = png_create_read_struct(PNG_LIBPNG_VER_STRING, &stream, OnError, OnWarning);
   png_infop info = png ? png_create_info_struct(png) : nullptr;
   bool ok = false;
@@ -135,10 +126,10 @@ bool DecodePngRows(std::FILE* file, PngLayout* layout, const PngRows& rows, std:
            FitsPngFile(*layout, storedRowBytes, file, &stream.reason) && ReadPixels(png, info, *layout, rows);
     } catch (const std::bad_alloc&) {
       stream.reason =
-          "out of memory for " + std::to_string(layout->height * layout->RowBytes()) + " bytes of pixels";
+          "not enough memory for " + std::to_string(layout->height * layout->RowBytes()) + " bytes of pixels";
     }
   } else {
-    stream.reason = "out of memory";
+    stream.reason = "not enough memory";
   }
   png_destroy_read_struct(&png, &info, nullptr);
   if (!ok) *reason = stream.reason;

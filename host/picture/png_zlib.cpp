@@ -2,13 +2,10 @@
 #include "host/picture/png_codec.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <new>
 #include <stdexcept>
-#include <system_error>
 #include <vector>
 #include <zlib.h>
 
@@ -35,13 +32,12 @@ void Put32(Byte* at, std::uint32_t value) {
 
 class ChunkWriter {
 public:
-  ChunkWriter(std::FILE* file, const WriteFault& fault) : file_(file), fault_(fault) {}
+  explicit ChunkWriter(BufferedFile& file) : file_(file) {}
 
   void Raw(const Byte* bytes, std::size_t count) {
-    errno = 0;
-    if (fault_ && fault_()) Refuse(std::generic_category().message(ENOSPC));
-    if (std::fwrite(bytes, 1, count, file_) != count) Refuse(std::generic_category().message(errno));
+    if (!file_.Write(bytes, count)) Refuse(file_.Error());
   }
+  /** Length of the data, name, data, checksum of name and data. */
   void Chunk(const char* name, const Byte* data, std::size_t count) {
     Byte start[8], end[4];
     Put32(start, (std::uint32_t)count);
@@ -55,8 +51,7 @@ public:
   }
 
 private:
-  std::FILE* file_;
-  const WriteFault& fault_;
+  BufferedFile& file_;
 };
 
 /** One deflate stream cut into IDAT chunks. */
@@ -74,6 +69,7 @@ public:
 
 private:
   void Push(const Byte* bytes, std::size_t count, int flush) {
+    // zlib takes all the input, and at the end gives all it still holds: each filled buffer is one chunk.
     stream_.next_in = const_cast<Byte*>(bytes);
     stream_.avail_in = (uInt)count;
     int state;
@@ -99,6 +95,7 @@ void WriteAll(const PngLayout& layout, const Byte* rows, ChunkWriter* chunks) {
   header[8] = (Byte)layout.bitDepth;
   header[9] = layout.channels == 4 ? kRgba : kRgb;
   chunks->Chunk("IHDR", header, sizeof header);
+  // Each row is written as its difference from the row above, which packs better than the samples themselves.
   const std::size_t size = layout.RowBytes();
   std::vector<Byte> above(size), row(size), filtered(size + 1);
   RowWriter writer(chunks);
@@ -115,7 +112,7 @@ void WriteAll(const PngLayout& layout, const Byte* rows, ChunkWriter* chunks) {
   chunks->Chunk("IEND", nullptr, 0);
 }
 
-/** What a file says of itself, and its palette. */
+/** The header of a file, and its palette. */
 struct Header {
   int width = 0, height = 0, depth = 0, type = 0;
   std::vector<Byte> palette, alphas;
@@ -127,11 +124,11 @@ struct Header {
 
 class ChunkReader {
 public:
-  explicit ChunkReader(std::FILE* file) : file_(file) {}
+  explicit ChunkReader(BufferedFile& file) : file_(file) {}
 
   void Raw(Byte* bytes, std::size_t count) {
-    if (std::fread(bytes, 1, count, file_) == count) return;
-    Refuse(std::ferror(file_) ? std::generic_category().message(errno) : "the file ends too early");
+    const std::int64_t got = file_.Read(bytes, count);
+    if (got != (std::int64_t)count) Refuse(got < 0 ? file_.Error() : "the file ends too early");
   }
   /** Begins the next chunk; one without bytes is then behind us. */
   void Next() {
@@ -174,7 +171,7 @@ private:
     if (Get32(stored) != (std::uint32_t)sum_) Refuse(std::string(name, 4) + ": CRC error");
   }
 
-  std::FILE* file_;
+  BufferedFile& file_;
   uLong sum_ = 0;
 };
 
@@ -192,6 +189,7 @@ void ReadHeader(ChunkReader* chunks, Header* header) {
   header->height = (int)height;
   header->depth = bytes[8];
   header->type = bytes[9];
+  // Not every colour type goes with every depth: several samples need 8 or 16 bits, a palette at most 8.
   const int d = header->depth, t = header->type;
   const bool wide = d == 8 || d == 16, narrow = d == 1 || d == 2 || d == 4;
   if (!((t == kGray && (wide || narrow)) || (t == kPalette && (d == 8 || narrow)) ||
@@ -227,6 +225,7 @@ public:
   RowReader(const RowReader&) = delete;
   RowReader& operator=(const RowReader&) = delete;
 
+  /** Exactly count bytes of pixels, from as many chunks as they take. */
   void Read(Byte* bytes, std::size_t count) {
     stream_.next_out = bytes;
     stream_.avail_out = (uInt)count;
@@ -238,6 +237,7 @@ public:
         Refuse(state == Z_STREAM_END ? "Not enough image data" : "the pixels cannot be unfolded");
     }
   }
+  /** Passes the rest up to the end mark, so that its checksums are compared too. */
   void Finish() {
     while (!chunks_->Is("IEND")) {
       chunks_->Skip();
@@ -261,12 +261,14 @@ private:
   std::vector<Byte> in_;
 };
 
+/** Whichever neighbour is nearest to left + up - corner; ties prefer left, then up. */
 Byte Paeth(int left, int up, int corner) {
   const int guess = left + up - corner;
   const int a = std::abs(guess - left), b = std::abs(guess - up), c = std::abs(guess - corner);
   return (Byte)(a <= b && a <= c ? left : b <= c ? up : corner);
 }
 
+/** Adds to each byte the prediction that its row's filter makes from the neighbours already restored. */
 void Unfilter(int filter, std::size_t pixelBytes, const Byte* above, Byte* row, std::size_t size) {
   if (filter > kPaeth) Refuse("filter " + std::to_string(filter));
   for (std::size_t i = 0; i < size; ++i) {
@@ -319,6 +321,7 @@ void ReadPixels(const Header& header, const PngLayout& layout, ChunkReader* chun
   for (int y = 0; y < layout.height; ++y) {
     reader.Read(row.data(), size + 1);
     Unfilter(row[0], pixelBytes, above.data() + 1, row.data() + 1, size);
+    // Whatever is stored becomes RGB or RGBA of 16 bits, then of the depth that is asked for.
     Expand(header, row.data() + 1, expanded.data());
     Byte* out = rows + (std::size_t)y * layout.RowBytes();
     if (layout.bitDepth == 16)
@@ -332,22 +335,20 @@ void ReadPixels(const Header& header, const PngLayout& layout, ChunkReader* chun
 
 } // namespace
 
-bool EncodePngRows(const PngLayout& layout, const Byte* rows, std::FILE* file, const WriteFault& fault,
-                   std::string* reason) {
+bool EncodePngRows(const PngLayout& layout, const Byte* rows, BufferedFile& file, std::string* reason) {
   try {
-    ChunkWriter chunks(file, fault);
+    ChunkWriter chunks(file);
     WriteAll(layout, rows, &chunks);
-    if (std::fflush(file) == 0) return true;
-    *reason = std::generic_category().message(errno);
+    return true;
   } catch (const std::bad_alloc&) {
-    *reason = "out of memory";
+    *reason = "not enough memory";
   } catch (const std::runtime_error& e) {
     *reason = e.what();
   }
   return false;
 }
 
-bool DecodePngRows(std::FILE* file, PngLayout* layout, const PngRows& rows, std::string* reason) {
+bool DecodePngRows(BufferedFile& file, PngLayout* layout, const PngRows& rows, std::string* reason) {
   try {
     ChunkReader chunks(file);
     Header header;
@@ -360,7 +361,8 @@ bool DecodePngRows(std::FILE* file, PngLayout* layout, const PngRows& rows, std:
     ReadPixels(header, *layout, &chunks, rows(*layout));
     return true;
   } catch (const std::bad_alloc&) {
-    *reason = "out of memory for " + std::to_string(layout->height * layout->RowBytes()) + " bytes of pixels";
+    *reason =
+        "not enough memory for " + std::to_string(layout->height * layout->RowBytes()) + " bytes of pixels";
   } catch (const std::runtime_error& e) {
     *reason = e.what();
   }

@@ -3,7 +3,6 @@
 #ifdef HOST_HAVE_TIFF
 #include "host/picture/samples.h"
 #include "host/picture/tiff_library.h"
-#include "host/picture/write_stream.h"
 
 #include <algorithm>
 #include <type_traits>
@@ -14,7 +13,7 @@ namespace {
 
 /** What libtiff's callbacks share with the caller. */
 struct Sink {
-  WriteStream stream;
+  BufferedFile& file;
   std::string complaint; ///< libtiff's first own one
 };
 
@@ -22,22 +21,19 @@ tmsize_t OnRead(thandle_t, void*, tmsize_t) {
   return -1; // a file is written in one go
 }
 tmsize_t OnWrite(thandle_t handle, void* bytes, tmsize_t count) {
-  return static_cast<Sink*>(handle)->stream.Write(bytes, (std::size_t)count) ? count : -1;
+  return static_cast<Sink*>(handle)->file.Write(bytes, (std::size_t)count) ? count : -1;
 }
 toff_t OnSeek(thandle_t handle, toff_t offset, int origin) {
-  WriteStream& stream = static_cast<Sink*>(handle)->stream;
-  return stream.Seek((long long)offset, origin) ? (toff_t)stream.Position() : (toff_t)-1;
+  BufferedFile& file = static_cast<Sink*>(handle)->file;
+  const std::int64_t base = origin == SEEK_CUR ? file.Position() : origin == SEEK_END ? file.Length() : 0;
+  file.Seek(base + (std::int64_t)offset);
+  return (toff_t)file.Position();
 }
 int OnClose(thandle_t) {
   return 0;
 }
 toff_t OnSize(thandle_t handle) {
-  WriteStream& stream = static_cast<Sink*>(handle)->stream;
-  const long long position = stream.Position();
-  stream.Seek(0, SEEK_END);
-  const long long size = stream.Position();
-  stream.Seek(position, SEEK_SET);
-  return (toff_t)size;
+  return (toff_t) static_cast<Sink*>(handle)->file.Length();
 }
 
 TiffHandle Open(Sink* sink, bool wide) {
@@ -103,11 +99,10 @@ bool WriteRows(TIFF* tiff, const Picture& picture, TiffSample sample) {
 
 } // namespace
 
-bool EncodeTiff(const Picture& picture, TiffSample sample, std::FILE* file, std::string* reason,
-                const WriteFault& fault) {
+bool EncodeTiff(const Picture& picture, TiffSample sample, BufferedFile& file, std::string* reason) {
   // Offsets of the plain form end at 4 GiB. Packing may make noise larger than it was.
   const bool wide = picture.samples.size() * (std::size_t)BitsOf(sample) / 8 > 2000000000u;
-  Sink sink = {WriteStream(file, fault), std::string()};
+  Sink sink = {file, std::string()};
   TiffHandle tiff = Open(&sink, wide);
   bool ok = tiff != nullptr;
   if (ok) {
@@ -115,9 +110,9 @@ bool EncodeTiff(const Picture& picture, TiffSample sample, std::FILE* file, std:
     ok = WriteRows(tiff.get(), picture, sample) && TIFFWriteDirectory(tiff.get()) == 1;
   }
   tiff.reset(); // this writes too
-  if (ok && !sink.stream.Failed()) return true;
-  *reason = sink.stream.Failed() ? sink.stream.Reason() : sink.complaint;
-  if (reason->empty()) *reason = "out of memory";
+  if (ok && file.Good()) return true;
+  *reason = file.Good() ? sink.complaint : file.Error();
+  if (reason->empty()) *reason = "not enough memory";
   return false;
 }
 
@@ -127,7 +122,7 @@ bool EncodeTiff(const Picture& picture, TiffSample sample, std::FILE* file, std:
 
 namespace host {
 
-bool EncodeTiff(const Picture&, TiffSample, std::FILE*, std::string* reason, const WriteFault&) {
+bool EncodeTiff(const Picture&, TiffSample, BufferedFile&, std::string* reason) {
   *reason = "this build has no TIFF";
   return false;
 }

@@ -1,4 +1,4 @@
-// What writing and reading TIFF files share: an open file of libtiff that tells its complaints to us alone.
+// What writing and reading TIFF files share: an open file of libtiff whose complaints reach only us.
 #pragma once
 
 #include <cstdarg>

@@ -1,11 +1,11 @@
 #include "host/plugins/world_data.h"
 
+#include "host/base/data_types.h"
 #include "host/base/replacing_file.h"
 #include "host/base/text.h"
 
 #include <cerrno>
 #include <charconv>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <limits>
@@ -28,37 +28,44 @@ json ToJson(const Vector& v) {
 
 /** Null for what has no meaning in another run: links and pointers. */
 json ToJson(const GeData& value) {
-  switch (value.GetType()) {
-  case DA_LONG:
-    return {{"long", value.GetLong()}};
-  case DA_LLONG:
-    return {{"llong", value.GetLLong()}};
-  case DA_REAL:
-    return {{"real", value.GetReal()}};
-  case DA_VECTOR:
-    return {{"vector", ToJson(value.GetVector())}};
-  case DA_MATRIX: {
-    const Matrix& m = value.GetMatrix();
-    return {{"matrix", json::array({ToJson(m.off), ToJson(m.v1), ToJson(m.v2), ToJson(m.v3)})}};
-  }
-  case DA_STRING:
-    return {{"string", Utf8(value.GetString())}};
-  case DA_FILENAME:
-    return {{"filename", Utf8(value.GetFilename())}};
-  case DA_TIME:
-    return {{"time", json::array({value.GetTime().GetNumerator(), value.GetTime().GetDenominator()})}};
-  case DA_CONTAINER:
-    return {{"container", ToJson(*value.GetContainer())}};
-  case CUSTOMDATATYPE_SPLINE: {
-    const SplineData& curve = *(const SplineData*)value.GetCustomDataType(CUSTOMDATATYPE_SPLINE);
-    json knots = json::array();
-    for (LONG i = 0; i < curve.GetKnotCount(); ++i)
-      knots.push_back(json::array({curve.GetKnot(i).x, curve.GetKnot(i).y}));
-    return {{"curve", knots}};
-  }
-  default:
-    return nullptr;
-  }
+  return VisitData(
+      value,
+      Overloaded{
+          [](LONG number) {
+            return json{{"long", number}};
+          },
+          [](LLONG number) {
+            return json{{"llong", number}};
+          },
+          [](Real number) {
+            return json{{"real", number}};
+          },
+          [](const Vector& v) {
+            return json{{"vector", ToJson(v)}};
+          },
+          [](const Matrix& m) {
+            return json{{"matrix", json::array({ToJson(m.off), ToJson(m.v1), ToJson(m.v2), ToJson(m.v3)})}};
+          },
+          [](const String& text) {
+            return json{{"string", Utf8(text)}};
+          },
+          [](const Filename& path) {
+            return json{{"filename", Utf8(path)}};
+          },
+          [](const BaseTime& time) {
+            return json{{"time", json::array({time.GetNumerator(), time.GetDenominator()})}};
+          },
+          [](const BaseContainer& inner) {
+            return json{{"container", ToJson(inner)}};
+          },
+          [](const SplineData& curve) {
+            json knots = json::array();
+            for (LONG i = 0; i < curve.GetKnotCount(); ++i)
+              knots.push_back(json::array({curve.GetKnot(i).x, curve.GetKnot(i).y}));
+            return json{{"curve", knots}};
+          },
+          [](const auto&) { return json(); },
+      });
 }
 
 json ToJson(const BaseContainer& bc) {
@@ -126,7 +133,9 @@ GeData ToValue(const json& value, int depth) {
   if (kind == "time") return GeData(BaseTime(ToReal(v.at(0)), ToReal(v.at(1))));
   if (kind == "curve") return ToCurve(v);
   if (kind == "container") return GeData(ToContainer(v, depth + 1));
-  throw std::runtime_error("found a value of kind " + kind + ", expected one of those written here");
+  throw std::runtime_error(
+      "found a value of kind " + kind +
+      ", expected long, llong, real, vector, matrix, string, filename, time, curve or container");
 }
 
 BaseContainer ToContainer(const json& object, int depth) {
@@ -142,10 +151,6 @@ std::string Dump(const json& root) {
   return root.dump(1, ' ', false, json::error_handler_t::replace);
 }
 
-} // namespace
-
-namespace {
-
 /** No preferences come near this size. */
 const std::uintmax_t kMostBytes = 16 << 20;
 
@@ -154,17 +159,17 @@ bool ReadWhole(const fs::path& path, std::string* text, std::string* reason) {
   std::error_code code;
   const std::uintmax_t size = fs::is_regular_file(path, code) ? fs::file_size(path, code) : 0;
   if (code || !fs::is_regular_file(path, code)) {
-    *reason = code ? code.message() : "is not a regular file";
+    *reason = code ? code.message() : "it is not a regular file";
     return false;
   }
   if (size > kMostBytes) {
-    *reason = "holds " + std::to_string(size) + " bytes, expected at most " + std::to_string(kMostBytes);
+    *reason = "it holds " + std::to_string(size) + " bytes, expected at most " + std::to_string(kMostBytes);
     return false;
   }
   errno = 0;
   std::ifstream file(path, std::ios::binary);
   if (!file) {
-    *reason = errno != 0 ? std::generic_category().message(errno) : "cannot be opened";
+    *reason = errno != 0 ? std::generic_category().message(errno) : "it cannot be opened";
     return false;
   }
   text->assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
@@ -222,15 +227,14 @@ bool WorldData::Save(std::string* error) {
   if (text == saved_ || (saved_.empty() && text == Dump(json::object()) + "\n")) return true;
   std::error_code ignored;
   fs::create_directories(fs::u8path(path_).parent_path(), ignored);
-  // A link stays a link: what it leads to is replaced.
-  const fs::path real =
-      fs::is_symlink(fs::u8path(path_), ignored) ? fs::canonical(fs::u8path(path_), ignored) : fs::path();
-  gl::ReplacingFile file(real.empty() ? path_ : real.u8string());
+  ReplacingFile file(path_);
   std::string reason;
-  if (!file.Open(&reason) ||
-      (std::fwrite(text.data(), 1, text.size(), file.File()) != text.size() &&
-       (reason = "writing fails", true)) ||
-      !file.Commit(&reason)) {
+  bool saved = file.Open(&reason);
+  if (saved) {
+    file.File().Write(text.data(), text.size()); // a failure is remembered up to the commit
+    saved = file.Commit(&reason);
+  }
+  if (!saved) {
     *error = path_ + ": " + reason;
     return false;
   }

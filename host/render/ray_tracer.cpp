@@ -60,6 +60,7 @@ RayTracer::RayTracer(FrameScene& scene, const RenderOptions& options, LONG threa
 }
 
 Ray RayTracer::CameraRay(double x, double y) const {
+  // From pixels to the picture plane at distance 1: x and y from -1 to 1, times half its size.
   const double across = (2.0 * x / options_.width - 1.0) * tangent_ * aspect_;
   const double upward = (1.0 - 2.0 * y / options_.height) * tangent_;
   Ray ray;
@@ -80,6 +81,7 @@ void RayTracer::SetRay(Ray* ray, RAYBIT bits, LONG depth, double distance) {
 }
 
 Radiance RayTracer::Pixel(LONG x, LONG y) {
+  // n x n rays through the centres of as many equal parts of the pixel.
   const int n = options_.supersample;
   Radiance sum;
   for (int sy = 0; sy < n; ++sy)
@@ -104,12 +106,13 @@ VolumeData* RayTracer::Prepare(LONG x, LONG y) {
 }
 
 Radiance RayTracer::Trace(const Ray& from, RAYBIT bits, LONG depth) {
+  // The nearest surface ends the ray; rays that leave one begin a little above it.
   Ray ray = from;
   SurfaceHit hit;
   const double start = depth > 0 ? LeaveDistance(ray.p) : 0.0;
   const bool any = scene_.surfaces->Nearest(ray.p, ray.v, start, kNothing, &hit);
 
-  // What lies in front: each video post takes light away and adds its own.
+  // In front of it each video post adds light of its own and lets a share of the light behind pass.
   Vector added, passed(1.0);
   for (VideoPost* post : scene_.posts.volumetric) {
     SetRay(&ray, bits, depth, any ? hit.distance : kNothing);
@@ -118,6 +121,7 @@ Radiance RayTracer::Trace(const Ray& from, RAYBIT bits, LONG depth) {
     passed = passed ^ volume_.trans;
   }
 
+  // Whatever is still visible through all of them comes from the surface or the background.
   Radiance result;
   result.color = added;
   result.alpha = any ? 1.0 : 1.0 - (passed.x + passed.y + passed.z) / 3.0;
@@ -127,6 +131,7 @@ Radiance RayTracer::Trace(const Ray& from, RAYBIT bits, LONG depth) {
 
 Vector RayTracer::Surface(const Ray& ray, RAYBIT bits, LONG depth, const SurfaceHit& hit) {
   const SurfaceMaterial& material = *hit.material;
+  // The share that is neither reflected nor let through is the surface's own colour under its light.
   const double own = 1.0 - material.reflection - material.transparency;
   Vector color;
   if (own > kInvisible) {
@@ -138,6 +143,7 @@ Vector RayTracer::Surface(const Ray& ray, RAYBIT bits, LONG depth, const Surface
     point.lhit.SetPrivateData(hit.object + 1, hit.polygon);
     color = (hit.color ^ (Illuminate(point) + volume_.ambient)) * own;
   }
+  // Reflected and refracted rays see the scene again, up to the depth that the options allow.
   if (depth < options_.reflections) {
     if (material.reflection > kInvisible) color += Mirrored(ray, bits, depth, hit) * material.reflection;
     if (material.transparency > kInvisible) color += Passed(ray, bits, depth, hit) * material.transparency;
@@ -159,6 +165,7 @@ Vector RayTracer::Passed(const Ray& ray, RAYBIT bits, LONG depth, const SurfaceH
   if (index == 1.0)
     return Trace(passed, Next(bits, RAYBIT_TRANSPARENCY, RAYBIT_CURR_TRANSPARENCY), depth + 1).color ^
            hit.color;
+  // Light that meets a thinner medium too flatly stays inside: total reflection.
   Vector direction;
   if (!Refract(ray.v, hit.normal, hit.inside ? index : 1.0 / index, &direction))
     return Mirrored(ray, bits, depth, hit);
@@ -167,10 +174,11 @@ Vector RayTracer::Passed(const Ray& ray, RAYBIT bits, LONG depth, const SurfaceH
 }
 
 Vector RayTracer::ShadowAt(const LVector& p, RayLight& light, const LightRay& to, RAYBIT bits, double leave) {
+  // Surfaces first: where they let nothing pass, nobody needs to be asked.
   Vector passed = scene_.surfaces->Transmission(p, to.direction, leave, to.distance);
   if (!Visible(passed) || scene_.posts.shadow.empty()) return passed;
 
-  // The ray at hand comes back when the shadow is known: plug-ins may be in the middle of it.
+  // Plug-ins may be in the middle of the current ray: it comes back once the shadow is known.
   const RenderVolume before = volume_;
   Ray ray;
   ray.p = p;
@@ -187,6 +195,7 @@ Vector RayTracer::ShadowAt(const LVector& p, RayLight& light, const LightRay& to
 }
 
 Vector RayTracer::Illuminate(const IlluminanceSurfacePointData& point) {
+  // Surfaces are lit on the side that is looked at.
   const LVector normal = point.bumpn * point.ray_vector > 0.0 ? -point.bumpn : point.bumpn;
   const double leave = LeaveDistance(point.p);
   Vector sum;

@@ -24,7 +24,7 @@ const LONG kPostDisabled = 1 << 2;
 const char* ReasonOf(RENDERRESULT result) {
   switch (result) {
   case RENDERRESULT_OUTOFMEMORY:
-    return "out of memory";
+    return "not enough memory";
   case RENDERRESULT_USERBREAK:
     return "stopped by the user";
   case RENDERRESULT_SAVINGFAILED:
@@ -133,7 +133,7 @@ RenderOutcome RenderJob::RenderFrame() {
   try {
     Run();
   } catch (const std::bad_alloc&) {
-    Fail(RENDERRESULT_OUTOFMEMORY, "out of memory for the picture");
+    Fail(RENDERRESULT_OUTOFMEMORY, "not enough memory for the picture");
   }
   scene_.reset();
   mainTracer_.reset();
@@ -145,7 +145,7 @@ RenderOutcome RenderJob::RenderFrame() {
 RenderOutcome RenderJob::Run() {
   // A picture without what such a post adds would look complete.
   if (!missing_.empty())
-    Fail(RENDERRESULT_OUTOFMEMORY, "out of memory: \"" + missing_ + "\" could not be made");
+    Fail(RENDERRESULT_OUTOFMEMORY, "not enough memory: \"" + missing_ + "\" could not be made");
   if (Failed()) return outcome_;
   UpdateAllCaches(doc_, BUILDFLAGS_INTERNALRENDERER);
   buffer_ = std::make_unique<RenderBuffer>(options_.width, options_.height);

@@ -21,10 +21,6 @@ const Parameter* Description::FindParameter(std::string_view identifier) const {
   return FindFirst(parameters, [identifier](const Parameter& each) { return each.identifier == identifier; });
 }
 
-const Group* Description::FindGroup(std::int32_t id) const {
-  return FindFirst(groups, [id](const Group& each) { return each.id == id; });
-}
-
 std::string PlaceholderText(const std::string& identifier) {
   return "[" + identifier + "]";
 }

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <limits>
-#include <map>
 #include <set>
 
 namespace host::resource {
@@ -22,7 +21,7 @@ public:
     out_.symbols = *input_.symbols;
     const bool hasTitle = input_.syntax->title.kind != TokenKind::kEnd;
     out_.title = hasTitle ? TextsOf(input_.syntax->title.text).longText : out_.name;
-    AddStatements(input_.syntax->statements, 0);
+    AddStatements(input_.syntax->statements);
   }
 
 private:
@@ -51,11 +50,11 @@ private:
     return {PlaceholderText(identifier), PlaceholderText(identifier)};
   }
 
-  void AddStatements(const std::vector<Statement>& statements, std::int32_t groupId) {
+  void AddStatements(const std::vector<Statement>& statements) {
     for (const Statement& statement : statements) {
       switch (statement.kind) {
       case StatementKind::kInclude:
-        Include(statement.name, groupId);
+        Include(statement.name);
         break;
       case StatementKind::kShow:
         SetHidden(statement.name, false);
@@ -65,9 +64,9 @@ private:
         break;
       case StatementKind::kElement:
         if (statement.element.type == ElementType::kGroup) {
-          AddGroup(statement.element, groupId);
+          AddGroup(statement.element);
         } else {
-          AddParameter(statement.element, groupId);
+          AddParameter(statement.element);
         }
       }
     }
@@ -79,11 +78,10 @@ private:
     }
   }
 
-  void AddParameter(const ElementSyntax& element, std::int32_t groupId) {
+  void AddParameter(const ElementSyntax& element) {
     CheckRoom(element.place);
     Parameter parameter;
     parameter.type = element.type;
-    parameter.groupId = groupId;
     parameter.origin = out_.name;
     if (element.id) {
       parameter.id = ResolveId(*element.id);
@@ -92,7 +90,6 @@ private:
     NameParameter(&parameter);
     FillParameter(context_, element, &parameter);
     CheckNumber(element.place, parameter);
-    parameter.order = nextOrder_++;
     Store(std::move(parameter));
   }
 
@@ -113,9 +110,7 @@ private:
 
   void NameParameter(Parameter* parameter) {
     if (IsFiller(*parameter) && !FindTexts(*input_.tables, parameter->identifier)) return;
-    const Texts texts = TextsOf(parameter->identifier);
-    parameter->longName = texts.longText;
-    parameter->shortName = texts.shortText;
+    parameter->name = TextsOf(parameter->identifier).longText;
   }
 
   /** Declaring an included parameter again replaces it. */
@@ -129,104 +124,44 @@ private:
     }
   }
 
-  void AddGroup(const ElementSyntax& element, std::int32_t parentId) {
+  /** Groups are for user interfaces; here they only hold elements, but their numbers and texts are checked.
+   */
+  void AddGroup(const ElementSyntax& element) {
     CheckRoom(element.place);
-    Group group;
-    group.parentId = parentId;
-    group.id = element.id ? ResolveId(*element.id) : --lastAnonymous_;
-    if (element.id && group.id <= 0) Fail(element.place, "a group's number must be above 0");
-    Group* target = FindOwnGroup(group.id);
-    // A group that is there already, as those of an included description, is opened again.
-    if (!target) {
-      if (element.id) {
-        group.identifier = element.id->text;
-        group.name = TextsOf(group.identifier).longText;
-      }
-      group.order = nextOrder_++;
-      out_.groups.push_back(std::move(group));
-      target = &out_.groups.back();
+    if (element.id) {
+      const std::int32_t id = ResolveId(*element.id);
+      if (id <= 0) Fail(element.place, "a group's number must be above 0");
+      // A group that is there already, as those of an included description, is opened again.
+      if (out_.groups.insert(id).second) TextsOf(element.id->text);
     }
-    for (const AttributeSyntax& attribute : element.attributes) ApplyToGroup(attribute, target);
-    const std::int32_t id = target->id; // adding children moves the groups
-    AddStatements(element.children, id);
+    AddStatements(element.children);
   }
 
-  Group* FindOwnGroup(std::int32_t id) { return const_cast<Group*>(out_.FindGroup(id)); }
-
-  void ApplyToGroup(const AttributeSyntax& attribute, Group* group) const {
-    switch (attribute.info->attribute) {
-    case Attribute::kDefault:
-      if (!attribute.values[0].isInteger) Fail(attribute.place, "a group's DEFAULT is 0 or 1");
-      group->isOpen = attribute.values[0].integer != 0;
-      break;
-    case Attribute::kOpen:
-      group->isOpen = true;
-      break;
-    case Attribute::kHidden:
-      group->hidden = true;
-      break;
-    case Attribute::kColumns:
-      group->columns = CheckColumns(attribute.values[0]);
-      break;
-    default:
-      group->layout.emplace_back(attribute.info->keyword);
-    }
-  }
-
-  std::int32_t CheckColumns(const Token& columns) const {
-    constexpr std::int64_t kMaxColumns = 100;
-    if (columns.integer < 0 || columns.integer > kMaxColumns) {
-      Fail(columns.place, "expected 0 to " + std::to_string(kMaxColumns) + " columns, found " + columns.text);
-    }
-    return std::int32_t(columns.integer);
-  }
-
-  void Include(const Token& name, std::int32_t groupId) {
+  void Include(const Token& name) {
     if (!included_.insert(name.text).second) Fail(name.place, name.text + " is included twice");
     std::string error;
     const Description* included = input_.include(name.text, &error);
     if (!included) Fail(name.place, "cannot include " + name.text + ": " + error);
     out_.symbols.Merge(included->symbols);
-    // Groups without a number get a new one, so that two includes do not share theirs.
-    std::map<std::int32_t, std::int32_t> groupIds{{0, groupId}};
-    for (const Group& group : included->groups)
-      groupIds[group.id] = group.id < 0 ? --lastAnonymous_ : group.id;
-    const int firstOrder = nextOrder_;
-    for (Group group : included->groups) {
+    out_.groups.insert(included->groups.begin(), included->groups.end());
+    for (const Parameter& parameter : included->parameters) {
       CheckRoom(name.place);
-      group.id = groupIds[group.id];
-      group.parentId = groupIds[group.parentId];
-      PlaceAfter(firstOrder, &group.order);
-      if (!out_.FindGroup(group.id)) out_.groups.push_back(std::move(group));
+      Store(parameter);
     }
-    for (Parameter parameter : included->parameters) {
-      CheckRoom(name.place);
-      parameter.groupId = groupIds[parameter.groupId];
-      PlaceAfter(firstOrder, &parameter.order);
-      Store(std::move(parameter));
-    }
-  }
-
-  void PlaceAfter(int firstOrder, int* order) {
-    *order += firstOrder;
-    nextOrder_ = std::max(nextOrder_, *order + 1);
   }
 
   void SetHidden(const Token& name, bool hidden) {
     const std::int32_t id = ResolveId(name);
     auto* parameter = const_cast<Parameter*>(out_.FindParameter(id));
-    Group* group = FindOwnGroup(id);
-    if (!parameter && !group) Fail(name.place, "'" + name.text + "' is no element before this line");
+    if (!parameter && out_.groups.count(id) == 0)
+      Fail(name.place, "'" + name.text + "' is not an element before this line");
     if (parameter) parameter->hidden = hidden;
-    if (group) group->hidden = hidden;
   }
 
   const BuildInput& input_;
   Description& out_;
   ParameterContext context_;
   std::set<std::string> included_;
-  std::int32_t lastAnonymous_ = 0;
-  int nextOrder_ = 0;
 };
 
 } // namespace

@@ -25,7 +25,8 @@ struct BuildInput {
   IncludeLoader include;
 };
 
-/** Returns false with "file:line:column: ..." in `error`. A missing text is no failure: see missingTexts. */
+/** Returns false with "file:line:column: ..." in `error`. A missing text is not a failure: see missingTexts.
+ */
 bool BuildDescription(const BuildInput& input, Description* description, std::string* error);
 
 } // namespace host::resource

@@ -27,15 +27,6 @@ enum class ElementType {
   kGradient,
   kInExclude,
   kShaderLink,
-  kTexture,
-  kFont,
-  kHyperlink,
-  kPriority,
-  kDateTime,
-  kUnitScale,
-  kLensGlow,
-  kMaterialPreview,
-  kDynamic
 };
 
 /** What an element can carry: an attribute is legal where the masks meet. */
@@ -55,7 +46,6 @@ struct ElementInfo {
   const char* keyword;
   ElementType type;
   std::uint32_t capabilities;
-  std::int32_t dataType; // number of the data type in the application's interface; 0 where there is none
   bool needsId;
 };
 
@@ -78,24 +68,14 @@ enum class Attribute {
   kMax,
   kMinExclusive,
   kMaxExclusive,
-  kStep,
-  kMinSlider,
-  kMaxSlider,
+  kShownNumbers, // STEP and the ends of sliders: checked as the limits are
   kUnit,
-  kCustomGui,
   kCycle,
   kDefault,
-  kAnimate,
   kHidden,
   kParentId,
-  kParentCollapse,
-  kColumns,
   kAccept,
-  kRefuse,
-  kDirectory,
-  kSave,
-  kOpen,
-  kLayout // layout and port words that only the user interface reads; kept by keyword
+  kLayout // what else only a user interface reads
 };
 
 struct AttributeInfo {
@@ -106,13 +86,10 @@ struct AttributeInfo {
   std::vector<std::string_view> choices;
 };
 
-/** Null when `keyword` is no element type or attribute. */
+/** Null for words that are not element types or attributes. */
 const ElementInfo* FindElement(std::string_view keyword);
 const AttributeInfo* FindAttribute(std::string_view keyword);
 
 const ElementInfo& InfoOf(ElementType type);
-
-/** Type numbers that ACCEPT and REFUSE name, such as Obase; 0 when `name` is none. */
-std::int32_t FindTypeName(std::string_view name);
 
 } // namespace host::resource

@@ -195,7 +195,7 @@ void Lexer::ScanNumber(Token* token) {
   double real = 0.0;
   const auto parsed = std::from_chars(first, last, real, std::chars_format::general);
   if (hexadecimal || parsed.ec != std::errc() || parsed.ptr != last) {
-    FailAt(token->place, "'" + token->text.substr(0, 40) + "' is no number, or out of range");
+    FailAt(token->place, "'" + token->text.substr(0, 40) + "' is not a number, or out of range");
   }
   token->number = negative ? -real : real;
 }
@@ -252,7 +252,7 @@ void Lexer::ScanEscape(std::string* text) {
     codePoint = 0x10000 + ((codePoint - 0xD800) << 10) + (low - 0xDC00);
   }
   if (codePoint == 0 || (codePoint >= 0xD800 && codePoint <= 0xDFFF))
-    FailAt(escape, "\\u escape is no character");
+    FailAt(escape, "\\u escape is not a character");
   AppendUtf8(codePoint, text);
 }
 

@@ -18,10 +18,10 @@ bool IsText(ElementType type) {
   return type == ElementType::kString || type == ElementType::kFilename;
 }
 
-double ToStored(Unit unit, ElementType type, double shown) {
+double ToStored(const std::string& unit, ElementType type, double shown) {
   if (IsWhole(type)) return shown;
-  if (unit == Unit::kPercent) return shown / 100.0;
-  if (unit == Unit::kDegree) return shown * kRadiansPerDegree;
+  if (unit == "PERCENT") return shown / 100.0;
+  if (unit == "DEGREE") return shown * kRadiansPerDegree;
   return shown;
 }
 
@@ -33,23 +33,14 @@ public:
   void Fill(const ElementSyntax& element) {
     // The unit decides what the numbers mean, wherever it stands.
     for (const AttributeSyntax& attribute : element.attributes) {
-      if (attribute.info->attribute == Attribute::kUnit) TakeUnit(attribute.values[0].text);
+      if (attribute.info->attribute == Attribute::kUnit) unit_ = attribute.values[0].text;
     }
     for (const AttributeSyntax& attribute : element.attributes) Apply(attribute);
   }
 
 private:
-  void TakeUnit(const std::string& word) {
-    const std::vector<std::string_view>& words = FindAttribute("UNIT")->choices;
-    for (std::size_t i = 0; i < words.size(); ++i) {
-      if (words[i] == word) parameter_.unit = Unit(i);
-    }
-  }
-
   void Apply(const AttributeSyntax& attribute) {
     switch (attribute.info->attribute) {
-    case Attribute::kUnit:
-      break;
     case Attribute::kMin:
       parameter_.min = ReadNumbers(attribute);
       break;
@@ -62,17 +53,8 @@ private:
     case Attribute::kMaxExclusive:
       TakeExclusive(attribute, &parameter_.max, &parameter_.maxExclusive);
       break;
-    case Attribute::kStep:
-      parameter_.step = ReadNumbers(attribute);
-      break;
-    case Attribute::kMinSlider:
-      parameter_.sliderMin = ReadNumbers(attribute);
-      break;
-    case Attribute::kMaxSlider:
-      parameter_.sliderMax = ReadNumbers(attribute);
-      break;
-    case Attribute::kCustomGui:
-      parameter_.customGui = attribute.values[0].text;
+    case Attribute::kShownNumbers:
+      ReadNumbers(attribute);
       break;
     case Attribute::kCycle:
       TakeCycle(attribute);
@@ -80,34 +62,19 @@ private:
     case Attribute::kDefault:
       TakeDefault(attribute);
       break;
-    case Attribute::kAnimate:
-      TakeAnimate(attribute.values[0]);
-      break;
     case Attribute::kHidden:
       parameter_.hidden = true;
       break;
     case Attribute::kParentId:
-      parameter_.parentId = context_.resolveId(attribute.values[0]);
+      for (const Token& parent : attribute.values) context_.resolveId(parent);
       break;
     case Attribute::kAccept:
-      TakeTypes(attribute, &parameter_.accept);
+      // The application's own types are named; a name says nothing without its list.
+      for (const Token& type : attribute.values)
+        if (type.isInteger) parameter_.accept.push_back(context_.resolveId(type));
       break;
-    case Attribute::kRefuse:
-      TakeTypes(attribute, &parameter_.refuse);
-      break;
-    case Attribute::kDirectory:
-      parameter_.isDirectory = true;
-      break;
-    case Attribute::kSave:
-      parameter_.isSave = true;
-      break;
-    case Attribute::kParentCollapse:
-      if (!attribute.values.empty()) parameter_.parentId = context_.resolveId(attribute.values[0]);
-      [[fallthrough]];
-    case Attribute::kColumns:
-    case Attribute::kOpen:
+    case Attribute::kUnit:
     case Attribute::kLayout:
-      parameter_.layout.emplace_back(attribute.info->keyword);
       break;
     }
   }
@@ -122,7 +89,7 @@ private:
         (!token.isInteger || token.integer < Limits::min() || token.integer > Limits::max())) {
       Fail(token, "expected a whole number of 32 bits, found '" + token.text + "'");
     }
-    return ToStored(parameter_.unit, parameter_.type, token.number);
+    return ToStored(unit_, parameter_.type, token.number);
   }
 
   Numbers ReadNumbers(const AttributeSyntax& attribute) const {
@@ -150,7 +117,7 @@ private:
       entry.isDivider = item.id.isInteger && item.id.integer == -1;
       entry.id = context_.resolveId(item.id);
       if (!entry.isDivider) entry.text = context_.textOf(entry.identifier);
-      if (item.icon) entry.icon = context_.resolveId(*item.icon);
+      if (item.icon) context_.resolveId(*item.icon);
       parameter_.cycle.push_back(std::move(entry));
     }
   }
@@ -172,21 +139,9 @@ private:
     }
   }
 
-  void TakeAnimate(const Token& word) {
-    parameter_.animate = word.text == "OFF"   ? Animate::kOff
-                         : word.text == "MIX" ? Animate::kMix
-                                              : Animate::kOn;
-  }
-
-  void TakeTypes(const AttributeSyntax& attribute, std::vector<std::int32_t>* types) const {
-    for (const Token& value : attribute.values) {
-      const std::int32_t named = value.kind == TokenKind::kName ? FindTypeName(value.text) : 0;
-      types->push_back(named != 0 ? named : context_.resolveId(value));
-    }
-  }
-
   const ParameterContext& context_;
   Parameter& parameter_;
+  std::string unit_;
 };
 
 } // namespace

@@ -84,11 +84,8 @@ private:
     if (parameter.origin != name) return;
     const std::string where = name + ": " + parameter.identifier;
     CheckOrder(where, "MIN", parameter.min, "MAX", parameter.max);
-    CheckOrder(where, "MINSLIDER", parameter.sliderMin, "MAXSLIDER", parameter.sliderMax);
     CheckOrder(where, "MIN", parameter.min, "DEFAULT", parameter.defaultNumbers);
     CheckOrder(where, "DEFAULT", parameter.defaultNumbers, "MAX", parameter.max);
-    CheckOrder(where, "MIN", parameter.min, "MINSLIDER", parameter.sliderMin);
-    CheckOrder(where, "MAXSLIDER", parameter.sliderMax, "MAX", parameter.max);
     if (parameter.defaultNumbers && Touches(parameter)) Complain(where, "DEFAULT is an excluded limit");
     const double choice = parameter.defaultNumbers ? (*parameter.defaultNumbers)[0] : 0.0;
     if (parameter.type == ElementType::kBool && choice != 0.0 && choice != 1.0) {
@@ -124,7 +121,7 @@ private:
       if (!texts.insert(entry.text).second) Complain(where, "\"" + entry.text + "\" is in the list twice");
     }
     if (!parameter.defaultNumbers || numbers.count(std::int32_t((*parameter.defaultNumbers)[0])) == 0) {
-      Complain(where, "DEFAULT is no entry of the list");
+      Complain(where, "DEFAULT is not in the list");
     }
   }
 

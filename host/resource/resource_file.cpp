@@ -22,7 +22,7 @@ bool ReadResourceFile(const std::filesystem::path& path, std::string* text, std:
     *error = name + ": " + std::strerror(errno);
     return false;
   }
-  // Read in steps: the size that a file system reports is no promise.
+  // Read in steps: the size that a file system reports may be wrong.
   text->clear();
   std::array<char, 16384> buffer;
   for (std::size_t got; (got = std::fread(buffer.data(), 1, buffer.size(), file.get())) > 0;) {

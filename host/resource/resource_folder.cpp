@@ -50,7 +50,7 @@ bool ResourceFolder::Open(const std::filesystem::path& path, const std::string& 
   *this = ResourceFolder();
   path_ = path;
   if (!IsIdentifier(language)) {
-    *error = "'" + language + "' is no language: expected letters and digits, as in \"us\"";
+    *error = "'" + language + "' is not a language: expected letters and digits, as in \"us\"";
     return false;
   }
   languages_ = {language};
@@ -122,7 +122,7 @@ bool ResourceFolder::ReadBuiltin(const std::string& name, Sources* sources, std:
 bool ResourceFolder::ReadFiles(const std::string& name, Sources* sources, std::string* error) const {
   const std::string stem = DescriptionFileStem(name);
   if (stem.empty()) {
-    *error = "'" + name + "' is no description's name: expected letters, digits and '_'";
+    *error = "'" + name + "' is not a description's name: expected letters, digits and '_'";
     return false;
   }
   const std::filesystem::path file = path_ / "description" / (stem + ".res");

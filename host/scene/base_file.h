@@ -1,12 +1,12 @@
-// What BaseFile and BrowseFiles pointers point to: a plain file with 64-bit positions behind one large
-// buffer, and a folder's listing.
+// What BaseFile and BrowseFiles pointers point to: a plain file with 64-bit positions, and a folder's
+// listing.
 #pragma once
 
 #include "c4d.h"
-#include "host/base/disk.h"
+#include "host/base/buffered_file.h"
 
-#include <memory>
 #include <string>
+#include <vector>
 
 namespace host {
 
@@ -25,8 +25,8 @@ public:
   bool WriteBytes(const void* data, VLONG size);
   /** Reading: within the file. Writing: any place from 0, the file grows when something is written there. */
   bool Seek(LLONG position, FILESEEK mode);
-  LLONG Position() const { return position_; }
-  LLONG Length() const { return length_; }
+  LLONG Position() const { return file_.Position(); }
+  LLONG Length() const { return file_.Length(); }
   FILEERROR Error() const { return error_; }
   /** Reason of the last failed Open. */
   const std::string& Reason() const { return reason_; }
@@ -39,14 +39,9 @@ public:
 
 private:
   bool Fail(FILEERROR error);
-  bool EmptyBuffer();
-  bool InBuffer() const { return position_ >= start_ && position_ < start_ + filled_; }
 
-  disk::File file_;
-  bool readable_ = false, writable_ = false, dirty_ = false;
-  std::unique_ptr<unsigned char[]> buffer_;
-  LLONG start_ = 0, filled_ = 0; ///< what part of the file the buffer holds
-  LLONG position_ = 0, length_ = 0;
+  BufferedFile file_;
+  bool readable_ = false, writable_ = false;
   FILEERROR error_ = FILEERROR_NONE;
   std::string reason_;
 };

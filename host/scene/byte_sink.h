@@ -1,43 +1,27 @@
-// Writes a file front to back through a buffer, with a running checksum over every byte.
+// Writes bytes front to back with a running checksum over every one of them.
 #pragma once
 
-#include "host/base/disk.h"
+#include "host/base/buffered_file.h"
 #include "host/scene/checksum.h"
-
-#include <memory>
 
 namespace host {
 
-/**
- * The first failure sticks: everything after it does nothing and fails. Error() then says what the system
- * said. Large pieces go to the file without a copy.
+/** The first failure sticks, as the file's own does. The file must be open at its start and outlive the sink.
  */
 class ByteSink {
 public:
-  explicit ByteSink(Faults* faults) : file_(faults) {}
+  explicit ByteSink(BufferedFile& file) : file_(file) {}
 
-  bool Open(const std::string& path, disk::Access access);
   bool Write(const void* data, std::size_t size);
-  /** Bytes written so far, buffered ones included. */
-  std::int64_t Position() const { return position_; }
+  /** Bytes written so far. */
+  std::int64_t Position() const { return file_.Position(); }
   /** XXH3, 64 bits, of all bytes so far. */
-  std::uint64_t CurrentChecksum();
-  /** Empties the buffer, flushes to the disk, closes. */
-  bool Finish();
-  /** Closes without writing what is buffered. */
-  void Abandon();
-  const std::string& Error() const { return error_; }
+  std::uint64_t CurrentChecksum() const { return hash_.Value(); }
+  std::string Error() const { return hash_.Valid() ? file_.Error() : "not enough memory"; }
 
 private:
-  bool WriteThrough(const void* data, std::size_t size);
-  bool EmptyBuffer();
-
-  disk::File file_;
+  BufferedFile& file_;
   Checksum hash_;
-  std::unique_ptr<unsigned char[]> buffer_;
-  std::size_t used_ = 0;
-  std::int64_t position_ = 0;
-  std::string error_;
 };
 
 } // namespace host

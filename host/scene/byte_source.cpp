@@ -18,7 +18,7 @@ bool ByteSource::Open(const std::string& path) {
   if (!file_.Open(path, disk::Access::Read, &error_)) return false;
   length_ = file_.Length();
   if (length_ < 0) {
-    error_ = "the length of the file cannot be told";
+    error_ = "the system does not report the length of the file";
     return false;
   }
   return Start();
@@ -34,7 +34,7 @@ bool ByteSource::OpenMemory(const void* data, std::size_t size) {
 bool ByteSource::Start() {
   buffer_.reset(new (std::nothrow) unsigned char[kPiece]);
   if (!hash_.Valid() || !buffer_) {
-    error_ = "out of memory";
+    error_ = "not enough memory";
     return false;
   }
   hash_.Reset();

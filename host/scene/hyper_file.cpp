@@ -1,5 +1,7 @@
 #include "host/scene/hyper_file.h"
 
+#include "host/base/replacing_file.h"
+
 #include <new>
 
 namespace host {
@@ -10,6 +12,7 @@ struct HyperFileImpl::OwnFile {
 
   std::string path;
   std::unique_ptr<ReplacingFile> target;
+  std::unique_ptr<ByteSink> sink;
   ByteSource source;
   std::unique_ptr<ValueWriter> writer;
   std::unique_ptr<ValueReader> reader;
@@ -45,8 +48,9 @@ bool HyperFileImpl::Open(LONG ident, const std::string& path, FILEOPEN mode, Fau
     }
   } else if (mode == FILEOPEN_WRITE) {
     own_->target.reset(new ReplacingFile(path, faults));
-    if (own_->target->Open(&reason) && WriteStreamHead(own_->target->Sink(), ident)) {
-      own_->writer.reset(new ValueWriter(own_->target->Sink()));
+    own_->sink.reset(new ByteSink(own_->target->File()));
+    if (own_->target->Open(&reason) && WriteStreamHead(*own_->sink, ident)) {
+      own_->writer.reset(new ValueWriter(*own_->sink));
       writer_ = own_->writer.get();
       return true;
     }
@@ -65,9 +69,8 @@ bool HyperFileImpl::Close() {
   if (good && reader_ && own_->source.Remaining() == 0) good = ReadStreamTail(own_->source, &error_);
   std::string reason;
   if (good && writer_) {
-    good = WriteStreamTail(own_->target->Sink()) && own_->target->Commit(&reason);
-    if (!good)
-      Fail(FILEERROR_WRITE, own_->path + ": " + (reason.empty() ? own_->target->Sink().Error() : reason));
+    good = WriteStreamTail(*own_->sink) && own_->target->Commit(&reason);
+    if (!good) Fail(FILEERROR_WRITE, own_->path + ": " + (reason.empty() ? own_->sink->Error() : reason));
   }
   // The error outlives the writer or reader that found it.
   const StreamError last = error_.code != FILEERROR_NONE ? error_

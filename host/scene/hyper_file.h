@@ -44,7 +44,7 @@ public:
   /** Empty without an error. */
   std::string ErrorText() const;
   void SetError(FILEERROR error);
-  /** Gives up with the reason that the user is told; false always. */
+  /** Gives up; the user sees the text. Always false. */
   bool Refuse(FILEERROR error, const std::string& text) { return Fail(error, text); }
   /** Chunks that the guest began and did not end. */
   int OpenChunks() const;

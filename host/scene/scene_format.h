@@ -4,7 +4,7 @@
 //     LONG type, LONG disk level of its plug-in, LULONG number for links (from 1, in file order)
 //     STRING name, LONG bits, MATRIX (objects only), CONTAINER
 //     DATA chunk  what the plug-in's Write wrote; what its Read leaves is skipped
-//     OWN chunk   what nodes of the host's own add
+//     OWN chunk   what the host's own nodes add
 //     then the nodes below it: a document's render settings, objects and scene hooks, an object's tags and
 //     objects, render settings' video posts, a scene hook's and a group's particle groups
 // Chunks of other ids are skipped.
@@ -29,7 +29,7 @@ enum class NodeChunk : LONG {
 constexpr LONG kDataChunk = C4D_FOUR_BYTE('D', 'A', 'T', 'A'), kOwnChunk = C4D_FOUR_BYTE('O', 'W', 'N', ' ');
 constexpr LONG kNodeLayout = 1;
 
-/** "document", "object"...; NULL for what is no node. */
+/** "document", "object"...; NULL for other chunks. */
 const char* NodeChunkName(LONG chunk);
 
 /** What every node chunk begins with. */

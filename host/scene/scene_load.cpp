@@ -25,11 +25,11 @@ public:
       LONG id = 0;
       document_ = MakeDocument();
       if (!document_)
-        reason_ = "out of memory for a document";
+        reason_ = "not enough memory for a document";
       else if (reader_.ChunkStart(&id, nullptr) && CheckRoot(id) && Root() && reader_.ChunkEnd())
         return document_;
     } catch (const std::bad_alloc&) {
-      reason_ = "offset " + std::to_string(reader_.Offset()) + ": out of memory";
+      reason_ = "offset " + std::to_string(reader_.Offset()) + ": not enough memory";
     }
     FreeNode(document_);
     return nullptr;
@@ -58,7 +58,7 @@ private:
     if (!active || active->kind != NodeKind::Object) document_->activeObject = 0;
     if (document_->renderSettings.first) return true;
     Node* settings = MakeNode(NodeKind::RenderSettings, Rbase);
-    if (!settings) return reader_.Fail(FILEERROR_OUTOFMEMORY, "out of memory for render settings");
+    if (!settings) return reader_.Fail(FILEERROR_OUTOFMEMORY, "not enough memory for render settings");
     AppendNode(document_->renderSettings, *settings);
     return true;
   }

@@ -1,5 +1,6 @@
 #include "host/scene/scene_file.h"
 
+#include "host/base/replacing_file.h"
 #include "host/base/text.h"
 #include "host/base/user_break.h"
 #include "host/scene/hyper_file.h"
@@ -79,16 +80,17 @@ private:
 
 bool WriteScene(BaseDocument* doc, const std::string& path, Faults* faults, std::string* error) {
   ReplacingFile file(path, faults);
-  SceneWriter writer(file.Sink(), Impl(doc));
+  ByteSink sink(file.File());
+  SceneWriter writer(sink, Impl(doc));
   const Work work;
   std::string reason;
   if (file.Open(&reason)) {
-    const bool begun = WriteStreamHead(file.Sink(), kSceneIdent);
+    const bool begun = WriteStreamHead(sink, kSceneIdent);
     if (begun && !writer.Write())
       reason = writer.Reason();
-    else if (begun && WriteStreamTail(file.Sink()) && file.Commit(&reason))
+    else if (begun && WriteStreamTail(sink) && file.Commit(&reason))
       return true;
-    if (reason.empty()) reason = file.Sink().Error();
+    if (reason.empty()) reason = sink.Error();
   }
   *error = path + ": " + reason;
   return false;

@@ -27,7 +27,7 @@ bool ShowArray(ValueReader& reader, StreamVisitor& visitor) {
   // The count was compared with the rest of the file.
   std::unique_ptr<LLONG[]> data(new (std::nothrow) LLONG[((std::size_t)count * (std::size_t)size + 7) / 8]);
   if (!data)
-    return reader.Fail(FILEERROR_OUTOFMEMORY, "out of memory for an array of " + std::to_string(count));
+    return reader.Fail(FILEERROR_OUTOFMEMORY, "not enough memory for an array of " + std::to_string(count));
   if (!reader.ArrayData(data.get(), kind, size, count)) return false;
   visitor.Array(kind, data.get(), size, count);
   return true;
@@ -80,50 +80,14 @@ private:
 
 bool VisitValue(ValueReader& reader, StreamVisitor& visitor) {
   const HYPERFILEVALUE kind = (HYPERFILEVALUE)(reader.Next() & 0xff);
-  switch (kind) {
-  case HYPERFILEVALUE_CHAR:
-    return Show<CHAR>(reader, visitor, kind);
-  case HYPERFILEVALUE_UCHAR:
-    return Show<UCHAR>(reader, visitor, kind);
-  case HYPERFILEVALUE_WORD:
-    return Show<SWORD>(reader, visitor, kind);
-  case HYPERFILEVALUE_UWORD:
-    return Show<UWORD>(reader, visitor, kind);
-  case HYPERFILEVALUE_LONG:
-    return Show<LONG>(reader, visitor, kind);
-  case HYPERFILEVALUE_ULONG:
-    return Show<ULONG>(reader, visitor, kind);
-  case HYPERFILEVALUE_LLONG:
-    return Show<LLONG>(reader, visitor, kind);
-  case HYPERFILEVALUE_LULONG:
-    return Show<LULONG>(reader, visitor, kind);
-  case HYPERFILEVALUE_REAL:
-  case HYPERFILEVALUE_LREAL:
-    return Show<LReal>(reader, visitor, kind);
-  case HYPERFILEVALUE_SREAL:
-    return Show<SReal>(reader, visitor, kind);
-  case HYPERFILEVALUE_BOOL:
-    return Show<Bool>(reader, visitor, kind);
-  case HYPERFILEVALUE_TIME:
-    return Show<BaseTime>(reader, visitor, kind);
-  case HYPERFILEVALUE_VECTOR:
-  case HYPERFILEVALUE_LVECTOR:
-    return Show<LVector>(reader, visitor, kind);
-  case HYPERFILEVALUE_SVECTOR:
-    return Show<SVector>(reader, visitor, kind);
-  case HYPERFILEVALUE_MATRIX:
-    return Show<Matrix>(reader, visitor, kind);
-  case HYPERFILEVALUE_STRING:
-    return Show<String>(reader, visitor, kind);
-  case HYPERFILEVALUE_FILENAME:
-    return Show<Filename>(reader, visitor, kind);
-  case HYPERFILEVALUE_CONTAINER:
-    return Show<BaseContainer>(reader, visitor, kind);
-  case HYPERFILEVALUE_ARRAY:
-    return ShowArray(reader, visitor);
-  default:
-    return reader.SkipValue();
-  }
+  if (kind == HYPERFILEVALUE_ARRAY) return ShowArray(reader, visitor);
+  return SwitchValueKind(kind, [&](auto tag) {
+    using T = typename decltype(tag)::Type;
+    if constexpr (std::is_same_v<T, UnknownData>)
+      return reader.SkipValue();
+    else
+      return Show<T>(reader, visitor, kind);
+  });
 }
 
 bool VisitSceneStream(ByteSource& source, StreamVisitor& visitor, std::string* error) {

@@ -65,11 +65,11 @@ bool ReadStreamHead(ByteSource& source, LONG ident, ULONG* version, StreamError*
     return error->Set(FILEERROR_FILE_END,
                       At(source.Length(), "the end of the file",
                          "at least " + std::to_string(kStreamHeadBytes + kStreamTailBytes) +
-                             " bytes: it is truncated or no scene file"));
+                             " bytes: it is truncated or not a scene file"));
   if (!source.Read(magic, 4) || !source.Read(version, 4) || !source.Read(&foundIdent, 4))
     return error->Set(FILEERROR_READ, "offset " + std::to_string(source.Position()) + ": " + source.Error());
   if (std::memcmp(magic, kHead, 4) != 0)
-    return error->Set(FILEERROR_WRONG_VALUE, At(0, Quote(magic), "\"HSCN\": this is no scene file"));
+    return error->Set(FILEERROR_WRONG_VALUE, At(0, Quote(magic), "\"HSCN\": this is not a scene file"));
   if (*version == 0 || *version > kStreamVersion)
     return error->Set(FILEERROR_WRONG_VALUE, At(4, "format version " + std::to_string(*version),
                                                 "version 1 to " + std::to_string(kStreamVersion) +
@@ -111,38 +111,6 @@ bool RestIsUndamaged(ByteSource& source) {
   StreamError ignored;
   source.SetEnd(source.Length() - kStreamTailBytes);
   return source.Skip(source.Remaining()) && ReadStreamTail(source, &ignored);
-}
-
-ReplacingFile::ReplacingFile(const std::string& path, Faults* faults)
-    : path_(disk::ResolveLinks(path)), sink_(faults) {}
-
-ReplacingFile::~ReplacingFile() {
-  if (!open_) return;
-  sink_.Abandon();
-  disk::RemoveFile(temporary_, nullptr);
-}
-
-bool ReplacingFile::Open(std::string* error) {
-  if (disk::Exists(path_, true) || (disk::Exists(path_, false) && !disk::IsRegularFile(path_))) {
-    *error = "not a regular file";
-    return false;
-  }
-  temporary_ = disk::TemporaryName(path_);
-  open_ = sink_.Open(temporary_, disk::Access::CreateNew);
-  if (!open_) *error = "a temporary file beside it cannot be made: " + sink_.Error();
-  return open_;
-}
-
-bool ReplacingFile::Commit(std::string* error) {
-  const std::int64_t size = sink_.Position();
-  if (!sink_.Finish()) {
-    *error = "offset " + std::to_string(size) + ": " + sink_.Error();
-    return false;
-  }
-  disk::CopyRights(path_, temporary_);
-  if (!disk::Replace(temporary_, path_, error)) return false;
-  open_ = false;
-  return true;
 }
 
 } // namespace host

@@ -29,20 +29,4 @@ bool ReadStreamTail(ByteSource& source, StreamError* error);
 /** True when the rest of the file agrees with its checksum; for telling damage from a fault of the writer. */
 bool RestIsUndamaged(ByteSource& source);
 
-/** A file that takes another's place only once it is whole. Gone when it is destroyed before that. */
-class ReplacingFile {
-public:
-  ReplacingFile(const std::string& path, Faults* faults);
-  ~ReplacingFile();
-  bool Open(std::string* error);
-  ByteSink& Sink() { return sink_; }
-  /** Flushes, closes, renames. */
-  bool Commit(std::string* error);
-
-private:
-  std::string path_, temporary_;
-  ByteSink sink_;
-  bool open_ = false;
-};
-
 } // namespace host

@@ -43,11 +43,6 @@ const Kind kElements[] = {
     {HYPERFILEARRAY_REAL, 8, "reals"},
 };
 
-const Kind kEntries[] = {
-    {DA_LONG, 4, ""},    {DA_LLONG, 8, ""},   {DA_REAL, 8, ""},      {DA_TIME, 16, ""},
-    {DA_VECTOR, 24, ""}, {DA_MATRIX, 96, ""}, {DA_ALIASLINK, 8, ""},
-};
-
 static_assert(sizeof(Matrix) == 96 && sizeof(SVector) == 12 && sizeof(LVector) == 24 && sizeof(Real) == 8,
               "payloads are written as they lie in memory");
 #if defined(__BYTE_ORDER__) && __BYTE_ORDER__ != __ORDER_LITTLE_ENDIAN__
@@ -65,11 +60,6 @@ const Kind* Find(const Kind (&kinds)[N], int kind) {
 
 std::size_t FixedSize(int kind) {
   const Kind* known = Find(kKinds, kind);
-  return known ? known->size : 0;
-}
-
-std::size_t FixedEntrySize(LONG type) {
-  const Kind* known = Find(kEntries, type);
   return known ? known->size : 0;
 }
 

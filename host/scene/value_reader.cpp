@@ -41,11 +41,13 @@ bool ValueReader::BytesAt(std::int64_t offset, void* data, std::size_t size) {
 bool ValueReader::Expect(int kind) {
   if (error_.code != FILEERROR_NONE) return false;
   const int next = Next();
+  // A disk that cannot be read also looks like an end.
   if (next < 0 && !source_.Error().empty()) return Fail(FILEERROR_READ, source_.Error());
   if (next == kind) {
     UCHAR taken;
     return Get(&taken);
   }
+  // The kind is left where it is; the code tells damage (unknown), another order of values and the end apart.
   const std::string text = "found " + KindName(next) + ", expected " + KindName(kind);
   if (next < 0) return Fail(FILEERROR_FILE_END, text);
   const bool known = KindName(next).rfind("unknown", 0) != 0;
@@ -56,6 +58,7 @@ bool ValueReader::Count(LONG* count, std::size_t size, const char* what) {
   const std::int64_t at = Offset();
   ULONG found = 0;
   if (!Get(&found)) return false;
+  // The rest of the stream bounds every count, whatever the count claims.
   const std::uint64_t most = std::min<std::uint64_t>((std::uint64_t)source_.Remaining() / size, MAXLONGl);
   if (found > most)
     return FailAt(at, FILEERROR_FILE_END,
@@ -65,41 +68,57 @@ bool ValueReader::Count(LONG* count, std::size_t size, const char* what) {
   return true;
 }
 
+template <class T>
+bool ValueReader::Payload(T* value, bool wanted, int depth, std::vector<std::int64_t>* linkPositions) {
+  const Overloaded get = {
+      [](NoData*) { return true; },
+      [](void**) { return true; },
+      [this](BaseTime* time) {
+        Real parts[2];
+        if (!Get(&parts)) return false;
+        *time = BaseTime(parts[0], parts[1]);
+        return true;
+      },
+      [this, wanted](String* text) { return Text(wanted ? text : nullptr); },
+      [this, wanted](Filename* path) {
+        String text;
+        if (!Text(wanted ? &text : nullptr)) return false;
+        *path = Filename(text);
+        return true;
+      },
+      [=](BaseContainer* inner) {
+        inner->FlushAll();
+        return Container(wanted ? inner : nullptr, depth + 1, linkPositions);
+      },
+      [this](SplineData* curve) { return Curve(curve); },
+      [=](BaseLink* link) {
+        if (linkPositions) linkPositions->push_back(Offset());
+        LULONG number = 0;
+        if (!Get(&number)) return false;
+        link->target = LinkTarget(number);
+        return true;
+      },
+      [this](auto* plain) { return Get(plain); }, // as it lay in memory
+  };
+  return get(value);
+}
+
 bool ValueReader::Value(HYPERFILEVALUE kind, void* value) {
   if (!value) return Fail(FILEERROR_INVALID, "no place to read a value to");
   if (!Expect(kind)) return false;
-  switch (kind) {
-  case HYPERFILEVALUE_BOOL: {
+  if (kind == HYPERFILEVALUE_BOOL) {
     UCHAR truth = 0;
     if (!Get(&truth)) return false;
-    *(Bool*)value = truth != 0;
+    *static_cast<Bool*>(value) = truth != 0;
     return true;
   }
-  case HYPERFILEVALUE_TIME: {
-    Real parts[2];
-    if (!Get(&parts)) return false;
-    *(BaseTime*)value = BaseTime(parts[0], parts[1]);
-    return true;
-  }
-  case HYPERFILEVALUE_STRING:
-    return Text((String*)value);
-  case HYPERFILEVALUE_FILENAME: {
-    String path;
-    if (!Text(&path)) return false;
-    *(Filename*)value = Filename(path);
-    return true;
-  }
-  case HYPERFILEVALUE_CONTAINER: {
-    BaseContainer* bc = (BaseContainer*)value;
-    bc->FlushAll();
-    return Container(bc, 1, nullptr);
-  }
-  default:
-    break;
-  }
-  const std::size_t size = FixedSize(kind);
-  if (size == 0) return Fail(FILEERROR_UNKNOWN_VALUE, KindName(kind) + " is no value to read");
-  return Bytes(value, size);
+  return SwitchValueKind(kind, [&](auto tag) {
+    using T = typename decltype(tag)::Type;
+    if constexpr (std::is_same_v<T, UnknownData>)
+      return Fail(FILEERROR_UNKNOWN_VALUE, KindName(kind) + " cannot be read as a value");
+    else
+      return Payload(static_cast<T*>(value), true, 0, nullptr);
+  });
 }
 
 bool ValueReader::Text(String* text) {
@@ -107,7 +126,7 @@ bool ValueReader::Text(String* text) {
   if (!Count(&length, sizeof(UWORD), "characters")) return false;
   if (!text) return Pass((std::int64_t)length * (std::int64_t)sizeof(UWORD));
   *text = String(length, 0);
-  if (text->GetLength() != length) return Fail(FILEERROR_OUTOFMEMORY, "out of memory for a text");
+  if (text->GetLength() != length) return Fail(FILEERROR_OUTOFMEMORY, "not enough memory for a text");
   UWORD piece[1024];
   const LONG room = (LONG)(sizeof piece / sizeof piece[0]);
   for (LONG start = 0; start < length; start += room) {
@@ -135,81 +154,27 @@ bool ValueReader::Container(BaseContainer* bc, int depth, std::vector<std::int64
     LONG entry = 0, type = 0;
     GeData data;
     if (!Get(&entry) || !Get(&type) || !Entry(type, bc ? &data : nullptr, depth, linkPositions)) return false;
-    if (bc && !bc->SetData(entry, data)) return Fail(FILEERROR_OUTOFMEMORY, "out of memory for a container");
+    if (bc && !bc->SetData(entry, data))
+      return Fail(FILEERROR_OUTOFMEMORY, "not enough memory for a container");
   }
   return true;
 }
 
 bool ValueReader::Entry(LONG type, GeData* data, int depth, std::vector<std::int64_t>* linkPositions) {
-  union {
-    LONG number;
-    LLONG wide;
-    LULONG link;
-    Real real;
-    Real reals[12];
-  } payload = {};
-  const std::size_t size = FixedEntrySize(type);
-  if (type == DA_ALIASLINK && linkPositions) linkPositions->push_back(Offset());
-  if (size > 0 && !Bytes(&payload, size)) return false;
-  const Real* r = payload.reals;
-  switch (type) {
-  case DA_NIL:
-    break;
-  case DA_VOID:
-    if (data) data->SetVoid(nullptr);
-    break;
-  case DA_LONG:
-    if (data) data->SetLong(payload.number);
-    break;
-  case DA_LLONG:
-    if (data) data->SetLLong(payload.wide);
-    break;
-  case DA_REAL:
-    if (data) data->SetReal(payload.real);
-    break;
-  case DA_TIME:
-    if (data) data->SetBaseTime(BaseTime(r[0], r[1]));
-    break;
-  case DA_VECTOR:
-    if (data) data->SetVector(Vector(r[0], r[1], r[2]));
-    break;
-  case DA_MATRIX:
-    if (data)
-      data->SetMatrix(Matrix(Vector(r[0], r[1], r[2]), Vector(r[3], r[4], r[5]), Vector(r[6], r[7], r[8]),
-                             Vector(r[9], r[10], r[11])));
-    break;
-  case DA_ALIASLINK: {
-    BaseLink link;
-    link.target = LinkTarget(payload.link);
-    if (data) data->SetBaseLink(&link);
-    break;
-  }
-  case DA_STRING:
-  case DA_FILENAME: {
-    String text;
-    if (!Text(data ? &text : nullptr)) return false;
-    if (data) type == DA_STRING ? data->SetString(text) : data->SetFilename(Filename(text));
-    break;
-  }
-  case DA_CONTAINER: {
-    BaseContainer nested;
-    if (!Container(data ? &nested : nullptr, depth + 1, linkPositions)) return false;
-    if (data) data->SetContainer(nested);
-    break;
-  }
-  case CUSTOMDATATYPE_SPLINE: {
-    SplineData curve;
-    if (!Curve(&curve)) return false;
-    if (data) data->SetCustomDataType(type, curve);
-    break;
-  }
-  default:
-    return Fail(FILEERROR_UNKNOWN_VALUE,
-                "found a container entry of type " + std::to_string(type) + ", expected a known one");
-  }
-  // A refused allocation leaves the value without a type.
-  if (data && data->GetType() != type) return Fail(FILEERROR_OUTOFMEMORY, "out of memory for a container");
-  return true;
+  return SwitchDataType(type, [&](auto tag) {
+    using T = typename decltype(tag)::Type;
+    if constexpr (std::is_same_v<T, UnknownData>) {
+      return Fail(FILEERROR_UNKNOWN_VALUE,
+                  "found a container entry of type " + std::to_string(type) + ", expected a known one");
+    } else {
+      T held = T();
+      if (!Payload(&held, data != nullptr, depth, linkPositions)) return false;
+      if (!data) return true;
+      *data = ToData(held);
+      // A refused allocation leaves the value without a type.
+      return data->GetType() == type || Fail(FILEERROR_OUTOFMEMORY, "not enough memory for a container");
+    }
+  });
 }
 
 bool ValueReader::Curve(SplineData* curve) {
@@ -220,6 +185,7 @@ bool ValueReader::Curve(SplineData* curve) {
     return FailAt(at, FILEERROR_INVALID,
                   "found a count of " + std::to_string(count) + " knots, expected at most " +
                       std::to_string(SplineData::kMaxKnots));
+  // Knots are stored in order, as a curve keeps them.
   Real previous = 0.0;
   for (LONG i = 0; i < count; ++i) {
     const std::int64_t place = Offset();
@@ -232,7 +198,7 @@ bool ValueReader::Curve(SplineData* curve) {
                         " to 1 and a finite value");
     previous = knot[0];
     if (curve->InsertKnot(knot[0], knot[1]) == NOTOK)
-      return Fail(FILEERROR_OUTOFMEMORY, "out of memory for a curve");
+      return Fail(FILEERROR_OUTOFMEMORY, "not enough memory for a curve");
   }
   return true;
 }
@@ -240,6 +206,7 @@ bool ValueReader::Curve(SplineData* curve) {
 bool ValueReader::ArrayHeader(HYPERFILEARRAY* kind, LONG* count) {
   if (!Expect(HYPERFILEVALUE_ARRAY)) return false;
   const std::int64_t at = Offset();
+  // The size of an element is stored too: a program with other types must not misread the rest.
   UCHAR found[2];
   if (!Get(&found)) return false;
   const std::size_t size = ElementSize(found[0]);
@@ -277,6 +244,7 @@ bool ValueReader::Array(void* data, HYPERFILEARRAY kind, LONG increment, LONG co
 }
 
 bool ValueReader::Scatter(unsigned char* data, std::size_t size, std::size_t increment, LONG count) {
+  // In pieces of whole elements, each then copied to its own place.
   unsigned char piece[kPieceBytes];
   const LONG room = (LONG)(kPieceBytes / size);
   while (count > 0) {

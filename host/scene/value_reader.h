@@ -55,6 +55,9 @@ private:
   bool Count(LONG* count, std::size_t size, const char* what);
   bool Text(String* text);
   bool Container(BaseContainer* bc, int depth, std::vector<std::int64_t>* linkPositions);
+  /** What follows the kind of a value or the type of a container's entry; wanted or just passed. */
+  template <class T>
+  bool Payload(T* value, bool wanted, int depth, std::vector<std::int64_t>* linkPositions);
   bool Entry(LONG type, GeData* data, int depth, std::vector<std::int64_t>* linkPositions);
   bool Curve(SplineData* curve);
   bool Scatter(unsigned char* data, std::size_t size, std::size_t increment, LONG count);

@@ -23,27 +23,33 @@ bool ValueWriter::Kind(HYPERFILEVALUE kind) {
   return Put((UCHAR)kind);
 }
 
+template <class T>
+bool ValueWriter::Payload(const T& value, int depth) {
+  const Overloaded put = {
+      [](NoData) { return true; },
+      [](void*) { return true; }, // means nothing in another process: it comes back as NULL
+      [this](const BaseTime& time) { return Put(time.GetNumerator()) && Put(time.GetDenominator()); },
+      [this](const String& text) { return Text(text); },
+      [this](const Filename& path) { return Text(path.GetString()); },
+      [this, depth](const BaseContainer& inner) { return Container(inner, depth + 1); },
+      [this](const SplineData& curve) { return Curve(curve); },
+      [this](const BaseLink& link) { return Put((LULONG)(links_ && link.target ? links_(link.target) : 0)); },
+      [](UnknownData) { return false; },
+      [this](const auto& plain) { return Put(plain); }, // as it lies in memory
+  };
+  return put(value);
+}
+
 bool ValueWriter::Value(HYPERFILEVALUE kind, const void* value) {
   if (!value) return Fail(FILEERROR_INVALID, "no value to write");
-  switch (kind) {
-  case HYPERFILEVALUE_BOOL:
-    return Kind(kind) && Put((UCHAR)(*(const Bool*)value != 0));
-  case HYPERFILEVALUE_TIME: {
-    const BaseTime& time = *(const BaseTime*)value;
-    return Kind(kind) && Put(time.GetNumerator()) && Put(time.GetDenominator());
-  }
-  case HYPERFILEVALUE_STRING:
-    return Kind(kind) && Text(*(const String*)value);
-  case HYPERFILEVALUE_FILENAME:
-    return Kind(kind) && Text(((const Filename*)value)->GetString());
-  case HYPERFILEVALUE_CONTAINER:
-    return Kind(kind) && Container(*(const BaseContainer*)value, 1);
-  default:
-    break;
-  }
-  const std::size_t size = FixedSize(kind);
-  if (size == 0) return Fail(FILEERROR_UNKNOWN_VALUE, KindName(kind) + " is no value to write");
-  return Kind(kind) && Bytes(value, size);
+  if (kind == HYPERFILEVALUE_BOOL) return Kind(kind) && Put((UCHAR)(*(const Bool*)value != 0));
+  return SwitchValueKind(kind, [&](auto tag) {
+    using T = typename decltype(tag)::Type;
+    if constexpr (std::is_same_v<T, UnknownData>)
+      return Fail(FILEERROR_UNKNOWN_VALUE, KindName(kind) + " cannot be written as a value");
+    else
+      return Kind(kind) && Payload(*static_cast<const T*>(value), 0);
+  });
 }
 
 bool ValueWriter::Text(const String& text) {
@@ -72,39 +78,9 @@ bool ValueWriter::Container(const BaseContainer& bc, int depth) {
 
 bool ValueWriter::Entry(const GeData& data, int depth) {
   const LONG type = data.GetType();
-  if (!Put(type)) return false;
-  switch (type) {
-  case DA_NIL:
-  case DA_VOID: // a pointer means nothing in another process: it comes back as NULL
-    return true;
-  case DA_LONG:
-    return Put(data.GetLong());
-  case DA_LLONG:
-    return Put(data.GetLLong());
-  case DA_REAL:
-    return Put(data.GetReal());
-  case DA_TIME:
-    return Put(data.GetTime().GetNumerator()) && Put(data.GetTime().GetDenominator());
-  case DA_VECTOR:
-    return Put(data.GetVector());
-  case DA_MATRIX:
-    return Put(data.GetMatrix());
-  case DA_STRING:
-    return Text(data.GetString());
-  case DA_FILENAME:
-    return Text(data.GetFilename().GetString());
-  case DA_CONTAINER:
-    return Container(*data.GetContainer(), depth + 1);
-  case CUSTOMDATATYPE_SPLINE:
-    return Curve(*(const SplineData*)data.GetCustomDataType(type));
-  case DA_ALIASLINK: {
-    const LULONG target = data.GetBaseLink().target;
-    return Put((LULONG)(links_ && target ? links_(target) : 0));
-  }
-  default:
-    return Fail(FILEERROR_UNKNOWN_VALUE,
-                "a container entry of type " + std::to_string(type) + " cannot be saved");
-  }
+  return Put(type) && (VisitData(data, [&](const auto& held) { return Payload(held, depth); }) ||
+                       Fail(FILEERROR_UNKNOWN_VALUE,
+                            "a container entry of type " + std::to_string(type) + " cannot be saved"));
 }
 
 bool ValueWriter::Curve(const SplineData& curve) {

@@ -35,6 +35,10 @@ private:
   bool Kind(HYPERFILEVALUE kind);
   bool Text(const String& text);
   bool Container(const BaseContainer& bc, int depth);
+  /** What follows the kind of a value or the type of a container's entry; depth counts the containers around.
+   */
+  template <class T>
+  bool Payload(const T& value, int depth);
   bool Entry(const GeData& data, int depth);
   bool Curve(const SplineData& curve);
   bool Scattered(const unsigned char* data, std::size_t size, std::size_t increment, LONG count);

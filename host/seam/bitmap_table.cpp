@@ -35,9 +35,7 @@ struct BitmapEntries {
     return Bitmap::From(bmp)->Load(Utf8(name));
   }
   static IMAGERESULT Save(const BaseBitmap* bmp, const Filename& name, LONG format, SAVEBIT savebits) {
-    Faults& faults = TheServices().faults;
-    return Bitmap::From(bmp)->Save(Utf8(name), format, savebits,
-                                   [&faults] { return faults.Strikes(Fault::FileWrite); });
+    return Bitmap::From(bmp)->Save(Utf8(name), format, savebits, &TheServices().faults);
   }
 
   static void GetSize(const BaseBitmap* bmp, LONG* w, LONG* h) {

@@ -5,9 +5,18 @@
 #include "host/scene/base_file.h"
 #include "host/seam/os_tables.h"
 
+#include <filesystem>
+
 namespace host {
 
 namespace {
+
+bool SameFolder(const Filename& a, const Filename& b) {
+  const auto folder = [](const Filename& file) {
+    return std::filesystem::u8path(Utf8(file)).parent_path().lexically_normal();
+  };
+  return folder(a) == folder(b);
+}
 
 struct FileEntries {
   static BaseFileImpl* At(BaseFile* file) { return BaseFileImpl::From(file); }
@@ -46,8 +55,9 @@ struct FileEntries {
     if (!(flags & GE_FKILL_DIRECTORY)) return disk::RemoveFile(Utf8(name), nullptr);
     return disk::RemoveFolder(Utf8(name), (flags & GE_FKILL_RECURSIVE) != 0, nullptr);
   }
+  /** Within one folder only. */
   static Bool Rename(const Filename& from, const Filename& to) {
-    return !Application::Get().GetFaults().Strikes(Fault::FileRename) &&
+    return SameFolder(from, to) && !TheServices().faults.Strikes(Fault::FileRename) &&
            disk::Rename(Utf8(from), Utf8(to), nullptr);
   }
 

@@ -1,10 +1,8 @@
 #include "host/picture/image.h"
 
-#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <tuple>
 #include <unistd.h>
 
@@ -75,56 +73,6 @@ TEST_F(ImageTest, PicturesThatDoNotHoldTogetherAreRefused) {
     EXPECT_NE(error_.find("36 samples"), std::string::npos) << error_;
   }
   EXPECT_EQ(FileCount(), 0u);
-}
-
-TEST_F(ImageTest, UnwritablePlacesGiveOneMessage) {
-  fs::create_directory(Path("folder"));
-  const std::pair<std::string, std::string> cases[] = {
-      {Path("missing/a.png"), "No such file or directory"},
-      {Path("folder"), "Is a directory"},
-      {"/dev/full", "not a regular file"},
-  };
-  for (const auto& [path, reason] : cases) {
-    EXPECT_FALSE(WritePng(Pattern<std::uint8_t>(4, 4, 3), path, &error_));
-    EXPECT_EQ(error_, std::string(path).append(": cannot write the picture: ").append(reason));
-  }
-  EXPECT_EQ(FileCount(), 1u);
-}
-
-TEST_F(ImageTest, FullDeviceIsReportedForSmallAndLargePictures) {
-  for (const int side : {1, 500}) {
-    std::FILE* full = std::fopen("/dev/full", "wb");
-    if (!full) GTEST_SKIP() << "no /dev/full here";
-    EXPECT_FALSE(EncodePng(Pattern<std::uint8_t>(side, side, 4), full, &error_));
-    EXPECT_EQ(error_, "No space left on device") << side;
-    std::fclose(full);
-  }
-}
-
-TEST_F(ImageTest, FailedWriteKeepsTheOldFileAndLeavesNothingElse) {
-  const Image old = Pattern<std::uint8_t>(5, 5, 3);
-  ASSERT_TRUE(WritePng(old, Path("a.png"), &error_)) << error_;
-  const std::string before = Bytes(Path("a.png"));
-
-  // A limit on the size of files makes the system itself refuse the writing.
-  rlimit limit;
-  getrlimit(RLIMIT_FSIZE, &limit);
-  const rlimit small = {10000, limit.rlim_max};
-  void (*previous)(int) = std::signal(SIGXFSZ, SIG_IGN);
-  setrlimit(RLIMIT_FSIZE, &small);
-  const bool limited = WritePng(Pattern<std::uint8_t>(300, 300, 4), Path("a.png"), &error_);
-  setrlimit(RLIMIT_FSIZE, &limit);
-  std::signal(SIGXFSZ, previous);
-  EXPECT_FALSE(limited);
-  EXPECT_EQ(error_, Path("a.png") + ": cannot write the picture: File too large");
-
-  int writes = 0;
-  EXPECT_FALSE(
-      WritePng(Pattern<std::uint8_t>(300, 300, 4), Path("a.png"), &error_, [&] { return ++writes == 5; }));
-  EXPECT_EQ(error_, Path("a.png") + ": cannot write the picture: No space left on device");
-  EXPECT_EQ(writes, 5) << "nothing is written after a refusal";
-  EXPECT_EQ(FileCount(), 1u);
-  EXPECT_EQ(Bytes(Path("a.png")), before);
 }
 
 TEST_F(ImageTest, DamagedFilesAreRefusedWithTheReason) {

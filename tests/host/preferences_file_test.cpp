@@ -74,15 +74,4 @@ TEST_F(PreferencesFile, WhatIsNoRegularFileStays) {
   EXPECT_EQ(fs::file_size(File()), (std::uintmax_t)(17 << 20));
 }
 
-TEST_F(PreferencesFile, ALinkStaysALink) {
-  const fs::path real = folder_ / "real.json";
-  std::ofstream(real) << "{}";
-  std::error_code failed;
-  fs::create_symlink(real, File(), failed);
-  if (failed) GTEST_SKIP() << "no links here: " << failed.message();
-  EXPECT_EQ(Open(), "");
-  EXPECT_TRUE(fs::is_symlink(File()));
-  EXPECT_NE(Read(real).find("\"5\""), std::string::npos);
-}
-
 } // namespace

@@ -30,7 +30,7 @@ TEST(ResourceFolder, ReportsWhatIsMissingOrMisnamed) {
   EXPECT_FALSE(folder.Open(temporary.Path(), "../us", &error));
   ASSERT_TRUE(folder.Open(temporary.Path(), "us", &error)) << error;
   EXPECT_FALSE(folder.LoadDescription("../../etc/passwd", &error));
-  EXPECT_EQ(error, "'../../etc/passwd' is no description's name: expected letters, digits and '_'");
+  EXPECT_EQ(error, "'../../etc/passwd' is not a description's name: expected letters, digits and '_'");
   temporary.WriteDescription("xother", "enum { A = 1000 };", "CONTAINER Xother { }",
                              "STRINGTABLE Xother { }");
   EXPECT_FALSE(folder.LoadDescription("XOther", &error));
@@ -80,8 +80,7 @@ TEST(ResourceCheck, FindsEveryKindOfSlip) {
        "Xtest: A: DEFAULT 2.000000 is above MAX 1.000000"},
       {"REAL A { MINEX 0; DEFAULT 0; }", "A \"a\";", "Xtest: A: DEFAULT is an excluded limit"},
       {"BOOL A { DEFAULT 2; }", "A \"a\";", "Xtest: A: DEFAULT of a BOOL is 0 or 1"},
-      {"LONG A { CYCLE { B; } DEFAULT 0; }", "A \"a\"; B \"b\";",
-       "Xtest: A: DEFAULT is no entry of the list"},
+      {"LONG A { CYCLE { B; } DEFAULT 0; }", "A \"a\"; B \"b\";", "Xtest: A: DEFAULT is not in the list"},
       {"LONG A { CYCLE { B; B; } DEFAULT B; }", "A \"a\"; B \"b\";", "Xtest: A: 1001 is in the list twice"},
       {"LONG A { CYCLE { B; C; } DEFAULT B; }", "A \"a\"; B \"b\"; C \"b\";",
        "Xtest: A: \"b\" is in the list twice"},

@@ -31,7 +31,7 @@ TEST(Symbols, NamesThePlaceOfEveryFault) {
       {"enum { A = B, B };", "a.h:1:12: 'B' is not defined before this line"},
       {"enum {\n  A,\n  A };", "a.h:3:3: 'A' is defined twice"},
       {"enum { A = 0x7fffffff, B };", "a.h:1:24: 'B' = 2147483648 does not fit in 32 bits"},
-      {"enum { A = 12ab };", "a.h:1:12: '12ab' is no number, or out of range"},
+      {"enum { A = 12ab };", "a.h:1:12: '12ab' is not a number, or out of range"},
       {"enum { A = 99999999999999999999 };",
        "a.h:1:12: expected a whole number or an earlier name, found '999"},
       {"enum { A = 'abcd' };", "a.h:1:12: unexpected '''"},

@@ -141,6 +141,8 @@ TEST_F(Files, ExistKillAndRenameTellFilesFromFolders) {
   EXPECT_FALSE(GeFExist(Name(folder_.string())));
   EXPECT_TRUE(GeFExist(Name(folder_.string()), TRUE));
   EXPECT_FALSE(GeFKill(Name(folder_.string())));
+  std::filesystem::create_directory(folder_ / "folder");
+  EXPECT_FALSE(GeFRename(Name(Path("a")), Name(Path("folder/a")))) << "within one folder only";
   EXPECT_TRUE(GeFRename(Name(Path("a")), Name(Path("b"))));
   EXPECT_EQ(Bytes(Path("b")), "a");
   EXPECT_TRUE(GeFKill(Name(Path("b"))));

@@ -14,11 +14,12 @@ class ValueStream : public Scratch {
 protected:
   /** Bytes that `write` leaves behind. */
   std::string Written(const std::function<bool(ValueWriter&)>& write, LinkNumbers links = LinkNumbers()) {
-    ByteSink sink(nullptr);
+    BufferedFile file(nullptr);
+    EXPECT_TRUE(file.Open(Path("values"), disk::Access::Write)) << file.Error();
+    ByteSink sink(file);
     ValueWriter writer(sink, links);
-    EXPECT_TRUE(sink.Open(Path("values"), disk::Access::Write)) << sink.Error();
     EXPECT_TRUE(write(writer)) << writer.Error().text;
-    EXPECT_TRUE(sink.Finish()) << sink.Error();
+    EXPECT_TRUE(file.Close()) << file.Error();
     return Bytes(Path("values"));
   }
 
@@ -140,14 +141,15 @@ TEST_F(ValueStream, LargePiecesPassTheBufferUnchanged) {
   for (std::size_t i = 0; i < data.size(); ++i) data[i] = (char)(i * 2654435761u >> 13);
   const LONG small = 42;
   std::uint64_t written = 0;
-  ByteSink sink(nullptr);
-  ASSERT_TRUE(sink.Open(Path("large"), disk::Access::Write));
+  BufferedFile file(nullptr);
+  ASSERT_TRUE(file.Open(Path("large"), disk::Access::Write));
+  ByteSink sink(file);
   ValueWriter writer(sink);
   ASSERT_TRUE(writer.Value(HYPERFILEVALUE_LONG, &small));
   ASSERT_TRUE(writer.Array(data.data(), HYPERFILEARRAY_CHAR, 1, (LONG)data.size()));
   ASSERT_TRUE(writer.Value(HYPERFILEVALUE_LONG, &small));
   written = sink.CurrentChecksum();
-  ASSERT_TRUE(sink.Finish());
+  ASSERT_TRUE(file.Close());
 
   ByteSource source;
   ASSERT_TRUE(source.Open(Path("large")));
@@ -240,8 +242,9 @@ INSTANTIATE_TEST_SUITE_P(Streams, RefusedStream, ::testing::ValuesIn(kRefusals),
                          [](const auto& test) { return std::string(test.param.name); });
 
 TEST_F(ValueStream, NestingBeyondTheLimitsIsRefusedOnBothSides) {
-  ByteSink sink(nullptr);
-  ASSERT_TRUE(sink.Open(Path("deep"), disk::Access::Write));
+  BufferedFile file(nullptr);
+  ASSERT_TRUE(file.Open(Path("deep"), disk::Access::Write));
+  ByteSink sink(file);
   ValueWriter writer(sink);
   const BaseContainer deep = Nested(kMaxContainerDepth + 1);
   EXPECT_FALSE(writer.Value(HYPERFILEVALUE_CONTAINER, &deep));
@@ -269,8 +272,9 @@ TEST_F(ValueStream, ArraysThatCannotBeAreRefusedBeforeTheyAreTouched) {
                {HYPERFILEARRAY_SREAL, -4, 2, true},
                {HYPERFILEARRAY_LREAL, 8, 2, false}};
   for (const auto& c : cases) {
-    ByteSink sink(nullptr);
-    ASSERT_TRUE(sink.Open(Path("array"), disk::Access::Write));
+    BufferedFile file(nullptr);
+    ASSERT_TRUE(file.Open(Path("array"), disk::Access::Write));
+    ByteSink sink(file);
     ValueWriter writer(sink);
     const LReal data[2] = {};
     EXPECT_FALSE(writer.Array(c.data ? data : NULL, c.kind, c.increment, c.count));

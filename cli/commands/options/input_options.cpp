@@ -28,17 +28,17 @@ void CheckOutput(const std::string& path, const std::vector<std::string>& inputs
   std::error_code ignored;
   const std::filesystem::path file = std::filesystem::u8path(path);
   if (path.empty()) throw CLI::ValidationError("--output", "expected a file name, found nothing");
-  if (std::filesystem::exists(file, ignored) && !std::filesystem::is_regular_file(file, ignored))
-    throw std::runtime_error(path + ": is no regular file, nothing is written");
+  const std::string obstacle = host::ReplacingFile(path).Obstacle();
+  if (!obstacle.empty()) throw std::runtime_error(path + ": " + obstacle + "; nothing is written");
   for (const std::string& input : inputs)
     if (std::filesystem::equivalent(file, std::filesystem::u8path(input), ignored))
-      throw std::runtime_error(path + ": is one of the files to read, nothing is written");
+      throw std::runtime_error(path + ": it is one of the files to read; nothing is written");
 }
 
 void CheckWritable(const std::string& path) {
   std::string reason;
-  if (!host::gl::ReplacingFile(path).Open(&reason))
-    throw std::runtime_error(path + ": cannot be written, nothing is done: " + reason);
+  if (!host::ReplacingFile(path).Open(&reason))
+    throw std::runtime_error(path + ": " + reason + "; nothing is written");
 }
 
 } // namespace cli

@@ -2,61 +2,26 @@
 
 #include "host/base/replacing_file.h"
 
-#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <functional>
-#include <system_error>
-#include <vector>
 
 namespace cli {
 
 namespace {
 
-/** Bytes gathered before they are written. */
-const std::size_t kBlock = 1 << 18;
+void Put(host::BufferedFile& file, const std::string& text) {
+  file.Write(text.data(), text.size());
+}
 
-/** Buffered output that remembers its first failure. */
-class Output {
-public:
-  Output(std::FILE* file, const host::gl::WriteFault& fault) : file_(file), fault_(fault) {
-    buffer_.reserve(kBlock + 256);
-  }
-  void Put(const void* bytes, std::size_t count) {
-    const char* from = (const char*)bytes;
-    buffer_.insert(buffer_.end(), from, from + count);
-    if (buffer_.size() >= kBlock) Flush();
-  }
-  void Put(const std::string& text) { Put(text.data(), text.size()); }
-  bool Flush() {
-    if (ok_ && !buffer_.empty()) {
-      errno = ENOSPC;
-      ok_ = !(fault_ && fault_()) && std::fwrite(buffer_.data(), 1, buffer_.size(), file_) == buffer_.size();
-      if (!ok_) reason_ = std::generic_category().message(errno);
-    }
-    buffer_.clear();
-    return ok_;
-  }
-  const std::string& Reason() const { return reason_; }
-
-private:
-  std::FILE* file_;
-  const host::gl::WriteFault& fault_;
-  std::vector<char> buffer_;
-  bool ok_ = true;
-  std::string reason_;
-};
-
-bool WriteWhole(const std::string& path, std::string* error, const host::gl::WriteFault& fault,
-                const std::function<void(Output&)>& write) {
-  host::gl::ReplacingFile file(path);
+bool WriteWhole(const std::string& path, std::string* error, host::Faults* faults,
+                const std::function<void(host::BufferedFile&)>& write) {
+  host::ReplacingFile file(path, faults);
   std::string reason;
   if (file.Open(&reason)) {
-    Output output(file.File(), fault);
-    write(output);
-    if (!output.Flush())
-      reason = output.Reason();
-    else if (file.Commit(&reason))
-      return true;
+    write(file.File()); // a write that fails is remembered up to the commit
+    if (file.Commit(&reason)) return true;
   }
   *error = path + ": " + reason;
   return false;
@@ -92,40 +57,40 @@ std::string Number(double v) {
 } // namespace
 
 bool WritePly(PointObject* points, const Matrix& global, const std::string& path, std::string* error,
-              const host::gl::WriteFault& fault) {
+              host::Faults* faults) {
   const LONG count = points->GetPointCount();
   const VertexMapTag* maps[3] = {FindMap(points, "Red"), FindMap(points, "Green"), FindMap(points, "Blue")};
-  return WriteWhole(path, error, fault, [&](Output& output) {
-    output.Put("ply\nformat binary_little_endian 1.0\nelement vertex " + std::to_string(count) +
-               "\nproperty double x\nproperty double y\nproperty double z\nproperty uchar red\n"
-               "property uchar green\nproperty uchar blue\nend_header\n");
+  return WriteWhole(path, error, faults, [&](host::BufferedFile& output) {
+    Put(output, "ply\nformat binary_little_endian 1.0\nelement vertex " + std::to_string(count) +
+                    "\nproperty double x\nproperty double y\nproperty double z\nproperty uchar red\n"
+                    "property uchar green\nproperty uchar blue\nend_header\n");
     for (LONG i = 0; i < count; ++i) {
       const Vector p = global * points->GetPointR()[i];
       unsigned char record[27]; // the machines that this runs on are little-endian
       const double place[3] = {p.x, p.y, p.z};
       std::memcpy(record, place, sizeof place);
       for (int channel = 0; channel < 3; ++channel) record[24 + channel] = Channel(maps[channel], i);
-      output.Put(record, sizeof record);
+      output.Write(record, sizeof record);
     }
   });
 }
 
 bool WriteObj(SplineObject* spline, const Matrix& global, const std::string& path, std::string* error,
-              const host::gl::WriteFault& fault) {
+              host::Faults* faults) {
   const LONG count = spline->GetPointCount();
   const LONG segments = spline->GetSegmentCount();
-  return WriteWhole(path, error, fault, [&](Output& output) {
+  return WriteWhole(path, error, faults, [&](host::BufferedFile& output) {
     for (LONG i = 0; i < count; ++i) {
       const Vector p = global * spline->GetPointR()[i];
-      output.Put("v " + Number(p.x) + " " + Number(p.y) + " " + Number(p.z) + "\n");
+      Put(output, "v " + Number(p.x) + " " + Number(p.y) + " " + Number(p.z) + "\n");
     }
     LONG next = 1;
     for (LONG s = 0; s < (segments > 0 ? segments : 1); ++s) {
       const LONG length = segments > 0 ? spline->GetSegmentR()[s].cnt : count;
       // A line has two points; a lone one is a point element.
-      output.Put(length > 1 ? "l" : "p");
-      for (LONG i = 0; i < length; ++i) output.Put(" " + std::to_string(next++));
-      output.Put("\n");
+      Put(output, length > 1 ? "l" : "p");
+      for (LONG i = 0; i < length; ++i) Put(output, " " + std::to_string(next++));
+      Put(output, "\n");
     }
   });
 }

@@ -1,0 +1,121 @@
+#include "scene/scratch.h"
+
+#include "host/base/faults.h"
+#include "host/base/replacing_file.h"
+
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <tuple>
+
+namespace {
+
+namespace fs = std::filesystem;
+using host::ProtectedFiles;
+using host::ReplacingFile;
+
+class Replacing : public Scratch {
+protected:
+  /** The reason when it fails. */
+  std::string Put(const std::string& name, ProtectedFiles existing = ProtectedFiles::Refuse) {
+    ReplacingFile file(fs::u8path(name).is_absolute() ? name : Path(name), nullptr, existing);
+    std::string reason;
+    const bool written = file.Open(&reason) && file.File().Write("new", 3) && file.Commit(&reason);
+    EXPECT_EQ(written, reason.empty());
+    return reason;
+  }
+};
+
+TEST_F(Replacing, OnlyAFileOrNothingIsReplaced) {
+  fs::create_directory(Path("folder"));
+  PutBytes(Path("file"), "old");
+  PutBytes(Path("protected"), "old");
+  fs::permissions(Path("protected"), fs::perms::owner_read);
+  PutBytes(Path("foreign"), "old");
+  const bool superuser = ::geteuid() == 0 && ::chown(Path("foreign").c_str(), 1, 1) == 0;
+  ASSERT_EQ(::mkfifo(Path("pipe").c_str(), 0600), 0);
+  fs::create_symlink("folder", Path("to folder"));
+  fs::create_symlink("circle", Path("circle"));
+  fs::create_symlink("/proc/self/fd/1", Path("output"));
+  const std::size_t files = FilesInFolder();
+  const std::pair<std::string, std::string> cases[] = {
+      {"missing/a", "the folder \"" + Path("missing") + "\" doesn't exist"},
+      {"file/a", "\"" + Path("file") + "\" is not a folder"},
+      {"folder", "it is a folder"},
+      {"to folder", "it is a folder"},
+      {"pipe", "it is a pipe"},
+      {"/dev/null", "it is a device"},
+      {"/dev/stdout", "it stands for an open file, which only its own process can write"},
+      {"output", "it stands for an open file, which only its own process can write"},
+      {"circle", "the link leads in a circle"},
+      {"protected", "it is write-protected"},
+      {superuser ? "foreign" : "protected",
+       superuser ? "it belongs to another user" : "it is write-protected"},
+      {std::string(300, 'a'), "File name too long"},
+  };
+  for (const auto& [name, reason] : cases) EXPECT_EQ(Put(name), reason) << name;
+  EXPECT_EQ(FilesInFolder(), files);
+  EXPECT_EQ(Bytes(Path("protected")), "old");
+  EXPECT_EQ(Put("protected", ProtectedFiles::Replace), "");
+  EXPECT_EQ(Bytes(Path("protected")), "new");
+}
+
+TEST_F(Replacing, LinksStayAndRightsAreKept) {
+  fs::create_directory(Path("folder"));
+  PutBytes(Path("folder/file"), "old");
+  fs::permissions(Path("folder/file"), (fs::perms)0640);
+  const std::pair<const char*, const char*> links[] = {
+      {"inner", "folder/next"}, {"folder/next", "file"}, {"new", "folder/made"}};
+  for (const auto& [link, target] : links) fs::create_symlink(target, Path(link));
+  EXPECT_EQ(Put("inner"), "");
+  EXPECT_EQ(Put("new"), "");
+  for (const auto& [link, target] : links) EXPECT_EQ(fs::read_symlink(Path(link)), target);
+  EXPECT_EQ(Bytes(Path("folder/file")) + Bytes(Path("folder/made")), "newnew");
+  EXPECT_EQ(fs::status(Path("folder/file")).permissions(), (fs::perms)0640);
+  EXPECT_EQ(FilesInFolder(), 3u);
+}
+
+TEST_F(Replacing, TheOldFileStaysWholeUnlessTheNewOneIs) {
+  PutBytes(Path("file"), "old");
+  host::Faults faults;
+  std::string reason;
+  for (int write = 1; write <= 2; ++write) { // the bytes themselves, and keeping them
+    faults.FailAt(host::Fault::FileWrite, write);
+    ReplacingFile file(Path("file"), &faults);
+    ASSERT_TRUE(file.Open(&reason) && file.File().Write("new", 3)) << reason;
+    EXPECT_FALSE(file.Commit(&reason));
+    EXPECT_EQ(reason, "No space left on device");
+  }
+  {
+    ReplacingFile refused(Path("taken"));
+    ASSERT_TRUE(refused.Open(&reason)) << reason;
+    fs::create_directory(Path("taken"));
+    EXPECT_FALSE(refused.Commit(&reason));
+    EXPECT_EQ(reason, "Is a directory");
+  }
+  EXPECT_EQ(Bytes(Path("file")), "old");
+  EXPECT_EQ(FilesInFolder(), 2u) << "no temporary file stays";
+}
+
+TEST_F(Replacing, OnlyTemporaryFilesOfDeadProcessesOfThisComputerAreRemoved) {
+  const pid_t child = ::fork();
+  if (child == 0) ::_exit(0);
+  ASSERT_EQ(::waitpid(child, nullptr, 0), child);
+  char computer[256] = {};
+  ASSERT_EQ(::gethostname(computer, sizeof computer - 1), 0);
+  const std::string dead = ".save-" + std::to_string(child) + "-",
+                    here = std::string("@") + computer + ".tmp";
+  const std::string locked = dead + "1" + here;
+  const std::string kept[] = {"file.part",       "file.tmp",         dead + "0@elsewhere.tmp",
+                              dead + "x" + here, ".save-1-0" + here, locked};
+  for (const std::string& name : kept) PutBytes(Path(name), "kept");
+  PutBytes(Path(dead + "0" + here), "left behind");
+  const int handle = ::open(Path(locked).c_str(), O_RDONLY);
+  ASSERT_EQ(::flock(handle, LOCK_EX | LOCK_NB), 0);
+  EXPECT_EQ(Put("file"), "");
+  ::close(handle);
+  for (const std::string& name : kept) EXPECT_EQ(Bytes(Path(name)), "kept") << name;
+  EXPECT_EQ(FilesInFolder(), std::size(kept) + 1);
+}
+
+} // namespace
