@@ -3,7 +3,7 @@
 set -euo pipefail
 
 packages=(
-  ca-certificates g++ cmake ninja-build pkg-config git
+  ca-certificates g++ cmake ninja-build pkg-config git python3
   libgtest-dev libbenchmark-dev               # tests, benches
   libepoxy-dev libegl-dev libegl1 libegl-mesa0 libgl1-mesa-dri # OpenGL off screen
   libpng-dev libtiff-dev libopenexr-dev libxxhash-dev # pictures, scene checksums

@@ -54,7 +54,7 @@ public:
   Bool ReadVector(Vector* v) { return Read(HYPERFILEVALUE_VECTOR, v); }
   Bool ReadSVector(SVector* v) { return Read(HYPERFILEVALUE_SVECTOR, v); }
   Bool ReadLVector(LVector* v) { return Read(HYPERFILEVALUE_LVECTOR, v); }
-  Bool ReadMatrix(Matrix* v) { return Read(HYPERFILEVALUE_MATRIX, v); }
+  Bool ReadMatrix(Matrix* v) { return Read(HYPERFILEVALUE_MATRIX, v); } // ours
   Bool ReadString(String* v) { return Read(HYPERFILEVALUE_STRING, v); }
   Bool ReadFilename(Filename* v) { return Read(HYPERFILEVALUE_FILENAME, v); }
   Bool ReadContainer(BaseContainer* bc, Bool flush);
@@ -113,7 +113,11 @@ public:
 };
 
 /** A folder is removed only with DIRECTORY, what is in it only with RECURSIVE. */
-enum { GE_FKILL_DIRECTORY = 1, GE_FKILL_RECURSIVE = 2, GE_FKILL_FORCE = 4 };
+enum {
+  GE_FKILL_DIRECTORY = 1,
+  GE_FKILL_RECURSIVE = 2, // ours
+  GE_FKILL_FORCE = 4      // ours
+};
 
 Bool GeFExist(const Filename& name, Bool isdir = FALSE);
 Bool GeFKill(const Filename& name, LONG flags = 0);

@@ -41,7 +41,7 @@ public:
   static VertexMapTag* Alloc(LONG count);
   static void Free(VertexMapTag*& tag);
   const SReal* GetDataAddressR() const { return (const SReal*)GetLowlevelDataAddressR(); }
-  SReal* GetDataAddressW() { return (SReal*)GetLowlevelDataAddressW(); }
+  SReal* GetDataAddressW() { return (SReal*)GetLowlevelDataAddressW(); } // ours
 };
 
 class PointObject : public BaseObject {

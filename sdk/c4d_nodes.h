@@ -22,7 +22,7 @@ class RenderData;
 class VariableTag;
 
 /** Base of the opaque classes: made and destroyed by the host only. */
-class HostOwned {
+class HostOwned { // ours
 protected:
   HostOwned() {}
   ~HostOwned() {}
@@ -60,9 +60,9 @@ public:
    * Takes the node out of its list and puts it below another one as first or last, or beside it. What a node
    * cannot hold, or what would hold itself, stays where it is and is reported.
    */
-  void InsertUnder(GeListNode* parent);
-  void InsertUnderLast(GeListNode* parent);
-  void InsertAfter(GeListNode* other);
+  void InsertUnder(GeListNode* parent);     // ours
+  void InsertUnderLast(GeListNode* parent); // ours
+  void InsertAfter(GeListNode* other);      // ours
   void InsertBefore(GeListNode* other);
   NodeData* GetNodeData(LONG index = 0);
   BaseDocument* GetDocument();

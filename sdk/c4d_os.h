@@ -2,6 +2,7 @@
 // Each table is written once, as a list with its contract, in tables/<name>.inc; the names equal the host's
 // own. Values cross as the SDK layer's types, which both sides build from the same sources; no exception
 // crosses.
+// ours: this file
 #pragma once
 
 #include "c4d.h"

@@ -71,7 +71,7 @@ public:
   void SetCString(const CHAR* s, LONG count = -1, STRINGENCODING type = STRINGENCODING_XBIT);
 
   UWORD operator[](LONG i) const { return i >= 0 && i < length_ ? text_[i] : (UWORD)0; }
-  void SetChar(LONG i, UWORD ch) {
+  void SetChar(LONG i, UWORD ch) { // ours
     if (i >= 0 && i < length_) text_[i] = ch;
   }
 

@@ -3,6 +3,7 @@
 //   SetCount, Reserve, SetOption -> Prepare -> SetParticle... -> Update
 //
 // Objects that are no emitters are reported and left alone.
+// ours: this file
 #pragma once
 
 #include "c4d_nodes.h"
