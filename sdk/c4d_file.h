@@ -85,9 +85,9 @@ public:
 
   Bool Open(const Filename& name, FILEOPEN mode = FILEOPEN_READ,
             FILEDIALOG error_dialog = FILEDIALOG_IGNOREOPEN, BYTEORDER order = BYTEORDER_MOTOROLA);
-  /** FALSE when what was written could not all reach the disk. */
+  /** FALSE when not everything written reached the disk. */
   Bool Close();
-  /** Number of bytes read; with just_try the end of the file is no error. */
+  /** Number of bytes read; with just_try the end of the file is not an error. */
   VLONG ReadBytes(void* data, VLONG len, Bool just_try = FALSE);
   VLONG TryReadBytes(void* data, VLONG len) { return ReadBytes(data, len, TRUE); }
   Bool WriteBytes(const void* data, VLONG len);
@@ -112,7 +112,7 @@ public:
   Bool IsHidden();
 };
 
-/** A folder is removed only with DIRECTORY, what is in it only with RECURSIVE. */
+/** A folder is removed only with DIRECTORY, its contents only with RECURSIVE. */
 enum {
   GE_FKILL_DIRECTORY = 1,
   GE_FKILL_RECURSIVE = 2, // ours

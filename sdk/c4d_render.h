@@ -94,8 +94,8 @@ struct SurfaceIntersection {
 };
 
 /**
- * What one render thread knows of the ray at hand. The plug-in reads the input fields and writes the results
- * (col, trans) last: calls that it makes may use the same structure for other rays meanwhile.
+ * What one render thread knows about the current ray. The plug-in reads the input fields and writes the
+ * results (col, trans) last: calls that it makes may use the same structure for other rays meanwhile.
  */
 struct BaseVolumeData {
   LONG version = 0, fps = 30;
@@ -172,7 +172,7 @@ public:
   LONG GetBh() const { return GetInfo(VPGETINFO_YRESOLUTION); }
   LONG GetBt() const { return GetInfo(VPGETINFO_BITDEPTH); }
   LONG GetCpp() const { return GetInfo(VPGETINFO_CPP); }
-  /** cnt pixels of line y from x on; bitdepth 8, 16 or 32 says what data holds: UCHAR, UWORD or SReal. */
+  /** cnt pixels of line y from x on; bitdepth 8, 16 or 32, says whether data holds UCHAR, UWORD or SReal. */
   Bool GetLine(LONG x, LONG y, LONG cnt, void* data, LONG bitdepth, Bool dithering) const;
   Bool SetLine(LONG x, LONG y, LONG cnt, void* data, LONG bitdepth, Bool dithering);
 };

@@ -116,7 +116,7 @@ public:
   void SetBaseTime(const BaseTime& t) { SetPayload(DA_TIME, t); }
   void SetContainer(const BaseContainer& bc);
   void SetBaseLink(const BaseLink* link);
-  /** Takes a copy; types that are not known leave DA_NIL. */
+  /** Takes a copy; unknown types leave DA_NIL. */
   void SetCustomDataType(LONG type, const CustomDataType& data);
 
   bool operator==(const GeData& d) const;

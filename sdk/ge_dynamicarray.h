@@ -5,7 +5,7 @@
 #include "ge_memory.h"
 
 namespace sdk { // ours
-/** Tells the host that an array could not grow (source name and line of the array header). */
+/** Reports to the host that an array could not grow (source name and line of the array header). */
 void ReportRefusedGrow(LONG line, const CHAR* file);
 } // namespace sdk
 
