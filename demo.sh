@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds, and shows a real laser scan: a rendered picture, viewport pictures, a thinned
-# one, falloff, clones, a saved scene and conversions. With files given (LAS, LAZ, XYZ, PTS, folders, a scene) it shows those.
+# Installs what is missing, builds, and shows a real laser scan: rendered, in the viewport, thinned, with falloff, as
+# clones, saved as a scene and converted. Give it files (LAS, LAZ, XYZ, PTS, folders, a scene) to show those instead.
 #
 #   ./demo.sh [FILE...]      results go to out/
 set -euo pipefail
 
-# Files are named from where the user stands.
+# File names are relative to the caller's folder.
 files=()
 for file in "$@"; do files+=("$(realpath -m -- "$file")"); done
 cd "$(dirname "$0")"
@@ -20,7 +20,7 @@ if [ ${#files[@]} -eq 0 ]; then
   if sample=$(scripts/fetch_sample.sh); then
     files=("$sample")
   else
-    echo "The sample scan could not be had from CRAN; a generated landscape takes its place."
+    echo "The sample scan could not be downloaded from CRAN; using a generated landscape instead."
     files=(out/generated.xyz)
     if build/release/bin/make_cloud out/generated.laz --points 400000; then files=(out/generated.laz); else
       build/release/bin/make_cloud "${files[0]}" --points 400000
@@ -30,7 +30,7 @@ fi
 
 status=0
 written=()
-# Runs one command; a file that loaded only in part or not at all is told at the end, not here.
+# Runs one command; a file that loaded only in part, or not at all, makes the script fail at its end, not here.
 show() {
   local output=$1
   shift
@@ -58,11 +58,11 @@ show out/view_scene.png snapshot out/demo.scene --set point_size=5
 if cmp -s out/view.png out/view_scene.png; then
   echo "out/demo.scene reopens with the same picture"
 else
-  echo "out/demo.scene reopens with ANOTHER picture than out/view.png" >&2
+  echo "out/demo.scene gives a DIFFERENT picture than out/view.png" >&2
   status=1
 fi
 
-echo "== As the application's own geometry"
+echo "== Converted to the application's own geometry"
 show out/points.ply convert "${files[@]}" --mode point
 show out/lines.obj convert "${files[@]}" --mode spline
 "$kelvra" convert "${files[@]}" --mode hair --scene out/hair.scene || status=$?

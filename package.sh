@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Makes kelvra-<version>-win64.zip: the folder Kelvra as the application's plug-in folder wants it. The same sources give
-# the same bytes. The zip is then unpacked and its module loaded under Wine.
+# Makes kelvra-<version>-win64.zip, which holds the folder Kelvra for the application's plug-in folder. The same sources
+# give the same bytes. Then unpacks the zip and loads its module under Wine.
 #
-#   ./package.sh [WINDOWS_BUILD_FOLDER]     without a folder the preset windows is built
+#   ./package.sh [WINDOWS_BUILD_FOLDER]     without a folder it builds the preset windows
 set -euo pipefail
 cd "$(dirname "$0")"
 scripts/install_dependencies.sh g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine64 googletest zip unzip
@@ -14,10 +14,10 @@ fi
 fail() { echo "package: $*" >&2; exit 1; }
 
 version=$(sed -n 's/^project(kelvra VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
-[ -n "$version" ] || fail "CMakeLists.txt names no version"
-# The time of every file: the caller's, else that of the commit.
+[ -n "$version" ] || fail "CMakeLists.txt: no version found"
+# The time of every file: the caller's, or that of the commit.
 epoch=${SOURCE_DATE_EPOCH:-$(git log -1 --format=%ct)}
-export SOURCE_DATE_EPOCH=$epoch # strip writes it into what it strips
+export SOURCE_DATE_EPOCH=$epoch # strip writes it into its output
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 folder=$work/Kelvra
@@ -34,7 +34,7 @@ done
 
 cp LICENSE "$folder/licences/kelvra.txt"
 package=${KELVRA_RLAS:-$(find build/deps -name 'rlas_*.tar.gz' | sort -V | tail -1)}
-[ -n "$package" ] || fail "build/deps holds no rlas_*.tar.gz, whose notices belong into the package"
+[ -n "$package" ] || fail "build/deps holds no rlas_*.tar.gz, whose notices belong in the package"
 mkdir "$work/rlas"
 tar -xzf "$package" -C "$work/rlas"
 {
@@ -51,7 +51,7 @@ tar -xzf "$package" -C "$work/rlas"
   done
 } >"$folder/licences/laslib_laszip.txt"
 for name in LGPL-2.1 Apache-2.0; do
-  cp "/usr/share/common-licenses/$name" "$folder/licences/$name.txt" || fail "the text of $name is not on this machine"
+  cp "/usr/share/common-licenses/$name" "$folder/licences/$name.txt" || fail "this machine lacks the text of $name"
 done
 notice() { # name, then the files that may hold it
   local name=$1 file
@@ -68,20 +68,20 @@ notice cli11 /usr/share/doc/libcli11-dev/copyright
 notice nlohmann_json /usr/share/doc/nlohmann-json3-dev/copyright
 notice xxhash /usr/share/doc/libxxhash-dev/copyright
 
-# Sorted entries, one time, no rights and owners but those of a plain file.
+# Sorted entries, one time, and the rights and owners of plain files.
 find "$work/Kelvra" -type d -exec chmod 755 {} + -o -type f -exec chmod 644 {} +
 find "$work/Kelvra" -exec touch -h -d "@$epoch" {} +
 zip=$PWD/out/kelvra-$version-win64.zip
 rm -f "$zip"
 (cd "$work" && find Kelvra -type f | LC_ALL=C sort | TZ=UTC zip -X -q -9 "$zip" -@)
 
-# Unpacked elsewhere, without anything of this folder, it must work.
+# It must work unpacked elsewhere, without anything from this folder.
 test_folder=$work/"ein Ordner ü"
 mkdir "$test_folder"
 unzip -q "$zip" -d "$test_folder"
 printf '1 2 3\n4 5 6\n7 8 9\n' >"$test_folder/drei 点.xyz"
 said=$(cd "$test_folder" && XDG_CONFIG_HOME="$work/settings" "$OLDPWD/scripts/wine.sh" Kelvra/kelvra.exe info "drei 点.xyz" 2>&1) ||
   fail "the unpacked module does not load: $said"
-case "$said" in *"3 points"*) ;; *) fail "the unpacked module loads other than three points: $said" ;; esac
+case "$said" in *"3 points"*) ;; *) fail "the unpacked module did not load 3 points: $said" ;; esac
 [ -s "$test_folder/Kelvra/manual.md" ] && [ -s "$test_folder/Kelvra/res/c4d_symbols.h" ] || fail "manual or resources are missing"
 echo "$(sha256sum "$zip" | cut -d' ' -f1)  ${zip#"$PWD"/} ($(stat -c %s "$zip") bytes, $(unzip -Z1 "$zip" | wc -l) files)"

@@ -34,7 +34,7 @@ void Give(BaseObject* op, LONG points) {
   unsigned random = 1;
   for (LONG b = 0; b < 2; ++b) {
     kelvra::PointBlock& block = delivery.points.blocks[b];
-    if (!block.Allocate(b == 0 ? points / 2 : points - points / 2)) Stop("no memory for the points");
+    if (!block.Allocate(b == 0 ? points / 2 : points - points / 2)) Stop("not enough memory for the points");
     for (VLONG i = 0; i < (VLONG)block.count * 3; ++i) {
       random = random * 1664525u + 1013904223u;
       block.positions[i] = (SReal)(random >> 8);
@@ -53,11 +53,12 @@ void Give(BaseObject* op, LONG points) {
 /** Every point and weight against what the object's messages export. */
 void Prove(BaseObject* op, BaseObject* built, LONG points) {
   if (!built || built->GetType() != Opolygon || ((PolygonObject*)built)->GetPointCount() != points)
-    Stop("the build gave no point object of that size");
+    Stop("the build gave no point object of the right size");
   kelvra::PointArray positions, colors;
   op->Message(kelvra::kMessageExportPositions, &positions);
   op->Message(kelvra::kMessageExportColors, &colors);
-  if (positions.count != points || colors.count != points) Stop("the export gave another number");
+  if (positions.count != points || colors.count != points)
+    Stop("the export gave a different number of points");
   if (std::memcmp(((PolygonObject*)built)->GetPointR(), positions.data, (std::size_t)points * sizeof(Vector)))
     Stop("positions differ");
   for (LONG channel = 0; channel < 3; ++channel) {
@@ -84,7 +85,7 @@ double PlainCopy(const std::vector<unsigned char>& source, LONG points) {
   for (int i = 0; i < 4; ++i) {
     const std::size_t bytes = parts[i] * (std::size_t)points;
     copies[i] = GeAllocNC((VLONG)bytes);
-    if (!copies[i]) Stop("no memory for the copy");
+    if (!copies[i]) Stop("not enough memory for the copy");
     std::memcpy(copies[i], source.data() + at, bytes);
     at += bytes;
   }
@@ -117,7 +118,7 @@ int main(int argc, char** argv) {
   std::vector<double> plain;
   for (int run = 0; run < kRuns; ++run)
     for (Case& each : cases) {
-      // What was built before is freed outside of the time, for both sides.
+      // Both sides free the previous result outside the measured time.
       op->GetDataInstance()->SetLong(KELVRA_CONVERT_MODE, KELVRA_CONVERT_MODE_EMPTY);
       host::UpdateCache(op, doc, BUILDFLAGS_0);
       plain.push_back(PlainCopy(source, points));

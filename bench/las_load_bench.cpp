@@ -1,9 +1,9 @@
-// Whole load of LAS and LAZ files through the module, beside a bare LASlib loop over the same file in the
+// A whole load of LAS and LAZ files through the module, beside a bare LASlib loop over the same file in the
 // same run.
 //
 //   las_load_bench FILE...      e.g. files that make_cloud wrote
 //
-// First the stored positions are compared with the bare loop's, then both are timed in turn, best of five.
+// Compares the stored positions with the bare loop's, then times both in turn, best of five.
 #include "host/application.h"
 #include "host/scene/stream_visitor.h"
 #include "otallyframe.h"
@@ -93,7 +93,7 @@ public:
     BaseDocument* doc = application_.NewDocument();
     BaseObject* object = host::CreateObjectFromMenu(doc, application_.FindByDescription("Otallyframe")->id);
     application_.GetDialogs().AnswerFile(path);
-    // A budget that no file of a bench reaches.
+    // A budget that no benchmark file reaches.
     std::string error;
     application_.SetParameterFromText(object, KELVRA_LOAD_BUDGET, "2000", &error);
     const double seconds = Seconds([&] { application_.PressButton(object, KELVRA_LOAD_FILE); });

@@ -219,7 +219,7 @@ int Run(const Scene& scene, const Rays& rays) {
   const double perItem = (double)(bench::ResidentBytes() - before) / (double)scene.centres.size();
   const Embree embree(scene);
 
-  // First that both are right, and how far they agree.
+  // Check first that both are right, and how far they agree.
   auto lists = std::make_unique<kelvra::HitList[]>(2);
   std::vector<Collected> collected(2);
   for (std::size_t i = 0; i < n; i += n / 300 + 1) {
@@ -250,7 +250,7 @@ int Run(const Scene& scene, const Rays& rays) {
               (double)scene.centres.size() / buildSeconds / 1e6, perItem,
               (double)scene.centres.size() / embree.buildSeconds / 1e6);
   for (int threads = 1; threads <= 2; ++threads) {
-    // The best of some rounds, in turns: other work on the machine slows either down.
+    // The best of several rounds, in turn, as other work on the machine slows either down.
     double own = 1e300, other = 1e300;
     for (int round = 0; round < kRounds; ++round) {
       own = std::min(own, OnThreads(threads, n, [&](int t, std::size_t i) {

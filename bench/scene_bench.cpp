@@ -142,7 +142,7 @@ int main(int argc, char** argv) {
       if (!host::WriteScene(doc, path, nullptr, &error)) Stop(error);
     };
     const auto plain = [&] { PlainWrite(parts, folder); };
-    // In turns: what the disk still does for the first one slows the second.
+    // In turn: disk activity left over from the first one slows the second.
     if (run % 2) plainSave.push_back(Seconds(plain));
     save.push_back(Seconds(ours));
     if (run % 2 == 0) plainSave.push_back(Seconds(plain));
@@ -152,7 +152,7 @@ int main(int argc, char** argv) {
     std::vector<Part> read;
     plainOpen.push_back(Seconds([&] { read = PlainRead(parts, folder); }));
     if (!Same(CloudOf(opened).parts, parts) || !Same(read, parts))
-      Stop("what was read is not what was written");
+      Stop("the data read differs from the data written");
     BaseDocument::Free(opened);
   }
   ::unlink(path.c_str());

@@ -2,9 +2,9 @@
 //
 //   text_bench [MEGABYTES]      size of each generated file, 16 by default
 //
-// First both must give the same records, bit for bit, then both are timed in turn, best of seven, in
-// processor time, so that other work on the machine counts less. Files lie in memory; the plain loop works on
-// them in place, the driver through its reads.
+// Both must give the same records, bit for bit. Then both are timed in turn, best of seven, in processor
+// time, so that other work on the machine counts less. Files lie in memory; the plain loop works on them in
+// place, the driver through its reads.
 #include "fuzz/text_reference.h"
 
 #include <cstdio>

@@ -1,8 +1,8 @@
-// Any bytes as a LAS or LAZ file: never more points than the checks allowed, and the same points whether the
-// library's opener or its plain reader, which serves files with patches, reads the header.
+// Reads any bytes as a LAS or LAZ file. There are never more points than the checks allowed, and they are the
+// same whether the library's opener reads the header or its plain reader, which is used for patched files.
 //
-// Past crashes in the corpus: gps_time_switches.laz recursed until the stack was used up, stream_all_ones.laz
-// read past a table of the coder, layer_first_empty.laz copied to a null pointer.
+// Past crashes in the corpus: gps_time_switches.laz overflowed the stack, stream_all_ones.laz read past a
+// table of the coder, layer_first_empty.laz copied to a null pointer.
 #include "object/las/reader.h"
 
 #include <cstdio>

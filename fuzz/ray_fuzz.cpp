@@ -1,4 +1,4 @@
-// Any bytes as a small scene with rays through it: what rays see is what the plain search finds.
+// Takes any bytes as a small scene with rays through it: the rays find what a plain search finds.
 #include "tests/rays/oracle.h"
 
 #include "host/application.h"

@@ -1,5 +1,5 @@
-// Any bytes as a geometry service's answer: a number changes exactly when its colon and comma are there, and
-// then to the host's conversion of the text that they frame. The reference works on plain text with checked
+// Takes any bytes as a geometry service's answer: a number changes only if its colon and comma are there, and
+// then to the host's conversion of the text between them. The reference works on plain text with checked
 // indices.
 #include "host/application.h"
 #include "object/reprojection.h"

@@ -1,4 +1,4 @@
-// Resource text: every parser must judge a text as it judges the same tokens written out anew, one on a line.
+// Resource text: every parser gives the same result for a text as for its tokens written one per line.
 #include "host/resource/description_builder.h"
 
 #include <cstdlib>
@@ -15,7 +15,7 @@ static std::string Spell(const Token& token) {
   return spelled + "\"\n";
 }
 
-/** What the three parsers and the builder make of `text`; every name in `names` has a number. */
+/** Results of the three parsers and the builder for `text`; every name in `names` has a number. */
 static std::string Outcome(const std::string& text, const SymbolTable& names) {
   std::string outcome, error;
   SymbolTable symbols;
@@ -52,7 +52,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       respelled += Spell(lexer.Take());
     }
   });
-  if (!error.empty()) respelled = "?"; // what is no row of tokens is no file of any kind
+  if (!error.empty()) respelled = "?"; // text that cannot be split into tokens is not a file of any kind
   if (Outcome(text, names) != Outcome(respelled, names)) std::abort();
   return 0;
 }

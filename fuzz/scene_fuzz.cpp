@@ -1,5 +1,5 @@
-// A scene of any bytes does no harm; what loads can be walked, and what is saved of it loads to the same
-// scene.
+// A scene of any bytes does no harm: a scene that loads can also be walked, and saved again it loads to the
+// same scene.
 #include "host/application.h"
 #include "host/scene/scene_file.h"
 #include "host/scene/scene_walk.h"

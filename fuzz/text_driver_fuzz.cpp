@@ -1,5 +1,5 @@
-// Any bytes as point text: the driver gives the records of the plain reading, bit for bit, whatever the reads
-// are cut into. The first byte chooses format and thinning, the second the size of the reads.
+// Takes any bytes as point text: the driver gives the records of the plain reading, bit for bit, however the
+// input is cut into reads. The first byte chooses format and thinning, the second the size of the reads.
 #include "fuzz/text_reference.h"
 
 namespace {

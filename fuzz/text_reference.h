@@ -1,5 +1,5 @@
-// The plain way to read point text: the C library's conversions over one line after the other. It is what the
-// driver must agree with, in the tests, the fuzz target and the bench, and what the bench times it against.
+// The plain way to read point text: the C library's conversions, line by line. In the tests, the fuzz target
+// and the bench the driver must agree with it, and the bench times the driver against it.
 #pragma once
 
 #include "text/text_driver.h"
@@ -17,7 +17,7 @@ struct Reading {
   std::int64_t lines = 0, rejected = 0, firstRejected = 0, noData = 0, notFinite = 0;
 };
 
-/** The fields of one line; `ok` turns false at the first that fails and stays so. */
+/** The fields of one line; `ok` turns false at the first one that fails and stays false. */
 struct Fields {
   char *at, *lineEnd;
   bool ok = true, first = true;

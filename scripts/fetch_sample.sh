@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Prints the path of a real airborne scan, taken once out of the CRAN source package lidR. Fails without a network.
+# Prints the path of a real airborne scan. The first call takes it from the CRAN source package lidR, which needs a network.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 deps=build/deps

@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# Installs the Debian packages that the build needs and that are missing. Does nothing when all are there.
+# Installs the Debian packages that the build needs, and those named as arguments, as far as they are missing.
 set -euo pipefail
 
 packages=(
-  ca-certificates g++ cmake ninja-build pkg-config git
+  ca-certificates g++ cmake ninja-build pkg-config git python3
   libgtest-dev libbenchmark-dev               # tests, benches
   libepoxy-dev libegl-dev libegl1 libegl-mesa0 libgl1-mesa-dri # OpenGL off screen
   libpng-dev libtiff-dev libopenexr-dev libxxhash-dev # pictures, scene checksums
@@ -22,7 +22,7 @@ done
 [ ${#missing[@]} -gt 0 ] || exit 0
 
 if ! command -v apt-get >/dev/null; then
-  echo "install_dependencies: these Debian packages are missing and apt-get is not there to install them: ${missing[*]}" >&2
+  echo "install_dependencies: these Debian packages are missing, and there is no apt-get to install them: ${missing[*]}" >&2
   exit 1
 fi
 as_root=()
@@ -32,7 +32,7 @@ if [ "$(id -u)" -ne 0 ]; then
 fi
 echo "Installing: ${missing[*]}"
 export DEBIAN_FRONTEND=noninteractive
-"${as_root[@]}" apt-get update -qq || echo "install_dependencies: the package lists could not be brought up to date; going on with the old ones" >&2
+"${as_root[@]}" apt-get update -qq || echo "install_dependencies: the package lists could not be updated; continuing with the old ones" >&2
 if ! "${as_root[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null; then
   echo "install_dependencies: apt-get could not install: ${missing[*]}" >&2
   exit 1

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# The same jobs with the Linux program and with kelvra.exe under Wine; what comes out must be the same: scenes, exported
-# points and converted geometry byte for byte, pictures within one step of 8 bits but for one pixel in ten thousand.
+# Runs the same jobs with the Linux program and with kelvra.exe under Wine and compares the results: scenes, exported
+# points and converted geometry byte for byte; pictures may differ by one step of 8 bits, and by more in one pixel of ten
+# thousand.
 #
 #   windows_end_to_end.sh LINUX_BIN WINDOWS_BIN
 set -euo pipefail
@@ -17,7 +18,7 @@ checks=0
 fail() { echo "windows_end_to_end: $*" >&2; exit 1; }
 on_linux() { "$linux_bin/kelvra" "$@"; }
 on_windows() { "$root/scripts/wine.sh" "$windows_bin/kelvra.exe" "$@"; }
-# Both systems run one job; OUT in its words becomes l.* and w.* files; the names of the files may not matter.
+# Both systems run one job; OUT in its words becomes l.* and w.* files. The results must not depend on file names.
 same() {
   local suffix=$1 status_l=0 status_w=0
   shift
@@ -30,21 +31,21 @@ same() {
 }
 same_bytes() {
   same "$@"
-  [ -s "l.$1" ] || fail "nothing was written by: $*"
-  cmp "l.$1" "w.$1" || fail "other bytes from: $*"
+  [ -s "l.$1" ] || fail "no output from: $*"
+  cmp "l.$1" "w.$1" || fail "different bytes from: $*"
 }
 same_picture() {
   same "$@"
-  "$linux_bin/picture_difference" "l.$1" "w.$1" || fail "another picture from: $*"
+  "$linux_bin/picture_difference" "l.$1" "w.$1" || fail "different pictures from: $*"
 }
-# What a command prints, but for times, speeds, memory and the separator of folders.
+# Compares what a command prints, without times, speeds, memory and the separator of folders.
 same_words() {
   same none "$@"
   for side in l w; do
     tr -d '\r' <"$side.out" |
       sed -E 's#\\+#/#g; s/[0-9.]+ s, [0-9.]+ [kM]? ?points\/s//g; s/, memory .*//; s/; resident .*//' >"$side.words"
   done
-  cmp l.words w.words || fail "other words from: $* $(diff l.words w.words)"
+  cmp l.words w.words || fail "different output from: $* $(diff l.words w.words)"
 }
 
 make="$linux_bin/make_cloud"
@@ -58,10 +59,10 @@ cp "Straße 1.las" "点群.xyz" "Ordner ü"
 
 for file in "Straße 1.las" "Straße 2.laz" "点群.xyz" "lüneburg.pts" "Ordner ü"; do
   same_words info "$file"
-  # A scene tells where its points came from: with a folder's own separator, so that only its content is compared.
+  # A scene stores the paths of its sources, which for a folder contain the system's separator: only the export is compared.
   if [ -d "$file" ]; then same scene save "$file" -o OUT; else same_bytes scene save "$file" -o OUT; fi
   same_bytes txt export "$file" -o OUT
-  # A scene of one system opens on the other.
+  # A scene from one system opens on the other.
   mv l.scene linux.scene
   mv w.scene windows.scene
   for scene in linux.scene windows.scene; do
@@ -69,7 +70,7 @@ for file in "Straße 1.las" "Straße 2.laz" "点群.xyz" "lüneburg.pts" "Ordner
     same_words scene --json $scene
   done
   for mode in point hair particles emitter spline; do same_words convert linux.scene --mode $mode --ratio 0.2; done
-  # What was converted, in a scene of its own, is rendered on the other system.
+  # A converted cloud in its own scene renders on the other system.
   same_bytes scene convert linux.scene --mode point --ratio 0.5 --scene OUT
   mv w.scene converted.scene
   same_picture png render converted.scene -o OUT --size 480x270
@@ -80,13 +81,13 @@ done
 same_picture 16.png render "Straße 1.las" -o OUT --size 64x48 --depth 16 --supersample 1
 same_picture png render "Straße 1.las" "Straße 2.laz" -o OUT --size 480x270 --light sun:200,30 --set point_radius=1.5 --set transparency=0.4
 
-# Numbers that the systems' own libraries read differently; a line is refused, so both exit with 1.
+# Numbers that the systems' own libraries would read differently; one line is rejected, so both exit with 1.
 status=0; on_linux export "odd numbers.xyz" -o l.txt >l.out 2>&1 || status=$?
 other=0; on_windows export "odd numbers.xyz" -o w.txt >w.out 2>&1 || other=$?
-[ $status = $other ] || fail "status $status and $other of odd numbers"
+[ $status = $other ] || fail "status $status and $other for odd numbers"
 cmp l.txt w.txt || fail "odd numbers are read differently"
 
-# What this system does without says so and fails.
+# Commands that need what this build lacks say so and fail.
 status=0; on_windows snapshot "Straße 1.las" -o view.png >w.out 2>w.err || status=$?
 [ $status = 1 ] && [ "$(grep -c 'not available in this build' w.err)" = 1 ] && [ ! -e view.png ] || fail "snapshot: status $status, $(cat w.err)"
 for suffix in tif exr; do
@@ -94,4 +95,4 @@ for suffix in tif exr; do
   [ $status != 0 ] && [ ! -e picture.$suffix ] && grep -q "picture.$suffix: " w.err || fail "$suffix: status $status, $(cat w.err)"
 done
 
-echo "windows_end_to_end: $checks jobs gave the same on both systems"
+echo "windows_end_to_end: $checks jobs gave the same results on both systems"

@@ -1,5 +1,6 @@
 // The module's side of the fence: every call from the host into plug-in code runs through here, so that no
 // exception crosses the seam.
+// ours: this file
 #pragma once
 
 #include "c4d_os.h"

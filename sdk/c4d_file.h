@@ -54,7 +54,7 @@ public:
   Bool ReadVector(Vector* v) { return Read(HYPERFILEVALUE_VECTOR, v); }
   Bool ReadSVector(SVector* v) { return Read(HYPERFILEVALUE_SVECTOR, v); }
   Bool ReadLVector(LVector* v) { return Read(HYPERFILEVALUE_LVECTOR, v); }
-  Bool ReadMatrix(Matrix* v) { return Read(HYPERFILEVALUE_MATRIX, v); }
+  Bool ReadMatrix(Matrix* v) { return Read(HYPERFILEVALUE_MATRIX, v); } // ours
   Bool ReadString(String* v) { return Read(HYPERFILEVALUE_STRING, v); }
   Bool ReadFilename(Filename* v) { return Read(HYPERFILEVALUE_FILENAME, v); }
   Bool ReadContainer(BaseContainer* bc, Bool flush);
@@ -85,9 +85,9 @@ public:
 
   Bool Open(const Filename& name, FILEOPEN mode = FILEOPEN_READ,
             FILEDIALOG error_dialog = FILEDIALOG_IGNOREOPEN, BYTEORDER order = BYTEORDER_MOTOROLA);
-  /** FALSE when what was written could not all reach the disk. */
+  /** FALSE when not everything written reached the disk. */
   Bool Close();
-  /** Number of bytes read; with just_try the end of the file is no error. */
+  /** Number of bytes read; with just_try the end of the file is not an error. */
   VLONG ReadBytes(void* data, VLONG len, Bool just_try = FALSE);
   VLONG TryReadBytes(void* data, VLONG len) { return ReadBytes(data, len, TRUE); }
   Bool WriteBytes(const void* data, VLONG len);
@@ -112,8 +112,12 @@ public:
   Bool IsHidden();
 };
 
-/** A folder is removed only with DIRECTORY, what is in it only with RECURSIVE. */
-enum { GE_FKILL_DIRECTORY = 1, GE_FKILL_RECURSIVE = 2, GE_FKILL_FORCE = 4 };
+/** A folder is removed only with DIRECTORY, its contents only with RECURSIVE. */
+enum {
+  GE_FKILL_DIRECTORY = 1,
+  GE_FKILL_RECURSIVE = 2, // ours
+  GE_FKILL_FORCE = 4      // ours
+};
 
 Bool GeFExist(const Filename& name, Bool isdir = FALSE);
 Bool GeFKill(const Filename& name, LONG flags = 0);

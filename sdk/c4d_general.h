@@ -34,7 +34,7 @@ Bool SetWorldPluginData(LONG id, const BaseContainer& bc, Bool add = TRUE);
 /** The application's own settings, live; kept with the user's preferences. */
 BaseContainer* GetWorldContainerInstance();
 
-/** Text as a number of the given FORMAT_ kind; what is no number gives 0. */
+/** Text as a number of the given FORMAT_ kind; text that is not a number gives 0. */
 GeData StringToNumber(const String& text, LONG format, LONG fps);
 
 /** Folder of the plug-in's file, and its resource folder. */

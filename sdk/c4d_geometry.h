@@ -1,7 +1,7 @@
 // Objects made of points, and tags that carry one value per point or one entry per segment.
-// Coordinates are in the object's own space. What GetPointW and its kin point to is valid until the object is
-// resized or freed; after writing send MSG_UPDATE. Points, polygons and values of a tag may be read on any
-// thread while nobody writes; all else is for the main thread.
+// Coordinates are in the object's own space. Pointers from GetPointW and the like are valid until the object
+// is resized or freed; send MSG_UPDATE after writing. Points, polygons and values of a tag may be read on any
+// thread while nobody writes; everything else is for the main thread.
 #pragma once
 
 #include "c4d_nodes.h"
@@ -41,7 +41,7 @@ public:
   static VertexMapTag* Alloc(LONG count);
   static void Free(VertexMapTag*& tag);
   const SReal* GetDataAddressR() const { return (const SReal*)GetLowlevelDataAddressR(); }
-  SReal* GetDataAddressW() { return (SReal*)GetLowlevelDataAddressW(); }
+  SReal* GetDataAddressW() { return (SReal*)GetLowlevelDataAddressW(); } // ours
 };
 
 class PointObject : public BaseObject {
@@ -51,7 +51,7 @@ public:
   const Vector* GetPointR() const;
   Vector* GetPointW();
   /**
-   * Points that come are at the origin. FALSE when memory is refused; the object then stays as it was. Tags
+   * New points are at the origin. FALSE when memory is refused; the object then stays as it was. Tags
    * keep their length.
    */
   Bool ResizeObject(LONG pcnt);
@@ -78,7 +78,7 @@ public:
   LONG GetSegmentCount() const;
   const Segment* GetSegmentR() const;
   Segment* GetSegmentW();
-  /** Gives it a segment tag of scnt entries, or takes it away when scnt is 0. */
+  /** Gives it a segment tag of scnt entries, or removes the tag when scnt is 0. */
   Bool ResizeObject(LONG pcnt, LONG scnt);
   SPLINETYPE GetInterpolationType() const;
 };
@@ -90,7 +90,7 @@ public:
   static void Free(AtomArray*& list);
   Bool Append(C4DAtom* atom) { return atom && atoms_.Push(atom); }
   LONG GetCount() const { return (LONG)atoms_.GetCount(); }
-  /** NULL outside of the list. */
+  /** NULL outside the list. */
   C4DAtom* GetIndex(LONG index) const { return index >= 0 && index < GetCount() ? atoms_[index] : NULL; }
   void Flush() { atoms_.FreeArray(); }
 

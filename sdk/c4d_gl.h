@@ -17,8 +17,8 @@ enum GlUniformParamType {
   UniformFloat3 = 2,
   UniformFloat4 = 3,
   UniformInt1 = 4,
-  UniformInt2 = 5,
-  UniformInt3 = 6,
+  UniformInt2 = 5, // ours
+  UniformInt3 = 6, // ours
   UniformInt4 = 7,
   UniformFloatMatrix2 = 12,
   UniformFloatMatrix3 = 13,
@@ -39,12 +39,12 @@ enum {
   C4D_VERTEX_BUFFER_TEX_COORD_0 = 8
 };
 enum {
-  C4D_VERTEX_BUFFER_TRIANGLES = 0,
-  C4D_VERTEX_BUFFER_TRIANGLE_FAN = 4,
+  C4D_VERTEX_BUFFER_TRIANGLES = 0,    // ours
+  C4D_VERTEX_BUFFER_TRIANGLE_FAN = 4, // ours
   C4D_VERTEX_BUFFER_POINTS = 5,
-  C4D_VERTEX_BUFFER_LINES = 6,
-  C4D_VERTEX_BUFFER_LINE_STRIP = 7,
-  C4D_VERTEX_BUFFER_TRIANGLE_STRIP = 8
+  C4D_VERTEX_BUFFER_LINES = 6,         // ours
+  C4D_VERTEX_BUFFER_LINE_STRIP = 7,    // ours
+  C4D_VERTEX_BUFFER_TRIANGLE_STRIP = 8 // ours
 };
 enum { C4D_GL_DATATYPE_FLOAT = 0x1406 };
 

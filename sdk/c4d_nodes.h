@@ -22,7 +22,7 @@ class RenderData;
 class VariableTag;
 
 /** Base of the opaque classes: made and destroyed by the host only. */
-class HostOwned {
+class HostOwned { // ours
 protected:
   HostOwned() {}
   ~HostOwned() {}
@@ -57,12 +57,12 @@ public:
   /** Takes the node out of its list; it then belongs to the caller. */
   void Remove();
   /**
-   * Takes the node out of its list and puts it below another one as first or last, or beside it. What a node
-   * cannot hold, or what would hold itself, stays where it is and is reported.
+   * Moves the node below another one, as its first or last child, or beside it. A node that the other cannot
+   * hold, or that would come to lie below itself, stays where it is and is reported.
    */
-  void InsertUnder(GeListNode* parent);
-  void InsertUnderLast(GeListNode* parent);
-  void InsertAfter(GeListNode* other);
+  void InsertUnder(GeListNode* parent);     // ours
+  void InsertUnderLast(GeListNode* parent); // ours
+  void InsertAfter(GeListNode* other);      // ours
   void InsertBefore(GeListNode* other);
   NodeData* GetNodeData(LONG index = 0);
   BaseDocument* GetDocument();
@@ -78,7 +78,8 @@ public:
   /** The live container; valid as long as the node. */
   BaseContainer* GetDataInstance();
   const BaseContainer* GetDataInstance() const { return const_cast<BaseList2D*>(this)->GetDataInstance(); }
-  /** Shaders that the node carries; it owns them. Objects carry shaders, other nodes report and refuse. */
+  /** Shaders that the node carries; it owns them. Only objects carry shaders: a call on another node is
+   * reported and refused. */
   BaseShader* GetFirstShader() const;
   void InsertShader(BaseShader* shader, BaseShader* pred = NULL);
   Bool GetBit(LONG mask) const;
@@ -115,14 +116,14 @@ public:
   BaseTag* MakeTag(LONG type, BaseTag* pred = NULL);
   /** See VariableTag::Alloc. A vertex map of another length than the object's points is reported. */
   VariableTag* MakeVariableTag(LONG type, LONG count, BaseTag* pred = NULL);
-  /** Copies tags that users see, tags of values, or both; nothing is copied when one is refused. */
+  /** Copies visible tags, variable tags, or both; nothing is copied when one copy is refused. */
   Bool CopyTagsTo(BaseObject* dest, LONG visible, LONG variable, LONG hierarchical, AliasTrans* trans);
   void InsertTag(BaseTag* tag, BaseTag* pred = NULL);
   void KillTag(LONG type, LONG nr = 0);
 
   /** The generated result, owned by this object; NULL without one. */
   BaseObject* GetCache(HierarchyHelp* hh = NULL);
-  /** What deformers made of it; NULL when nothing deforms it. */
+  /** What deformers made of it; NULL when it is not deformed. */
   BaseObject* GetDeformCache();
   Bool CheckCache(HierarchyHelp* hh);
   Bool IsDirty(DIRTYFLAGS flags);
@@ -193,7 +194,7 @@ public:
   Bool TestBreak();
 };
 
-/** A picture in memory, row 0 on top; what lies outside of it reads as 0. Owned by the caller until Free. */
+/** A picture in memory, row 0 at the top; reads outside it give 0. Owned by the caller until Free. */
 class BaseBitmap : public HostOwned {
 public:
   static BaseBitmap* Alloc();
@@ -203,10 +204,10 @@ public:
    * a MultipassBitmap has any mode.
    */
   IMAGERESULT Init(LONG x, LONG y, LONG depth = 24);
-  /** TIFF or PNG, as 8 bits a component. What was there stays when loading fails. */
+  /** TIFF or PNG, as 8 bits per component. The picture is unchanged when loading fails. */
   IMAGERESULT Init(const Filename& name);
   /**
-   * FILTER_PNG, FILTER_TIF or FILTER_EXR; 8 bits a component unless savebits say otherwise, EXR always
+   * FILTER_PNG, FILTER_TIF or FILTER_EXR; 8 bits per component unless savebits say otherwise, EXR always
    * floats. Alpha is saved with SAVEBIT_ALPHA. data may be NULL. An existing file is replaced only by a whole
    * new one. NOTEXISTING: no such folder; WRONGTYPE: a format or depth that is not offered; FILEERROR: not
    * writable.
@@ -214,12 +215,12 @@ public:
   IMAGERESULT Save(const Filename& name, LONG format, BaseContainer* data, SAVEBIT savebits) const;
   LONG GetBw() const;
   LONG GetBh() const;
-  /** Bits a pixel. */
+  /** Bits per pixel. */
   LONG GetBt() const;
   COLORMODE GetColorMode() const;
   /** 0 to 255. */
   void GetPixel(LONG x, LONG y, UWORD* r, UWORD* g, UWORD* b) const;
-  /** Cut to 0 to 255; alpha stays. FALSE outside of the picture. */
+  /** Clamped to 0 to 255; alpha stays. FALSE outside the picture. */
   Bool SetPixel(LONG x, LONG y, LONG r, LONG g, LONG b);
   /**
    * cnt pixels of row y, inc bytes from one to the next. The mode says what the buffer holds: UCHAR, UWORD
@@ -230,7 +231,7 @@ public:
    */
   void GetPixelCnt(LONG x, LONG y, LONG cnt, UCHAR* buffer, LONG inc, COLORMODE dstmode,
                    PIXELCNT flags) const;
-  /** FALSE, and nothing changed, when a pixel lies outside of the picture. */
+  /** FALSE, and nothing changed, when a pixel lies outside the picture. */
   Bool SetPixelCnt(LONG x, LONG y, LONG cnt, UCHAR* buffer, LONG inc, COLORMODE srcmode, PIXELCNT flags);
   /** One colour, 0 to 255, for all pixels; alpha stays. */
   void Clear(LONG r, LONG g, LONG b);

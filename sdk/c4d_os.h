@@ -1,11 +1,13 @@
 // The seam between host and module: tables of function pointers, handed over at system initialisation.
-// Each table is written once, as a list with its contract, in tables/<name>.inc. Values cross as the SDK
-// layer's types, which both sides build from the same sources; no exception crosses.
+// Each table is written once, as a list with its contract, in tables/<name>.inc; its names are the host's
+// own. Values cross as the SDK layer's types, which both sides build from the same sources; no exception
+// crosses.
+// ours: this file
 #pragma once
 
 #include "c4d.h"
 
-/** Places of a node in relation to another one. */
+/** Where a node goes in relation to another one. */
 enum LISTPLACE { LISTPLACE_FIRSTBELOW, LISTPLACE_LASTBELOW, LISTPLACE_AFTER, LISTPLACE_BEFORE };
 
 #define C4D_ENTRY(R, name, parameters) R(*name) parameters;

@@ -1,8 +1,8 @@
-// Thinking Particles: one pool of particles for each document, and a tree of groups that they lie in. Main
+// Thinking Particles: one pool of particles for each document, and a tree of groups that hold them. Main
 // thread. Positions and velocities are in world space.
 //
-// A particle is a number from 0 to below NumParticles; a number is used again after its particle was freed.
-// Numbers outside of the pool and those of freed particles are reported and change nothing.
+// A particle is a number below NumParticles; its number is reused once the particle is freed. Calls with a
+// number outside the pool, or of a freed particle, are reported and change nothing.
 #pragma once
 
 #include "c4d_nodes.h"
@@ -20,12 +20,12 @@ enum TP_InsertMode {
 };
 enum TP_GetPGroupMode { TP_GETPGROUP_ALL = 0, TP_GETPGROUP_WITHPARTICLES = 1, TP_GETPGROUP_SELECTED = 2 };
 
-/** Finds the library; FALSE when it is missing. To be called before anything else of it. */
+/** Finds the library; FALSE when it is missing. Call it before anything else in this header. */
 Bool InitThinkingParticles();
 
 /**
- * A particle as a member of its group. Freeing a particle, or giving it to another group, makes this node
- * invalid and no other one: a walk that takes GetNext first goes on.
+ * A particle as a member of its group. Freeing a particle, or giving it to another group, invalidates
+ * this node and no other: a walk that calls GetNext first can go on.
  */
 class TP_ParticleNode : public HostOwned {
 public:
@@ -39,11 +39,11 @@ class TP_PGroup : public BaseList2D {
 public:
   const String GetTitle() { return GetName(); }
   void SetTitle(const String& title) { SetName(title); }
-  /** NULL for a group without particles; its subgroups' are not among them. */
+  /** NULL for a group without particles of its own; subgroups do not count. */
   TP_ParticleNode* GetFirstNode();
   /** Without those of subgroups. */
   LONG NumParticles();
-  /** What its particles are drawn in; white at first. */
+  /** Colour in which its particles are drawn; white at first. */
   Vector GetColor();
   void SetColor(const Vector& color);
 };
@@ -53,7 +53,7 @@ class TP_PGroupArray {
 public:
   Bool Append(TP_PGroup* group) { return group && groups_.Push(group); }
   LONG GetCount() const { return (LONG)groups_.GetCount(); }
-  /** NULL outside of the list. */
+  /** NULL outside the list. */
   TP_PGroup* GetIndex(LONG index) const { return index >= 0 && index < GetCount() ? groups_[index] : NULL; }
   void Flush() { groups_.FreeArray(); }
 
@@ -64,24 +64,26 @@ private:
 /** (TP_MasterSystem*)doc->FindSceneHook(ID_THINKINGPARTICLES); the document owns it. */
 class TP_MasterSystem : public BaseSceneHook {
 public:
-  /** In the built-in group, at the origin, age 0, life 0, size 1. NOTOK when memory or the limit refuse. */
+  /** In the built-in group, at the origin, age 0, life 0, size 1. NOTOK when memory is refused or the pool is
+   * full. */
   LONG AllocParticle();
-  /** As many as there is room for, their numbers in ids; NOTOK when not one could be made. */
+  /** Makes as many as there is room for and puts their numbers into ids; NOTOK when there is room for none.
+   */
   LONG AllocParticles(LONG num, LONG* ids);
   void FreeParticle(LONG pid);
   void FreeAllParticles();
-  /** Bound of the numbers in use, not how many live. */
+  /** One more than the largest number in use, not the number of living particles. */
   LONG NumParticles();
-  /** Asking for a freed particle is no breach; a number outside of the pool is. */
+  /** Asking about a freed particle is allowed; a number outside the pool is reported. */
   Bool Alive(LONG pid);
 
-  /** White and without a place: the caller owns it until SetPGroupHierarchy. NULL when memory is refused. */
+  /** White and outside the tree: the caller owns it until SetPGroupHierarchy. NULL when memory is refused. */
   TP_PGroup* AllocParticleGroup();
-  /** With its subgroups and all their particles. The built-in group stays and is reported. */
+  /** With its subgroups and all their particles. The built-in group stays; the call is reported. */
   void FreeParticleGroup(TP_PGroup*& group);
   /**
-   * Puts a group below or beside another one; parent NULL is the built-in group. TP_INSERT_NONE only takes it
-   * out. FALSE when it would lie below itself or beside the built-in group.
+   * Puts a group below or beside another one; parent NULL is the built-in group. TP_INSERT_NONE only removes
+   * it. FALSE when it would lie below itself or beside the built-in group.
    */
   Bool SetPGroupHierarchy(TP_PGroup* parent, TP_PGroup* group, TP_InsertMode mode);
   /**
@@ -92,7 +94,7 @@ public:
                          Bool subgroups = TRUE);
   LONG GetGroupParticleCount(TP_PGroup* group, Bool subgroups = TRUE);
 
-  /** As the last one of its group; NULL is the built-in group. */
+  /** Appends the particle to a group; NULL is the built-in group. */
   void SetGroup(LONG pid, TP_PGroup* group);
   TP_PGroup* Group(LONG pid);
   void SetPosition(LONG pid, const Vector& position);

@@ -32,7 +32,7 @@ void FillNode(NODEPLUGIN& np, LONG info, DataAllocator* g, const String* descrip
   np.SetDParameter = &Thunk<&NodeData::SetDParameter>::Call<NodeData>;
 }
 
-/** A refused description refuses the plug-in's parameters only when it was asked for by name. */
+/** A description that the plug-in names must be accepted too, or the registration fails. */
 Bool Register(PLUGINTYPE type, LONG id, const String& str, const String& description, const void* data,
               LONG size) {
   if (!C4DOS.general->RegisterPlugin(type, id, str, data, size)) return FALSE;

@@ -23,7 +23,7 @@ class NodeData : public BaseData {
 public:
   /** The host's node; NULL before the host attached it. */
   GeListNode* Get() const { return private_link_; }
-  void AttachNode(GeListNode* node) { private_link_ = node; }
+  void AttachNode(GeListNode* node) { private_link_ = node; } // ours
 
   /** Writes the defaults into the node's container: descriptions do not. */
   virtual Bool Init(GeListNode*) { return TRUE; }

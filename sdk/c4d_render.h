@@ -21,7 +21,10 @@ enum RAYBIT {
 };
 ENUM_END_FLAGS(RAYBIT)
 
-enum ILLUMINATEFLAGS { ILLUMINATEFLAGS_0 = 0, ILLUMINATEFLAGS_SHADOW = 1 << 0 };
+enum ILLUMINATEFLAGS {
+  ILLUMINATEFLAGS_0 = 0,          // ours
+  ILLUMINATEFLAGS_SHADOW = 1 << 0 // ours
+};
 ENUM_END_FLAGS(ILLUMINATEFLAGS)
 
 // Light types (RayLight::type) and shadows (RayLight::stype).
@@ -91,8 +94,8 @@ struct SurfaceIntersection {
 };
 
 /**
- * What one render thread knows of the ray at hand. The plug-in reads the input fields and writes the results
- * (col, trans) last: calls that it makes may use the same structure for other rays meanwhile.
+ * What one render thread knows about the current ray. The plug-in reads the input fields and writes the
+ * results (col, trans) last: calls that it makes may use the same structure for other rays meanwhile.
  */
 struct BaseVolumeData {
   LONG version = 0, fps = 30;
@@ -152,11 +155,11 @@ protected:
 
 enum { VPBUFFER_RGBA = 1, VPBUFFER_DEPTH = 100 };
 enum VPGETINFO {
-  VPGETINFO_XRESOLUTION = 0,
-  VPGETINFO_YRESOLUTION = 1,
-  VPGETINFO_BITDEPTH = 2,
-  VPGETINFO_CPP = 3,
-  VPGETINFO_VISIBLE = 4,
+  VPGETINFO_XRESOLUTION = 0, // ours
+  VPGETINFO_YRESOLUTION = 1, // ours
+  VPGETINFO_BITDEPTH = 2,    // ours
+  VPGETINFO_CPP = 3,         // ours
+  VPGETINFO_VISIBLE = 4,     // ours
   VPGETINFO_LINEOFFSET = 5
 };
 ENUM_END_LIST(VPGETINFO)
@@ -169,7 +172,7 @@ public:
   LONG GetBh() const { return GetInfo(VPGETINFO_YRESOLUTION); }
   LONG GetBt() const { return GetInfo(VPGETINFO_BITDEPTH); }
   LONG GetCpp() const { return GetInfo(VPGETINFO_CPP); }
-  /** cnt pixels of line y from x on; bitdepth 8, 16 or 32 says what data holds: UCHAR, UWORD or SReal. */
+  /** cnt pixels of line y from x on; bitdepth 8, 16 or 32, says whether data holds UCHAR, UWORD or SReal. */
   Bool GetLine(LONG x, LONG y, LONG cnt, void* data, LONG bitdepth, Bool dithering) const;
   Bool SetLine(LONG x, LONG y, LONG cnt, void* data, LONG bitdepth, Bool dithering);
 };

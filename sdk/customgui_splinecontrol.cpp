@@ -25,7 +25,7 @@ Vector SplineData::GetPoint(Real x) const {
   if (after == count) return Vector(x, knots_[count - 1].y, 0.0);
   const Knot &a = knots_[after - 1], &b = knots_[after];
   const Real share = (x - a.x) / (b.x - a.x);
-  // Not as a.y + share * (b.y - a.y): the difference of large values is no number.
+  // Not as a.y + share * (b.y - a.y): the difference of large values can overflow.
   return Vector(x, a.y * (1.0 - share) + b.y * share, 0.0);
 }
 

@@ -7,12 +7,12 @@
 enum { CUSTOMDATATYPE_SPLINE = 1009060 };
 
 /**
- * Between knots the curve is linear. Before the first and after the last one it has that knot's value,
- * without knots it is 1 everywhere. Knots of the same x make a step: at x itself the last of them counts.
+ * Linear between knots. Before the first knot and after the last one it keeps that knot's value; without
+ * knots it is 1 everywhere. Knots with the same x make a step: at x itself the last of them counts.
  */
 class SplineData : public CustomDataType {
 public:
-  static const LONG kMaxKnots = 4096;
+  static const LONG kMaxKnots = 4096; // ours
 
   static SplineData* Alloc() { return gNew SplineData; }
   static void Free(SplineData*& curve) { gDelete(curve); }
@@ -22,18 +22,18 @@ public:
   SplineData& operator=(const SplineData&) = delete;
 
   LONG GetKnotCount() const { return (LONG)knots_.GetCount(); }
-  /** x and y of a knot, in order of x; the zero vector outside of the list. */
-  Vector GetKnot(LONG index) const;
+  /** x and y of a knot, in order of x; the zero vector outside the list. */
+  Vector GetKnot(LONG index) const; // ours
   /** x and the curve's value at x as y. Any thread while nobody writes. */
   Vector GetPoint(Real x) const;
   /**
-   * The knot's place in the list. NOTOK, with nothing changed, when x lies outside of 0 to 1, y is not
-   * finite, there are kMaxKnots already or memory is refused.
+   * The knot's place in the list. NOTOK, with nothing changed, when x lies outside 0 to 1, y is not
+   * finite, there are already kMaxKnots or memory is refused.
    */
-  LONG InsertKnot(Real x, Real y);
-  void DelAllPoints() { knots_.FreeArray(); }
+  LONG InsertKnot(Real x, Real y);            // ours
+  void DelAllPoints() { knots_.FreeArray(); } // ours
   /** FALSE when memory is refused; dest then stays as it was. */
-  Bool Copy(SplineData* dest) const;
+  Bool Copy(SplineData* dest) const; // ours
   /** TRUE for the same knots. */
   Bool Compare(const SplineData& other) const;
 

@@ -28,8 +28,12 @@ enum {
   DA_CUSTOMDATATYPE = 1000000
 };
 
-enum VOIDVALUE { VOIDVALUE_0 };
-enum LLONGVALUE { LLONGVALUE_0 };
+enum VOIDVALUE {
+  VOIDVALUE_0 // ours
+};
+enum LLONGVALUE {
+  LLONGVALUE_0 // ours
+};
 
 /** Link to a node that outlives the node: it resolves to NULL once the node is gone. */
 class BaseLink {
@@ -112,7 +116,7 @@ public:
   void SetBaseTime(const BaseTime& t) { SetPayload(DA_TIME, t); }
   void SetContainer(const BaseContainer& bc);
   void SetBaseLink(const BaseLink* link);
-  /** Takes a copy; types that are not known leave DA_NIL. */
+  /** Takes a copy; unknown types leave DA_NIL. */
   void SetCustomDataType(LONG type, const CustomDataType& data);
 
   bool operator==(const GeData& d) const;
@@ -271,4 +275,9 @@ private:
   LONG depth_ = 0;
 };
 
-enum { VECTOR_X = 1000, VECTOR_Y = 1001, VECTOR_Z = 1002, ID_USERDATA = 700 };
+enum {
+  VECTOR_X = 1000,
+  VECTOR_Y = 1001, // ours
+  VECTOR_Z = 1002, // ours
+  ID_USERDATA = 700
+};

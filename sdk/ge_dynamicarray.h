@@ -4,8 +4,8 @@
 
 #include "ge_memory.h"
 
-namespace sdk {
-/** Tells the host that an array could not grow (source name and line of the array header). */
+namespace sdk { // ours
+/** Reports to the host that an array could not grow (source name and line of the array header). */
 void ReportRefusedGrow(LONG line, const CHAR* file);
 } // namespace sdk
 

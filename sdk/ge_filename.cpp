@@ -35,7 +35,7 @@ Bool Filename::FileSelect(FILESELECTTYPE type, FILESELECT flags, const String& t
 
 Filename Filename::GetDirectory() const {
   const LONG start = FileStart(path_);
-  // The separator goes, except that of the root.
+  // Drops the separator, except the root's.
   return Filename(path_.Left(start > 1 ? start - 1 : start));
 }
 

@@ -7,7 +7,7 @@
 #include <new>
 #include <utility>
 
-namespace sdk {
+namespace sdk { // ours
 void* Alloc(VLONG size, LONG line, const CHAR* file);
 void* AllocNC(VLONG size, LONG line, const CHAR* file);
 void* ReallocNC(void* block, VLONG size, LONG line, const CHAR* file);

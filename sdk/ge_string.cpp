@@ -18,7 +18,7 @@ UWORD Lower(UWORD ch) {
   return ch >= 'A' && ch <= 'Z' ? (UWORD)(ch + 32) : ch;
 }
 
-/** Decodes one UTF-8 character; 0xFFFFFFFF for bytes that are none. */
+/** Decodes one UTF-8 character; 0xFFFFFFFF for bytes that are not UTF-8. */
 ULONG DecodeUtf8(const UCHAR* s, LONG left, LONG* used) {
   *used = 1;
   if (s[0] < 0x80) return s[0];
@@ -206,7 +206,7 @@ LONG String::ToLong(LONG* error) const {
 }
 
 Real String::ToReal(LONG* error) const {
-  // The C locale's grammar whatever the process' locale is.
+  // The grammar of the C locale, whatever locale the process has.
   const std::string text = Encode(*this, STRINGENCODING_UTF8);
   std::size_t start = text.find_first_not_of(" \t");
   if (start == std::string::npos) start = text.size();

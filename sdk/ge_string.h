@@ -51,7 +51,7 @@ public:
   Bool FindLast(const String& s, LONG* pos, LONG start = -1) const;
   Bool FindLast(UWORD ch, LONG* pos, LONG start = -1) const;
 
-  /** A start or count outside the text is cut to what is there. */
+  /** A start or count outside the text is clipped to it. */
   String SubStr(LONG start, LONG count) const;
   String Left(LONG count) const { return SubStr(0, count); }
   String Right(LONG count) const;
@@ -60,7 +60,7 @@ public:
   String ToUpper() const;
   String ToLower() const;
 
-  /** The whole text as a number; *error is 0 when all of it was one. */
+  /** The whole text as a number; *error is 0 when all of it is one. */
   LONG ToLong(LONG* error = NULL) const;
   Real ToReal(LONG* error = NULL) const;
 
@@ -71,7 +71,7 @@ public:
   void SetCString(const CHAR* s, LONG count = -1, STRINGENCODING type = STRINGENCODING_XBIT);
 
   UWORD operator[](LONG i) const { return i >= 0 && i < length_ ? text_[i] : (UWORD)0; }
-  void SetChar(LONG i, UWORD ch) {
+  void SetChar(LONG i, UWORD ch) { // ours
     if (i >= 0 && i < length_) text_[i] = ch;
   }
 

@@ -7,7 +7,7 @@
 #include <cmath>
 
 template <class R>
-struct VectorT {
+struct VectorT { // ours
   R x, y, z;
 
   VectorT() : x(0), y(0), z(0) {}
@@ -73,7 +73,7 @@ inline R Len(const VectorT<R>& v) {
 
 /** Affine matrix: a point p maps to off + v1 * p.x + v2 * p.y + v3 * p.z. */
 template <class R>
-struct MatrixT {
+struct MatrixT { // ours
   typedef VectorT<R> V;
   V off, v1, v2, v3;
 
@@ -116,16 +116,16 @@ typedef MatrixT<Real> Matrix;
 
 /** Four-component column vectors of a projective matrix: result = v1*x + v2*y + v3*z + off*w. */
 template <class R>
-struct Vector4T {
+struct Vector4T { // ours
   R x, y, z, w;
   Vector4T(R ix = 0, R iy = 0, R iz = 0, R iw = 0) : x(ix), y(iy), z(iz), w(iw) {}
 };
 template <class R>
-struct Matrix4T {
+struct Matrix4T { // ours
   Vector4T<R> off{0, 0, 0, 1}, v1{1, 0, 0, 0}, v2{0, 1, 0, 0}, v3{0, 0, 1, 0};
 };
 typedef Vector4T<SReal> SVector4;
-typedef Vector4T<LReal> LVector4;
+typedef Vector4T<LReal> LVector4; // ours
 typedef Matrix4T<SReal> SMatrix4;
 typedef Matrix4T<LReal> LMatrix4;
 

@@ -1,7 +1,7 @@
 // The hair library: objects that carry guides, each a short chain of points. Main thread.
 //
-// A hair object's guides are reached between Lock and Unlock only; outside of them GetGuides and SetGuides
-// fail and are reported.
+// A hair object's guides are reached between Lock and Unlock only; outside, GetGuides and SetGuides fail
+// and are reported.
 #pragma once
 
 #include "c4d_nodes.h"
@@ -18,7 +18,7 @@ class HairGuides : public HostOwned {
 public:
   /** All points at the origin. NULL for a negative count, no segment or refused memory. */
   static HairGuides* Alloc(LONG count, LONG segments);
-  /** Guides that an object owns stay, and are reported. */
+  /** Guides that an object owns stay; the call is reported. */
   static void Free(HairGuides*& guides);
   LONG GetCount() const;
   LONG GetSegmentCount() const;
@@ -42,14 +42,14 @@ public:
   /** Reported when it is not locked. */
   void Unlock();
 
-  /** The object's own; NULL without any. Locked only. */
+  /** The object's own guides, NULL if it has none. Only while locked. */
   HairGuides* GetGuides();
   /**
-   * With clone FALSE the object owns them from then on, with TRUE it takes a copy; those that it had are
-   * freed. FALSE when it is not locked, when the guides belong to another object or when memory is refused:
-   * nothing changes then.
+   * With clone FALSE the object takes ownership, with TRUE it takes a copy; the guides it had are freed.
+   * FALSE, with nothing changed, when it is not locked, when the guides belong to another object or when
+   * memory is refused.
    */
   Bool SetGuides(HairGuides* guides, Bool clone);
-  /** Tells everyone that the hair changed. FALSE, and reported, while it is locked. */
+  /** Notifies everyone that the hair changed. FALSE, and reported, while it is locked. */
   Bool Update(BaseDocument* doc);
 };

@@ -5,7 +5,7 @@
 
 class BasePlugin;
 
-/** Number of an element to the number that its value is stored under; a table ends at guiid NOTOK. */
+/** Maps an element's number to the number that its value is stored under; a table ends at guiid NOTOK. */
 struct PrefsMapTable {
   LONG guiid;
   LONG prefsid;

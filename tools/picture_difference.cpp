@@ -1,4 +1,4 @@
-// picture_difference: how far two PNG files are apart, in steps of 8 bits. Exit status 0 when no more than
+// picture_difference: how much two PNG files differ, in steps of 8 bits. Exit status 0 when no more than
 // one pixel in ten thousand differs by more than one step.
 #include "host/picture/image.h"
 

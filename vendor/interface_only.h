@@ -1,6 +1,6 @@
-// Forced before every source of the module in the interface check: what the module may see of the interface,
-// with all names poisoned that are not the vendor's. System and library headers come first, as they may use
-// such a name for something of their own.
+// Included before every source of the module in the interface check: what the module may see of the
+// interface, with every name poisoned that is not the vendor's. System and library headers come first because
+// they may use such a name for something of their own.
 #pragma once
 
 #include <algorithm>
@@ -50,4 +50,4 @@
 #include "lib_hair.h"
 #include "lib_prefs.h"
 
-#include "poisoned_names.h" // made by the build out of own_names.txt
+#include "poisoned_names.h" // made by make_lists.py

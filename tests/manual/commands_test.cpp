@@ -134,19 +134,5 @@ TEST_F(ManualCommands, EveryCommandAndOptionOfTheProgramIsDescribed) {
   EXPECT_GE(commands, 10);
 }
 
-/** Pictures that are shown are there, and small enough for a package. */
-TEST_F(ManualCommands, PicturesAreThere) {
-  int pictures = 0;
-  const std::regex form("\\]\\(([^)]*[.]png)\\)");
-  for (const Section& section : manual_.Sections())
-    for (const std::string& line : section.lines)
-      for (std::sregex_iterator p(line.begin(), line.end(), form), end; p != end; ++p, ++pictures) {
-        const fs::path path = fs::path(KELVRA_SOURCE_DIR) / "docs" / (*p)[1].str();
-        ASSERT_TRUE(fs::exists(path)) << path;
-        EXPECT_LE(fs::file_size(path), 300000u) << path;
-      }
-  EXPECT_GT(pictures, 3);
-}
-
 } // namespace
 } // namespace manual_test

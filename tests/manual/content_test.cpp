@@ -3,6 +3,7 @@
 #include "manual/manual_text.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <map>
@@ -211,6 +212,43 @@ TEST(ManualContent, MessagesAreThoseOfThePrograms) {
     }
   }
   EXPECT_GT(checked, 100);
+}
+
+/** Links, pictures, scripts and files that a page names, as paths. */
+std::vector<fs::path> PathsIn(const fs::path& page) {
+  const std::string text = ReadText(page.string());
+  const fs::path root(KELVRA_SOURCE_DIR);
+  std::vector<fs::path> paths;
+  const auto collect = [&](const char* form, const fs::path& from) {
+    const std::regex regex(form);
+    for (std::sregex_iterator m(text.begin(), text.end(), regex), end; m != end; ++m)
+      paths.push_back(from / (*m)[1].str());
+  };
+  collect("\\]\\(([^)#:]+)", page.parent_path());
+  collect("`((?:bench|cli|cmake|docs|fuzz|host|res|scripts|sdk|source|tests|tools|vendor)/[^`*<]*)`", root);
+  collect("\n *\\./([a-z_]+\\.sh)", root);
+  return paths;
+}
+
+TEST(Pages, NameFilesThatAreThere) {
+  const fs::path root(KELVRA_SOURCE_DIR);
+  std::vector<fs::path> pages;
+  for (const fs::directory_entry& entry : fs::directory_iterator(root)) {
+    if (fs::exists(entry.path() / "README.md")) pages.push_back(entry.path() / "README.md");
+    if (entry.path().filename() == "README.md") pages.push_back(entry.path());
+  }
+  for (const fs::directory_entry& entry : fs::directory_iterator(root / "docs"))
+    if (entry.path().extension() == ".md") pages.push_back(entry.path());
+  std::size_t named = 0;
+  for (const fs::path& page : pages)
+    for (const fs::path& path : PathsIn(page)) {
+      EXPECT_TRUE(fs::exists(path)) << page << " names " << path;
+      EXPECT_TRUE(path.extension() != ".png" || fs::file_size(path) < 300000)
+          << path << " is too large for a package";
+      EXPECT_TRUE(path.extension() != ".sh" || access(path.c_str(), X_OK) == 0) << path << " cannot be run";
+      ++named;
+    }
+  EXPECT_GT(named, 80u);
 }
 
 } // namespace
