@@ -1,10 +1,11 @@
 #include "object/rerenderobject.h"
 
 #include "glpoint.h"
+#include "host_text.h"
 #include "object/convert/conversion.h"
 #include "object/draw/view_uploads.h"
 #include "object/laz_renderer.h"
-#include "object/load/file_loading.h"
+#include "object/load/load_command.h"
 #include "object/reprojection.h"
 #include "object/text_export.h"
 #include "otallyframe.h"
@@ -13,6 +14,7 @@
 #include "vpkelvrarender.h"
 
 #include <cmath>
+#include <new>
 
 namespace kelvra {
 
@@ -26,6 +28,28 @@ namespace {
 void DropEmptyBlocks(PointGroup& group) {
   for (VLONG i = group.blocks.GetCount() - 1; i >= 0; --i)
     if (group.blocks[i].count < 1) group.blocks.Remove(i);
+}
+
+/** Keeps the object as it is now as one step that the user can undo; nothing without a document. */
+void RecordUndo(BaseObject* op) {
+  BaseDocument* doc = op->GetDocument();
+  if (!doc) return;
+  doc->StartUndo();
+  doc->AddUndo(UNDOTYPE_CHANGE, op);
+  doc->EndUndo();
+}
+
+const LONG kDefaultBudget = 100; ///< millions, where the object has no entry
+const LLONG kMillion = 1000000;
+
+LoadOptions ReadOptions(BaseObject* op) {
+  const BaseContainer* data = op->GetDataInstance();
+  LoadOptions options;
+  options.size = data->GetReal(KELVRA_OBJECT_SIZE);
+  options.budget = data->GetLong(KELVRA_LOAD_BUDGET, kDefaultBudget);
+  options.limit = (LLONG)options.budget * kMillion;
+  options.everyNth = LMax(1, data->GetLong(KELVRA_LOAD_NTH, 1));
+  return options;
 }
 
 } // namespace
@@ -108,6 +132,8 @@ Bool KelvraObject::Message(GeListNode* node, LONG type, void* data) {
       store.ExportPositions(dest, count, &display.box, op->GetDataInstance()->GetReal(KELVRA_OBJECT_SIZE));
     });
     break;
+  case KELVRA_MESSAGE_REPORT:
+    return data && OnReport(*(KelvraCloudReport*)data);
   default:
     break;
   }
@@ -127,13 +153,41 @@ void KelvraObject::Answer(BaseObject* op, PointArray* answer, Export exportTo) {
     answer->count = 0;
 }
 
+Bool KelvraObject::OnReport(KelvraCloudReport& answer) {
+  try {
+    return reporter_.Fill(store, loadReports, answer);
+  } catch (const std::bad_alloc&) {
+    return FALSE;
+  }
+}
+
+/** Asks for a file, or for a folder of which every file is loaded. */
+void KelvraObject::Load(BaseObject* op, Bool folderMode) {
+  Filename chosen;
+  if (!chosen.FileSelect(FILESELECTTYPE_ANYTHING, folderMode ? FILESELECT_DIRECTORY : FILESELECT_LOAD,
+                         "Point Cloud"))
+    return;
+  const std::string path = Utf8(chosen.GetString());
+  const std::vector<NamedFile> files = folderMode ? FilesOf(chosen) : std::vector<NamedFile>{{chosen, path}};
+  if (files.empty()) PrintLine(path, "the folder holds no file to load");
+
+  const Bool wasEmpty = store.CountBlocks() == 0;
+  loadReports = LoadFiles(files, {store, ReadOptions(op), [op] { RecordUndo(op); }});
+  const PointBlock* first = store.GetFirstBlock();
+  if (wasEmpty && first && first->header.key > 1)
+    op->GetDataInstance()->SetString(KELVRA_EPSG, LongToString(first->header.key));
+  StatusClear();
+  op->Message(MSG_UPDATE);
+  EventAdd();
+}
+
 void KelvraObject::OnCommand(BaseObject* op, LONG id) {
   switch (id) {
   case KELVRA_LOAD_FOLDER:
-    LoadFiles(op, TRUE);
+    Load(op, TRUE);
     break;
   case KELVRA_LOAD_FILE:
-    LoadFiles(op, FALSE);
+    Load(op, FALSE);
     break;
   case KELVRA_SAVE_TEXT:
     SaveAsText(op);

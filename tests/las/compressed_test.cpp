@@ -6,7 +6,7 @@
 
 namespace {
 
-using kelvra::LasReport;
+using kelvra::LasFindings;
 
 constexpr int kChunk = 50;
 constexpr std::size_t kPoints = 220; // four chunks and a part of one
@@ -24,8 +24,8 @@ protected:
 TEST_F(Compressed, EveryFormatReadsBackInFileOrder) {
   for (unsigned format = 0; format <= 10; ++format) {
     const Bytes file = Compress(MakeLas(format, points_), kChunk);
-    const LasReport report = Validate(file);
-    EXPECT_TRUE(report.complaints.empty() && report.remarks.empty() && report.patches.empty()) << format;
+    const LasFindings findings = Validate(file);
+    EXPECT_TRUE(findings.complaints.empty() && findings.remarks.empty() && findings.patches.empty()) << format;
     EXPECT_EQ(Heights(file), HeightsOf(points_, kPoints)) << format;
   }
   EXPECT_EQ(Heights(Compress(MakeLas(3, points_), 0)), HeightsOf(points_, kPoints)) << "pointwise";

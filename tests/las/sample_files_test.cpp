@@ -71,7 +71,7 @@ TEST_P(SamplePoints, HoldsTheSamePointsAndClasses) {
   ASSERT_TRUE(file.Open(path_)) << file.Refusal();
   std::map<std::string, std::int64_t> classes;
   std::int64_t sum[3] = {}, maxColor = 0;
-  const kelvra::LasHeader& header = file.Report().header;
+  const kelvra::LasHeader& header = file.Findings().header;
   kelvra::LasPoint point;
   while (file.Next()) {
     file.Get(point);
@@ -89,7 +89,7 @@ TEST_P(SamplePoints, HoldsTheSamePointsAndClasses) {
     EXPECT_EQ(maxColor, expected.at("max_rgb").get<std::int64_t>());
   }
   const json& keys = expected.at("geokeys");
-  EXPECT_EQ(file.Report().geoKeyCode,
+  EXPECT_EQ(file.Findings().geoKeyCode,
             keys.contains("3072") ? keys["3072"].get<unsigned>() : keys.value("2048", 0u));
 }
 
