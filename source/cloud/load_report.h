@@ -60,7 +60,7 @@ struct LoadReport {
   } dropped;
 
   LoadCut cut = LoadCut::kNone;
-  std::string cutPlace; // where and how the file breaks off, a sentence as in LoadNote; may be empty
+  std::string cutPlace; // where the file breaks off, a sentence as in LoadNote; may be empty
 
   std::int64_t everyNth = 1; // of the points or lines; the first one is kept
   double step = 0.0;         // distance of neighbouring stored coordinates where it is largest, file units

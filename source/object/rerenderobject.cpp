@@ -30,15 +30,6 @@ void DropEmptyBlocks(PointGroup& group) {
     if (group.blocks[i].count < 1) group.blocks.Remove(i);
 }
 
-/** Keeps the object as it is now as one step that the user can undo; nothing without a document. */
-void RecordUndo(BaseObject* op) {
-  BaseDocument* doc = op->GetDocument();
-  if (!doc) return;
-  doc->StartUndo();
-  doc->AddUndo(UNDOTYPE_CHANGE, op);
-  doc->EndUndo();
-}
-
 const LONG kDefaultBudget = 100; ///< millions, where the object has no entry
 const LLONG kMillion = 1000000;
 
@@ -53,6 +44,14 @@ LoadOptions ReadOptions(BaseObject* op) {
 }
 
 } // namespace
+
+void RecordUndo(BaseObject* op) {
+  BaseDocument* doc = op->GetDocument();
+  if (!doc) return;
+  doc->StartUndo();
+  doc->AddUndo(UNDOTYPE_CHANGE, op);
+  doc->EndUndo();
+}
 
 LONG ShareOf(LONG total, Real share) {
   const Real count = std::floor((Real)total * share);

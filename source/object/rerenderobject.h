@@ -54,6 +54,9 @@ private:
 /** The object's data of a node of this type, NULL for other nodes. */
 KelvraObject* GetCloudData(BaseObject* op);
 
+/** Keeps the object as it is now as one step that the user can undo; nothing without a document. */
+void RecordUndo(BaseObject* op);
+
 /** floor(total * share), 0 where that is not a number, at most 2^31 - 1. */
 LONG ShareOf(LONG total, Real share);
 

@@ -128,7 +128,7 @@ LasChunkPlan PlanLasChunks(ByteSource& file, const LasHeader& header, const LasC
   if (start + compression.RawPointBytes() > file.Size()) {
     plan.cut = LoadCut::kFileEnd;
     plan.cutPlace =
-        Text("the file ends at byte %s, before its first point is complete", Grouped(file.Size()).c_str());
+        Text("it ends at byte %s, before its first point is complete", Grouped(file.Size()).c_str());
     return plan;
   }
   const std::uint64_t bytes = file.Size() - start;

@@ -141,8 +141,11 @@ void CountReadable(ByteSource& file, LasFindings& findings) {
   if (!header.Compressed()) {
     findings.readable = std::min(header.Points(), (file.Size() - header.pointOffset) / header.recordLength);
     if (findings.readable < header.Points()) {
+      const double end = static_cast<double>(header.Points()) * header.recordLength + header.pointOffset;
       findings.cut = LoadCut::kFileEnd;
-      findings.cutPlace = Text("the file ends early, at byte %s", Grouped(file.Size()).c_str());
+      findings.cutPlace = Text("its points should end at byte %s, but it ends at byte %s",
+                               Grouped(static_cast<std::uint64_t>(std::min(end, 1e18))).c_str(),
+                               Grouped(file.Size()).c_str());
     }
     return;
   }

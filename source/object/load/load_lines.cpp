@@ -46,7 +46,8 @@ std::string Summary(const LoadReport& report) {
 
 /** Where a file breaks off. The numbers follow unless the summary has them: it counts kept points only. */
 std::string Break(const LoadReport& report, const char* what) {
-  std::string text = report.cutPlace.empty() ? what : report.cutPlace;
+  std::string text = what;
+  if (!report.cutPlace.empty()) text += " (" + report.cutPlace + ")";
   if (report.available != report.kept)
     text += ": " + Count(report.available) + " of " + Points(report.announced) + " could be read";
   return text;
