@@ -112,7 +112,7 @@ Bool PointBlock::Write(HyperFile* hf) const {
   if (!hf->WriteLVector(box.valid ? box.min : LVector()) ||
       !hf->WriteLVector(box.valid ? box.max : LVector()))
     return FALSE;
-  // First, third, second, fourth: deliberate. Saved scenes hold this order.
+  // First, third, second, fourth: saved scenes hold them in this order.
   if (!hf->WriteLReal(reals[0]) || !hf->WriteLReal(reals[2]) || !hf->WriteLReal(reals[1]) ||
       !hf->WriteLReal(reals[3]))
     return FALSE;

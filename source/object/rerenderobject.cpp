@@ -263,7 +263,7 @@ void KelvraObject::GetDimension(BaseObject* op, Vector* mp, Vector* rad) {
 
 DRAWRESULT KelvraObject::Draw(BaseObject* op, DRAWPASS drawpass, BaseDraw* bd, BaseDrawHelp* bh) {
   DrawPoints(op, store, display, drawpass, bd, bh);
-  return DRAWRESULT_OK; // a view that could not be drawn is no error of the object
+  return DRAWRESULT_OK; // a view that could not be drawn is not an error of the object
 }
 
 BaseObject* KelvraObject::GetVirtualObjects(BaseObject* op, HierarchyHelp* hh) {

@@ -42,6 +42,7 @@ std::string ReadTable(ByteSource& file, const LasHeader& header, const LasCompre
   const std::uint64_t bytes = table.position - header.pointOffset - kTablePositionBytes;
   const std::uint64_t mostChunks = std::min(announced, bytes / compression.RawPointBytes());
   const std::uint64_t size = compression.chunkSize;
+  // The number of chunks must fit the points and the bytes before it sizes an array.
   if (count > mostChunks)
     return Text("the chunk table has %s chunks, %s points in %s bytes make %s at most",
                 Grouped(count).c_str(), Grouped(announced).c_str(), Grouped(bytes).c_str(),
@@ -54,6 +55,7 @@ std::string ReadTable(ByteSource& file, const LasHeader& header, const LasCompre
   if (!DecodeLasChunkTable(file, table.position + kTableHeaderBytes, count, compression.VariableChunks(),
                            table.chunks))
     return "the chunk table does not decode";
+  // Add up points and bytes: the last chunk must end where the table starts.
   std::uint64_t points = 0, end = header.pointOffset + kTablePositionBytes;
   for (std::size_t i = 0; i < table.chunks.size(); ++i) {
     LasChunk& chunk = table.chunks[i];
@@ -123,7 +125,7 @@ LasChunkPlan PlanLasChunks(ByteSource& file, const LasHeader& header, const LasC
   LasChunkPlan plan;
   const std::uint64_t announced = header.Points();
   if (announced == 0) return plan;
-  // The library cannot start on point data that is shorter than this.
+  // 1. Is there room for the first point, which stands uncompressed? The library cannot start without it.
   const std::uint64_t start = header.pointOffset + (compression.Chunked() ? kTablePositionBytes : 0);
   if (start + compression.RawPointBytes() > file.Size()) {
     plan.cut = LoadCut::kFileEnd;
@@ -131,10 +133,12 @@ LasChunkPlan PlanLasChunks(ByteSource& file, const LasHeader& header, const LasC
         Text("it ends at byte %s, before its first point is complete", Grouped(file.Size()).c_str());
     return plan;
   }
+  // 2. Bound the number of points by the bytes that are there.
   const std::uint64_t bytes = file.Size() - start;
   plan.readable = bytes < announced / kMaxPointsPerByte ? bytes * kMaxPointsPerByte : announced;
   if (!compression.Chunked()) return plan;
 
+  // 3. Read the chunk table. Chunks of one size can do without: each starts where the one before it ends.
   ChunkTable table;
   const std::string tableProblem = ReadTable(file, header, compression, table);
   plan.withoutTable = !tableProblem.empty();
@@ -143,6 +147,7 @@ LasChunkPlan PlanLasChunks(ByteSource& file, const LasHeader& header, const LasC
     plan.readable = 0;
     return plan;
   }
+  // 4. Layered chunks tell their lengths: follow them to the first one that does not fit.
   if (compression.Layered())
     FollowLayeredChunks(file, header, compression, plan.withoutTable ? nullptr : &table, plan);
   if (plan.cut == LoadCut::kNone && plan.withoutTable) {

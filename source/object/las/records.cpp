@@ -118,7 +118,8 @@ LoopResult ReadPoints(LasFile& file, const Plan& plan, ProgressMeter& meter, Las
   return result;
 }
 
-// 8-bit colours in 16-bit fields. The factor is 255 deliberately, where text colours get 256.
+// 8-bit colours in 16-bit fields. The factor is 255 although text colours get 256: scenes hold colours that
+// were widened so, and the same file must look the same beside them.
 void WidenColors(LasCloud& cloud) {
   constexpr std::uint16_t kFactor = 255;
   for (std::int64_t i = 0; i < cloud.report.kept; ++i) {
@@ -130,7 +131,7 @@ void WidenColors(LasCloud& cloud) {
   cloud.widened = true;
 }
 
-// The header's bounds were rounded by their writer: half a step of the raw integers is no contradiction.
+// Writers round the header's bounds: a point may lie outside of them by half a step of the raw integers.
 bool BoxHolds(const LasHeader& header, const SourceBox& outer, const SourceBox& inner) {
   for (int axis = 0; axis < 3; ++axis) {
     const double slack = std::abs(header.scale[axis]) / 2;
@@ -154,7 +155,8 @@ void TakeHeader(const LasFile& file, LasCloud& cloud) {
     cloud.headerBox.minimum[axis] = findings.header.minimum[axis];
     cloud.headerBox.maximum[axis] = findings.header.maximum[axis];
   }
-  // As soon as the header announces a point the key is 1, deliberately: every block of a LAS file carries it.
+  // The key is 1 as soon as the header announces a point. Blocks of one key are placed by the first one's
+  // header: that is what keeps the tiles of a survey side by side.
   cloud.key = cloud.report.announced > 0 ? 1 : findings.geoKeyCode;
 }
 
@@ -228,7 +230,7 @@ void Load(LasFile& file, const LasReadOptions& options, RecordMemory& memory, co
     return;
   }
 
-  // What the file holds: the library may have ended before the last point that seemed readable.
+  // The library may have ended before the last point that seemed readable.
   report.available = result.atEnd ? report.read : Clamped(file.Findings().readable);
   if (report.kept > 0 && result.colorBits > 0 && result.colorBits <= 255) WidenColors(cloud);
   cloud.headerBoxHolds = report.kept > 0 && BoxHolds(file.Findings().header, cloud.headerBox, cloud.pointBox);

@@ -12,7 +12,7 @@ namespace {
 
 constexpr unsigned kLastPointFormat = 10;
 
-// How the file starts, for the message about something that is no point cloud at all.
+// How the file starts, for the message about a file that is not a point cloud at all.
 std::string Beginning(ByteSource& file) {
   std::uint8_t bytes[12] = {};
   const std::size_t count = static_cast<std::size_t>(std::min<std::uint64_t>(file.Size(), sizeof bytes));

@@ -9,7 +9,7 @@
 
 namespace kelvra {
 
-/** What a load is told about the object that it loads for. */
+/** Settings of the object that a load reads. */
 struct LoadOptions {
   LReal size = 200.0;     ///< object size
   LLONG limit = 60000000; ///< point budget; LAS and LAZ only

@@ -8,7 +8,8 @@ namespace kelvra {
 
 namespace {
 
-/** 8-bit colours of text files become 16-bit ones; LAS colours are widened by 255 instead, deliberately. */
+/** Makes 16-bit colours of the 8-bit ones of text files. Scenes hold the products, so the factor must stay.
+ */
 const LONG kTextColorMultiplier = 256;
 
 /** Why a file without points gave none. */
