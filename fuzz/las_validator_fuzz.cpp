@@ -34,7 +34,7 @@ Reading ReadAll(const std::filesystem::path& path) {
       std::memcpy(&bits, &value, sizeof bits);
       reading.hash = (reading.hash ^ bits) * 1099511628211u;
     }
-    if (++reading.points > file.Report().readable) std::abort();
+    if (++reading.points > file.Findings().readable) std::abort();
   }
   return reading;
 }

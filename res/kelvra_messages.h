@@ -10,14 +10,50 @@ enum {
    * no points are rendered.
    */
   KELVRA_MESSAGE_EXPLAIN_RAY = 1037610,
+  /**
+   * To a point cloud object (type KELVRA_CLOUD), on the main thread: what became of the files of its last
+   * load command, and what does it hold now? Data: KelvraCloudReport*. FALSE, and the data stay as they are,
+   * for an unknown version or when memory is refused.
+   */
+  KELVRA_MESSAGE_REPORT = 1037611,
 
+  KELVRA_CLOUD = 1037074,
   KELVRA_HOOK = 1037078,
   KELVRA_RECORDER = 1037073, // video post
 
   // Container of the recorder.
   KELVRA_RECORDER_ENABLE = 1000, // bool
   KELVRA_RECORDER_FOLDER = 1001, // file name
-  KELVRA_RECORDER_NAME = 1002    // string: a run of # stands for the frame number
+  KELVRA_RECORDER_NAME = 1002,   // string: a run of # stands for the frame number
+
+  // KelvraLoadReport::outcome
+  KELVRA_LOAD_WHOLE = 0,   // every point that was asked for is there
+  KELVRA_LOAD_PARTIAL = 1, // points were loaded, others are missing
+  KELVRA_LOAD_EMPTY = 2,   // the file is sound but holds no point
+  KELVRA_LOAD_REFUSED = 3, // nothing could be loaded
+  KELVRA_LOAD_STOPPED = 4, // by the user; nothing of the file was loaded
+
+  // KelvraLoadReport::cut
+  KELVRA_CUT_NONE = 0,
+  KELVRA_CUT_FILE_END = 1, // the file is shorter than it promises
+  KELVRA_CUT_DAMAGE = 2,   // compressed points that do not decode
+  KELVRA_CUT_BUDGET = 3,   // the object's point limit per file
+  KELVRA_CUT_CAP = 4,      // 715,827,882 points, the most that one file can give
+  KELVRA_CUT_READ_ERROR = 5,
+  KELVRA_CUT_NO_MEMORY = 6,
+  KELVRA_CUT_STOPPED = 7, // by the user
+
+  // KelvraLoadNote::severity
+  KELVRA_NOTE_INFO = 0,
+  KELVRA_NOTE_WARNING = 1,
+  KELVRA_NOTE_ERROR = 2,
+
+  // KelvraLoadReport::reader and KelvraBlockReport::reader
+  KELVRA_READER_NONE = 0,         // the points came from another plug-in
+  KELVRA_READER_LAS = 1,          // LAS or LAZ
+  KELVRA_READER_LAS_BY_CLASS = 2, // LAS or LAZ without colours: coloured by classification
+  KELVRA_READER_XYZ = 3,
+  KELVRA_READER_PTS = 4
 };
 
 /** The ray is that of vd (ray, dist, raybits), traced as the renderer does; vd's results are not written. */
@@ -25,6 +61,62 @@ struct KelvraRayExplanation {
   LONG version; // 1
   VolumeData* vd;
   String* text; // result: lines, each closed by a line feed
+};
+
+/** A finding about a file, as a sentence. */
+struct KelvraLoadNote {
+  LONG severity;
+  const CHAR* text;
+};
+
+/**
+ * What became of one file. Counts are in points, those of text files in lines: read = kept + thinned +
+ * rejected + noData + notFinite + noMemory.
+ */
+struct KelvraLoadReport {
+  const CHAR* path;
+  const CHAR* line; // what the console printed, without the path
+  LONG reader, outcome, cut;
+  LLONG announced; // by the file; 0 where it does not say
+  LLONG available; // in the file, as far as its checks and its reading showed
+  LLONG read, kept;
+  LLONG thinned;                 // passed over to keep every n-th only
+  LLONG rejected, firstRejected; // lines that are not points; number of the first, from 1
+  LLONG noData;                  // marked as such by their height
+  LLONG notFinite;               // coordinates that are not finite 32-bit floats
+  LLONG noMemory;                // memory was refused for them
+  LLONG everyNth;                // of the points or lines; the first one is kept
+  LReal step; // distance of neighbouring stored coordinates where it is largest, file units
+  LONG epsg;  // code of the coordinate system that the file names; 0 for none
+  LReal seconds;
+  LONG noteCount;
+  const KelvraLoadNote* notes;
+};
+
+/** The points of one file. The box is in stored coordinates, in the axes of files: x east, y north, z up. */
+struct KelvraBlockReport {
+  const CHAR* source; // path of the file; empty for points from another plug-in
+  LONG group;         // number of the load command that brought it, from 0
+  LONG points;
+  LONG reader;
+  LONG hasBox; // 1 when min and max count
+  LVector min, max;
+  LONG hasColor; // 1 when its points differ in colour and the colour comes from the file
+  LONG isBlack;  // 1 when all its points are black, or as dark as readers make points without colour
+};
+
+/**
+ * The asker owns this structure and sets `version`. The object fills the rest and owns what the pointers
+ * name: all of it stays until the object gets this message again, loads, or is freed. Texts are UTF-8 and end
+ * with a zero. Reports belong to the session: they are neither saved nor copied with the object.
+ */
+struct KelvraCloudReport {
+  LONG version; // 1
+  LONG fileCount;
+  const KelvraLoadReport* files; // in the order in which they were loaded
+  LONG groups;
+  LONG blockCount;
+  const KelvraBlockReport* blocks; // in store order
 };
 
 #endif

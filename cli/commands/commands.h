@@ -13,6 +13,7 @@ struct InputOptions {
   std::vector<std::string> faults;   ///< KIND=N
   std::string output;
   bool json = false;
+  bool verbose = false; ///< print what the lines about files leave out
 };
 
 struct SnapshotOptions : InputOptions {

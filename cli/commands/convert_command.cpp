@@ -128,7 +128,7 @@ int RunConvert(const ConvertOptions& options) {
   CheckOutputKind(mode, options.output);
   CloudSession session(options.faults);
   session.Open(options.files, options.settings);
-  PrintReports(session);
+  PrintReports(session, options.verbose);
   session.RequirePoints();
   for (BaseObject* cloud : session.Clouds()) SetParameters(session, cloud, mode, options);
   const double asked = Announce(session, mode);

@@ -15,10 +15,30 @@ nlohmann::json BoxJson(const Box& box) {
   return {{"min", {box.min[0], box.min[1], box.min[2]}}, {"max", {box.max[0], box.max[1], box.max[2]}}};
 }
 
+const char* Name(FileOutcome outcome) {
+  switch (outcome) {
+  case FileOutcome::Whole:
+    return "whole";
+  case FileOutcome::Partial:
+    return "partial";
+  case FileOutcome::Empty:
+    return "empty";
+  case FileOutcome::Refused:
+    return "refused";
+  case FileOutcome::Stopped:
+    return "stopped";
+  }
+  return "";
+}
+
 void PrintJson(const CloudSession& session, const CloudStats& total) {
   nlohmann::json files = nlohmann::json::array();
   for (const FileReport& report : session.Reports())
-    files.push_back({{"path", report.path}, {"points", report.points}, {"message", report.message}});
+    files.push_back({{"path", report.path},
+                     {"points", report.points},
+                     {"outcome", Name(report.outcome)},
+                     {"message", report.message},
+                     {"details", report.details}});
   const nlohmann::json info = {{"points", total.Points()},
                                {"groups", total.groups},
                                {"blocks", total.blocks.size()},
@@ -39,8 +59,8 @@ std::string BoxText(const Box& box) {
   return text;
 }
 
-void PrintText(const CloudSession& session, const CloudStats& total) {
-  PrintReports(session);
+void PrintText(const CloudSession& session, const CloudStats& total, bool verbose) {
+  PrintReports(session, verbose);
   const double seconds = session.LoadSeconds();
   std::cout << "total: " << Grouped(total.Points()) << " points in " << total.blocks.size() << " blocks, "
             << total.groups << " groups, " << Fixed(seconds, 2) << " s";
@@ -64,7 +84,7 @@ int RunInfo(const InputOptions& options) {
   if (options.json)
     PrintJson(session, total);
   else
-    PrintText(session, total);
+    PrintText(session, total, options.verbose);
   return session.ExitStatus();
 }
 

@@ -128,7 +128,7 @@ int RunRender(const RenderCommandOptions& options) {
   const host::PictureFormat format = CheckRenderOptions(options);
   CloudSession session(options.faults);
   session.Open(options.files, options.settings);
-  if (options.pixel.empty()) PrintReports(session);
+  if (options.pixel.empty()) PrintReports(session, options.verbose);
   session.RequireContent();
   try {
     RenderScene scene = PrepareScene(session, options);

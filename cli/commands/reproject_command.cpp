@@ -34,7 +34,7 @@ std::string Text(BaseObject* cloud, LONG id) {
 int RunReproject(const ReprojectOptions& options) {
   CloudSession session(options.faults);
   session.Open(options.files, options.settings);
-  PrintReports(session);
+  PrintReports(session, options.verbose);
   session.RequirePoints();
   BaseObject* cloud = session.Cloud();
   // A scene may hold an earlier answer, which must not pass for this one's.

@@ -23,7 +23,7 @@ long long FileSize(const std::string& path) {
 int RunSave(const InputOptions& options) {
   CloudSession session(options.faults);
   session.Open(options.files, options.settings);
-  PrintReports(session);
+  PrintReports(session, options.verbose);
   session.RequireContent();
   std::string error;
   if (!session.App().SaveScene(session.Document(), options.output, &error)) {
@@ -37,7 +37,7 @@ int RunSave(const InputOptions& options) {
 int RunExport(const InputOptions& options) {
   CloudSession session(options.faults);
   session.Open(options.files, options.settings);
-  PrintReports(session);
+  PrintReports(session, options.verbose);
   session.RequirePoints();
   BaseObject* cloud = session.Cloud();
   const bool several = session.Clouds().size() > 1;

@@ -2,6 +2,7 @@
 
 #include "cli/commands/output/data_json.h"
 #include "cli/session/cloud_session.h"
+#include "host/scene/stream_visitor.h"
 #include "cli/text/format.h"
 
 #include <iostream>

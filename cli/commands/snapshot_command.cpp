@@ -78,7 +78,7 @@ int RunSnapshot(const SnapshotOptions& options) {
       options.clones.empty() ? std::vector<Matrix>() : ParseCloneGrid(options.clones);
   CloudSession session(options.faults);
   session.Open(options.files, options.settings);
-  PrintReports(session);
+  PrintReports(session, options.verbose);
   session.RequireContent();
 
   bool byHeight = false;

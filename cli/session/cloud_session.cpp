@@ -25,22 +25,15 @@ const char* const kModuleName = "kelvra.cdl64";
 const char* const kModuleName = "kelvra.so";
 #endif
 
-/** A console line that speaks of a path begins with it. */
-bool SpeaksOf(const std::string& line, const std::string& path) {
-  return line.rfind(path + ": ", 0) == 0;
-}
-
 bool IsFolder(const std::string& path) {
   std::error_code ignored;
   return fs::is_directory(fs::u8path(path), ignored);
 }
 
-FileOutcome Judge(const std::string& message, long long points) {
-  if (points == 0) return FileOutcome::Refused;
-  const bool cut = message.find("loaded ") != std::string::npos && message.find(" of ") != std::string::npos;
-  for (const char* loss : {"point budget ended", "without finite coordinates dropped", "for want of memory"})
-    if (message.find(loss) != std::string::npos) return FileOutcome::Partial;
-  return cut ? FileOutcome::Partial : FileOutcome::Whole;
+/** Messages about a scene begin with its path, which is printed in front of every message here. */
+std::string WithoutPath(const std::string& message, const std::string& path) {
+  const std::string start = path + ": ";
+  return message.compare(0, start.size(), start) == 0 ? message.substr(start.size()) : message;
 }
 
 } // namespace
@@ -137,16 +130,14 @@ void CloudSession::OpenScene(const std::string& path) {
   if (scene) {
     application_->CloseDocument(document_);
     document_ = scene;
-    for (BaseObject* cloud : Clouds()) {
-      CloudStats stats;
-      if (ReadCloudStats(cloud, &stats)) report.points += stats.Points();
-    }
-    report.message = "scene, " + std::to_string(Clouds().size()) + " point cloud objects";
+    report.points = Points();
+    const std::size_t clouds = Clouds().size();
+    report.message = "scene, " + std::to_string(clouds) + " point cloud object" + (clouds == 1 ? "" : "s");
     Vector low, high;
     const bool content = report.points > 0 || host::GeometryBox(document_, &low, &high);
     report.outcome = content ? FileOutcome::Whole : FileOutcome::Refused;
   } else {
-    report.message = SpeaksOf(error, path) ? error.substr(path.size() + 2) : error;
+    report.message = WithoutPath(error, path);
   }
   reports_.push_back(report);
 }
@@ -154,49 +145,18 @@ void CloudSession::OpenScene(const std::string& path) {
 void CloudSession::LoadCloud(const std::string& path) {
   std::error_code ignored;
   if (!fs::exists(fs::u8path(path), ignored)) {
-    reports_.push_back({path, 0, "no such file or folder", FileOutcome::Refused});
+    reports_.push_back({path, 0, "no such file or folder", FileOutcome::Refused, {}});
     return;
   }
   if (!target_) target_ = NewCloud();
-  CloudStats before;
-  ReadCloudStats(target_, &before);
-  const std::size_t firstLine = application_->GetConsole().Lines().size();
   application_->GetDialogs().AnswerFile(path);
   application_->PressButton(target_, IsFolder(path) ? KELVRA_LOAD_FOLDER : KELVRA_LOAD_FILE);
-  const std::vector<std::string> all = application_->GetConsole().Lines();
-  ReportFile(path, std::vector<std::string>(all.begin() + (std::ptrdiff_t)firstLine, all.end()), before);
-}
-
-void CloudSession::ReportFile(const std::string& path, const std::vector<std::string>& lines,
-                              const CloudStats& before) {
-  CloudStats after;
-  ReadCloudStats(target_, &after);
-  // What each file of this command brought, by the source path of its block.
-  std::vector<FileReport> found;
-  const auto reportOf = [&](const std::string& file) -> FileReport& {
-    for (FileReport& report : found)
-      if (report.path == file) return report;
-    found.push_back({file, 0, "", FileOutcome::Refused});
-    return found.back();
-  };
-  if (!IsFolder(path)) reportOf(path);
-  for (const std::string& line : lines) {
-    const bool ofFile = SpeaksOf(line, path);
-    const bool inFolder = !ofFile && IsFolder(path) && line.rfind(path, 0) == 0;
-    const std::size_t colon = line.find(": ", path.size());
-    if (!ofFile && (!inFolder || colon == std::string::npos)) continue;
-    FileReport& report = reportOf(ofFile ? path : line.substr(0, colon));
-    const std::string message = line.substr((ofFile ? path.size() : colon) + 2);
-    report.message += (report.message.empty() ? "" : "; ") + message;
+  const std::vector<FileReport> loaded = ReadFileReports(target_);
+  reports_.insert(reports_.end(), loaded.begin(), loaded.end());
+  if (loaded.empty()) {
+    const char* why = IsFolder(path) ? "the folder holds no file to load" : "the load gave no report";
+    reports_.push_back({path, 0, why, FileOutcome::Refused, {}});
   }
-  for (std::size_t i = before.blocks.size(); i < after.blocks.size(); ++i)
-    reportOf(after.blocks[i].source).points += after.blocks[i].points;
-  for (FileReport& report : found) {
-    report.outcome = Judge(report.message, report.points);
-    if (report.message.empty()) report.message = report.points ? "loaded" : "gave no point";
-    reports_.push_back(report);
-  }
-  if (found.empty()) reports_.push_back({path, 0, "holds no file to load", FileOutcome::Refused});
 }
 
 BaseObject* CloudSession::NewCloud() {

@@ -9,16 +9,6 @@
 
 namespace cli {
 
-/** How one named file fared. */
-enum class FileOutcome { Whole, Partial, Refused };
-
-struct FileReport {
-  std::string path;
-  long long points = 0;
-  std::string message; ///< the line printed for it, without the path
-  FileOutcome outcome = FileOutcome::Refused;
-};
-
 /** Exit statuses of the program. */
 enum ExitStatus { kExitWhole = 0, kExitIncomplete = 1, kExitUsage = 2 };
 
@@ -68,7 +58,6 @@ private:
   void OpenScene(const std::string& path);
   void LoadCloud(const std::string& path);
   BaseObject* NewCloud();
-  void ReportFile(const std::string& path, const std::vector<std::string>& lines, const CloudStats& before);
 
   std::unique_ptr<host::Application> application_;
   BaseDocument* document_ = nullptr;

@@ -1,6 +1,7 @@
-// What a point cloud object's own saved stream says about it.
-#include "host/application.h"
+// What a point cloud object says that it holds.
 #pragma once
+
+#include "c4d.h"
 
 #include <string>
 #include <vector>
@@ -14,12 +15,11 @@ struct Box {
   void Add(const Box& other);
 };
 
-/** One block of the stream: the points of one file. */
+/** The points of one file. */
 struct BlockStats {
   LONG points = 0;
   Box box;
-  std::string source;    ///< path of the file it came from
-  bool hasColor = false; ///< its points differ in colour and the colour came from the file
+  bool hasColor = false; ///< its points differ in colour and the colour comes from the file
   bool black = false;    ///< all its points are black, or as dark as the reader makes those without colour
 };
 
@@ -32,8 +32,21 @@ struct CloudStats {
   bool IsBlack() const;
 };
 
-/** Decodes a point cloud object's stream. False when the object does not write or the stream is none of a
- * cloud. */
+/** How loading a file turned out. Empty, Refused and Stopped gave no points. */
+enum class FileOutcome { Whole, Partial, Empty, Refused, Stopped };
+
+struct FileReport {
+  std::string path;
+  long long points = 0;
+  std::string message; ///< the line printed for it, without the path
+  FileOutcome outcome = FileOutcome::Refused;
+  std::vector<std::string> details; ///< findings that the line leaves out
+};
+
+/** Asks an object of any kind. False when it is not a point cloud or could not answer. */
 bool ReadCloudStats(BaseList2D* object, CloudStats* stats);
+
+/** The files of a point cloud's last load command, in the order in which they were loaded. */
+std::vector<FileReport> ReadFileReports(BaseList2D* cloud);
 
 } // namespace cli

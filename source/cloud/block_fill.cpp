@@ -2,26 +2,12 @@
 
 namespace kelvra {
 
-namespace {
-
-/** Smallest and largest value so far; kept in registers by the loop that owns it. */
-struct Range {
-  SReal low, high;
-  explicit Range(SReal first) : low(first), high(first) {}
-  void Add(SReal v) {
-    low = v < low ? v : low;
-    high = v > high ? v : high;
-  }
-};
-
-} // namespace
-
 Bool FillBlock(const SourceRecord* records, LONG count, LONG colorMultiplier, PointBlock& block) {
   if (!block.Allocate(count)) return FALSE;
   SReal *position = block.positions, *color = block.colors;
   UWORD *channel = block.attrib3, *flag = block.attrib1;
   // The file's z is the host's y.
-  Range x((SReal)records[0].x), y((SReal)records[0].z), z((SReal)records[0].y);
+  GrowingRange x((SReal)records[0].x), y((SReal)records[0].z), z((SReal)records[0].y);
   for (LONG i = 0; i < count; ++i, position += 3, color += 3, channel += 3) {
     const SourceRecord& record = records[i];
     const SReal px = (SReal)record.x, py = (SReal)record.z, pz = (SReal)record.y;
@@ -39,9 +25,9 @@ Bool FillBlock(const SourceRecord* records, LONG count, LONG colorMultiplier, Po
     channel[2] = (UWORD)((ULONG)record.b * (ULONG)colorMultiplier);
     flag[i] = record.flag;
   }
-  block.bboxMin = LVector(x.low, y.low, z.low);
-  block.bboxMax = LVector(x.high, y.high, z.high);
-  block.bboxValid = 1;
+  block.box.Reset();
+  block.box.Add(Vector(x.low, y.low, z.low));
+  block.box.Add(Vector(x.high, y.high, z.high));
   return TRUE;
 }
 

@@ -2,24 +2,16 @@
 #pragma once
 
 #include "c4d.h"
+#include "cloud/reader_kind.h"
 
 namespace kelvra {
-
-/** Values of LoaderSettings::Reader::kind. */
-enum ReaderKind {
-  kReaderNone = 0,
-  kReaderLas = 1,        ///< LAS or LAZ with colours in the file
-  kReaderLasByClass = 2, ///< LAS or LAZ without: coloured by classification
-  kReaderXyz = 3,
-  kReaderPts = 4
-};
 
 /** Saved with its block, as one version number and the fields in this order. */
 struct LoaderSettings {
   String name;            ///< path of the source file
   LVector boxMin, boxMax; ///< source box, file axes, file units
   struct Reader {
-    LONG kind = kReaderNone;
+    LONG kind = kReaderNone; ///< a ReaderKind
     LONG everyNth = 1;
     LONG budget = 0; ///< most points to keep, in millions; 0 where the reader has none
     LONG colorMultiplier = 1;

@@ -17,9 +17,7 @@ void PointBlock::Swap(PointBlock& other) noexcept {
   std::swap(header, other.header);
   std::swap(reals, other.reals);
   std::swap(settings, other.settings);
-  std::swap(bboxMin, other.bboxMin);
-  std::swap(bboxMax, other.bboxMax);
-  std::swap(bboxValid, other.bboxValid);
+  std::swap(box, other.box);
   std::swap(count, other.count);
   std::swap(positions, other.positions);
   std::swap(colors, other.colors);
@@ -32,9 +30,7 @@ LONG PointBlock::Clear() {
   GeFree(colors);
   GeFree(attrib3);
   GeFree(attrib1);
-  bboxValid = 0;
-  bboxMin = LVector(1e308, 1e308, 1e308);
-  bboxMax = LVector(-1e308, -1e308, -1e308);
+  box.Reset();
   count = 0;
   header.Clear();
   for (LReal& real : reals) real = 0.0;
@@ -73,18 +69,8 @@ Bool PointBlock::CopyTo(PointBlock& dest) const {
   dest.header = header;
   CopyMem(reals, dest.reals, sizeof reals);
   dest.settings = settings;
-  dest.bboxMin = bboxMin;
-  dest.bboxMax = bboxMax;
-  dest.bboxValid = bboxValid;
+  dest.box = box;
   return TRUE;
-}
-
-void PointBlock::ExtendBox(const Vector& p) {
-  for (LONG axis = 0; axis < 3; ++axis) {
-    if (p[axis] < bboxMin[axis]) bboxMin[axis] = p[axis];
-    if (p[axis] > bboxMax[axis]) bboxMax[axis] = p[axis];
-  }
-  bboxValid = 1;
 }
 
 namespace {
@@ -105,16 +91,15 @@ void PointBlock::Finish(LONG flags) {
   Shrink(attrib3, (VLONG)count * 3);
   Shrink(attrib1, (VLONG)count);
   if (!(flags & kFinishRecomputeBox)) return;
-  SReal low[3] = {positions[0], positions[1], positions[2]}, high[3] = {low[0], low[1], low[2]};
-  for (LONG i = 1; i < count; ++i)
-    for (LONG axis = 0; axis < 3; ++axis) {
-      const SReal v = positions[(VLONG)i * 3 + axis];
-      low[axis] = v < low[axis] ? v : low[axis];
-      high[axis] = v > high[axis] ? v : high[axis];
-    }
-  bboxMin = LVector(low[0], low[1], low[2]);
-  bboxMax = LVector(high[0], high[1], high[2]);
-  bboxValid = 1;
+  GrowingRange x(positions[0]), y(positions[1]), z(positions[2]);
+  for (const SReal *p = positions, *end = p + (VLONG)count * 3; p < end; p += 3) {
+    x.Add(p[0]);
+    y.Add(p[1]);
+    z.Add(p[2]);
+  }
+  box.Reset();
+  box.Add(Vector(x.low, y.low, z.low));
+  box.Add(Vector(x.high, y.high, z.high));
 }
 
 Bool PointBlock::Write(HyperFile* hf) const {
@@ -124,10 +109,10 @@ Bool PointBlock::Write(HyperFile* hf) const {
       !hf->WriteArray(attrib3, HYPERFILEARRAY_WORD, sizeof(UWORD), count * 3) ||
       !hf->WriteArray(attrib1, HYPERFILEARRAY_WORD, sizeof(UWORD), count))
     return FALSE;
-  if (!hf->WriteLVector(bboxValid ? bboxMin : LVector()) ||
-      !hf->WriteLVector(bboxValid ? bboxMax : LVector()))
+  if (!hf->WriteLVector(box.valid ? box.min : LVector()) ||
+      !hf->WriteLVector(box.valid ? box.max : LVector()))
     return FALSE;
-  // First, third, second, fourth: deliberate. Saved scenes hold this order.
+  // First, third, second, fourth: saved scenes hold them in this order.
   if (!hf->WriteLReal(reals[0]) || !hf->WriteLReal(reals[2]) || !hf->WriteLReal(reals[1]) ||
       !hf->WriteLReal(reals[3]))
     return FALSE;
@@ -153,10 +138,9 @@ Bool PointBlock::Read(HyperFile* hf, LONG) {
     return FALSE;
   LVector corner;
   if (!hf->ReadLVector(&corner)) return FALSE;
-  bboxMin = bboxMax = corner;
-  bboxValid = 1;
+  box.min = box.max = corner;
   if (!hf->ReadLVector(&corner)) return FALSE;
-  ExtendBox(corner);
+  box.Add(corner);
   if (!hf->ReadLReal(&reals[0]) || !hf->ReadLReal(&reals[2]) || !hf->ReadLReal(&reals[1]) ||
       !hf->ReadLReal(&reals[3]))
     return FALSE;

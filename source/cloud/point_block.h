@@ -2,13 +2,12 @@
 #pragma once
 
 #include "c4d.h"
+#include "cloud/growing_box.h"
 #include "cloud/loader_settings.h"
 #include "cloud/point_header.h"
+#include "cloud/source_record.h"
 
 namespace kelvra {
-
-/** Most points that one block can hold: three values a point are counted in 32 bits. */
-const LONG kMostBlockPoints = 715827882;
 
 /** Bits of PointBlock::Finish. */
 enum { kFinishRecomputeBox = 2 };
@@ -28,7 +27,7 @@ struct PointBlock {
   }
   PointBlock& operator=(PointBlock&& src) noexcept;
 
-  /** Frees the arrays and inverts the box, so that the first extension sets both corners. Returns 0. */
+  /** Frees the arrays and resets everything else. Returns 0. */
   LONG Clear();
   /** Arrays for n points, contents undefined; FALSE, with the block clear, when any of the four is refused.
    */
@@ -36,8 +35,7 @@ struct PointBlock {
   /** Deep copy; FALSE, with dest clear, when memory is refused. A clear block copies too. */
   Bool CopyTo(PointBlock& dest) const;
 
-  void ExtendBox(const Vector& p);
-  /** Shrinks the arrays to `count`; kFinishRecomputeBox computes the box anew. */
+  /** Shrinks the arrays to `count`; kFinishRecomputeBox makes the box from the points again. */
   void Finish(LONG flags);
 
   /** An empty block writes its count and then fails: it must never be left in a store that is saved. */
@@ -48,8 +46,7 @@ struct PointBlock {
   /** Fit scale, aspect, object size at load, 0. */
   LReal reals[4];
   LoaderSettings settings;
-  LVector bboxMin, bboxMax;
-  LONG bboxValid;
+  GrowingBox box; ///< of the stored positions
   LONG count;
   SReal* positions = NULL; ///< 3 a point
   SReal* colors = NULL;    ///< 3 a point: second triple of the source

@@ -83,14 +83,6 @@ Bool PointStore::CopyTo(PointStore& dest) const {
   return &dest == this || CopyAll(groups, dest.groups, TRUE);
 }
 
-void GrowingBox::Add(const Vector& p) {
-  for (LONG axis = 0; axis < 3; ++axis) {
-    if (p[axis] < min[axis]) min[axis] = p[axis];
-    if (p[axis] > max[axis]) max[axis] = p[axis];
-  }
-  valid = 1;
-}
-
 Bool PointStore::Merge(PointGroup& group) {
   for (VLONG b = group.blocks.GetCount() - 1; b >= 0; --b)
     if (group.blocks[b].count < 1) group.blocks.Remove(b);
@@ -103,41 +95,41 @@ Bool PointStore::Merge(PointGroup& group) {
 
 LONG PointStore::GetPointCount() const {
   LLONG total = 0;
-  for (VLONG g = 0; g < groups.GetCount(); ++g)
-    for (VLONG b = 0; b < groups[g].blocks.GetCount(); ++b) total += groups[g].blocks[b].count;
+  VisitBlocks([&total](const PointBlock& block, VLONG) {
+    total += block.count;
+    return true;
+  });
   return (LONG)(total > MAXLONGl ? MAXLONGl : total);
 }
 
+VLONG PointStore::CountBlocks() const {
+  VLONG count = 0;
+  for (VLONG g = 0; g < groups.GetCount(); ++g) count += groups[g].blocks.GetCount();
+  return count;
+}
+
 const PointBlock* PointStore::GetFirstBlock() const {
-  for (VLONG g = 0; g < groups.GetCount(); ++g)
-    if (groups[g].blocks.GetCount() > 0) return &groups[g].blocks[0];
-  return NULL;
+  const PointBlock* first = NULL;
+  VisitBlocks([&first](const PointBlock& block, VLONG) {
+    first = &block;
+    return false;
+  });
+  return first;
 }
 
 const PointHeader& PointStore::HeaderFor(const PointBlock& block) const {
-  for (VLONG g = 0; g < groups.GetCount(); ++g)
-    for (VLONG b = 0; b < groups[g].blocks.GetCount(); ++b)
-      if (groups[g].blocks[b].header.key == block.header.key) return groups[g].blocks[b].header;
-  return block.header;
-}
-
-/** Visits blocks with the number of points to take of each, until count points are taken. */
-template <class Visit>
-LONG PointStore::ForEachBlock(LONG count, Visit visit) const {
-  LONG done = 0;
-  for (VLONG g = 0; g < groups.GetCount(); ++g)
-    for (VLONG b = 0; b < groups[g].blocks.GetCount() && done < count; ++b) {
-      const PointBlock& block = groups[g].blocks[b];
-      const LONG taken = LMin(block.count, count - done);
-      visit(block, taken, done);
-      done += taken;
-    }
-  return done;
+  const PointHeader* found = &block.header;
+  VisitBlocks([&](const PointBlock& candidate, VLONG) {
+    const Bool same = candidate.header.key == block.header.key;
+    if (same) found = &candidate.header;
+    return !same;
+  });
+  return *found;
 }
 
 LONG PointStore::ExportPositions(Vector* dest, LONG count, GrowingBox* box, LReal size) const {
   Vector low = GrowingBox().min, high = GrowingBox().max; // in registers while the loop runs
-  const LONG written = ForEachBlock(count, [&](const PointBlock& block, LONG taken, LONG first) {
+  const LONG written = VisitFirst(count, [&](const PointBlock& block, LONG taken, LONG first) {
     const PointMapping mapping(HeaderFor(block), size);
     for (LONG i = 0; i < taken; ++i) {
       const Vector p = mapping.Map(block.positions + (VLONG)i * 3);
@@ -153,18 +145,19 @@ LONG PointStore::ExportPositions(Vector* dest, LONG count, GrowingBox* box, LRea
 }
 
 void PointStore::AddDisplayBox(GrowingBox* box, LReal size) const {
-  ForEachBlock(MAXLONGl, [&](const PointBlock& block, LONG, LONG) {
-    if (!block.bboxValid) return;
+  VisitBlocks([&](const PointBlock& block, VLONG) {
+    if (!block.box.valid) return true;
     const PointMapping mapping(HeaderFor(block), size);
-    const SReal low[3] = {(SReal)block.bboxMin.x, (SReal)block.bboxMin.y, (SReal)block.bboxMin.z};
-    const SReal high[3] = {(SReal)block.bboxMax.x, (SReal)block.bboxMax.y, (SReal)block.bboxMax.z};
-    box->Add(mapping.Map(low));
-    box->Add(mapping.Map(high));
+    for (const Vector& corner : {block.box.min, block.box.max}) {
+      const SReal stored[3] = {(SReal)corner.x, (SReal)corner.y, (SReal)corner.z};
+      box->Add(mapping.Map(stored));
+    }
+    return true;
   });
 }
 
 LONG PointStore::ExportColors(Vector* dest, LONG count) const {
-  return ForEachBlock(count, [&](const PointBlock& block, LONG taken, LONG first) {
+  return VisitFirst(count, [&](const PointBlock& block, LONG taken, LONG first) {
     for (LONG i = 0; i < taken; ++i) {
       const UWORD* c = block.attrib3 + (VLONG)i * 3;
       dest[(VLONG)first + i] = Vector(c[0] / kFullChannel, c[1] / kFullChannel, c[2] / kFullChannel);
@@ -174,26 +167,13 @@ LONG PointStore::ExportColors(Vector* dest, LONG count) const {
 
 namespace {
 
-/** Smallest and largest value so far; kept in registers by the loop that owns it. */
-struct Range {
-  SReal low, high;
-  void Start(SReal v) { low = high = v; }
-  void Add(SReal v) {
-    low = v < low ? v : low;
-    high = v > high ? v : high;
-  }
-};
-
-/** The records of one run of points, at least one; place gives a stored position's x, y and z. */
+/** Writes the records of one run of points, at least one; place gives a stored position's x, y and z. */
 template <class Place>
 void FillRun(const PointBlock& block, LONG count, SReal* record, GrowingBox* box, Place place) {
   const SReal* stored = block.positions;
   const UWORD* channel = block.attrib3;
-  Range x, y, z;
   place(stored, record);
-  x.Start(record[0]);
-  y.Start(record[1]);
-  z.Start(record[2]);
+  GrowingRange x(record[0]), y(record[1]), z(record[2]);
   for (LONG i = 0; i < count; ++i, stored += 3, channel += 3, record += kVertexFloats) {
     SReal p[3];
     place(stored, p);
@@ -215,8 +195,7 @@ void FillRun(const PointBlock& block, LONG count, SReal* record, GrowingBox* box
 
 LONG PointStore::FillVertices(SReal* dest, LONG count, GrowingBox* box, LReal size) const {
   box->Reset();
-  return ForEachBlock(count, [&](const PointBlock& block, LONG taken, LONG first) {
-    if (taken < 1) return;
+  return VisitFirst(count, [&](const PointBlock& block, LONG taken, LONG first) {
     const PointMapping mapping(HeaderFor(block), size);
     SReal* record = dest + (VLONG)first * kVertexFloats;
     if (mapping.IsIdentity())

@@ -15,19 +15,6 @@ struct PointGroup {
   Bool CopyTo(PointGroup& dest) const;
 };
 
-/** Box that grows point by point. */
-struct GrowingBox {
-  Vector min, max;
-  LONG valid;
-  GrowingBox() { Reset(); }
-  void Reset() {
-    min = Vector(1.0e308);
-    max = Vector(-1.0e308);
-    valid = 0;
-  }
-  void Add(const Vector& p);
-};
-
 /** Owned by value by its object; holds no lock: the rules of the host for object data apply. */
 class PointStore {
 public:
@@ -46,6 +33,32 @@ public:
    */
   Bool Merge(PointGroup& group);
 
+  /** Calls visit(block, number of its group) for each block in store order, until it returns FALSE. */
+  template <class Visit>
+  void VisitBlocks(Visit visit) const {
+    for (VLONG g = 0; g < groups.GetCount(); ++g)
+      for (VLONG b = 0; b < groups[g].blocks.GetCount(); ++b)
+        if (!visit(groups[g].blocks[b], g)) return;
+  }
+  /**
+   * Calls visit(block, points to take of it, points taken before it) for each block in store order, until
+   * count points are taken. Returns the number taken.
+   */
+  template <class Visit>
+  LONG VisitFirst(LONG count, Visit visit) const {
+    LONG done = 0;
+    VisitBlocks([&](const PointBlock& block, VLONG) {
+      const LONG taken = LMin(block.count, count - done);
+      if (taken > 0) {
+        visit(block, taken, done);
+        done += taken;
+      }
+      return done < count;
+    });
+    return done;
+  }
+
+  VLONG CountBlocks() const;
   /** Points in all blocks, at most 2^31 - 1. */
   LONG GetPointCount() const;
   /** First block in store order, NULL without one. */
@@ -54,8 +67,8 @@ public:
   const PointHeader& HeaderFor(const PointBlock& block) const;
 
   /**
-   * Writes up to count positions in display coordinates, in store order, and makes the box anew from them.
-   * Returns the number written.
+   * Writes up to count positions in display coordinates, in store order, and sets the box to theirs. Returns
+   * the number written.
    */
   LONG ExportPositions(Vector* dest, LONG count, GrowingBox* box, LReal size) const;
   /** Adds the box of all points in display coordinates; the mapping keeps corners corners. */
@@ -67,23 +80,18 @@ public:
   template <class Visit>
   void VisitPoints(LONG count, LReal size, Visit visit) const {
     LONG number = 0;
-    for (VLONG g = 0; g < groups.GetCount(); ++g)
-      for (VLONG b = 0; b < groups[g].blocks.GetCount(); ++b) {
-        const PointBlock& block = groups[g].blocks[b];
-        const PointMapping mapping(HeaderFor(block), size);
-        for (LONG i = 0; i < block.count && number < count; ++i, ++number)
-          if (!visit(mapping.Map(block.positions + (VLONG)i * 3), block.attrib3 + (VLONG)i * 3, number))
-            return;
-      }
+    VisitBlocks([&](const PointBlock& block, VLONG) {
+      const PointMapping mapping(HeaderFor(block), size);
+      for (LONG i = 0; i < block.count && number < count; ++i, ++number)
+        if (!visit(mapping.Map(block.positions + (VLONG)i * 3), block.attrib3 + (VLONG)i * 3, number))
+          return false;
+      return number < count;
+    });
   }
   /** Writes up to count colours, each component 0 to 1. Returns the number written. */
   LONG ExportColors(Vector* dest, LONG count) const;
   /** Writes up to count records of six floats: position in display coordinates, colour 0 to 1. */
   LONG FillVertices(SReal* dest, LONG count, GrowingBox* box, LReal size) const;
-
-private:
-  template <class Visit>
-  LONG ForEachBlock(LONG count, Visit visit) const;
 };
 
 } // namespace kelvra

@@ -12,10 +12,12 @@ const LONG kMostLineBytes = 6 * (kMostNumberChars + 1);
 
 /** Header of the first block that has a key, NULL without one. */
 const PointHeader* FindTemplate(const PointStore& store) {
-  for (VLONG g = 0; g < store.groups.GetCount(); ++g)
-    for (VLONG b = 0; b < store.groups[g].blocks.GetCount(); ++b)
-      if (store.groups[g].blocks[b].header.key != 0) return &store.groups[g].blocks[b].header;
-  return NULL;
+  const PointHeader* found = NULL;
+  store.VisitBlocks([&found](const PointBlock& block, VLONG) {
+    if (block.header.key != 0) found = &block.header;
+    return found == NULL;
+  });
+  return found;
 }
 
 /** Collects lines and hands them to the file in large pieces. */
@@ -67,7 +69,7 @@ void ColorOf(const UWORD* channels, COLORSPACETRANSFORMATION transformation, LON
   color[2] = (LONG)FCut(c.z * 255.0, 0.0, 255.0);
 }
 
-/** Writes every step-th point from `first` on; the index of the next block's first one comes back. */
+/** Writes every step-th point from `first` on, which then counts from the start of the next block. */
 Bool WriteBlock(const PointBlock& block, const PointMapping& mapping, const TextExportOptions& options,
                 LONG step, LLONG* first, LineWriter& lines) {
   LLONG i = *first;
@@ -88,14 +90,14 @@ Bool ExportText(const PointStore& store, const TextExportOptions& options, BaseF
   const PointHeader* shared = FindTemplate(store);
   const LONG step = LMax(1, options.everyNth);
   LLONG first = 0;
-  for (VLONG g = 0; g < store.groups.GetCount(); ++g)
-    for (VLONG b = 0; b < store.groups[g].blocks.GetCount(); ++b) {
-      const PointBlock& block = store.groups[g].blocks[b];
-      const Bool share = shared && shared->key == block.header.key;
-      const PointMapping mapping(share ? *shared : block.header, options.size);
-      if (!WriteBlock(block, mapping, options, step, &first, lines)) return FALSE;
-    }
-  return lines.Flush();
+  Bool written = TRUE;
+  store.VisitBlocks([&](const PointBlock& block, VLONG) {
+    const Bool share = shared && shared->key == block.header.key;
+    const PointMapping mapping(share ? *shared : block.header, options.size);
+    written = WriteBlock(block, mapping, options, step, &first, lines);
+    return written;
+  });
+  return written && lines.Flush();
 }
 
 } // namespace kelvra

@@ -17,7 +17,8 @@ struct TextExportOptions {
  * integers 0 to 255, separated by single blanks, each line ended by '\n'. Blocks with a key are written in
  * fitted coordinates, the others as they were read; numbers are the shortest that read back to the same
  * 32-bit float. A block whose key is that of the first block with a key uses that block's header, any other
- * one its own: not quite the rule of drawing, deliberately. FALSE when memory or a write is refused.
+ * one its own. Drawing shares headers among the blocks of every key; the text keeps to one, as the files that
+ * were exported before do. FALSE when memory or a write is refused.
  */
 Bool ExportText(const PointStore& store, const TextExportOptions& options, BaseFile* file);
 

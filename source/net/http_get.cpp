@@ -1,5 +1,6 @@
 #include "net/http_get.h"
 
+#include "host_text.h"
 #include "net/http_exchange.h"
 #include "net/service_settings.h"
 
@@ -52,15 +53,6 @@ private:
   LONG size_ = 0, capacity_ = 0;
 };
 
-/** False when memory is refused, as an empty name would mean the system's authorities. */
-bool CopyUtf8(const String& text, std::string* copy) {
-  CHAR* bytes = text.GetCStringCopy(STRINGENCODING_UTF8);
-  if (bytes) *copy = bytes;
-  const bool whole = bytes != NULL;
-  GeFree(bytes);
-  return whole;
-}
-
 bool IsRedirect(int status) {
   return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
 }
@@ -85,7 +77,8 @@ CHAR* Get(HttpUrl url, const HttpOptions& options) {
   using Clock = std::chrono::steady_clock;
   const Clock::time_point end = Clock::now() + std::chrono::milliseconds(options.totalMilliseconds);
   HttpStep step;
-  if (!CopyUtf8(options.caFile, &step.caFile)) return NULL;
+  // Without memory for the name: an empty one would mean the system's authorities.
+  if (!CopyUtf8(options.caFile, step.caFile)) return NULL;
   for (int redirects = 0; redirects <= kMostRedirects; ++redirects) {
     const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
     step.totalMilliseconds = (int)left;

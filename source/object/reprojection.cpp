@@ -1,5 +1,6 @@
 #include "object/reprojection.h"
 
+#include "host_text.h"
 #include "net/http_get.h"
 #include "net/service_settings.h"
 #include "otallyframe.h"
@@ -24,10 +25,10 @@ LReal ToReal(const String& text) {
 int ParseNumbers(const String& text, LReal& c1, LReal& c2) {
   LONG colon = 0, comma = 0;
   if (!text.FindFirst(':', &colon) || !text.FindFirst(',', &comma, colon)) return 0;
-  c1 = ToReal(text.SubStr(colon + 1, comma - colon - 1));
+  c1 = ToReal(SubText(text, colon + 1, comma - colon - 1));
   if (!text.FindFirst(':', &colon, comma)) return 1;
-  // The length counts from the comma and so reaches past the end, where the text ends anyway.
-  c2 = ToReal(text.SubStr(colon + 1, text.GetLength() - comma - 1));
+  // The length counts from the comma and so reaches past the end of the text, which is where the part ends.
+  c2 = ToReal(SubText(text, colon + 1, text.GetLength() - comma - 1));
   return 2;
 }
 
@@ -42,7 +43,7 @@ int ParseNumbers(const String& text, LReal& c1, LReal& c2) {
 Bool NextPointText(const String& answer, LONG& from, String& text) {
   LONG open = 0, close = 0;
   if (!answer.FindFirst('{', &open, from) || !answer.FindFirst('}', &close, open + 1)) return FALSE;
-  text = answer.SubStr(open + 1, close - open - 3);
+  text = SubText(answer, open + 1, close - open - 3);
   from = close + 1;
   return TRUE;
 }

@@ -2,16 +2,19 @@
 
 #include "cloud/point_share.h"
 #include "glpoint.h"
+#include "host_text.h"
 #include "object/convert/conversion.h"
 #include "object/draw/view_uploads.h"
 #include "object/laz_renderer.h"
-#include "object/load/file_loading.h"
+#include "object/load/load_command.h"
 #include "object/reprojection.h"
 #include "object/text_export.h"
 #include "otallyframe.h"
 #include "registration.h"
 #include "version.h"
 #include "vpkelvrarender.h"
+
+#include <new>
 
 namespace kelvra {
 
@@ -27,7 +30,28 @@ void DropEmptyBlocks(PointGroup& group) {
     if (group.blocks[i].count < 1) group.blocks.Remove(i);
 }
 
+const LONG kDefaultBudget = 100; ///< millions, where the object has no entry
+const LLONG kMillion = 1000000;
+
+LoadOptions ReadOptions(BaseObject* op) {
+  const BaseContainer* data = op->GetDataInstance();
+  LoadOptions options;
+  options.size = data->GetReal(KELVRA_OBJECT_SIZE);
+  options.budget = data->GetLong(KELVRA_LOAD_BUDGET, kDefaultBudget);
+  options.limit = (LLONG)options.budget * kMillion;
+  options.everyNth = LMax(1, data->GetLong(KELVRA_LOAD_NTH, 1));
+  return options;
+}
+
 } // namespace
+
+void RecordUndo(BaseObject* op) {
+  BaseDocument* doc = op->GetDocument();
+  if (!doc) return;
+  doc->StartUndo();
+  doc->AddUndo(UNDOTYPE_CHANGE, op);
+  doc->EndUndo();
+}
 
 Bool KelvraObject::Init(GeListNode* node) {
   BaseContainer* data = static_cast<BaseObject*>(node)->GetDataInstance();
@@ -102,6 +126,8 @@ Bool KelvraObject::Message(GeListNode* node, LONG type, void* data) {
       store.ExportPositions(dest, count, &display.box, op->GetDataInstance()->GetReal(KELVRA_OBJECT_SIZE));
     });
     break;
+  case KELVRA_MESSAGE_REPORT:
+    return data && OnReport(*(KelvraCloudReport*)data);
   default:
     break;
   }
@@ -121,13 +147,41 @@ void KelvraObject::Answer(BaseObject* op, PointArray* answer, Export exportTo) {
     answer->count = 0;
 }
 
+Bool KelvraObject::OnReport(KelvraCloudReport& answer) {
+  try {
+    return reporter_.Fill(store, loadReports, answer);
+  } catch (const std::bad_alloc&) {
+    return FALSE;
+  }
+}
+
+/** Asks for a file, or for a folder of which every file is loaded. */
+void KelvraObject::Load(BaseObject* op, Bool folderMode) {
+  Filename chosen;
+  if (!chosen.FileSelect(FILESELECTTYPE_ANYTHING, folderMode ? FILESELECT_DIRECTORY : FILESELECT_LOAD,
+                         "Point Cloud"))
+    return;
+  const std::string path = Utf8(chosen.GetString());
+  const std::vector<NamedFile> files = folderMode ? FilesOf(chosen) : std::vector<NamedFile>{{chosen, path}};
+  if (files.empty()) PrintLine(path, "the folder holds no file to load");
+
+  const Bool wasEmpty = store.CountBlocks() == 0;
+  loadReports = LoadFiles(files, {store, ReadOptions(op), [op] { RecordUndo(op); }});
+  const PointBlock* first = store.GetFirstBlock();
+  if (wasEmpty && first && first->header.key > 1)
+    op->GetDataInstance()->SetString(KELVRA_EPSG, LongToString(first->header.key));
+  StatusClear();
+  op->Message(MSG_UPDATE);
+  EventAdd();
+}
+
 void KelvraObject::OnCommand(BaseObject* op, LONG id) {
   switch (id) {
   case KELVRA_LOAD_FOLDER:
-    LoadFiles(op, store, TRUE);
+    Load(op, TRUE);
     break;
   case KELVRA_LOAD_FILE:
-    LoadFiles(op, store, FALSE);
+    Load(op, FALSE);
     break;
   case KELVRA_SAVE_TEXT:
     SaveAsText(op);
@@ -204,7 +258,7 @@ void KelvraObject::GetDimension(BaseObject* op, Vector* mp, Vector* rad) {
 
 DRAWRESULT KelvraObject::Draw(BaseObject* op, DRAWPASS drawpass, BaseDraw* bd, BaseDrawHelp* bh) {
   DrawPoints(op, store, display, drawpass, bd, bh);
-  return DRAWRESULT_OK; // a view that could not be drawn is no error of the object
+  return DRAWRESULT_OK; // a view that could not be drawn is not an error of the object
 }
 
 BaseObject* KelvraObject::GetVirtualObjects(BaseObject* op, HierarchyHelp* hh) {

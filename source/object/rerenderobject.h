@@ -3,7 +3,9 @@
 
 #include "c4d.h"
 #include "cloud/cloud_messages.h"
+#include "cloud/load_report.h"
 #include "cloud/point_store.h"
+#include "object/cloud_report.h"
 #include "object/draw/point_draw.h"
 #include "plugin_ids.h"
 
@@ -29,6 +31,8 @@ public:
   BaseObject* GetVirtualObjects(BaseObject* op, HierarchyHelp* hh) override;
 
   PointStore store;
+  /** Of the last load command. */
+  std::vector<LoadReport> loadReports;
   PointDisplay display;
   /** One-shot rebuild flag of the conversion. */
   LONG settingsChanged = 0;
@@ -38,12 +42,19 @@ private:
   void OnParameter(BaseObject* op, LONG id);
   void OnMenuPrepare(BaseObject* op, BaseDocument* doc);
   void OnDelivery(BaseObject* op, PointDelivery& delivery);
+  Bool OnReport(KelvraCloudReport& answer);
+  void Load(BaseObject* op, Bool folderMode);
   template <class Export>
   void Answer(BaseObject* op, PointArray* answer, Export exportTo);
+
+  CloudReporter reporter_;
 };
 
 /** The object's data of a node of this type, NULL for other nodes. */
 KelvraObject* GetCloudData(BaseObject* op);
+
+/** Keeps the object as it is now as one step that the user can undo; nothing without a document. */
+void RecordUndo(BaseObject* op);
 
 /** Builds the vertex descriptions, then registers the object; FALSE when either fails. */
 Bool RegisterPointCloudObject();

@@ -79,7 +79,7 @@ double ParseReal(const char* text, const char* textEnd, const char** end) {
     decimals = p - fraction;
     digits += decimals;
   }
-  if (digits == 0) return ParseOddReal(text, end); // nan, inf, or no number
+  if (digits == 0) return ParseOddReal(text, end); // nan, inf, or not a number
 
   // An exponent counts only with a digit of its own.
   std::ptrdiff_t exponent = 0;

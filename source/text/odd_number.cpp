@@ -31,10 +31,12 @@ const char* After(const char* p, const char* word) {
  */
 double Rounded(std::uint64_t value, bool rest, long power) {
   if (value == 0) return 0.0;
+  // Move the first bit to the top. A double keeps 53 of the 64 bits, fewer where it is close to 0.
   for (; !(value >> 63); value <<= 1) --power;
   const long lowest = -1074; // of the smallest double
   long dropped = power + 11 < lowest ? lowest - power : 11;
   if (dropped > 64) return 0.0;
+  // Drop the bits below, and round up when they are more than half a unit, or half of it above an odd number.
   const std::uint64_t kept = dropped == 64 ? 0 : value >> dropped;
   const std::uint64_t half = std::uint64_t(1) << (dropped - 1), below = value & (half - 1);
   const bool up = (value & half) && (below || rest || (kept & 1));

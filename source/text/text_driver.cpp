@@ -15,9 +15,6 @@ const std::size_t kChunk = 64 * 1024;
 /** A look at the encoding takes these, however few each read gives. */
 const std::size_t kMarkBytes = 4;
 const std::size_t kShownBytes = 60;
-/** One block holds no more: three values a point are counted in 32 bits. */
-const std::int32_t kMostPoints = 715827882;
-const double kFar = std::numeric_limits<double>::infinity();
 
 /** Which form the file's lines have, once one was accepted. */
 enum class Form { Any, Extended, Plain };
@@ -30,19 +27,17 @@ public:
   }
 
   TextResult Run() {
-    while (!result_.stopped && Fill()) Lines();
-    if ((held_ > 0 || skipping_) && !result_.stopped) { // no line feed at the end of the file
+    while (!Ended() && Fill()) Lines();
+    if ((held_ > 0 || skipping_) && !Ended()) { // no line feed at the end of the file
       buffer_[held_] = 0;
       Line(buffer_.get(), held_);
-    }
-    if (min_[0] <= max_[0]) {
-      std::copy(min_, min_ + 3, result_.min);
-      std::copy(max_, max_ + 3, result_.max);
     }
     return result_;
   }
 
 private:
+  bool Ended() const { return result_.stopped || result_.full; }
+
   /** Reads on behind the part of a line that is held; false at the end of the file. */
   bool Fill() {
     char* const free = buffer_.get() + held_;
@@ -67,7 +62,7 @@ private:
       const std::size_t length = (std::size_t)(lineFeed - buffer) - start_;
       Line(buffer + start_, length);
       from = start_ += length + 1;
-      if (result_.stopped) return;
+      if (Ended()) return;
     }
     held_ = filled_ - start_;
     if (start_ > 0) std::memmove(buffer, buffer + start_, held_);
@@ -75,7 +70,7 @@ private:
     if (held_ > kMostLineBytes) Drop();
   }
 
-  /** What is held is too long to be a point: the line is rejected when its end comes. */
+  /** The part of a line that is held is too long for a point: the line is rejected when its end comes. */
   void Drop() {
     if (result_.firstLine.empty() && !skipping_) Remember(buffer_.get(), held_);
     bytesDone_ += (std::int64_t)held_;
@@ -84,7 +79,7 @@ private:
     Progress();
   }
 
-  /** A UTF-8 byte-order mark is no part of the first line; 16-bit text is told, with a mark or without. */
+  /** Gives the bytes of a UTF-8 byte-order mark, and notices 16-bit text with a mark or without. */
   std::size_t SkipMark(const char* text, std::size_t size) {
     const auto startsWith = [&](const char* mark, std::size_t length) {
       return size >= length && std::memcmp(text, mark, length) == 0;
@@ -102,7 +97,9 @@ private:
     // Thinning counts lines, headers too.
     const std::int32_t t = counter_ >= input_.everyNth ? 0 : counter_;
     counter_ = t + 1;
-    if (t == 0) {
+    if (t != 0) {
+      ++result_.thinned;
+    } else {
       if (result_.firstLine.empty()) Remember(line, length);
       if (tooLong || !Parse(line, (std::int32_t)length))
         Reject();
@@ -144,23 +141,25 @@ private:
       ++result_.noData;
       return;
     }
-    const double p[3] = {scratch_.x, scratch_.y, scratch_.z};
-    if (!std::isfinite((float)p[0]) || !std::isfinite((float)p[1]) || !std::isfinite((float)p[2])) {
+    if (!std::isfinite((float)scratch_.x) || !std::isfinite((float)scratch_.y) ||
+        !std::isfinite((float)scratch_.z)) {
       ++result_.notFinite;
       return;
     }
-    for (int axis = 0; axis < 3; ++axis) {
-      min_[axis] = std::min(min_[axis], p[axis]);
-      max_[axis] = std::max(max_[axis], p[axis]);
+    if (result_.count >= input_.most) {
+      result_.full = true;
+      --result_.lines; // as if it had not been read
+      return;
     }
-    if (result_.count >= kMostPoints || (result_.count >= capacity_ && !Grow())) {
+    result_.box.Add(scratch_.x, scratch_.y, scratch_.z);
+    if (result_.count >= capacity_ && !Grow()) {
       ++result_.noMemory;
       return;
     }
     result_.points[result_.count++] = scratch_;
   }
 
-  /** The next request doubles whether this one succeeds or not. */
+  /** Each request asks for twice as much as the one before, whether that succeeded or not. */
   bool Grow() {
     const std::int64_t wanted = growth_;
     const std::int64_t most = std::numeric_limits<std::int64_t>::max() / (std::int64_t)sizeof(TextPoint) / 2;
@@ -183,7 +182,7 @@ private:
     }
     const int thousandths =
         (int)std::min<std::int64_t>(1000, (std::int64_t)((double)bytesDone_ / (double)size * 1000.0));
-    // A little early is harmless: a value that is shown already is not shown again.
+    // Asking a little early is harmless: a value that is shown already is not shown again.
     nextShown_ = thousandths == 1000 ? std::numeric_limits<std::int64_t>::max()
                                      : (std::int64_t)((double)size / 1000.0 * (thousandths + 1)) - 1;
     if (thousandths == shown_) return;
@@ -203,7 +202,6 @@ private:
   std::int32_t counter_ = 0;
   std::int64_t capacity_ = 0, growth_, bytesDone_ = 0, nextShown_ = 0;
   int shown_ = -1;
-  double min_[3] = {kFar, kFar, kFar}, max_[3] = {-kFar, -kFar, -kFar};
 };
 
 } // namespace

@@ -27,17 +27,20 @@ struct TextInput {
   std::int64_t firstGrowth = kFirstGrowth;
   /** Called when the part that is read, in thousandths, has changed; false stops. May be empty. */
   std::function<bool(int thousandths)> progress;
+  std::int32_t most = kMostBlockPoints; ///< points at which the reading ends
 };
 
 struct TextResult {
   TextPoint* points = nullptr; ///< the caller's, from reallocate; NULL without points
   std::int32_t count = 0;
-  double min[3] = {0, 0, 0}, max[3] = {0, 0, 0}; ///< of the accepted points
-  std::int64_t lines = 0;
+  SourceBox box;          ///< of the accepted points
+  std::int64_t lines = 0; ///< that were read
+  std::int64_t thinned = 0;
   std::int64_t rejected = 0, firstRejected = 0; ///< lines that no form fits; number of the first, from 1
   std::int64_t noData = 0;                      ///< points at or below kNoDataHeight
-  std::int64_t notFinite = 0;                   ///< points that are no finite 32-bit floats
-  std::int64_t noMemory = 0;                    ///< points that no memory was left for
+  std::int64_t notFinite = 0;                   ///< points that are not finite 32-bit floats
+  std::int64_t noMemory = 0;                    ///< points that memory was refused for
+  bool full = false;                            ///< the input's `most` points came, and one more
   bool stopped = false;                         ///< by progress
   std::string firstLine;                        ///< start of the first line with content, for messages
   bool looksUtf16 = false;                      ///< such a file gives no points

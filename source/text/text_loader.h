@@ -11,7 +11,11 @@ namespace kelvra {
 /** One parsed point. A parse writes only the fields that its form names; the rest keep what they had. */
 using TextPoint = SourceRecord;
 
-/** Virtual operations in the order of their slots. */
+/**
+ * One format. The order of the virtual operations is that of their slots and must not change. This module's
+ * driver asks for the three parses only; the sizes and counts before them are for callers that reserve memory
+ * before they read.
+ */
 class TextLoader {
 public:
   virtual ~TextLoader() {}
@@ -19,10 +23,10 @@ public:
   virtual std::int32_t BytesPerLine() const { return 2; }
   virtual std::int32_t FormatFlag() const { return 0; }
   /**
-   * Occurrences of a pair of bytes. After a match the scan goes on three positions later, which skips one
-   * byte more than the pair: deliberate, the estimates made from it were tuned to that. buffer holds
-   * `readable` bytes; the comparison at the last of the `length` positions looks one byte further where there
-   * is one.
+   * Occurrences of a pair of bytes. After a match the scan goes on three positions later: that is one byte
+   * more than the pair, so of "\r\n\r\n" only the first is counted. Callers get an estimate, never more than
+   * there are. buffer holds `readable` bytes; the comparison at the last of the `length` positions looks one
+   * byte further where there is one.
    */
   virtual std::int32_t CountPairs(const char* buffer, std::int32_t length, std::int32_t readable,
                                   const char pair[2]) const;

@@ -100,7 +100,7 @@ inline std::vector<TestPoint> Spiral(int count) {
 // The same points compressed; chunk size 0 means one chunk without a table.
 Bytes Compress(const Bytes& las, int chunkSize);
 
-inline kelvra::LasReport Validate(const Bytes& bytes) {
+inline kelvra::LasFindings Validate(const Bytes& bytes) {
   kelvra::MemoryBytes file(bytes.data(), bytes.size());
   return kelvra::ValidateLas(file);
 }

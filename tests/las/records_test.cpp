@@ -8,8 +8,9 @@
 namespace {
 
 using kelvra::LasCloud;
-using kelvra::LasOutcome;
 using kelvra::LasReadOptions;
+using kelvra::LoadCut;
+using kelvra::LoadOutcome;
 using kelvra::SourceRecord;
 
 class Records : public LasTest {
@@ -24,14 +25,14 @@ protected:
   }
   std::vector<int> KeptX() const {
     std::vector<int> kept;
-    for (std::int64_t i = 0; i < cloud.kept; ++i)
+    for (std::int64_t i = 0; i < cloud.report.kept; ++i)
       kept.push_back(static_cast<int>(std::lround(cloud.records[i].x * 100)));
     return kept;
   }
-  bool Says(const std::string& text) const {
-    for (const std::string& message : cloud.messages)
-      if (message == "cloud.las: " + text) return true;
-    return false;
+  /** Each point that was read is counted once. */
+  void ExpectBalance() const {
+    const kelvra::LoadReport& r = cloud.report;
+    EXPECT_EQ(r.read, r.kept + r.thinned + r.dropped.notFinite);
   }
   CountingMemory memory;
   LasCloud cloud;
@@ -65,19 +66,37 @@ TEST_F(Records, ThinningAndBudget) {
     Read(MakeLas(0, Row(c.points)), {c.limit, c.step});
     EXPECT_EQ(KeptX(), c.kept) << c.points << " points, limit " << c.limit << ", step " << c.step;
     EXPECT_EQ(memory.asked, c.kept.size() * 64);
-    EXPECT_EQ(cloud.outcome, LasOutcome::kLoaded);
+    const bool whole = static_cast<std::int64_t>(c.kept.size()) == cloud.report.Expected();
+    EXPECT_EQ(cloud.report.cut, whole ? LoadCut::kNone : LoadCut::kBudget);
+    EXPECT_EQ(cloud.report.outcome, whole ? LoadOutcome::kWhole : LoadOutcome::kPartial);
+    ExpectBalance();
   }
+}
+
+TEST_F(Records, TheMostPointsOfABlockEndALoadLikeTheBudget) {
+  Read(MakeLas(0, Row(20)), {1000, 2, 10});
+  EXPECT_EQ(cloud.report.outcome, LoadOutcome::kWhole);
+  Read(MakeLas(0, Row(21)), {1000, 2, 10});
+  EXPECT_EQ(KeptX().size(), 10u);
+  EXPECT_EQ(cloud.report.cut, LoadCut::kBlockCap);
+  EXPECT_EQ(cloud.report.Expected(), 11);
+  ExpectBalance();
 }
 
 TEST_F(Records, ShortFileLoadsWhatIsThereAndSaysSo) {
   Bytes file = MakeLas(0, Row(1065));
   file.resize(file.size() - 2);
   Read(file);
-  EXPECT_EQ(cloud.outcome, LasOutcome::kPartial);
-  EXPECT_EQ(cloud.kept, 1064);
-  EXPECT_TRUE(Says("loaded 1,064 of 1,065 points"));
+  EXPECT_EQ(cloud.report.outcome, LoadOutcome::kPartial);
+  EXPECT_EQ(cloud.report.kept, 1064);
+  EXPECT_EQ(cloud.report.cut, LoadCut::kFileEnd);
+  EXPECT_EQ(cloud.report.available, 1064);
   Read(file, {9, 1});
-  EXPECT_EQ(cloud.outcome, LasOutcome::kLoaded) << "the budget ended before the file did";
+  EXPECT_EQ(cloud.report.cut, LoadCut::kBudget) << "it ended the load before the file did";
+  Read(file, {2000, 3});
+  EXPECT_EQ(cloud.report.outcome, LoadOutcome::kPartial);
+  EXPECT_EQ(cloud.report.kept, cloud.report.Expected()) << "the missing point would have been thinned";
+  ExpectBalance();
 }
 
 TEST_F(Records, RecordHoldsCoordinatesNormalFlagAndColor) {
@@ -143,22 +162,21 @@ TEST_F(Records, ColorComesFromThePointOrItsClass) {
 TEST_F(Records, ClassZeroStaysAndTheKeyIsOne) {
   const Bytes directory = {1, 0, 1, 0, 0, 0, 1, 0, 0, 12, 0, 0, 1, 0, 0xb2, 0x0b}; // 3072: 2994
   Read(MakeLas(0, {{1, 2, 3, 0}}, {{"LASF_Projection", 34735, directory}}));
-  EXPECT_EQ(cloud.kept, 1);
+  EXPECT_EQ(cloud.report.kept, 1);
   EXPECT_EQ(cloud.key, 1u);
-  EXPECT_EQ(cloud.geoKeyCode, 2994u);
-  EXPECT_TRUE(Says("EPSG 2994 found; enter it to reproject"));
+  EXPECT_EQ(cloud.report.epsg, 2994u);
   Read(MakeLas(0, {}, {{"LASF_Projection", 34735, directory}}));
   EXPECT_EQ(cloud.key, 2994u) << "only a point in the header sets 1";
-  EXPECT_EQ(cloud.outcome, LasOutcome::kEmpty);
+  EXPECT_EQ(cloud.report.outcome, LoadOutcome::kEmpty);
 }
 
 TEST_F(Records, PointsWithoutFiniteCoordinatesAreDropped) {
   Bytes file = MakeLas(0, {{2, 1, 1}, {2000000000, 1, 1}, {3, 1, 1}});
   Put(file, 131, 1e30);
   Read(file);
-  EXPECT_EQ(cloud.kept, 2);
-  EXPECT_EQ(cloud.dropped, 1);
-  EXPECT_TRUE(Says("1 points without finite coordinates dropped"));
+  EXPECT_EQ(cloud.report.kept, 2);
+  EXPECT_EQ(cloud.report.dropped.notFinite, 1);
+  EXPECT_EQ(cloud.report.outcome, LoadOutcome::kPartial);
 }
 
 TEST_F(Records, HeaderBoxHoldsWhenItEnclosesTheKeptPoints) {
@@ -186,20 +204,20 @@ TEST_F(Records, ProgressIsTheWholePercentageOfKeptPointsAndCanStop) {
   });
   EXPECT_EQ(seen, (std::vector<std::int64_t>{1024, 2500, 40, 2048, 2500, 81}));
   Read(file, {}, [](std::int64_t, std::int64_t, int) { return false; });
-  EXPECT_EQ(cloud.outcome, LasOutcome::kStopped);
+  EXPECT_EQ(cloud.report.outcome, LoadOutcome::kStopped);
   EXPECT_EQ(cloud.records, nullptr);
 }
 
 TEST_F(Records, RefusedMemoryAndMissingFilesAreOneClearLine) {
   memory.refuse = true;
   Read(MakeLas(0, Row(20)));
-  EXPECT_EQ(cloud.outcome, LasOutcome::kOutOfMemory);
-  EXPECT_TRUE(Says("out of memory: 20 points need 1,280 bytes"));
+  EXPECT_EQ(cloud.report.cut, LoadCut::kNoMemory);
+  EXPECT_NE(cloud.report.refusal.find("20 points need 1,280 bytes"), std::string::npos);
   cloud = kelvra::ReadLas(KELVRA_SOURCE_DIR, {}, memory, nullptr);
-  EXPECT_EQ(cloud.outcome, LasOutcome::kRefused);
-  EXPECT_NE(cloud.messages.at(0).find("is not a file"), std::string::npos);
+  EXPECT_EQ(cloud.report.outcome, LoadOutcome::kRefused);
+  EXPECT_EQ(cloud.report.refusal, "is not a file");
   cloud = kelvra::ReadLas("/nowhere/no.las", {}, memory, nullptr);
-  EXPECT_EQ(cloud.messages, std::vector<std::string>{"no.las: cannot be opened: No such file or directory"});
+  EXPECT_EQ(cloud.report.refusal, "cannot be opened: No such file or directory");
 }
 
 } // namespace

@@ -41,15 +41,15 @@ TEST_P(SampleFile, LoadsAsIndependentReadersDo) {
   const json facts = FactsOf(GetParam()), outcome = facts.at("outcome");
   CountingMemory memory;
   const kelvra::LasCloud cloud = kelvra::ReadLas(path_, {}, memory, nullptr);
-  EXPECT_EQ(cloud.outcome == kelvra::LasOutcome::kRefused, outcome.at("refused").get<bool>());
-  EXPECT_EQ(cloud.outcome == kelvra::LasOutcome::kPartial, outcome.contains("partial"));
-  ASSERT_EQ(cloud.kept, outcome.at("points").get<std::int64_t>());
-  if (cloud.kept == 0) return;
+  EXPECT_EQ(cloud.report.outcome == kelvra::LoadOutcome::kRefused, outcome.at("refused").get<bool>());
+  EXPECT_EQ(cloud.report.outcome == kelvra::LoadOutcome::kPartial, outcome.contains("partial"));
+  ASSERT_EQ(cloud.report.kept, outcome.at("points").get<std::int64_t>());
+  if (cloud.report.kept == 0) return;
 
   const json& expected = facts.at("expected");
   const json& first = expected.at("points_first");
   for (std::size_t i = 0; i < first.size(); ++i) ExpectSamePosition(cloud.records[i], first[i]);
-  ExpectSamePosition(cloud.records[cloud.kept - 1], expected.at("point_last"));
+  ExpectSamePosition(cloud.records[cloud.report.kept - 1], expected.at("point_last"));
   for (int axis = 0; axis < 3; ++axis) {
     EXPECT_NEAR(cloud.pointBox.minimum[axis],
                 expected.at("min_xyz")[static_cast<std::size_t>(axis)].get<double>(), 1e-6);
@@ -71,7 +71,7 @@ TEST_P(SamplePoints, HoldsTheSamePointsAndClasses) {
   ASSERT_TRUE(file.Open(path_)) << file.Refusal();
   std::map<std::string, std::int64_t> classes;
   std::int64_t sum[3] = {}, maxColor = 0;
-  const kelvra::LasHeader& header = file.Report().header;
+  const kelvra::LasHeader& header = file.Findings().header;
   kelvra::LasPoint point;
   while (file.Next()) {
     file.Get(point);
@@ -89,7 +89,7 @@ TEST_P(SamplePoints, HoldsTheSamePointsAndClasses) {
     EXPECT_EQ(maxColor, expected.at("max_rgb").get<std::int64_t>());
   }
   const json& keys = expected.at("geokeys");
-  EXPECT_EQ(file.Report().geoKeyCode,
+  EXPECT_EQ(file.Findings().geoKeyCode,
             keys.contains("3072") ? keys["3072"].get<unsigned>() : keys.value("2048", 0u));
 }
 

@@ -153,10 +153,10 @@ std::vector<std::string> Literals(const std::string& code) {
 
 /** What the user is shown: the calls that show something, up to their end. */
 std::string ShowingCode(const std::string& code) {
-  static const char* const kCalls[] = {"GePrint(",   "MessageDialog(",   "QuestionDialog(", "StatusSetText(",
-                                       "PrintLine(", "notes.push_back(", "refusal = ",      "kNoMemory = "};
+  static const char* const kCalls[] = {"GePrint(",   "MessageDialog(", "QuestionDialog(", "StatusSetText(",
+                                       "PrintLine(", ".Note(",         "Refuse(",         "refusal = "};
   // Whole files whose functions put a reason together.
-  if (code.find("std::string Reason(") != std::string::npos ||
+  if (code.find("std::string LoadLine(") != std::string::npos ||
       code.find("String ReasonOf(") != std::string::npos || code.find("String Record(") != std::string::npos)
     return code;
   std::string shown;

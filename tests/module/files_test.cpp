@@ -3,6 +3,7 @@
 #include "module_fixture.h"
 
 #include "object/las/reader.h"
+#include "res/kelvra_messages.h"
 
 #include <fstream>
 #include <nlohmann/json.hpp>
@@ -64,10 +65,11 @@ TEST_P(DataFile, LoadsAsOtherReadersFoundIt) {
   ASSERT_EQ(cloud.Points(), outcome["points"].get<long long>());
   ASSERT_FALSE(lines.empty());
   for (const std::string& line : lines) EXPECT_EQ(line.rfind(path_ + ": ", 0), 0u) << line;
-  const bool partial = std::any_of(lines.begin(), lines.end(), [](const std::string& line) {
-    return line.find(": loaded ") != std::string::npos;
-  });
-  EXPECT_EQ(partial, outcome.contains("partial"));
+  KelvraCloudReport report = {1};
+  ASSERT_TRUE(op_->Message(KELVRA_MESSAGE_REPORT, &report));
+  ASSERT_EQ(report.fileCount, 1);
+  EXPECT_EQ(report.files[0].outcome == KELVRA_LOAD_PARTIAL, outcome.contains("partial"));
+  EXPECT_EQ(report.files[0].kept, cloud.Points());
   if (cloud.Points() == 0) {
     EXPECT_TRUE(cloud.blocks.empty()) << "no empty block stays";
     return;

@@ -238,7 +238,7 @@ TEST_F(LasLoadingTest, AUserBreakKeepsWholeFilesOnly) {
     kept.insert(points);
     EXPECT_EQ(Any(lines, "stopped"), struck && points < 10010);
     EXPECT_EQ(Any(lines, "2 more files were not loaded"), points == 0);
-    EXPECT_EQ(Any(lines, "1 more files were not loaded"), points == 10);
+    EXPECT_EQ(Any(lines, "1 more file was not loaded"), points == 10);
     if (!struck) break;
   }
   application_.GetFaults().Clear();
@@ -265,7 +265,7 @@ protected:
         EXPECT_TRUE(cloud.blocks.empty());
       }
       // A text point whose growth is refused is dropped, and the load goes on.
-      const bool dropped = Any(lines, "for want of memory");
+      const bool dropped = Any(lines, "dropped: not enough memory");
       EXPECT_TRUE(cloud.Points() == 0 || cloud.Points() == points || dropped) << cloud.Points();
       for (const StoredBlock& block : cloud.blocks) {
         EXPECT_EQ(block.positions.size(), 3u * (std::size_t)block.count);

@@ -1,6 +1,8 @@
 // The console's lines about loaded files: one a file, which scripts read.
 #include "object_fixture.h"
 
+#include "object/load/load_lines.h"
+
 #include <algorithm>
 
 namespace {
@@ -25,7 +27,7 @@ TEST_F(LoadReportTest, OneLineTellsWhatWasKept) {
   ASSERT_EQ(lines.size(), 1u);
   EXPECT_EQ(lines[0].rfind(path + ": 3 points, ", 0), 0u) << lines[0];
   for (const char* part :
-       {"positions are stored to 2 m", "1 line rejected (line 1)", "1 points without data dropped"})
+       {"positions are stored to 2 m", "1 line rejected (line 1)", "1 point without data dropped"})
     EXPECT_EQ(Containing(lines, part), 1) << lines[0];
   op_->GetDataInstance()->SetLong(1182, 2);
   lines = Load(path);
@@ -61,23 +63,73 @@ TEST_F(LoadReportTest, RefusalsNameTheReasonAndNoPoints) {
 
 TEST_F(LoadReportTest, FindingsAreToldOnce) {
   const struct {
-    const char *name, *first;
-    std::size_t lines;
-    const char* also;
+    const char *name, *first, *also;
   } cases[] = {
-      {"1.2-with-color-clipped.las", ": loaded 1,064 of 1,065 points, ", 2, "the file ends at byte"},
-      {"1815.las", ": 1,247 points, ", 3, "EPSG 6580 found; enter it to reproject"},
-      {"autzen_trim.las", ": 110,000 points, ", 1, "positions are stored to 0.062 m"},
+      {"1.2-with-color-clipped.las", ": loaded 1,064 of 1,065 points, ", "ends at byte 36,405)"},
+      {"1815.las", ": 1,247 points, ", "EPSG 6580 found; enter it to reproject"},
+      {"autzen_trim.las", ": 110,000 points, ", "positions are stored to 0.062 m"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     const std::string path = std::string(KELVRA_DATA_DIR "/") + c.name;
     if (!std::filesystem::exists(path)) GTEST_SKIP() << path << " is not there";
     const Lines lines = Load(path);
-    ASSERT_EQ(lines.size(), c.lines) << testing::PrintToString(lines);
+    ASSERT_EQ(lines.size(), 1u) << testing::PrintToString(lines);
     EXPECT_EQ(lines[0].rfind(path + c.first, 0), 0u) << lines[0];
     EXPECT_EQ(Containing(lines, c.also), 1) << testing::PrintToString(lines);
   }
+}
+
+TEST(LoadLine, CutsSayWhatCameAndWhatWasThere) {
+  using kelvra::LoadCut;
+  const struct {
+    std::int64_t kept, available, everyNth;
+    LoadCut cut;
+    const char* line;
+  } cases[] = {
+      {3, 3, 1, LoadCut::kFileEnd,
+       "loaded 3 of 10 points, 0.00 s, positions are stored to 0 m; the file ends early (here)"},
+      {3, 9, 3, LoadCut::kDamage,
+       "loaded 3 of 4 points, 1 of 3 kept, 0.00 s, positions are stored to 0 m; the file is damaged (here): "
+       "9 of 10 points could be read"},
+      {1, 10, 20, LoadCut::kNone, "1 point, 1 of 20 kept, 0.00 s, positions are stored to 0 m"},
+      {4, 9, 3, LoadCut::kFileEnd,
+       "4 points, 1 of 3 kept, 0.00 s, positions are stored to 0 m; the file ends early (here): 9 of 10 "
+       "points could be read"},
+      {3, 10, 1, LoadCut::kBlockCap,
+       "loaded 3 of 10 points, 0.00 s, positions are stored to 0 m; the load ended there: one file can give "
+       "715,827,882 points at most"},
+  };
+  for (const auto& c : cases) {
+    kelvra::LoadReport report;
+    report.announced = 10;
+    report.kept = c.kept;
+    report.available = c.available;
+    report.everyNth = c.everyNth;
+    report.cut = c.cut;
+    report.cutPlace = "here";
+    report.Note(kelvra::NoteSeverity::kInfo, "left out");
+    report.Conclude();
+    EXPECT_EQ(kelvra::LoadLine(report), c.line);
+  }
+}
+
+TEST_F(LoadReportTest, TheMessageHandsOutReportsAndBlocks) {
+  KelvraCloudReport answer = {2};
+  EXPECT_FALSE(op_->Message(KELVRA_MESSAGE_REPORT, &answer)) << "a later version";
+  Load(Put("a.xyz", "1 2 3 1 1 1\n4 5 6 2 2 2\n"));
+  const std::string bad = Put("bad.las", "~V");
+  const std::string line = Load(bad).at(0);
+  answer.version = 1;
+  ASSERT_TRUE(op_->Message(KELVRA_MESSAGE_REPORT, &answer));
+  ASSERT_EQ(answer.fileCount, 1) << "of the last command only";
+  EXPECT_EQ(answer.files[0].outcome, KELVRA_LOAD_REFUSED);
+  EXPECT_EQ(bad + ": " + answer.files[0].line, line);
+  ASSERT_EQ(answer.blockCount, 1);
+  const KelvraBlockReport& block = answer.blocks[0];
+  EXPECT_EQ(block.source, Path("a.xyz"));
+  EXPECT_TRUE(block.points == 2 && block.hasColor && !block.isBlack && block.reader == KELVRA_READER_XYZ);
+  EXPECT_TRUE(block.hasBox && block.min == LVector(1, 2, 3) && block.max == LVector(4, 5, 6));
 }
 
 TEST_F(LoadReportTest, AStopIsOneLineAndKeepsWholeFiles) {
@@ -94,9 +146,8 @@ TEST_F(LoadReportTest, AStopIsOneLineAndKeepsWholeFiles) {
     if (loaded == 3) return; // three files: hidden ones and index files are none
     ASSERT_EQ(lines.size(), (std::size_t)loaded + 1) << testing::PrintToString(lines);
     const std::string stoppedAt = Path("all/") + "abc"[loaded] + ".xyz";
-    const std::string more =
-        loaded == 2 ? "" : "; " + std::to_string(2 - loaded) + " more files were not loaded";
-    EXPECT_EQ(lines.back(), stoppedAt + ": stopped; nothing of it was loaded" + more);
+    const char* const more[] = {"; 2 more files were not loaded", "; 1 more file was not loaded", ""};
+    EXPECT_EQ(lines.back(), stoppedAt + ": stopped; nothing of it was loaded" + more[loaded]);
   }
   FAIL() << "the load never came to its end";
 }

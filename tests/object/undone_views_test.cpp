@@ -1,7 +1,6 @@
 // Views of a cloud whose data undo exchanges, whose node is freed, and whose views come and go.
 #include "view_fixture.h"
 
-#include "object/load/file_loading.h"
 
 namespace {
 

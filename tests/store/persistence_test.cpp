@@ -29,7 +29,7 @@ TEST_F(Persistence, BlockIsWrittenInItsFixedOrder) {
   const LReal reals[12] = {1, 3, 2, 4, 107, 108, 109, 110, 111, 112, 113, 114};
   for (std::size_t i = 0; i < 12; ++i) EXPECT_EQ(r.At<LReal>(7 + i), reals[i]) << i;
   EXPECT_EQ(r.At<UWORD>(19), 26913);
-  block.bboxValid = 0;
+  block.box.valid = 0;
   r.items.clear();
   ASSERT_TRUE(r.Record(block));
   EXPECT_EQ(r.At<LVector>(6), LVector()) << "a box that is not valid is written as zeros";

@@ -9,9 +9,9 @@ using Block = StoreTest;
 
 void ExpectClear(const PointBlock& block) {
   EXPECT_TRUE(!block.positions && !block.colors && !block.attrib3 && !block.attrib1);
-  EXPECT_TRUE(block.count == 0 && block.bboxValid == 0);
-  EXPECT_EQ(block.bboxMin, LVector(1e308, 1e308, 1e308));
-  EXPECT_EQ(block.bboxMax, LVector(-1e308, -1e308, -1e308));
+  EXPECT_TRUE(block.count == 0 && block.box.valid == 0);
+  EXPECT_EQ(block.box.min, LVector(1e308, 1e308, 1e308));
+  EXPECT_EQ(block.box.max, LVector(-1e308, -1e308, -1e308));
 }
 
 TEST_F(Block, ClearsTwiceAndGrowsItsBoxFromTheFirstPoint) {
@@ -20,11 +20,11 @@ TEST_F(Block, ClearsTwiceAndGrowsItsBoxFromTheFirstPoint) {
     EXPECT_EQ(block.Clear(), 0);
     ExpectClear(block);
   }
-  block.ExtendBox(Vector(5, -6, 7));
-  EXPECT_EQ(block.bboxMin, block.bboxMax);
-  block.ExtendBox(Vector(4, 0, 7));
-  EXPECT_EQ(block.bboxMin, LVector(4, -6, 7));
-  EXPECT_EQ(block.bboxMax, LVector(5, 0, 7));
+  block.box.Add(Vector(5, -6, 7));
+  EXPECT_EQ(block.box.min, block.box.max);
+  block.box.Add(Vector(4, 0, 7));
+  EXPECT_EQ(block.box.min, LVector(4, -6, 7));
+  EXPECT_EQ(block.box.max, LVector(5, 0, 7));
 }
 
 TEST_F(Block, RefusedCountOrArrayLeavesItClear) {
@@ -60,10 +60,10 @@ TEST_F(Block, FinishingShrinksToTheCountAndComputesTheBoxWhenAsked) {
   block.count = 3;
   block.Finish(0);
   EXPECT_LT(app.Live().bytes, before - 30000000);
-  EXPECT_EQ(block.bboxMax.x, 999999.0);
+  EXPECT_EQ(block.box.max.x, 999999.0);
   block.Finish(kFinishRecomputeBox);
-  EXPECT_EQ(block.bboxMin, LVector(0, 0, 0));
-  EXPECT_EQ(block.bboxMax, LVector(2, 20, 200));
+  EXPECT_EQ(block.box.min, LVector(0, 0, 0));
+  EXPECT_EQ(block.box.max, LVector(2, 20, 200));
 }
 
 TEST_F(Block, FillingSwapsAxesAndScalesColours) {
@@ -76,8 +76,8 @@ TEST_F(Block, FillingSwapsAxesAndScalesColours) {
   EXPECT_EQ(Vector(block.attrib3[0], block.attrib3[1], block.attrib3[2]), Vector(256, 65280, 0))
       << "256 wraps";
   EXPECT_TRUE(block.attrib1[0] == 1 && block.attrib1[1] == 0);
-  EXPECT_EQ(block.bboxMin, LVector(-1e6, -3.5, 2.5));
-  EXPECT_EQ(block.bboxMax, LVector(1.5, 9.0, 4.0));
+  EXPECT_EQ(block.box.min, LVector(-1e6, -3.5, 2.5));
+  EXPECT_EQ(block.box.max, LVector(1.5, 9.0, 4.0));
 }
 
 } // namespace

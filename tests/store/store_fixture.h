@@ -24,7 +24,7 @@ inline PointBlock MakeBlock(LONG count, UWORD key = 0, SReal start = 0.0f) {
     block.attrib1[i / 3] = (UWORD)i;
   }
   block.Finish(kFinishRecomputeBox);
-  const LVector low = block.bboxMin, high = block.bboxMax;
+  const LVector low = block.box.min, high = block.box.max;
   block.header.SetBounds(LVector(low.x, low.z, low.y), LVector(high.x, high.z, high.y));
   block.header.key = key;
   return block;

@@ -10,6 +10,7 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -91,7 +92,7 @@ TEST(TextDriver, FieldsThatALineDoesNotWriteKeepTheirValue) {
   EXPECT_EQ(loaded.points[0].second[1], 0);
   EXPECT_EQ(loaded.points[2].second[1], .25);
   EXPECT_EQ(loaded.points[2].r, 1);
-  EXPECT_EQ(loaded.max[1] - loaded.min[2], 7 - 3);
+  EXPECT_EQ(loaded.box.maximum[1] - loaded.box.minimum[2], 7 - 3);
 }
 
 TEST(TextDriver, RequestsForMemoryDoubleWhetherTheySucceedOrNot) {
@@ -103,6 +104,22 @@ TEST(TextDriver, RequestsForMemoryDoubleWhetherTheySucceedOrNot) {
   EXPECT_EQ(refused.requests, (Sizes{0x10000000, 0x20000000, 0x40000000, 0x80000000}));
   EXPECT_EQ(refused.xs, "4 5 6 7 8 9 ");
   EXPECT_EQ(refused.noMemory, 3);
+}
+
+TEST(TextDriver, TheMostPointsEndTheReading) {
+  for (const std::int32_t most : {2, 3}) {
+    std::vector<TextPoint> store(4);
+    bool read = false;
+    const auto text = [&](char* buffer, std::size_t size) {
+      return std::exchange(read, true) ? 0 : std::string("1 0 0\n2 0 0\nx\n3 0 0\n").copy(buffer, size);
+    };
+    const kelvra::TextResult result = kelvra::LoadText(
+        kelvra::TextLoader_XYZ(),
+        {text, 20, 1, [&](void*, std::size_t) { return (void*)store.data(); }, 4, nullptr, most});
+    EXPECT_EQ(result.count, most);
+    EXPECT_EQ(result.full, most == 2);
+    EXPECT_EQ(result.lines, result.count + result.rejected);
+  }
 }
 
 TEST(TextDriver, ProgressRisesByThousandthsAndCanStop) {

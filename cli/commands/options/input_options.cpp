@@ -10,6 +10,7 @@ namespace cli {
 void AddInput(CLI::App* command, InputOptions& options, bool settings) {
   command->add_option("FILE", options.files, "LAS, LAZ, XYZ or PTS files, folders of them, or one scene")
       ->required();
+  command->add_flag("--verbose", options.verbose, "Print all findings about the files");
   if (settings) {
     command->add_option("--set", options.settings, "Object parameter ID=VALUE, by number or by name")
         ->take_all()

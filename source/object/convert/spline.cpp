@@ -26,17 +26,16 @@ Bool FillPoints(const ConversionRequest& request, Vector* points, SegmentLengths
   const Matrix global = request.op->GetMg();
   const PointStore& store = *request.store;
   LONG number = 0;
-  for (VLONG g = 0; g < store.groups.GetCount(); ++g)
-    for (VLONG b = 0; b < store.groups[g].blocks.GetCount(); ++b) {
-      const PointBlock& block = store.groups[g].blocks[b];
-      const PointMapping mapping(store.HeaderFor(block), request.size);
-      for (LONG i = 0; i < block.count && number < request.count; ++i, ++number) {
-        points[number] = global * mapping.Map(block.positions + (VLONG)i * 3);
-        if (!segments.Add(points[number], block.attrib1[i])) return FALSE;
-      }
+  Bool added = TRUE;
+  store.VisitFirst(request.count, [&](const PointBlock& block, LONG taken, LONG) {
+    const PointMapping mapping(store.HeaderFor(block), request.size);
+    for (LONG i = 0; added && i < taken; ++i, ++number) {
+      points[number] = global * mapping.Map(block.positions + (VLONG)i * 3);
+      added = segments.Add(points[number], block.attrib1[i]);
     }
+  });
   segments.Extend(request.count - number);
-  return TRUE;
+  return added;
 }
 
 /** More than one segment needs a tag that says where each ends. */

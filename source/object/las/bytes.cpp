@@ -37,7 +37,7 @@ bool FileBytes::Open(const std::string& path, std::string& error) {
   }
   const auto size = std::filesystem::file_size(file, code);
   if (code) {
-    error = "its size cannot be found: " + code.message();
+    error = "its size cannot be read: " + code.message();
     return false;
   }
   if (file_) std::fclose(file_);
@@ -70,12 +70,6 @@ std::string Text(const char* format, ...) {
   std::vsnprintf(text, sizeof text, format, arguments);
   va_end(arguments);
   return text;
-}
-
-std::string Grouped(std::uint64_t number) {
-  std::string digits = std::to_string(number);
-  for (std::size_t i = digits.size(); i > 3; i -= 3) digits.insert(i - 3, ",");
-  return digits;
 }
 
 } // namespace kelvra

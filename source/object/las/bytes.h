@@ -2,6 +2,8 @@
 // the file.
 #pragma once
 
+#include "grouped_number.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -60,7 +62,7 @@ public:
   FileBytes(const FileBytes&) = delete;
   FileBytes& operator=(const FileBytes&) = delete;
 
-  // False, with the reason in `error`, when this is no regular file or it cannot be opened. `path` is UTF-8.
+  // False, with the reason in `error`, when this is not a regular file or cannot be opened. `path` is UTF-8.
   bool Open(const std::string& path, std::string& error);
   std::uint64_t Size() const override { return size_; }
   bool Read(std::uint64_t offset, void* bytes, std::size_t count) override;
@@ -81,8 +83,5 @@ std::string Text(const char* format, ...)
     __attribute__((format(printf, 1, 2)))
 #endif
     ;
-
-// 1234567 as "1,234,567".
-std::string Grouped(std::uint64_t number);
 
 } // namespace kelvra

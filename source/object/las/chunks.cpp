@@ -22,9 +22,9 @@ std::string FindTable(ByteSource& file, const LasHeader& header, std::uint64_t& 
   if (position == std::numeric_limits<std::uint64_t>::max() && !file.Field(file.Size() - 8, position))
     return "the position of the chunk table cannot be read from the end of the file";
   const std::uint64_t firstChunk = header.pointOffset + kTablePositionBytes;
-  if (position == header.pointOffset) return "the file has no chunk table, its writer was interrupted";
+  if (position == header.pointOffset) return "the file has no chunk table: its writer was interrupted";
   if (position < firstChunk || position > file.Size() || file.Size() - position < kTableHeaderBytes)
-    return Text("the chunk table should be at byte %s, the point data reaches from byte %s to %s",
+    return Text("the chunk table should be at byte %s, but the point data reaches from byte %s to %s",
                 Grouped(position).c_str(), Grouped(firstChunk).c_str(), Grouped(file.Size()).c_str());
   return {};
 }
@@ -35,13 +35,14 @@ std::string ReadTable(ByteSource& file, const LasHeader& header, const LasCompre
   if (std::string problem = FindTable(file, header, table.position); !problem.empty()) return problem;
   std::uint32_t version = 0, count = 0;
   if (!file.Field(table.position, version) || !file.Field(table.position + 4, count))
-    return "it cannot be read";
+    return "the chunk table cannot be read";
   if (version != 0) return Text("the chunk table has version %u, only 0 is known", version);
 
   const std::uint64_t announced = header.Points();
   const std::uint64_t bytes = table.position - header.pointOffset - kTablePositionBytes;
   const std::uint64_t mostChunks = std::min(announced, bytes / compression.RawPointBytes());
   const std::uint64_t size = compression.chunkSize;
+  // The number of chunks must fit the points and the bytes before it sizes an array.
   if (count > mostChunks)
     return Text("the chunk table has %s chunks, %s points in %s bytes make %s at most",
                 Grouped(count).c_str(), Grouped(announced).c_str(), Grouped(bytes).c_str(),
@@ -54,6 +55,7 @@ std::string ReadTable(ByteSource& file, const LasHeader& header, const LasCompre
   if (!DecodeLasChunkTable(file, table.position + kTableHeaderBytes, count, compression.VariableChunks(),
                            table.chunks))
     return "the chunk table does not decode";
+  // Add up points and bytes: the last chunk must end where the table starts.
   std::uint64_t points = 0, end = header.pointOffset + kTablePositionBytes;
   for (std::size_t i = 0; i < table.chunks.size(); ++i) {
     LasChunk& chunk = table.chunks[i];
@@ -73,7 +75,8 @@ std::string ReadTable(ByteSource& file, const LasHeader& header, const LasCompre
 }
 
 // Finds the length of the layered chunk at `start`: the first point, the number of points, the lengths of the
-// layers, the layers. Returns what is wrong with it, or an empty text.
+// layers, the layers. Returns what is wrong with it, or an empty text. A length above end - start tells that
+// the chunk is cut off.
 std::string MeasureLayeredChunk(ByteSource& file, const LasCompression& compression, std::uint64_t start,
                                 std::uint64_t end, std::uint64_t points, std::uint64_t& length) {
   const std::uint64_t sizesAt = compression.RawPointBytes();
@@ -106,7 +109,8 @@ void FollowLayeredChunks(ByteSource& file, const LasHeader& header, const LasCom
       problem = Text("has %s bytes, the chunk table says %s", Grouped(length).c_str(),
                      Grouped(table->chunks[i].bytes).c_str());
     if (!problem.empty()) {
-      plan.remark = Text("chunk %zu at byte %s ", i, Grouped(at).c_str()) + problem;
+      plan.cut = !table && length > end - at ? LoadCut::kFileEnd : LoadCut::kDamage;
+      plan.cutPlace = Text("chunk %zu at byte %s ", i, Grouped(at).c_str()) + problem;
       break;
     }
     points += inChunk;
@@ -121,30 +125,34 @@ LasChunkPlan PlanLasChunks(ByteSource& file, const LasHeader& header, const LasC
   LasChunkPlan plan;
   const std::uint64_t announced = header.Points();
   if (announced == 0) return plan;
-  // The library cannot start on point data that is shorter than this.
+  // 1. Is there room for the first point, which stands uncompressed? The library cannot start without it.
   const std::uint64_t start = header.pointOffset + (compression.Chunked() ? kTablePositionBytes : 0);
   if (start + compression.RawPointBytes() > file.Size()) {
-    plan.remark =
-        Text("the file ends at byte %s, before its first point is complete", Grouped(file.Size()).c_str());
+    plan.cut = LoadCut::kFileEnd;
+    plan.cutPlace =
+        Text("it ends at byte %s, before its first point is complete", Grouped(file.Size()).c_str());
     return plan;
   }
+  // 2. Bound the number of points by the bytes that are there.
   const std::uint64_t bytes = file.Size() - start;
   plan.readable = bytes < announced / kMaxPointsPerByte ? bytes * kMaxPointsPerByte : announced;
   if (!compression.Chunked()) return plan;
 
+  // 3. Read the chunk table. Chunks of one size can do without: each starts where the one before it ends.
   ChunkTable table;
-  plan.remark = ReadTable(file, header, compression, table);
-  plan.withoutTable = !plan.remark.empty();
+  const std::string tableProblem = ReadTable(file, header, compression, table);
+  plan.withoutTable = !tableProblem.empty();
   if (plan.withoutTable && compression.VariableChunks()) {
-    plan.refusal = plan.remark + "; chunks of different sizes cannot be read without it";
+    plan.refusal = tableProblem + "; chunks of different sizes cannot be read without it";
     plan.readable = 0;
     return plan;
   }
-  if (compression.Layered()) {
-    std::string tableRemark = std::move(plan.remark);
-    plan.remark.clear();
+  // 4. Layered chunks tell their lengths: follow them to the first one that does not fit.
+  if (compression.Layered())
     FollowLayeredChunks(file, header, compression, plan.withoutTable ? nullptr : &table, plan);
-    if (plan.remark.empty()) plan.remark = std::move(tableRemark);
+  if (plan.cut == LoadCut::kNone && plan.withoutTable) {
+    plan.cut = table.position > file.Size() ? LoadCut::kFileEnd : LoadCut::kDamage;
+    plan.cutPlace = tableProblem;
   }
   return plan;
 }

@@ -2,16 +2,18 @@
 // them.
 #pragma once
 
+#include "cloud/load_report.h"
 #include "object/las/compression.h"
 
 namespace kelvra {
 
 struct LasChunkPlan {
-  std::string refusal;        // not empty: no point can be read
-  std::string remark;         // not empty: what is damaged or missing
-  std::uint64_t readable = 0; // points that may be asked for, at most the announced ones
-  // The chunk table must not be looked at; the chunks are read one after the other, as of a writer that was
-  // interrupted.
+  std::string refusal;          // not empty: no point can be read
+  LoadCut cut = LoadCut::kNone; // why points may be missing at the end
+  std::string cutPlace;         // what is damaged or missing, a sentence; empty without a cut
+  std::uint64_t readable = 0;   // points that may be asked for, at most the announced ones
+  // The chunk table must not be used: the chunks are read one after the other, as those of an interrupted
+  // writer.
   bool withoutTable = false;
 };
 

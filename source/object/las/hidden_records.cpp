@@ -41,7 +41,7 @@ std::string CheckLibraryRecord(const LasRecord& record) {
 }
 
 // What is wrong with a record that the library reads without checks, or an empty text.
-std::string FindDamage(ByteSource& file, const LasReport& report, const LasRecord& record) {
+std::string FindDamage(ByteSource& file, const LasFindings& findings, const LasRecord& record) {
   if (record.Is("LASF_Projection", 34735)) {
     std::uint16_t keys = 0;
     if (record.length < 8 || !file.Field(record.Payload() + 6, keys))
@@ -49,7 +49,7 @@ std::string FindDamage(ByteSource& file, const LasReport& report, const LasRecor
     if (8 + std::uint64_t{8} * keys > record.length)
       return Text("%u keys need %u bytes, it has %u", unsigned{keys}, 8 + 8u * keys, unsigned(record.length));
   }
-  if (record.Is("LASF_Spec", 4)) return CheckExtraBytes(file, report.header, record);
+  if (record.Is("LASF_Spec", 4)) return CheckExtraBytes(file, findings.header, record);
   if (record.userId == "LASF_Spec" && record.recordId >= 100 && record.recordId < 355 && record.length < 26)
     return Text("its length is %u, a wave packet descriptor has 26", unsigned(record.length));
   if (record.Is("LAStools", 10) || record.Is("LAStools", 20) || record.userId == "lastools tile")
@@ -66,59 +66,61 @@ bool IsUnwanted(const LasRecord& record) {
 }
 
 // Follows the extended records; false when they do not lie in the file.
-bool FillExtended(ByteSource& file, LasReport& report) {
-  std::uint64_t at = report.header.extendedStart;
-  if (report.header.extendedCount > kMaxExtendedRecords || at < report.header.pointOffset) return false;
-  for (std::uint32_t i = 0; i < report.header.extendedCount; ++i) {
+bool FillExtended(ByteSource& file, LasFindings& findings) {
+  std::uint64_t at = findings.header.extendedStart;
+  if (findings.header.extendedCount > kMaxExtendedRecords || at < findings.header.pointOffset) return false;
+  for (std::uint32_t i = 0; i < findings.header.extendedCount; ++i) {
     LasRecord record;
     if (!FillLasRecord(file, at, true, record) || record.length > file.Size() - record.Payload())
       return false;
     at = record.End();
-    report.records.push_back(std::move(record));
+    findings.records.push_back(std::move(record));
   }
   return true;
 }
 
 // The library loads extended records whole, and those that it knows without any check.
-void HideExtended(ByteSource& file, LasReport& report) {
-  if (report.header.extendedCount == 0) return;
-  const std::size_t first = report.records.size();
+void HideExtended(ByteSource& file, LasFindings& findings) {
+  if (findings.header.extendedCount == 0) return;
+  const std::size_t first = findings.records.size();
   bool hide = false;
-  if (!FillExtended(file, report)) {
-    report.records.resize(first);
-    report.remarks.push_back(
-        Text("the %u extended records (byte 243) from byte %s on do not lie in the file, ignored",
-             report.header.extendedCount, Grouped(report.header.extendedStart).c_str()));
+  if (!FillExtended(file, findings)) {
+    findings.records.resize(first);
+    findings.notes.push_back(
+        {NoteSeverity::kInfo,
+         Text("the %u extended records (byte 243) from byte %s on are not wholly in the file and are ignored",
+              findings.header.extendedCount, Grouped(findings.header.extendedStart).c_str())});
     hide = true;
   }
   std::uint64_t bytes = 0;
-  for (std::size_t i = first; i < report.records.size(); ++i) {
-    const std::string& user = report.records[i].userId;
+  for (std::size_t i = first; i < findings.records.size(); ++i) {
+    const std::string& user = findings.records[i].userId;
     for (const char* known :
          {"LASF_Projection", "LASF_Spec", "laszip encoded", "LAStools", "lastools tile", "copc"})
       hide = hide || user == known;
-    bytes += report.records[i].length;
+    bytes += findings.records[i].length;
   }
-  if (hide || bytes > kMaxExtendedBytes) report.patches.push_back({kExtendedCountField, {0, 0, 0, 0}});
+  if (hide || bytes > kMaxExtendedBytes) findings.patches.push_back({kExtendedCountField, {0, 0, 0, 0}});
 }
 
 } // namespace
 
-void HideLasRecords(ByteSource& file, LasReport& report) {
+void HideLasRecords(ByteSource& file, LasFindings& findings) {
   bool extraBytesSeen = false;
-  for (const LasRecord& record : report.records) {
-    const std::string damage = FindDamage(file, report, record);
+  for (const LasRecord& record : findings.records) {
+    const std::string damage = FindDamage(file, findings, record);
     // A second description of the extra bytes is added to the first by the library, past the end of a point.
     const bool repeated = record.Is("LASF_Spec", 4) && extraBytesSeen;
     extraBytesSeen = extraBytesSeen || record.Is("LASF_Spec", 4);
     if (damage.empty() && !repeated && !IsUnwanted(record)) continue;
-    report.patches.push_back({record.offset + kUserIdField, std::vector<std::uint8_t>(kUserIdBytes)});
+    findings.patches.push_back({record.offset + kUserIdField, std::vector<std::uint8_t>(kUserIdBytes)});
     if (!damage.empty())
-      report.remarks.push_back(Text("record %s %u at byte %s is ignored: ", record.userId.c_str(),
-                                    unsigned{record.recordId}, Grouped(record.offset).c_str()) +
-                               damage);
+      findings.notes.push_back(
+          {NoteSeverity::kInfo, Text("record %s %u at byte %s is ignored: ", record.userId.c_str(),
+                                     unsigned{record.recordId}, Grouped(record.offset).c_str()) +
+                                    damage});
   }
-  HideExtended(file, report);
+  HideExtended(file, findings);
 }
 
 } // namespace kelvra

@@ -7,8 +7,8 @@
 
 namespace kelvra {
 
-// Adds the extended records to the report and a patch for everything that is to be hidden; a remark where a
+// Adds the extended records to the findings and a patch for everything that is to be hidden; a note where a
 // record is hidden because it is damaged. Precondition: the variable-length records were filled.
-void HideLasRecords(ByteSource& file, LasReport& report);
+void HideLasRecords(ByteSource& file, LasFindings& findings);
 
 } // namespace kelvra

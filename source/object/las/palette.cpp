@@ -6,7 +6,7 @@ namespace kelvra {
 
 namespace {
 
-constexpr LasColor kNoColor = {0, 0, 0}; // no class has it: grey instead
+constexpr LasColor kNoColor = {0, 0, 0}; // stands for "grey by height": no palette colour is black
 
 constexpr LasColor kPalette[] = {
     kNoColor,

@@ -15,14 +15,6 @@
 
 namespace kelvra {
 
-namespace {
-
-std::string FileName(const std::string& path) {
-  return std::filesystem::u8path(path).filename().u8string();
-}
-
-} // namespace
-
 LasFile::LasFile() = default;
 
 bool LasFile::Open(const std::string& path) {
@@ -30,24 +22,24 @@ bool LasFile::Open(const std::string& path) {
   refusal_.clear();
   libraryMessages_.clear();
   remaining_ = 0;
-  report_ = LasReport();
+  findings_ = LasFindings();
 
   file_ = std::make_unique<FileBytes>();
   std::string problem;
   if (!Available()) {
     problem = "this build cannot read LAS and LAZ files: it was made without LASlib";
   } else if (file_->Open(path, problem)) {
-    report_ = ValidateLas(*file_);
-    if (!report_.complaints.empty()) problem = report_.complaints.front();
+    findings_ = ValidateLas(*file_);
+    if (!findings_.complaints.empty()) problem = findings_.complaints.front();
   }
   if (problem.empty() && !OpenLibrary(path))
     problem = "LASlib cannot open it" + (libraryMessages_.empty() ? "" : ": " + libraryMessages_.front());
   if (!problem.empty()) {
     library_.reset();
-    refusal_ = FileName(path) + ": " + problem;
+    refusal_ = problem;
     return false;
   }
-  remaining_ = report_.readable;
+  remaining_ = findings_.readable;
   return true;
 }
 
@@ -61,14 +53,14 @@ void LasFile::OnMessage(void* context, const char* text) {
   try {
     messages.push_back(std::move(line));
   } catch (...) {
-    // Called from within the library, which no exception may cross: a message less.
+    // The library calls this, and no exception may cross it: one message is lost.
   }
 }
 
 #if KELVRA_HAVE_LASLIB
 
 struct LasFile::Library {
-  Library(ByteSource& file, const LasReport& report) : stream(file, report.patches) {}
+  Library(ByteSource& file, const LasFindings& findings) : stream(file, findings.patches) {}
   ~Library() {
     reader.reset();
 #if KELVRA_LASLIB_MESSAGES
@@ -132,27 +124,27 @@ std::unique_ptr<LASreadPoint> StartPoints(const LasHeader& header, LASreader& re
 } // namespace
 
 bool LasFile::OpenLibrary(const std::string& path) {
-  library_ = std::make_unique<Library>(*file_, report_);
+  library_ = std::make_unique<Library>(*file_, findings_);
 #if KELVRA_LASLIB_MESSAGES
   kelvra_las_message(&LasFile::OnMessage, this);
 #endif
   try {
-    if (report_.patches.empty() && SuitsOpener(path)) {
+    if (findings_.patches.empty() && SuitsOpener(path)) {
       library_->opener.set_file_name(path.c_str());
       library_->reader.reset(library_->opener.open());
     } else {
       library_->reader.reset(OpenPatched(library_->stream));
     }
     if (!library_->reader) return false;
-    library_->points = StartPoints(report_.header, *library_->reader, library_->stream);
+    library_->points = StartPoints(findings_.header, *library_->reader, library_->stream);
   } catch (const std::bad_alloc&) {
     throw;
   } catch (...) {
     return false; // the library throws integers
   }
   const LASheader& header = library_->reader->header;
-  return library_->points && header.point_data_format == report_.header.PointFormat() &&
-         library_->reader->npoints == static_cast<I64>(report_.header.Points());
+  return library_->points && header.point_data_format == findings_.header.PointFormat() &&
+         library_->reader->npoints == static_cast<I64>(findings_.header.Points());
 }
 
 bool LasFile::HasColor() const {

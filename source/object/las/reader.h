@@ -22,13 +22,13 @@ public:
   LasFile(const LasFile&) = delete;
   LasFile& operator=(const LasFile&) = delete;
 
-  // Checks and opens the file, `path` being UTF-8. False when it is refused: Refusal() says why, in one line
-  // that names the file. May throw std::bad_alloc.
+  // Checks and opens the file, `path` being UTF-8. False when it is refused: Refusal() says why, in one
+  // sentence without the file's name. May throw std::bad_alloc.
   bool Open(const std::string& path);
   const std::string& Refusal() const { return refusal_; }
 
-  // What the checks found. report.readable bounds how often Next can return true.
-  const LasReport& Report() const { return report_; }
+  // What the checks found. Its number of readable points bounds how often Next can return true.
+  const LasFindings& Findings() const { return findings_; }
   bool HasColor() const;
 
   // Goes to the next point; false at the end of the file, after the last readable point, and where the
@@ -48,7 +48,7 @@ private:
   bool OpenLibrary(const std::string& path);
   static void OnMessage(void* context, const char* text);
 
-  LasReport report_;
+  LasFindings findings_;
   std::string refusal_;
   std::vector<std::string> libraryMessages_;
   std::unique_ptr<FileBytes> file_;

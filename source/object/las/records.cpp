@@ -6,16 +6,11 @@
 
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
-#include <new>
 
 namespace kelvra {
 
 namespace {
 
-// One block holds no more: three values a point are counted in 32 bits.
-constexpr std::int64_t kMaxBlockPoints = 715827882;
-constexpr std::int64_t kMaxKept = 2147483647; // one more is kept before the load ends
 constexpr std::int64_t kProgressMask = 1023;
 
 std::int64_t Clamped(std::uint64_t count) {
@@ -27,28 +22,19 @@ std::int64_t RoundedUp(std::int64_t count, std::int64_t step) {
   return count == 0 ? 0 : (count - 1) / step + 1;
 }
 
-// The shares of the loop that do not change from point to point.
+// What the loop knows before its first point.
 struct Plan {
   std::int64_t step = 1;
-  std::int64_t limit = 0;
-  std::int64_t capacity = 0; // of the record array
+  std::int64_t limit = 0;    // one more point than this is kept
+  std::int64_t capacity = 0; // of the record array: at this many kept points the load ends
 };
 
 Plan MakePlan(const LasReadOptions& options, std::uint64_t readable) {
   Plan plan;
   plan.step = std::max<std::int64_t>(1, options.step);
-  plan.limit = std::clamp<std::int64_t>(options.limit, 0, kMaxKept);
-  plan.capacity = std::min(RoundedUp(Clamped(readable), plan.step), plan.limit + 1);
-  plan.capacity = std::min(plan.capacity, kMaxBlockPoints);
+  plan.limit = std::clamp<std::int64_t>(options.limit, 0, options.most);
+  plan.capacity = std::min({RoundedUp(Clamped(readable), plan.step), plan.limit + 1, options.most});
   return plan;
-}
-
-void Enclose(const LasPoint& point, LasBox& box) {
-  const double position[3] = {point.x, point.y, point.z};
-  for (int axis = 0; axis < 3; ++axis) {
-    box.minimum[axis] = std::min(box.minimum[axis], position[axis]);
-    box.maximum[axis] = std::max(box.maximum[axis], position[axis]);
-  }
 }
 
 // Calls back when the whole percentage changed; asked once per 1,024 kept points.
@@ -75,7 +61,6 @@ private:
 };
 
 struct LoopResult {
-  std::int64_t read = 0;
   bool atEnd = false; // of the file, rather than of the record array
   bool stopped = false;
   unsigned colorBits = 0; // of all colour components together
@@ -91,47 +76,53 @@ void FillRecord(const LasPoint& point, bool hasColor, SourceRecord& record, unsi
 
 LoopResult ReadPoints(LasFile& file, const Plan& plan, ProgressMeter& meter, LasCloud& cloud) {
   LoopResult result;
+  LoadReport& report = cloud.report;
   const bool hasColor = cloud.hasColor;
   LasPoint point;
-  LasBox box;
-  std::int64_t sinceKept = 0;
-  while (cloud.kept < plan.capacity) {
+  SourceBox box;
+  std::int64_t read = 0, kept = 0, sinceKept = 0;
+  while (kept < plan.capacity) {
     if (!file.Next()) {
       result.atEnd = true;
       break;
     }
-    ++result.read;
+    ++read;
     // Every step-th point by its place in the file, whether the ones before it could be used or not.
     const std::int64_t place = sinceKept < plan.step ? sinceKept : 0;
     sinceKept = place + 1;
-    if (place != 0) continue;
+    if (place != 0) {
+      ++report.thinned;
+      continue;
+    }
     file.Get(point);
-    // Blocks hold 32-bit floats: what is no finite one there is no point.
+    // Blocks hold 32-bit floats: a coordinate that is not a finite one there cannot be stored.
     if (!std::isfinite(static_cast<float>(point.x)) || !std::isfinite(static_cast<float>(point.y)) ||
         !std::isfinite(static_cast<float>(point.z))) {
-      ++cloud.dropped;
+      ++report.dropped.notFinite;
       continue;
     }
     // Unclassified points are left out of reprojected clouds only. The key of a LAS cloud is never above 1,
     // so they all stay; the rule is kept for the day a reader sets another key.
     if (cloud.key > 1 && (point.classification & 31) == 0) continue;
-    if (cloud.kept == 0) box = {{point.x, point.y, point.z}, {point.x, point.y, point.z}};
-    Enclose(point, box);
-    FillRecord(point, hasColor, cloud.records[cloud.kept], result.colorBits);
-    ++cloud.kept;
-    if ((cloud.kept & kProgressMask) == 0 && !meter.Report(cloud.kept)) {
+    box.Add(point.x, point.y, point.z);
+    FillRecord(point, hasColor, cloud.records[kept], result.colorBits);
+    ++kept;
+    if ((kept & kProgressMask) == 0 && !meter.Report(kept)) {
       result.stopped = true;
       break;
     }
   }
+  report.read = read;
+  report.kept = kept;
   cloud.pointBox = box;
   return result;
 }
 
-// 8-bit colours in 16-bit fields. The factor is 255 deliberately, where text colours get 256.
+// 8-bit colours in 16-bit fields. The factor is 255 although text colours get 256: scenes hold colours that
+// were widened so, and the same file must look the same beside them.
 void WidenColors(LasCloud& cloud) {
   constexpr std::uint16_t kFactor = 255;
-  for (std::int64_t i = 0; i < cloud.kept; ++i) {
+  for (std::int64_t i = 0; i < cloud.report.kept; ++i) {
     SourceRecord& record = cloud.records[i];
     record.r = static_cast<std::uint16_t>(record.r * kFactor);
     record.g = static_cast<std::uint16_t>(record.g * kFactor);
@@ -140,8 +131,8 @@ void WidenColors(LasCloud& cloud) {
   cloud.widened = true;
 }
 
-// The header's bounds were rounded by their writer: half a step of the raw integers is no contradiction.
-bool BoxHolds(const LasHeader& header, const LasBox& outer, const LasBox& inner) {
+// Writers round the header's bounds: a point may lie outside of them by half a step of the raw integers.
+bool BoxHolds(const LasHeader& header, const SourceBox& outer, const SourceBox& inner) {
   for (int axis = 0; axis < 3; ++axis) {
     const double slack = std::abs(header.scale[axis]) / 2;
     if (!std::isfinite(outer.minimum[axis]) || !std::isfinite(outer.maximum[axis])) return false;
@@ -153,79 +144,104 @@ bool BoxHolds(const LasHeader& header, const LasBox& outer, const LasBox& inner)
 }
 
 void TakeHeader(const LasFile& file, LasCloud& cloud) {
-  const LasReport& report = file.Report();
-  cloud.announced = Clamped(report.header.Points());
+  const LasFindings& findings = file.Findings();
+  cloud.report.announced = Clamped(findings.header.Points());
+  cloud.report.epsg = IsOfferedCode(findings.geoKeyCode) ? findings.geoKeyCode : 0;
+  cloud.report.notes = findings.notes;
   cloud.hasColor = file.HasColor();
-  cloud.pointFormat = report.header.PointFormat();
+  cloud.report.reader = cloud.hasColor ? kReaderLas : kReaderLasByClass;
+  cloud.pointFormat = findings.header.PointFormat();
   for (int axis = 0; axis < 3; ++axis) {
-    cloud.headerBox.minimum[axis] = report.header.minimum[axis];
-    cloud.headerBox.maximum[axis] = report.header.maximum[axis];
+    cloud.headerBox.minimum[axis] = findings.header.minimum[axis];
+    cloud.headerBox.maximum[axis] = findings.header.maximum[axis];
   }
-  cloud.geoKeyCode = report.geoKeyCode;
-  // As soon as the header announces a point the key is 1, deliberately: every block of a LAS file carries it.
-  cloud.key = cloud.announced > 0 ? 1 : report.geoKeyCode;
+  // The key is 1 as soon as the header announces a point. Blocks of one key are placed by the first one's
+  // header: that is what keeps the tiles of a survey side by side.
+  cloud.key = cloud.report.announced > 0 ? 1 : findings.geoKeyCode;
 }
 
-void Tell(LasCloud& cloud, const std::string& name, const std::string& text) {
-  cloud.messages.push_back(name + ": " + text);
+// Why the load ended before the last point that the header announces, if it did.
+void FindCut(const LasFile& file, const LasReadOptions& options, const Plan& plan, LoadReport& report) {
+  const LasFindings& findings = file.Findings();
+  const bool more = RoundedUp(report.available, plan.step) > report.kept + report.dropped.notFinite;
+  if (!more) {
+    // The points behind the last one that is kept are thinned without being read.
+    report.thinned += report.available - report.read;
+    report.read = report.available;
+  }
+  if (more && report.kept > plan.limit) {
+    report.cut = LoadCut::kBudget;
+  } else if (more && report.kept >= options.most) {
+    report.cut = LoadCut::kBlockCap;
+  } else if (report.available < report.announced) {
+    // A sound file of which the library decodes less than was expected is damaged.
+    report.cut = findings.cut == LoadCut::kNone ? LoadCut::kDamage : findings.cut;
+    report.cutPlace = findings.cutPlace;
+    return;
+  }
+  if (!findings.cutPlace.empty()) report.Note(NoteSeverity::kWarning, findings.cutPlace);
 }
 
-void TellFindings(const LasFile& file, const std::string& name, const Plan& plan, bool partial,
-                  LasCloud& cloud) {
-  if (partial)
-    Tell(cloud, name,
-         "loaded " + Grouped(cloud.available) + " of " + Grouped(cloud.announced) + " points" +
-             (plan.step > 1 ? ", every " + Grouped(plan.step) + "th kept" : ""));
-  for (const std::string& remark : file.Report().remarks) Tell(cloud, name, remark);
-  for (const std::string& message : file.LibraryMessages()) Tell(cloud, name, "LASlib: " + message);
-  if (cloud.dropped > 0)
-    Tell(cloud, name, Grouped(cloud.dropped) + " points without finite coordinates dropped");
-  if (cloud.kept > plan.limit && RoundedUp(cloud.announced, plan.step) > cloud.kept)
-    Tell(cloud, name, "the point budget ended the load after " + Grouped(cloud.kept) + " points");
-  if (cloud.kept > 0 && !cloud.headerBoxHolds)
-    Tell(cloud, name, "the bounds in the header do not enclose the points, the points' own are used");
-  if (IsOfferedCode(cloud.geoKeyCode))
-    Tell(cloud, name, Text("EPSG %u found; enter it to reproject", cloud.geoKeyCode));
+void AddNotes(const LasFile& file, LasCloud& cloud) {
+  for (const std::string& message : file.LibraryMessages())
+    cloud.report.Note(NoteSeverity::kInfo, "LASlib: " + message);
+  if (cloud.report.kept > 0 && !cloud.headerBoxHolds)
+    cloud.report.Note(NoteSeverity::kWarning,
+                      "the header's bounds do not enclose the points; the points' own bounds are used");
 }
 
 void Release(RecordMemory& memory, LasCloud& cloud) {
   if (cloud.records) memory.Free(cloud.records);
   cloud.records = nullptr;
-  cloud.kept = 0;
+  cloud.report.kept = 0;
 }
 
-void Load(LasFile& file, const std::string& name, const LasReadOptions& options, RecordMemory& memory,
-          const LasProgress& progress, LasCloud& cloud) {
+// Why a sound file gives no point.
+void ReportEmpty(LoadReport& report) {
+  report.outcome = report.cut == LoadCut::kNone ? LoadOutcome::kEmpty : LoadOutcome::kRefused;
+  report.refusal = report.dropped.notFinite > 0 ? "none of its points has finite coordinates"
+                   : report.announced == 0      ? "the file holds no points"
+                   : report.cutPlace.empty()    ? "none of its points could be read"
+                                                : report.cutPlace;
+}
+
+void Load(LasFile& file, const LasReadOptions& options, RecordMemory& memory, const LasProgress& progress,
+          LasCloud& cloud) {
+  LoadReport& report = cloud.report;
   TakeHeader(file, cloud);
-  const Plan plan = MakePlan(options, file.Report().readable);
+  const Plan plan = MakePlan(options, file.Findings().readable);
+  report.everyNth = plan.step;
   if (plan.capacity > 0) {
     const std::size_t bytes = static_cast<std::size_t>(plan.capacity) * sizeof(SourceRecord);
     cloud.records = static_cast<SourceRecord*>(memory.Allocate(bytes));
     if (!cloud.records) {
-      cloud.outcome = LasOutcome::kOutOfMemory;
-      Tell(cloud, name,
-           "out of memory: " + Grouped(plan.capacity) + " points need " + Grouped(bytes) + " bytes");
+      report.cut = LoadCut::kNoMemory;
+      report.Refuse(
+          "not enough memory for its points: " + Counted(static_cast<std::uint64_t>(plan.capacity), "point") +
+          " need " + Grouped(bytes) + " bytes while they are loaded");
       return;
     }
   }
-  ProgressMeter meter(progress, cloud.announced, plan.step);
+  ProgressMeter meter(progress, report.announced, plan.step);
   const LoopResult result = ReadPoints(file, plan, meter, cloud);
   if (result.stopped) {
     Release(memory, cloud);
-    cloud.outcome = LasOutcome::kStopped;
-    Tell(cloud, name, "loading was stopped after " + Grouped(result.read) + " points");
+    report.Stop();
     return;
   }
 
-  // What was there: the library may have ended before the last point that seemed readable.
-  cloud.available = result.atEnd ? result.read : Clamped(file.Report().readable);
-  const bool partial = cloud.available < cloud.announced && (result.atEnd || cloud.kept <= plan.limit);
-  if (cloud.kept > 0 && result.colorBits > 0 && result.colorBits <= 255) WidenColors(cloud);
-  cloud.headerBoxHolds = cloud.kept > 0 && BoxHolds(file.Report().header, cloud.headerBox, cloud.pointBox);
-  cloud.outcome = cloud.kept == 0 ? LasOutcome::kEmpty : partial ? LasOutcome::kPartial : LasOutcome::kLoaded;
-  TellFindings(file, name, plan, partial, cloud);
-  if (cloud.announced == 0) Tell(cloud, name, "the file holds no points");
-  if (cloud.kept == 0) Release(memory, cloud);
+  // The library may have ended before the last point that seemed readable.
+  report.available = result.atEnd ? report.read : Clamped(file.Findings().readable);
+  if (report.kept > 0 && result.colorBits > 0 && result.colorBits <= 255) WidenColors(cloud);
+  cloud.headerBoxHolds = report.kept > 0 && BoxHolds(file.Findings().header, cloud.headerBox, cloud.pointBox);
+  FindCut(file, options, plan, report);
+  AddNotes(file, cloud);
+  if (report.kept > 0) {
+    report.Conclude();
+  } else {
+    ReportEmpty(report);
+    Release(memory, cloud);
+  }
 }
 
 } // namespace
@@ -235,19 +251,19 @@ LasCloud ReadLas(const std::string& path, const LasReadOptions& options, RecordM
   LasCloud cloud;
   try {
     LasFile file;
-    if (!file.Open(path)) {
-      cloud.messages.push_back(file.Refusal());
-      return cloud;
+    if (file.Open(path)) {
+      Load(file, options, memory, progress, cloud);
+    } else {
+      cloud.report.Refuse(file.Refusal());
+      const std::vector<std::string>& complaints = file.Findings().complaints;
+      for (std::size_t i = 1; i < complaints.size(); ++i)
+        cloud.report.Note(NoteSeverity::kInfo, complaints[i]);
     }
-    Load(file, std::filesystem::u8path(path).filename().u8string(), options, memory, progress, cloud);
+    cloud.report.path = path;
   } catch (...) {
     Release(memory, cloud);
-    cloud.outcome = LasOutcome::kOutOfMemory;
-    try {
-      cloud.messages.push_back("out of memory while reading " + path);
-    } catch (...) {
-      cloud.messages.clear();
-    }
+    cloud.report.outcome = LoadOutcome::kRefused;
+    cloud.report.cut = LoadCut::kNoMemory;
   }
   return cloud;
 }

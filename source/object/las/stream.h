@@ -1,4 +1,4 @@
-// The file as the point library is to see it: its own bytes, but for the patches. Only for a build with
+// The file as the point library sees it: its own bytes with the patches over them. Only for a build with
 // LASlib.
 //
 // The library asks for single bytes and for items of a few bytes through virtual calls, so this serves them
@@ -16,7 +16,7 @@ namespace kelvra {
 
 class LasStream final : public ByteStreamIn {
 public:
-  // Reads through `file`, which must outlive the stream and is not read by others meanwhile.
+  // Reads through `file`, which must outlive the stream; nobody else may read from it in the meantime.
   LasStream(ByteSource& file, std::vector<LasPatch> patches)
       : file_(file), patches_(std::move(patches)), buffer_(new U8[kBufferBytes]) {}
 

@@ -12,7 +12,7 @@ namespace {
 
 constexpr unsigned kLastPointFormat = 10;
 
-// How the file starts, for the message about something that is no point cloud at all.
+// How the file starts, for the message about a file that is not a point cloud at all.
 std::string Beginning(ByteSource& file) {
   std::uint8_t bytes[12] = {};
   const std::size_t count = static_cast<std::size_t>(std::min<std::uint64_t>(file.Size(), sizeof bytes));
@@ -84,11 +84,11 @@ void CheckPoints(const LasHeader& header, std::vector<std::string>& complaints) 
 }
 
 // Walks the variable-length records, which must end before the point data.
-void FillRecords(ByteSource& file, LasReport& report) {
-  const LasHeader& header = report.header;
+void FillRecords(ByteSource& file, LasFindings& findings) {
+  const LasHeader& header = findings.header;
   const std::uint64_t room = header.pointOffset - header.headerSize;
   if (header.recordCount * std::uint64_t{kRecordHeaderBytes} > room) {
-    report.complaints.push_back(
+    findings.complaints.push_back(
         Text("%s variable-length records (byte 100) do not fit into the %s bytes before the point data",
              Grouped(header.recordCount).c_str(), Grouped(room).c_str()));
     return;
@@ -97,94 +97,98 @@ void FillRecords(ByteSource& file, LasReport& report) {
   for (std::uint32_t i = 0; i < header.recordCount; ++i) {
     LasRecord record;
     if (!FillLasRecord(file, at, false, record) || record.End() > header.pointOffset) {
-      report.complaints.push_back(
+      findings.complaints.push_back(
           Text("variable-length record %u at byte %s ends at byte %s, the point data starts at byte %u", i,
                Grouped(at).c_str(), Grouped(std::max(record.End(), at + kRecordHeaderBytes)).c_str(),
                header.pointOffset));
       return;
     }
     at = record.End();
-    report.records.push_back(std::move(record));
+    findings.records.push_back(std::move(record));
   }
 }
 
 // The record of the compressor is there exactly when the point format says so.
-void CheckCompression(ByteSource& file, LasReport& report) {
+void CheckCompression(ByteSource& file, LasFindings& findings) {
   const LasRecord* found = nullptr;
-  for (const LasRecord& record : report.records) {
+  for (const LasRecord& record : findings.records) {
     if (record.userId != "laszip encoded") continue;
     if (record.recordId != 22204 || found) {
-      report.complaints.push_back(
+      findings.complaints.push_back(
           Text("record \"laszip encoded\" %u at byte %s: one with number 22204 is expected",
                unsigned{record.recordId}, Grouped(record.offset).c_str()));
       return;
     }
     found = &record;
   }
-  if (report.header.Compressed() != (found != nullptr)) {
-    report.complaints.push_back(
+  if (findings.header.Compressed() != (found != nullptr)) {
+    findings.complaints.push_back(
         found ? "the file has a compression record, its point format (byte 104) is uncompressed"
               : "point format (byte 104) is compressed, the file has no compression record");
     return;
   }
   if (!found) return;
-  const std::string problem = CheckLasCompression(file, report.header, *found, report.compression);
+  const std::string problem = CheckLasCompression(file, findings.header, *found, findings.compression);
   if (!problem.empty())
-    report.complaints.push_back(Text("compression record at byte %s: ", Grouped(found->offset).c_str()) +
-                                problem);
-  else if (report.compression.specialRecords > 0) // a spatial index for the library, read without checks
-    report.patches.push_back({found->Payload() + kSpecialRecordsField, std::vector<std::uint8_t>(8)});
+    findings.complaints.push_back(Text("compression record at byte %s: ", Grouped(found->offset).c_str()) +
+                                  problem);
+  else if (findings.compression.specialRecords > 0) // a spatial index for the library, read without checks
+    findings.patches.push_back({found->Payload() + kSpecialRecordsField, std::vector<std::uint8_t>(8)});
 }
 
-void CountReadable(ByteSource& file, LasReport& report) {
-  const LasHeader& header = report.header;
+void CountReadable(ByteSource& file, LasFindings& findings) {
+  const LasHeader& header = findings.header;
   if (!header.Compressed()) {
-    report.readable = std::min(header.Points(), (file.Size() - header.pointOffset) / header.recordLength);
-    if (report.readable < header.Points())
-      report.remarks.push_back(Text("the file ends at byte %s, after %s of its %s points",
-                                    Grouped(file.Size()).c_str(), Grouped(report.readable).c_str(),
-                                    Grouped(header.Points()).c_str()));
+    findings.readable = std::min(header.Points(), (file.Size() - header.pointOffset) / header.recordLength);
+    if (findings.readable < header.Points()) {
+      const double end = static_cast<double>(header.Points()) * header.recordLength + header.pointOffset;
+      findings.cut = LoadCut::kFileEnd;
+      findings.cutPlace = Text("its points should end at byte %s, but it ends at byte %s",
+                               Grouped(static_cast<std::uint64_t>(std::min(end, 1e18))).c_str(),
+                               Grouped(file.Size()).c_str());
+    }
     return;
   }
-  LasChunkPlan plan = PlanLasChunks(file, header, report.compression);
-  if (!plan.refusal.empty()) report.complaints.push_back(plan.refusal);
-  if (!plan.remark.empty()) report.remarks.push_back(plan.remark);
-  report.readable = plan.readable;
+  LasChunkPlan plan = PlanLasChunks(file, header, findings.compression);
+  if (!plan.refusal.empty()) findings.complaints.push_back(plan.refusal);
+  findings.cut = plan.cut;
+  findings.cutPlace = plan.cutPlace;
+  findings.readable = plan.readable;
   if (plan.withoutTable) {
     // A table that starts where the point data starts is how an interrupted writer leaves it.
     std::vector<std::uint8_t> position(8);
     for (int i = 0; i < 4; ++i) position[i] = static_cast<std::uint8_t>(header.pointOffset >> (8 * i));
-    report.patches.push_back({header.pointOffset, position});
+    findings.patches.push_back({header.pointOffset, position});
   }
 }
 
 } // namespace
 
-LasReport ValidateLas(ByteSource& file) {
-  LasReport report;
+LasFindings ValidateLas(ByteSource& file) {
+  LasFindings findings;
   if (std::string problem = CheckSignature(file); !problem.empty()) {
-    report.complaints.push_back(problem);
-    return report;
+    findings.complaints.push_back(problem);
+    return findings;
   }
-  if (!FillLasHeader(file, report.header)) {
-    report.complaints.push_back("the header cannot be read");
-    return report;
+  if (!FillLasHeader(file, findings.header)) {
+    findings.complaints.push_back("the header cannot be read");
+    return findings;
   }
-  CheckLayout(file, report.header, report.complaints);
-  CheckPoints(report.header, report.complaints);
-  if (!report.complaints.empty()) return report;
+  CheckLayout(file, findings.header, findings.complaints);
+  CheckPoints(findings.header, findings.complaints);
+  if (!findings.complaints.empty()) return findings;
 
-  FillRecords(file, report);
-  if (!report.complaints.empty()) return report;
-  CheckCompression(file, report);
-  if (!report.complaints.empty()) return report;
+  FillRecords(file, findings);
+  if (!findings.complaints.empty()) return findings;
+  CheckCompression(file, findings);
+  if (!findings.complaints.empty()) return findings;
 
-  HideLasRecords(file, report);
-  report.geoKeyCode = GeoKeyCode(file, report.records);
-  CountReadable(file, report);
-  std::sort(report.patches.begin(), report.patches.end(),
+  HideLasRecords(file, findings);
+  findings.geoKeyCode = GeoKeyCode(file, findings.records);
+  CountReadable(file, findings);
+  std::sort(findings.patches.begin(), findings.patches.end(),
             [](const LasPatch& a, const LasPatch& b) { return a.offset < b.offset; });
-  return report;
+  return findings;
 }
 
 } // namespace kelvra

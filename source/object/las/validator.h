@@ -3,6 +3,7 @@
 // are asked for.
 #pragma once
 
+#include "cloud/load_report.h"
 #include "object/las/chunks.h"
 
 namespace kelvra {
@@ -13,20 +14,24 @@ struct LasPatch {
   std::vector<std::uint8_t> bytes;
 };
 
-struct LasReport {
-  std::vector<std::string>
-      complaints; // not empty: the file is refused; each names the place, the value and the bound
-  std::vector<std::string> remarks; // what is odd or damaged without keeping the points from being read
+struct LasFindings {
+  // Not empty: the file is refused. Each names the place, the value and the bound.
+  std::vector<std::string> complaints;
+  std::vector<LoadNote> notes; // what is odd or damaged without keeping the points from being read
+  // Why points may be missing at the end, and where: a sentence. It does not say that points are missing: a
+  // file without a chunk table may still give all of them.
+  LoadCut cut = LoadCut::kNone;
+  std::string cutPlace;
   LasHeader header;
   std::vector<LasRecord> records; // variable-length records, then extended ones, those hidden below included
   LasCompression compression;     // of compressed files
   unsigned geoKeyCode = 0;        // see GeoKeyCode
-  std::uint64_t readable =
-      0; // points that may be asked for: those announced, or fewer where the file ends early
+  // Points that may be asked for: those announced, or fewer where the file ends early.
+  std::uint64_t readable = 0;
   std::vector<LasPatch> patches; // sorted by offset; empty: the library may read the file as it is
 };
 
 // Memory and time are bounded by the size of the file, whatever its counts say.
-LasReport ValidateLas(ByteSource& file);
+LasFindings ValidateLas(ByteSource& file);
 
 } // namespace kelvra

@@ -1,5 +1,6 @@
 // XYZ and PTS text files through the driver, into a block.
 #include "cloud/block_fill.h"
+#include "host_text.h"
 #include "object/load/loaded_file.h"
 #include "text/text_driver.h"
 
@@ -7,73 +8,77 @@ namespace kelvra {
 
 namespace {
 
-/** 8-bit colours of text files become 16-bit ones; LAS colours are widened by 255 instead, deliberately. */
+/** Makes 16-bit colours of the 8-bit ones of text files. Scenes hold the products, so the factor must stay.
+ */
 const LONG kTextColorMultiplier = 256;
 
-std::string Reason(const TextResult& text, Bool pts) {
-  if (text.lines == 0) return "the file is empty";
-  if (text.looksUtf16) return "no line holds a point: this looks like UTF-16 text, plain text is expected";
-  if (text.noMemory > 0) return kNoMemory;
-  if (text.noData + text.notFinite > 0 && text.rejected == 0)
-    return "every point is marked as no data or is no number";
+/** Why a file without points gave none. */
+void Refuse(const TextResult& text, Bool pts, LoadReport& report) {
   const std::string first = text.firstLine.empty() ? "" : " (first line: \"" + text.firstLine + "\")";
-  if (text.firstLine.find(',') != std::string::npos || text.firstLine.find(';') != std::string::npos)
-    return "no line holds a point: fields are expected to be separated by blanks or tabs, not by commas" +
-           first;
-  return std::string("no line holds a point: expected x y z") + (pts ? " intensity" : "") +
-         " in each line, then r g b where there is colour" + first;
+  if (report.cut == LoadCut::kReadError) {
+    report.Refuse("the file could not be read to its end");
+  } else if (text.lines == 0) {
+    report.Refuse("the file is empty");
+    report.outcome = LoadOutcome::kEmpty;
+  } else if (text.looksUtf16) {
+    report.Refuse("no line holds a point: this looks like UTF-16 text, plain text is expected");
+  } else if (text.noMemory > 0) {
+    report.Refuse(std::string());
+    report.cut = LoadCut::kNoMemory;
+  } else if (text.noData + text.notFinite > 0 && text.rejected == 0) {
+    report.Refuse("every point is marked as no data or is not a number");
+    report.outcome = LoadOutcome::kEmpty;
+  } else if (text.firstLine.find_first_of(",;") != std::string::npos) {
+    report.Refuse(
+        "no line holds a point: fields are expected to be separated by blanks or tabs, not by commas "
+        "or semicolons" +
+        first);
+  } else {
+    report.Refuse(std::string("no line holds a point: expected x y z") + (pts ? " intensity" : "") +
+                  " in each line, then r g b where there is colour" + first);
+  }
 }
 
-std::string Detail(const TextResult& text) {
-  std::string detail;
-  const auto add = [&](LLONG count, const std::string& what) {
-    if (count > 0) detail += (detail.empty() ? "" : ", ") + Grouped(count) + what;
-  };
-  add(text.rejected, text.rejected == 1
-                         ? " line rejected (line " + std::to_string(text.firstRejected) + ")"
-                         : " lines rejected (the first is line " + std::to_string(text.firstRejected) + ")");
-  add(text.noData, " points without data dropped");
-  add(text.notFinite, " points without finite coordinates dropped");
-  add(text.noMemory, " points dropped for want of memory");
-  return detail;
+void FillReport(const TextResult& text, LoadReport& report) {
+  report.available = report.read = text.lines;
+  report.kept = text.count;
+  report.thinned = text.thinned;
+  report.rejected = text.rejected;
+  report.firstRejected = text.firstRejected;
+  report.dropped.noData = text.noData;
+  report.dropped.notFinite = text.notFinite;
+  report.dropped.noMemory = text.noMemory;
+  if (text.full) report.cut = LoadCut::kBlockCap;
 }
 
-void FillDescription(const std::string& path, Bool pts, const LoadOptions& options, const TextResult& text,
+void FillDescription(const LoadOptions& options, const TextResult& text, const LoadReport& report,
                      PointBlock& block) {
   // The box of the text's points is also the header's: key 0, drawn as read.
-  const LVector low(block.bboxMin.x, block.bboxMin.z, block.bboxMin.y),
-      high(block.bboxMax.x, block.bboxMax.z, block.bboxMax.y);
+  const LVector low(block.box.min.x, block.box.min.z, block.box.min.y),
+      high(block.box.max.x, block.box.max.z, block.box.max.y);
   block.header.SetBounds(low, high);
   block.reals[0] = FitScale(block.header, options.size);
   block.reals[1] = high.x > low.x ? (high.y - low.y) / (high.x - low.x) : 0.0;
   block.reals[2] = options.size;
   LoaderSettings& settings = block.settings;
-  settings.name = String(path.c_str(), STRINGENCODING_UTF8);
-  settings.boxMin = LVector(text.min[0], text.min[1], text.min[2]);
-  settings.boxMax = LVector(text.max[0], text.max[1], text.max[2]);
-  settings.reader.kind = pts ? kReaderPts : kReaderXyz;
+  settings.name = FromUtf8(report.path);
+  settings.boxMin = LVector(text.box.minimum[0], text.box.minimum[1], text.box.minimum[2]);
+  settings.boxMax = LVector(text.box.maximum[0], text.box.maximum[1], text.box.maximum[2]);
+  settings.reader.kind = report.reader;
   settings.reader.everyNth = options.everyNth;
   settings.reader.colorMultiplier = kTextColorMultiplier;
-  settings.counts.read = text.lines;
-  settings.counts.kept = text.count;
-  settings.counts.rejected = text.rejected;
-  settings.counts.dropped = text.noData + text.notFinite + text.noMemory;
+  settings.counts.read = report.read;
+  settings.counts.kept = report.kept;
+  settings.counts.rejected = report.rejected;
+  settings.counts.dropped = report.dropped.noData + report.dropped.notFinite + report.dropped.noMemory;
 }
 
-} // namespace
-
-void LoadTextFile(const Filename& name, const std::string& path, Bool pts, const LoadOptions& options,
-                  LoadedFile& loaded) {
-  AutoAlloc<BaseFile> file;
-  if (!file || !file->Open(name, FILEOPEN_READ, FILEDIALOG_NONE)) {
-    loaded.refusal = "the file could not be opened";
-    return;
-  }
+TextResult ReadText(BaseFile* file, Bool pts, const LoadOptions& options) {
   const TextLoader_XYZ xyz;
   const TextLoader_PTS ptsLoader;
-  const TextLoader& loader = pts ? (const TextLoader&)ptsLoader : (const TextLoader&)xyz;
+  const TextLoader& loader = pts ? static_cast<const TextLoader&>(ptsLoader) : xyz;
   TextInput input;
-  input.read = [&](char* buffer, std::size_t size) {
+  input.read = [file](char* buffer, std::size_t size) {
     return (std::size_t)file->TryReadBytes(buffer, (VLONG)size);
   };
   input.fileSize = file->GetLength();
@@ -83,30 +88,44 @@ void LoadTextFile(const Filename& name, const std::string& path, Bool pts, const
   };
   input.progress = [](int thousandths) {
     StatusSetBar(thousandths / 10);
-    return !UserStopped();
+    return UserStopped() == FALSE;
   };
-  TextResult text = LoadText(loader, input);
+  return LoadText(loader, input);
+}
+
+} // namespace
+
+void LoadTextFile(const Filename& name, const std::string& path, Bool pts, const LoadOptions& options,
+                  LoadedFile& loaded) {
+  LoadReport& report = loaded.report;
+  report.path = path;
+  report.reader = pts ? kReaderPts : kReaderXyz;
+  report.everyNth = options.everyNth;
+  AutoAlloc<BaseFile> file;
+  if (!file || !file->Open(name, FILEOPEN_READ, FILEDIALOG_NONE)) {
+    report.Refuse("the file could not be opened");
+    return;
+  }
+  TextResult text = ReadText(file, pts, options);
   const Bool readFailed = file->GetError() != FILEERROR_NONE;
   file->Close();
   StatusClear();
 
-  loaded.stopped = text.stopped;
-  if (text.count < 1 || text.stopped) {
-    if (!text.stopped) loaded.refusal = Reason(text, pts);
-    GeFree(text.points);
-    return;
-  }
-  const Bool filled = FillBlock(text.points, text.count, kTextColorMultiplier, loaded.block);
+  FillReport(text, report);
+  if (readFailed) report.cut = LoadCut::kReadError;
+  if (text.stopped)
+    report.Stop();
+  else if (text.count < 1)
+    Refuse(text, pts, report);
+  else if (!FillBlock(text.points, text.count, kTextColorMultiplier, loaded.block))
+    RefuseForMemory(loaded);
   GeFree(text.points);
-  if (!filled) {
-    loaded.refusal = kNoMemory;
+  if (loaded.block.count < 1) {
+    report.kept = 0;
     return;
   }
-  FillDescription(path, pts, options, text, loaded.block);
-  loaded.detail = Detail(text);
-  loaded.partial = readFailed || text.noMemory > 0;
-  loaded.announced = loaded.partial ? text.count + text.noMemory : 0;
-  if (readFailed) loaded.notes.push_back("the file could not be read to its end");
+  FillDescription(options, text, report, loaded.block);
+  report.Conclude();
 }
 
 } // namespace kelvra

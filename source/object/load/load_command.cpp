@@ -1,0 +1,153 @@
+#include "object/load/load_command.h"
+
+#include "grouped_number.h"
+#include "host_text.h"
+#include "object/load/load_lines.h"
+
+#include <algorithm>
+#include <cmath>
+#include <new>
+
+namespace kelvra {
+
+namespace {
+
+/** Compares a path's suffix without regard to the case of ASCII letters; needs no memory of the host. */
+bool HasSuffix(const std::string& path, const std::string& suffix) {
+  if (path.size() <= suffix.size() || path[path.size() - suffix.size() - 1] != '.') return false;
+  return std::equal(suffix.begin(), suffix.end(), path.end() - (std::ptrdiff_t)suffix.size(),
+                    [](char a, char b) { return a == (b >= 'A' && b <= 'Z' ? (char)(b + 32) : b); });
+}
+
+void LoadFile(const NamedFile& file, const LoadOptions& options, LoadedFile& loaded) {
+  if (HasSuffix(file.path, "las") || HasSuffix(file.path, "laz"))
+    LoadLasFile(file.path, options, loaded);
+  else
+    LoadTextFile(file.name, file.path, HasSuffix(file.path, "pts"), options, loaded);
+}
+
+/** Distance between neighbouring 32-bit floats where the cloud is farthest from zero. */
+double StoredStep(const PointBlock& block) {
+  double farthest = 0.0;
+  for (LONG axis = 0; axis < 3; ++axis)
+    farthest = std::max({farthest, std::abs(block.box.min[axis]), std::abs(block.box.max[axis])});
+  const float f = (float)farthest;
+  return (double)(std::nextafter(f, HUGE_VALF) - f);
+}
+
+/** Loads the files of one command: the first block opens the command's group. */
+class LoadCommand {
+public:
+  explicit LoadCommand(const LoadTarget& target) : target_(target) {}
+
+  LoadReport Load(const NamedFile& file) {
+    const LReal start = GeGetMilliSeconds();
+    LoadedFile loaded;
+    try {
+      LoadFile(file, target_.options, loaded);
+    } catch (const std::bad_alloc&) {
+      RefuseForMemory(loaded);
+    }
+    loaded.report.seconds = (GeGetMilliSeconds() - start) / 1000.0;
+    if (loaded.block.count > 0) Take(loaded);
+    return std::move(loaded.report);
+  }
+
+private:
+  /** Moves the block to the end of the store. */
+  void Take(LoadedFile& loaded) {
+    PointBlock& block = loaded.block;
+    loaded.report.step = StoredStep(block);
+    block.Finish(kFinishRecomputeBox);
+    if (block.header.key > 1) block.Finish(kFinishRecomputeBox);
+    if (!Merge(block)) RefuseForMemory(loaded);
+  }
+
+  Bool Merge(PointBlock& block) {
+    PointStore& store = target_.store;
+    if (!opened_) {
+      target_.beforeChange();
+      PointGroup group;
+      if (!store.Merge(group)) return FALSE;
+      opened_ = TRUE;
+    }
+    GeDynamicArray<PointBlock>& blocks = store.groups[store.groups.GetCount() - 1].blocks;
+    const VLONG last = blocks.GetCount();
+    if (!blocks.ReSize(last + 1)) {
+      if (last == 0) CloseEmptyGroup();
+      return FALSE;
+    }
+    blocks[last] = static_cast<PointBlock&&>(block);
+    store.uploadFlag = 1;
+    return TRUE;
+  }
+
+  void CloseEmptyGroup() {
+    target_.store.groups.ReSize(target_.store.groups.GetCount() - 1);
+    opened_ = FALSE;
+  }
+
+  const LoadTarget& target_;
+  Bool opened_ = FALSE;
+};
+
+void NoteFilesLeftOut(std::size_t count, LoadReport& report) {
+  if (count == 0) return;
+  report.Note(NoteSeverity::kWarning, count == 1 ? std::string("1 more file was not loaded")
+                                                 : Grouped(count) + " more files were not loaded");
+}
+
+} // namespace
+
+Bool UserStopped() {
+  BaseThread* work = GeGetCurrentThread();
+  return work && work->TestBreak();
+}
+
+void RefuseForMemory(LoadedFile& loaded) {
+  loaded.block.Clear();
+  loaded.report.kept = 0;
+  loaded.report.outcome = LoadOutcome::kRefused;
+  loaded.report.cut = LoadCut::kNoMemory;
+}
+
+void PrintLine(const std::string& path, const std::string& text) {
+  GePrint(FromUtf8(path + ": " + text));
+}
+
+std::vector<NamedFile> FilesOf(const Filename& folder) {
+  std::vector<NamedFile> files;
+  AutoAlloc<BrowseFiles> browse;
+  if (!browse) return files;
+  browse->Init(folder, 0);
+  while (browse->GetNext()) {
+    const Filename name = browse->GetFilename();
+    if (browse->IsDir() || browse->IsHidden() || name.CheckSuffix("lax") || name.CheckSuffix("wdp")) continue;
+    const Filename full = folder + name;
+    files.push_back({full, Utf8(full.GetString())});
+  }
+  std::sort(files.begin(), files.end(),
+            [](const NamedFile& a, const NamedFile& b) { return a.path < b.path; });
+  return files;
+}
+
+std::vector<LoadReport> LoadFiles(const std::vector<NamedFile>& files, const LoadTarget& target) {
+  std::vector<LoadReport> reports;
+  LoadCommand command(target);
+  for (std::size_t i = 0; i < files.size(); ++i) {
+    LoadReport report;
+    if (UserStopped())
+      report.Stop();
+    else
+      report = command.Load(files[i]);
+    report.path = files[i].path;
+    const bool stopped = report.outcome == LoadOutcome::kStopped;
+    if (stopped) NoteFilesLeftOut(files.size() - i - 1, report);
+    PrintLine(report.path, LoadLine(report));
+    reports.push_back(std::move(report));
+    if (stopped) break;
+  }
+  return reports;
+}
+
+} // namespace kelvra
