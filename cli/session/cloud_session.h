@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cli/session/cloud_stats.h"
+#include "cli/system/exit_status.h"
 #include "host/application.h"
 
 #include <string>
@@ -17,14 +18,6 @@ struct FileReport {
   long long points = 0;
   std::string message; ///< the line printed for it, without the path
   FileOutcome outcome = FileOutcome::Refused;
-};
-
-/** Exit statuses of the program. */
-enum ExitStatus { kExitWhole = 0, kExitIncomplete = 1, kExitUsage = 2 };
-
-/** A mistake in the command line itself (a parameter that does not exist, a value out of range). */
-struct UsageError {
-  std::string text;
 };
 
 class CloudSession {

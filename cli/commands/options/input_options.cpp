@@ -1,44 +1,20 @@
 #include "cli/commands/options/input_options.h"
 
-#include "host/base/replacing_file.h"
-
-#include <filesystem>
-#include <stdexcept>
+#include "cli/commands/options/typed_option.h"
 
 namespace cli {
 
-void AddInput(CLI::App* command, InputOptions& options, bool settings) {
-  command->add_option("FILE", options.files, "LAS, LAZ, XYZ or PTS files, folders of them, or one scene")
+void AddFiles(CLI::App& command, InputOptions& input) {
+  command.add_option("FILE", input.files, "LAS, LAZ, XYZ or PTS files, folders of them, or one scene")
       ->required();
-  if (settings) {
-    command->add_option("--set", options.settings, "Object parameter ID=VALUE, by number or by name")
-        ->take_all()
-        ->expected(1)
-        ->allow_extra_args(false);
-    command->add_option("--fault", options.faults, "Make the N-th call fail, KIND=N")
-        ->take_all()
-        ->expected(1)
-        ->allow_extra_args(false)
-        ->group("");
-  }
 }
 
-/** An output takes the place of a regular file or of nothing. */
-void CheckOutput(const std::string& path, const std::vector<std::string>& inputs) {
-  std::error_code ignored;
-  const std::filesystem::path file = std::filesystem::u8path(path);
-  if (path.empty()) throw CLI::ValidationError("--output", "expected a file name, found nothing");
-  if (std::filesystem::exists(file, ignored) && !std::filesystem::is_regular_file(file, ignored))
-    throw std::runtime_error(path + ": is no regular file, nothing is written");
-  for (const std::string& input : inputs)
-    if (std::filesystem::equivalent(file, std::filesystem::u8path(input), ignored))
-      throw std::runtime_error(path + ": is one of the files to read, nothing is written");
-}
-
-void CheckWritable(const std::string& path) {
-  std::string reason;
-  if (!host::gl::ReplacingFile(path).Open(&reason))
-    throw std::runtime_error(path + ": cannot be written, nothing is done: " + reason);
+void AddInput(CLI::App& command, InputOptions& input) {
+  AddFiles(command, input);
+  OneValueEach(
+      command.add_option("--set", input.settings, "Object parameter ID=VALUE, by number or by name"));
+  // No group: help does not list it.
+  OneValueEach(command.add_option("--fault", input.faults, "Make the N-th call fail, KIND=N"))->group("");
 }
 
 } // namespace cli
