@@ -187,7 +187,8 @@ Run AddConvert(CLI::App& command) {
   const auto options = std::make_shared<ConvertOptions>();
   AddInput(command, options->input);
   AddTyped(command, "--mode", options->mode, ParseMode, "point, hair, particles, emitter or spline")
-      ->required();
+      ->required()
+      ->type_name("MODE");
   command.add_option("--ratio", options->ratio, "Share of the points, from the first one on; 1 is all");
   command.add_option("--step", options->step, "Longest step within one spline segment");
   AddOutput(command, options->output, "PLY for points, OBJ for splines");

@@ -118,7 +118,8 @@ Run AddSnapshot(CLI::App& command) {
   AddInput(command, options->input);
   AddOutput(command, options->output, "PNG to write")->required();
   AddView(command, options->view);
-  AddTyped(command, "--clones", options->clones, ParseCloneGrid, "NXxNYxNZ:SPACING, copies on a grid");
+  AddTyped(command, "--clones", options->clones, ParseCloneGrid, "Copies on a grid")
+      ->type_name("NXxNYxNZ:SPACING");
   return [options] { return RunSnapshot(*options); };
 }
 

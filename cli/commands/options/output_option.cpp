@@ -14,7 +14,7 @@ std::string ParsePath(const std::string& text) {
 } // namespace
 
 CLI::Option* AddPath(CLI::App& command, const std::string& name, std::string& path, const std::string& help) {
-  return AddTyped(command, name, path, ParsePath, help);
+  return AddTyped(command, name, path, ParsePath, help)->type_name("FILE");
 }
 
 CLI::Option* AddOutput(CLI::App& command, std::string& path, const std::string& help) {

@@ -35,15 +35,16 @@ double ParseFieldOfView(const std::string& text) {
 } // namespace
 
 void AddView(CLI::App& command, ViewOptions& view) {
-  AddTyped(command, "--size", view.size, ParseSize, "WIDTHxHEIGHT in pixels, 1280x720");
+  AddTyped(command, "--size", view.size, ParseSize, "In pixels, 1280x720")->type_name("WIDTHxHEIGHT");
   CLI::Option* camera = AddTyped(command, "--camera", view.camera, ParsePosition,
                                  "X,Y,Z in world space: left-handed, y up, north +z");
   CLI::Option* target =
       AddTyped(command, "--target", view.target, ParsePosition, "X,Y,Z that the camera looks at");
-  for (CLI::Option* position : {camera, target}) position->delimiter(',')->expected(3);
+  for (CLI::Option* position : {camera, target}) position->delimiter(',')->expected(3)->type_name("NUMBER");
   camera->needs(target);
   target->needs(camera);
-  AddTyped(command, "--fov", view.fieldOfView, ParseFieldOfView, "Vertical field of view, 1 to 170 degrees");
+  AddTyped(command, "--fov", view.fieldOfView, ParseFieldOfView, "Vertical field of view, 1 to 170 degrees")
+      ->type_name("DEGREES");
 }
 
 void CheckView(const ViewOptions& view) {

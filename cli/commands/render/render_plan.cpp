@@ -101,23 +101,29 @@ void AddRenderOptions(CLI::App& command, RenderPlan& plan) {
       AddOutput(command, plan.output, "PNG, TIFF or EXR to write; #### is the frame number");
   AddView(command, plan.view);
   AddTypedList(command, "--light", plan.lights, ParseLight,
-               "sun:AZIMUTH,ELEVATION, point:X,Y,Z or ambient, then :BRIGHTNESS and :#RRGGBB");
+               "sun:AZIMUTH,ELEVATION, point:X,Y,Z or ambient, then :BRIGHTNESS and :#RRGGBB")
+      ->type_name("LIGHT");
   command.add_flag("--ground", plan.ground, "Put a ground below the points");
-  AddTyped(command, "--ground-height", plan.groundHeight, ParseHeight,
-           "Height of the ground, in world units");
+  AddTyped(command, "--ground-height", plan.groundHeight, ParseHeight, "Height of the ground, in world units")
+      ->type_name("NUMBER");
   AddTyped(command, "--ground-mirror", plan.groundMirror, ParseShare,
-           "Share of light that the ground mirrors, 0 to 1");
+           "Share of light that the ground mirrors, 0 to 1")
+      ->type_name("NUMBER");
   command.add_option("--supersample", plan.supersample, "N x N rays a pixel, 2")->check(CLI::Range(1, 16));
   command.add_option("--depth", plan.depth, "Bits a sample: 8, 16 or 32")->check(CLI::IsMember({8, 16, 32}));
-  AddTyped(command, "--frames", plan.frames, ParseFrames, "FIRST-LAST, frames of an animation");
+  AddTyped(command, "--frames", plan.frames, ParseFrames, "Frames of an animation")->type_name("FIRST-LAST");
   AddTyped(command, "--turn", plan.turn, ParseNumber,
-           "Degrees that the camera turns around its target over the frames");
-  AddPath(command, "--record", plan.record, "Folder in which the recorder stores each frame with 16 bits");
+           "Angle that the camera turns around its target over the frames")
+      ->type_name("DEGREES");
+  AddPath(command, "--record", plan.record, "Folder in which the recorder stores each frame with 16 bits")
+      ->type_name("FOLDER");
   command.add_option("--threads", plan.threads, "Render threads, all cores")
       ->check(CLI::Range(1, host::kMostRenderThreads));
-  AddTyped(command, "--background", plan.background, ParseColor, "#RRGGBB");
+  AddTyped(command, "--background", plan.background, ParseColor, "Colour behind everything")
+      ->type_name("#RRGGBB");
   AddTyped(command, "--pixel", plan.pixel, ParsePixel,
            "X,Y: print what the ray through this pixel does instead")
+      ->type_name("NUMBER")
       ->delimiter(',')
       ->expected(2)
       ->excludes(output);
