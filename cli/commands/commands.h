@@ -1,49 +1,33 @@
-// The commands of the program. Each prints its result to standard output and returns the exit status.
+// The commands of the program, one file each.
 #pragma once
 
-#include <string>
+#include <CLI/CLI.hpp>
+#include <functional>
 #include <vector>
 
 namespace cli {
 
-/** What most commands take. */
-struct InputOptions {
-  std::vector<std::string> files;
-  std::vector<std::string> settings; ///< ID=VALUE
-  std::vector<std::string> faults;   ///< KIND=N
-  std::string output;
-  bool json = false;
-  bool verbose = false; ///< print what the lines about files leave out
+/** Runs a command once its options are parsed; prints its result and returns the exit status. */
+using Run = std::function<int()>;
+
+struct Command {
+  const char* name;
+  const char* summary;
+  Run (*add)(CLI::App& command); ///< adds the command's options
 };
 
-struct SnapshotOptions : InputOptions {
-  int width = 1280, height = 720;
-  std::vector<double> camera, target; ///< three numbers each, or empty
-  double fieldOfView = 45.0;
-  std::string clones; ///< NXxNYxNZ:SPACING
-};
+/** In the order of the help. A new command is a new line here and a file that defines its function. */
+const std::vector<Command>& Commands();
 
-struct RenderCommandOptions : SnapshotOptions {
-  std::vector<std::string> lights; ///< see scene_light.h
-  bool ground = false;
-  double groundMirror = 0.0;        ///< share that the ground mirrors
-  std::vector<double> groundHeight; ///< world units, or empty: below the lowest point
-  int supersample = 2;              ///< rays a pixel and axis
-  int depth = 0;                    ///< bits a sample, 0 for the format's usual
-  std::string frames;               ///< FIRST-LAST
-  double turn = 0.0;                ///< degrees that the camera turns over the frames
-  std::string record;               ///< folder
-  int threads = 0;
-  std::string background = "#c3d2e2";
-  std::vector<int> pixel; ///< two numbers, or empty
-  bool progress = false;
-};
-
-int RunInfo(const InputOptions& options);
-int RunSnapshot(const SnapshotOptions& options);
-int RunRender(const RenderCommandOptions& options);
-int RunSave(const InputOptions& options);
-int RunExport(const InputOptions& options);
-int RunScene(const InputOptions& options);
+Run AddInfo(CLI::App& command);
+Run AddSnapshot(CLI::App& command);
+Run AddRender(CLI::App& command);
+Run AddSave(CLI::App& command);
+Run AddExport(CLI::App& command);
+Run AddScene(CLI::App& command);
+Run AddConvert(CLI::App& command);
+Run AddReproject(CLI::App& command);
+Run AddPrefs(CLI::App& command);
+Run AddUpdateCheck(CLI::App& command);
 
 } // namespace cli

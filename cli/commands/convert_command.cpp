@@ -1,11 +1,15 @@
-#include "cli/commands/convert_command.h"
+#include "cli/commands/commands.h"
 
 #include "cli/commands/options/input_options.h"
+#include "cli/commands/options/output_option.h"
+#include "cli/commands/options/typed_option.h"
+#include "cli/commands/output/console_lines.h"
 #include "cli/commands/output/file_reports.h"
 #include "cli/commands/output/geometry_file.h"
+#include "cli/commands/output/output_file.h"
 #include "cli/commands/output/result_tree.h"
+#include "cli/session/cloud_parameters.h"
 #include "cli/session/cloud_session.h"
-#include "cli/session/preferences_page.h"
 #include "cli/system/process_memory.h"
 #include "cli/text/format.h"
 #include "host/application.h"
@@ -16,7 +20,6 @@
 #include <algorithm>
 #include <cmath>
 #include <iostream>
-#include <memory>
 #include <stdexcept>
 
 namespace cli {
@@ -37,13 +40,22 @@ const struct Mode {
     {"spline", KELVRA_CONVERT_MODE_SPLINE, sizeof(Vector) + sizeof(Segment), ".obj"},
 };
 
+struct ConvertOptions {
+  InputOptions input;
+  const Mode* mode = nullptr;
+  std::string ratio;  ///< share of the points, as the parameter takes it; empty keeps the cloud's
+  std::string step;   ///< longest step within a spline segment; empty keeps the cloud's
+  std::string output; ///< geometry file; empty for none
+  std::string scene;  ///< scene with the result in the cloud's place; empty for none
+};
+
 /** Results from here on are announced before they are made. */
 const long long kLargeResult = 256LL << 20;
 
-const Mode& FindMode(const std::string& name) {
+const Mode* ParseMode(const std::string& name) {
   for (const Mode& mode : kModes)
-    if (name == mode.name) return mode;
-  throw UsageError{"--mode " + name + ": expected point, hair, particles, emitter or spline"};
+    if (name == mode.name) return &mode;
+  throw UsageError{"expected point, hair, particles, emitter or spline"};
 }
 
 bool EndsWith(const std::string& text, const std::string& end) {
@@ -54,7 +66,7 @@ void CheckOutputKind(const Mode& mode, const std::string& output) {
   if (output.empty() || (mode.suffix && EndsWith(output, mode.suffix))) return;
   if (!mode.suffix)
     throw UsageError{"--output " + output + ": " + mode.name +
-                     " can be stored in a scene only (--scene), .ply takes points and .obj splines"};
+                     " can be stored in a scene only (--scene); .ply takes points and .obj splines"};
   throw UsageError{"--output " + output + ": expected a name that ends in " + mode.suffix + " for --mode " +
                    mode.name};
 }
@@ -67,50 +79,52 @@ void SetFromOption(CloudSession& session, BaseObject* cloud, LONG id, const char
     throw UsageError{std::string(option) + " " + value + ": " + error};
 }
 
-void SetParameters(CloudSession& session, BaseObject* cloud, const Mode& mode,
-                   const ConvertOptions& options) {
+void SetParameters(CloudSession& session, BaseObject* cloud, const ConvertOptions& options) {
   SetFromOption(session, cloud, KELVRA_POINT_SHARE, "--ratio", options.ratio);
   SetFromOption(session, cloud, KELVRA_SEGMENT_BREAK, "--step", options.step);
-  cloud->GetDataInstance()->SetLong(KELVRA_CONVERT_MODE, mode.value);
+  cloud->GetDataInstance()->SetLong(KELVRA_CONVERT_MODE, options.mode->value);
 }
 
-/**
- * How many points the build is asked for. Says what a large result will take before it is made; throws
- * std::runtime_error when there is not that much memory.
- */
-double Announce(const CloudSession& session, const Mode& mode) {
+/** How many points the conversion will get. */
+double PointsToConvert(const CloudSession& session) {
+  const double most = 2147483647.0; // an object holds no more
   double points = 0.0;
   for (BaseObject* cloud : session.Clouds()) {
     CloudStats stats;
     if (ReadCloudStats(cloud, &stats))
-      points += std::min(2147483647.0, std::floor((double)stats.Points() * cloud->GetDataInstance()->GetReal(
-                                                                               KELVRA_POINT_SHARE, 1.0)));
+      points += std::min(most, std::floor((double)stats.Points() * RealParameter(cloud, KELVRA_POINT_SHARE)));
   }
+  return points;
+}
+
+/** Announces a large result. Throws std::runtime_error when there is less memory than it takes. */
+void Announce(const Mode& mode, double points) {
   const double bytes = points * (double)mode.bytes;
-  if (bytes < (double)kLargeResult) return points;
+  if (bytes < (double)kLargeResult) return;
   const std::string text = "converting " + Grouped((long long)points) + " points to " + mode.name +
                            " takes about " + Bytes((long long)bytes) + " of memory";
   const long long available = AvailableMemory();
   if (available > 0 && bytes > (double)available)
-    throw std::runtime_error(text + ", of which " + Bytes(available) + " are left: nothing is converted");
+    throw std::runtime_error(text + ", but " + Bytes(available) +
+                             " are left; nothing was converted (try a smaller --ratio)");
   std::cout << text << std::endl;
-  return points;
 }
 
 void WriteResult(CloudSession& session, BaseObject* cloud, const Mode& mode, const std::string& path) {
   BaseObject* built = cloud->GetCache(NULL);
   const Matrix global = built ? cloud->GetMg() * built->GetMl() : Matrix();
-  host::Faults* faults = &session.App().GetFaults();
+  host::Faults& faults = session.App().GetFaults();
+  const auto fault = [&faults] { return faults.Strikes(host::Fault::FileWrite); };
   std::string error;
   bool written = false;
   if (mode.value == KELVRA_CONVERT_MODE_POINTS && built && built->GetType() == Opolygon)
-    written = WritePly((PointObject*)built, global, path, &error, faults);
+    written = WritePly((PointObject*)built, global, path, &error, fault);
   else if (mode.value == KELVRA_CONVERT_MODE_SPLINE && built && built->GetType() == Ospline)
-    written = WriteObj((SplineObject*)built, global, path, &error, faults);
+    written = WriteObj((SplineObject*)built, global, path, &error, fault);
   else
-    error = path + ": nothing was built that it could hold";
+    error = path + ": the conversion built nothing that this file can hold";
   if (!written) throw std::runtime_error(error);
-  std::cout << path << ": " << Grouped(((PointObject*)built)->GetPointCount()) << " points written\n";
+  std::cout << path << ": " << Counted(((PointObject*)built)->GetPointCount(), "point") << " written\n";
 }
 
 void WriteScene(CloudSession& session, const std::string& path) {
@@ -121,63 +135,64 @@ void WriteScene(CloudSession& session, const std::string& path) {
   std::cout << path << ": scene written, the result in place of the cloud\n";
 }
 
-} // namespace
+void CheckOutputs(const ConvertOptions& options) {
+  CheckOutputKind(*options.mode, options.output);
+  if (!options.output.empty() && options.output == options.scene)
+    throw UsageError{"--scene " + options.scene + ": expected another file than --output"};
+  for (const std::string& path : {options.output, options.scene})
+    if (!path.empty()) RequireWritable(path, options.input.files);
+}
 
-int RunConvert(const ConvertOptions& options) {
-  const Mode& mode = FindMode(options.mode);
-  CheckOutputKind(mode, options.output);
-  CloudSession session(options.faults);
-  session.Open(options.files, options.settings);
-  PrintReports(session, options.verbose);
-  session.RequirePoints();
-  for (BaseObject* cloud : session.Clouds()) SetParameters(session, cloud, mode, options);
-  const double asked = Announce(session, mode);
-
+/** Builds the results and prints what they are. False if there is none of the points that were asked for. */
+bool Build(CloudSession& session, double points) {
   const long long before = ResidentMemory();
-  const std::size_t firstLine = session.App().GetConsole().Lines().size();
+  const ConsoleLines console(session.App().GetConsole());
   for (BaseObject* cloud : session.Clouds()) host::UpdateCache(cloud, session.Document(), BUILDFLAGS_0);
-  PrintConsole(session.App().GetConsole(), firstLine);
+  console.Print();
   const long long grown = ResidentMemory() - before;
   const ResultTree tree = DescribeTree(session.Document());
   for (const std::string& line : tree.lines) std::cout << line << "\n";
-  std::cout << Grouped(tree.elements) << " elements, " << Bytes(tree.bytes);
+  std::cout << Counted(tree.elements, "element") << ", " << Bytes(tree.bytes);
   if (grown > 0) std::cout << "; resident memory grew by " << Bytes(grown);
   std::cout << "\n";
-
-  if (!options.output.empty()) {
-    if (session.Clouds().size() > 1)
-      std::cerr << "the scene holds " << session.Clouds().size()
-                << " point clouds; only the first one is written to " << options.output << "\n";
-    WriteResult(session, session.Cloud(), mode, options.output);
-  }
-  if (!options.scene.empty()) WriteScene(session, options.scene);
-  if (tree.elements == 0 && asked >= 1.0) std::cerr << "kelvra: nothing was built out of the points\n";
-  const bool failed = // a result that was asked for is not there
-      tree.elements == 0 && asked >= 1.0;
-  return failed ? (int)kExitIncomplete : session.ExitStatus();
+  return tree.elements > 0 || points < 1.0;
 }
 
-void AddConvertCommand(CLI::App& app, int& status) {
+int RunConvert(const ConvertOptions& options) {
+  CheckOutputs(options);
+  CloudSession session(options.input.faults);
+  session.Open(options.input.files, options.input.settings);
+  PrintReports(session, options.input.verbose);
+  session.RequirePoints();
+  for (BaseObject* cloud : session.Clouds()) SetParameters(session, cloud, options);
+  const double points = PointsToConvert(session);
+  Announce(*options.mode, points);
+  const bool built = Build(session, points);
+  const std::size_t clouds = session.Clouds().size();
+  if (!options.output.empty()) {
+    if (clouds > 1)
+      std::cerr << "the scene holds " << clouds << " point clouds; only the first one is written to "
+                << options.output << "\n";
+    WriteResult(session, session.Cloud(), *options.mode, options.output);
+  }
+  if (!options.scene.empty()) WriteScene(session, options.scene);
+  if (!built) throw std::runtime_error("nothing was built from the points");
+  return session.ExitStatus();
+}
+
+} // namespace
+
+Run AddConvert(CLI::App& command) {
   const auto options = std::make_shared<ConvertOptions>();
-  CLI::App* command = app.add_subcommand("convert", "Build the application's own geometry from the points");
-  AddInput(command, *options, true);
-  command->add_option("--mode", options->mode, "point, hair, particles, emitter or spline")->required();
-  command->add_option("--ratio", options->ratio, "Share of the points, from the first one on; 1 is all");
-  command->add_option("--step", options->step, "Longest step within one spline segment");
-  CLI::Option* output =
-      command->add_option("-o,--output", options->output, "PLY for points, OBJ for splines");
-  CLI::Option* scene = command->add_option("--scene", options->scene,
-                                           "Save a scene in which the result takes the cloud's place");
-  command->callback([options, output, scene, &status] {
-    for (const auto& [option, path] : {std::make_pair(output, &options->output), {scene, &options->scene}}) {
-      if (!*option) continue;
-      CheckOutput(*path, options->files);
-      CheckWritable(*path);
-    }
-    if (*output && options->output == options->scene)
-      throw CLI::ValidationError("--scene", "expected another file than --output");
-    status = RunConvert(*options);
-  });
+  AddInput(command, options->input);
+  AddTyped(command, "--mode", options->mode, ParseMode, "point, hair, particles, emitter or spline")
+      ->required()
+      ->type_name("MODE");
+  command.add_option("--ratio", options->ratio, "Share of the points, from the first one on; 1 is all");
+  command.add_option("--step", options->step, "Longest step within one spline segment");
+  AddOutput(command, options->output, "PLY for points, OBJ for splines");
+  AddPath(command, "--scene", options->scene, "Save a scene in which the result takes the cloud's place");
+  return [options] { return RunConvert(*options); };
 }
 
 } // namespace cli

@@ -1,5 +1,6 @@
 #include "cli/commands/commands.h"
 
+#include "cli/commands/options/input_options.h"
 #include "cli/commands/output/file_reports.h"
 #include "cli/text/format.h"
 
@@ -9,6 +10,11 @@
 namespace cli {
 
 namespace {
+
+struct InfoOptions {
+  InputOptions input;
+  bool json = false;
+};
 
 nlohmann::json BoxJson(const Box& box) {
   if (!box.valid) return nullptr;
@@ -62,18 +68,17 @@ std::string BoxText(const Box& box) {
 void PrintText(const CloudSession& session, const CloudStats& total, bool verbose) {
   PrintReports(session, verbose);
   const double seconds = session.LoadSeconds();
-  std::cout << "total: " << Grouped(total.Points()) << " points in " << total.blocks.size() << " blocks, "
-            << total.groups << " groups, " << Fixed(seconds, 2) << " s";
+  std::cout << "total: " << Counted(total.Points(), "point") << " in "
+            << Counted((long long)total.blocks.size(), "block") << ", " << Counted(total.groups, "group")
+            << ", " << Fixed(seconds, 2) << " s";
   if (seconds > 0) std::cout << ", " << Fixed((double)total.Points() / seconds / 1e6, 1) << " M points/s";
   std::cout << ", memory " << Bytes(session.PeakMemory()) << "\n";
   std::cout << "box: " << BoxText(total.Bounds()) << "\n";
 }
 
-} // namespace
-
-int RunInfo(const InputOptions& options) {
-  CloudSession session(options.faults);
-  session.Open(options.files, options.settings);
+int RunInfo(const InfoOptions& options) {
+  CloudSession session(options.input.faults);
+  session.Open(options.input.files, options.input.settings);
   CloudStats total;
   for (BaseObject* cloud : session.Clouds()) {
     CloudStats stats;
@@ -84,8 +89,17 @@ int RunInfo(const InputOptions& options) {
   if (options.json)
     PrintJson(session, total);
   else
-    PrintText(session, total, options.verbose);
+    PrintText(session, total, options.input.verbose);
   return session.ExitStatus();
+}
+
+} // namespace
+
+Run AddInfo(CLI::App& command) {
+  const auto options = std::make_shared<InfoOptions>();
+  AddInput(command, options->input);
+  command.add_flag("--json", options->json, "Print JSON");
+  return [options] { return RunInfo(*options); };
 }
 
 } // namespace cli

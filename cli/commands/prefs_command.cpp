@@ -1,8 +1,10 @@
-#include "cli/commands/service_commands.h"
+#include "cli/commands/commands.h"
 
 #include "cli/session/cloud_session.h"
 #include "cli/session/preferences_page.h"
 #include "cli/system/preferences_folder.h"
+#include "host/parameters/node_parameters.h"
+#include "prefsmyprefs.h"
 
 #include <iostream>
 
@@ -10,22 +12,26 @@ namespace cli {
 
 namespace {
 
-/** Values of the page in the order in which the list shows them. */
-const char* const kNames[] = {"version",          "order_reference", "registration_key", "status",
-                              "geometry_service", "update_server",   "ca_file",          "product"};
+struct PrefsOptions {
+  std::string name, value;
+};
 
-/** Version and state are what the program says of itself. */
-bool IsShownOnly(const std::string& name) {
-  return name == "version" || name == "status";
+/** "KELVRA_PREFS_CA_FILE" -> "ca_file" */
+std::string NameOf(const host::resource::Parameter& parameter) {
+  std::string name = parameter.identifier.substr(std::string("KELVRA_PREFS_").size());
+  for (char& c : name) c = (char)std::tolower((unsigned char)c);
+  return name;
 }
-
-} // namespace
 
 int RunPrefsList() {
   CloudSession session({});
   BaseList2D* page = FindPreferencesPage(session.App());
-  for (const char* name : kNames)
-    std::cout << name << " = " << ElementText(page, FindElement(session.App(), page, name), name) << "\n";
+  const host::resource::Description* description = host::FindDescription(*host::Impl(page));
+  if (!description) throw std::runtime_error("the preferences page has no description");
+  for (const host::resource::Parameter& parameter : description->parameters)
+    if (parameter.type != host::resource::ElementType::kButton)
+      std::cout << NameOf(parameter) << " = " << ElementText(page, parameter.id, parameter.identifier)
+                << "\n";
   return kExitWhole;
 }
 
@@ -42,13 +48,29 @@ int RunPrefsSet(const PrefsOptions& options) {
   CloudSession session({});
   BaseList2D* page = FindPreferencesPage(session.App());
   const LONG id = FindElement(session.App(), page, options.name);
-  for (const char* name : kNames)
-    if (IsShownOnly(name) && FindElement(session.App(), page, name) == id)
-      throw UsageError{std::string(name) + " is shown by the program and cannot be set"};
+  if (id == KELVRA_PREFS_VERSION || id == KELVRA_PREFS_STATUS)
+    throw UsageError{options.name + " is shown by the program and cannot be set"};
   std::string error;
   if (!session.App().SetParameterFromText(page, id, options.value, &error)) throw UsageError{error};
   if (!session.App().SavePreferences(&error)) throw std::runtime_error(error);
   return kExitWhole;
+}
+
+} // namespace
+
+Run AddPrefs(CLI::App& command) {
+  command.require_subcommand(1);
+  const auto options = std::make_shared<PrefsOptions>();
+  const CLI::App* list = command.add_subcommand("list", "Print every value");
+  CLI::App* get = command.add_subcommand("get", "Print one value");
+  CLI::App* set = command.add_subcommand("set", "Change one value");
+  for (CLI::App* one : {get, set})
+    one->add_option("NAME", options->name, "Name as in the list, or number of the element")->required();
+  set->add_option("VALUE", options->value, "New value; \"\" empties a text")->required();
+  return [options, list, get] {
+    if (list->parsed()) return RunPrefsList();
+    return get->parsed() ? RunPrefsGet(*options) : RunPrefsSet(*options);
+  };
 }
 
 } // namespace cli

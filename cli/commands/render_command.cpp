@@ -1,19 +1,24 @@
 #include "cli/commands/commands.h"
 
-#include "cli/commands/options/frame_range.h"
+#include "cli/commands/output/console_lines.h"
 #include "cli/commands/output/file_reports.h"
 #include "cli/commands/output/result_tree.h"
 #include "cli/commands/render/recorder.h"
 #include "cli/commands/render/render_plan.h"
 #include "cli/commands/render/scene_setup.h"
-#include "cli/session/preferences_page.h"
 #include "cli/text/format.h"
+#include "host/application.h"
 #include "host/render.h"
 #include "kelvra_messages.h"
 
-#include <cmath>
 #include <iostream>
 #include <stdexcept>
+#ifdef _WIN32
+#include <io.h>
+#define isatty _isatty
+#else
+#include <unistd.h>
+#endif
 
 namespace cli {
 
@@ -54,22 +59,20 @@ host::Picture PictureOf(const host::RenderBuffer& buffer) {
   return picture;
 }
 
-/** Prints what the hook says of one ray. */
-int Explain(CloudSession& session, const host::RenderOptions& base, const RenderCommandOptions& options) {
+/** Prints what the module's scene hook says about the ray through the pixel. */
+int Explain(CloudSession& session, const host::RenderOptions& base, const RenderPlan& plan) {
   host::RenderOptions render = base;
   bool explained = false;
-  render.probeX = options.pixel[0];
-  render.probeY = options.pixel[1];
+  render.probeX = plan.pixel->x;
+  render.probeY = plan.pixel->y;
   render.probe = [&](VolumeData* vd) {
     BaseSceneHook* hook = session.Document()->FindSceneHook(KELVRA_HOOK);
     String text;
     KelvraRayExplanation question = {1, vd, &text};
     explained = hook && hook->Message(KELVRA_MESSAGE_EXPLAIN_RAY, &question);
-    CHAR* utf8 = text.GetCStringCopy(STRINGENCODING_UTF8);
-    std::cout << "pixel " << options.pixel[0] << "," << options.pixel[1] << " of " << options.width << "x"
-              << options.height << "\n"
-              << (utf8 ? utf8 : "");
-    GeFree(utf8);
+    std::cout << "pixel " << plan.pixel->x << "," << plan.pixel->y << " of " << render.width << "x"
+              << render.height << "\n"
+              << host::Utf8(text);
   };
   host::RenderJob job(session.Document(), render);
   const host::RenderOutcome outcome = job.RenderFrame();
@@ -80,65 +83,72 @@ int Explain(CloudSession& session, const host::RenderOptions& base, const Render
 
 void SaveFrame(CloudSession& session, const host::RenderBuffer& buffer, const std::string& name,
                host::PictureFormat format) {
+  host::Faults& faults = session.App().GetFaults();
   std::string error;
-  if (!host::SavePicture(PictureOf(buffer), name, format, &error, &session.App().GetFaults()))
+  if (!host::SavePicture(PictureOf(buffer), name, format, &error,
+                         [&faults] { return faults.Strikes(host::Fault::FileWrite); }))
     throw std::runtime_error(error);
 }
 
-/** Gives the exit status: a frame that the recorder could not store makes the run incomplete. */
-int RenderFrames(CloudSession& session, host::RenderOptions& render, const RenderCommandOptions& options,
-                 host::PictureFormat format) {
-  const FrameRange frames = options.frames.empty() ? FrameRange() : ParseFrames(options.frames);
+/** Returns the exit status: a frame that the recorder could not store makes the run incomplete. */
+int RenderFrames(CloudSession& session, host::RenderOptions& render, const RenderPlan& plan) {
+  const FrameRange frames = plan.Frames();
   const host::ViewCamera camera = render.camera;
-  bool recorded = true, told = false;
-  ProgressBar bar(options.progress);
+  bool recorded = true, reported = false;
+  ProgressBar bar(plan.progress);
   render.progress = [&bar](double share) { bar.Show(share); };
   host::RenderJob job(session.Document(), render);
   BaseDocument* doc = session.Document();
-  const host::Console& console = session.App().GetConsole();
   for (int frame = frames.first; frame <= frames.last; ++frame) {
     doc->SetTime(BaseTime((Real)frame, (Real)doc->GetFps()));
     const double share = (double)(frame - frames.first) / (frames.last - frames.first + 1);
-    job.Options().camera = TurnedCamera(camera, options.turn * share);
-    const std::size_t firstLine = console.Lines().size();
-    const RecordWatch record(options.record, frame);
+    job.Options().camera = TurnedCamera(camera, plan.turn * share);
+    const ConsoleLines console(session.App().GetConsole());
+    const RecordWatch record(plan.record, frame);
     const host::RenderOutcome outcome = job.RenderFrame();
     bar.Clear();
-    PrintConsole(console, firstLine);
-    told = told || console.Lines().size() > firstLine;
+    reported = console.Print() || reported;
     if (!outcome.Ok()) throw std::runtime_error("rendering: " + outcome.message);
     if (!record.Stored()) {
-      // The recorder tells the first loss itself, unless it has no memory for the text.
-      if (!told) std::cerr << record.Path() << ": the frame is not recorded\n";
+      // The recorder reports the first loss itself, unless it has no memory for the text.
+      if (!reported) std::cerr << record.Path() << ": the frame was not recorded\n";
       recorded = false;
-      told = true;
+      reported = true;
     }
-    const std::string name = FrameName(options.output, frame);
-    SaveFrame(session, job.Buffer(), name, format);
-    std::cout << name << ": " << options.width << "x" << options.height << ", " << ContentText(session)
-              << ", " << Fixed(outcome.seconds, 2) << " s\n";
+    const std::string name = FrameName(plan.output, frame);
+    SaveFrame(session, job.Buffer(), name, plan.format);
+    std::cout << name << ": " << render.width << "x" << render.height << ", " << ContentText(session) << ", "
+              << Fixed(outcome.seconds, 2) << " s\n";
   }
   return recorded ? session.ExitStatus() : kExitIncomplete;
 }
 
-} // namespace
-
-int RunRender(const RenderCommandOptions& options) {
-  // Before anything is loaded, which may take long.
-  const host::PictureFormat format = CheckRenderOptions(options);
-  CloudSession session(options.faults);
-  session.Open(options.files, options.settings);
-  if (options.pixel.empty()) PrintReports(session, options.verbose);
+int RunRender(const RenderPlan& plan) {
+  CloudSession session(plan.input.faults);
+  session.Open(plan.input.files, plan.input.settings);
+  if (!plan.pixel) PrintReports(session, plan.input.verbose);
   session.RequireContent();
   try {
-    RenderScene scene = PrepareScene(session, options);
+    RenderScene scene = PrepareScene(session, plan);
     for (const std::string& line : scene.notes) std::cout << line << "\n";
-    if (!options.pixel.empty()) return Explain(session, scene.render, options);
-    if (!options.record.empty()) EnableRecorder(session.Document(), options.record);
-    return RenderFrames(session, scene.render, options, format);
+    if (plan.pixel) return Explain(session, scene.render, plan);
+    if (!plan.record.empty()) EnableRecorder(session.Document(), plan.record);
+    return RenderFrames(session, scene.render, plan);
   } catch (const std::bad_alloc&) {
     throw std::runtime_error("rendering: out of memory");
   }
+}
+
+} // namespace
+
+Run AddRender(CLI::App& command) {
+  const auto plan = std::make_shared<RenderPlan>();
+  AddRenderOptions(command, *plan);
+  return [plan] {
+    plan->progress = isatty(2) != 0;
+    CheckPlan(*plan); // before anything is loaded, which may take long
+    return RunRender(*plan);
+  };
 }
 
 } // namespace cli

@@ -1,9 +1,9 @@
-#include "cli/commands/service_commands.h"
+#include "cli/commands/commands.h"
 
+#include "cli/commands/options/input_options.h"
+#include "cli/commands/output/console_lines.h"
 #include "cli/commands/output/file_reports.h"
 #include "cli/session/cloud_session.h"
-#include "cli/session/preferences_page.h"
-#include "cli/text/format.h"
 #include "host/application.h"
 #include "otallyframe.h"
 
@@ -12,6 +12,11 @@
 namespace cli {
 
 namespace {
+
+struct ReprojectOptions {
+  InputOptions input;
+  int reference = 0; ///< EPSG number of the cloud's coordinate system
+};
 
 const struct {
   LONG id;
@@ -29,28 +34,36 @@ std::string Text(BaseObject* cloud, LONG id) {
                                                                  : std::string();
 }
 
-} // namespace
-
 int RunReproject(const ReprojectOptions& options) {
-  CloudSession session(options.faults);
-  session.Open(options.files, options.settings);
-  PrintReports(session, options.verbose);
+  CloudSession session({});
+  session.Open(options.input.files, {});
+  PrintReports(session, options.input.verbose);
   session.RequirePoints();
   BaseObject* cloud = session.Cloud();
-  // A scene may hold an earlier answer, which must not pass for this one's.
+  // A scene may hold an earlier answer, which must not pass for this one.
   for (const auto& corner : kCorners)
     cloud->SetParameter(DescID(corner.id), GeData(String()), DESCFLAGS_SET_0);
-  const std::size_t firstLine = session.App().GetConsole().Lines().size();
+  const ConsoleLines console(session.App().GetConsole());
   std::string error;
   if (!session.App().SetParameterFromText(cloud, KELVRA_EPSG, std::to_string(options.reference), &error))
     throw UsageError{error};
-  PrintConsole(session.App().GetConsole(), firstLine);
-  if (Text(cloud, KELVRA_SOUTH_WEST_LONGITUDE).empty()) {
-    std::cerr << "kelvra: the geometry service gave no answer with both corners\n";
-    return kExitIncomplete;
-  }
+  console.Print();
+  if (Text(cloud, KELVRA_SOUTH_WEST_LONGITUDE).empty())
+    throw std::runtime_error("the geometry service gave no answer with both corners");
   for (const auto& corner : kCorners) std::cout << corner.name << " " << Text(cloud, corner.id) << "\n";
   return session.ExitStatus();
+}
+
+} // namespace
+
+Run AddReproject(CLI::App& command) {
+  const auto options = std::make_shared<ReprojectOptions>();
+  AddFiles(command, options->input);
+  command
+      .add_option("--sr", options->reference, "Number (EPSG) of the spatial reference that the cloud is in")
+      ->required()
+      ->check(CLI::Range(1, 0x7fffffff));
+  return [options] { return RunReproject(*options); };
 }
 
 } // namespace cli

@@ -1,8 +1,15 @@
 #include "cli/commands/commands.h"
 
 #include "cli/commands/options/clone_grid.h"
+#include "cli/commands/options/input_options.h"
+#include "cli/commands/options/output_option.h"
+#include "cli/commands/options/typed_option.h"
+#include "cli/commands/options/view_options.h"
+#include "cli/commands/output/console_lines.h"
 #include "cli/commands/output/file_reports.h"
+#include "cli/commands/output/output_file.h"
 #include "cli/commands/output/result_tree.h"
+#include "cli/session/cloud_parameters.h"
 #include "cli/text/format.h"
 #include "host/viewport.h"
 #include "otallyframe.h"
@@ -16,8 +23,13 @@ namespace {
 
 /** Viewport background. */
 const double kMidGrey = 0.5;
-/** What a new object has. */
-const double kDefaultMinHeight = 0.0, kDefaultMaxHeight = 100.0;
+
+struct SnapshotOptions {
+  InputOptions input;
+  ViewOptions view;
+  std::string output;
+  std::vector<Matrix> clones; ///< empty for the object itself
+};
 
 /** Colour modes by height span the cloud's own heights unless the user or the scene says otherwise. */
 void FitHeights(CloudSession& session, BaseObject* cloud) {
@@ -28,10 +40,8 @@ void FitHeights(CloudSession& session, BaseObject* cloud) {
   if (!host::WorldBox(cloud, &low, &high)) return;
   // Heights are those of the object's own coordinates.
   const Matrix toLocal = !cloud->GetMg();
-  if (!session.WasSet(KELVRA_MIN_HEIGHT) && data->GetReal(KELVRA_MIN_HEIGHT) == kDefaultMinHeight)
-    data->SetReal(KELVRA_MIN_HEIGHT, (low * toLocal).y);
-  if (!session.WasSet(KELVRA_MAX_HEIGHT) && data->GetReal(KELVRA_MAX_HEIGHT) == kDefaultMaxHeight)
-    data->SetReal(KELVRA_MAX_HEIGHT, (high * toLocal).y);
+  if (IsUntouched(session, cloud, KELVRA_MIN_HEIGHT)) data->SetReal(KELVRA_MIN_HEIGHT, (low * toLocal).y);
+  if (IsUntouched(session, cloud, KELVRA_MAX_HEIGHT)) data->SetReal(KELVRA_MAX_HEIGHT, (high * toLocal).y);
 }
 
 /** A cloud without colours of its own is shown by height, unless the user or a scene chose a colour mode. */
@@ -44,72 +54,73 @@ bool ShowByHeight(CloudSession& session, BaseObject* cloud) {
   return true;
 }
 
-void WidenByClones(const std::vector<Matrix>& clones, Vector* low, Vector* high) {
-  if (clones.empty()) return;
-  const Vector boxLow = *low, boxHigh = *high;
+/** The box around everything that is shown, with the box at each clone's place. */
+WorldExtent ExtentOf(const CloudSession& session, const std::vector<Matrix>& clones) {
+  WorldExtent extent;
+  extent.valid = session.Extent(&extent.low, &extent.high);
+  const WorldExtent one = extent;
   for (const Matrix& clone : clones)
     for (int axis = 0; axis < 3; ++axis) {
-      (*low)[axis] = std::min((*low)[axis], boxLow[axis] + clone.off[axis]);
-      (*high)[axis] = std::max((*high)[axis], boxHigh[axis] + clone.off[axis]);
+      extent.low[axis] = std::min(extent.low[axis], one.low[axis] + clone.off[axis]);
+      extent.high[axis] = std::max(extent.high[axis], one.high[axis] + clone.off[axis]);
     }
+  return extent;
 }
 
-void PlaceCamera(const SnapshotOptions& options, const CloudSession& session,
-                 const std::vector<Matrix>& clones, host::Viewport& view) {
-  host::ViewCamera camera;
-  camera.fieldOfView = options.fieldOfView;
-  if (!options.camera.empty()) {
-    camera.position = Vector(options.camera[0], options.camera[1], options.camera[2]);
-    camera.target = Vector(options.target[0], options.target[1], options.target[2]);
-    view.SetCamera(camera);
-    return;
+/** Draws the view and writes the picture, empty or not. False with a line if nothing could be drawn. */
+bool DrawPicture(CloudSession& session, const SnapshotOptions& options) {
+  std::string error;
+  const std::unique_ptr<host::Viewport> view =
+      host::Viewport::Create(session.Document(), options.view.size.width, options.view.size.height, &error);
+  if (!view) throw std::runtime_error(error);
+  view->SetBackground(kMidGrey, kMidGrey, kMidGrey);
+  view->SetCamera(CameraOf(options.view, ExtentOf(session, options.clones)));
+  const ConsoleLines console(session.App().GetConsole());
+  bool drawn = view->Draw(&error);
+  if (!drawn) std::cerr << error << "\n";
+  console.Print();
+  if (drawn && view->VerticesDrawn() == 0) {
+    std::cerr << options.output << ": nothing was drawn of " << ContentText(session) << "\n";
+    drawn = false;
   }
-  view.SetCamera(camera);
-  Vector low, high;
-  if (!session.Extent(&low, &high)) return;
-  WidenByClones(clones, &low, &high);
-  view.Frame(low, high);
+  if (!host::gl::WritePng(view->Read(), options.output, &error)) throw std::runtime_error(error);
+  return drawn;
 }
-
-} // namespace
 
 int RunSnapshot(const SnapshotOptions& options) {
-  const std::vector<Matrix> clones =
-      options.clones.empty() ? std::vector<Matrix>() : ParseCloneGrid(options.clones);
-  CloudSession session(options.faults);
-  session.Open(options.files, options.settings);
-  PrintReports(session, options.verbose);
+  CheckView(options.view);
+  RequireWritable(options.output, options.input.files);
+  CloudSession session(options.input.faults);
+  session.Open(options.input.files, options.input.settings);
+  PrintReports(session, options.input.verbose);
   session.RequireContent();
 
   bool byHeight = false;
   for (BaseObject* cloud : session.Clouds()) {
     byHeight = ShowByHeight(session, cloud) || byHeight;
     FitHeights(session, cloud);
-    if (!clones.empty() && !host::SetClones(cloud, clones, {}))
+    if (!options.clones.empty() && !host::SetClones(cloud, options.clones, {}))
       throw std::runtime_error("the clones could not be made");
   }
 
-  std::string error;
-  const std::unique_ptr<host::Viewport> view =
-      host::Viewport::Create(session.Document(), options.width, options.height, &error);
-  if (!view) throw std::runtime_error(error);
-  view->SetBackground(kMidGrey, kMidGrey, kMidGrey);
-  PlaceCamera(options, session, clones, *view);
-  const std::size_t firstLine = session.App().GetConsole().Lines().size();
-  bool drawn = view->Draw(&error);
-  if (!drawn) std::cerr << error << "\n";
-  const std::vector<std::string> lines = session.App().GetConsole().Lines();
-  for (std::size_t i = firstLine; i < lines.size(); ++i) std::cerr << lines[i] << "\n";
-  if (drawn && view->VerticesDrawn() == 0) {
-    std::cerr << options.output << ": nothing was drawn, though it holds " << ContentText(session) << "\n";
-    drawn = false;
-  }
-  if (!host::gl::WritePng(view->Read(), options.output, &error)) throw std::runtime_error(error);
-  std::cout << options.output << ": " << options.width << "x" << options.height << ", "
+  const bool drawn = DrawPicture(session, options);
+  std::cout << options.output << ": " << options.view.size.width << "x" << options.view.size.height << ", "
             << ContentText(session);
-  if (!clones.empty()) std::cout << " in " << clones.size() << " clones";
+  if (!options.clones.empty()) std::cout << " in " << Counted((long long)options.clones.size(), "clone");
   std::cout << (byHeight ? ", shown by height: the cloud has no colours" : "") << "\n";
   return drawn ? session.ExitStatus() : (int)kExitIncomplete;
+}
+
+} // namespace
+
+Run AddSnapshot(CLI::App& command) {
+  const auto options = std::make_shared<SnapshotOptions>();
+  AddInput(command, options->input);
+  AddOutput(command, options->output, "PNG to write")->required();
+  AddView(command, options->view);
+  AddTyped(command, "--clones", options->clones, ParseCloneGrid, "Copies on a grid")
+      ->type_name("NXxNYxNZ:SPACING");
+  return [options] { return RunSnapshot(*options); };
 }
 
 } // namespace cli

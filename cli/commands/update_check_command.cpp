@@ -1,5 +1,6 @@
-#include "cli/commands/service_commands.h"
+#include "cli/commands/commands.h"
 
+#include "cli/commands/output/console_lines.h"
 #include "cli/session/cloud_session.h"
 #include "cli/session/preferences_page.h"
 #include "prefsmyprefs.h"
@@ -10,7 +11,10 @@ namespace cli {
 
 namespace {
 
-/** The end of the input is a no: nobody is there to want a mail. */
+/** How the update check's question is answered. */
+enum class Consent { AskOnTerminal, Yes, No };
+
+/** The end of the input means no: nobody is there who could want a mail. */
 bool AskOnTerminal() {
   std::string line;
   while (std::cout << " [y/n] " << std::flush && std::getline(std::cin, line)) {
@@ -21,13 +25,13 @@ bool AskOnTerminal() {
   return false;
 }
 
-/** The module says so when the second request got no answer. */
+/** What the module shows when the second request got no answer. */
 const char* const kMailProblem = "There was a problem sending the email";
 
 /** Most bytes of a dialog's text that are shown. */
 const std::size_t kMostShown = 500;
 
-/** What a server sent reaches the terminal as plain text of bounded length. */
+/** The text may hold what a server sent: it is cut, and control characters do not reach the terminal. */
 std::string Plain(const std::string& text) {
   std::string plain = text.substr(0, kMostShown);
   for (char& c : plain)
@@ -35,7 +39,7 @@ std::string Plain(const std::string& text) {
   return text.size() > kMostShown ? plain + "..." : plain;
 }
 
-/** Shows one dialog of the module on the terminal and gives what is pressed. */
+/** Shows one dialog of the module on the terminal and returns the button that is pressed. */
 GEMB_R Show(const std::string& text, GEMB flags, Consent consent) {
   std::cout << Plain(text);
   if ((flags & 0xf) != GEMB_YESNO) {
@@ -47,27 +51,34 @@ GEMB_R Show(const std::string& text, GEMB flags, Consent consent) {
   return consent == Consent::Yes ? GEMB_R_YES : GEMB_R_NO;
 }
 
-} // namespace
-
 int RunUpdateCheck(Consent consent) {
   CloudSession session({});
   host::Application& application = session.App();
   BaseList2D* page = FindPreferencesPage(application);
   application.GetDialogs().SetInteractive(
       [consent](const std::string& text, GEMB flags) { return Show(text, flags, consent); });
-  const std::size_t firstLine = application.GetConsole().Lines().size();
+  const ConsoleLines console(application.GetConsole());
   application.PressButton(page, KELVRA_PREFS_CHECK_UPDATE);
-  PrintConsole(application.GetConsole(), firstLine);
+  console.Print();
   const auto& shown = application.GetDialogs().Shown();
   if (!shown.empty())
     return shown.back().text.find(kMailProblem) == std::string::npos ? kExitWhole : kExitIncomplete;
-  // The check itself is silent then, as in the dialog; on a terminal a reason is expected.
+  // The module's own check says nothing here; on a terminal a reason is expected.
   if (ElementText(page, KELVRA_PREFS_ORDER_REFERENCE, "order_reference").empty())
-    std::cerr
-        << "kelvra: the update check needs an order reference (kelvra prefs set order_reference REFERENCE)\n";
-  else
-    std::cerr << "kelvra: the update server gave no answer\n";
-  return kExitIncomplete;
+    throw std::runtime_error(
+        "the update check needs an order reference (kelvra prefs set order_reference REFERENCE)");
+  throw std::runtime_error("the update server gave no answer");
+}
+
+} // namespace
+
+Run AddUpdateCheck(CLI::App& command) {
+  const auto yes = std::make_shared<bool>(false), no = std::make_shared<bool>(false);
+  CLI::Option* answer = command.add_flag("--yes", *yes, "Answer the question with yes");
+  command.add_flag("--no", *no, "Answer the question with no")->excludes(answer);
+  return [yes, no] {
+    return RunUpdateCheck(*yes ? Consent::Yes : *no ? Consent::No : Consent::AskOnTerminal);
+  };
 }
 
 } // namespace cli

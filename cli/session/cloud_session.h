@@ -2,20 +2,13 @@
 #pragma once
 
 #include "cli/session/cloud_stats.h"
+#include "cli/system/exit_status.h"
 #include "host/application.h"
 
 #include <string>
 #include <vector>
 
 namespace cli {
-
-/** Exit statuses of the program. */
-enum ExitStatus { kExitWhole = 0, kExitIncomplete = 1, kExitUsage = 2 };
-
-/** A mistake in the command line itself (a parameter that does not exist, a value out of range). */
-struct UsageError {
-  std::string text;
-};
 
 class CloudSession {
 public:
@@ -58,6 +51,7 @@ private:
   void OpenScene(const std::string& path);
   void LoadCloud(const std::string& path);
   BaseObject* NewCloud();
+  void ReportFile(const std::string& path, const std::vector<std::string>& lines, const CloudStats& before);
 
   std::unique_ptr<host::Application> application_;
   BaseDocument* document_ = nullptr;

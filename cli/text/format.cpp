@@ -10,6 +10,10 @@ std::string Grouped(long long number) {
   return number < 0 ? "-" + digits : digits;
 }
 
+std::string Counted(long long number, const std::string& what) {
+  return Grouped(number) + " " + what + (number == 1 ? "" : "s");
+}
+
 std::string Fixed(double value, int decimals) {
   char text[400];
   const std::to_chars_result end =

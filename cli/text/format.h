@@ -7,6 +7,8 @@ namespace cli {
 
 /** 1234567 -> "1,234,567". */
 std::string Grouped(long long number);
+/** "1 point", "1,234 points". */
+std::string Counted(long long number, const std::string& what);
 /** Fixed decimals. */
 std::string Fixed(double value, int decimals);
 /** "12.3 MB". */

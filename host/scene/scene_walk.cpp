@@ -94,7 +94,7 @@ bool VisitSceneStream(ByteSource& source, StreamVisitor& visitor, std::string* e
   StreamError failure;
   ULONG version = 0;
   if (ReadStreamHead(source, kSceneIdent, &version, &failure)) {
-    ValueReader reader(source);
+    ValueReader reader(source, [](LULONG number) { return number; }); // links keep the file's numbers
     Walker walker(reader, visitor);
     LONG id = 0;
     const bool walked = reader.ChunkStart(&id, nullptr) && walker.Chunk(id) && reader.ChunkEnd();

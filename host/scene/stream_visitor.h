@@ -30,7 +30,8 @@ public:
 /** Has a node's own Write run into the visitor (no file involved). False when Write failed. */
 bool VisitNode(BaseList2D* node, StreamVisitor& visitor);
 
-/** Reads a scene file value by value. False with one line naming file, offset, found and expected. */
+/** Reads a scene file value by value; the target of a link is the number of a node in the file. False with
+ * one line naming file, offset, found and expected. */
 bool VisitScene(const std::string& path, StreamVisitor& visitor, std::string* error);
 
 } // namespace host

@@ -106,15 +106,16 @@ TEST(Scene, DamagedScenesAreRefusedWithOneLine) {
   }
 }
 
-TEST(Scene, PrintsEveryValueInFileOrder) {
+TEST(Scene, PrintsEveryValueInFileOrderAndWhereLinksLead) {
   const TempFolder folder;
   const std::string cloud = folder.Write("c.xyz", kPoints), scene = folder / "c.scene";
   ASSERT_EQ(Kelvra({"save", cloud, "-o", scene}).status, 0);
   const Result result = Kelvra({"scene", "--json", scene});
   ASSERT_EQ(result.status, 0) << result.err;
-  std::vector<nlohmann::json> arrays;
+  std::vector<nlohmann::json> arrays, links;
   const std::function<void(const nlohmann::json&)> collect = [&](const nlohmann::json& value) {
     if (value.is_object() && value.contains("sum")) arrays.push_back(value);
+    if (value.is_object() && value.contains("link")) links.push_back(value);
     if (value.is_structured())
       for (const auto& part : value) collect(part);
   };
@@ -127,6 +128,14 @@ TEST(Scene, PrintsEveryValueInFileOrder) {
   EXPECT_EQ(arrays[0]["sum"], 1 + 2 + 3 + 4 + 5 + 6 - 7 + 8.5 + 9);
   EXPECT_EQ(arrays[2]["first"][0], 2560.0);
   EXPECT_EQ(arrays[3]["count"], 3);
+  // The selection and the video post lead to the cloud, which stands behind them in the file.
+  ASSERT_EQ(links.size(), 2u);
+  EXPECT_EQ(links[0], links[1]);
+  EXPECT_EQ(links[0]["link"], "Kelvra Point Cloud");
+  const std::string text = Kelvra({"scene", scene}).out;
+  EXPECT_NE(text.find(" link " + links[0].dump()), std::string::npos) << text;
+  EXPECT_NE(text.find("object " + links[0]["type"].dump() + " \"Kelvra Point Cloud\""), std::string::npos)
+      << text;
 }
 
 TEST(Usage, MistakesExitWithTwo) {

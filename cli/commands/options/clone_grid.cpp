@@ -1,6 +1,6 @@
 #include "cli/commands/options/clone_grid.h"
 
-#include "cli/session/cloud_session.h"
+#include "cli/system/exit_status.h"
 
 #include <regex>
 
@@ -16,12 +16,11 @@ std::vector<Matrix> ParseCloneGrid(const std::string& text) {
   std::smatch match;
   if (!std::regex_match(text, match,
                         std::regex("([0-9]{1,4})x([0-9]{1,4})x([0-9]{1,4}):([0-9]{1,9}(\\.[0-9]{1,9})?)")))
-    throw UsageError{"--clones " + text + ": expected NXxNYxNZ:SPACING, as in 3x1x3:250"};
+    throw UsageError{"expected NXxNYxNZ:SPACING, as in 3x1x3:250"};
   const long counts[3] = {std::stol(match[1]), std::stol(match[2]), std::stol(match[3])};
   const long total = counts[0] * counts[1] * counts[2];
   if (total < 1 || total > kMostClones)
-    throw UsageError{"--clones " + text + ": " + std::to_string(total) + " clones, expected 1 to " +
-                     std::to_string(kMostClones)};
+    throw UsageError{std::to_string(total) + " clones; expected 1 to " + std::to_string(kMostClones)};
   const double spacing = std::stod(match[4]);
   std::vector<Matrix> clones;
   for (long z = 0; z < counts[2]; ++z)

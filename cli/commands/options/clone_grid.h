@@ -8,7 +8,7 @@
 
 namespace cli {
 
-/** "3x1x2:50": copies along x, y and z, `spacing` units apart, centred on the original. Throws UsageError. */
+/** "3x1x2:50": copies along x, y and z, 50 units apart, centred on the original. Throws UsageError. */
 std::vector<Matrix> ParseCloneGrid(const std::string& text);
 
 } // namespace cli

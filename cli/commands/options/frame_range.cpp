@@ -1,6 +1,6 @@
 #include "cli/commands/options/frame_range.h"
 
-#include "cli/session/cloud_session.h"
+#include "cli/system/exit_status.h"
 
 #include <regex>
 
@@ -8,7 +8,7 @@ namespace cli {
 
 namespace {
 
-/** Place and length of the last run of # behind the last folder; length 0 without one. */
+/** The last run of # in the name of the file; length 0 without one. */
 struct Run {
   std::size_t begin = 0, length = 0;
 };
@@ -28,12 +28,11 @@ Run FindRun(const std::string& pattern) {
 FrameRange ParseFrames(const std::string& text) {
   std::smatch match;
   if (!std::regex_match(text, match, std::regex("([0-9]{1,6})(-([0-9]{1,6}))?")))
-    throw UsageError{"--frames " + text + ": expected FIRST-LAST, as in 0-24"};
+    throw UsageError{"expected FIRST-LAST, as in 0-24"};
   FrameRange range;
   range.first = std::stoi(match[1]);
   range.last = match[3].matched ? std::stoi(match[3]) : range.first;
-  if (range.last < range.first)
-    throw UsageError{"--frames " + text + ": the last frame lies before the first"};
+  if (range.last < range.first) throw UsageError{"the last frame comes before the first"};
   return range;
 }
 

@@ -9,11 +9,12 @@ struct FrameRange {
   int first = 0, last = 0;
 };
 
-/** "A-B" or "A", with 0 <= A <= B; throws UsageError. */
+/** "A-B" or "A", with 0 <= A <= B. Throws UsageError. */
 FrameRange ParseFrames(const std::string& text);
 
 /** The last run of # in the file's name becomes the frame number with at least as many digits. */
 std::string FrameName(const std::string& pattern, int frame);
+/** True when the name has a run of #. */
 bool HasFrameNumber(const std::string& pattern);
 
 } // namespace cli

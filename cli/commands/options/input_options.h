@@ -1,23 +1,23 @@
-// Options that several commands share.
+// What a command loads, and with which parameters.
 #pragma once
 
-#include "cli/commands/commands.h"
-
 #include <CLI/CLI.hpp>
+#include <string>
+#include <vector>
 
 namespace cli {
 
-/** Input files and, for commands that take them, parameters and faults. */
-void AddInput(CLI::App* command, InputOptions& options, bool settings);
+struct InputOptions {
+  std::vector<std::string> files;
+  std::vector<std::string> settings; ///< ID=VALUE, for the cloud
+  std::vector<std::string> faults;   ///< KIND=N, for tests
+  bool verbose = false;              ///< print every finding about the files
+};
 
-/**
- * An output takes the place of a regular file or of nothing, and never that of a file that is read; throws
- * std::runtime_error, or a ParseError.
- */
-void CheckOutput(const std::string& path, const std::vector<std::string>& inputs = {});
+/** The files, and --verbose. */
+void AddFiles(CLI::App& command, InputOptions& input);
 
-/** Makes a file beside the one to come and removes it: rights, room for the name. Throws std::runtime_error.
- */
-void CheckWritable(const std::string& path);
+/** Files, --verbose, --set, and the hidden --fault. */
+void AddInput(CLI::App& command, InputOptions& input);
 
 } // namespace cli

@@ -1,7 +1,10 @@
 #include "cli/commands/output/data_json.h"
 
+#include "host/application.h"
+
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 namespace cli {
 
@@ -9,281 +12,175 @@ namespace {
 
 using nlohmann::json;
 
-json Number(double value) {
+template <class T>
+std::enable_if_t<std::is_integral<T>::value, json> ToJson(T value) {
+  return value;
+}
+
+json ToJson(double value) {
   if (std::isfinite(value)) return value;
   return std::isnan(value) ? "nan" : (value > 0 ? "inf" : "-inf");
 }
 
 template <class R>
-json VectorJson(const VectorT<R>& v) {
-  return {Number(v.x), Number(v.y), Number(v.z)};
+json ToJson(const VectorT<R>& v) {
+  return {ToJson((double)v.x), ToJson((double)v.y), ToJson((double)v.z)};
 }
 
 template <class R>
-json MatrixJson(const MatrixT<R>& m) {
-  return {{"off", VectorJson(m.off)},
-          {"v1", VectorJson(m.v1)},
-          {"v2", VectorJson(m.v2)},
-          {"v3", VectorJson(m.v3)}};
+json ToJson(const MatrixT<R>& m) {
+  return {{"off", ToJson(m.off)}, {"v1", ToJson(m.v1)}, {"v2", ToJson(m.v2)}, {"v3", ToJson(m.v3)}};
 }
 
-std::string Utf8(const String& text) {
-  std::string out((std::size_t)text.GetCStringLen(STRINGENCODING_UTF8) + 1, '\0');
-  out.resize((std::size_t)text.GetCString(&out[0], (LONG)out.size(), STRINGENCODING_UTF8));
-  return out;
+json ToJson(const String& text) {
+  return host::Utf8(text);
+}
+json ToJson(const Filename& path) {
+  return host::Utf8(path.GetString());
+}
+json ToJson(const BaseTime& time) {
+  return ToJson(time.Get());
+}
+json ToJson(const BaseContainer& container) {
+  return ContainerJson(container);
 }
 
-json CurveJson(const SplineData& curve) {
+json ToJson(const BaseLink& link) {
+  return link.target ? json(link.target) : json();
+}
+
+json ToJson(const SplineData& curve) {
   json knots = json::array();
   for (LONG i = 0; i < curve.GetKnotCount(); ++i) knots.push_back({curve.GetKnot(i).x, curve.GetKnot(i).y});
   return knots;
 }
 
-json ContainerJson(const BaseContainer& bc) {
-  json entries = json::array();
-  for (LONG i = 0; i < bc.GetCount(); ++i)
-    entries.push_back({{"id", bc.GetIndexId(i)},
-                       {"type", DataTypeName(bc.GetIndexData(i)->GetType())},
-                       {"value", DataJson(*bc.GetIndexData(i))}});
-  return entries;
+const struct {
+  LONG type;
+  const char* name;
+  json (*read)(const GeData& data);
+} kDataTypes[] = {
+    {DA_LONG, "long", [](const GeData& data) { return ToJson(data.GetLong()); }},
+    {DA_LLONG, "llong", [](const GeData& data) { return ToJson(data.GetLLong()); }},
+    {DA_REAL, "real", [](const GeData& data) { return ToJson(data.GetReal()); }},
+    {DA_TIME, "time", [](const GeData& data) { return ToJson(data.GetTime()); }},
+    {DA_VECTOR, "vector", [](const GeData& data) { return ToJson(data.GetVector()); }},
+    {DA_MATRIX, "matrix", [](const GeData& data) { return ToJson(data.GetMatrix()); }},
+    {DA_STRING, "string", [](const GeData& data) { return ToJson(data.GetString()); }},
+    {DA_FILENAME, "filename", [](const GeData& data) { return ToJson(data.GetFilename()); }},
+    {DA_CONTAINER, "container", [](const GeData& data) { return ToJson(*data.GetContainer()); }},
+    {DA_ALIASLINK, "link", [](const GeData& data) { return ToJson(data.GetBaseLink()); }},
+    {CUSTOMDATATYPE_SPLINE, "curve",
+     [](const GeData& data) {
+       return ToJson(*(const SplineData*)data.GetCustomDataType(CUSTOMDATATYPE_SPLINE));
+     }},
+};
+
+const char* DataTypeName(LONG type) {
+  for (const auto& known : kDataTypes)
+    if (known.type == type) return known.name;
+  return "none";
 }
 
 template <class T>
-T Element(const void* data, LONG increment, LONG index) {
-  T value;
-  std::memcpy(&value, (const char*)data + (std::ptrdiff_t)increment * index, sizeof value);
-  return value;
+json Read(const void* data) {
+  return ToJson(*(const T*)data);
 }
 
-template <class T>
-json Exact(T value) {
-  if constexpr (std::is_floating_point<T>::value) return Number((double)value);
-  return (LLONG)value;
+json ReadBool(const void* data) {
+  return *(const Bool*)data != 0;
 }
+
+const struct {
+  HYPERFILEVALUE type;
+  const char* name;
+  json (*read)(const void* data);
+} kValueTypes[] = {
+    {HYPERFILEVALUE_CHAR, "char", Read<CHAR>},
+    {HYPERFILEVALUE_UCHAR, "uchar", Read<UCHAR>},
+    {HYPERFILEVALUE_WORD, "word", Read<SWORD>},
+    {HYPERFILEVALUE_UWORD, "uword", Read<UWORD>},
+    {HYPERFILEVALUE_LONG, "long", Read<LONG>},
+    {HYPERFILEVALUE_ULONG, "ulong", Read<ULONG>},
+    {HYPERFILEVALUE_LLONG, "llong", Read<LLONG>},
+    {HYPERFILEVALUE_LULONG, "lulong", Read<LULONG>},
+    {HYPERFILEVALUE_REAL, "real", Read<LReal>},
+    {HYPERFILEVALUE_LREAL, "lreal", Read<LReal>},
+    {HYPERFILEVALUE_SREAL, "sreal", Read<SReal>},
+    {HYPERFILEVALUE_BOOL, "bool", ReadBool},
+    {HYPERFILEVALUE_TIME, "time", Read<BaseTime>},
+    {HYPERFILEVALUE_VECTOR, "vector", Read<LVector>},
+    {HYPERFILEVALUE_LVECTOR, "lvector", Read<LVector>},
+    {HYPERFILEVALUE_SVECTOR, "svector", Read<SVector>},
+    {HYPERFILEVALUE_MATRIX, "matrix", Read<LMatrix>},
+    {HYPERFILEVALUE_STRING, "string", Read<String>},
+    {HYPERFILEVALUE_FILENAME, "filename", Read<Filename>},
+    {HYPERFILEVALUE_CONTAINER, "container", Read<BaseContainer>},
+};
 
 template <class T>
 void Summarise(json& array, const void* data, LONG increment, LONG count) {
+  const auto element = [&](LONG i) {
+    T value;
+    std::memcpy(&value, (const char*)data + (std::ptrdiff_t)increment * i, sizeof value);
+    return value;
+  };
   const LONG shown = std::min<LONG>(6, count);
   json first = json::array(), last = json::array();
   for (LONG i = 0; i < shown; ++i) {
-    first.push_back(Exact(Element<T>(data, increment, i)));
-    last.push_back(Exact(Element<T>(data, increment, count - shown + i)));
+    first.push_back(ToJson(element(i)));
+    last.push_back(ToJson(element(count - shown + i)));
   }
   double sum = 0;
-  for (LONG i = 0; i < count; ++i) sum += (double)Element<T>(data, increment, i);
+  for (LONG i = 0; i < count; ++i) sum += (double)element(i);
   array["first"] = first;
   array["last"] = last;
-  array["sum"] = Number(sum);
+  array["sum"] = ToJson(sum);
 }
+
+const struct {
+  HYPERFILEARRAY type;
+  const char* name;
+  void (*summarise)(json& array, const void* data, LONG increment, LONG count);
+} kArrayTypes[] = {
+    {HYPERFILEARRAY_CHAR, "char", Summarise<CHAR>},    {HYPERFILEARRAY_WORD, "word", Summarise<UWORD>},
+    {HYPERFILEARRAY_LONG, "long", Summarise<LONG>},    {HYPERFILEARRAY_LLONG, "llong", Summarise<LLONG>},
+    {HYPERFILEARRAY_SREAL, "sreal", Summarise<SReal>}, {HYPERFILEARRAY_LREAL, "lreal", Summarise<LReal>},
+    {HYPERFILEARRAY_REAL, "real", Summarise<LReal>},
+};
 
 } // namespace
 
 json DataJson(const GeData& data) {
-  switch (data.GetType()) {
-  case DA_LONG:
-    return data.GetLong();
-  case DA_LLONG:
-    return data.GetLLong();
-  case DA_REAL:
-    return Number(data.GetReal());
-  case DA_TIME:
-    return Number(data.GetTime().Get());
-  case DA_VECTOR:
-    return VectorJson(data.GetVector());
-  case DA_MATRIX:
-    return MatrixJson(data.GetMatrix());
-  case DA_STRING:
-    return Utf8(data.GetString());
-  case DA_FILENAME:
-    return Utf8(data.GetFilename().GetString());
-  case DA_CONTAINER:
-    return ContainerJson(*data.GetContainer());
-  case DA_ALIASLINK:
-    return {{"link", data.GetBaseLink().target}};
-  case CUSTOMDATATYPE_SPLINE:
-    return CurveJson(*(const SplineData*)data.GetCustomDataType(CUSTOMDATATYPE_SPLINE));
-  default:
-    return nullptr;
-  }
+  for (const auto& known : kDataTypes)
+    if (known.type == data.GetType()) return known.read(data);
+  return nullptr;
 }
 
-const char* DataTypeName(LONG type) {
-  switch (type) {
-  case DA_LONG:
-    return "long";
-  case DA_LLONG:
-    return "llong";
-  case DA_REAL:
-    return "real";
-  case DA_TIME:
-    return "time";
-  case DA_VECTOR:
-    return "vector";
-  case DA_MATRIX:
-    return "matrix";
-  case DA_STRING:
-    return "string";
-  case DA_FILENAME:
-    return "filename";
-  case DA_CONTAINER:
-    return "container";
-  case DA_ALIASLINK:
-    return "link";
-  case CUSTOMDATATYPE_SPLINE:
-    return "curve";
-  default:
-    return "none";
+json ContainerJson(const BaseContainer& container) {
+  json entries = json::array();
+  for (LONG i = 0; i < container.GetCount(); ++i) {
+    const GeData& data = *container.GetIndexData(i);
+    entries.push_back(
+        {{"id", container.GetIndexId(i)}, {"type", DataTypeName(data.GetType())}, {"value", DataJson(data)}});
   }
-}
-
-const char* ValueTypeName(HYPERFILEVALUE type) {
-  switch (type) {
-  case HYPERFILEVALUE_CHAR:
-    return "char";
-  case HYPERFILEVALUE_UCHAR:
-    return "uchar";
-  case HYPERFILEVALUE_WORD:
-    return "word";
-  case HYPERFILEVALUE_UWORD:
-    return "uword";
-  case HYPERFILEVALUE_LONG:
-    return "long";
-  case HYPERFILEVALUE_ULONG:
-    return "ulong";
-  case HYPERFILEVALUE_LLONG:
-    return "llong";
-  case HYPERFILEVALUE_LULONG:
-    return "lulong";
-  case HYPERFILEVALUE_REAL:
-    return "real";
-  case HYPERFILEVALUE_LREAL:
-    return "lreal";
-  case HYPERFILEVALUE_SREAL:
-    return "sreal";
-  case HYPERFILEVALUE_BOOL:
-    return "bool";
-  case HYPERFILEVALUE_TIME:
-    return "time";
-  case HYPERFILEVALUE_VECTOR:
-    return "vector";
-  case HYPERFILEVALUE_LVECTOR:
-    return "lvector";
-  case HYPERFILEVALUE_SVECTOR:
-    return "svector";
-  case HYPERFILEVALUE_MATRIX:
-    return "matrix";
-  case HYPERFILEVALUE_LMATRIX:
-    return "lmatrix";
-  case HYPERFILEVALUE_SMATRIX:
-    return "smatrix";
-  case HYPERFILEVALUE_STRING:
-    return "string";
-  case HYPERFILEVALUE_FILENAME:
-    return "filename";
-  case HYPERFILEVALUE_CONTAINER:
-    return "container";
-  case HYPERFILEVALUE_ALIASLINK:
-    return "link";
-  case HYPERFILEVALUE_MEMORY:
-    return "memory";
-  default:
-    return "unknown";
-  }
-}
-
-const char* ArrayTypeName(HYPERFILEARRAY type) {
-  switch (type) {
-  case HYPERFILEARRAY_CHAR:
-    return "char";
-  case HYPERFILEARRAY_WORD:
-    return "word";
-  case HYPERFILEARRAY_LONG:
-    return "long";
-  case HYPERFILEARRAY_LLONG:
-    return "llong";
-  case HYPERFILEARRAY_SREAL:
-    return "sreal";
-  case HYPERFILEARRAY_LREAL:
-    return "lreal";
-  case HYPERFILEARRAY_REAL:
-    return "real";
-  }
-  return "unknown";
+  return entries;
 }
 
 json ValueJson(HYPERFILEVALUE type, const void* data) {
-  if (!data) return nullptr;
-  switch (type) {
-  case HYPERFILEVALUE_CHAR:
-    return (int)*(const CHAR*)data;
-  case HYPERFILEVALUE_UCHAR:
-    return (int)*(const UCHAR*)data;
-  case HYPERFILEVALUE_WORD:
-    return *(const SWORD*)data;
-  case HYPERFILEVALUE_UWORD:
-    return *(const UWORD*)data;
-  case HYPERFILEVALUE_LONG:
-    return *(const LONG*)data;
-  case HYPERFILEVALUE_ULONG:
-    return *(const ULONG*)data;
-  case HYPERFILEVALUE_LLONG:
-    return *(const LLONG*)data;
-  case HYPERFILEVALUE_LULONG:
-    return *(const LULONG*)data;
-  case HYPERFILEVALUE_REAL:
-  case HYPERFILEVALUE_LREAL:
-    return Number(*(const LReal*)data);
-  case HYPERFILEVALUE_SREAL:
-    return Number(*(const SReal*)data);
-  case HYPERFILEVALUE_BOOL:
-    return *(const Bool*)data != 0;
-  case HYPERFILEVALUE_TIME:
-    return Number(((const BaseTime*)data)->Get());
-  case HYPERFILEVALUE_VECTOR:
-  case HYPERFILEVALUE_LVECTOR:
-    return VectorJson(*(const LVector*)data);
-  case HYPERFILEVALUE_SVECTOR:
-    return VectorJson(*(const SVector*)data);
-  case HYPERFILEVALUE_MATRIX:
-  case HYPERFILEVALUE_LMATRIX:
-    return MatrixJson(*(const LMatrix*)data);
-  case HYPERFILEVALUE_SMATRIX:
-    return MatrixJson(*(const SMatrix*)data);
-  case HYPERFILEVALUE_STRING:
-    return Utf8(*(const String*)data);
-  case HYPERFILEVALUE_FILENAME:
-    return Utf8(((const Filename*)data)->GetString());
-  case HYPERFILEVALUE_CONTAINER:
-    return ContainerJson(*(const BaseContainer*)data);
-  default:
-    return nullptr;
-  }
+  for (const auto& known : kValueTypes)
+    if (known.type == type) return {{"type", known.name}, {"value", known.read(data)}};
+  return {{"type", "unknown"}, {"value", nullptr}};
 }
 
 json ArrayJson(HYPERFILEARRAY type, const void* data, LONG increment, LONG count) {
-  json array = {{"type", ArrayTypeName(type)}, {"count", count}};
-  switch (type) {
-  case HYPERFILEARRAY_CHAR:
-    Summarise<CHAR>(array, data, increment, count);
-    break;
-  case HYPERFILEARRAY_WORD:
-    Summarise<UWORD>(array, data, increment, count);
-    break;
-  case HYPERFILEARRAY_LONG:
-    Summarise<LONG>(array, data, increment, count);
-    break;
-  case HYPERFILEARRAY_LLONG:
-    Summarise<LLONG>(array, data, increment, count);
-    break;
-  case HYPERFILEARRAY_SREAL:
-    Summarise<SReal>(array, data, increment, count);
-    break;
-  case HYPERFILEARRAY_LREAL:
-  case HYPERFILEARRAY_REAL:
-    Summarise<LReal>(array, data, increment, count);
-    break;
+  for (const auto& known : kArrayTypes) {
+    if (known.type != type) continue;
+    json array = {{"type", known.name}, {"count", count}};
+    known.summarise(array, data, increment, count);
+    return array;
   }
-  return array;
+  return {{"type", "unknown"}, {"count", count}};
 }
 
 } // namespace cli

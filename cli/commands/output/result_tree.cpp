@@ -13,10 +13,6 @@ namespace cli {
 
 namespace {
 
-std::string Count(long long n, const char* what) {
-  return Grouped(n) + " " + what + (n == 1 ? "" : "s");
-}
-
 class Describer {
 public:
   ResultTree tree;
@@ -30,7 +26,7 @@ public:
     if (!system) return;
     system->Visit(*system->root, [this, system](const host::ParticleGroup& group) {
       if (&group == system->root && group.count == 0) return;
-      Say(0, "Particle group \"" + host::Utf8(group.name) + "\": " + Count(group.count, "particle"));
+      Say(0, "Particle group \"" + host::Utf8(group.name) + "\": " + Counted(group.count, "particle"));
       Add(group.count, sizeof(host::ParticleSlot));
     });
   }
@@ -51,21 +47,21 @@ private:
     if (const host::HairNode* hair = host::AsHair(&op)) {
       const LONG guides = hair->guides ? hair->guides->count : 0;
       Add(guides, hair->guides ? hair->guides->GuidePoints() * (long long)sizeof(Vector) : 0);
-      return Count(guides, "guide");
+      return Counted(guides, "guide");
     }
     if (const host::EmitterNode* emitter = host::AsEmitter(&op)) {
       Add(emitter->count, sizeof(host::EmitterParticle));
-      return Count(emitter->count, "particle");
+      return Counted(emitter->count, "particle");
     }
     CloudStats stats;
-    return op.data && ReadCloudStats(host::Api(&op), &stats) ? Count(stats.Points(), "point") : "";
+    return op.data && ReadCloudStats(host::Api(&op), &stats) ? Counted(stats.Points(), "point") : "";
   }
 
   std::string Points(const host::Object& op, const host::PointNode& points) {
     Add(points.points.Count(), sizeof(Vector));
-    std::string text = Count(points.points.Count(), "point");
+    std::string text = Counted(points.points.Count(), "point");
     if (const LONG polygons = ((PolygonObject*)host::Api((host::Object*)&op))->GetPolygonCount())
-      text += ", " + Count(polygons, "polygon");
+      text += ", " + Counted(polygons, "polygon");
     std::string maps;
     for (const host::Node* tag = op.tags.first; tag; tag = tag->next)
       if (tag->type == Tvertexmap) {
@@ -80,7 +76,7 @@ private:
     const host::VariableTagNode* segments = spline.Segments();
     const LONG count = segments ? segments->Count() : spline.points.Count() > 0 ? 1 : 0;
     if (segments) tree.bytes += count * (long long)sizeof(Segment);
-    return Count(spline.points.Count(), "point") + " in " + Count(count, "segment");
+    return Counted(spline.points.Count(), "point") + " in " + Counted(count, "segment");
   }
 
   void Add(long long elements, long long bytesEach) {
@@ -102,8 +98,8 @@ ResultTree DescribeTree(BaseDocument* doc) {
 }
 
 std::string ContentText(const CloudSession& session) {
-  if (const long long points = session.Points()) return Grouped(points) + " points";
-  return Grouped(DescribeTree(session.Document()).elements) + " elements";
+  if (const long long points = session.Points()) return Counted(points, "point");
+  return Counted(DescribeTree(session.Document()).elements, "element");
 }
 
 } // namespace cli

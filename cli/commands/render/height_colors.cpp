@@ -10,9 +10,6 @@ namespace cli {
 
 namespace {
 
-/** Render settings that a video post holds for objects that are no clouds. */
-const LONG kFirstSetting = 1201, kLastSetting = 1257;
-
 /** Tints of maps, from low to high. */
 const Vector kTints[] = {Vector(0.18, 0.36, 0.24), Vector(0.48, 0.60, 0.30), Vector(0.83, 0.76, 0.48),
                          Vector(0.62, 0.43, 0.30), Vector(0.95, 0.94, 0.92)};
@@ -24,7 +21,7 @@ Vector Tint(double share) {
   return kTints[step] + (kTints[step + 1] - kTints[step]) * (place - step);
 }
 
-/** The cloud as a point object in no list; NULL when memory is refused. */
+/** The cloud as a point object of its own; NULL without memory. */
 PointObject* Convert(BaseObject* cloud) {
   BaseContainer* data = cloud->GetDataInstance();
   const LONG mode = data->GetLong(KELVRA_CONVERT_MODE);
@@ -54,6 +51,16 @@ bool Paint(PointObject* points) {
   return true;
 }
 
+/** A video post has a setting of the same number for each one that a cloud has. */
+void CopyRenderSettings(const BaseContainer& cloud, BaseVideoPost* post) {
+  for (LONG i = 0; i < cloud.GetCount(); ++i) {
+    const LONG id = cloud.GetIndexId(i);
+    GeData own;
+    if (post->GetParameter(DescID(id), own, DESCFLAGS_GET_0))
+      post->GetDataInstance()->SetData(id, *cloud.GetIndexData(i));
+  }
+}
+
 } // namespace
 
 bool RenderByHeight(CloudSession& session, BaseObject* cloud) {
@@ -69,13 +76,11 @@ bool RenderByHeight(CloudSession& session, BaseObject* cloud) {
   BaseDocument* doc = session.Document();
   doc->InsertObject(points, NULL, NULL);
   points->SetMl(cloud->GetMg());
-  const BaseContainer* settings = cloud->GetDataInstance();
   for (BaseVideoPost* post = doc->GetActiveRenderData()->GetFirstVideoPost(); post; post = post->GetNext()) {
     BaseContainer* data = post->GetDataInstance();
     if (data->GetLink(KELVRA_RENDER_OBJECT, doc) != cloud) continue;
     data->SetLink(KELVRA_RENDER_OBJECT, points);
-    for (LONG id = kFirstSetting; id <= kLastSetting; ++id)
-      if (settings->FindIndex(id) != NOTOK) data->SetData(id, settings->GetData(id));
+    CopyRenderSettings(*cloud->GetDataInstance(), post);
   }
   return true;
 }

@@ -1,4 +1,4 @@
-// The module's recorder, driven by --record, and whether it did what it was asked to do.
+// The module's recorder, which --record switches on.
 #pragma once
 
 #include "c4d.h"
@@ -11,12 +11,12 @@ namespace cli {
 /** File name of a recorded frame, without its folder. */
 std::string RecordName(int frame);
 
-/** Has the module's recorder store each finished frame in that folder, whatever a scene says of its names. */
+/** Has the module's recorder store each finished frame in that folder, under names of our own. */
 void EnableRecorder(BaseDocument* doc, const std::string& folder);
 
 /**
- * Looks for one frame's file. A recorder never stops a render, and without memory it has no message either,
- * so that only the disk tells whether the frame is there.
+ * Looks for one frame's file. A recorder never stops a render, and out of memory it does not even print a
+ * line, so only the disk shows whether the frame was stored.
  */
 class RecordWatch {
 public:

@@ -1,15 +1,15 @@
 #include "cli/commands/render/render_plan.h"
 
-#include "cli/commands/options/frame_range.h"
-#include "cli/commands/options/input_options.h"
+#include "cli/commands/options/number.h"
+#include "cli/commands/options/output_option.h"
+#include "cli/commands/options/typed_option.h"
+#include "cli/commands/output/output_file.h"
 #include "cli/commands/render/recorder.h"
-#include "cli/commands/render/scene_light.h"
-#include "cli/session/cloud_session.h"
+#include "host/render.h"
 
-#include <cmath>
 #include <filesystem>
+#include <regex>
 #include <set>
-#include <stdexcept>
 
 namespace fs = std::filesystem;
 
@@ -17,83 +17,131 @@ namespace cli {
 
 namespace {
 
-void CheckValues(const RenderCommandOptions& options) {
-  Vector background;
-  if (!ParseColor(options.background, &background))
-    throw UsageError{"--background " + options.background + ": expected #RRGGBB"};
-  const bool finite = std::isfinite(options.turn) && std::isfinite(options.groundMirror) &&
-                      (options.groundHeight.empty() || std::isfinite(options.groundHeight[0]));
-  if (!finite) throw UsageError{"--turn, --ground-mirror, --ground-height: expected finite numbers"};
-  CheckLights(options.lights);
+double ParseHeight(const std::string& text) {
+  return ParseNumberWithin(text, -1e9, 1e9);
 }
 
-/** An option that would be without effect is a slip, and the picture would not be the one that is wanted. */
-void CheckTogether(const RenderCommandOptions& options) {
+double ParseShare(const std::string& text) {
+  return ParseNumberWithin(text, 0.0, 1.0);
+}
+
+Pixel ParsePixel(const std::string& text) {
+  std::smatch match;
+  if (!std::regex_match(text, match, std::regex("([0-9]{1,5}),([0-9]{1,5})")))
+    throw UsageError{"expected X,Y, counted from 0,0 at the top left"};
+  return {std::stoi(match[1]), std::stoi(match[2])};
+}
+
+/** An option without effect is a slip, and the picture would not be the one that was wanted. */
+void CheckTogether(const RenderPlan& plan) {
   const struct {
     const char* option;
     bool given;
-  } ofPictures[] = {{"--frames", !options.frames.empty()},
-                    {"--turn", options.turn != 0.0},
-                    {"--record", !options.record.empty()},
-                    {"--depth", options.depth != 0}};
+  } ofPictures[] = {{"--frames", plan.frames.has_value()},
+                    {"--turn", plan.turn != 0.0},
+                    {"--record", !plan.record.empty()},
+                    {"--depth", plan.depth != 0}};
   for (const auto& picture : ofPictures)
-    if (!options.pixel.empty() && picture.given)
-      throw UsageError{std::string(picture.option) + ": --pixel prints text and writes no picture"};
-  if (options.turn != 0.0 && options.frames.empty())
-    throw UsageError{"--turn: needs --frames, over which the camera turns"};
-  if (options.groundMirror != 0.0 && !options.ground && options.groundHeight.empty())
-    throw UsageError{"--ground-mirror: needs --ground or --ground-height"};
+    if (plan.pixel && picture.given)
+      throw UsageError{std::string(picture.option) +
+                       " has no effect: --pixel prints text and writes no picture"};
+  if (plan.turn != 0.0 && !plan.frames)
+    throw UsageError{"--turn has no effect without --frames, over which the camera turns"};
+  if (plan.groundMirror != 0.0 && !plan.HasGround())
+    throw UsageError{"--ground-mirror has no effect without --ground or --ground-height"};
 }
 
-host::PictureFormat CheckFormat(const RenderCommandOptions& options) {
+void CheckPixel(const PictureSize& size, const Pixel& pixel) {
+  if (pixel.x >= size.width || pixel.y >= size.height)
+    throw UsageError{"--pixel " + std::to_string(pixel.x) + "," + std::to_string(pixel.y) +
+                     ": outside the picture; expected 0,0 to " + std::to_string(size.width - 1) + "," +
+                     std::to_string(size.height - 1)};
+}
+
+host::PictureFormat FormatOf(const RenderPlan& plan) {
   host::PictureFormat format = host::PictureFormat::Png8;
   std::string error;
-  if (!host::ChoosePictureFormat(options.output, options.depth, &format, &error)) throw UsageError{error};
+  if (!host::ChoosePictureFormat(plan.output, plan.depth, &format, &error)) throw UsageError{error};
   if (!host::CanSavePicture(format))
-    throw UsageError{options.output + ": this build has no library that writes such files"};
+    throw UsageError{plan.output + ": this build has no library that writes such files"};
   return format;
 }
 
-FrameRange CheckFrames(const RenderCommandOptions& options) {
-  if (options.frames.empty()) return FrameRange();
-  const FrameRange frames = ParseFrames(options.frames);
-  if (frames.last > frames.first && !HasFrameNumber(options.output))
-    throw UsageError{"--frames " + options.frames + ": the output needs a #### for the frame number, found " +
-                     options.output};
-  return frames;
-}
-
 /** The recorder's frames must not take the place of the pictures. */
-void CheckRecord(const RenderCommandOptions& options, const FrameRange& frames) {
+void CheckRecord(const RenderPlan& plan) {
   std::error_code ignored;
-  const fs::path folder = fs::u8path(options.record);
-  if (!fs::is_directory(folder, ignored)) throw UsageError{"--record " + options.record + ": no such folder"};
-  const fs::path outputFolder = fs::u8path(options.output).parent_path();
+  const fs::path folder = fs::u8path(plan.record);
+  if (!fs::is_directory(folder, ignored)) throw UsageError{"--record " + plan.record + ": no such folder"};
+  const fs::path outputFolder = fs::u8path(plan.output).parent_path();
   if (!fs::equivalent(folder, outputFolder.empty() ? fs::path(".") : outputFolder, ignored)) return;
+  const FrameRange frames = plan.Frames();
   std::set<std::string> recorded;
   for (int frame = frames.first; frame <= frames.last; ++frame) recorded.insert(RecordName(frame));
   for (int frame = frames.first; frame <= frames.last; ++frame) {
-    const std::string name = fs::u8path(FrameName(options.output, frame)).filename().u8string();
+    const std::string name = fs::u8path(FrameName(plan.output, frame)).filename().u8string();
     if (recorded.count(name))
-      throw UsageError{"--record " + options.record + ": the recorder's " + name +
+      throw UsageError{"--record " + plan.record + ": the recorder's " + name +
                        " would take the place of the output"};
   }
 }
 
+void CheckOutputs(const RenderPlan& plan) {
+  const FrameRange frames = plan.Frames();
+  for (int frame = frames.first; frame <= frames.last; ++frame)
+    RequireReplaceable(FrameName(plan.output, frame), plan.input.files);
+  RequireWritable(FrameName(plan.output, frames.first));
+  if (!plan.record.empty()) RequireWritable((fs::u8path(plan.record) / RecordName(frames.first)).u8string());
+}
+
 } // namespace
 
-host::PictureFormat CheckRenderOptions(const RenderCommandOptions& options) {
-  CheckValues(options);
-  CheckTogether(options);
-  if (!options.pixel.empty()) return host::PictureFormat::Png8;
-  const host::PictureFormat format = CheckFormat(options);
-  const FrameRange frames = CheckFrames(options);
-  if (!options.record.empty()) CheckRecord(options, frames);
-  for (int frame = frames.first; frame <= frames.last; ++frame) CheckOutput(FrameName(options.output, frame));
-  CheckWritable(FrameName(options.output, frames.first));
-  if (!options.record.empty())
-    CheckWritable((fs::u8path(options.record) / RecordName(frames.first)).u8string());
-  return format;
+void AddRenderOptions(CLI::App& command, RenderPlan& plan) {
+  AddInput(command, plan.input);
+  CLI::Option* output =
+      AddOutput(command, plan.output, "PNG, TIFF or EXR to write; #### is the frame number");
+  AddView(command, plan.view);
+  AddTypedList(command, "--light", plan.lights, ParseLight,
+               "sun:AZIMUTH,ELEVATION, point:X,Y,Z or ambient, then :BRIGHTNESS and :#RRGGBB")
+      ->type_name("LIGHT");
+  command.add_flag("--ground", plan.ground, "Put a ground below the points");
+  AddTyped(command, "--ground-height", plan.groundHeight, ParseHeight, "Height of the ground, in world units")
+      ->type_name("NUMBER");
+  AddTyped(command, "--ground-mirror", plan.groundMirror, ParseShare,
+           "Share of light that the ground mirrors, 0 to 1")
+      ->type_name("NUMBER");
+  command.add_option("--supersample", plan.supersample, "N x N rays a pixel, 2")->check(CLI::Range(1, 16));
+  command.add_option("--depth", plan.depth, "Bits a sample: 8, 16 or 32")->check(CLI::IsMember({8, 16, 32}));
+  AddTyped(command, "--frames", plan.frames, ParseFrames, "Frames of an animation")->type_name("FIRST-LAST");
+  AddTyped(command, "--turn", plan.turn, ParseNumber,
+           "Angle that the camera turns around its target over the frames")
+      ->type_name("DEGREES");
+  AddPath(command, "--record", plan.record, "Folder in which the recorder stores each frame with 16 bits")
+      ->type_name("FOLDER");
+  command.add_option("--threads", plan.threads, "Render threads, all cores")
+      ->check(CLI::Range(1, host::kMostRenderThreads));
+  AddTyped(command, "--background", plan.background, ParseColor, "Colour behind everything")
+      ->type_name("#RRGGBB");
+  AddTyped(command, "--pixel", plan.pixel, ParsePixel,
+           "X,Y: print what the ray through this pixel does instead")
+      ->type_name("NUMBER")
+      ->delimiter(',')
+      ->expected(2)
+      ->excludes(output);
+}
+
+void CheckPlan(RenderPlan& plan) {
+  CheckView(plan.view);
+  CheckTogether(plan);
+  if (plan.pixel) {
+    CheckPixel(plan.view.size, *plan.pixel);
+    return;
+  }
+  if (plan.output.empty()) throw CLI::RequiredError("--output");
+  plan.format = FormatOf(plan);
+  if (plan.Frames().last > plan.Frames().first && !HasFrameNumber(plan.output))
+    throw UsageError{plan.output + ": the output needs a #### for the frame number"};
+  if (!plan.record.empty()) CheckRecord(plan);
+  CheckOutputs(plan);
 }
 
 } // namespace cli

@@ -1,16 +1,51 @@
-// What is wrong with the options of a render, found before a file is loaded.
+// What kelvra render is asked to do: its options, parsed and compared with each other.
 #pragma once
 
-#include "cli/commands/commands.h"
+#include "cli/commands/options/frame_range.h"
+#include "cli/commands/options/input_options.h"
+#include "cli/commands/options/view_options.h"
+#include "cli/commands/render/scene_light.h"
 #include "host/picture/picture.h"
+
+#include <optional>
 
 namespace cli {
 
+struct Pixel {
+  int x = 0, y = 0;
+};
+
+struct RenderPlan {
+  InputOptions input;
+  ViewOptions view;
+  std::vector<SceneLight> lights; ///< empty: the scene's own, or the usual ones
+  bool ground = false;
+  std::optional<double> groundHeight; ///< world units; without it just below the lowest point
+  double groundMirror = 0.0;          ///< share of light
+  int supersample = 2;                ///< rays a pixel and axis
+  int threads = 0;                    ///< 0 for all cores
+  Vector background{0xc3 / 255.0, 0xd2 / 255.0, 0xe2 / 255.0};
+
+  std::optional<Pixel> pixel;                             ///< explains this pixel's ray and writes no picture
+  std::string output;                                     ///< empty with `pixel`
+  int depth = 0;                                          ///< bits a sample, 0 for the smallest of the format
+  host::PictureFormat format = host::PictureFormat::Png8; ///< by `output` and `depth`
+  std::optional<FrameRange> frames;
+  double turn = 0.0;     ///< degrees that the camera turns over the frames
+  std::string record;    ///< folder of the recorder, or empty
+  bool progress = false; ///< draws a bar
+
+  bool HasGround() const { return ground || groundHeight; }
+  FrameRange Frames() const { return frames.value_or(FrameRange()); }
+};
+
+/** The command's options; the plan outlives parsing. */
+void AddRenderOptions(CLI::App& command, RenderPlan& plan);
+
 /**
- * The format of the pictures; of no meaning with --pixel, which writes none. Throws UsageError for options
- * that cannot be used or contradict each other, and std::runtime_error when the disk does not take the
- * output.
+ * Completes the plan. Throws UsageError for options that contradict each other or have no effect, and
+ * std::runtime_error if an output cannot be written.
  */
-host::PictureFormat CheckRenderOptions(const RenderCommandOptions& options);
+void CheckPlan(RenderPlan& plan);
 
 } // namespace cli

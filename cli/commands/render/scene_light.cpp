@@ -1,73 +1,17 @@
 #include "cli/commands/render/scene_light.h"
 
-#include "cli/session/cloud_session.h"
+#include "cli/commands/options/number.h"
+#include "cli/system/exit_status.h"
 #include "host/render.h"
 
 #include <cmath>
-#include <regex>
-#include <sstream>
 
 namespace cli {
 
-const std::vector<std::string> kDefaultLights = {"sun:300,38:1.45", "ambient:0.5:#e4ebff"};
-
 namespace {
 
-/** Coordinates and brightnesses beyond this are slips of the keyboard. */
-const double kMost = 1e12;
-
-const char* const kForms = "expected sun:AZIMUTH,ELEVATION, point:X,Y,Z or ambient, then :BRIGHTNESS and "
-                           ":#RRGGBB if you like";
-
-[[noreturn]] void Refuse(const std::string& text, const std::string& why) {
-  throw UsageError{"--light " + text + ": " + why};
-}
-
-std::vector<std::string> Split(const std::string& text, char separator) {
-  std::vector<std::string> parts;
-  std::istringstream stream(text);
-  for (std::string part; std::getline(stream, part, separator);) parts.push_back(part);
-  return parts;
-}
-
-double Number(const std::string& text, const std::string& part) {
-  static const std::regex form("[-+]?([0-9]+\\.?[0-9]*|\\.[0-9]+)([eE][-+]?[0-9]{1,3})?");
-  if (!std::regex_match(part, form)) Refuse(text, "\"" + part + "\" is no number; " + kForms);
-  const double value = std::strtod(part.c_str(), nullptr);
-  if (!(std::abs(value) <= kMost)) Refuse(text, "\"" + part + "\" is out of range");
-  return value;
-}
-
-struct LightText {
-  std::string kind;
-  std::vector<double> place;
-  double brightness = 1.0;
-  Vector color{1.0};
-};
-
-LightText Parse(const std::string& text) {
-  LightText light;
-  const std::vector<std::string> parts = Split(text, ':');
-  light.kind = parts.empty() ? "" : parts[0];
-  const std::size_t numbers = light.kind == "sun" ? 2 : light.kind == "point" ? 3 : 0;
-  if (numbers == 0 && light.kind != "ambient") Refuse(text, kForms);
-  std::size_t next = 1;
-  if (numbers > 0) {
-    const std::vector<std::string> place =
-        next < parts.size() ? Split(parts[next], ',') : std::vector<std::string>();
-    if (place.size() != numbers) Refuse(text, kForms);
-    for (const std::string& part : place) light.place.push_back(Number(text, part));
-    ++next;
-  }
-  if (next < parts.size() && parts[next][0] != '#') {
-    light.brightness = Number(text, parts[next++]);
-    if (light.brightness < 0.0) Refuse(text, "a brightness is 0 or more");
-  }
-  if (next < parts.size() && !ParseColor(parts[next++], &light.color))
-    Refuse(text, "\"" + parts[next - 1] + "\" is no colour, expected #RRGGBB");
-  if (next < parts.size()) Refuse(text, kForms);
-  return light;
-}
+const char* const kForms =
+    "expected sun:AZIMUTH,ELEVATION, point:X,Y,Z or ambient, each with :BRIGHTNESS and :#RRGGBB if you like";
 
 /** Axes of a light that shines from that compass direction. */
 Matrix SunMatrix(double azimuth, double elevation) {
@@ -81,38 +25,52 @@ Matrix SunMatrix(double azimuth, double elevation) {
   return m;
 }
 
+Matrix ParseSun(const std::string& text) {
+  const std::vector<std::string> angles = Split(text, ',');
+  if (angles.size() != 2) throw UsageError{kForms};
+  return SunMatrix(ParseNumber(angles[0]), ParseNumber(angles[1]));
+}
+
 } // namespace
 
-bool ParseColor(const std::string& text, Vector* color) {
-  static const std::regex form("#[0-9a-fA-F]{6}");
-  if (!std::regex_match(text, form)) return false;
-  for (int i = 0; i < 3; ++i)
-    (*color)[i] = (double)std::stoi(text.substr(1 + (std::size_t)i * 2, 2), nullptr, 16) / 255.0;
-  return true;
+SceneLight ParseLight(const std::string& text) {
+  const std::vector<std::string> parts = Split(text, ':');
+  const std::string kind = parts.empty() ? "" : parts[0];
+  std::size_t next = 1;
+  const auto take = [&] { return next < parts.size() ? parts[next++] : std::string(); };
+
+  SceneLight light;
+  if (kind == "sun") {
+    light.type = RT_LT_DISTANT;
+    light.place = ParseSun(take());
+  } else if (kind == "point") {
+    light.type = RT_LT_OMNI;
+    light.place = MatrixMove(ParsePosition(take()));
+  } else if (kind != "ambient") {
+    throw UsageError{kForms};
+  }
+
+  if (next < parts.size() && parts[next][0] != '#') light.brightness = ParseNumber(take());
+  if (light.brightness < 0.0) throw UsageError{"a brightness is 0 or more"};
+  if (next < parts.size()) light.color = ParseColor(take());
+  if (next < parts.size()) throw UsageError{kForms};
+  return light;
 }
 
-void CheckLights(const std::vector<std::string>& texts) {
-  for (const std::string& text : texts) Parse(text);
+std::vector<SceneLight> DefaultLights() {
+  return {ParseLight("sun:300,38:1.45"), ParseLight("ambient:0.5:#e4ebff")};
 }
 
-void AddLights(BaseDocument* doc, const std::vector<std::string>& texts) {
-  for (const std::string& text : texts) {
-    const LightText parsed = Parse(text);
-    BaseObject* light = BaseObject::Alloc(Olight);
-    if (!light) throw std::bad_alloc();
-    BaseContainer* data = light->GetDataInstance();
-    data->SetVector(host::kLightColor, parsed.color);
-    data->SetReal(host::kLightBrightness, parsed.brightness);
-    if (parsed.kind == "sun") {
-      data->SetLong(host::kLightType, RT_LT_DISTANT);
-      light->SetMl(SunMatrix(parsed.place[0], parsed.place[1]));
-    } else if (parsed.kind == "point") {
-      data->SetLong(host::kLightType, RT_LT_OMNI);
-      light->SetMl(MatrixMove(Vector(parsed.place[0], parsed.place[1], parsed.place[2])));
-    } else {
-      data->SetLong(host::kLightType, RT_LT_AMBIENT);
-    }
-    doc->InsertObject(light, NULL, NULL);
+void AddLights(BaseDocument* doc, const std::vector<SceneLight>& lights) {
+  for (const SceneLight& light : lights) {
+    BaseObject* op = BaseObject::Alloc(Olight);
+    if (!op) throw std::bad_alloc();
+    BaseContainer* data = op->GetDataInstance();
+    data->SetVector(host::kLightColor, light.color);
+    data->SetReal(host::kLightBrightness, light.brightness);
+    data->SetLong(host::kLightType, light.type);
+    op->SetMl(light.place);
+    doc->InsertObject(op, NULL, NULL);
   }
 }
 

@@ -8,22 +8,25 @@
 
 namespace cli {
 
-/**
- * Adds the lights that the texts describe; throws UsageError that names the text.
- *
- *     sun:AZIMUTH,ELEVATION[:BRIGHTNESS][:#RRGGBB]   from a compass direction (0 north, 90 east), degrees
- *     point:X,Y,Z[:BRIGHTNESS][:#RRGGBB]             at a place in world space
- *     ambient[:BRIGHTNESS][:#RRGGBB]                 everywhere
- */
-void AddLights(BaseDocument* doc, const std::vector<std::string>& texts);
+struct SceneLight {
+  LONG type = RT_LT_AMBIENT; ///< or RT_LT_DISTANT, RT_LT_OMNI
+  Matrix place;
+  double brightness = 1.0;
+  Vector color{1.0};
+};
 
-/** Throws as AddLights does. */
-void CheckLights(const std::vector<std::string>& texts);
+/**
+ *     sun:AZIMUTH,ELEVATION[:BRIGHTNESS][:#RRGGBB]   from a compass direction (0 north, 90 east), degrees
+ *     point:X,Y,Z[:BRIGHTNESS][:#RRGGBB]             at a position in world space
+ *     ambient[:BRIGHTNESS][:#RRGGBB]                 everywhere
+ *
+ * Throws UsageError.
+ */
+SceneLight ParseLight(const std::string& text);
 
 /** A sun from the north-west and light from the sky, for those who ask for nothing. */
-extern const std::vector<std::string> kDefaultLights;
+std::vector<SceneLight> DefaultLights();
 
-/** Three numbers from 0 to 1 out of "#RRGGBB"; false for other texts. */
-bool ParseColor(const std::string& text, Vector* color);
+void AddLights(BaseDocument* doc, const std::vector<SceneLight>& lights);
 
 } // namespace cli

@@ -1,8 +1,9 @@
 #include "cli/commands/render/scene_setup.h"
 
 #include "cli/commands/render/height_colors.h"
-#include "cli/commands/render/scene_light.h"
+#include "cli/session/cloud_parameters.h"
 #include "cli/text/format.h"
+#include "host/render.h"
 #include "otallyframe.h"
 
 #include <algorithm>
@@ -13,24 +14,17 @@ namespace cli {
 
 namespace {
 
-struct WorldExtent {
-  Vector low, high;
-  bool valid = false;
-};
-
 WorldExtent ExtentOf(const CloudSession& session) {
   WorldExtent extent;
   extent.valid = session.Extent(&extent.low, &extent.high);
   return extent;
 }
 
-/** Radius of points on average side by side over the ground that they cover. */
+/** Radius, as a multiple of the mean distance of neighbours, at which points close the surface. */
 const double kRadiusPerSpacing = 1.1;
 const double kLeastRadius = 0.05;
-/** Of an object that sets none. */
-const double kDefaultRadius = 0.25;
 
-/** Display distance between neighbouring 32-bit numbers at the cloud's coordinates. */
+/** Distance in scene units between neighbouring 32-bit numbers at the cloud's coordinates. */
 double StorageStep(const CloudStats& stats, const Vector& displaySize) {
   const Box source = stats.Bounds();
   double step = 0.0;
@@ -44,13 +38,13 @@ double StorageStep(const CloudStats& stats, const Vector& displaySize) {
 }
 
 /**
- * A cloud whose radius nobody chose gets one by its density. Up to a spacing of one unit its surface closes;
- * wider apart the points stay dots, as they answer on a disc of the root of their radius. Large coordinates
- * put points on a coarser raster than their density tells.
+ * Gives a cloud whose radius nobody chose one by its density. Points less than a unit apart close the
+ * surface; farther apart they stay dots, because a point covers a disc of the root of its radius. Large
+ * coordinates put points on a raster that may be coarser than their density.
  */
 void ChooseRadius(CloudSession& session, BaseObject* cloud, std::vector<std::string>* notes) {
   BaseContainer* data = cloud->GetDataInstance();
-  if (session.WasSet(KELVRA_POINT_RADIUS) || data->GetReal(KELVRA_POINT_RADIUS, -1.0) != -1.0) return;
+  if (session.WasSet(KELVRA_POINT_RADIUS) || data->FindIndex(KELVRA_POINT_RADIUS) != NOTOK) return;
   CloudStats stats;
   Vector low, high;
   if (!ReadCloudStats(cloud, &stats) || stats.Points() < 1 || !host::WorldBox(cloud, &low, &high)) return;
@@ -66,14 +60,13 @@ void ChooseRadius(CloudSession& session, BaseObject* cloud, std::vector<std::str
 }
 
 /** A square below the cloud, several times its size. */
-void AddGround(CloudSession& session, const WorldExtent& extent, const RenderCommandOptions& options) {
+void AddGround(CloudSession& session, const WorldExtent& extent, const RenderPlan& plan) {
   PolygonObject* ground = PolygonObject::Alloc(4, 1);
   if (!ground) throw std::bad_alloc();
   const Vector middle = (extent.low + extent.high) * 0.5, size = extent.high - extent.low;
   const double half = 4.0 * std::max({size.x, size.y, size.z, 1.0});
   // A hair below the lowest point: points that touch it are not cut.
-  const double y =
-      options.groundHeight.empty() ? extent.low.y - 1e-3 * std::max(size.y, 1.0) : options.groundHeight[0];
+  const double y = plan.groundHeight.value_or(extent.low.y - 1e-3 * std::max(size.y, 1.0));
   Vector* points = ground->GetPointW();
   points[0] = Vector(middle.x - half, y, middle.z - half);
   points[1] = Vector(middle.x - half, y, middle.z + half);
@@ -82,16 +75,15 @@ void AddGround(CloudSession& session, const WorldExtent& extent, const RenderCom
   ground->GetPolygonW()[0] = CPolygon(0, 1, 2, 3);
   BaseContainer* data = ground->GetDataInstance();
   data->SetVector(host::kSurfaceColor, Vector(0.55, 0.55, 0.53));
-  data->SetReal(host::kSurfaceReflection, options.groundMirror);
+  data->SetReal(host::kSurfaceReflection, plan.groundMirror);
   session.Document()->InsertObject(ground, NULL, NULL);
 }
 
-/** Points that lie close together are seen as whole discs: the box is widened by what their radius reaches.
- */
+/** Widens the box of a small cloud by the discs of its points, which would stand out of it. */
 WorldExtent WithDiscs(const CloudSession& session, WorldExtent extent) {
   double reach = 0.0;
   for (BaseObject* cloud : session.Clouds()) {
-    const double radius = cloud->GetDataInstance()->GetReal(KELVRA_POINT_RADIUS, kDefaultRadius);
+    const double radius = RealParameter(cloud, KELVRA_POINT_RADIUS);
     if (std::isfinite(radius)) reach = std::max(reach, std::sqrt(std::abs(radius)));
   }
   const Vector size = extent.high - extent.low;
@@ -99,18 +91,6 @@ WorldExtent WithDiscs(const CloudSession& session, WorldExtent extent) {
   extent.low -= Vector(reach);
   extent.high += Vector(reach);
   return extent;
-}
-
-host::ViewCamera CameraFor(const WorldExtent& extent, const RenderCommandOptions& options) {
-  host::ViewCamera camera;
-  camera.fieldOfView = options.fieldOfView;
-  if (!options.camera.empty()) {
-    camera.position = Vector(options.camera[0], options.camera[1], options.camera[2]);
-    camera.target = Vector(options.target[0], options.target[1], options.target[2]);
-    return camera;
-  }
-  if (!extent.valid) return camera;
-  return host::FrameBox(extent.low, extent.high, options.fieldOfView, (double)options.width / options.height);
 }
 
 } // namespace
@@ -123,7 +103,7 @@ host::ViewCamera TurnedCamera(const host::ViewCamera& camera, double degrees) {
   return turned;
 }
 
-RenderScene PrepareScene(CloudSession& session, const RenderCommandOptions& options) {
+RenderScene PrepareScene(CloudSession& session, const RenderPlan& plan) {
   RenderScene scene;
   for (BaseObject* cloud : session.Clouds()) {
     ChooseRadius(session, cloud, &scene.notes);
@@ -134,17 +114,17 @@ RenderScene PrepareScene(CloudSession& session, const RenderCommandOptions& opti
   for (BaseObject* op = session.Document()->GetFirstObject(); op; op = op->GetNext())
     hasLight = hasLight || op->GetType() == Olight;
   // A scene keeps its own lights unless others are asked for.
-  if (!options.lights.empty() || !hasLight)
-    AddLights(session.Document(), options.lights.empty() ? kDefaultLights : options.lights);
-  if ((options.ground || !options.groundHeight.empty()) && extent.valid) AddGround(session, extent, options);
+  if (!plan.lights.empty() || !hasLight)
+    AddLights(session.Document(), plan.lights.empty() ? DefaultLights() : plan.lights);
+  if (plan.HasGround() && extent.valid) AddGround(session, extent, plan);
 
   host::RenderOptions& render = scene.render;
-  render.width = options.width;
-  render.height = options.height;
-  render.supersample = options.supersample;
-  render.threads = options.threads;
-  render.camera = CameraFor(WithDiscs(session, extent), options);
-  ParseColor(options.background, &render.background);
+  render.width = plan.view.size.width;
+  render.height = plan.view.size.height;
+  render.supersample = plan.supersample;
+  render.threads = plan.threads;
+  render.camera = CameraOf(plan.view, WithDiscs(session, extent));
+  render.background = plan.background;
   return scene;
 }
 

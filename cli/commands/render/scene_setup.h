@@ -2,7 +2,7 @@
 // point size that closes the surface.
 #pragma once
 
-#include "cli/commands/commands.h"
+#include "cli/commands/render/render_plan.h"
 #include "cli/session/cloud_session.h"
 #include "host/render.h"
 
@@ -10,12 +10,12 @@ namespace cli {
 
 struct RenderScene {
   host::RenderOptions render;
-  std::vector<std::string> notes; ///< lines that tell what was chosen for the user
+  std::vector<std::string> notes; ///< lines about what was chosen for the user
 };
 
-RenderScene PrepareScene(CloudSession& session, const RenderCommandOptions& options);
+RenderScene PrepareScene(CloudSession& session, const RenderPlan& plan);
 
-/** The camera after turning around the vertical through its target, degrees, clockwise from above. */
+/** The camera turned around the vertical through its target, degrees, clockwise from above. */
 host::ViewCamera TurnedCamera(const host::ViewCamera& camera, double degrees);
 
 } // namespace cli

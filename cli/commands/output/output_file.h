@@ -1,0 +1,21 @@
+// Files that commands write.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace cli {
+
+/**
+ * To be called before anything is loaded: an output is a new file or replaces an older one, but never an
+ * input. Throws std::runtime_error.
+ */
+void RequireReplaceable(const std::string& path, const std::vector<std::string>& inputs = {});
+
+/** The same, and makes a file beside it for a moment, so that rights and the disk have their say too. */
+void RequireWritable(const std::string& path, const std::vector<std::string>& inputs = {});
+
+/** In bytes; -1 for a file that is not there. */
+long long FileSize(const std::string& path);
+
+} // namespace cli
