@@ -114,13 +114,12 @@ void WriteResult(CloudSession& session, BaseObject* cloud, const Mode& mode, con
   BaseObject* built = cloud->GetCache(NULL);
   const Matrix global = built ? cloud->GetMg() * built->GetMl() : Matrix();
   host::Faults& faults = session.App().GetFaults();
-  const auto fault = [&faults] { return faults.Strikes(host::Fault::FileWrite); };
   std::string error;
   bool written = false;
   if (mode.value == KELVRA_CONVERT_MODE_POINTS && built && built->GetType() == Opolygon)
-    written = WritePly((PointObject*)built, global, path, &error, fault);
+    written = WritePly((PointObject*)built, global, path, &error, &faults);
   else if (mode.value == KELVRA_CONVERT_MODE_SPLINE && built && built->GetType() == Ospline)
-    written = WriteObj((SplineObject*)built, global, path, &error, fault);
+    written = WriteObj((SplineObject*)built, global, path, &error, &faults);
   else
     error = path + ": the conversion built nothing that this file can hold";
   if (!written) throw std::runtime_error(error);

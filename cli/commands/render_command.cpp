@@ -83,10 +83,8 @@ int Explain(CloudSession& session, const host::RenderOptions& base, const Render
 
 void SaveFrame(CloudSession& session, const host::RenderBuffer& buffer, const std::string& name,
                host::PictureFormat format) {
-  host::Faults& faults = session.App().GetFaults();
   std::string error;
-  if (!host::SavePicture(PictureOf(buffer), name, format, &error,
-                         [&faults] { return faults.Strikes(host::Fault::FileWrite); }))
+  if (!host::SavePicture(PictureOf(buffer), name, format, &error, &session.App().GetFaults()))
     throw std::runtime_error(error);
 }
 
