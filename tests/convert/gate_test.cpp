@@ -41,31 +41,31 @@ protected:
     copies = true;
     host_ = t_C4DOS;
     os_ = *t_C4DOS;
-    tags_ = *os_.Po;
-    hair_ = *os_.Hr;
-    os_.Po = &tags_;
-    os_.Hr = &hair_;
+    tags_ = *os_.point;
+    hair_ = *os_.hair;
+    os_.point = &tags_;
+    os_.hair = &hair_;
     tags_.CopyTagsTo = [](BaseObject* op, BaseObject* to, LONG visible, LONG variable, LONG hierarchical) {
       const LONG asked[3] = {visible, variable, hierarchical};
       Say("copy");
       for (const LONG flag : asked) calls.back() += " " + std::to_string(flag);
-      return copies ? host_->Po->CopyTagsTo(op, to, visible, variable, hierarchical) : FALSE;
+      return copies ? host_->point->CopyTagsTo(op, to, visible, variable, hierarchical) : FALSE;
     };
     hair_.Lock = [](HairObject* op, BaseDocument* doc, BaseThread* thread, Bool validate, LONG flags) {
       Say(doc && thread ? "lock" : "lock of nothing");
-      return host_->Hr->Lock(op, doc, thread, validate, flags);
+      return host_->hair->Lock(op, doc, thread, validate, flags);
     };
     hair_.SetGuides = [](HairObject* op, HairGuides* guides, Bool clone) {
       Say("set");
-      return host_->Hr->SetGuides(op, guides, clone);
+      return host_->hair->SetGuides(op, guides, clone);
     };
     hair_.Unlock = [](HairObject* op) {
       Say("unlock");
-      host_->Hr->Unlock(op);
+      host_->hair->Unlock(op);
     };
     hair_.Update = [](HairObject* op, BaseDocument* doc) {
       Say(doc ? "update" : "update of nothing");
-      return host_->Hr->Update(op, doc);
+      return host_->hair->Update(op, doc);
     };
     t_C4DOS = &os_;
   }
@@ -81,8 +81,8 @@ protected:
 private:
   static inline OperatingSystem* host_ = nullptr;
   OperatingSystem os_;
-  C4D_Po tags_;
-  C4D_Hr hair_;
+  C4D_Point tags_;
+  C4D_Hair hair_;
 };
 
 TEST_F(HairCalls, GuidesAreSetUnderTheLockAndVisibleTagsFollow) {

@@ -3,6 +3,7 @@
 
 #include "host/render/element_colors.h"
 #include "host/render/render_job.h"
+#include "host/viewport.h"
 
 #include <atomic>
 #include <cmath>

@@ -10,10 +10,10 @@
 
 class GlRecorder {
 public:
-  GlRecorder() : os_(*t_C4DOS), table_(*t_C4DOS->Gl) {
+  GlRecorder() : os_(*t_C4DOS), table_(*t_C4DOS->gl) {
     current = this;
     host_ = t_C4DOS;
-    os_.Gl = &table_;
+    os_.gl = &table_;
     Patch();
     t_C4DOS = &os_;
   }
@@ -44,7 +44,7 @@ private:
     std::snprintf(text, sizeof text, format, arguments...);
     current->calls.push_back(text);
   }
-  static const C4D_Gl& Host() { return *current->host_->Gl; }
+  static const C4D_Gl& Host() { return *current->host_->gl; }
   static const char* Name(GlProgramParameter p) { return current->handles_[p].c_str(); }
   static std::string Plain(std::string text) {
     for (const auto& [real, name] : current->names_)

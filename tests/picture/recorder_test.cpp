@@ -2,6 +2,7 @@
 
 #include "host/application.h"
 #include "host/base/text.h"
+#include "host/picture/image.h"
 #include "host/render/render_job.h"
 #include "kelvra_messages.h"
 #include "picture/picture_fixture.h"

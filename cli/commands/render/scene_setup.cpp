@@ -4,6 +4,7 @@
 #include "cli/session/cloud_parameters.h"
 #include "cli/text/format.h"
 #include "host/render.h"
+#include "host/viewport.h"
 #include "otallyframe.h"
 
 #include <algorithm>
