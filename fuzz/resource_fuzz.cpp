@@ -35,7 +35,7 @@ static std::string Outcome(const std::string& text, const SymbolTable& names) {
   if (!BuildDescription({"x.res", &syntax, &names, &tables, include}, &built, &error))
     return outcome + "not built";
   for (const Parameter& each : built.parameters) {
-    outcome += each.identifier + std::to_string(each.id) + each.name +
+    outcome += each.identifier + std::to_string(each.id) + each.longName +
                std::to_string(each.min.value_or(Numbers{})[0]) + std::to_string(each.cycle.size()) + ";";
   }
   return outcome + std::to_string(built.groups.size());

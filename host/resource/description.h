@@ -17,6 +17,8 @@ namespace host::resource {
 /** One value for each axis; plain numbers use the first and repeat it. */
 using Numbers = std::array<double, 3>;
 
+enum class Unit { kReal, kLong, kPercent, kDegree, kMeter, kTime };
+
 struct CycleEntry {
   std::int32_t id = 0;
   std::string identifier; // the number as text where the file gives no name
@@ -32,13 +34,14 @@ struct Parameter {
   std::int32_t id = 0; // 0 for separators and static texts without one
   std::string identifier;
   ElementType type = ElementType::kReal;
-  std::string name;   // UTF-8
-  std::string origin; // the description that declares it
+  std::string longName; // UTF-8
+  std::string origin;   // the description that declares it
 
   std::optional<Numbers> min, max;
   bool minExclusive = false, maxExclusive = false;
   std::optional<Numbers> defaultNumbers; // LONG and BOOL too
   std::optional<std::string> defaultText;
+  Unit unit = Unit::kReal; // in which the file writes the numbers
   std::vector<CycleEntry> cycle;
   std::vector<std::int32_t> accept; // numbers of types; empty for no restriction
   bool hidden = false;

@@ -110,7 +110,7 @@ private:
 
   void NameParameter(Parameter* parameter) {
     if (IsFiller(*parameter) && !FindTexts(*input_.tables, parameter->identifier)) return;
-    parameter->name = TextsOf(parameter->identifier).longText;
+    parameter->longName = TextsOf(parameter->identifier).longText;
   }
 
   /** Declaring an included parameter again replaces it. */

@@ -18,10 +18,10 @@ bool IsText(ElementType type) {
   return type == ElementType::kString || type == ElementType::kFilename;
 }
 
-double ToStored(const std::string& unit, ElementType type, double shown) {
+double ToStored(Unit unit, ElementType type, double shown) {
   if (IsWhole(type)) return shown;
-  if (unit == "PERCENT") return shown / 100.0;
-  if (unit == "DEGREE") return shown * kRadiansPerDegree;
+  if (unit == Unit::kPercent) return shown / 100.0;
+  if (unit == Unit::kDegree) return shown * kRadiansPerDegree;
   return shown;
 }
 
@@ -33,12 +33,19 @@ public:
   void Fill(const ElementSyntax& element) {
     // The unit decides what the numbers mean, wherever it stands.
     for (const AttributeSyntax& attribute : element.attributes) {
-      if (attribute.info->attribute == Attribute::kUnit) unit_ = attribute.values[0].text;
+      if (attribute.info->attribute == Attribute::kUnit) TakeUnit(attribute.values[0].text);
     }
     for (const AttributeSyntax& attribute : element.attributes) Apply(attribute);
   }
 
 private:
+  void TakeUnit(const std::string& word) {
+    const std::vector<std::string_view>& words = FindAttribute("UNIT")->choices;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+      if (words[i] == word) parameter_.unit = Unit(i);
+    }
+  }
+
   void Apply(const AttributeSyntax& attribute) {
     switch (attribute.info->attribute) {
     case Attribute::kMin:
@@ -89,7 +96,7 @@ private:
         (!token.isInteger || token.integer < Limits::min() || token.integer > Limits::max())) {
       Fail(token, "expected a whole number of 32 bits, found '" + token.text + "'");
     }
-    return ToStored(unit_, parameter_.type, token.number);
+    return ToStored(parameter_.unit, parameter_.type, token.number);
   }
 
   Numbers ReadNumbers(const AttributeSyntax& attribute) const {
@@ -141,7 +148,6 @@ private:
 
   const ParameterContext& context_;
   Parameter& parameter_;
-  std::string unit_;
 };
 
 } // namespace

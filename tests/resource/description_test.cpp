@@ -37,7 +37,7 @@ TEST_F(DescriptionTest, TurnsShownUnitsIntoStoredOnes) {
   ASSERT_TRUE(description) << error_;
   const Parameter& share = *description->FindParameter("A");
   EXPECT_EQ(share.id, 1000);
-  EXPECT_EQ(share.name, "Long A");
+  EXPECT_EQ(share.longName, "Long A");
   EXPECT_EQ((*share.max)[0], 1.5);
   EXPECT_EQ((*share.defaultNumbers)[0], 1.0);
   const Parameter& angles = *description->FindParameter(1001);
@@ -90,7 +90,7 @@ TEST_F(DescriptionTest, PutsAnIncludedDescriptionWhereItIsIncluded) {
   ASSERT_TRUE(description) << error_;
   EXPECT_LT(description->FindParameter("A"), description->FindParameter("PART"));
   EXPECT_EQ(description->FindParameter(1501)->type, ElementType::kLong);
-  EXPECT_EQ(description->FindParameter(1501)->name, "[REPLACED]"); // texts do not travel with an include
+  EXPECT_EQ(description->FindParameter(1501)->longName, "[REPLACED]"); // texts do not travel with an include
 }
 
 TEST_F(DescriptionTest, NamesThePlaceOfEveryFault) {
