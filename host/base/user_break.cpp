@@ -18,20 +18,16 @@ extern "C" void OnInterrupt(int signal) {
   std::signal(signal, SIG_DFL); // the next one ends the program
 }
 
-const int kSignals[] = {
-    SIGINT,
-    SIGTERM,
-#ifdef SIGHUP
-    SIGHUP,
-#endif
-};
-
 } // namespace
 
 void InstallInterruptHandler() {
-  // What the caller has ignored stays ignored: nohup lets a program outlive its terminal that way.
-  for (const int signal : kSignals)
-    if (std::signal(signal, OnInterrupt) == SIG_IGN) std::signal(signal, SIG_IGN);
+  // Shells start jobs in the background with SIGINT ignored; it must still reach them when it is sent.
+  std::signal(SIGINT, OnInterrupt);
+  std::signal(SIGTERM, OnInterrupt);
+#ifdef SIGHUP
+  // nohup lets a program outlive its terminal: a closed terminal that is ignored stays ignored.
+  if (std::signal(SIGHUP, OnInterrupt) == SIG_IGN) std::signal(SIGHUP, SIG_IGN);
+#endif
 }
 void RequestInterrupt() {
   interrupted = true;
