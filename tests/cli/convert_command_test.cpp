@@ -129,7 +129,7 @@ TEST_F(ConvertCommand, RefusedBeforeAnythingIsLost) {
     std::vector<std::string> arguments;
     const char* told;
   } cases[] = {{{"--mode", "hair", "--scene", cloud}, "one of the files to read"},
-               {{"--mode", "point", "-o", folder_ / "none/a.ply"}, "no folder"},
+               {{"--mode", "point", "-o", folder_ / "none/a.ply"}, "doesn't exist"},
                {{"--mode", "particles", "--ratio", "1e300"}, "nothing was converted"}};
   for (const auto& c : cases) {
     const Result result = Convert(c.arguments);

@@ -115,7 +115,7 @@ TEST_F(SoundModule, RegistersWorksAndLeavesNothingAlive) {
 TEST_F(SoundModule, ABlockThatIsNeverFreedIsNamedByItsPlace) {
   const std::vector<std::string> lines = After(1);
   ASSERT_EQ(lines.size(), 1u);
-  EXPECT_TRUE(Contains(lines[0], "module misbehaves: 1 blocks")) << lines[0];
+  EXPECT_TRUE(Contains(lines[0], "module misbehaves: 1 block ")) << lines[0];
   EXPECT_TRUE(Contains(lines[0], "modules/plugin_module.cpp:")) << lines[0];
 }
 

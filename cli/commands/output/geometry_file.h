@@ -2,7 +2,7 @@
 #pragma once
 
 #include "c4d.h"
-#include "host/base/faults.h"
+#include "host/application.h"
 
 #include <string>
 
