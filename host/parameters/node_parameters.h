@@ -25,9 +25,9 @@ const resource::Description* LoadDescription(LONG type, const std::string& name,
 /** The plug-in is asked first, then the container; what is not set has the description's default. */
 bool GetParameter(Node& node, const DescID& id, GeData& data, DESCFLAGS_GET flags);
 /**
- * The plug-in may take the value itself; else it is converted to the description's type (and clamped when the user
- * sets it) and goes into the container. Then the plug-in hears MSG_DESCRIPTION_POSTSETPARAMETER. False for
- * parameters that the description does not have and values that cannot be converted.
+ * The plug-in may take the value itself; else it is converted to the description's type (and clamped when the
+ * user sets it) and goes into the container. Then the plug-in hears MSG_DESCRIPTION_POSTSETPARAMETER. False
+ * for parameters that the description does not have and values that cannot be converted.
  */
 bool SetParameter(Node& node, const DescID& id, const GeData& data, DESCFLAGS_SET flags);
 

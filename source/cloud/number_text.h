@@ -11,7 +11,8 @@ const LONG kMostNumberChars = 48;
 /**
  * Writes the shortest decimal that reads back to the same 32-bit float, and of those the one nearest to it;
  * no terminator. Magnitudes from 1e-5 to 1e9 are written without an exponent ("500000", not "5e+05": readers
- * of plain point files do not understand exponents), the others as the standard library does. Returns the end.
+ * of plain point files do not understand exponents), the others as the standard library does. Returns the
+ * end.
  */
 CHAR* WriteShortest(CHAR* to, SReal value);
 /** An integer; at most 11 characters. */

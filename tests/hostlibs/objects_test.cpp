@@ -102,8 +102,8 @@ TEST_F(LibraryObjects, EmitterParticlesArePlacedBetweenPrepareAndUpdateOnly) {
   EXPECT_EQ(particles[2].color, Vector(1.0));
   const std::string found = "SetParticle: found particle ", expected = ", expected one of 3, counted from 0";
   ExpectReports({"SetParticle of an emitter without Prepare", "Update of an emitter without Prepare",
-                 "the emitter library is called with an object that is not an emitter", found + "-1" + expected,
-                 found + "3" + expected});
+                 "the emitter library is called with an object that is not an emitter",
+                 found + "-1" + expected, found + "3" + expected});
 }
 
 TEST_F(LibraryObjects, RefusedMemoryChangesNothing) {

@@ -1,7 +1,6 @@
 // Views of a cloud whose data undo exchanges, whose node is freed, and whose views come and go.
 #include "view_fixture.h"
 
-
 namespace {
 
 using host::Viewport;

@@ -3,7 +3,7 @@
 #define KELVRA_XKELVRA_SHADER_H
 
 enum {
-  KELVRA_SHADER_OBJECT = 1000  // link: the point cloud whose colors are handed out
+  KELVRA_SHADER_OBJECT = 1000 // link: the point cloud whose colors are handed out
 };
 
 #endif

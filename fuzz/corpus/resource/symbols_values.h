@@ -1,2 +1,8 @@
 #define X 1
-enum Named { A = 0x10, B, C = B, /* gap */ D = -3, E = +7, };
+enum Named {
+  A = 0x10,
+  B,
+  C = B,
+  /* gap */ D = -3,
+  E = +7,
+};
