@@ -24,9 +24,12 @@ struct AutoBuffer {
   AutoBuffer(const AutoBuffer&) = delete;
   AutoBuffer& operator=(const AutoBuffer&) = delete;
 
-  /** FALSE, with the buffer as it was, when memory is refused. */
-  Bool Append(const T& element) {
-    if (size >= capacity && !Grow()) return FALSE;
+  /**
+   * FALSE, with the buffer as it was, when memory is refused. A caller that knows how many elements there can
+   * be at most says so: a growth that is refused for more than that is asked for again with that number.
+   */
+  Bool Append(const T& element, LLONG most = 0) {
+    if (size >= capacity && !Grow() && !GrowTo(most)) return FALSE;
     data[size++] = element;
     count = size;
     return TRUE;
@@ -54,10 +57,15 @@ private:
 
   Bool Grow() {
     const LLONG wanted = growth;
+    if (!GrowTo(wanted)) return FALSE;
+    growth = wanted * 2;
+    return TRUE;
+  }
+
+  Bool GrowTo(LLONG wanted) {
     if (wanted <= size || wanted > kMostBytes / (LLONG)sizeof(T)) return FALSE;
     T* grown = GeReallocTypeNC(T, data, wanted);
     if (!grown) return FALSE;
-    growth = wanted * 2;
     data = grown;
     capacity = wanted;
     return TRUE;

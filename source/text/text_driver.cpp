@@ -15,6 +15,8 @@ const std::size_t kChunk = 64 * 1024;
 /** A look at the encoding takes these, however few each read gives. */
 const std::size_t kMarkBytes = 4;
 const std::size_t kShownBytes = 60;
+/** Bytes of "1 2 3" and its line feed: no line with a point is shorter. */
+const std::int64_t kShortestLine = 6;
 
 /** Which form the file's lines have, once one was accepted. */
 enum class Form { Any, Extended, Plain };
@@ -159,16 +161,29 @@ private:
     result_.points[result_.count++] = scratch_;
   }
 
-  /** Each request asks for twice as much as the one before, whether that succeeded or not. */
+  /**
+   * Each request asks for twice as much as the one before, whether that succeeded or not. It is far more than
+   * most files hold; where it is refused, the rest of the file says how much will do.
+   */
   bool Grow() {
     const std::int64_t wanted = growth_;
     const std::int64_t most = std::numeric_limits<std::int64_t>::max() / (std::int64_t)sizeof(TextPoint) / 2;
     if (growth_ <= most) growth_ *= 2;
-    if (wanted > most) return false;
-    void* moved = input_.reallocate(result_.points, (std::size_t)wanted * sizeof(TextPoint));
+    if (wanted <= most && Ask(wanted)) return true;
+    // As many points as the shortest lines would make of the rest, or else as many as usual lines would.
+    const std::int64_t held = result_.count, rest = std::max<std::int64_t>(0, input_.fileSize - bytesDone_);
+    for (const std::int64_t bytes : {kShortestLine, (std::int64_t)loader_.BytesPerLine()}) {
+      const std::int64_t enough = held + std::max((rest + 1) / bytes, held / 2) + 1;
+      if (enough < wanted && Ask(std::min<std::int64_t>(enough, input_.most))) return true;
+    }
+    return false;
+  }
+
+  bool Ask(std::int64_t capacity) {
+    void* moved = input_.reallocate(result_.points, (std::size_t)capacity * sizeof(TextPoint));
     if (!moved) return false;
     result_.points = (TextPoint*)moved;
-    capacity_ = wanted;
+    capacity_ = capacity;
     return true;
   }
 

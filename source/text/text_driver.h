@@ -14,7 +14,10 @@ namespace kelvra {
 const std::size_t kMostLineBytes = 64 * 1024;
 /** Points at or below this height mean "no data" in the files of the field. */
 const double kNoDataHeight = -9999.0;
-/** Elements of the first growth request; each later one asks for twice as many. */
+/**
+ * Elements of the first growth request; each later one asks for twice as many. A refused one is followed by
+ * requests for what the rest of the file can hold.
+ */
 const std::int64_t kFirstGrowth = 0x10000000;
 
 struct TextInput {

@@ -28,15 +28,16 @@ const RefusedCase kRefused[] = {
      "starts with ~VERSION…"},
     {"Picture", 0, [](Bytes& f) { Put(f, 0, 0x89504e47u); }, "starts with G"},
     {"ShortHeader", 0, [](Bytes& f) { f.resize(226); }, "has 226 bytes, a header needs at least 227"},
-    {"Version15", 0, [](Bytes& f) { f[25] = 5; }, "version (byte 24) is 1.5, 1.0 to 1.4"},
+    {"Version16", 0, [](Bytes& f) { f[25] = 6; }, "version (byte 24) is 1.6, 1.0 to 1.5"},
     {"HeaderSize12", 0, [](Bytes& f) { Put<std::uint16_t>(f, 94, 226); }, "header size (byte 94) is 226"},
     {"HeaderSize13", 0, [](Bytes& f) { f[25] = 3; }, "227, version 1.3 has at least 235"},
     {"HeaderSize14", 6, [](Bytes& f) { Put<std::uint16_t>(f, 94, 374); },
      "374, version 1.4 has at least 375"},
+    {"HeaderSize15", 6, [](Bytes& f) { f[25] = 5; }, "375, version 1.5 has at least 393"},
     {"PointsInHeader", 0, [](Bytes& f) { Put(f, 96, 226u); },
      "offset to point data (byte 96) is 226, the header has 227"},
     {"PointsBehindEnd", 0, [](Bytes& f) { Put(f, 96, 100000u); }, "is 100,000, the file has 247"},
-    {"RecordCount", 0, [](Bytes& f) { Put(f, 100, 1069128089u); },
+    {"RecordCount", 0, [](Bytes& f) { Put(f, 100, 1069128089u).pop_back(); },
      "1,069,128,089 variable-length records (byte 100)"},
     {"RecordLength", 1, [](Bytes& f) { Put<std::uint16_t>(f, 105, 27); },
      "27, point format 1 has at least 28"},
@@ -70,6 +71,29 @@ TEST(Validator, RecordThatReachesIntoThePointsIsRefused) {
   EXPECT_NE(Validate(file).complaints[0].find(
                 "record 0 at byte 227 ends at byte 292, the point data starts at byte 291"),
             std::string::npos);
+}
+
+TEST_F(LasTest, RecordsThatAreMissingAndALongerHeaderKeepNoPointFromBeingRead) {
+  const std::vector<TestPoint> points = Spiral(5);
+  Bytes late = MakeLas(6, points);
+  late[25] = 5;
+  late.insert(late.begin() + 375, 18, 0);
+  Put(Put<std::uint16_t>(late, 94, 393), 96, 393u);
+  EXPECT_EQ(Heights(late), HeightsOf(points, 5));
+
+  const Bytes plain = MakeLas(1, points, {{"someone", 7, Bytes(10)}}, 1);
+  for (Bytes file : {plain, Compress(plain, 50)}) {
+    const auto announced = Take<std::uint32_t>(file, 100) + 2;
+    Put(file, 100, announced);
+    ASSERT_EQ(Validate(file).notes.size(), 1u);
+    EXPECT_NE(Validate(file).notes[0].text.find(std::to_string(announced - 2) + " are there"),
+              std::string::npos);
+    EXPECT_EQ(Heights(file), HeightsOf(points, 5));
+  }
+  Bytes longer = plain;
+  Put(longer, 100, 2u);
+  longer.push_back(0);
+  EXPECT_FALSE(Validate(longer).complaints.empty()) << "the points may lie elsewhere";
 }
 
 TEST(Validator, LongerRecordsAndSoundRecordsPassUntouched) {

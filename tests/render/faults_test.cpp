@@ -67,14 +67,16 @@ TEST_F(Refusals, ARefusalAnywhereEndsWithOneLineOrChangesNothing) {
 
 TEST_F(Refusals, WithoutAnyMemoryTheRenderEndsAndTheNextIsFine) {
   const Shot expected = Render();
-  for (const host::Fault fault : {host::Fault::Allocation, host::Fault::LargeBlock}) {
-    application_.GetFaults().FailAt(fault, 1, -1);
-    const host::RenderOutcome outcome = TryRender().outcome;
-    application_.GetFaults().Clear();
-    EXPECT_EQ(outcome.result, RENDERRESULT_OUTOFMEMORY);
-    ExpectOneLine(outcome.message);
-    EXPECT_EQ(Render().samples, expected.samples);
-  }
+  application_.GetFaults().FailAt(host::Fault::Allocation, 1, -1);
+  const host::RenderOutcome outcome = TryRender().outcome;
+  application_.GetFaults().Clear();
+  EXPECT_EQ(outcome.result, RENDERRESULT_OUTOFMEMORY);
+  ExpectOneLine(outcome.message);
+  // A machine that hands out no block of 1 GiB renders what it has room for.
+  application_.GetFaults().FailAt(host::Fault::LargeBlock, 1, -1);
+  EXPECT_EQ(Render().samples, expected.samples);
+  application_.GetFaults().Clear();
+  EXPECT_EQ(Render().samples, expected.samples);
 }
 
 class Explanation : public RenderTest {

@@ -100,10 +100,14 @@ TEST(TextDriver, RequestsForMemoryDoubleWhetherTheySucceedOrNot) {
   const Loading grown(text, 1, false, 100, 2);
   EXPECT_EQ(grown.requests, (Sizes{2, 4, 8, 16}));
   EXPECT_EQ(grown.xs, "1 2 3 4 5 6 7 8 9 ");
-  const Loading refused(text, 1, false, 100, kelvra::kFirstGrowth, 3);
-  EXPECT_EQ(refused.requests, (Sizes{0x10000000, 0x20000000, 0x40000000, 0x80000000}));
-  EXPECT_EQ(refused.xs, "4 5 6 7 8 9 ");
-  EXPECT_EQ(refused.noMemory, 3);
+  // Refused: the shortest lines would make 9 points of the file and usual ones 2. Points are lost after both.
+  const Loading fitted(text, 1, false, 100, kelvra::kFirstGrowth, 1);
+  EXPECT_EQ(fitted.requests, (Sizes{0x10000000, 9}));
+  EXPECT_EQ(fitted.xs, "1 2 3 4 5 6 7 8 9 ");
+  const Loading refused(text, 1, false, 100, kelvra::kFirstGrowth, 7);
+  EXPECT_EQ(refused.requests, (Sizes{0x10000000, 9, 2, 0x20000000, 8, 2, 0x40000000, 7}));
+  EXPECT_EQ(refused.xs, "3 4 5 6 7 8 9 ");
+  EXPECT_EQ(refused.noMemory, 2);
 }
 
 TEST(TextDriver, TheMostPointsEndTheReading) {

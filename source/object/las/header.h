@@ -9,8 +9,10 @@ namespace kelvra {
 
 constexpr std::size_t kLasHeaderBytes = 227;       // LAS 1.0 to 1.2
 constexpr std::size_t kLas14HeaderBytes = 375;     // LAS 1.4
+constexpr std::size_t kLas15HeaderBytes = 393;     // LAS 1.5: the same fields, then some that hold no points
 constexpr std::size_t kRecordHeaderBytes = 54;     // variable-length record
 constexpr std::size_t kExtendedHeaderBytes = 60;   // extended variable-length record
+constexpr std::uint64_t kRecordCountField = 100;   // byte of the number of variable-length records
 constexpr std::uint64_t kExtendedCountField = 243; // byte of the number of extended records
 
 struct LasHeader {
@@ -23,7 +25,7 @@ struct LasHeader {
   std::uint32_t legacyPoints = 0;
   double scale[3] = {}, offset[3] = {};
   double minimum[3] = {}, maximum[3] = {}; // x, y, z in file units
-  // LAS 1.4 only, 0 otherwise:
+  // From LAS 1.4 on, 0 otherwise:
   std::uint64_t extendedStart = 0;
   std::uint32_t extendedCount = 0;
   std::uint64_t extendedPoints = 0;
@@ -44,8 +46,8 @@ struct LasRecord {
   bool Is(const char* user, unsigned id) const { return recordId == id && userId == user; }
 };
 
-// False when the file is shorter than the smallest header. LAS 1.4 fields are read when version and size have
-// them.
+// False when the file is shorter than the smallest header. The fields of LAS 1.4 are read when version and
+// size have them.
 bool FillLasHeader(ByteSource& file, LasHeader& header);
 
 // False when the record's header is not wholly in the file.

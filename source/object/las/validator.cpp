@@ -35,13 +35,14 @@ std::string CheckSignature(ByteSource& file) {
 }
 
 unsigned SmallestHeader(unsigned minorVersion) {
-  return minorVersion >= 4 ? kLas14HeaderBytes : minorVersion == 3 ? 235 : kLasHeaderBytes;
+  if (minorVersion >= 5) return kLas15HeaderBytes;
+  return minorVersion == 4 ? kLas14HeaderBytes : minorVersion == 3 ? 235 : kLasHeaderBytes;
 }
 
 void CheckLayout(ByteSource& file, const LasHeader& header, std::vector<std::string>& complaints) {
   const auto size = file.Size();
-  if (header.versionMajor != 1 || header.versionMinor > 4)
-    complaints.push_back(Text("version (byte 24) is %u.%u, 1.0 to 1.4 are known",
+  if (header.versionMajor != 1 || header.versionMinor > 5)
+    complaints.push_back(Text("version (byte 24) is %u.%u, 1.0 to 1.5 are known",
                               unsigned{header.versionMajor}, unsigned{header.versionMinor}));
   else if (header.headerSize < SmallestHeader(header.versionMinor))
     complaints.push_back(Text("header size (byte 94) is %u, version 1.%u has at least %u",
@@ -83,18 +84,45 @@ void CheckPoints(const LasHeader& header, std::vector<std::string>& complaints) 
   }
 }
 
+// Do the points lie where the header says, whatever stands between it and them? Uncompressed ones must end
+// where the file or its first extended record begins; compressed ones are checked with their own record.
+bool PointsFillTheFile(ByteSource& file, const LasHeader& header) {
+  const std::uint64_t end = header.extendedCount > 0 ? header.extendedStart : file.Size();
+  const std::uint64_t bytes = end < header.pointOffset ? 0 : end - header.pointOffset;
+  return bytes % header.recordLength == 0 && bytes / header.recordLength == header.Points();
+}
+
+// Writers announce more variable-length records than there are. Where the points do not depend on the missing
+// ones, the library is given the number of those that are there; otherwise the file is refused.
+void IgnoreSurplus(ByteSource& file, LasFindings& findings) {
+  const LasHeader& header = findings.header;
+  const bool sound =
+      header.Compressed()
+          ? std::any_of(findings.records.begin(), findings.records.end(),
+                        [](const LasRecord& record) { return record.userId == "laszip encoded"; })
+          : PointsFillTheFile(file, header);
+  const std::uint64_t room = header.pointOffset - header.headerSize;
+  const std::string what =
+      Text("%s variable-length records (byte 100) do not fit into the %s bytes before the point data",
+           Grouped(header.recordCount).c_str(), Grouped(room).c_str());
+  if (!sound) {
+    findings.complaints.push_back(what);
+    return;
+  }
+  const std::size_t found = findings.records.size();
+  findings.notes.push_back({NoteSeverity::kInfo, what + Text("; %zu are there, the rest is ignored", found)});
+  std::vector<std::uint8_t> count(4);
+  for (int i = 0; i < 4; ++i)
+    count[static_cast<std::size_t>(i)] = static_cast<std::uint8_t>(found >> (8 * i));
+  findings.patches.push_back({kRecordCountField, count});
+}
+
 // Walks the variable-length records, which must end before the point data.
 void FillRecords(ByteSource& file, LasFindings& findings) {
   const LasHeader& header = findings.header;
-  const std::uint64_t room = header.pointOffset - header.headerSize;
-  if (header.recordCount * std::uint64_t{kRecordHeaderBytes} > room) {
-    findings.complaints.push_back(
-        Text("%s variable-length records (byte 100) do not fit into the %s bytes before the point data",
-             Grouped(header.recordCount).c_str(), Grouped(room).c_str()));
-    return;
-  }
   std::uint64_t at = header.headerSize;
   for (std::uint32_t i = 0; i < header.recordCount; ++i) {
+    if (header.pointOffset - at < kRecordHeaderBytes) return IgnoreSurplus(file, findings);
     LasRecord record;
     if (!FillLasRecord(file, at, false, record) || record.End() > header.pointOffset) {
       findings.complaints.push_back(

@@ -90,14 +90,20 @@ class Adder {
 public:
   Adder(VoxelData& data, const GatherContext& context, const RenderObjectRecord& record, UWORD index,
         const Matrix& global, LONG total)
-      : data_(data), context_(context), record_(record), index_(index), global_(global), total_(total) {}
+      : data_(data),
+        context_(context),
+        record_(record),
+        index_(index),
+        global_(global),
+        total_(total),
+        most_(data.items.size + total) {}
 
   /** p is in the object's space. FALSE when gathering ends; `result` says why. */
   Bool Add(const Vector& p, const SReal color[3], LONG number) {
     if (number % kBreakStep == kBreakStep - 1 && context_.thread && context_.thread->TestBreak())
       return End(RENDERRESULT_USERBREAK);
     if (number % kStatusStep == kStatusStep - 1) StatusSetBar((LONG)(number * 100LL / total_));
-    if (!data_.AddItem((global_ * p).ToLV(), RadiusOf(record_, p.y, number), index_, color))
+    if (!data_.AddItem((global_ * p).ToLV(), RadiusOf(record_, p.y, number), index_, color, most_))
       return End(RENDERRESULT_OUTOFMEMORY);
     return TRUE;
   }
@@ -114,6 +120,7 @@ private:
   UWORD index_;
   const Matrix& global_;
   LONG total_;
+  LLONG most_; ///< items, once all of this object are there
 };
 
 /** Colours from the vertex maps "Red", "Green" and "Blue" of an object; full where a map is missing. */

@@ -26,14 +26,15 @@ LONG Truncate(LReal v) {
 
 } // namespace
 
-Bool VoxelData::AddItem(const LVector& centre, LReal radius, UWORD recordIndex, const SReal color[3]) {
+Bool VoxelData::AddItem(const LVector& centre, LReal radius, UWORD recordIndex, const SReal color[3],
+                        LLONG most) {
   if (!IsFinite(centre) || !std::isfinite(radius)) return TRUE;
   if (items.size >= MAXLONGl) return FALSE;
   const RenderItem item = MakeItem(centre, radius, recordIndex, color);
   const LVector low(item.boxMin[0], item.boxMin[1], item.boxMin[2]);
   const LVector high(item.boxMax[0], item.boxMax[1], item.boxMax[2]);
   if (!IsFinite(low) || !IsFinite(high)) return TRUE;
-  if (!items.Append(item)) return FALSE;
+  if (!items.Append(item, most)) return FALSE;
   itemBox.Add(low);
   itemBox.Add(high);
   radiusBox.Add(LVector(radius));

@@ -81,8 +81,11 @@ struct VoxelData {
   VoxelData(const VoxelData&) = delete;
   VoxelData& operator=(const VoxelData&) = delete;
 
-  /** FALSE when memory is refused or there are 2^31 - 1 items. One that is not finite is left out: TRUE. */
-  Bool AddItem(const LVector& centre, LReal radius, UWORD recordIndex, const SReal color[3]);
+  /**
+   * FALSE when memory is refused or there are 2^31 - 1 items. One that is not finite is left out: TRUE.
+   * `most` is the number of items that there can be with those that follow, 0 if unknown.
+   */
+  Bool AddItem(const LVector& centre, LReal radius, UWORD recordIndex, const SReal color[3], LLONG most = 0);
   /** Adds a record; FALSE without memory or beyond 65,535 of them. The buffer owns it then. */
   Bool AddRecord(const RenderObjectRecord& record, UWORD* index);
   void RemoveLastRecord();
