@@ -2,6 +2,7 @@
 #include "cli/commands/commands.h"
 #include "cli/system/exit_status.h"
 #include "cli/system/program_arguments.h"
+#include "cli/text/line.h"
 
 #include <csignal>
 #include <iostream>
@@ -57,13 +58,13 @@ int main(int argc, char** argv) {
     const cli::ProgramArguments arguments(argc, argv);
     const int status = Run(arguments.Count(), arguments.Values());
     if (std::cout.flush()) return status;
-    std::cerr << "kelvra: standard output could not be written\n";
+    cli::Line(std::cerr) << "kelvra: standard output could not be written";
     return cli::kExitIncomplete;
   } catch (const cli::UsageError& e) {
-    std::cerr << "kelvra: " << e.text << "\n";
+    cli::Line(std::cerr) << "kelvra: " << e.text;
     return cli::kExitUsage;
   } catch (const std::exception& e) {
-    std::cerr << "kelvra: " << e.what() << "\n";
+    cli::Line(std::cerr) << "kelvra: " << e.what();
     return cli::kExitIncomplete;
   }
 }

@@ -2,6 +2,7 @@
 
 #include "host/base/live_files.h"
 #include "host/base/misbehaviour.h"
+#include "host/base/printable.h"
 #include "host/geometry/geometry_types.h"
 #include "host/hair/hair_object.h"
 #include "host/memory/memory.h"
@@ -77,7 +78,7 @@ Application::~Application() {
   const bool reported = impl_->closed;
   const std::vector<std::string> lines = Close();
   if (!reported)
-    for (const std::string& line : lines) std::fprintf(stderr, "%s\n", line.c_str());
+    for (const std::string& line : lines) std::fprintf(stderr, "%s\n", Printable(line).c_str());
   SetMisbehaviour(nullptr);
 }
 

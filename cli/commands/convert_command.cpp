@@ -12,6 +12,7 @@
 #include "cli/session/cloud_session.h"
 #include "cli/system/process_memory.h"
 #include "cli/text/format.h"
+#include "cli/text/line.h"
 #include "host/application.h"
 #include "host/particles/emitter.h"
 #include "host/particles/particle_pool.h"
@@ -123,7 +124,7 @@ void WriteResult(CloudSession& session, BaseObject* cloud, const Mode& mode, con
   else
     error = path + ": the conversion built nothing that this file can hold";
   if (!written) throw std::runtime_error(error);
-  std::cout << path << ": " << Counted(((PointObject*)built)->GetPointCount(), "point") << " written\n";
+  Line(std::cout) << path << ": " << Counted(((PointObject*)built)->GetPointCount(), "point") << " written";
 }
 
 void WriteScene(CloudSession& session, const std::string& path) {
@@ -131,7 +132,7 @@ void WriteScene(CloudSession& session, const std::string& path) {
   for (BaseObject* cloud : session.Clouds())
     if (!host::MakeEditable(cloud, &error)) throw std::runtime_error(path + ": not written: " + error);
   if (!session.App().SaveScene(session.Document(), path, &error)) throw std::runtime_error(error);
-  std::cout << path << ": scene written, the result in place of the cloud\n";
+  Line(std::cout) << path << ": scene written, the result in place of the cloud";
 }
 
 void CheckOutputs(const ConvertOptions& options) {
@@ -150,7 +151,7 @@ bool Build(CloudSession& session, double points) {
   console.Print();
   const long long grown = ResidentMemory() - before;
   const ResultTree tree = DescribeTree(session.Document());
-  for (const std::string& line : tree.lines) std::cout << line << "\n";
+  for (const std::string& line : tree.lines) Line(std::cout) << line;
   std::cout << Counted(tree.elements, "element") << ", " << Bytes(tree.bytes);
   if (grown > 0) std::cout << "; resident memory grew by " << Bytes(grown);
   std::cout << "\n";
@@ -170,8 +171,8 @@ int RunConvert(const ConvertOptions& options) {
   const std::size_t clouds = session.Clouds().size();
   if (!options.output.empty()) {
     if (clouds > 1)
-      std::cerr << "the scene holds " << clouds << " point clouds; only the first one is written to "
-                << options.output << "\n";
+      Line(std::cerr) << "the scene holds " << clouds << " point clouds; only the first one is written to "
+                      << options.output;
     WriteResult(session, session.Cloud(), *options.mode, options.output);
   }
   if (!options.scene.empty()) WriteScene(session, options.scene);

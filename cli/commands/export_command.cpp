@@ -6,6 +6,7 @@
 #include "cli/commands/output/file_reports.h"
 #include "cli/commands/output/output_file.h"
 #include "cli/text/format.h"
+#include "cli/text/line.h"
 #include "otallyframe.h"
 
 #include <algorithm>
@@ -33,7 +34,7 @@ bool SaveText(host::Application& application, BaseObject* cloud, const std::stri
   console.Print();
   const auto& dialogs = application.GetDialogs().Shown();
   for (std::size_t i = firstDialog; i < dialogs.size(); ++i)
-    if (!dialogs[i].file) std::cerr << dialogs[i].text << "\n";
+    if (!dialogs[i].file) Line(std::cerr) << dialogs[i].text;
   return false;
 }
 
@@ -47,7 +48,7 @@ int RunExport(const ExportOptions& options) {
   if (clouds > 1)
     std::cerr << "the scene holds " << clouds << " point clouds; only the first one is exported\n";
   if (!SaveText(session.App(), session.Cloud(), options.output)) return kExitIncomplete;
-  std::cout << options.output << ": points written, " << Bytes(FileSize(options.output)) << "\n";
+  Line(std::cout) << options.output << ": points written, " << Bytes(FileSize(options.output));
   return clouds > 1 ? (int)kExitIncomplete : session.ExitStatus();
 }
 

@@ -2,10 +2,10 @@
 
 #include "cli/commands/options/input_options.h"
 #include "cli/commands/output/file_reports.h"
+#include "cli/commands/output/json_text.h"
 #include "cli/text/format.h"
 
 #include <iostream>
-#include <nlohmann/json.hpp>
 
 namespace cli {
 
@@ -52,7 +52,7 @@ void PrintJson(const CloudSession& session, const CloudStats& total) {
                                {"files", files},
                                {"seconds", session.LoadSeconds()},
                                {"peak_memory_bytes", session.PeakMemory()}};
-  std::cout << info.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) << "\n";
+  std::cout << JsonText(info, 2) << "\n";
 }
 
 /** "x 1..2, y 3..4, z 5..6" in file axes. */

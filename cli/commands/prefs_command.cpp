@@ -3,6 +3,7 @@
 #include "cli/session/cloud_session.h"
 #include "cli/session/preferences_page.h"
 #include "cli/system/preferences_folder.h"
+#include "cli/text/line.h"
 #include "host/parameters/node_parameters.h"
 #include "prefsmyprefs.h"
 
@@ -30,15 +31,14 @@ int RunPrefsList() {
   if (!description) throw std::runtime_error("the preferences page has no description");
   for (const host::resource::Parameter& parameter : description->parameters)
     if (parameter.type != host::resource::ElementType::kButton)
-      std::cout << NameOf(parameter) << " = " << ElementText(page, parameter.id, parameter.identifier)
-                << "\n";
+      Line(std::cout) << NameOf(parameter) << " = " << ElementText(page, parameter.id, parameter.identifier);
   return kExitWhole;
 }
 
 int RunPrefsGet(const PrefsOptions& options) {
   CloudSession session({});
   BaseList2D* page = FindPreferencesPage(session.App());
-  std::cout << ElementText(page, FindElement(session.App(), page, options.name), options.name) << "\n";
+  Line(std::cout) << ElementText(page, FindElement(session.App(), page, options.name), options.name);
   return kExitWhole;
 }
 

@@ -7,6 +7,7 @@
 #include "cli/commands/render/render_plan.h"
 #include "cli/commands/render/scene_setup.h"
 #include "cli/text/format.h"
+#include "cli/text/line.h"
 #include "host/application.h"
 #include "host/render.h"
 #include "kelvra_messages.h"
@@ -70,9 +71,9 @@ int Explain(CloudSession& session, const host::RenderOptions& base, const Render
     String text;
     KelvraRayExplanation question = {1, vd, &text};
     explained = hook && hook->Message(KELVRA_MESSAGE_EXPLAIN_RAY, &question);
-    std::cout << "pixel " << plan.pixel->x << "," << plan.pixel->y << " of " << render.width << "x"
-              << render.height << "\n"
-              << host::Utf8(text);
+    Line(std::cout) << "pixel " << plan.pixel->x << "," << plan.pixel->y << " of " << render.width << "x"
+                    << render.height;
+    PrintLines(std::cout, host::Utf8(text));
   };
   host::RenderJob job(session.Document(), render);
   const host::RenderOutcome outcome = job.RenderFrame();
@@ -109,14 +110,14 @@ int RenderFrames(CloudSession& session, host::RenderOptions& render, const Rende
     if (!outcome.Ok()) throw std::runtime_error("rendering: " + outcome.message);
     if (!record.Stored()) {
       // The recorder reports the first loss itself, unless it has no memory for the text.
-      if (!reported) std::cerr << record.Path() << ": the frame was not recorded\n";
+      if (!reported) Line(std::cerr) << record.Path() << ": the frame was not recorded";
       recorded = false;
       reported = true;
     }
     const std::string name = FrameName(plan.output, frame);
     SaveFrame(session, job.Buffer(), name, plan.format);
-    std::cout << name << ": " << render.width << "x" << render.height << ", " << ContentText(session) << ", "
-              << Fixed(outcome.seconds, 2) << " s\n";
+    Line(std::cout) << name << ": " << render.width << "x" << render.height << ", " << ContentText(session)
+                    << ", " << Fixed(outcome.seconds, 2) << " s";
   }
   return recorded ? session.ExitStatus() : kExitIncomplete;
 }
@@ -128,7 +129,7 @@ int RunRender(const RenderPlan& plan) {
   session.RequireContent();
   try {
     RenderScene scene = PrepareScene(session, plan);
-    for (const std::string& line : scene.notes) std::cout << line << "\n";
+    for (const std::string& line : scene.notes) Line(std::cout) << line;
     if (plan.pixel) return Explain(session, scene.render, plan);
     if (!plan.record.empty()) EnableRecorder(session.Document(), plan.record);
     return RenderFrames(session, scene.render, plan);

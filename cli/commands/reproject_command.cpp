@@ -4,6 +4,7 @@
 #include "cli/commands/output/console_lines.h"
 #include "cli/commands/output/file_reports.h"
 #include "cli/session/cloud_session.h"
+#include "cli/text/line.h"
 #include "host/application.h"
 #include "otallyframe.h"
 
@@ -50,7 +51,7 @@ int RunReproject(const ReprojectOptions& options) {
   console.Print();
   if (Text(cloud, KELVRA_SOUTH_WEST_LONGITUDE).empty())
     throw std::runtime_error("the geometry service gave no answer with both corners");
-  for (const auto& corner : kCorners) std::cout << corner.name << " " << Text(cloud, corner.id) << "\n";
+  for (const auto& corner : kCorners) Line(std::cout) << corner.name << " " << Text(cloud, corner.id);
   return session.ExitStatus();
 }
 

@@ -5,6 +5,7 @@
 #include "cli/commands/output/file_reports.h"
 #include "cli/commands/output/output_file.h"
 #include "cli/text/format.h"
+#include "cli/text/line.h"
 #include "host/application.h"
 
 #include <iostream>
@@ -29,7 +30,7 @@ int RunSave(const SaveOptions& options) {
   session.RequireContent();
   std::string error;
   if (!session.App().SaveScene(session.Document(), options.output, &error)) throw std::runtime_error(error);
-  std::cout << options.output << ": scene written, " << Bytes(FileSize(options.output)) << "\n";
+  Line(std::cout) << options.output << ": scene written, " << Bytes(FileSize(options.output));
   return session.ExitStatus();
 }
 

@@ -1,5 +1,6 @@
 #include "cli/commands/commands.h"
 
+#include "cli/commands/output/json_text.h"
 #include "cli/commands/output/scene_json.h"
 #include "cli/session/cloud_session.h"
 
@@ -22,7 +23,7 @@ int RunScene(const SceneOptions& options) {
   if (!options.json)
     PrintSceneText(scene); // of a damaged scene what comes before the damage
   else if (whole)
-    std::cout << scene.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) << "\n";
+    std::cout << JsonText(scene, 2) << "\n";
   if (!whole) throw std::runtime_error(error);
   return kExitWhole;
 }

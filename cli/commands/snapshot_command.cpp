@@ -11,6 +11,7 @@
 #include "cli/commands/output/result_tree.h"
 #include "cli/session/cloud_parameters.h"
 #include "cli/text/format.h"
+#include "cli/text/line.h"
 #include "host/viewport.h"
 #include "otallyframe.h"
 
@@ -77,10 +78,10 @@ bool DrawPicture(CloudSession& session, const SnapshotOptions& options) {
   view->SetCamera(CameraOf(options.view, ExtentOf(session, options.clones)));
   const ConsoleLines console(session.App().GetConsole());
   bool drawn = view->Draw(&error);
-  if (!drawn) std::cerr << error << "\n";
+  if (!drawn) Line(std::cerr) << error;
   console.Print();
   if (drawn && view->VerticesDrawn() == 0) {
-    std::cerr << options.output << ": nothing was drawn of " << ContentText(session) << "\n";
+    Line(std::cerr) << options.output << ": nothing was drawn of " << ContentText(session);
     drawn = false;
   }
   if (!host::gl::WritePng(view->Read(), options.output, &error)) throw std::runtime_error(error);
@@ -104,10 +105,11 @@ int RunSnapshot(const SnapshotOptions& options) {
   }
 
   const bool drawn = DrawPicture(session, options);
-  std::cout << options.output << ": " << options.view.size.width << "x" << options.view.size.height << ", "
-            << ContentText(session);
-  if (!options.clones.empty()) std::cout << " in " << Counted((long long)options.clones.size(), "clone");
-  std::cout << (byHeight ? ", shown by height: the cloud has no colours" : "") << "\n";
+  const std::string clones =
+      options.clones.empty() ? "" : " in " + Counted((long long)options.clones.size(), "clone");
+  Line(std::cout) << options.output << ": " << options.view.size.width << "x" << options.view.size.height
+                  << ", " << ContentText(session) << clones
+                  << (byHeight ? ", shown by height: the cloud has no colours" : "");
   return drawn ? session.ExitStatus() : (int)kExitIncomplete;
 }
 

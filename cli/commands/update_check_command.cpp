@@ -3,6 +3,7 @@
 #include "cli/commands/output/console_lines.h"
 #include "cli/session/cloud_session.h"
 #include "cli/session/preferences_page.h"
+#include "host/base/printable.h"
 #include "prefsmyprefs.h"
 
 #include <iostream>
@@ -28,20 +29,12 @@ bool AskOnTerminal() {
 /** What the module shows when the second request got no answer. */
 const char* const kMailProblem = "There was a problem sending the email";
 
-/** Most bytes of a dialog's text that are shown. */
+/** Most characters of a dialog's text that are shown: it may hold what a server sent. */
 const std::size_t kMostShown = 500;
-
-/** The text may hold what a server sent: it is cut, and control characters do not reach the terminal. */
-std::string Plain(const std::string& text) {
-  std::string plain = text.substr(0, kMostShown);
-  for (char& c : plain)
-    if ((unsigned char)c < 0x20 || c == 0x7f) c = ' ';
-  return text.size() > kMostShown ? plain + "..." : plain;
-}
 
 /** Shows one dialog of the module on the terminal and returns the button that is pressed. */
 GEMB_R Show(const std::string& text, GEMB flags, Consent consent) {
-  std::cout << Plain(text);
+  std::cout << host::Printable(host::Shortened(text, kMostShown));
   if ((flags & 0xf) != GEMB_YESNO) {
     std::cout << "\n";
     return GEMB_R_OK;

@@ -1,6 +1,7 @@
 #include "cli/session/preferences_page.h"
 
 #include "cli/session/cloud_session.h"
+#include "cli/text/line.h"
 
 #include <iostream>
 #include <stdexcept>
@@ -42,7 +43,7 @@ std::string ElementText(BaseList2D* page, LONG id, const std::string& name) {
 
 void PrintConsole(const host::Console& console, std::size_t first) {
   const std::vector<std::string> lines = console.Lines();
-  for (std::size_t i = first; i < lines.size(); ++i) std::cerr << lines[i] << "\n";
+  for (std::size_t i = first; i < lines.size(); ++i) Line(std::cerr) << lines[i];
 }
 
 } // namespace cli

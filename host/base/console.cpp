@@ -1,5 +1,7 @@
 #include "host/base/console.h"
 
+#include "host/base/printable.h"
+
 #include <algorithm>
 #include <cstdio>
 #ifdef _WIN32
@@ -69,7 +71,7 @@ void Console::DrawProgress() {
   const std::string bar =
       std::string((std::size_t)full, '#') + std::string((std::size_t)(kBarWidth - full), '.');
   std::fprintf(stderr, "\r\x1b[K[%s] %3d %% %s", bar.c_str(), percent_,
-               statusTexts_.empty() ? "" : statusTexts_.back().c_str());
+               statusTexts_.empty() ? "" : Printable(statusTexts_.back()).c_str());
   std::fflush(stderr);
   drawn_ = true;
 }

@@ -1,5 +1,7 @@
 #include "host/base/misbehaviour.h"
 
+#include "host/base/printable.h"
+
 #include <atomic>
 #include <cstdio>
 
@@ -13,7 +15,7 @@ void Report(const std::string& line) {
   if (Misbehaviour* list = living)
     list->Add(line);
   else
-    std::fprintf(stderr, "%s\n", line.c_str());
+    std::fprintf(stderr, "%s\n", Printable(line).c_str());
 }
 
 } // namespace

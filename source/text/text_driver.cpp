@@ -112,7 +112,10 @@ private:
   }
 
   void Remember(const char* line, std::size_t length) {
-    std::string text(line, std::min(length, kShownBytes));
+    std::size_t end = std::min(length, kShownBytes);
+    // A UTF-8 character has at most three bytes after its first; none is cut.
+    for (int step = 0; step < 3 && end < length && ((unsigned char)line[end] & 0xC0) == 0x80; ++step) --end;
+    std::string text(line, end);
     // It is shown to people: control bytes would garble their terminal.
     for (char& c : text)
       if ((unsigned char)c < ' ' && c != '\t' && c != '\r') c = '?';

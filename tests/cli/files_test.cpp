@@ -138,6 +138,38 @@ TEST(Scene, PrintsEveryValueInFileOrderAndWhereLinksLead) {
       << text;
 }
 
+TEST(Terminal, NamesOfFilesCannotCommandIt) {
+  const TempFolder folder;
+  const std::string nasty = "\x1b]0;x\x07\n\xe2\x80\xae\xc2\x9b\x7f";
+  const std::string shown = "\\x1b]0;x\\x07\\x0a\\u202e\\u009b\\x7f";
+  const std::string cloud = folder.Write(nasty + ".xyz", kPoints), scene = folder / nasty + ".scene",
+                    missing = folder / nasty;
+  const std::vector<std::string> runs[] = {
+      {"save", cloud, "-o", scene},
+      {"info", scene, missing},
+      {"info", "--json", cloud, missing},
+      {"scene", missing},
+      {"export", cloud, "-o", scene + ".txt"},
+      {"convert", cloud, "--mode", "point", "-o", cloud + ".ply"},
+      {"render", cloud, "-o", cloud + ".png", "--size", "8x8"},
+      {"render", cloud, "-o", missing},
+      {"save", cloud, "-o", missing + "/x"},
+      {"info", cloud, "--set", nasty},
+      {nasty},
+  };
+  for (const std::vector<std::string>& run : runs) {
+    const Result result = Kelvra(run);
+    const std::string printed = result.out + result.err;
+    const bool json = run.size() > 1 && run[1] == "--json";
+    EXPECT_NE(printed.find(json ? "\\u202e\\u009b\\u007f" : shown), std::string::npos) << printed;
+    for (const char* control : {"\x1b", "\x07", "\x7f", "\xe2\x80", "\xc2\x9b"})
+      EXPECT_EQ(printed.find(control), std::string::npos) << run[0];
+    if (json) {
+      EXPECT_EQ(result.Json()["files"][0]["path"], cloud);
+    }
+  }
+}
+
 TEST(Usage, MistakesExitWithTwo) {
   EXPECT_EQ(Kelvra({}).status, 2);
   EXPECT_EQ(Kelvra({"fly"}).status, 2);

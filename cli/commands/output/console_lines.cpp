@@ -1,5 +1,7 @@
 #include "cli/commands/output/console_lines.h"
 
+#include "cli/text/line.h"
+
 #include <iostream>
 
 namespace cli {
@@ -11,7 +13,7 @@ std::vector<std::string> ConsoleLines::Lines() const {
 
 bool ConsoleLines::Print() const {
   const std::vector<std::string> lines = Lines();
-  for (const std::string& line : lines) std::cerr << line << "\n";
+  for (const std::string& line : lines) Line(std::cerr) << line;
   return !lines.empty();
 }
 

@@ -1,5 +1,7 @@
 #include "cli/commands/output/file_reports.h"
 
+#include "cli/text/line.h"
+
 #include <iostream>
 
 namespace cli {
@@ -7,9 +9,9 @@ namespace cli {
 void PrintReports(const CloudSession& session, bool verbose) {
   for (const FileReport& report : session.Reports()) {
     std::ostream& out = report.outcome == FileOutcome::Whole ? std::cout : std::cerr;
-    out << report.path << ": " << report.message << "\n";
+    Line(out) << report.path << ": " << report.message;
     if (!verbose) continue;
-    for (const std::string& detail : report.details) out << "  " << detail << "\n";
+    for (const std::string& detail : report.details) Line(out) << "  " << detail;
   }
 }
 

@@ -1,6 +1,8 @@
 #include "cli/commands/output/scene_json.h"
 
 #include "cli/commands/output/data_json.h"
+#include "cli/commands/output/json_text.h"
+#include "cli/text/line.h"
 #include "host/application.h"
 
 #include <iostream>
@@ -64,10 +66,6 @@ private:
   std::map<LULONG, json> targets_;
 };
 
-std::string Dump(const json& value) {
-  return value.dump(-1, ' ', false, json::error_handler_t::replace);
-}
-
 std::string Word(const json& value) {
   return value.get<std::string>();
 }
@@ -76,21 +74,21 @@ void PrintValues(const json& values, std::size_t depth) {
   const std::string indent(depth * 2, ' ');
   for (const json& value : values) {
     if (value.contains("node")) {
-      std::cout << indent << Word(value["node"]) << " " << value["type"] << " \"" << Word(value["name"])
-                << "\" level " << value["level"] << "\n";
+      Line(std::cout) << indent << Word(value["node"]) << " " << value["type"] << " \"" << Word(value["name"])
+                      << "\" level " << value["level"];
       const std::string inner = indent + "  ";
-      std::cout << inner << "number " << value["number"] << ", bits " << value["bits"] << "\n";
-      if (value.contains("matrix")) std::cout << inner << "matrix " << Dump(value["matrix"]) << "\n";
+      Line(std::cout) << inner << "number " << value["number"] << ", bits " << value["bits"];
+      if (value.contains("matrix")) Line(std::cout) << inner << "matrix " << JsonText(value["matrix"]);
       for (const json& parameter : value["parameters"])
-        std::cout << inner << "parameter " << parameter["id"] << " " << Word(parameter["type"]) << " "
-                  << Dump(parameter["value"]) << "\n";
+        Line(std::cout) << inner << "parameter " << parameter["id"] << " " << Word(parameter["type"]) << " "
+                        << JsonText(parameter["value"]);
       PrintValues(value["values"], depth + 1);
     } else if (value.contains("count")) {
-      std::cout << indent << "array " << Word(value["type"]) << " count " << value["count"] << " first "
-                << Dump(value["first"]) << " last " << Dump(value["last"]) << " sum " << Dump(value["sum"])
-                << "\n";
+      Line(std::cout) << indent << "array " << Word(value["type"]) << " count " << value["count"] << " first "
+                      << JsonText(value["first"]) << " last " << JsonText(value["last"]) << " sum "
+                      << JsonText(value["sum"]);
     } else {
-      std::cout << indent << Word(value["type"]) << " " << Dump(value["value"]) << "\n";
+      Line(std::cout) << indent << Word(value["type"]) << " " << JsonText(value["value"]);
     }
   }
 }
