@@ -7,7 +7,7 @@ scripts/install_dependencies.sh g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wi
 # The Linux side of the comparison, and the programs that drive it.
 cmake --preset release
 cmake --build --preset release -j "$(nproc)" \
-  --target kelvra_cli kelvra_module make_cloud picture_difference test_cli test_net
+  --target kelvra_cli kelvra_module make_cloud picture_difference test_program test_core
 cmake --preset windows
 cmake --build --preset windows -j "$(nproc)"
 ctest --preset windows -j "$(nproc)"

@@ -1,15 +1,14 @@
 # Tests that a cross build for Windows leaves out, file by file, each with its reason. Configuring prints the list.
 set(left_out
   "gl|there is no viewport"
-  "cli|runs programs through a POSIX shell, the Linux test_cli does the same with kelvra.exe"
-  "manual|runs programs through a POSIX shell, the Linux test_manual reads the same manual"
+  "cli|runs programs through a POSIX shell, the Linux test_program does the same with kelvra.exe"
+  "manual|runs programs through a POSIX shell, the Linux test_program reads the same manual"
   "layers|reads sources and Linux libraries, module_exports reads the export table here"
   "scene/replacing_file_test.cpp|links, pipes, locks and rights of POSIX"
-  "net/loopback.cpp|servers on POSIX sockets"
-  "net/http_get_test.cpp|needs those servers, the Linux test_net does the same with kelvra.exe"
-  "net/preferences_test.cpp|needs those servers"
-  "net/program_test.cpp|needs those servers, the Linux test_net does the same with kelvra.exe"
-  "net/reprojection_test.cpp|needs those servers"
+  "net/http_get_test.cpp|needs servers on POSIX sockets, the Linux test_core does the same with kelvra.exe"
+  "net/preferences_test.cpp|needs servers on POSIX sockets"
+  "net/program_test.cpp|needs servers on POSIX sockets, the Linux test_core does the same with kelvra.exe"
+  "net/reprojection_test.cpp|needs servers on POSIX sockets"
 )
 
 # kelvra_leave_out(area sources): takes the files of an area that cannot run here out of the list.

@@ -13,18 +13,15 @@ set_tests_properties(windows_end_to_end PROPERTIES TIMEOUT 300)
 set(needs_pictures "needs TIFF or EXR files")
 set(needs_viewport "there is no viewport")
 set(not_driven
-  "cli|Snapshot.*|${needs_viewport}"
-  "cli|ConvertCommand.AWrittenSceneShowsTheResultInTheCloudsPlace|${needs_viewport}"
-  "cli|RenderCommand.AnUnfinishedFrameLeavesTheOldFileAsItWas|${needs_pictures}"
-  "cli|RenderCommand.WritesThePictureInTheSizeFormatAndDepthAskedFor|${needs_pictures}"
-  "cli|RenderCommand.TheRecorderStoresEachFrameWithSixteenBits|${needs_pictures}"
-  "cli|RenderCommand.OnePixelIsExplainedAsItIsRendered|${needs_pictures}"
-  "cli|RenderCommand.ThePictureIsTheSameOnAnyNumberOfThreads|${needs_pictures}"
-  "cli|RenderCommand.LightGroundAndSamplesShowInThePicture|${needs_pictures}"
-  "net|ServiceCommands.ReprojectPrintsSixTextsOrThatNothingWasAnswered|names an authority of its own, the system's count here"
+  "program|Snapshot.*|${needs_viewport}"
+  "program|ConvertCommand.AWrittenSceneShowsTheResultInTheCloudsPlace|${needs_viewport}"
+  "program|RenderCommand.WritesThePictureInTheSizeFormatAndDepthAskedFor|${needs_pictures}"
+  "program|RenderCommand.TheRecorderStoresEachFrameWithSixteenBits|${needs_pictures}"
+  "program|RenderCommand.LightGroundAndSamplesShowInThePicture|${needs_pictures}"
+  "core|ServiceCommands.ReprojectPrintsSixTextsOrThatNothingWasAnswered|names an authority of its own, the system's count here"
 )
-set(filter_cli "-")
-set(filter_net "ServiceCommands.*-")
+set(filter_program "-ManualCommands.*:ManualContent.*:Layers.*:")
+set(filter_core "ServiceCommands.*-")
 foreach(entry IN LISTS not_driven)
   string(REPLACE "|" ";" parts "${entry}")
   list(GET parts 0 area)
@@ -33,7 +30,7 @@ foreach(entry IN LISTS not_driven)
   message(STATUS "Not driven with kelvra.exe: ${case}: ${reason}")
   string(APPEND filter_${area} "${case}:")
 endforeach()
-foreach(area cli net)
+foreach(area program core)
   add_test(NAME linux_test_${area}_drives_kelvra_exe
     COMMAND ${KELVRA_LINUX_BUILD}/tests/test_${area} --gtest_filter=${filter_${area}})
   set_tests_properties(linux_test_${area}_drives_kelvra_exe PROPERTIES TIMEOUT 300

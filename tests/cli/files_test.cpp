@@ -1,10 +1,5 @@
 // Loading, saving, reopening and exporting through the program.
-#include "cli/program_run.h"
-
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <filesystem>
+#include "support/program_run.h"
 
 namespace cli_test {
 namespace {
@@ -43,20 +38,6 @@ TEST(Info, WhatLoadedIsKeptWhenAnotherFileIsRefused) {
   EXPECT_EQ(info["files"][1]["points"], 3);
 }
 
-TEST(Info, FolderIsLoadedInByteOrder) {
-  const TempFolder folder;
-  std::filesystem::create_directories(folder / "tiles/inner");
-  folder.Write("tiles/b.xyz", "0 0 0 1 1 1\n");
-  folder.Write("tiles/a.pts", "2\n1 1 1 5 6 7 8\n2 2 2 5 6 7 8\n");
-  folder.Write("tiles/.hidden.xyz", "9 9 9\n");
-  folder.Write("tiles/inner/deep.xyz", "9 9 9\n");
-  const nlohmann::json info = Kelvra({"info", "--json", folder / "tiles"}).Json();
-  EXPECT_EQ(info["points"], 3);
-  EXPECT_EQ(info["groups"], 1);
-  ASSERT_EQ(info["files"].size(), 2u);
-  EXPECT_NE(info["files"][0]["path"].get<std::string>().find("a.pts"), std::string::npos);
-}
-
 TEST(Save, SceneReopensWithTheSamePointsAndText) {
   const TempFolder folder;
   const std::string cloud = folder.Write("c.xyz", kPoints), scene = folder / "c.scene";
@@ -71,21 +52,6 @@ TEST(Save, SceneReopensWithTheSamePointsAndText) {
   EXPECT_EQ(text, TempFolder::Read(folder / "b.txt"));
   // Colours were 8 bits, times 256 in the store, and come out as 16-bit values scaled to 0..255.
   EXPECT_EQ(text.substr(0, text.find('\n')), "1 2 3 9 19 29");
-}
-
-TEST(Save, FailedSaveKeepsTheOldScene) {
-  const TempFolder folder;
-  const std::string cloud = folder.Write("c.xyz", kPoints), scene = folder / "c.scene";
-  ASSERT_EQ(Kelvra({"save", cloud, "-o", scene}).status, 0);
-  const std::string old = TempFolder::Read(scene);
-  const Result failed = Kelvra({"save", cloud, "-o", scene, "--fault", "write=1"});
-  EXPECT_EQ(failed.status, 1);
-  EXPECT_NE(failed.err.find("c.scene"), std::string::npos) << failed.err;
-  EXPECT_EQ(TempFolder::Read(scene), old);
-  int files = 0;
-  for (const auto& entry : std::filesystem::directory_iterator(std::filesystem::path(scene).parent_path()))
-    files += entry.is_regular_file();
-  EXPECT_EQ(files, 2) << "nothing but the cloud and the scene";
 }
 
 TEST(Scene, DamagedScenesAreRefusedWithOneLine) {

@@ -1,77 +1,13 @@
 // The render command as a user runs it: what is refused, and how it ends when it must.
-#include "cli/render_fixture.h"
+#include "support/render_command.h"
 
 #include <chrono>
-#include <sstream>
 #include <sys/wait.h>
 
 namespace cli_test {
 namespace {
 
 namespace fs = std::filesystem;
-
-TEST_F(RenderCommand, AFullDiskKeepsEarlierFramesAndIsToldOnce) {
-  // How often a frame is written to the disk is the formats' matter: the second frame fails in some case.
-  bool between = false;
-  for (int n = 1; n < 400 && !between; ++n) {
-    const std::string out = Sub("out" + std::to_string(n));
-    const Result result = Render({"-o", out + "/f#.png", "--frames", "0-1", "--size", "24x16", "--fault",
-                                  "write=" + std::to_string(n) + ":100000"});
-    const std::vector<std::string> files = Files(out);
-    if (result.status == 0) break;
-    EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(LinesOf(result.err), 1) << result.err;
-    EXPECT_NE(result.err.find("f" + std::to_string(files.size()) + ".png"), std::string::npos) << result.err;
-    between = files == std::vector<std::string>{"f0.png"};
-    if (between) {
-      EXPECT_EQ(Read(out + "/f0.png").width, 24);
-    }
-  }
-  EXPECT_TRUE(between);
-}
-
-TEST_F(RenderCommand, AnUnfinishedFrameLeavesTheOldFileAsItWas) {
-  const std::string out = Sub("out");
-  for (const std::string name : {"old.png", "old.tif", "old.exr"}) {
-    SCOPED_TRACE(name);
-    if (name == "old.exr" && !host::CanSavePicture(host::PictureFormat::Exr)) continue;
-    const std::string picture = folder_.Write("out/" + name, "something else");
-    const Result result = Render({"-o", picture, "--size", "8x8", "--fault", "write=2:100"});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(LinesOf(result.err), 1) << result.err;
-    EXPECT_EQ(TempFolder::Read(picture), "something else");
-    EXPECT_EQ(Render({"-o", picture, "--size", "8x8"}).status, 0);
-    EXPECT_EQ(Read(picture).width, 8);
-  }
-  EXPECT_LE(Files(out).size(), 3u) << "something is left";
-}
-
-TEST_F(RenderCommand, ARecorderThatCannotStoreAFrameIsToldOnceAndTheOthersStay) {
-  const std::string out = Sub("out"), whole = Sub("whole");
-  const auto record = [&](const std::string& folder, const std::string& fault) {
-    return Render(
-        {"-o", out + "/f#.png", "--frames", "0-1", "--size", "8x8", "--record", folder, "--fault", fault});
-  };
-  ASSERT_EQ(record(whole, "write=100000").status, 0);
-  std::vector<std::string> lost;
-  for (int n = 1; n < 200; ++n) {
-    fs::remove_all(out);
-    const std::string folder = Sub("record" + std::to_string(n)), fault = "write=" + std::to_string(n);
-    Sub("out");
-    const Result result = record(folder, fault);
-    SCOPED_TRACE(fault + "\n" + result.err);
-    if (result.status == 0) break;
-    EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(LinesOf(result.err), 1);
-    for (const std::string& name : Files(folder))
-      EXPECT_EQ(TempFolder::Read(folder + "/" + name), TempFolder::Read(whole + "/" + name)) << name;
-    if (Files(folder).size() != 1 || Files(out).size() != 2) continue; // it was an output's write that failed
-    lost.push_back(Files(folder)[0] == "frame_0000.png" ? "frame_0001.png" : "frame_0000.png");
-    EXPECT_NE(result.err.find(lost.back()), std::string::npos);
-  }
-  EXPECT_GT(std::count(lost.begin(), lost.end(), "frame_0000.png"), 0);
-  EXPECT_GT(std::count(lost.begin(), lost.end(), "frame_0001.png"), 0);
-}
 
 TEST_F(RenderCommand, ItSaysThatAllIsWellOnlyWhenEveryFileIsThere) {
   const std::string out = Sub("out");
@@ -134,7 +70,7 @@ TEST_F(RenderCommand, WrongUseIsOneLineBeforeAnythingIsLoaded) {
   EXPECT_EQ(Files(record), std::vector<std::string>());
 }
 
-TEST_F(RenderCommand, AnOutputThatCannotBeWrittenIsToldBeforeAnythingIsLoaded) {
+TEST_F(RenderCommand, AnOutputThatCannotBeWrittenIsReportedBeforeAnythingIsLoaded) {
   const std::string out = Sub("out");
   Sub("out/f1.png");
   for (const std::string& output : {folder_ / "missing/none.png", out + "/" + std::string(300, 'x') + ".png",

@@ -1,9 +1,5 @@
 // What the render command puts into its pictures, files and lines.
-#include "cli/render_fixture.h"
-
-#include <cmath>
-#include <cstdio>
-#include <sstream>
+#include "support/render_command.h"
 
 namespace cli_test {
 namespace {
@@ -73,86 +69,29 @@ TEST_F(RenderCommand, TheRecorderStoresEachFrameWithSixteenBits) {
     ASSERT_NEAR(recorded.samples[i], std::min(exact.samples[i], 1.0f), 1.0 / 65535);
 }
 
-/** What --pixel printed of the blend. */
-struct Explained {
-  double color[3] = {}, behind = -1.0;
-};
-/** Checks that cells and hits are listed as they are counted, in order, and that they add up to the blend. */
-Explained ReadExplanation(const std::string& text) {
-  Explained blend;
-  std::istringstream lines(text);
-  int cells = 0, hits = 0, different = 0, x, y, z, number;
-  double lastEntry = 0.0, left = 1.0, red = 0.0, entry, exit, weight, color[3], newLeft;
-  for (std::string line; std::getline(lines, line);) {
-    SCOPED_TRACE(line);
-    const char* const c = line.c_str();
-    const std::size_t at = line.find("weight ");
-    if (std::sscanf(c, "  (%d, %d, %d) %d", &x, &y, &z, &number) == 4) {
-      ++cells;
-    } else if (line.find(" with points, ") != line.npos) {
-      EXPECT_EQ(std::atoi(c), cells);
-    } else if (std::sscanf(c, "hits: %*d found, %d different", &different) == 1) {
-      continue;
-    } else if (std::sscanf(c, " %d: point %*d, entry %lf, exit %lf", &number, &entry, &exit) == 3) {
-      EXPECT_EQ(number, ++hits);
-      EXPECT_GE(entry, lastEntry);
-      EXPECT_GE(exit, entry);
-      lastEntry = entry;
-    } else if (std::sscanf(c, "blend: colour (%lf, %lf, %lf), %lf", &blend.color[0], &blend.color[1],
-                           &blend.color[2], &blend.behind) == 4) {
-      EXPECT_EQ(hits, different);
-      EXPECT_NEAR(blend.behind, left, 2e-6);
-      EXPECT_NEAR(blend.color[0], red, 1e-4 * (hits + 1)) << "four digits of each hit";
-    }
-    if (at == line.npos) continue;
-    EXPECT_EQ(std::sscanf(c + at, "weight %lf, colour (%lf, %lf, %lf), %lf", &weight, &color[0], &color[1],
-                          &color[2], &newLeft),
-              5);
-    EXPECT_NEAR(newLeft, left - weight, 2e-6);
-    red += weight * color[0];
-    left = newLeft;
-  }
-  return blend;
-}
-
 TEST_F(RenderCommand, OnePixelIsExplainedAsItIsRendered) {
-  const std::vector<std::string> view = {"--size",       "33x33",   "--supersample", "1",
-                                         "--background", "#336699", "--set",         "transparency=0.6"};
-  std::vector<std::string> render = view;
-  render.insert(render.end(), {"-o", folder_ / "view.tif", "--depth", "32"});
-  ASSERT_EQ(Render(render).status, 0);
-  const host::Picture picture = Read(folder_ / "view.tif");
+  std::vector<std::string> view = {"--size",       "33x33",   "--supersample", "1",
+                                   "--background", "#336699", "--set",         "transparency=0.6"};
   const double background[3] = {0x33 / 255.0, 0x66 / 255.0, 0x99 / 255.0};
-  bool through = false;
-  for (const char* pixel : {"16,16", "12,20", "10,14", "22,17", "5,18", "0,0"}) {
-    SCOPED_TRACE(pixel);
-    std::vector<std::string> arguments = view;
-    arguments.insert(arguments.end(), {"--pixel", pixel});
-    const Result result = Render(arguments);
-    ASSERT_EQ(result.status, 0) << result.err;
-    EXPECT_NE(result.out.find(std::string("pixel ") + pixel + " of 33x33"), std::string::npos);
-    const Explained explained = ReadExplanation(result.out);
-    ASSERT_GE(explained.behind, 0.0) << result.out;
-    int x = 0, y = 0;
-    std::sscanf(pixel, "%d,%d", &x, &y);
-    for (int i = 0; i < 3; ++i)
-      EXPECT_NEAR(picture.At(x, y)[i], explained.color[i] + explained.behind * background[i], 5e-6)
-          << result.out;
-    through = through || (explained.behind > 0.0 && explained.behind < 1.0);
-    EXPECT_EQ(explained.behind == 1.0, result.out.find("misses the points' box") != std::string::npos);
-  }
-  EXPECT_TRUE(through) << "some pixel shows points and background";
-  EXPECT_NE(Render({"--pixel", "0,0", "--set", "1000=0"}).out.find("no points are rendered"),
-            std::string::npos);
-}
-
-TEST_F(RenderCommand, ThePictureIsTheSameOnAnyNumberOfThreads) {
-  for (const char* name : {"a.tif", "b.tif"})
-    ASSERT_EQ(Render({"-o", folder_ / name, "--size", "150x100", "--depth", "32", "--ground", "--threads",
-                      *name == 'a' ? "1" : "4"})
-                  .status,
-              0);
-  EXPECT_EQ(TempFolder::Read(folder_ / "a.tif"), TempFolder::Read(folder_ / "b.tif"));
+  std::vector<std::string> pixel = view;
+  view.insert(view.end(), {"-o", folder_ / "view.tif", "--depth", "32"});
+  ASSERT_EQ(Render(view).status, 0);
+  pixel.insert(pixel.end(), {"--pixel", "16,16"});
+  const Result middle = Render(pixel);
+  EXPECT_EQ(middle.status, 0) << middle.err;
+  for (const char* part : {"pixel 16,16 of 33x33", "with points, ", "hits: ", "weight "})
+    EXPECT_TRUE(Holds(middle.out, part)) << part << "\n" << middle.out;
+  double color[3], behind;
+  const std::size_t blend = middle.out.find("blend: colour (");
+  ASSERT_EQ(std::sscanf(middle.out.c_str() + std::min(blend, middle.out.size()),
+                        "blend: colour (%lf, %lf, %lf), %lf", &color[0], &color[1], &color[2], &behind),
+            4);
+  EXPECT_TRUE(behind > 0.0 && behind < 1.0) << middle.out;
+  const host::Picture picture = Read(folder_ / "view.tif");
+  for (int i = 0; i < 3; ++i)
+    EXPECT_NEAR(picture.At(16, 16)[i], color[i] + behind * background[i], 5e-6) << middle.out;
+  EXPECT_TRUE(Holds(Render({"--pixel", "0,0", "--size", "33x33"}).out, "misses the points' box"));
+  EXPECT_TRUE(Holds(Render({"--pixel", "0,0", "--set", "1000=0"}).out, "no points are rendered"));
 }
 
 TEST_F(RenderCommand, LightGroundAndSamplesShowInThePicture) {

@@ -1,6 +1,6 @@
 // Copies of a cloud by a clone tag, and the extent that the application sees.
-#include "object/gl_recorder.h"
-#include "object/view_fixture.h"
+#include "support/gl_recorder.h"
+#include "support/view_fixture.h"
 
 #include "host/nodes/object_calls.h"
 

@@ -1,5 +1,5 @@
 // Results that lie in the cache: point objects, hair, splines and the empty null object.
-#include "convert_fixture.h"
+#include "support/convert_fixture.h"
 
 namespace {
 
@@ -81,13 +81,13 @@ TEST_F(Geometry, ModesWithoutAResultBuildAnEmptyNullObject) {
     SCOPED_TRACE(mode);
     ExpectEmpty(Build(mode));
   }
-  EXPECT_TRUE(Told().empty());
+  EXPECT_TRUE(Printed().empty());
   application_.GetLibraries().hair = false;
   ExpectEmpty(Build(kHair));
   Set(KELVRA_POINT_SHARE, GeData(1e300));
   application_.GetFaults().FailAt(host::Fault::LargeBlock, 1, -1);
   for (const LONG mode : {kPoints, kSpline, kEmitter}) ExpectEmpty(Build(mode));
-  EXPECT_EQ(Told(), (std::vector<std::string>{"could not create hair", "cant set xp count"}));
+  EXPECT_EQ(Printed(), (std::vector<std::string>{"could not create hair", "cant set xp count"}));
   Set(KELVRA_POINT_SHARE, GeData(0.0));
   ExpectEmpty(Build(kSpline)); // a spline without points has no array
 }

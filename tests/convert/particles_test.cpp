@@ -1,5 +1,5 @@
 // What conversion leaves outside of the cache: particles of a group, and the external emitter.
-#include "convert_fixture.h"
+#include "support/convert_fixture.h"
 
 namespace {
 
@@ -81,7 +81,7 @@ TEST_F(Particles, NoMoreAreMadeThanTheSystemAllows) {
     expected.resize(LMin(limit, 40));
     EXPECT_EQ(ParticlesOf(Linked()), expected);
   }
-  EXPECT_TRUE(Told().empty());
+  EXPECT_TRUE(Printed().empty());
 }
 
 TEST_F(Particles, WithoutTheLibrariesNothingHappens) {
@@ -89,7 +89,7 @@ TEST_F(Particles, WithoutTheLibrariesNothingHappens) {
   for (const LONG mode : {kParticles, kEmitter}) ExpectEmpty(Build(mode));
   EXPECT_EQ(Linked(), nullptr);
   EXPECT_EQ(op_->GetNext(), nullptr);
-  EXPECT_TRUE(Told().empty());
+  EXPECT_TRUE(Printed().empty());
 }
 
 class Emitter : public Particles {
@@ -148,14 +148,14 @@ TEST_F(Emitter, IsFoundByItsNameWhereverItWasMoved) {
   ExpectFilled(op_->GetNext());
 }
 
-TEST_F(Emitter, ARefusedCountIsToldAndLeavesTheParticles) {
+TEST_F(Emitter, ARefusedCountIsReportedAndLeavesTheParticles) {
   Build(kEmitter);
   const host::EmitterNode& emitter = *host::AsEmitter(host::Impl(op_->GetNext()));
   const Vector first = emitter.storage[0].position;
   Set(KELVRA_POINT_SHARE, GeData(1e300));
   application_.GetFaults().FailAt(host::Fault::LargeBlock, 1, -1);
   ExpectEmpty(Build(kEmitter));
-  EXPECT_EQ(Told(), std::vector<std::string>{"cant set xp count"});
+  EXPECT_EQ(Printed(), std::vector<std::string>{"cant set xp count"});
   EXPECT_EQ(emitter.count, 40);
   EXPECT_EQ(emitter.storage[0].position, first);
 }

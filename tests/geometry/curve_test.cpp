@@ -1,6 +1,4 @@
-#include "geometry/geometry_fixture.h"
-
-#include <cmath>
+#include "support/geometry_fixture.h"
 
 namespace {
 
@@ -146,31 +144,13 @@ TEST_F(CurveParameter, SurvivesUndoCopiesAndScenes) {
 
   const LONG head[] = {kCurve, CUSTOMDATATYPE_SPLINE, 3};
   const std::string entry((const char*)head, sizeof head);
-  const std::string damaged[][2] = {
+  ExpectRefusals({
       {Patched<LONG>(bytes, entry, -4, -1), "found a count of 4294967295 knots, expected at most"},
       {Patched<double>(bytes, entry, 32, 1.5),
        "found knot 2 at 1.500000, 0.125000, expected x from 0.500000"},
       {Patched<double>(bytes, entry, 0, 0.75),
        "found knot 1 at 0.500000, 3.000000, expected x from 0.750000"},
-  };
-  for (const auto& item : damaged) {
-    const std::string error = Refusal(item[0]);
-    EXPECT_NE(error.find(item[1]), std::string::npos) << error;
-  }
-}
-
-TEST_F(GeometryTest, PreferencesKeepCurves) {
-  SplineData curve;
-  Fill(&curve, {Vector(0, 1, 0), Vector(0.5, -3, 0), Vector(1, 0.125, 0)});
-  BaseContainer kept;
-  for (int run = 0; run < 2; ++run) {
-    application_.reset();
-    application_.reset(new host::Application(Path("preferences")));
-    kept.SetData(kCurve, GeData(CUSTOMDATATYPE_SPLINE, curve));
-    EXPECT_TRUE(run == 1 || SetWorldPluginData(kCurved, kept, FALSE));
-  }
-  BaseContainer* read = GetWorldPluginData(kCurved);
-  EXPECT_EQ(read ? Held(*read) : "no container", Knots(&curve));
+  });
 }
 
 } // namespace

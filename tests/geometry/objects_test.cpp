@@ -1,8 +1,6 @@
-#include "geometry/geometry_fixture.h"
+#include "support/geometry_fixture.h"
 
 #include "host/viewport.h"
-
-#include <cmath>
 
 namespace {
 
@@ -49,18 +47,8 @@ TEST_F(GeometryTest, RefusedMemoryChangesNothing) {
   };
   for (const auto& item : cases) {
     SCOPED_TRACE(item.name);
-    const std::string before = Content(figure) + Content(spline) + Content(plain);
-    const host::LiveCounts live = application_->Live();
-    int refused = 0;
-    for (bool done = false; !done; ++refused) {
-      ASSERT_LT(refused, 50);
-      AsModule(refused + 1, [&] { done = item.call(); });
-      if (done) continue;
-      EXPECT_EQ(Content(figure) + Content(spline) + Content(plain), before) << "block " << refused + 1;
-      EXPECT_EQ(application_->Live().nodes, live.nodes);
-      EXPECT_EQ(application_->Live().blocks, live.blocks);
-    }
-    EXPECT_GT(refused, item.blocks);
+    RefuseEachBlock(item.blocks, item.call,
+                    [&] { return Content(figure) + Content(spline) + Content(plain); });
   }
 }
 

@@ -1,4 +1,4 @@
-#include "gl_fixture.h"
+#include "support/gl_fixture.h"
 
 #include <epoxy/gl.h>
 #include <thread>

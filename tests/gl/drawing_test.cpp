@@ -1,4 +1,4 @@
-#include "gl_fixture.h"
+#include "support/gl_fixture.h"
 
 namespace host::gl {
 namespace {
@@ -36,14 +36,6 @@ TEST_F(DrawingTest, PointSizeIsTheSideOfASquare) {
   EXPECT_EQ(Rows(), (Strings{"111.....", "111.....", "111.....", "........"}));
 }
 
-TEST_F(DrawingTest, SizeOfZeroOrLessHidesThePoint) {
-  for (const char* size : {"0.0", "-1.0", "0"}) {
-    auto factory = PlainProgram(size);
-    Draw(*factory, {{0.125f, 0.25f, 0, 1, 0, 0}});
-    EXPECT_EQ(Rows(), Strings(kHeight, "........")) << size;
-  }
-}
-
 TEST_F(DrawingTest, VerticesThatWriteNothingAreOutsideTheView) {
   auto factory = NewFactory();
   BeginBody(*factory);
@@ -60,12 +52,6 @@ TEST_F(DrawingTest, TransformMatrixIsGivenByColumns) {
   const float shift[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0.5f, -1, 0, 1};
   Draw(*factory, {{-0.875f, 0.75f, 0, 1, 1, 1}}, 5, shift);
   EXPECT_EQ(Rows(), (Strings{"........", "........", "..7.....", "........"}));
-}
-
-TEST_F(DrawingTest, TriangleStripsFillWhatTheyCover) {
-  auto factory = PlainProgram();
-  Draw(*factory, {{-1, 1, 0, 1, 1, 1}, {0, 1, 0, 1, 1, 1}, {-1, 0, 0, 1, 1, 1}, {0, 0, 0, 1, 1, 1}}, 8);
-  EXPECT_EQ(Rows(), (Strings{"7777....", "7777....", "........", "........"}));
 }
 
 TEST_F(DrawingTest, MultisampledTargetsAreResolvedForReading) {

@@ -1,8 +1,6 @@
 #include "host/memory/memory.h"
-#include "test_plugins.h"
+#include "support/probe_plugins.h"
 
-#include <algorithm>
-#include <fstream>
 #include <thread>
 
 namespace {

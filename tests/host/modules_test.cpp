@@ -1,7 +1,5 @@
-#include "test_plugins.h"
-
-#include <cstdio>
-#include <filesystem>
+#include "support/folder.h"
+#include "support/probe_plugins.h"
 
 namespace {
 
@@ -55,15 +53,12 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& broken) { return std::string(broken.param.name); });
 
 TEST(Modules, AFileThatIsNoLibraryIsRefused) {
-  const std::string path = testing::TempDir() + "no_library_" + std::to_string(::getpid()) + ".so";
-  std::FILE* file = std::fopen(path.c_str(), "w");
-  std::fputs("text", file);
-  std::fclose(file);
+  const TempFolder folder;
+  const std::string path = folder.Write("no_library.so", "text");
   host::Application application;
   std::string error;
   EXPECT_FALSE(application.LoadModule(path, &error));
   EXPECT_TRUE(Contains(error, "cannot be opened")) << error;
-  std::remove(path.c_str());
 }
 
 class SoundModule : public testing::Test {

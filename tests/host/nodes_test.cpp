@@ -1,6 +1,6 @@
 #include "host/nodes/node.h"
 #include "host/nodes/object_calls.h"
-#include "test_plugins.h"
+#include "support/probe_plugins.h"
 
 #include <thread>
 
@@ -254,7 +254,7 @@ TEST_F(Undo, BreachesAreRefusedAndReported) {
   EXPECT_GE(application_->Misbehaviour().size(), 5u);
 }
 
-TEST_F(Undo, AnObjectFromTheMenuIsToldPlacedSelectedAndUndoable) {
+TEST_F(Undo, AnObjectFromTheMenuHearsOfItAndIsPlacedSelectedAndUndoable) {
   BaseDocument* told = NULL;
   Probe::onMessage = [&](Probe&, GeListNode*, LONG type, void* data) {
     if (type == MSG_MENUPREPARE) told = (BaseDocument*)data;

@@ -1,7 +1,5 @@
-#include "test_plugins.h"
-
-#include <filesystem>
-#include <fstream>
+#include "support/probe_plugins.h"
+#include "support/resource_files.h"
 
 namespace {
 
@@ -71,16 +69,8 @@ class Parameters : public HostTest {
 protected:
   void SetUp() override {
     HostTest::SetUp();
-    folder_ =
-        std::filesystem::path(testing::TempDir()) / ("host_parameters_res_" + std::to_string(::getpid()));
-    std::filesystem::create_directories(folder_ / "description");
-    std::filesystem::create_directories(folder_ / "strings_us" / "description");
-    Write("c4d_symbols.h", "enum { IDS_HELLO = 10000 };");
-    Write("strings_us/c4d_strings.str", "STRINGTABLE { IDS_HELLO \"Hello\"; }");
-    Write("description/oprobe.h", kHeader);
-    Write("description/oprobe.res", kContainer);
-    Write("strings_us/description/oprobe.str", kStrings);
-    ASSERT_TRUE(resource.Init(Filename(folder_.string().c_str())));
+    files_.WriteDescription("oprobe", kHeader, kContainer, kStrings);
+    ASSERT_TRUE(resource.Init(Filename(files_.Path().string().c_str())));
     ASSERT_TRUE(RegisterObjectPlugin(kDescribed, "Described", 0, Described::Alloc, "Oprobe", NULL, 0));
     op_ = Add(kDescribed, "op");
     Probe::onMessage = [this](Probe&, GeListNode*, LONG type, void* data) {
@@ -94,9 +84,7 @@ protected:
     HostTest::TearDown();
     resource.Free();
     application_.reset();
-    std::filesystem::remove_all(folder_);
   }
-  void Write(const char* name, const char* text) { std::ofstream(folder_ / name) << text; }
 
   GeData Get(LONG id) {
     GeData data;
@@ -107,14 +95,14 @@ protected:
     return op_->SetParameter(id, data, flags);
   }
 
-  std::filesystem::path folder_;
+  const ResourceFiles files_;
   BaseObject* op_ = NULL;
   std::vector<LONG> told_;
   LONG pressed_ = 0;
 };
 
 TEST_F(Parameters, ValuesTakeTheTypeOfTheDescription) {
-  EXPECT_EQ(Text(GeLoadString(10000)), "Hello");
+  EXPECT_EQ(Text(GeLoadString(10000)), "first");
   EXPECT_TRUE(Set(kSize, GeData(1)));
   EXPECT_EQ(op_->GetDataInstance()->GetType(kSize), DA_REAL);
   EXPECT_TRUE(Set(kCount, GeData(3.9)));

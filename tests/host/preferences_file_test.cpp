@@ -1,45 +1,29 @@
-// The preferences file: what is damaged is set aside and told, what cannot be read is left alone.
+// The preferences file: what is damaged is set aside and reported, what cannot be read is left alone.
 #include "host/plugins/world_data.h"
-
-#include <filesystem>
-#include <fstream>
-#include <gtest/gtest.h>
-#include <unistd.h>
+#include "support/folder.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-class PreferencesFile : public testing::Test {
+class PreferencesFile : public Scratch {
 protected:
-  void SetUp() override {
-    folder_ = fs::temp_directory_path() / ("kelvra-prefs-" + std::to_string(::getpid()));
-    fs::remove_all(folder_);
-    fs::create_directories(folder_);
-  }
-  void TearDown() override { fs::remove_all(folder_); }
-  fs::path File() const { return folder_ / "preferences.json"; }
-  void Write(const std::string& text) { std::ofstream(File()) << text; }
-  static std::string Read(const fs::path& path) {
-    std::ifstream file(path);
-    return std::string(std::istreambuf_iterator<char>(file), {});
-  }
+  std::string File() const { return Path("preferences.json"); }
   /** The line that opening gives; saves one value afterwards. */
   std::string Open() {
     host::WorldData data;
     std::string error, unsaved;
-    data.Open(folder_.u8string(), &error);
+    data.Open(folder_.Name(), &error);
     BaseContainer bc;
     bc.SetLong(1, 7);
     data.Set(5, bc, true);
     saved_ = data.Save(&unsaved);
     return error;
   }
-  fs::path folder_;
   bool saved_ = false;
 };
 
-TEST_F(PreferencesFile, DamagedOnesAreSetAsideAndTold) {
+TEST_F(PreferencesFile, DamagedOnesAreSetAsideAndReported) {
   const std::string deep = std::string(200000, '[') + std::string(200000, ']');
   const std::pair<std::string, std::string> cases[] = {
       {"{\"5\":{\"1\":{\"long\":99999999999}}}", "99999999999"},
@@ -52,7 +36,7 @@ TEST_F(PreferencesFile, DamagedOnesAreSetAsideAndTold) {
   int aside = 0;
   for (const auto& [text, part] : cases) {
     SCOPED_TRACE(part);
-    Write(text);
+    folder_.Write("preferences.json", text);
     const std::string error = Open();
     EXPECT_NE(error.find(part), std::string::npos) << error.substr(0, 300);
     EXPECT_LT(error.size(), 600u);
@@ -68,7 +52,7 @@ TEST_F(PreferencesFile, WhatIsNoRegularFileStays) {
   EXPECT_NE(Open().find("not a regular file"), std::string::npos);
   EXPECT_TRUE(fs::is_directory(File()));
   fs::remove(File());
-  Write("{}");
+  Write("preferences.json", "{}");
   fs::resize_file(File(), 17 << 20);
   EXPECT_NE(Open().find("expected at most"), std::string::npos);
   EXPECT_EQ(fs::file_size(File()), (std::uintmax_t)(17 << 20));

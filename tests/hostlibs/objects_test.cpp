@@ -1,5 +1,5 @@
 // Hair objects and emitters: what they allow when, and what they keep.
-#include "hostlibs/hostlibs_fixture.h"
+#include "support/hostlibs_fixture.h"
 
 #include "host/viewport.h"
 

@@ -1,6 +1,4 @@
-#include "hostlibs/hostlibs_fixture.h"
-
-#include <set>
+#include "support/hostlibs_fixture.h"
 
 namespace {
 

@@ -1,12 +1,11 @@
 // What snapshots and renders show of each kind of geometry. The camera stands at z = -10 and looks along +z.
-#include "hostlibs/hostlibs_fixture.h"
+#include "support/hostlibs_fixture.h"
 
 #include "host/render/element_colors.h"
 #include "host/render/render_job.h"
 #include "host/viewport.h"
 
 #include <atomic>
-#include <cmath>
 
 namespace {
 

@@ -1,9 +1,7 @@
 // The load loop: thinning, budget, colours, widening, progress, memory.
-#include "las/las_fixture.h"
+#include "support/las_files.h"
 
 #include "object/las/palette.h"
-
-#include <limits>
 
 namespace {
 

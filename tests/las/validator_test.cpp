@@ -1,11 +1,8 @@
 // What the checks in front of the library refuse, each by one small change to a sound file, and what they let
 // through.
-#include "las/las_fixture.h"
+#include "support/las_files.h"
 
 #include "object/las/geokeys.h"
-
-#include <functional>
-#include <limits>
 
 namespace {
 

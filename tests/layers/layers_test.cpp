@@ -1,15 +1,8 @@
 // The boundaries between the layers, kept true: who includes whom, and what the module lets out.
-#include <gtest/gtest.h>
+#include "support/common.h"
 
-#include <array>
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
 #include <regex>
-#include <set>
-#include <sstream>
-#include <string>
-#include <vector>
 
 namespace {
 

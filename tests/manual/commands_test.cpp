@@ -1,14 +1,10 @@
 // Every command of the manual, run in its order in one folder as a reader would run it.
-#include "cli/program_run.h"
 #include "manual/manual_text.h"
+#include "support/program_run.h"
 
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 
-#include <cstdlib>
-#include <filesystem>
 #include <regex>
-#include <sstream>
 
 namespace manual_test {
 namespace {
@@ -63,7 +59,7 @@ protected:
     for (const char* name :
          {"scan.laz", "scan.las", "street.xyz", "tower.pts", "survey/north.laz", "survey/south.laz"})
       ASSERT_EQ(cli_test::RunProgram("make_cloud", {folder_ / name, "--points", "4000"}).status, 0) << name;
-    const std::string whole = cli_test::TempFolder::Read(folder_ / "scan.las");
+    const std::string whole = TempFolder::Read(folder_ / "scan.las");
     folder_.Write("damaged.las", whole.substr(0, whole.size() / 2));
   }
 
@@ -77,7 +73,7 @@ protected:
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   }
 
-  cli_test::TempFolder folder_;
+  TempFolder folder_;
   ManualText manual_;
 };
 
@@ -94,7 +90,7 @@ TEST_F(ManualCommands, DoWhatTheManualSays) {
       ASSERT_EQ(line.rfind("kelvra ", 0), 0u) << "only the program's own commands can be tested";
       const Command command = Parse(line);
       for (const std::string& output : Outputs(command.line)) fs::remove(folder_ / output);
-      EXPECT_EQ(Run(command.line), command.status) << cli_test::TempFolder::Read(folder_ / "printed");
+      EXPECT_EQ(Run(command.line), command.status) << TempFolder::Read(folder_ / "printed");
       const std::string folder = fs::path(folder_ / "x").parent_path().string();
       for (const std::string& output : Outputs(command.line))
         EXPECT_TRUE(WasWritten(folder, output)) << output;
@@ -102,17 +98,6 @@ TEST_F(ManualCommands, DoWhatTheManualSays) {
     }
   }
   EXPECT_GT(ran, 20);
-}
-
-/** Commands outside of the tested blocks are those that need a server. */
-TEST_F(ManualCommands, AreAllInTestedBlocks) {
-  for (const Block& block : manual_.Blocks())
-    for (const std::string& line : block.lines) {
-      if (block.kind == "sh" || line.rfind("kelvra ", 0) != 0) continue;
-      const bool server =
-          line.rfind("kelvra reproject ", 0) == 0 || line.rfind("kelvra update-check", 0) == 0;
-      EXPECT_TRUE(server) << line;
-    }
 }
 
 TEST_F(ManualCommands, EveryCommandAndOptionOfTheProgramIsDescribed) {

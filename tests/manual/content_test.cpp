@@ -2,13 +2,8 @@
 #include "host/resource/resource_folder.h"
 #include "manual/manual_text.h"
 
-#include <gtest/gtest.h>
-#include <unistd.h>
-
-#include <filesystem>
-#include <map>
 #include <regex>
-#include <sstream>
+#include <unistd.h>
 
 namespace manual_test {
 namespace {

@@ -1,8 +1,5 @@
 #include "manual/manual_text.h"
 
-#include <fstream>
-#include <sstream>
-
 namespace manual_test {
 
 namespace {

@@ -1,8 +1,7 @@
 // The manual as the tests see it: its fenced blocks, and its tables by heading.
-#pragma once
+#include "support/common.h"
 
-#include <string>
-#include <vector>
+#pragma once
 
 namespace manual_test {
 

@@ -1,12 +1,9 @@
 // The module's entry: what it registers, what it does when that is refused, and the calls that the host
 // makes.
-#include "module_fixture.h"
+#include "support/module_fixture.h"
 
 #include "c4d_os.h"
 #include "host/seam/dynamic_library.h"
-
-#include <map>
-#include <set>
 
 namespace {
 

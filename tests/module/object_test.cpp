@@ -1,11 +1,8 @@
 // The cloud object from outside: its defaults, what it does when it is made, and the points that it hands
 // out.
-#include "module_fixture.h"
+#include "support/module_fixture.h"
 
-#include "las/las_fixture.h"
-
-#include <limits>
-#include <set>
+#include "support/las_files.h"
 
 namespace {
 
@@ -43,15 +40,6 @@ TEST_F(ObjectTest, ANewCloudIsLinkedByAVideoPostOfItsOwn) {
   for (BaseVideoPost* post = doc_->GetActiveRenderData()->GetFirstVideoPost(); post; post = post->GetNext())
     if (post->GetType() == kVoxelPost) linked.insert(post->GetDataInstance()->GetObjectLink(1003, doc_));
   EXPECT_EQ(linked, (std::multiset<BaseObject*>{op_, second}));
-}
-
-TEST_F(ObjectTest, RefusedMemoryForTheVideoPostLeavesTheCloud) {
-  for (int n = 1; n <= 12; ++n) {
-    SCOPED_TRACE(n);
-    application_.GetFaults().FailAt(host::Fault::Allocation, n);
-    host::CreateObjectFromMenu(doc_, kCloud);
-    application_.GetFaults().Clear();
-  }
 }
 
 TEST_F(ObjectTest, TheRequestButtonAsksForAStream) {
@@ -138,23 +126,6 @@ TEST_F(ExportTest, ARefusedArrayIsAnsweredByNone) {
     EXPECT_EQ(answer.data, nullptr);
     EXPECT_EQ(answer.count, 0);
   }
-}
-
-TEST_F(ExportTest, GeoreferencedPointsAreFittedToTheSize) {
-  if (!kelvra::LasFile::Available()) GTEST_SKIP() << "this build has no LASlib";
-  // 10 wide, 20 deep, 5 high, in hundredths.
-  Bytes las = MakeLas(
-      2, {{0, 0, 100, 2, 9, 9, 9, 0}, {1000, 500, 600, 2, 9, 9, 9, 0}, {250, 2000, 350, 2, 9, 9, 9, 0}});
-  const double box[6] = {10, 0, 20, 0, 6, 1}; // largest and smallest x, y, z
-  for (int i = 0; i < 6; ++i) Put(las, 179 + 8 * (std::size_t)i, box[i]);
-  Load(Write("cloud.las", std::string(las.begin(), las.end())));
-  const std::vector<Vector> fitted = {{-100, 0, -200}, {100, 100, -100}, {-50, 50, 200}};
-  LONG count = 0;
-  EXPECT_EQ(Ask(kPositions, &count), fitted);
-  Set(1009, GeData(20.0));
-  std::vector<Vector> smaller;
-  for (const Vector& v : fitted) smaller.push_back(v * 0.1);
-  EXPECT_EQ(Ask(kPositions, &count), smaller);
 }
 
 } // namespace

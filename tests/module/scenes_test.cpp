@@ -1,5 +1,5 @@
 // Clouds in scenes: saved and opened again, copied, damaged, and refused memory.
-#include "module_fixture.h"
+#include "support/module_fixture.h"
 
 namespace {
 
@@ -62,43 +62,6 @@ TEST_F(SceneTest, ACopyHasPointsOfItsOwn) {
   BaseObject::Free(op_);
   ExpectSame(Stored(copy), before);
   BaseObject::Free(copy);
-}
-
-TEST_F(SceneTest, ARefusedCopyIsNoCopyOrAWholeOne) {
-  const StoredCloud before = Stored();
-  int refused = 0;
-  for (int n = 1;; ++n) {
-    ASSERT_LT(n, 500);
-    SCOPED_TRACE(n);
-    application_.GetFaults().Clear();
-    application_.GetFaults().FailAt(host::Fault::Allocation, n);
-    BaseObject* copy = (BaseObject*)op_->GetClone(COPYFLAGS_0, NULL);
-    const bool struck = application_.GetFaults().Calls(host::Fault::Allocation) >= n;
-    application_.GetFaults().Clear();
-    if (copy)
-      EXPECT_EQ(Stored(copy).Points(), before.Points());
-    else
-      ++refused;
-    BaseObject::Free(copy);
-    if (!struck) break;
-  }
-  EXPECT_GE(refused, 8) << "four arrays of each block";
-  ExpectSame(Stored(), before);
-}
-
-TEST_F(SceneTest, ASceneThatIsCutShortIsRefusedWhole) {
-  std::string error;
-  ASSERT_TRUE(application_.SaveScene(doc_, Path("scene.c4d"), &error)) << error;
-  std::ifstream in(Path("scene.c4d"), std::ios::binary);
-  const std::string whole(std::istreambuf_iterator<char>(in), {});
-  const LLONG nodes = application_.Live().nodes;
-  for (std::size_t length = 0; length < whole.size(); length += 7) {
-    SCOPED_TRACE(length);
-    error.clear();
-    EXPECT_EQ(application_.LoadScene(Write("cut.c4d", whole.substr(0, length)), &error), nullptr);
-    EXPECT_NE(error.find("cut.c4d"), std::string::npos) << error;
-    EXPECT_EQ(application_.Live().nodes, nodes);
-  }
 }
 
 } // namespace

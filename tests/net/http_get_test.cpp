@@ -2,8 +2,8 @@
 #include "net/http_get.h"
 
 #include "host/base/module_scope.h"
-#include "net/loopback.h"
-#include "object/object_fixture.h"
+#include "support/loopback.h"
+#include "support/object_fixture.h"
 
 #include <chrono>
 #include <optional>
@@ -194,16 +194,13 @@ TEST_F(HttpGetTest, RefusedMemoryIsNoAnswer) {
       [](const httplib::Request&, httplib::Response& response) { response.body = std::string(100000, 'x'); });
   const host::ModuleScope asModule;
   const host::LiveCounts live = application_->Live();
-  bool answered = false;
-  for (int nth = 1; !answered; ++nth) {
-    application_->GetFaults().FailAt(host::Fault::Allocation, nth);
-    const auto body = Get(server.Address() + "/");
-    answered = application_->GetFaults().Calls(host::Fault::Allocation) < nth;
-    application_->GetFaults().Clear();
-    EXPECT_EQ(body.has_value(), answered) << nth;
-    EXPECT_EQ(application_->Live().blocks, live.blocks);
-    ASSERT_LT(nth, 50);
-  }
+  std::optional<std::string> body;
+  FailEach(
+      *application_, host::Fault::Allocation, [&] { body = Get(server.Address() + "/"); },
+      [&](bool struck) {
+        EXPECT_NE(body.has_value(), struck);
+        EXPECT_EQ(application_->Live().blocks, live.blocks);
+      });
 }
 
 TEST_F(HttpGetTest, AMissingAddressIsExplainedOnceARun) {

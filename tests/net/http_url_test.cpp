@@ -1,7 +1,6 @@
 // Addresses: which are asked at all, and where a redirect leads.
 #include "net/http_url.h"
-
-#include <gtest/gtest.h>
+#include "support/common.h"
 
 namespace kelvra {
 namespace {

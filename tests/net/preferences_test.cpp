@@ -1,12 +1,10 @@
 // The preferences page and its buttons, in this process.
 #include "host/base/text.h"
 #include "kelvra_prefs.h"
-#include "net/loopback.h"
-#include "object/object_fixture.h"
 #include "registration.h"
+#include "support/loopback.h"
+#include "support/object_fixture.h"
 #include "update_check.h"
-
-#include <cstdlib>
 
 namespace kelvra {
 namespace {
@@ -76,30 +74,6 @@ TEST_F(Preferences, MissingAndStaleValuesAreMadeAnew) {
   EXPECT_EQ(Stored(1000), "K-17");
   EXPECT_EQ(Stored(1001), "") << "of another type";
   EXPECT_EQ(Stored(1002), "1.44") << "this version speaks, not the one that wrote the file";
-}
-
-/** A page that keeps its values in the application's own settings. */
-struct WorldPage : PrefsDialogObject {
-  using PrefsDialogObject::GetPrefsValue;
-  using PrefsDialogObject::InitPrefsValue;
-  using PrefsDialogObject::SetPrefsValue;
-};
-
-TEST_F(Preferences, OtherPagesMayUseTheWorldContainer) {
-  const PrefsMapTable table[] = {{10, 5010}, {11, 5011}, {NOTOK, NOTOK}};
-  DESCFLAGS_SET set = DESCFLAGS_SET_0;
-  WorldPage::SetPrefsValue(12, 7, set, table);
-  EXPECT_FALSE(set & DESCFLAGS_SET_PARAM_SET) << "not in the table";
-  WorldPage::SetPrefsValue(11, 7, set, table);
-  EXPECT_TRUE(set & DESCFLAGS_SET_PARAM_SET);
-  WorldPage::InitPrefsValue(5011, GeData((LONG)1), NULL, DescID(11));
-  EXPECT_EQ(GetWorldContainerInstance()->GetLong(5011), 7);
-  WorldPage::InitPrefsValue(5011, GeData(0.5), NULL, DescID(11));
-  DESCFLAGS_GET get = DESCFLAGS_GET_0;
-  GeData value;
-  WorldPage::GetPrefsValue(11, value, get, table);
-  EXPECT_TRUE(get & DESCFLAGS_GET_PARAM_GET);
-  EXPECT_EQ(value.GetReal(), 0.5) << "a value of another type is replaced";
 }
 
 TEST_F(Preferences, RegisterShowsTheGateAndNothingElse) {

@@ -1,5 +1,5 @@
 // Points that another module sends.
-#include "object_fixture.h"
+#include "support/object_fixture.h"
 
 namespace {
 

@@ -1,60 +1,10 @@
 // The program that draws points, the calls that a draw makes, and draws that fail.
-#include "gl_recorder.h"
-#include "view_fixture.h"
+#include "support/gl_recorder.h"
+#include "support/view_fixture.h"
 
 namespace {
 
 using Lines = std::vector<std::string>;
-
-/** In the order of declaration: stage (1 vertex, 2 fragment), type (0 float, 2 three floats, 4 int), name. */
-const Lines kUniforms = {
-    "1 0 point_size",     "1 0 min_height",   "1 0 max_height",     "2 4 fcolor_mode", "1 4 vcolor_mode",
-    "1 4 vcolor_invert",  "1 4 falloff_type", "1 4 falloff_action", "1 2 falloff_pos", "1 0 falloff_rad",
-    "1 2 falloff_normal", "1 0 falloff_func", "1 0 mo_time",        "1 0 mo_min",      "1 0 mo_max",
-    "1 0 mo_delta",       "1 0 mo_nscale",    "1 4 index_stop",     "1 4 index_count", "1 4 index_nth",
-};
-
-const Lines kVertexLines = {
-    "vec3 ranv;",
-    "if (gl_VertexID><index_stop>)\t{gl_PointSize = 0;return;}",
-    "if (mod(gl_VertexID,<index_nth>)>0)\t\t\t\t{gl_PointSize = 0;return;}",
-    "float size = <point_size>;",
-    "vec4 col = vec4(icolor.rgb, 1.0);",
-    "float col_val = 1.0;",
-    "switch (<vcolor_mode>) {",
-    "case 1: col_val = icolor.r, col = vec4(col_val,col_val,col_val, 1.0);break;",
-    "case 2: col_val = icolor.g, col = vec4(col_val,col_val,col_val, 1.0);break;",
-    "case 3: col_val = icolor.b, col = vec4(col_val,col_val,col_val, 1.0);break;",
-    "case 4: col_val = (icolor.r+icolor.g+icolor.b)*(1.0/3.0), col = vec4(col_val,col_val,col_val, "
-    "1.0);break;",
-    "case 5: col_val = (iposition.y-<min_height>)/(<max_height>-<min_height>), col = "
-    "vec4(col_val,col_val,col_val, 1.0);break;",
-    "case 6: col_val = (iposition.y-<min_height>)/(<max_height>-<min_height>), col = "
-    "vec4(col_val*icolor.r,col_val*icolor.g,col_val*icolor.b, 1.0);break;",
-    "}",
-    "if (<vcolor_invert>>0) col = vec4(1.0-col.r,1.0-col.g,1.0-col.b, 1.0);",
-    "ocolor = col;",
-    "col_val = (col.r+col.g+col.b)*(1.0/3.0);",
-    "vec3  p = iposition;",
-    "oposition = (transmatrix * vec4(p.xyz, 1.0));",
-    "if (<falloff_action>>0)",
-    "{",
-    " float dist,falloff,ifalloff;",
-    "switch (<falloff_type>) {",
-    "case 0:",
-    " dist = distance( p, <falloff_pos> );",
-    "break;",
-    "case 1:",
-    " dist = dot( <falloff_normal>, p -<falloff_pos> );",
-    "break;",
-    "}",
-    " falloff = smoothstep( <falloff_rad>,0.0, dist );",
-    " ifalloff = pow(falloff,<falloff_func>);",
-    " if (<falloff_action>==1 )  if (ifalloff<=0.0) size = 0.0; else size = <point_size>;",
-    " if (<falloff_action>==2)   size = <point_size>*ifalloff;",
-    "}",
-    "gl_PointSize = size;",
-};
 
 using DrawingTest = ViewTest;
 
@@ -64,31 +14,17 @@ TEST_F(DrawingTest, TheProgramIsBuiltOnceLineByLine) {
   Give(op_, kThree);
   GlRecorder gl;
   Lit(*view);
-  EXPECT_EQ(gl.After("uniform "), kUniforms);
-  EXPECT_EQ(gl.After("line 1 "), kVertexLines);
-  EXPECT_EQ(gl.After("line 2 "), Lines{"ocolor = icolor;"});
+  // Uniforms in the order of declaration (stage: 1 vertex, 2 fragment; type: 0 float, 2 three floats, 4 int),
+  // then the lines of each stage.
+  std::string program;
+  for (const std::string& call : gl.calls)
+    if (call.rfind("uniform ", 0) == 0 || call.rfind("line ", 0) == 0) program += call + "\n";
+  EXPECT_EQ(program, Read(KELVRA_SOURCE_DIR "/tests/data/point_program.txt"));
   gl.calls.clear();
   op_->GetDataInstance()->SetLong(1011, 5);
   Lit(*view);
   EXPECT_EQ(gl.After("line "), Lines()) << "parameters are uniforms, not text";
   EXPECT_EQ(gl.After("Compile").size(), 0u);
-}
-
-TEST_F(DrawingTest, CallsComeInTheOrderThatTheFactoryAllows) {
-  std::unique_ptr<host::Viewport> view = NewView();
-  NEEDS_VIEW(view);
-  Give(op_, kThree);
-  GlRecorder gl;
-  Lit(*view);
-  Lines steps;
-  for (const std::string& call : gl.calls)
-    if (call.rfind("uniform", 0) && call.rfind("line", 0) &&
-        (call.rfind("set ", 0) || call == "set transmatrix"))
-      steps.push_back(call);
-  EXPECT_EQ(steps, (Lines{"GetVertexBuffer 4", "AllocSubBuffer 0 72", "SetDirty 1", "GetFactory 4 2 2",
-                          "Lock", "BindToView", "AddParameters 0x1281040", "Init 0", "AddErrorHandler",
-                          "GetUniqueID", "HeaderFinished", "Compile", "BindPrograms", "set transmatrix",
-                          "DrawSubBuffer 1: 5 3 0", "UnbindPrograms", "Unbind view", "Unlock"}));
 }
 
 TEST_F(DrawingTest, ParametersArriveAsUniforms) {
@@ -138,6 +74,38 @@ TEST_F(DrawingTest, ParametersArriveAsUniforms) {
   EXPECT_EQ(set[9], "<falloff_normal> vector 0 0 0") << "coinciding positions";
   EXPECT_EQ(set[12], "<falloff_pos> vector 1 2 3");
   EXPECT_EQ(set[8], "<index_nth> int 3");
+}
+
+TEST_F(DrawingTest, TheProgramThinsAndColoursAndFallsOff) {
+  std::unique_ptr<host::Viewport> view = NewView();
+  NEEDS_VIEW(view);
+  std::vector<Vector> row;
+  for (int i = 0; i < 8; ++i) row.push_back(Vector(i * 4 - 14, i == 7 ? 20 : 0, 0));
+  Give(op_, row);
+  const struct {
+    std::vector<std::pair<LONG, double>> set;
+    std::size_t lit;
+  } cases[] = {{{}, 8},
+               {{{1100, 3}}, 3},                        // every third
+               {{{1000, 0.5}}, 4},                      // the first half
+               {{{1803, 0}}, 0},                        // no size
+               {{{1803, 2}}, 32},                       // squares
+               {{{1011, 1}}, 8},                        // white has red
+               {{{1016, 1}}, 0},                        // inverted: black
+               {{{1011, 5}, {1801, 0}, {1802, 40}}, 1}, // by height
+               {{{1506, 1}, {1504, 8}}, 4},             // within a sphere around the origin
+               {{{1506, 1}, {1004, 1}, {1504, 8}}, 7}}; // below a plane
+  const BaseContainer standard = *op_->GetDataInstance();
+  for (const auto& c : cases) {
+    *op_->GetDataInstance() = standard;
+    op_->GetDataInstance()->SetVector(1502, Vector(0, 1, 0));
+    for (const auto& [id, value] : c.set)
+      if (standard.GetType(id) == DA_LONG)
+        op_->GetDataInstance()->SetLong(id, (LONG)value);
+      else
+        op_->GetDataInstance()->SetReal(id, value);
+    EXPECT_EQ(Lit(*view).size(), c.lit) << testing::PrintToString(c.set);
+  }
 }
 
 TEST_F(DrawingTest, ADrawThatFailsDrawsNothingAndTheNextOneTriesAgain) {

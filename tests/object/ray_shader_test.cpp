@@ -1,5 +1,5 @@
 // The shader that hands out one colour a point.
-#include "object_fixture.h"
+#include "support/object_fixture.h"
 
 #include "host/nodes/node.h"
 #include "shader/kelvra_shader.h"

@@ -1,5 +1,5 @@
 // Views of a cloud whose data undo exchanges, whose node is freed, and whose views come and go.
-#include "view_fixture.h"
+#include "support/view_fixture.h"
 
 namespace {
 
@@ -29,20 +29,6 @@ TEST_F(UndoneViews, UndoAndRedoShowThePointsOfTheirTimeAndUploadThemOnce) {
     for (int draw = 0; draw < 3; ++draw) EXPECT_EQ(Lit(*view).size(), 5u);
     EXPECT_EQ(Uploads(), before + 1) << "points that came back are uploaded by the first draw only";
   }
-}
-
-TEST_F(UndoneViews, EachViewUploadsEachChangeOnce) {
-  std::unique_ptr<Viewport> view = NewView(), second = NewView();
-  NEEDS_VIEW(view);
-  Give(op_, kThree);
-  Lit(*view);
-  EXPECT_EQ(Uploads(), 1);
-  EXPECT_EQ(Lit(*second).size(), 3u) << "the flag is down already";
-  EXPECT_EQ(Uploads(), 2);
-  Give(op_, kTwo);
-  for (Viewport* each : {view.get(), second.get(), view.get(), second.get()})
-    EXPECT_EQ(Lit(*each).size(), 5u);
-  EXPECT_EQ(Uploads(), 4);
 }
 
 TEST_F(UndoneViews, ObjectsAndViewsMayGoInAnyOrder) {

@@ -1,8 +1,7 @@
+#include "support/common.h"
 #include "videopost/frame_name.h"
 
 #include "host/base/text.h"
-
-#include <gtest/gtest.h>
 
 namespace kelvra {
 namespace {

@@ -1,11 +1,8 @@
-#include "host/picture/picture.h"
-#include "picture/picture_fixture.h"
-
 #include "host/base/faults.h"
+#include "host/picture/picture.h"
+#include "support/folder.h"
+#include "support/pattern.h"
 
-#include <cmath>
-#include <limits>
-#include <tuple>
 #ifndef _WIN32
 #include <csignal>
 #include <sys/resource.h>
@@ -34,14 +31,14 @@ protected:
     error_.clear();
     return SavePicture(picture, path, GetParam().format, &error_, faults);
   }
-  PictureFolder folder_;
+  TempFolder folder_;
   std::string error_;
 };
 
 TEST_P(PictureTest, ComesBackAsItWas) {
   for (const int channels : {3, 4}) {
     const Picture written = Marked(37, 300, channels); // more rows than one packed block of a file has
-    const std::string path = folder_.Path(GetParam().name);
+    const std::string path = (folder_ / GetParam().name);
     Picture read;
     ASSERT_TRUE(Save(written, path) && LoadPicture(path, &read, &error_)) << error_;
     ASSERT_EQ(std::tie(read.width, read.height, read.channels),
@@ -59,7 +56,7 @@ TEST_P(PictureTest, IntegersAreCutAndFloatsKept) {
   const float kNan = std::numeric_limits<float>::quiet_NaN(),
               kInfinity = std::numeric_limits<float>::infinity();
   const Picture written = {3, 1, 3, {-0.5f, 0.0f, 1.0f, 2.5f, kNan, kInfinity, -kInfinity, 1e-9f, 0.999999f}};
-  const std::string path = folder_.Path(GetParam().name);
+  const std::string path = (folder_ / GetParam().name);
   Picture read;
   ASSERT_TRUE(Save(written, path) && LoadPicture(path, &read, &error_)) << error_;
   if (GetParam().step > 0.0) {
@@ -72,17 +69,17 @@ TEST_P(PictureTest, IntegersAreCutAndFloatsKept) {
 }
 
 TEST_P(PictureTest, NamesOfAnyLanguageAreKept) {
-  const std::string path = folder_.Path(std::string("Łódź 点 ö ") + GetParam().name);
+  const std::string path = (folder_ / std::string("Łódź 点 ö ") + GetParam().name);
   Picture read;
   ASSERT_TRUE(Save(Marked(4, 4, 3), path) && LoadPicture(path, &read, &error_)) << error_;
   EXPECT_TRUE(std::filesystem::exists(std::filesystem::u8path(path)));
-  EXPECT_EQ(folder_.FileCount(), 1u);
+  EXPECT_EQ(folder_.Entries(), 1u);
 }
 
 TEST_P(PictureTest, EveryRefusedWriteKeepsTheOldFileAlone) {
-  const std::string path = folder_.Path(GetParam().name);
+  const std::string path = (folder_ / GetParam().name);
   ASSERT_TRUE(Save(Marked(5, 5, 3), path)) << error_;
-  const std::string before = PictureFolder::Bytes(path);
+  const std::string before = TempFolder::Read(path);
   const Picture larger = Marked(200, 100, 4);
   Faults faults;
   int refused = 0;
@@ -90,23 +87,23 @@ TEST_P(PictureTest, EveryRefusedWriteKeepsTheOldFileAlone) {
     faults.FailAt(Fault::FileWrite, refused + 1);
     if (Save(larger, path, &faults)) break;
     ASSERT_EQ(error_, path + ": cannot write the picture: No space left on device") << refused;
-    ASSERT_EQ(PictureFolder::Bytes(path), before) << refused;
-    ASSERT_EQ(folder_.FileCount(), 1u) << refused;
+    ASSERT_EQ(TempFolder::Read(path), before) << refused;
+    ASSERT_EQ(folder_.Entries(), 1u) << refused;
   }
   EXPECT_GE(refused, 2) << "the bytes themselves, and keeping them";
-  EXPECT_NE(PictureFolder::Bytes(path), before);
+  EXPECT_NE(TempFolder::Read(path), before);
 }
 
 TEST_P(PictureTest, UnwritablePlacesAndTornPicturesGiveOneLine) {
-  const std::string missing = folder_.Path("missing");
+  const std::string missing = folder_ / "missing";
   const std::string path = missing + "/" + GetParam().name;
   EXPECT_FALSE(Save(Marked(4, 4, 3), path));
   EXPECT_EQ(error_, path + ": cannot write the picture: the folder \"" + missing + "\" doesn't exist");
   Picture torn = Marked(4, 4, 3);
   torn.samples.pop_back();
-  EXPECT_FALSE(Save(torn, folder_.Path(GetParam().name)));
+  EXPECT_FALSE(Save(torn, (folder_ / GetParam().name)));
   EXPECT_NE(error_.find("47 samples"), std::string::npos) << error_;
-  EXPECT_EQ(folder_.FileCount(), 0u);
+  EXPECT_EQ(folder_.Entries(), 0u);
 }
 
 TEST_P(PictureTest, DiskThatFillsUpIsReported) {
@@ -118,19 +115,19 @@ TEST_P(PictureTest, DiskThatFillsUpIsReported) {
   const rlimit small = {10000, limit.rlim_max};
   void (*previous)(int) = std::signal(SIGXFSZ, SIG_IGN);
   setrlimit(RLIMIT_FSIZE, &small);
-  const bool saved = Save(Marked(300, 300, 4), folder_.Path(GetParam().name));
+  const bool saved = Save(Marked(300, 300, 4), folder_ / GetParam().name);
   setrlimit(RLIMIT_FSIZE, &limit);
   std::signal(SIGXFSZ, previous);
   EXPECT_FALSE(saved);
   EXPECT_NE(error_.find("cannot write the picture: File too large"), std::string::npos) << error_;
-  EXPECT_EQ(folder_.FileCount(), 0u);
+  EXPECT_EQ(folder_.Entries(), 0u);
 #endif
 }
 
 TEST_P(PictureTest, CutFilesAreRefused) {
-  const std::string path = folder_.Path(GetParam().name);
+  const std::string path = (folder_ / GetParam().name);
   ASSERT_TRUE(Save(Marked(50, 50, 3), path)) << error_;
-  const std::string whole = PictureFolder::Bytes(path);
+  const std::string whole = TempFolder::Read(path);
   for (const double part : {0.0, 0.001, 0.25, 0.5, 0.75, 0.95}) {
     std::ofstream(path, std::ios::binary) << whole.substr(0, (std::size_t)(part * (double)whole.size()));
     Picture picture = Marked(2, 2, 3);
@@ -142,7 +139,7 @@ TEST_P(PictureTest, CutFilesAreRefused) {
 
 /** The first place of `before` followed by some bytes; those are replaced. */
 void Patch(const std::string& path, const std::string& before, std::size_t skip, const std::string& now) {
-  std::string bytes = PictureFolder::Bytes(path);
+  std::string bytes = TempFolder::Read(path);
   const std::size_t at = bytes.find(before);
   ASSERT_NE(at, std::string::npos);
   bytes.replace(at + before.size() + skip, now.size(), now);
@@ -158,6 +155,9 @@ TEST(PictureHeaders, ClaimsBeyondTheFileAreRefusedWithoutTakingTheMemory) {
     std::size_t skip;
     std::string size;
   } cases[] = {
+      {PictureFormat::Png8, "flipped.png", "IDAT", 5, "??"},
+      {PictureFormat::Png8, "size.png", "IHDR", 0, // 900,000 x 900,000, with the checksum of that header
+       "\0\x0d\xbb\xa0\0\x0d\xbb\xa0\x08\x02\0\0\0\x5f\xdf\x06\xd8"s},
       {PictureFormat::TiffFloat, "rows.tif", "\x01\x01\x03\x00\x01\x00\x00\x00"s, 0, "\x00\x7f"s},
       {PictureFormat::Tiff8, "columns.tif", "\x00\x01\x03\x00\x01\x00\x00\x00"s, 0, "\x00\x7f"s},
       {PictureFormat::Tiff8, "limit.tif", "\x00\x01\x03\x00\x01\x00\x00\x00"s, 0, "\xff\xff"s},
@@ -166,10 +166,10 @@ TEST(PictureHeaders, ClaimsBeyondTheFileAreRefusedWithoutTakingTheMemory) {
       {PictureFormat::Exr, "limit.exr", "dataWindow\0box2i\0\x10\0\0\0"s, 8, "\xff\xff\xff\x7f"s},
       {PictureFormat::Exr, "mirrored.exr", "dataWindow\0box2i\0\x10\0\0\0"s, 8, "\xf0\xff\xff\xff"s},
   };
-  const PictureFolder folder;
+  const TempFolder folder;
   for (const auto& c : cases) {
     if (!CanSavePicture(c.format)) continue;
-    const std::string path = folder.Path(c.name);
+    const std::string path = folder / c.name;
     std::string error;
     Picture picture = Marked(8, 8, 3);
     ASSERT_TRUE(SavePicture(picture, path, c.format, &error)) << error;

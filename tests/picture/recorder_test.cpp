@@ -1,11 +1,11 @@
 #include "videopost/tallyframe.h"
 
-#include "host/application.h"
 #include "host/base/text.h"
 #include "host/picture/image.h"
 #include "host/render/render_job.h"
 #include "kelvra_messages.h"
-#include "picture/picture_fixture.h"
+#include "support/clean.h"
+#include "support/folder.h"
 
 namespace kelvra {
 namespace {
@@ -20,13 +20,10 @@ protected:
     options_.height = 5;
     options_.threads = 1;
     options_.background = Vector(0.25, 0.5, 2.0);
-    folder_.reset(new PictureFolder);
   }
   void TearDown() override {
     FreeTallyframe();
-    std::vector<std::string> lines = application_.Misbehaviour();
-    for (const std::string& line : application_.Close()) lines.push_back(line);
-    EXPECT_EQ(lines, std::vector<std::string>());
+    ExpectReports(application_);
   }
 
   void Enable(const std::string& folder, const char* pattern = NULL) {
@@ -46,15 +43,14 @@ protected:
       doc_->SetTime(BaseTime(frame, doc_->GetFps()));
       results_.push_back(job.RenderFrame().result);
     }
-    const std::vector<std::string> lines = application_.GetConsole().Lines();
-    return {lines.begin() + (std::ptrdiff_t)before, lines.end()};
+    return LinesSince(application_, before);
   }
-  std::string Folder() const { return folder_->Path(""); }
+  std::string Folder() const { return folder_.Name(); }
 
   host::Application application_;
   BaseDocument* doc_ = NULL;
   host::RenderOptions options_;
-  std::unique_ptr<PictureFolder> folder_;
+  const TempFolder folder_;
   std::vector<RENDERRESULT> results_;
 };
 
@@ -66,18 +62,18 @@ TEST_F(RecorderTest, IsOffUntilItIsEnabled) {
   BaseContainer* settings = doc_->GetActiveRenderData()->GetFirstVideoPost()->GetDataInstance();
   settings->SetFilename(KELVRA_RECORDER_FOLDER, Filename(host::FromUtf8(Folder())));
   EXPECT_EQ(Render(0, 1), Lines());
-  EXPECT_EQ(folder_->FileCount(), 0u);
+  EXPECT_EQ(folder_.Entries(), 0u);
 }
 
 TEST_F(RecorderTest, EveryFrameOfASequenceIsAFileOfItsOwn) {
   Enable(Folder());
   EXPECT_EQ(Render(8, 10), Lines());
   EXPECT_EQ(FramesRecorded(), 3);
-  EXPECT_EQ(folder_->FileCount(), 3u);
+  EXPECT_EQ(folder_.Entries(), 3u);
   for (const char* name : {"frame_0008.png", "frame_0009.png", "frame_0010.png"}) {
     host::gl::Image16 image;
     std::string error;
-    ASSERT_TRUE(host::gl::ReadPng(folder_->Path(name), &image, &error)) << error;
+    ASSERT_TRUE(host::gl::ReadPng((folder_ / name), &image, &error)) << error;
     ASSERT_TRUE(image.width == 9 && image.height == 5 && image.channels == 3);
     for (int y = 0; y < 5; ++y)
       for (int x = 0; x < 9; ++x)
@@ -95,15 +91,15 @@ TEST_F(RecorderTest, SuffixOfThePatternChoosesTheFormat) {
     host::Picture picture;
     std::string error;
     const std::string name = pattern[0] == 'a' ? "a0003.tif" : "b_03.exr";
-    ASSERT_TRUE(host::LoadPicture(folder_->Path(name), &picture, &error)) << error;
+    ASSERT_TRUE(host::LoadPicture((folder_ / name), &picture, &error)) << error;
     EXPECT_NEAR(picture.At(8, 4)[0], 0.25, 1.0 / 65535) << "more than 8 bits";
   }
 }
 
-TEST_F(RecorderTest, MissingFolderIsToldOnceARenderWhichGoesOn) {
-  Enable(folder_->Path("missing"));
+TEST_F(RecorderTest, MissingFolderIsReportedOnceARenderWhichGoesOn) {
+  Enable((folder_ / "missing"));
   for (int render = 0; render < 2; ++render) {
-    EXPECT_EQ(Render(1, 2), Lines{folder_->Path("missing/frame_0001.png") +
+    EXPECT_EQ(Render(1, 2), Lines{(folder_ / "missing/frame_0001.png") +
                                   ": the frame is not recorded: the folder does not exist"});
   }
   EXPECT_EQ(FramesRecorded(), 0);
@@ -115,7 +111,7 @@ TEST_F(RecorderTest, MissingFolderIsToldOnceARenderWhichGoesOn) {
 TEST_F(RecorderTest, FullDiskLeavesTheFramesBeforeAlone) {
   Enable(Folder());
   Render(1, 1);
-  const std::string path = folder_->Path("frame_0001.png"), before = PictureFolder::Bytes(path);
+  const std::string path = (folder_ / "frame_0001.png"), before = TempFolder::Read(path);
   options_.background = Vector(1.0);
   application_.GetFaults().FailAt(host::Fault::FileWrite, 1, -1);
   results_.clear();
@@ -123,16 +119,16 @@ TEST_F(RecorderTest, FullDiskLeavesTheFramesBeforeAlone) {
   EXPECT_EQ(results_, kTwoGood);
   ASSERT_EQ(lines.size(), 1u);
   EXPECT_EQ(lines[0].find(path + ": the frame is not recorded: the disk is full"), 0u) << lines[0];
-  EXPECT_EQ(PictureFolder::Bytes(path), before);
-  EXPECT_EQ(folder_->FileCount(), 1u) << "nothing half written stays";
+  EXPECT_EQ(TempFolder::Read(path), before);
+  EXPECT_EQ(folder_.Entries(), 1u) << "nothing half written stays";
   application_.GetFaults().Clear();
   application_.GetFaults().FailAt(host::Fault::FileRename, 1, -1);
   EXPECT_EQ(Render(1, 1)[0].find(path + ": the frame is not recorded: the earlier file cannot be replaced"),
             0u);
-  EXPECT_EQ(PictureFolder::Bytes(path), before);
+  EXPECT_EQ(TempFolder::Read(path), before);
   application_.GetFaults().Clear();
   EXPECT_EQ(Render(1, 2), Lines());
-  EXPECT_NE(PictureFolder::Bytes(path), before) << "a frame that is rendered again replaces the old one";
+  EXPECT_NE(TempFolder::Read(path), before) << "a frame that is rendered again replaces the old one";
   EXPECT_EQ(FramesRecorded(), 3);
 }
 
@@ -141,7 +137,7 @@ TEST_F(RecorderTest, StoppedRendersAreNotRecorded) {
   application_.GetFaults().FailAt(host::Fault::UserBreak, 1, -1);
   EXPECT_EQ(Render(1, 1), Lines());
   EXPECT_NE(results_, std::vector<RENDERRESULT>{RENDERRESULT_OK});
-  EXPECT_EQ(folder_->FileCount(), 0u);
+  EXPECT_EQ(folder_.Entries(), 0u);
 }
 
 } // namespace

@@ -114,27 +114,4 @@ TEST_F(RaysTest, RecordsEndWhereTheirNumbersDo) {
   EXPECT_TRUE(data.AddRecord(RenderObjectRecord(), &index) && index == 65534);
 }
 
-TEST_F(RaysTest, EachRefusedBlockIsNoticedAndNothingLeaks) {
-  const LLONG before = app.Live().blocks;
-  oracle::Thread thread;
-  LONG refused = 0;
-  for (bool done = false; !done; ++refused) {
-    ASSERT_LT(refused, 50);
-    const host::ModuleScope asModule;
-    VoxelData data;
-    UWORD index = 0;
-    app.GetFaults().FailAt(host::Fault::Allocation, refused + 1);
-    done = data.AddRecord(RenderObjectRecord(), &index);
-    for (int i = 0; done && i < 300; ++i) done = data.AddItem(LVector(i, i % 7, i % 11), 0.5, index, kGrey);
-    done = done && BuildGrid(data);
-    app.GetFaults().Clear();
-    TracedRay ray; // meets the items of a whole grid, and takes no harm from what a failed build left
-    ray.end = LVector(1e20, 0, 0);
-    EXPECT_EQ(Trace(data, ray, thread.For(kRayShadow), NULL).transmission < 1.0, done);
-    data.Clear();
-    EXPECT_EQ(app.Live().blocks, before) << "block " << refused + 1;
-  }
-  EXPECT_GT(refused, 8) << "records, items, nodes, root, grid, table, leaves and lists at least";
-}
-
 } // namespace rays

@@ -1,5 +1,5 @@
-// What a ray must see, found the plain way: lists in ordinary vectors, every sphere tested with the
-// prescribed roundings, opacities in long double. Shared by the tests and the fuzz target.
+// What a ray must see, found the plain way: lists in ordinary vectors, every sphere tested with the tracer's
+// own roundings to 32 bits, opacities in long double. Shared by the tests and the fuzz target.
 #pragma once
 
 #include "object/render/voxel_trace.h"

@@ -3,8 +3,6 @@
 
 #include "object/render/render_record.h"
 
-#include <set>
-
 namespace rays {
 
 TEST_F(RaysTest, NumbersHaveDefaultsAndBounds) {

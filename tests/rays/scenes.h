@@ -1,12 +1,11 @@
 // Scenes and rays of every awkward kind, from a fixed seed.
 #pragma once
 
+#include "support/common.h"
 #include "tests/rays/oracle.h"
 
 #include "host/application.h"
 #include "host/base/module_scope.h"
-
-#include <gtest/gtest.h>
 
 #include <random>
 

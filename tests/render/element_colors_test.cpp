@@ -1,5 +1,5 @@
 // Points that a shader colours by their number, as hair and point renderers do.
-#include "render/render_fixture.h"
+#include "support/render_fixture.h"
 
 namespace {
 
@@ -36,34 +36,6 @@ TEST_F(ElementColorTest, EachPointTakesTheColourOfItsNumber) {
   ExpectNear(Colour(shot, 2), Vector(1.0)); // beyond the table
   ExpectNear(shot.At(0, 0), kBehind);
   EXPECT_EQ(Render().samples, shot.samples) << "the table was freed and made again";
-}
-
-TEST_F(ElementColorTest, WithoutALinkAllAreWhite) {
-  NEEDS_SURFACES();
-  const Shot shot = Render();
-  for (LONG i = 0; i < 3; ++i) ExpectNear(Colour(shot, i), Vector(1.0));
-}
-
-TEST_F(ElementColorTest, PointsWithoutAShaderAreNotSeen) {
-  NEEDS_SURFACES();
-  shader_->Remove();
-  BaseShader::Free(shader_);
-  ExpectNear(Colour(Render(), 1), kBehind);
-}
-
-TEST_F(ElementColorTest, TheShaderIsSavedWithItsObject) {
-  shader_->GetDataInstance()->SetLink(kShaderObject, op_);
-  std::string error;
-  ASSERT_TRUE(application_.SaveScene(doc_, Path("colours.scene"), &error)) << error;
-  BaseDocument* loaded = application_.LoadScene(Path("colours.scene"), &error);
-  ASSERT_NE(loaded, nullptr) << error;
-  BaseObject* points = loaded->GetFirstObject();
-  while (points && points->GetType() != Opolygon) points = points->GetNext();
-  ASSERT_NE(points, nullptr);
-  ASSERT_NE(points->GetFirstShader(), nullptr);
-  BaseList2D* linked = points->GetFirstShader()->GetDataInstance()->GetLink(kShaderObject, loaded);
-  ASSERT_NE(linked, nullptr);
-  EXPECT_EQ(linked->GetDocument(), loaded);
 }
 
 } // namespace

@@ -1,5 +1,5 @@
 // Points together with surfaces and lights.
-#include "render_fixture.h"
+#include "support/render_fixture.h"
 
 namespace {
 
@@ -30,18 +30,6 @@ TEST_F(Surfaces, WhatIsNearerCovers) {
       op->Remove();
       BaseObject::Free(op);
     }
-  }
-}
-
-TEST_F(Surfaces, SoftDepthSoftensTheContact) {
-  Add({{Vector(), 255, 0, 0}});
-  AddWall(0).SetVector(host::kSurfaceColor, Vector(0, 1, 0));
-  // The wall goes through the centre: one radius behind the entry.
-  const std::pair<double, double> cases[] = {{0.0, 1.0}, {0.25, 1.0}, {0.5, 1.0}, {1.0, 0.5}, {2.0, 0.25}};
-  for (const auto& [soft, opacity] : cases) {
-    SCOPED_TRACE(soft);
-    Data().SetReal(KELVRA_SOFT_DEPTH, soft);
-    ExpectNear(Render().Middle(), kRed * opacity + Vector(0, 1, 0) * (1 - opacity));
   }
 }
 

@@ -1,7 +1,5 @@
 // What a picture shows of points: where they are, how they cover each other, whose they are.
-#include "render_fixture.h"
-
-#include <limits>
+#include "support/render_fixture.h"
 
 namespace {
 
@@ -54,50 +52,6 @@ TEST_F(Picture, XIsRightYIsUpAndZIsAway) {
   EXPECT_LT(away.count * 3, up.count) << "twice as far is a quarter of the size";
   EXPECT_LT(away.x, 12);
   EXPECT_GT(away.y, 20);
-}
-
-TEST_F(Picture, TheNearerOfTwoOpaquePointsIsSeen) {
-  for (const bool redFirst : {true, false}) {
-    SCOPED_TRACE(redFirst);
-    const Dot red = {Vector(0, 0, -2), 255, 0, 0}, green = {Vector(0, 0, 3), 0, 255, 0};
-    BaseObject* cloud = host::CreateObjectFromMenu(doc_, kCloud);
-    MakePlain(cloud->GetDataInstance());
-    AddTo(cloud, redFirst ? std::vector<Dot>{red, green} : std::vector<Dot>{green, red});
-    const Shot shot = Render();
-    ExpectNear(shot.Middle(), kRed);
-    EXPECT_FLOAT_EQ(shot.Alpha(16, 16), 1.0f);
-    cloud->Remove();
-    BaseObject::Free(cloud);
-  }
-}
-
-TEST_F(Picture, OpacityIsTakenFromWhatLiesBehind) {
-  const struct {
-    double transparency, bias;
-    bool second;
-    Vector color;
-    double alpha;
-  } cases[] = {
-      {0.5, 1.0, false, kRed * 0.5 + kBehind * 0.5, 0.5},
-      {0.75, 1.0, false, kRed * 0.25 + kBehind * 0.75, 0.25},
-      {1.0, 1.0, false, kBehind, 0.0},
-      {0.0, 0.5, false, kRed, 1.0}, // through the centre the bias does not count
-      // What passes shrinks by the opacity itself, not by its share of what was left.
-      {0.75, 1.0, true, (kRed + kGreen) * 0.25 + kBehind * 0.5, 0.5},
-      {0.25, 1.0, true, kRed * 0.75 + kGreen * 0.25, 1.0},
-  };
-  Add({{Vector(), 255, 0, 0}});
-  BaseObject* second = NULL;
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.transparency);
-    if (c.second && !second) second = AddBuilt(Matrix(), {{Vector(0, 0, 4), 0, 255, 0}});
-    Data().SetReal(KELVRA_TRANSPARENCY, c.transparency);
-    if (second) second->GetDataInstance()->SetReal(KELVRA_TRANSPARENCY, c.transparency);
-    Data().SetReal(KELVRA_EDGE_BIAS, c.bias);
-    const Shot shot = Render();
-    ExpectNear(shot.Middle(), c.color);
-    EXPECT_NEAR(shot.Alpha(16, 16), c.alpha, 1e-6);
-  }
 }
 
 TEST_F(Picture, TheShareLimitsThePoints) {

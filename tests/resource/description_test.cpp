@@ -1,8 +1,6 @@
-#include "resource/temporary_folder.h"
+#include "support/resource_files.h"
 
 #include "host/resource/resource_folder.h"
-
-#include <cmath>
 
 using namespace host::resource;
 
@@ -22,7 +20,7 @@ protected:
     return folder_.LoadDescription("Xtest", &error_);
   }
 
-  TemporaryFolder temporary_;
+  ResourceFiles temporary_;
   ResourceFolder folder_;
   std::string error_;
 };

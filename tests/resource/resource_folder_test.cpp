@@ -1,4 +1,4 @@
-#include "resource/temporary_folder.h"
+#include "support/resource_files.h"
 
 #include "host/resource/resource_check.h"
 #include "host/resource/resource_folder.h"
@@ -6,7 +6,7 @@
 using namespace host::resource;
 
 TEST(ResourceFolder, FallsBackTextByText) {
-  TemporaryFolder temporary;
+  ResourceFiles temporary;
   temporary.Write("c4d_symbols.h", "enum { IDS_A = 10000, IDS_B, IDS_C };");
   temporary.Write("strings_us/c4d_strings.str", "STRINGTABLE { IDS_A \"one\"; IDS_B \"two\"; }");
   temporary.Write("strings_de/c4d_strings.str", "STRINGTABLE { IDS_A \"eins\"; }");
@@ -22,7 +22,7 @@ TEST(ResourceFolder, FallsBackTextByText) {
 }
 
 TEST(ResourceFolder, ReportsWhatIsMissingOrMisnamed) {
-  TemporaryFolder temporary;
+  ResourceFiles temporary;
   ResourceFolder folder;
   std::string error;
   EXPECT_FALSE(folder.Open(temporary.Path() / "nowhere", "us", &error));
@@ -43,26 +43,6 @@ TEST(ResourceFolder, ReportsWhatIsMissingOrMisnamed) {
     ASSERT_TRUE(base) << error;
     EXPECT_TRUE(base->missingTexts.empty()) << name << ": " << base->missingTexts[0];
   }
-}
-
-TEST(ResourceFolder, StopsAtIncludesInACircleAndAtDeepOnes) {
-  TemporaryFolder temporary;
-  ResourceFolder folder;
-  std::string error;
-  ASSERT_TRUE(folder.Open(temporary.Path(), "us", &error)) << error;
-  for (int i = 0; i < 40; ++i) {
-    const std::string name = "x" + std::to_string(i);
-    std::string container = "CONTAINER " + name;
-    container.append(" { INCLUDE x").append(std::to_string((i + 1) % 40)).append("; }");
-    temporary.WriteDescription(name, "enum { };", container, "STRINGTABLE { }");
-  }
-  EXPECT_FALSE(folder.LoadDescription("x0", &error));
-  EXPECT_NE(error.find("deeper than the 16 levels"), std::string::npos) << error;
-  temporary.Write("description/x2.res", "CONTAINER x2 { INCLUDE x0; }");
-  EXPECT_FALSE(folder.LoadDescription("x0", &error));
-  EXPECT_NE(error.find("x0 includes itself"), std::string::npos) << error;
-  temporary.Write("description/x2.res", "CONTAINER x2 { }");
-  EXPECT_TRUE(folder.LoadDescription("x0", &error)) << error;
 }
 
 TEST(ResourceCheck, FindsEveryKindOfSlip) {
@@ -90,7 +70,7 @@ TEST(ResourceCheck, FindsEveryKindOfSlip) {
       {"REAL A { MIN x; }", "A \"a\";", "xtest.res:1:44: expected a number, found 'x'"},
   };
   for (const auto& each : cases) {
-    TemporaryFolder temporary;
+    ResourceFiles temporary;
     temporary.WriteDescription("xtest", "enum { A = 1000, B, C };",
                                std::string("CONTAINER Xtest { NAME Xtest; ") + each.body + " }",
                                std::string("STRINGTABLE Xtest { Xtest \"x\"; ") + each.strings + " }");

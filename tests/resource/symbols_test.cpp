@@ -1,6 +1,5 @@
 #include "host/resource/symbols.h"
-
-#include <gtest/gtest.h>
+#include "support/common.h"
 
 using namespace host::resource;
 

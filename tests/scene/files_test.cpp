@@ -1,10 +1,7 @@
-#include "scene/scratch.h"
+#include "support/folder.h"
 
 #include "c4d.h"
 #include "host/application.h"
-
-#include <algorithm>
-#include <set>
 
 namespace {
 
@@ -17,7 +14,6 @@ protected:
   void TearDown() override {
     EXPECT_EQ(application_.Live().files, 0) << "whatever failed, everything was freed";
     EXPECT_TRUE(application_.Misbehaviour().empty());
-    Scratch::TearDown();
   }
 
   host::Application application_;
@@ -38,7 +34,7 @@ TEST_F(Files, PiecesOfEverySizeReadBackWhateverTheBufferHolds) {
     ASSERT_EQ(out->GetPosition(), (LLONG)done);
   }
   ASSERT_TRUE(out->Close());
-  EXPECT_TRUE(Bytes(path) == data);
+  EXPECT_TRUE(Read(path) == data);
 
   AutoAlloc<BaseFile> in;
   ASSERT_TRUE(in->Open(Name(path)));
@@ -53,7 +49,7 @@ TEST_F(Files, PiecesOfEverySizeReadBackWhateverTheBufferHolds) {
 }
 
 TEST_F(Files, TheEndIsAnErrorOnlyWhenAllWasNeeded) {
-  PutBytes(Path("ten"), "0123456789");
+  Write("ten", "0123456789");
   char buffer[32];
   AutoAlloc<BaseFile> file;
   ASSERT_TRUE(file->Open(Name(Path("ten"))));
@@ -69,26 +65,7 @@ TEST_F(Files, TheEndIsAnErrorOnlyWhenAllWasNeeded) {
   EXPECT_FALSE(file->WriteBytes("x", 1)) << "opened for reading";
 }
 
-TEST_F(Files, AppendingAndOverwritingMixWithReading) {
-  PutBytes(Path("mixed"), "abcdef");
-  AutoAlloc<BaseFile> end;
-  ASSERT_TRUE(end->Open(Name(Path("mixed")), FILEOPEN_APPEND));
-  ASSERT_TRUE(end->WriteBytes("gh", 2));
-  ASSERT_TRUE(end->Close());
-  AutoAlloc<BaseFile> both;
-  char read[9] = {};
-  ASSERT_TRUE(both->Open(Name(Path("mixed")), FILEOPEN_READWRITE));
-  ASSERT_EQ(both->ReadBytes(read, 2), 2);
-  ASSERT_TRUE(both->WriteBytes("XY", 2));
-  ASSERT_EQ(both->ReadBytes(read + 2, 1), 1);
-  ASSERT_TRUE(both->Seek(0, FILESEEK_START));
-  ASSERT_EQ(both->ReadBytes(read, 8), 8);
-  EXPECT_STREQ(read, "abXYefgh");
-  ASSERT_TRUE(both->Close());
-  EXPECT_EQ(Bytes(Path("mixed")), "abXYefgh");
-}
-
-TEST_F(Files, AFullDiskIsToldAndSticks) {
+TEST_F(Files, AFullDiskIsReportedAndSticks) {
   AutoAlloc<BaseFile> file;
   ASSERT_TRUE(file->Open(Name(Path("full")), FILEOPEN_WRITE));
   ASSERT_TRUE(file->WriteBytes("buffered", 8));
@@ -106,8 +83,7 @@ TEST_F(Files, AFullDiskIsToldAndSticks) {
 
 TEST_F(Files, WhatIsNoFileDoesNotOpen) {
   AutoAlloc<BaseFile> file;
-  for (const std::string& path :
-       {std::string(), Path("missing"), folder_.string(), std::string("/dev/null")}) {
+  for (const std::string& path : {std::string(), Path("missing"), folder_.Name(), std::string("/dev/null")}) {
     EXPECT_FALSE(file->Open(Name(path))) << path;
     EXPECT_EQ(file->GetError(), FILEERROR_OPEN);
     EXPECT_EQ(file->TryReadBytes(&file, 1), 0);
@@ -116,11 +92,11 @@ TEST_F(Files, WhatIsNoFileDoesNotOpen) {
 }
 
 TEST_F(Files, FoldersAreListedByName) {
-  PutBytes(Path("\xc3\xbc.las"), "12345");
-  PutBytes(Path(".hidden"), "");
-  std::filesystem::create_directory(folder_ / "inner");
+  Write("\xc3\xbc.las", "12345");
+  Write(".hidden", "");
+  std::filesystem::create_directory(Path("inner"));
   AutoAlloc<BrowseFiles> listing;
-  listing->Init(Name(folder_.string()), 0);
+  listing->Init(Name(folder_.Name()), 0);
   std::set<std::string> seen;
   while (listing->GetNext()) {
     CHAR* name = listing->GetFilename().GetString().GetCStringCopy(STRINGENCODING_UTF8);
@@ -134,17 +110,17 @@ TEST_F(Files, FoldersAreListedByName) {
 }
 
 TEST_F(Files, ExistKillAndRenameTellFilesFromFolders) {
-  PutBytes(Path("a"), "a");
-  PutBytes(Path("b"), "b");
+  Write("a", "a");
+  Write("b", "b");
   EXPECT_TRUE(GeFExist(Name(Path("a"))));
   EXPECT_FALSE(GeFExist(Name(Path("a")), TRUE));
-  EXPECT_FALSE(GeFExist(Name(folder_.string())));
-  EXPECT_TRUE(GeFExist(Name(folder_.string()), TRUE));
-  EXPECT_FALSE(GeFKill(Name(folder_.string())));
-  std::filesystem::create_directory(folder_ / "folder");
+  EXPECT_FALSE(GeFExist(Name(folder_.Name())));
+  EXPECT_TRUE(GeFExist(Name(folder_.Name()), TRUE));
+  EXPECT_FALSE(GeFKill(Name(folder_.Name())));
+  std::filesystem::create_directory(Path("folder"));
   EXPECT_FALSE(GeFRename(Name(Path("a")), Name(Path("folder/a")))) << "within one folder only";
   EXPECT_TRUE(GeFRename(Name(Path("a")), Name(Path("b"))));
-  EXPECT_EQ(Bytes(Path("b")), "a");
+  EXPECT_EQ(Read(Path("b")), "a");
   EXPECT_TRUE(GeFKill(Name(Path("b"))));
   EXPECT_FALSE(GeFKill(Name(Path("b"))));
   EXPECT_FALSE(GeFRename(Name(Path("b")), Name(Path("c"))));
@@ -187,7 +163,7 @@ TEST_F(Files, OwnStreamsRefuseWrongUse) {
   EXPECT_FALSE(outside->WriteLong(1));
   EXPECT_EQ(outside->GetError(), FILEERROR_VALUE_NO_CHUNK);
   EXPECT_FALSE(outside->Close());
-  EXPECT_EQ(FilesInFolder(), 0u) << "a stream with an error leaves no file";
+  EXPECT_EQ(folder_.Entries(), 0u) << "a stream with an error leaves no file";
 
   AutoAlloc<HyperFile> open;
   ASSERT_TRUE(open->Open(1, Name(Path("s")), FILEOPEN_WRITE, FILEDIALOG_NONE));

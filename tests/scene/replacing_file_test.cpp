@@ -1,12 +1,10 @@
-#include "scene/scratch.h"
-
 #include "host/base/faults.h"
 #include "host/base/replacing_file.h"
+#include "support/folder.h"
 
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
-#include <tuple>
 
 namespace {
 
@@ -28,16 +26,16 @@ protected:
 
 TEST_F(Replacing, OnlyAFileOrNothingIsReplaced) {
   fs::create_directory(Path("folder"));
-  PutBytes(Path("file"), "old");
-  PutBytes(Path("protected"), "old");
+  Write("file", "old");
+  Write("protected", "old");
   fs::permissions(Path("protected"), fs::perms::owner_read);
-  PutBytes(Path("foreign"), "old");
+  Write("foreign", "old");
   const bool superuser = ::geteuid() == 0 && ::chown(Path("foreign").c_str(), 1, 1) == 0;
   ASSERT_EQ(::mkfifo(Path("pipe").c_str(), 0600), 0);
   fs::create_symlink("folder", Path("to folder"));
   fs::create_symlink("circle", Path("circle"));
   fs::create_symlink("/proc/self/fd/1", Path("output"));
-  const std::size_t files = FilesInFolder();
+  const std::size_t files = folder_.Entries();
   const std::pair<std::string, std::string> cases[] = {
       {"missing/a", "the folder \"" + Path("missing") + "\" doesn't exist"},
       {"file/a", "\"" + Path("file") + "\" is not a folder"},
@@ -54,15 +52,15 @@ TEST_F(Replacing, OnlyAFileOrNothingIsReplaced) {
       {std::string(300, 'a'), "File name too long"},
   };
   for (const auto& [name, reason] : cases) EXPECT_EQ(Put(name), reason) << name;
-  EXPECT_EQ(FilesInFolder(), files);
-  EXPECT_EQ(Bytes(Path("protected")), "old");
+  EXPECT_EQ(folder_.Entries(), files);
+  EXPECT_EQ(Read(Path("protected")), "old");
   EXPECT_EQ(Put("protected", ProtectedFiles::Replace), "");
-  EXPECT_EQ(Bytes(Path("protected")), "new");
+  EXPECT_EQ(Read(Path("protected")), "new");
 }
 
 TEST_F(Replacing, LinksStayAndRightsAreKept) {
   fs::create_directory(Path("folder"));
-  PutBytes(Path("folder/file"), "old");
+  Write("folder/file", "old");
   fs::permissions(Path("folder/file"), (fs::perms)0640);
   const std::pair<const char*, const char*> links[] = {
       {"inner", "folder/next"}, {"folder/next", "file"}, {"new", "folder/made"}};
@@ -70,13 +68,13 @@ TEST_F(Replacing, LinksStayAndRightsAreKept) {
   EXPECT_EQ(Put("inner"), "");
   EXPECT_EQ(Put("new"), "");
   for (const auto& [link, target] : links) EXPECT_EQ(fs::read_symlink(Path(link)), target);
-  EXPECT_EQ(Bytes(Path("folder/file")) + Bytes(Path("folder/made")), "newnew");
+  EXPECT_EQ(Read(Path("folder/file")) + Read(Path("folder/made")), "newnew");
   EXPECT_EQ(fs::status(Path("folder/file")).permissions(), (fs::perms)0640);
-  EXPECT_EQ(FilesInFolder(), 3u);
+  EXPECT_EQ(folder_.Entries(), 3u);
 }
 
 TEST_F(Replacing, TheOldFileStaysWholeUnlessTheNewOneIs) {
-  PutBytes(Path("file"), "old");
+  Write("file", "old");
   host::Faults faults;
   std::string reason;
   for (int write = 1; write <= 2; ++write) { // the bytes themselves, and keeping them
@@ -93,8 +91,8 @@ TEST_F(Replacing, TheOldFileStaysWholeUnlessTheNewOneIs) {
     EXPECT_FALSE(refused.Commit(&reason));
     EXPECT_EQ(reason, "Is a directory");
   }
-  EXPECT_EQ(Bytes(Path("file")), "old");
-  EXPECT_EQ(FilesInFolder(), 2u) << "no temporary file stays";
+  EXPECT_EQ(Read(Path("file")), "old");
+  EXPECT_EQ(folder_.Entries(), 2u) << "no temporary file stays";
 }
 
 TEST_F(Replacing, OnlyTemporaryFilesOfDeadProcessesOfThisComputerAreRemoved) {
@@ -108,14 +106,14 @@ TEST_F(Replacing, OnlyTemporaryFilesOfDeadProcessesOfThisComputerAreRemoved) {
   const std::string locked = dead + "1" + here;
   const std::string kept[] = {"file.part",       "file.tmp",         dead + "0@elsewhere.tmp",
                               dead + "x" + here, ".save-1-0" + here, locked};
-  for (const std::string& name : kept) PutBytes(Path(name), "kept");
-  PutBytes(Path(dead + "0" + here), "left behind");
+  for (const std::string& name : kept) Write(name, "kept");
+  Write(dead + "0" + here, "left behind");
   const int handle = ::open(Path(locked).c_str(), O_RDONLY);
   ASSERT_EQ(::flock(handle, LOCK_EX | LOCK_NB), 0);
   EXPECT_EQ(Put("file"), "");
   ::close(handle);
-  for (const std::string& name : kept) EXPECT_EQ(Bytes(Path(name)), "kept") << name;
-  EXPECT_EQ(FilesInFolder(), std::size(kept) + 1);
+  for (const std::string& name : kept) EXPECT_EQ(Read(Path(name)), "kept") << name;
+  EXPECT_EQ(folder_.Entries(), std::size(kept) + 1);
 }
 
 } // namespace

@@ -1,14 +1,10 @@
-#include "scene/scratch.h"
-#include "scene/test_plugins.h"
+#include "support/clean.h"
+#include "support/payload_plugins.h"
+#include "support/sealed_scene.h"
 
 #include "host/application.h"
-#include "host/scene/checksum.h"
-#include "host/scene/scene_file.h"
 #include "host/scene/stream_visitor.h"
 #include "host/viewport.h"
-
-#include <algorithm>
-#include <memory>
 
 using host::Application;
 
@@ -17,14 +13,12 @@ namespace {
 class SceneFile : public Scratch {
 protected:
   void SetUp() override {
-    Scratch::SetUp();
     twist = Twist::None;
     Start(true);
   }
   void TearDown() override {
     for (const std::string& line : application_->Misbehaviour()) ADD_FAILURE() << line;
     application_.reset();
-    Scratch::TearDown();
   }
 
   /** Another run of the application, with or without the plug-ins. */
@@ -78,35 +72,13 @@ protected:
   std::string Save(BaseDocument* doc, const std::string& name) {
     std::string error;
     EXPECT_TRUE(application_->SaveScene(doc, Path(name), &error)) << error;
-    return Bytes(Path(name));
+    return Read(Path(name));
   }
   BaseDocument* Load(const std::string& name) {
     std::string error;
     BaseDocument* doc = application_->LoadScene(Path(name), &error);
     EXPECT_NE(doc, nullptr) << error;
     return doc;
-  }
-  /** The line of a load that must fail, without the file's name. */
-  std::string Refusal(const std::string& bytes) {
-    host::ByteSource source;
-    std::string error;
-    EXPECT_TRUE(source.OpenMemory(bytes.data(), bytes.size()));
-    BaseDocument* doc = host::ReadSceneStream(source, &error);
-    EXPECT_EQ(doc, nullptr);
-    if (doc) BaseDocument::Free(doc);
-    EXPECT_FALSE(error.empty());
-    EXPECT_EQ(error.find('\n'), std::string::npos);
-    return error;
-  }
-  /** Gives changed bytes the length and checksum that belong to them. */
-  static std::string Sealed(std::string bytes) {
-    const std::uint64_t length = bytes.size();
-    std::memcpy(&bytes[length - 16], &length, 8);
-    host::Checksum checksum;
-    checksum.Update(bytes.data(), (std::size_t)length - 8);
-    const std::uint64_t value = checksum.Value();
-    std::memcpy(&bytes[length - 8], &value, 8);
-    return bytes;
   }
 
   std::unique_ptr<Application> application_;
@@ -190,8 +162,8 @@ TEST_F(SceneFile, ClonesTravelWithTheirTag) {
 
 TEST_F(SceneFile, ATruncatedFileIsRefusedAtEveryLength) {
   const std::string saved = Save(MakeDocument(), "a.scene");
-  for (std::size_t size = 0; size < saved.size(); ++size) Refusal(saved.substr(0, size));
-  EXPECT_EQ(Refusal(saved.substr(0, saved.size() - 1)),
+  for (std::size_t size = 0; size < saved.size(); ++size) RefusedScene(saved.substr(0, size));
+  EXPECT_EQ(RefusedScene(saved.substr(0, saved.size() - 1)),
             "offset " + std::to_string(saved.size() - 21) +
                 ": found 02 48 45 4e, expected the end mark \"HEND\": " + "the file is truncated or damaged");
 }
@@ -201,7 +173,7 @@ TEST_F(SceneFile, AChangedBitIsNeverLoaded) {
   for (std::size_t at = 0; at < saved.size(); ++at) {
     std::string bytes = saved;
     bytes[at] = (char)(bytes[at] ^ (1 << (at % 8)));
-    Refusal(bytes);
+    RefusedScene(bytes);
   }
 }
 
@@ -228,28 +200,28 @@ TEST_F(SceneFile, EachFaultOfTheFrameHasItsOwnLine) {
     std::string all = saved;
     return all.replace(at, bytes.size(), bytes);
   };
-  EXPECT_EQ(Refusal(changed(0, "LASF")),
+  EXPECT_EQ(RefusedScene(changed(0, "LASF")),
             "offset 0: found \"LASF\", expected \"HSCN\": this is not a scene file");
-  EXPECT_EQ(Refusal(changed(4, std::string("\2\0\0\0", 4))),
+  EXPECT_EQ(RefusedScene(changed(4, std::string("\2\0\0\0", 4))),
             "offset 4: found format version 2, expected version 1 to 1: a newer program wrote this file");
-  EXPECT_NE(Refusal(changed(8, "xxxx")).find("offset 8: found ident"), std::string::npos);
-  EXPECT_NE(
-      Refusal(saved.substr(0, 100) + saved.substr(101)).find("a length of " + std::to_string(saved.size())),
-      std::string::npos);
-  EXPECT_NE(Refusal(changed(saved.size() - 8, "????????")).find("checksum 3f3f3f3f3f3f3f3f, expected"),
+  EXPECT_NE(RefusedScene(changed(8, "xxxx")).find("offset 8: found ident"), std::string::npos);
+  EXPECT_NE(RefusedScene(saved.substr(0, 100) + saved.substr(101))
+                .find("a length of " + std::to_string(saved.size())),
             std::string::npos);
-  EXPECT_NE(Refusal("").find("truncated"), std::string::npos);
-  EXPECT_NE(Refusal(Sealed(saved.substr(0, saved.size() - 20) + "x" + saved.substr(saved.size() - 20)))
+  EXPECT_NE(RefusedScene(changed(saved.size() - 8, "????????")).find("checksum 3f3f3f3f3f3f3f3f, expected"),
+            std::string::npos);
+  EXPECT_NE(RefusedScene("").find("truncated"), std::string::npos);
+  EXPECT_NE(RefusedScene(Sealed(saved.substr(0, saved.size() - 20) + "x" + saved.substr(saved.size() - 20)))
                 .find("found 1 more bytes"),
             std::string::npos);
-  EXPECT_NE(Refusal(changed(12, std::string(1, '\x63'))).find("checksum shows that the file is damaged"),
+  EXPECT_NE(RefusedScene(changed(12, std::string(1, '\x63'))).find("checksum shows that the file is damaged"),
             std::string::npos);
 }
 
 TEST_F(SceneFile, AFailedLoadLeavesTheOpenDocumentAlone) {
   BaseDocument* doc = MakeDocument();
   const std::string saved = Save(doc, "a.scene");
-  PutBytes(Path("bad.scene"), saved.substr(0, saved.size() / 2));
+  Write("bad.scene", saved.substr(0, saved.size() / 2));
   const host::LiveCounts before = application_->Live();
   std::string error;
   EXPECT_EQ(application_->LoadScene(Path("bad.scene"), &error), nullptr);
@@ -265,21 +237,17 @@ TEST_F(SceneFile, AFullDiskAtAnyWriteKeepsTheOldScene) {
   BaseDocument* doc = MakeDocument();
   const std::string old = Save(doc, "a.scene");
   PayloadOf(doc->GetFirstObject()->GetDown()).reals.assign(300000, 1.0f); // several writes
-  int failures = 0;
-  for (int n = 1; n < 100; ++n) {
-    std::string error;
-    application_->GetFaults().FailAt(host::Fault::FileWrite, n);
-    const bool saved = application_->SaveScene(doc, Path("a.scene"), &error);
-    application_->GetFaults().Clear();
-    EXPECT_EQ(FilesInFolder(), 1u) << "no temporary file stays";
-    if (saved) break;
-    ++failures;
+  std::string error;
+  const auto save = [&] { application_->SaveScene(doc, Path("a.scene"), &error); };
+  const int failures = FailEach(*application_, host::Fault::FileWrite, save, [&](bool struck) {
+    EXPECT_EQ(folder_.Entries(), 1u) << "no temporary file stays";
+    if (!struck) return;
     EXPECT_NE(error.find("No space left on device"), std::string::npos) << error;
     EXPECT_EQ(error.find(Path("a.scene") + ": "), 0u) << error;
-    EXPECT_TRUE(Bytes(Path("a.scene")) == old) << n;
-  }
+    EXPECT_TRUE(Read(Path("a.scene")) == old);
+  });
   EXPECT_GE(failures, 5);
-  EXPECT_GT(Bytes(Path("a.scene")).size(), 1200000u);
+  EXPECT_GT(Read(Path("a.scene")).size(), 1200000u);
 }
 
 TEST_F(SceneFile, PlugInsThatMisbehaveWhileSavingFailTheSaveByName) {
@@ -298,7 +266,7 @@ TEST_F(SceneFile, PlugInsThatMisbehaveWhileSavingFailTheSaveByName) {
     EXPECT_FALSE(application_->SaveScene(doc, Path("a.scene"), &error));
     EXPECT_NE(error.find("object \"F\xc3\xafrst\" (type 1099001): "), std::string::npos) << error;
     EXPECT_NE(error.find(c.text), std::string::npos) << error;
-    EXPECT_TRUE(Bytes(Path("a.scene")) == old);
+    EXPECT_TRUE(Read(Path("a.scene")) == old);
   }
 }
 

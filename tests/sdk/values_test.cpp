@@ -1,11 +1,7 @@
 // Values of the plug-in interface: text, paths, containers, arrays, vectors.
 #include "c4d.h"
 #include "host/application.h"
-
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <string>
+#include "support/common.h"
 
 namespace {
 
@@ -27,6 +23,7 @@ TEST_F(SdkValues, TextKeepsCharactersBeyondAscii) {
   EXPECT_EQ(Utf8(s), "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80");
   EXPECT_EQ(Utf8(String("a\xFFz")), "a\xC3\xBFz") << "a byte that is no UTF-8 is taken as Latin-1";
   EXPECT_EQ(String("a\xC0\x80z").GetLength(), 4) << "an overlong form is no character";
+  EXPECT_EQ(String("a\xE0\x80\x80z").GetLength(), 5);
 }
 
 TEST_F(SdkValues, SubStringsAreCutToTheText) {
@@ -38,7 +35,7 @@ TEST_F(SdkValues, SubStringsAreCutToTheText) {
     EXPECT_FALSE(cut.Content());
 }
 
-TEST_F(SdkValues, FindingStartsWhereItIsTold) {
+TEST_F(SdkValues, FindingStartsAtTheGivenPlace) {
   const String s("a{b}{c}");
   LONG at = -1;
   ASSERT_TRUE(s.FindFirst("{", &at, 2));

@@ -1,4 +1,4 @@
-#include "store/store_fixture.h"
+#include "support/store_fixture.h"
 
 #include "cloud/number_text.h"
 #include "cloud/store_text.h"
@@ -18,7 +18,7 @@ protected:
     AutoAlloc<BaseFile> file;
     EXPECT_TRUE(file->Open(Filename(Path("out").c_str()), FILEOPEN_WRITE, FILEDIALOG_NONE));
     EXPECT_TRUE(ExportText(store, {200.0, everyNth, transformation}, file) && file->Close());
-    return Bytes(Path("out"));
+    return Read(Path("out"));
   }
   PointStore store;
 };

@@ -1,7 +1,5 @@
 #include "cloud/point_header.h"
-
-#include <cmath>
-#include <gtest/gtest.h>
+#include "support/common.h"
 
 namespace kelvra {
 namespace {

@@ -1,4 +1,4 @@
-#include "store/store_fixture.h"
+#include "support/store_fixture.h"
 
 namespace kelvra {
 namespace {
@@ -93,16 +93,6 @@ TEST_F(Persistence, RefusedCountIsNamedWithItsBounds) {
   EXPECT_FALSE(ReadBack(read, r, 1));
   ASSERT_EQ(app.GetConsole().Lines().size(), 1u);
   EXPECT_EQ(app.GetConsole().Lines()[0], "the scene has a block of -1 points, expected 1 to 715827882");
-}
-
-TEST_F(Persistence, RefusedArrayFailsTheRead) {
-  Recording r;
-  ASSERT_TRUE(r.Record(MakeBlock(4)));
-  for (LONG n = 1; n <= 4; ++n) {
-    PointBlock read;
-    EXPECT_FALSE(ReadBack(read, r, r.items.size(), n)) << n;
-    EXPECT_TRUE(read.count == 0 && !read.positions) << n;
-  }
 }
 
 } // namespace

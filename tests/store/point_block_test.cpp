@@ -1,4 +1,4 @@
-#include "store/store_fixture.h"
+#include "support/store_fixture.h"
 
 #include "cloud/block_fill.h"
 

@@ -1,14 +1,8 @@
 // Numbers out of text, beside the C library's own reading of the same bytes.
+#include "support/common.h"
 #include "text/number_parse.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
-#include <cstdlib>
-#include <cstring>
 #include <random>
-#include <string>
 
 namespace {
 

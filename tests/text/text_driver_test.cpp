@@ -1,17 +1,6 @@
 // Whole files: lines, thinning, the state of the format, filters, growth, progress.
+#include "support/common.h"
 #include "text/text_driver.h"
-
-#include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
-
-#include <algorithm>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <string>
-#include <utility>
-#include <vector>
 
 namespace {
 
@@ -141,32 +130,6 @@ TEST(TextDriver, TellsWhatAFileLooksLike) {
   EXPECT_TRUE(Loading(std::string("1\0 \0002\0\n", 7), 1, false, 1).looksUtf16);
   EXPECT_TRUE(Loading("\xFF\xFE").looksUtf16);
   EXPECT_FALSE(Loading("1 2 3\n").looksUtf16);
-}
-
-nlohmann::json Record(const TextPoint& p) {
-  const int colors[] = {p.r * 256 & 0xffff, p.g * 256 & 0xffff, p.b * 256 & 0xffff};
-  return {{"x", (float)p.x}, {"y", (float)p.y}, {"z", (float)p.z}, {"attrib3", colors}};
-}
-
-TEST(TextDriver, RealFilesGiveTheirPoints) {
-  namespace fs = std::filesystem;
-  if (!fs::exists(KELVRA_DATA_DIR)) GTEST_SKIP() << "no data folder";
-  int files = 0;
-  for (const fs::directory_entry& entry : fs::directory_iterator(KELVRA_DATA_DIR)) {
-    const std::string suffix = entry.path().extension().string();
-    if (std::string(".xyz .pts .txt .TXT .asc").find(suffix) == std::string::npos) continue;
-    SCOPED_TRACE(entry.path().filename());
-    std::ifstream file(entry.path(), std::ios::binary), facts(entry.path().string() + ".json");
-    const nlohmann::json outcome = nlohmann::json::parse(facts).at("outcome");
-    const Loading loaded(std::string(std::istreambuf_iterator<char>(file), {}), 1, suffix == ".pts");
-    ASSERT_EQ(loaded.count, outcome.value("points", 0));
-    if (loaded.count > 0) {
-      EXPECT_EQ(Record(loaded.points[0]), outcome.at("first"));
-      EXPECT_EQ(Record(loaded.points[loaded.count - 1]), outcome.at("last"));
-    }
-    ++files;
-  }
-  EXPECT_GT(files, 0);
 }
 
 } // namespace

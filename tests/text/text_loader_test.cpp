@@ -1,10 +1,8 @@
 // One line of each form, and the estimates.
+#include "support/common.h"
 #include "text/text_loader.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdio>
-#include <cstring>
 
 namespace {
 

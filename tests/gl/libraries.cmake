@@ -1,1 +1,0 @@
-set(libraries kelvra_host)

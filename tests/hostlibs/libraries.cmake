@@ -1,5 +1,0 @@
-set(libraries kelvra_host)
-find_package(embree 3 QUIET)
-if(TARGET embree)
-  target_compile_definitions(${target} PRIVATE HAVE_SURFACES=1)
-endif()

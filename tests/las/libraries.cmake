@@ -1,1 +1,0 @@
-set(libraries kelvra_las nlohmann_json::nlohmann_json)

@@ -1,1 +1,0 @@
-set(libraries kelvra_text nlohmann_json::nlohmann_json)
