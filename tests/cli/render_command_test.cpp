@@ -94,7 +94,7 @@ TEST_F(RenderCommand, WithoutAPointNothingIsWritten) {
 }
 
 TEST_F(RenderCommand, WhatCannotBeRenderedLeavesNoFile) {
-  for (const std::string fault : {"largeblock=1:1000", "allocation=60:100000", "userbreak=1"}) {
+  for (const std::string fault : {"allocation=60:100000", "userbreak=1"}) {
     const Result result = Render({"-o", folder_ / "none.png", "--size", "64x64", "--fault", fault});
     SCOPED_TRACE(fault + "\n" + result.out + result.err);
     EXPECT_EQ(result.status, 1);

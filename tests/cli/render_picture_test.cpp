@@ -70,26 +70,30 @@ TEST_F(RenderCommand, TheRecorderStoresEachFrameWithSixteenBits) {
 }
 
 TEST_F(RenderCommand, OnePixelIsExplainedAsItIsRendered) {
-  std::vector<std::string> view = {"--size",       "33x33",   "--supersample", "1",
-                                   "--background", "#336699", "--set",         "transparency=0.6"};
-  const double background[3] = {0x33 / 255.0, 0x66 / 255.0, 0x99 / 255.0};
-  std::vector<std::string> pixel = view;
-  view.insert(view.end(), {"-o", folder_ / "view.tif", "--depth", "32"});
-  ASSERT_EQ(Render(view).status, 0);
-  pixel.insert(pixel.end(), {"--pixel", "16,16"});
-  const Result middle = Render(pixel);
-  EXPECT_EQ(middle.status, 0) << middle.err;
-  for (const char* part : {"pixel 16,16 of 33x33", "with points, ", "hits: ", "weight "})
-    EXPECT_TRUE(Holds(middle.out, part)) << part << "\n" << middle.out;
-  double color[3], behind;
-  const std::size_t blend = middle.out.find("blend: colour (");
-  ASSERT_EQ(std::sscanf(middle.out.c_str() + std::min(blend, middle.out.size()),
-                        "blend: colour (%lf, %lf, %lf), %lf", &color[0], &color[1], &color[2], &behind),
-            4);
-  EXPECT_TRUE(behind > 0.0 && behind < 1.0) << middle.out;
+  const std::vector<std::string> view = {"--size",       "33x33",   "--supersample", "1",
+                                         "--background", "#336699", "--set",         "transparency=0.6"};
+  const auto with = [&](std::vector<std::string> options) {
+    options.insert(options.end(), view.begin(), view.end());
+    return Render(options);
+  };
+  ASSERT_EQ(with({"-o", folder_ / "view.tif", "--depth", "32"}).status, 0);
   const host::Picture picture = Read(folder_ / "view.tif");
-  for (int i = 0; i < 3; ++i)
-    EXPECT_NEAR(picture.At(16, 16)[i], color[i] + behind * background[i], 5e-6) << middle.out;
+  const double background[3] = {0x33 / 255.0, 0x66 / 255.0, 0x99 / 255.0};
+  bool through = false;
+  for (const int at : {16, 10, 22}) {
+    const std::string pixel = std::to_string(at) + ",14";
+    const std::string text = with({"--pixel", pixel}).out;
+    for (const std::string& part : {"pixel " + pixel + " of 33x33", std::string("with points, ")})
+      EXPECT_TRUE(Holds(text, part)) << part << "\n" << text;
+    double color[3], behind;
+    ASSERT_EQ(std::sscanf(text.substr(std::min(text.find("blend: "), text.size())).c_str(),
+                          "blend: colour (%lf, %lf, %lf), %lf", &color[0], &color[1], &color[2], &behind),
+              4);
+    through = through || (behind > 0.0 && behind < 1.0);
+    for (int i = 0; i < 3; ++i)
+      EXPECT_NEAR(picture.At(at, 14)[i], color[i] + behind * background[i], 5e-6) << text;
+  }
+  EXPECT_TRUE(through) << "some pixel shows points and background";
   EXPECT_TRUE(Holds(Render({"--pixel", "0,0", "--size", "33x33"}).out, "misses the points' box"));
   EXPECT_TRUE(Holds(Render({"--pixel", "0,0", "--set", "1000=0"}).out, "no points are rendered"));
 }

@@ -2,6 +2,7 @@
 
 #include "host/base/text.h"
 #include "host/picture/image.h"
+#include "host/picture/picture.h"
 #include "host/render/render_job.h"
 #include "kelvra_messages.h"
 #include "support/clean.h"

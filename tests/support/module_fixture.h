@@ -43,7 +43,7 @@ struct StoredCloud {
         block.colors.assign(from.colors, from.colors + 3 * from.count);
         block.rgb.assign(from.attrib3, from.attrib3 + 3 * from.count);
         block.flags.assign(from.attrib1, from.attrib1 + from.count);
-        block.corners = {from.bboxMin, from.bboxMax};
+        block.corners = {from.box.min, from.box.max};
         block.reals.assign(from.reals, from.reals + 4);
         for (LONG slot = 7; slot < 15; ++slot) block.reals.push_back(from.header.slots[slot]);
         blocks.push_back(block);
