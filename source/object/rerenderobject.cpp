@@ -88,6 +88,7 @@ void KelvraObject::Free(GeListNode* node) {
 }
 
 Bool KelvraObject::Read(GeListNode*, HyperFile* hf, LONG level) {
+  settingsChanged = 1;
   return store.Read(hf, level);
 }
 
@@ -98,6 +99,7 @@ Bool KelvraObject::Write(GeListNode*, HyperFile* hf) {
 Bool KelvraObject::CopyTo(NodeData* dest, GeListNode* snode, GeListNode* dnode, COPYFLAGS flags,
                           AliasTrans* trans) {
   KelvraObject* copy = static_cast<KelvraObject*>(dest);
+  copy->settingsChanged = 1;
   if (!store.CopyTo(copy->store)) return FALSE;
   return SUPER::CopyTo(dest, snode, dnode, flags, trans);
 }
@@ -171,6 +173,13 @@ void KelvraObject::Load(BaseObject* op, Bool folderMode) {
   if (wasEmpty && first && first->header.key > 1)
     op->GetDataInstance()->SetString(KELVRA_EPSG, LongToString(first->header.key));
   StatusClear();
+  StoreChanged(op);
+}
+
+/** What was built from the points is old now: the converted geometry, the box, and the views. */
+void KelvraObject::StoreChanged(BaseObject* op) {
+  settingsChanged = 1;
+  op->SetDirty(DIRTYFLAGS_DATA);
   op->Message(MSG_UPDATE);
   EventAdd();
 }
@@ -244,9 +253,7 @@ void KelvraObject::OnDelivery(BaseObject* op, PointDelivery& delivery) {
   DropEmptyBlocks(delivery.points);
   if (delivery.points.blocks.GetCount() == 0) return;
   if (once) RecordUndo(op);
-  if (!store.Merge(delivery.points)) return;
-  op->Message(MSG_UPDATE);
-  EventAdd();
+  if (store.Merge(delivery.points)) StoreChanged(op);
 }
 
 void KelvraObject::GetDimension(BaseObject* op, Vector* mp, Vector* rad) {

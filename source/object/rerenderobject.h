@@ -44,6 +44,7 @@ private:
   void OnDelivery(BaseObject* op, PointDelivery& delivery);
   Bool OnReport(KelvraCloudReport& answer);
   void Load(BaseObject* op, Bool folderMode);
+  void StoreChanged(BaseObject* op);
   template <class Export>
   void Answer(BaseObject* op, PointArray* answer, Export exportTo);
 
