@@ -274,10 +274,16 @@ DRAWRESULT KelvraObject::Draw(BaseObject* op, DRAWPASS drawpass, BaseDraw* bd, B
 BaseObject* KelvraObject::GetVirtualObjects(BaseObject* op, HierarchyHelp* hh) {
   const Bool asked = settingsChanged != 0;
   settingsChanged = 0;
-  BaseObject* cache = op->GetCache(hh);
-  if (cache && !asked && !op->CheckCache(hh) && !op->IsDirty(DIRTYFLAGS_DATA)) return cache;
-
   const BaseContainer* data = op->GetDataInstance();
+  const LONG mode = data->GetLong(KELVRA_CONVERT_MODE);
+  // Particles stand in world space and do not follow the generator, nor its parents, by themselves.
+  const Bool particles =
+      mode == KELVRA_CONVERT_MODE_THINKING_PARTICLES || mode == KELVRA_CONVERT_MODE_EMITTER;
+  const Bool moved = particles && op->GetMg() != convertedAt_;
+  BaseObject* cache = op->GetCache(hh);
+  if (cache && !asked && !moved && !op->CheckCache(hh) && !op->IsDirty(DIRTYFLAGS_DATA)) return cache;
+  convertedAt_ = op->GetMg();
+
   ConversionRequest request;
   request.store = &store;
   request.op = op;
@@ -287,7 +293,6 @@ BaseObject* KelvraObject::GetVirtualObjects(BaseObject* op, HierarchyHelp* hh) {
   request.scale = MatrixScale(Vector(request.size / kUnitObjectSize));
   request.value = data->GetReal(KELVRA_CONVERT_VALUE);
   request.box = &display.box;
-  const LONG mode = data->GetLong(KELVRA_CONVERT_MODE);
   return BuildConversion(request, GetRegistrationState().mayConvert ? mode : 0);
 }
 

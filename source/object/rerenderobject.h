@@ -49,6 +49,7 @@ private:
   void Answer(BaseObject* op, PointArray* answer, Export exportTo);
 
   CloudReporter reporter_;
+  Matrix convertedAt_; ///< where the generator stood when it was converted last
 };
 
 /** The object's data of a node of this type, NULL for other nodes. */
