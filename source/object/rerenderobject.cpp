@@ -41,8 +41,7 @@ LoadOptions ReadOptions(BaseObject* op) {
   options.limit = (LLONG)options.budget * kMillion;
   options.everyNth = LMax(1, data->GetLong(KELVRA_LOAD_NTH, 1));
   // Where nothing is set for loading, text is read as thinly as it is shown.
-  options.everyNthLine =
-      options.everyNth > 1 ? options.everyNth : LMax(1, data->GetLong(KELVRA_THIN_VIEW));
+  options.everyNthLine = options.everyNth > 1 ? options.everyNth : LMax(1, data->GetLong(KELVRA_THIN_VIEW));
   return options;
 }
 

@@ -144,7 +144,8 @@ TEST_F(Emitter, TwoCloudsOfOneNameHaveOneEach) {
     ExpectFilled(op_->GetNext());
   }
   EXPECT_EQ(other->GetNext()->GetNext(), nullptr);
-  other->GetNext()->GetDataInstance()->RemoveData(kelvra::kPointCloudId); // of an earlier version: a name only
+  other->GetNext()->GetDataInstance()->RemoveData(
+      kelvra::kPointCloudId); // of an earlier version: a name only
   Cloud().settingsChanged = 1;
   Build(kEmitter);
   EXPECT_EQ(other->GetNext()->GetNext(), nullptr);
