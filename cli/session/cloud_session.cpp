@@ -116,8 +116,9 @@ void CloudSession::Open(const std::vector<std::string>& files, const std::vector
   if (!target_) {
     for (BaseObject* cloud : Clouds())
       for (const std::string& setting : settings_) ApplySetting(cloud, setting);
-    if (Clouds().empty() && !settings_.empty()) NewCloud();
+    if (Clouds().empty() && !settings_.empty()) target_ = NewCloud();
   }
+  if (target_) target_->SetParameter(DescID(KELVRA_THIN_VIEW), GeData(thinView_), DESCFLAGS_SET_0);
 }
 
 void CloudSession::OpenScene(const std::string& path) {
@@ -165,6 +166,12 @@ BaseObject* CloudSession::NewCloud() {
   BaseObject* object = host::CreateObjectFromMenu(document_, plugin->id);
   if (!object) throw std::runtime_error("the point cloud object could not be made");
   for (const std::string& setting : settings_) ApplySetting(object, setting);
+  // It would thin text files as they load, and what was kept once more where it is shown: it is set again
+  // when everything is loaded.
+  GeData thin;
+  object->GetParameter(DescID(KELVRA_THIN_VIEW), thin, DESCFLAGS_GET_0);
+  thinView_ = thin.GetLong();
+  object->SetParameter(DescID(KELVRA_THIN_VIEW), GeData((LONG)0), DESCFLAGS_SET_0);
   return object;
 }
 

@@ -56,6 +56,7 @@ private:
   std::unique_ptr<host::Application> application_;
   BaseDocument* document_ = nullptr;
   BaseObject* target_ = nullptr;
+  LONG thinView_ = 0; ///< of the target, while files are loaded
   std::vector<std::string> settings_;
   std::vector<LONG> settingIds_;
   std::vector<FileReport> reports_;

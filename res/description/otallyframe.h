@@ -22,7 +22,9 @@ enum {
   // Viewport.
   KELVRA_COLOR_MODE = 1011,
   KELVRA_COLOR_INVERT = 1016,
-  KELVRA_THIN_VIEW = 1100, // integer: every n-th point in the viewport and the text export; 0 counts as 1
+  // integer: every n-th point in the viewport and the text export, and of text files that are loaded while
+  // KELVRA_LOAD_NTH is 1; 0 counts as 1
+  KELVRA_THIN_VIEW = 1100,
   KELVRA_MIN_HEIGHT = 1801,
   KELVRA_MAX_HEIGHT = 1802,
   KELVRA_POINT_SIZE = 1803, // real: pixels

@@ -40,6 +40,8 @@ LoadOptions ReadOptions(BaseObject* op) {
   options.budget = data->GetLong(KELVRA_LOAD_BUDGET, kDefaultBudget);
   options.limit = (LLONG)options.budget * kMillion;
   options.everyNth = LMax(1, data->GetLong(KELVRA_LOAD_NTH, 1));
+  // Where nothing is set for loading, text is read as thinly as it is shown.
+  options.everyNthLine = options.everyNth > 1 ? options.everyNth : LMax(1, data->GetLong(KELVRA_THIN_VIEW));
   return options;
 }
 
@@ -88,6 +90,7 @@ void KelvraObject::Free(GeListNode* node) {
 }
 
 Bool KelvraObject::Read(GeListNode*, HyperFile* hf, LONG level) {
+  settingsChanged = 1;
   return store.Read(hf, level);
 }
 
@@ -98,6 +101,7 @@ Bool KelvraObject::Write(GeListNode*, HyperFile* hf) {
 Bool KelvraObject::CopyTo(NodeData* dest, GeListNode* snode, GeListNode* dnode, COPYFLAGS flags,
                           AliasTrans* trans) {
   KelvraObject* copy = static_cast<KelvraObject*>(dest);
+  copy->settingsChanged = 1;
   if (!store.CopyTo(copy->store)) return FALSE;
   return SUPER::CopyTo(dest, snode, dnode, flags, trans);
 }
@@ -171,6 +175,13 @@ void KelvraObject::Load(BaseObject* op, Bool folderMode) {
   if (wasEmpty && first && first->header.key > 1)
     op->GetDataInstance()->SetString(KELVRA_EPSG, LongToString(first->header.key));
   StatusClear();
+  StoreChanged(op);
+}
+
+/** What was built from the points is old now: the converted geometry, the box, and the views. */
+void KelvraObject::StoreChanged(BaseObject* op) {
+  settingsChanged = 1;
+  op->SetDirty(DIRTYFLAGS_DATA);
   op->Message(MSG_UPDATE);
   EventAdd();
 }
@@ -244,9 +255,7 @@ void KelvraObject::OnDelivery(BaseObject* op, PointDelivery& delivery) {
   DropEmptyBlocks(delivery.points);
   if (delivery.points.blocks.GetCount() == 0) return;
   if (once) RecordUndo(op);
-  if (!store.Merge(delivery.points)) return;
-  op->Message(MSG_UPDATE);
-  EventAdd();
+  if (store.Merge(delivery.points)) StoreChanged(op);
 }
 
 void KelvraObject::GetDimension(BaseObject* op, Vector* mp, Vector* rad) {
@@ -264,10 +273,16 @@ DRAWRESULT KelvraObject::Draw(BaseObject* op, DRAWPASS drawpass, BaseDraw* bd, B
 BaseObject* KelvraObject::GetVirtualObjects(BaseObject* op, HierarchyHelp* hh) {
   const Bool asked = settingsChanged != 0;
   settingsChanged = 0;
-  BaseObject* cache = op->GetCache(hh);
-  if (cache && !asked && !op->CheckCache(hh) && !op->IsDirty(DIRTYFLAGS_DATA)) return cache;
-
   const BaseContainer* data = op->GetDataInstance();
+  const LONG mode = data->GetLong(KELVRA_CONVERT_MODE);
+  // Particles stand in world space and do not follow the generator, nor its parents, by themselves.
+  const Bool particles =
+      mode == KELVRA_CONVERT_MODE_THINKING_PARTICLES || mode == KELVRA_CONVERT_MODE_EMITTER;
+  const Bool moved = particles && op->GetMg() != convertedAt_;
+  BaseObject* cache = op->GetCache(hh);
+  if (cache && !asked && !moved && !op->CheckCache(hh) && !op->IsDirty(DIRTYFLAGS_DATA)) return cache;
+  convertedAt_ = op->GetMg();
+
   ConversionRequest request;
   request.store = &store;
   request.op = op;
@@ -277,7 +292,6 @@ BaseObject* KelvraObject::GetVirtualObjects(BaseObject* op, HierarchyHelp* hh) {
   request.scale = MatrixScale(Vector(request.size / kUnitObjectSize));
   request.value = data->GetReal(KELVRA_CONVERT_VALUE);
   request.box = &display.box;
-  const LONG mode = data->GetLong(KELVRA_CONVERT_MODE);
   return BuildConversion(request, GetRegistrationState().mayConvert ? mode : 0);
 }
 

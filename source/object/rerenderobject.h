@@ -44,10 +44,12 @@ private:
   void OnDelivery(BaseObject* op, PointDelivery& delivery);
   Bool OnReport(KelvraCloudReport& answer);
   void Load(BaseObject* op, Bool folderMode);
+  void StoreChanged(BaseObject* op);
   template <class Export>
   void Answer(BaseObject* op, PointArray* answer, Export exportTo);
 
   CloudReporter reporter_;
+  Matrix convertedAt_; ///< where the generator stood when it was converted last
 };
 
 /** The object's data of a node of this type, NULL for other nodes. */

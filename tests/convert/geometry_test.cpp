@@ -51,6 +51,17 @@ TEST_F(Geometry, PointsCarryPositionsAndColoursOfTheFirstOnesAndTheBoxIsTheirs) 
   }
 }
 
+TEST_F(Geometry, PointsThatArriveLaterAreConvertedToo) {
+  EXPECT_EQ(PointsOf(Build(kPoints)).size(), 80u);
+  Give(Scatter(3));
+  EXPECT_EQ(PointsOf(Build(kPoints)).size(), 83u);
+  Add({{Vector(1, 2, 3)}});
+  EXPECT_EQ(PointsOf(Build(kPoints)).size(), 84u) << "loaded by the button";
+  Cloud().settingsChanged = 0;
+  const BaseObject* cache = Build(kPoints);
+  EXPECT_EQ(Build(kPoints), cache) << "without a change nothing is built";
+}
+
 TEST_F(Geometry, HairStandsOnEachPointAtTheSameHeight) {
   Build(kPoints); // leaves a box
   for (const Share& share : kShares)

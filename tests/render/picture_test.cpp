@@ -141,6 +141,12 @@ TEST_F(Picture, PointsOfLinkedGeometryTakeTheirColoursFromVertexMaps) {
     ExpectNear(shot.At(16 - 8, 16), Vector(0.25, 0.5, 1)); // the missing map counts as white
     ExpectNear(shot.At(16 + 8, 16), Vector(1, 0, 1));
     ExpectNear(shot.Middle(), kBehind);
+    PointObject* deformed = static_cast<PointObject*>(op->GetClone(COPYFLAGS_0, NULL));
+    deformed->GetPointW()[0] = Vector(0, 2, 0);
+    host::SetDeformCache(*host::Impl(op), host::Impl(deformed));
+    const Shot bent = Render();
+    ExpectNear(bent.At(16 - 8, 16), kBehind);
+    ExpectNear(bent.At(16, 16 - 8), Vector(0.25, 0.5, 1)); // its maps came along
     BaseObject* done = op;
     done->Remove();
     BaseObject::Free(done);

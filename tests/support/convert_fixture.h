@@ -35,9 +35,10 @@ protected:
     for (std::size_t i = 0; i < points.size(); ++i) block.attrib1[i] = points[i].scalar;
     block.header.SetBounds(LVector(-40, -30, -20), LVector(40, 30, 20));
     block.header.key = key;
-    Data().SetLong(KELVRA_LOAD_STATE, kelvra::kDeliverStream);
+    // Once: a parameter that changes rebuilds what was converted, and would hide that points alone do not.
+    if (Data().GetLong(KELVRA_LOAD_REQUEST) != kelvra::kDeliverStream)
+      Data().SetLong(KELVRA_LOAD_REQUEST, kelvra::kDeliverStream);
     op_->Message(kelvra::kMessageDeliverPoints, &delivery);
-    Data().SetLong(KELVRA_LOAD_STATE, 0);
   }
   /** Points that no two values of are alike; every third one carries the scalar's bit. */
   static std::vector<CloudPoint> Scatter(int count, int first = 0) {

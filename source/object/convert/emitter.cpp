@@ -14,6 +14,7 @@ BaseObject* ConvertToEmitter(const ConversionRequest&) {
 #else
 
 #include "lib_emitter.h"
+#include "plugin_ids.h"
 
 namespace kelvra {
 
@@ -23,22 +24,35 @@ namespace {
 const LONG kEmitterSwitch = 10080, kEmitterCount = 10020, kEmitterFlag = 10175;
 const LONG kEmitterOption = 16;
 
-/** An emitter with this name among these objects and anywhere below them. */
-BaseObject* FindEmitter(BaseObject* first, const String& name) {
+/** The first emitter that suits, among these objects and anywhere below them. */
+template <class Suits>
+BaseObject* FindEmitter(BaseObject* first, const Suits& suits) {
   for (BaseObject* op = first; op; op = op->GetNext()) {
-    if (op->GetType() == Oemitter_external && op->GetName() == name) return op;
-    if (BaseObject* below = FindEmitter(op->GetDown(), name)) return below;
+    if (op->GetType() == Oemitter_external && suits(op)) return op;
+    if (BaseObject* below = FindEmitter(op->GetDown(), suits)) return below;
   }
   return NULL;
 }
 
-/** The emitter of the last build, or a new one after the generator; NULL when it cannot be made. */
+/**
+ * The emitter of the last build, or a new one after the generator; NULL when it cannot be made. The emitter
+ * carries a link to its generator, under a key that is ours alone: two clouds may have the same name. In
+ * scenes of earlier versions emitters have a name only, and are taken over.
+ */
 BaseObject* EmitterFor(BaseObject* op, BaseDocument* doc) {
-  if (BaseObject* known = FindEmitter(doc->GetFirstObject(), op->GetName())) return known;
-  BaseObject* emitter = BaseObject::Alloc(Oemitter_external);
-  if (!emitter) return NULL;
-  emitter->SetName(op->GetName());
-  doc->InsertObject(emitter, op->GetUp(), op);
+  const LONG key = kPointCloudId;
+  const auto owner = [=](BaseObject* emitter) { return emitter->GetDataInstance()->GetObjectLink(key, doc); };
+  BaseObject* emitter = FindEmitter(doc->GetFirstObject(), [&](BaseObject* e) { return owner(e) == op; });
+  if (emitter) return emitter;
+  emitter = FindEmitter(doc->GetFirstObject(),
+                        [&](BaseObject* e) { return !owner(e) && e->GetName() == op->GetName(); });
+  if (!emitter) {
+    emitter = BaseObject::Alloc(Oemitter_external);
+    if (!emitter) return NULL;
+    emitter->SetName(op->GetName());
+    doc->InsertObject(emitter, op->GetUp(), op);
+  }
+  emitter->GetDataInstance()->SetLink(key, op);
   return emitter;
 }
 

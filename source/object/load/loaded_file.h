@@ -14,7 +14,8 @@ struct LoadOptions {
   LReal size = 200.0;     ///< object size
   LLONG limit = 60000000; ///< point budget; LAS and LAZ only
   LONG budget = 60;       ///< the same in millions, as set
-  LONG everyNth = 1;      ///< at least 1
+  LONG everyNth = 1;      ///< at least 1; LAS and LAZ
+  LONG everyNthLine = 1;  ///< the same of text
 };
 
 struct LoadedFile {

@@ -65,7 +65,7 @@ void FillDescription(const LoadOptions& options, const TextResult& text, const L
   settings.boxMin = LVector(text.box.minimum[0], text.box.minimum[1], text.box.minimum[2]);
   settings.boxMax = LVector(text.box.maximum[0], text.box.maximum[1], text.box.maximum[2]);
   settings.reader.kind = report.reader;
-  settings.reader.everyNth = options.everyNth;
+  settings.reader.everyNth = options.everyNthLine;
   settings.reader.colorMultiplier = kTextColorMultiplier;
   settings.counts.read = report.read;
   settings.counts.kept = report.kept;
@@ -82,7 +82,7 @@ TextResult ReadText(BaseFile* file, Bool pts, const LoadOptions& options) {
     return (std::size_t)file->TryReadBytes(buffer, (VLONG)size);
   };
   input.fileSize = file->GetLength();
-  input.everyNth = options.everyNth;
+  input.everyNth = options.everyNthLine;
   input.reallocate = [](void* array, std::size_t bytes) -> void* {
     return array ? GeReallocNC(array, bytes) : GeAllocNC(bytes);
   };
@@ -100,7 +100,7 @@ void LoadTextFile(const Filename& name, const std::string& path, Bool pts, const
   LoadReport& report = loaded.report;
   report.path = path;
   report.reader = pts ? kReaderPts : kReaderXyz;
-  report.everyNth = options.everyNth;
+  report.everyNth = options.everyNthLine;
   AutoAlloc<BaseFile> file;
   if (!file || !file->Open(name, FILEOPEN_READ, FILEDIALOG_NONE)) {
     report.Refuse("the file could not be opened");

@@ -178,9 +178,21 @@ LONG PointsOf(BaseObject* op, const PointStore* store) {
   }
 }
 
+/** Geometry that deformers changed is rendered as they left it. */
+Source Deformed(const Source& source) {
+  Source deformed = source;
+  if (source.op->GetType() == kPointCloudId) return deformed;
+  while (BaseObject* changed = deformed.op->GetDeformCache()) {
+    deformed.op = changed;
+    deformed.global = deformed.global * changed->GetMl();
+  }
+  return deformed;
+}
+
 /** Adds one object: its settings as a record, then its points as items. */
-RENDERRESULT Gather(VoxelData& data, const Source& source, BaseVideoPost* post,
+RENDERRESULT Gather(VoxelData& data, const Source& collected, BaseVideoPost* post,
                     const GatherContext& context) {
+  const Source source = Deformed(collected);
   const Bool cloud = source.op->GetType() == kPointCloudId;
   const PointStore* store = cloud ? context.storeOf(source.op) : NULL;
   const LONG count = PointsOf(source.op, store);
