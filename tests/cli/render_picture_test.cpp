@@ -80,8 +80,9 @@ TEST_F(RenderCommand, OnePixelIsExplainedAsItIsRendered) {
   const host::Picture picture = Read(folder_ / "view.tif");
   const double background[3] = {0x33 / 255.0, 0x66 / 255.0, 0x99 / 255.0};
   bool through = false;
-  for (const int at : {16, 10, 22}) {
-    const std::string pixel = std::to_string(at) + ",14";
+  const int pixels[][2] = {{16, 16}, {12, 20}, {10, 14}, {22, 17}, {5, 18}};
+  for (const auto& at : pixels) {
+    const std::string pixel = std::to_string(at[0]) + "," + std::to_string(at[1]);
     const std::string text = with({"--pixel", pixel}).out;
     for (const std::string& part : {"pixel " + pixel + " of 33x33", std::string("with points, ")})
       EXPECT_TRUE(Holds(text, part)) << part << "\n" << text;
@@ -91,7 +92,7 @@ TEST_F(RenderCommand, OnePixelIsExplainedAsItIsRendered) {
               4);
     through = through || (behind > 0.0 && behind < 1.0);
     for (int i = 0; i < 3; ++i)
-      EXPECT_NEAR(picture.At(at, 14)[i], color[i] + behind * background[i], 5e-6) << text;
+      EXPECT_NEAR(picture.At(at[0], at[1])[i], color[i] + behind * background[i], 5e-6) << text;
   }
   EXPECT_TRUE(through) << "some pixel shows points and background";
   EXPECT_TRUE(Holds(Render({"--pixel", "0,0", "--size", "33x33"}).out, "misses the points' box"));
