@@ -17,6 +17,7 @@ set(not_driven
   "program|ConvertCommand.AWrittenSceneShowsTheResultInTheCloudsPlace|${needs_viewport}"
   "program|RenderCommand.WritesThePictureInTheSizeFormatAndDepthAskedFor|${needs_pictures}"
   "program|RenderCommand.TheRecorderStoresEachFrameWithSixteenBits|${needs_pictures}"
+  "program|RenderCommand.OnePixelIsExplainedAsItIsRendered|${needs_pictures}"
   "program|RenderCommand.LightGroundAndSamplesShowInThePicture|${needs_pictures}"
   "core|ServiceCommands.ReprojectPrintsSixTextsOrThatNothingWasAnswered|names an authority of its own, the system's count here"
 )
