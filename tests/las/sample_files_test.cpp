@@ -34,7 +34,7 @@ TEST_F(LasTest, RealFilesHoldThePointsAndClassesThatOthersFound) {
       EXPECT_EQ(maxColor, expected.at("max_rgb").get<std::int64_t>());
     }
     const json& keys = expected.at("geokeys");
-    EXPECT_EQ(file.Findings().geoKeyCode,
+    EXPECT_EQ(file.Findings().geoKey.code,
               keys.contains("3072") ? keys["3072"].get<unsigned>() : keys.value("2048", 0u));
   }
   if (files == 0) GTEST_SKIP() << "no real clouds in " << DataFolder() << " (KELVRA_TEST_DATA)";

@@ -166,23 +166,27 @@ TEST_F(LasTest, IndexBesideTheCloudIsNotOpened) {
 TEST(GeoKeys, FirstOfTheKnownKeysCounts) {
   const struct {
     std::vector<std::uint16_t> entries; // key, place, count, value
-    unsigned code;
+    unsigned code, offered;
   } cases[] = {
-      {{}, 0},
-      {{1024, 0, 1, 1, 2048, 0, 1, 4326}, 4326},
-      {{2048, 0, 1, 4269, 3072, 0, 1, 26995, 4099, 0, 1, 9003}, 26995},
-      {{4098, 0, 1, 5103, 4099, 0, 1, 9001}, 5103},
-      {{3072, 34737, 1, 12, 2048, 0, 1, 4326}, 4326}, // a value that stands elsewhere
-      {{2048, 0, 1, 4269, 3072, 0, 1, 32767}, 32767}, // user-defined: its points are not in degrees
-      {{2054, 0, 1, 9102, 2050, 0, 1, 6269, 3076, 0, 1, 9002}, 9002},
+      {{}, 0, 0},
+      {{1024, 0, 1, 1, 2048, 0, 1, 4326}, 4326, 4326},
+      {{2048, 0, 1, 4269, 3072, 0, 1, 26995, 4099, 0, 1, 9003}, 26995, 26995},
+      {{4098, 0, 1, 5103, 4099, 0, 1, 9001}, 5103, 0},
+      {{3072, 34737, 1, 12, 2048, 0, 1, 4326}, 4326, 4326}, // a value that stands elsewhere
+      {{2048, 0, 1, 4269, 3072, 0, 1, 32767}, 32767, 0}, // user-defined: its points are not in degrees
+      {{2054, 0, 1, 9102, 2050, 0, 1, 6269, 3076, 0, 1, 9002}, 9002, 0}, // a unit
+      {{2054, 0, 1, 9102, 2050, 0, 1, 6269}, 6269, 0},                         // a datum
+      {{4099, 0, 1, 9001, 3076, 0, 1, 9002}, 9001, 0},
+      {{3072, 0, 1, 0}, 0, 0},
   };
   for (const auto& c : cases) {
     Bytes directory(8);
     Put<std::uint16_t>(directory, 6, static_cast<std::uint16_t>(c.entries.size() / 4));
     for (const std::uint16_t value : c.entries) Put(directory, directory.size(), value);
-    EXPECT_EQ(Validate(MakeLas(0, {}, {{"LASF_Projection", 34735, directory}})).geoKeyCode, c.code);
+    const kelvra::GeoKey found = Validate(MakeLas(0, {}, {{"LASF_Projection", 34735, directory}})).geoKey;
+    EXPECT_EQ(found.code, c.code);
+    EXPECT_EQ(kelvra::OfferedCode(found), c.offered) << c.code;
   }
-  EXPECT_FALSE(kelvra::IsOfferedCode(32767) || kelvra::IsOfferedCode(0));
 }
 
 } // namespace

@@ -12,16 +12,17 @@ constexpr std::uint64_t kEntryBytes = 8;
 
 } // namespace
 
-unsigned GeoKeyCode(ByteSource& file, const std::vector<LasRecord>& records) {
+GeoKey FindGeoKey(ByteSource& file, const std::vector<LasRecord>& records) {
   const auto directory = std::find_if(records.begin(), records.end(), [](const LasRecord& record) {
     return record.Is("LASF_Projection", 34735);
   });
-  if (directory == records.end() || directory->length < kEntryBytes) return 0;
+  if (directory == records.end() || directory->length < kEntryBytes) return {};
 
   std::uint16_t count = 0;
-  if (!file.Field(directory->Payload() + 6, count)) return 0;
+  if (!file.Field(directory->Payload() + 6, count)) return {};
   const std::uint64_t held = std::min<std::uint64_t>(count, directory->length / kEntryBytes - 1);
-  unsigned best = std::size(kKeyOrder), code = 0;
+  unsigned best = std::size(kKeyOrder);
+  GeoKey found;
   for (std::uint64_t i = 1; i <= held; ++i) {
     std::uint8_t entry[kEntryBytes]; // key, where its value is (0: here), number of values, value
     if (!file.Read(directory->Payload() + i * kEntryBytes, entry, sizeof entry)) break;
@@ -31,9 +32,9 @@ unsigned GeoKeyCode(ByteSource& file, const std::vector<LasRecord>& records) {
                                                 std::begin(kKeyOrder));
     if (rank >= best) continue;
     best = rank;
-    code = LittleEndian<std::uint16_t>(entry + 6);
+    found = {key, LittleEndian<std::uint16_t>(entry + 6)};
   }
-  return code;
+  return found;
 }
 
 } // namespace kelvra

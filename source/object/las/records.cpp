@@ -146,7 +146,7 @@ bool BoxHolds(const LasHeader& header, const SourceBox& outer, const SourceBox& 
 void TakeHeader(const LasFile& file, LasCloud& cloud) {
   const LasFindings& findings = file.Findings();
   cloud.report.announced = Clamped(findings.header.Points());
-  cloud.report.epsg = IsOfferedCode(findings.geoKeyCode) ? findings.geoKeyCode : 0;
+  cloud.report.epsg = OfferedCode(findings.geoKey);
   cloud.report.notes = findings.notes;
   cloud.hasColor = file.HasColor();
   cloud.report.reader = cloud.hasColor ? kReaderLas : kReaderLasByClass;
@@ -157,7 +157,7 @@ void TakeHeader(const LasFile& file, LasCloud& cloud) {
   }
   // The key is 1 as soon as the header announces a point. Blocks of one key are placed by the first one's
   // header: that is what keeps the tiles of a survey side by side.
-  cloud.key = cloud.report.announced > 0 ? 1 : findings.geoKeyCode;
+  cloud.key = cloud.report.announced > 0 ? 1 : findings.geoKey.code;
 }
 
 // Why the load ended before the last point that the header announces, if it did.

@@ -212,7 +212,7 @@ LasFindings ValidateLas(ByteSource& file) {
   if (!findings.complaints.empty()) return findings;
 
   HideLasRecords(file, findings);
-  findings.geoKeyCode = GeoKeyCode(file, findings.records);
+  findings.geoKey = FindGeoKey(file, findings.records);
   CountReadable(file, findings);
   std::sort(findings.patches.begin(), findings.patches.end(),
             [](const LasPatch& a, const LasPatch& b) { return a.offset < b.offset; });

@@ -5,6 +5,7 @@
 
 #include "cloud/load_report.h"
 #include "object/las/chunks.h"
+#include "object/las/geokeys.h"
 
 namespace kelvra {
 
@@ -25,7 +26,7 @@ struct LasFindings {
   LasHeader header;
   std::vector<LasRecord> records; // variable-length records, then extended ones, those hidden below included
   LasCompression compression;     // of compressed files
-  unsigned geoKeyCode = 0;        // see GeoKeyCode
+  GeoKey geoKey;                  // see FindGeoKey
   // Points that may be asked for: those announced, or fewer where the file ends early.
   std::uint64_t readable = 0;
   std::vector<LasPatch> patches; // sorted by offset; empty: the library may read the file as it is
