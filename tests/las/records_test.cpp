@@ -57,12 +57,18 @@ TEST_F(Records, ThinningAndBudget) {
       {9, 2, 1, {0, 1, 2}},
       {9, 2, 2, {0, 2, 4}},
       {9, 0, 1, {0}},
-      {9, -7, 1, {0}},
+      {9, -1, 1, {}},
+      {9, -7, 1, {}},
       {9, std::numeric_limits<std::int64_t>::max(), 4, {0, 4, 8}},
   };
   for (const auto& c : cases) {
     Read(MakeLas(0, Row(c.points)), {c.limit, c.step});
     EXPECT_EQ(KeptX(), c.kept) << c.points << " points, limit " << c.limit << ", step " << c.step;
+    if (c.kept.empty()) {
+      EXPECT_EQ(cloud.records, nullptr);
+      EXPECT_EQ(cloud.report.refusal, "the point limit is below 0, so that no point is kept");
+      continue;
+    }
     EXPECT_EQ(memory.asked, c.kept.size() * 64);
     const bool whole = static_cast<std::int64_t>(c.kept.size()) == cloud.report.Expected();
     EXPECT_EQ(cloud.report.cut, whole ? LoadCut::kNone : LoadCut::kBudget);
@@ -204,6 +210,9 @@ TEST_F(Records, ProgressIsTheWholePercentageOfKeptPointsAndCanStop) {
   Read(file, {}, [](std::int64_t, std::int64_t, int) { return false; });
   EXPECT_EQ(cloud.report.outcome, LoadOutcome::kStopped);
   EXPECT_EQ(cloud.records, nullptr);
+  int asked = 0;
+  Read(file, {1000000, 5000, kelvra::kMostBlockPoints, [&] { return ++asked == 3; }});
+  EXPECT_EQ(cloud.report.outcome, LoadOutcome::kStopped) << "points that are thinned are read as well";
 }
 
 TEST_F(Records, RefusedMemoryAndMissingFilesAreOneClearLine) {

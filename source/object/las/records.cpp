@@ -32,7 +32,7 @@ struct Plan {
 Plan MakePlan(const LasReadOptions& options, std::uint64_t readable) {
   Plan plan;
   plan.step = std::max<std::int64_t>(1, options.step);
-  plan.limit = std::clamp<std::int64_t>(options.limit, 0, options.most);
+  plan.limit = std::clamp<std::int64_t>(options.limit, -1, options.most);
   plan.capacity = std::min({RoundedUp(Clamped(readable), plan.step), plan.limit + 1, options.most});
   return plan;
 }
@@ -74,7 +74,8 @@ void FillRecord(const LasPoint& point, bool hasColor, SourceRecord& record, unsi
   colorBits |= static_cast<unsigned>(color.r | color.g | color.b);
 }
 
-LoopResult ReadPoints(LasFile& file, const Plan& plan, ProgressMeter& meter, LasCloud& cloud) {
+LoopResult ReadPoints(LasFile& file, const LasReadOptions& options, const Plan& plan, ProgressMeter& meter,
+                      LasCloud& cloud) {
   LoopResult result;
   LoadReport& report = cloud.report;
   const bool hasColor = cloud.hasColor;
@@ -86,7 +87,11 @@ LoopResult ReadPoints(LasFile& file, const Plan& plan, ProgressMeter& meter, Las
       result.atEnd = true;
       break;
     }
-    ++read;
+    // Points that are not kept take their time too.
+    if ((++read & kProgressMask) == 0 && options.stopped && options.stopped()) {
+      result.stopped = true;
+      break;
+    }
     // Every step-th point by its place in the file, whether the ones before it could be used or not.
     const std::int64_t place = sinceKept < plan.step ? sinceKept : 0;
     sinceKept = place + 1;
@@ -201,6 +206,8 @@ void ReportEmpty(LoadReport& report) {
   report.outcome = report.cut == LoadCut::kNone ? LoadOutcome::kEmpty : LoadOutcome::kRefused;
   report.refusal = report.dropped.notFinite > 0 ? "none of its points has finite coordinates"
                    : report.announced == 0      ? "the file holds no points"
+                   : report.cut == LoadCut::kBudget
+                       ? "the point limit is below 0, so that no point is kept"
                    : report.cutPlace.empty()    ? "none of its points could be read"
                                                 : report.cutPlace;
 }
@@ -223,7 +230,7 @@ void Load(LasFile& file, const LasReadOptions& options, RecordMemory& memory, co
     }
   }
   ProgressMeter meter(progress, report.announced, plan.step);
-  const LoopResult result = ReadPoints(file, plan, meter, cloud);
+  const LoopResult result = ReadPoints(file, options, plan, meter, cloud);
   if (result.stopped) {
     Release(memory, cloud);
     report.Stop();

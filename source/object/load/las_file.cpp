@@ -56,9 +56,10 @@ void LoadLasFile(const std::string& path, const LoadOptions& options, LoadedFile
   LasReadOptions read;
   read.limit = options.limit;
   read.step = options.everyNth;
+  read.stopped = [] { return UserStopped() != FALSE; };
   LasCloud cloud = ReadLas(path, read, memory, [](std::int64_t kept, std::int64_t total, int percent) {
     ShowLoading(kept, total, percent);
-    return UserStopped() == FALSE;
+    return true;
   });
   loaded.report = std::move(cloud.report);
   if (!cloud.records) return;
