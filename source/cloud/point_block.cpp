@@ -38,6 +38,10 @@ LONG PointBlock::Clear() {
   return 0;
 }
 
+Bool PointBlock::IsWhole() const {
+  return count >= 1 && count <= kMostBlockPoints && positions && colors && attrib3 && attrib1;
+}
+
 Bool PointBlock::Allocate(LONG n) {
   if (n < 1 || n > kMostBlockPoints) return FALSE;
   GeFree(positions);

@@ -35,6 +35,9 @@ struct PointBlock {
   /** Deep copy; FALSE, with dest clear, when memory is refused. A clear block copies too. */
   Bool CopyTo(PointBlock& dest) const;
 
+  /** A count that a block can have, with all arrays. */
+  Bool IsWhole() const;
+
   /** Shrinks the arrays to `count`; kFinishRecomputeBox makes the box from the points again. */
   void Finish(LONG flags);
 

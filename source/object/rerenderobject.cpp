@@ -24,10 +24,13 @@ KelvraObject* GetCloudData(BaseObject* op) {
 
 namespace {
 
-/** A store with an empty block could not be saved. */
-void DropEmptyBlocks(PointGroup& group) {
+/**
+ * A store with an empty block could not be saved, and nobody but the sender vouches for the others: a count
+ * that no block can have, or without arrays, would be read from memory that is not there.
+ */
+void DropBadBlocks(PointGroup& group) {
   for (VLONG i = group.blocks.GetCount() - 1; i >= 0; --i)
-    if (group.blocks[i].count < 1) group.blocks.Remove(i);
+    if (!group.blocks[i].IsWhole()) group.blocks.Remove(i);
 }
 
 const LONG kDefaultBudget = 100; ///< millions, where the object has no entry
@@ -252,7 +255,7 @@ void KelvraObject::OnDelivery(BaseObject* op, PointDelivery& delivery) {
       delivery.state == kDeliverStream && (request == kDeliverStream || state == kDeliverStream);
   if (!once && !stream) return;
   if (once) data->SetLong(KELVRA_LOAD_STATE, KELVRA_LOAD_STATE_IDLE);
-  DropEmptyBlocks(delivery.points);
+  DropBadBlocks(delivery.points);
   if (delivery.points.blocks.GetCount() == 0) return;
   if (once) RecordUndo(op);
   if (store.Merge(delivery.points)) StoreChanged(op);

@@ -62,6 +62,19 @@ TEST_F(DeliveryTest, EmptyBlocksAreLeftOutSoThatTheSceneCanBeSaved) {
   EXPECT_TRUE(application_->SaveScene(doc_, Path("cloud.scene"), &error)) << error;
 }
 
+TEST_F(DeliveryTest, BlocksWithACountThatCannotBeAreLeftOut) {
+  op_->GetDataInstance()->SetLong(1014, 2);
+  for (const LONG count : {-1, kelvra::kMostBlockPoints + 1, MAXLONGl}) {
+    delivery_.state = 2;
+    delivery_.points = Group({Vector(1, 2, 3)});
+    delivery_.points.blocks[0].count = count;
+    EXPECT_EQ(Send(), 0) << count;
+  }
+  delivery_.points = Group({Vector(1, 2, 3)});
+  GeFree(delivery_.points.blocks[0].attrib1);
+  EXPECT_EQ(Send(), 0) << "an array is missing";
+}
+
 TEST_F(DeliveryTest, WithoutDataIsHarmless) {
   op_->GetDataInstance()->SetLong(1014, 1);
   EXPECT_TRUE(op_->Message(kelvra::kMessageDeliverPoints, NULL));
