@@ -136,6 +136,29 @@ TEST_F(DrawingTest, ADrawThatFailsDrawsNothingAndTheNextOneTriesAgain) {
   }
 }
 
+TEST_F(DrawingTest, AProgramThatMemoryCutShortIsNeverCompiled) {
+  std::unique_ptr<host::Viewport> view = NewView();
+  NEEDS_VIEW(view);
+  long long refused = 1;
+  for (bool reached = true; reached; ++refused) {
+    SCOPED_TRACE(refused);
+    op_->Remove();
+    BaseObject::Free(op_);
+    op_ = Add();
+    Give(op_, kThree);
+    GlRecorder gl;
+    application_->GetFaults().FailAt(host::Fault::TemporaryBlock, refused);
+    Lit(*view);
+    reached = application_->GetFaults().Calls(host::Fault::TemporaryBlock) >= refused;
+    application_->GetFaults().Clear();
+    if (!gl.After("Compile").empty()) {
+      EXPECT_EQ(gl.After("line 1 "), kVertexLines);
+    }
+    EXPECT_EQ(Lit(*view).size(), 3u);
+  }
+  EXPECT_GT(refused, 20);
+}
+
 TEST_F(DrawingTest, NothingIsAskedOfTheCardWithoutPointsOrOpenGl) {
   std::unique_ptr<host::Viewport> view = NewView();
   NEEDS_VIEW(view);

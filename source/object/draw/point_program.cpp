@@ -1,5 +1,8 @@
 #include "object/draw/point_program.h"
 
+#include <cstring>
+#include <initializer_list>
+
 namespace kelvra {
 
 namespace {
@@ -38,6 +41,22 @@ LONG PrintError(GlProgramType, const char* message) {
 }
 
 /**
+ * Hands over the line that the parts make. A refused allocation cuts a text short without another sign, and
+ * the host would keep what it compiled of it: only the length tells. FALSE, with nothing handed over, then.
+ */
+Bool AddLine(GlProgramFactory* factory, GlProgramType program, std::initializer_list<const char*> parts) {
+  GlString line;
+  std::size_t length = 0;
+  for (const char* part : parts) {
+    line += part;
+    length += std::strlen(part);
+  }
+  if (line.GetLength() != (VLONG)length) return FALSE;
+  factory->AddLine(program, line);
+  return TRUE;
+}
+
+/**
  * Writes the vertex program. N(uniform) is the name that the factory gave a uniform. Drivers keep compiled
  * programs by their text: it stays the same byte for byte, blanks and unused lines included.
  */
@@ -46,71 +65,74 @@ public:
   ProgramWriter(GlProgramFactory* factory, const UniformNames& uniforms)
       : factory_(factory), uniforms_(uniforms) {}
 
+  /** FALSE when memory was refused for a line. */
+  Bool Whole() const { return whole_; }
+
   /** Hides points beyond the share that is shown, and all but every n-th: a size of 0 draws nothing. */
   void Thinning() {
-    Line(GlString("if (gl_VertexID>") + N(kIndexStop) + ")\t{gl_PointSize = 0;return;}");
-    Line(GlString("if (mod(gl_VertexID,") + N(kIndexNth) + ")>0)\t\t\t\t{gl_PointSize = 0;return;}");
+    Line({"if (gl_VertexID>", N(kIndexStop), ")\t{gl_PointSize = 0;return;}"});
+    Line({"if (mod(gl_VertexID,", N(kIndexNth), ")>0)\t\t\t\t{gl_PointSize = 0;return;}"});
   }
 
   /** Mode 1 to 4: red, green, blue or their mean as grey; 5: the height as grey; 6: the colour by height. */
   void Color() {
-    Line(GlString("float size = ") + N(kPointSize) + ";");
-    Line("vec4 col = vec4(icolor.rgb, 1.0);");
-    Line("float col_val = 1.0;");
-    Line(GlString("switch (") + N(kColorMode) + ") {");
-    Line("case 1: col_val = icolor.r, col = vec4(col_val,col_val,col_val, 1.0);break;");
-    Line("case 2: col_val = icolor.g, col = vec4(col_val,col_val,col_val, 1.0);break;");
-    Line("case 3: col_val = icolor.b, col = vec4(col_val,col_val,col_val, 1.0);break;");
-    Line("case 4: col_val = (icolor.r+icolor.g+icolor.b)*(1.0/3.0), col = vec4(col_val,col_val,col_val, "
-         "1.0);break;");
-    Line(GlString("case 5: col_val = ") + HeightRatio() +
-         ", col = vec4(col_val,col_val,col_val, 1.0);break;");
-    Line(GlString("case 6: col_val = ") + HeightRatio() +
-         ", col = vec4(col_val*icolor.r,col_val*icolor.g,col_val*icolor.b, 1.0);break;");
-    Line("}");
-    Line(GlString("if (") + N(kColorInvert) + ">0) col = vec4(1.0-col.r,1.0-col.g,1.0-col.b, 1.0);");
-    Line("ocolor = col;");
+    Line({"float size = ", N(kPointSize), ";"});
+    Line({"vec4 col = vec4(icolor.rgb, 1.0);"});
+    Line({"float col_val = 1.0;"});
+    Line({"switch (", N(kColorMode), ") {"});
+    Line({"case 1: col_val = icolor.r, col = vec4(col_val,col_val,col_val, 1.0);break;"});
+    Line({"case 2: col_val = icolor.g, col = vec4(col_val,col_val,col_val, 1.0);break;"});
+    Line({"case 3: col_val = icolor.b, col = vec4(col_val,col_val,col_val, 1.0);break;"});
+    Line({"case 4: col_val = (icolor.r+icolor.g+icolor.b)*(1.0/3.0), col = vec4(col_val,col_val,col_val, "
+          "1.0);break;"});
+    Line({"case 5: col_val = (iposition.y-", N(kMinHeight), ")/(", N(kMaxHeight), "-", N(kMinHeight),
+          "), col = vec4(col_val,col_val,col_val, 1.0);break;"});
+    Line({"case 6: col_val = (iposition.y-", N(kMinHeight), ")/(", N(kMaxHeight), "-", N(kMinHeight),
+          "), col = vec4(col_val*icolor.r,col_val*icolor.g,col_val*icolor.b, 1.0);break;"});
+    Line({"}"});
+    Line({"if (", N(kColorInvert), ">0) col = vec4(1.0-col.r,1.0-col.g,1.0-col.b, 1.0);"});
+    Line({"ocolor = col;"});
     // No line reads it after the output; it stays as part of the text.
-    Line("col_val = (col.r+col.g+col.b)*(1.0/3.0);");
+    Line({"col_val = (col.r+col.g+col.b)*(1.0/3.0);"});
   }
 
   /** From the object's space to the screen. */
   void Position() {
-    Line("vec3  p = iposition;");
-    Line("oposition = (transmatrix * vec4(p.xyz, 1.0));");
+    Line({"vec3  p = iposition;"});
+    Line({"oposition = (transmatrix * vec4(p.xyz, 1.0));"});
   }
 
   /** Hides points outside a sphere or beyond a plane (action 1) or shrinks them towards its edge (2). */
   void Falloff() {
-    Line(GlString("if (") + N(kFalloffAction) + ">0)");
-    Line("{");
-    Line(" float dist,falloff,ifalloff;");
-    Line(GlString("switch (") + N(kFalloffType) + ") {");
-    Line("case 0:");
-    Line(GlString(" dist = distance( p, ") + N(kFalloffPosition) + " );");
-    Line("break;");
-    Line("case 1:");
-    Line(GlString(" dist = dot( ") + N(kFalloffNormal) + ", p -" + N(kFalloffPosition) + " );");
-    Line("break;");
-    Line("}");
-    Line(GlString(" falloff = smoothstep( ") + N(kFalloffRadius) + ",0.0, dist );");
-    Line(GlString(" ifalloff = pow(falloff,") + N(kFalloffFunction) + ");");
-    Line(GlString(" if (") + N(kFalloffAction) +
-         "==1 )  if (ifalloff<=0.0) size = 0.0; else size = " + N(kPointSize) + ";");
-    Line(GlString(" if (") + N(kFalloffAction) + "==2)   size = " + N(kPointSize) + "*ifalloff;");
-    Line("}");
-    Line("gl_PointSize = size;");
+    Line({"if (", N(kFalloffAction), ">0)"});
+    Line({"{"});
+    Line({" float dist,falloff,ifalloff;"});
+    Line({"switch (", N(kFalloffType), ") {"});
+    Line({"case 0:"});
+    Line({" dist = distance( p, ", N(kFalloffPosition), " );"});
+    Line({"break;"});
+    Line({"case 1:"});
+    Line({" dist = dot( ", N(kFalloffNormal), ", p -", N(kFalloffPosition), " );"});
+    Line({"break;"});
+    Line({"}"});
+    Line({" falloff = smoothstep( ", N(kFalloffRadius), ",0.0, dist );"});
+    Line({" ifalloff = pow(falloff,", N(kFalloffFunction), ");"});
+    Line({" if (", N(kFalloffAction), "==1 )  if (ifalloff<=0.0) size = 0.0; else size = ", N(kPointSize),
+          ";"});
+    Line({" if (", N(kFalloffAction), "==2)   size = ", N(kPointSize), "*ifalloff;"});
+    Line({"}"});
+    Line({"gl_PointSize = size;"});
   }
 
 private:
-  const GlString& N(PointUniform uniform) const { return uniforms_.names[uniform]; }
-  GlString HeightRatio() const {
-    return GlString("(iposition.y-") + N(kMinHeight) + ")/(" + N(kMaxHeight) + "-" + N(kMinHeight) + ")";
+  const char* N(PointUniform uniform) const { return uniforms_.names[uniform].GetCString(); }
+  void Line(std::initializer_list<const char*> parts) {
+    whole_ = AddLine(factory_, VertexProgram, parts) && whole_;
   }
-  void Line(const GlString& line) { factory_->AddLine(VertexProgram, line); }
 
   GlProgramFactory* factory_;
   const UniformNames& uniforms_;
+  Bool whole_ = TRUE;
 };
 
 } // namespace
@@ -129,12 +151,15 @@ Bool BuildPointProgram(GlProgramFactory* factory, UniformNames& uniforms) {
   factory->AddErrorHandler(&PrintError);
 
   // Declare the uniforms, and keep the names that the factory gives them.
-  for (LONG i = 0; i < kUniformCount; ++i)
+  Bool named = TRUE;
+  for (LONG i = 0; i < kUniformCount; ++i) {
     uniforms.names[i] =
         factory->AddUniformParameter(kDeclarations[i].program, kDeclarations[i].type, kDeclarations[i].name);
+    named = named && uniforms.names[i].GetLength() > 0;
+  }
 
   // End the header. Neither the variable nor the name is used; both are part of the text that is cached.
-  factory->AddLine(VertexProgram, "vec3 ranv;");
+  const Bool begun = AddLine(factory, VertexProgram, {"vec3 ranv;"});
   factory->GetUniqueID();
   factory->HeaderFinished();
 
@@ -143,8 +168,9 @@ Bool BuildPointProgram(GlProgramFactory* factory, UniformNames& uniforms) {
   vertex.Color();
   vertex.Position();
   vertex.Falloff();
-  factory->AddLine(FragmentProgram, "ocolor = icolor;");
-  return factory->CompilePrograms();
+  const Bool ended = AddLine(factory, FragmentProgram, {"ocolor = icolor;"});
+  // The host caches a program for good: one that lacks a line is never compiled.
+  return named && begun && vertex.Whole() && ended && factory->CompilePrograms();
 }
 
 void SetUniform(GlProgramFactory* factory, const GlString& name, const GeData& value, BaseContainer*) {

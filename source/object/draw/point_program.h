@@ -39,7 +39,8 @@ struct UniformNames {
 /**
  * Declares the uniforms and hands over the text, unless the factory holds a compiled program whose names are
  * known. The text contains no parameter values, so it is the same for all objects, and so are the names.
- * FALSE when it does not compile; the error handler has printed why.
+ * FALSE when it does not compile, and the error handler has printed why, or when there is not enough
+ * memory for the text; the caller then destroys what was begun.
  */
 Bool BuildPointProgram(GlProgramFactory* factory, UniformNames& names);
 

@@ -204,12 +204,11 @@ void Release(RecordMemory& memory, LasCloud& cloud) {
 // Why a sound file gives no point.
 void ReportEmpty(LoadReport& report) {
   report.outcome = report.cut == LoadCut::kNone ? LoadOutcome::kEmpty : LoadOutcome::kRefused;
-  report.refusal = report.dropped.notFinite > 0 ? "none of its points has finite coordinates"
-                   : report.announced == 0      ? "the file holds no points"
-                   : report.cut == LoadCut::kBudget
-                       ? "the point limit is below 0, so that no point is kept"
-                   : report.cutPlace.empty()    ? "none of its points could be read"
-                                                : report.cutPlace;
+  report.refusal = report.dropped.notFinite > 0     ? "none of its points has finite coordinates"
+                   : report.announced == 0          ? "the file holds no points"
+                   : report.cut == LoadCut::kBudget ? "the point limit is below 0, so that no point is kept"
+                   : report.cutPlace.empty()        ? "none of its points could be read"
+                                                    : report.cutPlace;
 }
 
 void Load(LasFile& file, const LasReadOptions& options, RecordMemory& memory, const LasProgress& progress,
