@@ -4,7 +4,6 @@
 #include "glpoint.h"
 #include "host_text.h"
 #include "object/convert/conversion.h"
-#include "object/draw/view_uploads.h"
 #include "object/laz_renderer.h"
 #include "object/load/load_command.h"
 #include "object/reprojection.h"
@@ -59,6 +58,7 @@ void RecordUndo(BaseObject* op) {
 }
 
 Bool KelvraObject::Init(GeListNode* node) {
+  display.uploads = std::make_shared<ViewUploads>();
   BaseContainer* data = static_cast<BaseObject*>(node)->GetDataInstance();
   data->SetReal(KELVRA_POINT_SHARE, 1.0);
   data->SetReal(KELVRA_RESERVED, 0.0);
@@ -89,7 +89,7 @@ Bool KelvraObject::Init(GeListNode* node) {
 void KelvraObject::Free(GeListNode* node) {
   GlVertexBuffer::RemoveObject(node, 0);
   GlProgramFactory::RemoveReference(node);
-  ForgetViewUploads(node);
+  if (display.uploads) display.uploads->Forget(node);
 }
 
 Bool KelvraObject::Read(GeListNode*, HyperFile* hf, LONG level) {
@@ -105,6 +105,7 @@ Bool KelvraObject::CopyTo(NodeData* dest, GeListNode* snode, GeListNode* dnode, 
                           AliasTrans* trans) {
   KelvraObject* copy = static_cast<KelvraObject*>(dest);
   copy->settingsChanged = 1;
+  copy->display.uploads = display.uploads;
   if (!store.CopyTo(copy->store)) return FALSE;
   return SUPER::CopyTo(dest, snode, dnode, flags, trans);
 }

@@ -1,6 +1,8 @@
 // Views of a cloud whose data undo exchanges, whose node is freed, and whose views come and go.
 #include "support/view_fixture.h"
 
+#include <thread>
+
 namespace {
 
 using host::Viewport;
@@ -29,6 +31,38 @@ TEST_F(UndoneViews, UndoAndRedoShowThePointsOfTheirTimeAndUploadThemOnce) {
     for (int draw = 0; draw < 3; ++draw) EXPECT_EQ(Lit(*view).size(), 5u);
     EXPECT_EQ(Uploads(), before + 1) << "points that came back are uploaded by the first draw only";
   }
+}
+
+TEST_F(UndoneViews, ARefusalInOneViewLeavesTheOthersAlone) {
+  std::unique_ptr<Viewport> view = NewView(), second = NewView();
+  NEEDS_VIEW(view);
+  Give(op_, kThree);
+  Lit(*view);
+  application_->GetFaults().FailAt(host::Fault::SubBuffer, 1, -1);
+  EXPECT_EQ(Lit(*second).size(), 0u);
+  EXPECT_EQ(Lit(*view).size(), 3u) << "not blank";
+  application_->GetFaults().Clear();
+  const long long before = Uploads();
+  EXPECT_EQ(Lit(*view).size(), 3u);
+  EXPECT_EQ(Uploads(), before) << "nor uploaded again";
+  EXPECT_EQ(Lit(*second).size(), 3u);
+}
+
+TEST_F(UndoneViews, CopiesMayForgetTheirViewsOnAnotherThread) {
+  std::unique_ptr<Viewport> view = NewView();
+  NEEDS_VIEW(view);
+  Give(op_, kThree);
+  std::vector<BaseObject*> copies;
+  for (int i = 0; i < 50; ++i) copies.push_back(static_cast<BaseObject*>(op_->GetClone(COPYFLAGS_0, NULL)));
+  std::thread other([&] {
+    for (BaseObject* copy : copies) Cloud(copy).display.uploads->Forget(copy);
+  });
+  for (int i = 0; i < 10; ++i) {
+    Cloud(op_).store.uploadFlag = 1;
+    EXPECT_EQ(Lit(*view).size(), 3u);
+  }
+  other.join();
+  for (BaseObject* copy : copies) BaseObject::Free(copy);
 }
 
 TEST_F(UndoneViews, ObjectsAndViewsMayGoInAnyOrder) {

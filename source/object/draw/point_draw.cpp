@@ -3,7 +3,6 @@
 #include "c4d_baseeffectordata.h"
 #include "cloud/point_share.h"
 #include "glpoint.h"
-#include "object/draw/view_uploads.h"
 #include "otallyframe.h"
 
 namespace kelvra {
@@ -20,37 +19,27 @@ LONG DisplayCount(const PointStore& store) {
   return LMin(store.GetPointCount(), (LONG)(kMostBufferBytes / kVertexBytes));
 }
 
-/** Lets the view's earlier copy, if there is one, count as that of the new points. */
-Bool KeepEarlier(PointDisplay& display, GlVertexBuffer* buffer, ViewUpload& upload) {
-  ViewUpload* earlier = FindViewUpload(buffer);
-  if (!earlier) return FALSE;
-  earlier->version = display.version;
-  upload = *earlier;
-  return TRUE;
-}
-
 /**
- * Brings the view's copy up to date. FALSE ends the draw. Without memory for the temporary block the earlier
- * copy, if there is one, stays in use, and the flag is cleared all the same.
+ * Brings the view's copy up to date. FALSE ends the draw: this view is tried again at its next one, and no
+ * other view notices. Without memory for the temporary block the earlier copy, if there is one, stays in use
+ * and counts as that of the new points.
  */
 Bool Upload(BaseObject* op, PointStore& store, PointDisplay& display, BaseDraw* bd, GlVertexBuffer* buffer,
             LONG count, ViewUpload& upload) {
   if (store.uploadFlag || display.version == 0) {
     // Raising the flag once makes the copies of all views old, not only that of the view that draws first.
     store.uploadFlag = 0;
-    display.version = NewPointsVersion();
+    display.version = display.uploads->NewVersion();
   }
-  const ViewUpload* current = FindViewUpload(buffer);
-  if (current && current->version == display.version) {
-    upload = *current;
-    return TRUE;
-  }
+  const Bool earlier = display.uploads->Find(buffer, &upload);
+  if (earlier && upload.version == display.version) return TRUE;
 
   const LReal size = op->GetDataInstance()->GetReal(KELVRA_OBJECT_SIZE);
   SReal* records = GeAllocTypeNC(SReal, (VLONG)count * 6);
   if (!records) {
     buffer->SetDirty(TRUE);
-    return KeepEarlier(display, buffer, upload);
+    if (earlier) display.uploads->SetVersion(buffer, display.version);
+    return earlier;
   }
   upload.buffer = buffer;
   upload.node = op;
@@ -58,12 +47,9 @@ Bool Upload(BaseObject* op, PointStore& store, PointDisplay& display, BaseDraw* 
   upload.count = store.FillVertices(records, count, &display.box, size);
   upload.vertices = buffer->AllocSubBuffer(bd, VBArrayBuffer, (VLONG)upload.count * kVertexBytes, records);
   GeFree(records);
-  if (!upload.vertices) {
-    store.uploadFlag = 1; // tried again at the next draw
-    return FALSE;
-  }
+  if (!upload.vertices) return FALSE;
   buffer->SetDirty(TRUE);
-  return KeepViewUpload(bd, upload);
+  return display.uploads->Keep(bd, upload);
 }
 
 /** The clones to draw, from the tag of the object or else of its parent; without one the object alone. */

@@ -4,6 +4,9 @@
 #include "c4d.h"
 #include "cloud/point_store.h"
 #include "object/draw/point_program.h"
+#include "object/draw/view_uploads.h"
+
+#include <memory>
 
 namespace kelvra {
 
@@ -13,6 +16,7 @@ struct PointDisplay {
   BaseContainer uniformCache; ///< handed to SetUniform, which does not consult it
   GrowingBox box;             ///< of the positions written last
   LULONG version = 0; ///< of the points that views must show; a new one each time the upload flag is raised
+  std::shared_ptr<ViewUploads> uploads; ///< shared with the copies of the object
 };
 
 /**

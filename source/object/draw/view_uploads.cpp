@@ -1,17 +1,11 @@
 #include "object/draw/view_uploads.h"
 
+#include <algorithm>
+#include <new>
+
 namespace kelvra {
 
 namespace {
-
-GeDynamicArray<ViewUpload> uploads;
-LULONG lastVersion = 0;
-
-ViewUpload* EntryOf(const GlVertexBuffer* buffer) {
-  for (VLONG i = 0; i < uploads.GetCount(); ++i)
-    if (uploads[i].buffer == buffer) return &uploads[i];
-  return NULL;
-}
 
 void FreeOthers(BaseDraw* bd, GlVertexBuffer* buffer, const GlVertexSubBufferData* kept) {
   for (LONG i = buffer->GetSubBufferCount() - 1; i >= 0; --i) {
@@ -22,24 +16,41 @@ void FreeOthers(BaseDraw* bd, GlVertexBuffer* buffer, const GlVertexSubBufferDat
 
 } // namespace
 
-LULONG NewPointsVersion() {
-  return ++lastVersion;
+LULONG ViewUploads::NewVersion() {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  return ++lastVersion_;
 }
 
-ViewUpload* FindViewUpload(GlVertexBuffer* buffer) {
-  ViewUpload* entry = EntryOf(buffer);
-  if (!entry) return NULL;
+ViewUpload* ViewUploads::EntryOf(const GlVertexBuffer* buffer) {
+  const auto entry = std::find_if(uploads_.begin(), uploads_.end(),
+                                  [buffer](const ViewUpload& upload) { return upload.buffer == buffer; });
+  return entry == uploads_.end() ? NULL : &*entry;
+}
+
+Bool ViewUploads::Find(GlVertexBuffer* buffer, ViewUpload* found) {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  const ViewUpload* entry = EntryOf(buffer);
+  if (!entry) return FALSE;
+  *found = *entry;
   // A buffer that the host made later at the same address holds nothing of ours.
   for (LONG i = 0; i < buffer->GetSubBufferCount(); ++i)
-    if (buffer->GetSubBuffer(i) == entry->vertices) return entry;
-  return NULL;
+    if (buffer->GetSubBuffer(i) == entry->vertices) return TRUE;
+  return FALSE;
 }
 
-Bool KeepViewUpload(BaseDraw* bd, const ViewUpload& upload) {
-  ViewUpload* entry = EntryOf(upload.buffer);
-  if (entry)
-    *entry = upload;
-  else if (!uploads.Push(upload)) {
+void ViewUploads::SetVersion(GlVertexBuffer* buffer, LULONG version) {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  if (ViewUpload* entry = EntryOf(buffer)) entry->version = version;
+}
+
+Bool ViewUploads::Keep(BaseDraw* bd, const ViewUpload& upload) {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  try {
+    if (ViewUpload* entry = EntryOf(upload.buffer))
+      *entry = upload;
+    else
+      uploads_.push_back(upload);
+  } catch (const std::bad_alloc&) {
     upload.buffer->FreeBuffer(bd, upload.vertices);
     return FALSE;
   }
@@ -47,10 +58,11 @@ Bool KeepViewUpload(BaseDraw* bd, const ViewUpload& upload) {
   return TRUE;
 }
 
-void ForgetViewUploads(const C4DAtom* node) {
-  for (VLONG i = uploads.GetCount() - 1; i >= 0; --i)
-    if (uploads[i].node == node) uploads.Remove(i);
-  if (uploads.GetCount() == 0) uploads.FreeArray();
+void ViewUploads::Forget(const C4DAtom* node) {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  uploads_.erase(std::remove_if(uploads_.begin(), uploads_.end(),
+                                [node](const ViewUpload& upload) { return upload.node == node; }),
+                 uploads_.end());
 }
 
 } // namespace kelvra

@@ -1,12 +1,11 @@
-// What each view's vertex buffer holds of our points.
-//
-// Kept by buffer, not by object: undo exchanges a node's data for that of its copy, while the node's buffers
-// stay. Only for the thread that draws views.
+// What each view's vertex buffer holds of an object's points.
 #pragma once
 
 #include "c4d.h"
 #include "c4d_gl.h"
-#include "ge_dynamicarray.h"
+
+#include <mutex>
+#include <vector>
 
 namespace kelvra {
 
@@ -15,22 +14,39 @@ struct ViewUpload {
   const C4DAtom* node = NULL;
   GlVertexSubBufferData* vertices = NULL;
   LONG count = 0;     ///< of points
-  LULONG version = 0; ///< of the points, from NewPointsVersion
+  LULONG version = 0; ///< of the points, from NewVersion
 };
 
-/** A number that the points of no object have had before. */
-LULONG NewPointsVersion();
-
-/** The buffer's entry, NULL when it holds no sub-buffer of ours. The pointer is good until the next call. */
-ViewUpload* FindViewUpload(GlVertexBuffer* buffer);
-
 /**
- * Keeps a new sub-buffer and frees all others of the buffer, which are ours too. FALSE when memory is
- * refused: the new one is freed as well then.
+ * One list for an object and its copies: undo exchanges a node's data for that of its copy, while the node's
+ * buffers stay. Views are drawn on one thread, but the host may copy and free nodes on any.
  */
-Bool KeepViewUpload(BaseDraw* bd, const ViewUpload& upload);
+class ViewUploads {
+public:
+  /** A number that the points of none of these objects have had before. */
+  LULONG NewVersion();
 
-/** For a node that is freed: the host frees its buffers. The list's memory goes with the last entry. */
-void ForgetViewUploads(const C4DAtom* node);
+  /** FALSE when the buffer holds no sub-buffer of ours. */
+  Bool Find(GlVertexBuffer* buffer, ViewUpload* found);
+
+  /** Lets what the buffer holds count as another version of the points. */
+  void SetVersion(GlVertexBuffer* buffer, LULONG version);
+
+  /**
+   * Keeps a new sub-buffer and frees all others of the buffer, which are ours too. FALSE when memory is
+   * refused: the new one is freed as well then.
+   */
+  Bool Keep(BaseDraw* bd, const ViewUpload& upload);
+
+  /** For a node that is freed: the host frees its buffers. */
+  void Forget(const C4DAtom* node);
+
+private:
+  ViewUpload* EntryOf(const GlVertexBuffer* buffer);
+
+  std::mutex mutex_;
+  std::vector<ViewUpload> uploads_;
+  LULONG lastVersion_ = 0;
+};
 
 } // namespace kelvra
