@@ -4,6 +4,9 @@
 #include "net/http_get.h"
 #include "net/service_settings.h"
 #include "otallyframe.h"
+#include "text/number_parse.h"
+
+#include <cmath>
 
 namespace kelvra {
 
@@ -17,19 +20,30 @@ String Decimal(LReal value, LONG digits) {
   return RealToString(value, -1, digits, FALSE, '0');
 }
 
-LReal ToReal(const String& text) {
-  return StringToNumber(text, FORMAT_REAL, kFrameRate).GetReal();
+/** FALSE, and the value stays, for a text that does not begin with a finite number. */
+Bool ReadReal(const String& text, LReal& value) {
+  const std::string bytes = Utf8(text);
+  const char* end = NULL;
+  const LReal found = ParseReal(bytes.c_str(), bytes.c_str() + bytes.size(), &end);
+  if (end == bytes.c_str() || !std::isfinite(found)) return FALSE;
+  value = StringToNumber(text, FORMAT_REAL, kFrameRate).GetReal();
+  return TRUE;
 }
 
-/** How many of the two numbers were found, the first one first. */
-int ParseNumbers(const String& text, LReal& c1, LReal& c2) {
+/** Which of the two numbers a text holds. */
+struct NumbersRead {
+  Bool first = FALSE, second = FALSE;
+};
+
+NumbersRead ParseNumbers(const String& text, LReal& c1, LReal& c2) {
+  NumbersRead read;
   LONG colon = 0, comma = 0;
-  if (!text.FindFirst(':', &colon) || !text.FindFirst(',', &comma, colon)) return 0;
-  c1 = ToReal(SubText(text, colon + 1, comma - colon - 1));
-  if (!text.FindFirst(':', &colon, comma)) return 1;
+  if (!text.FindFirst(':', &colon) || !text.FindFirst(',', &comma, colon)) return read;
+  read.first = ReadReal(SubText(text, colon + 1, comma - colon - 1), c1);
+  if (!text.FindFirst(':', &colon, comma)) return read;
   // The length counts from the comma and so reaches past the end of the text, which is where the part ends.
-  c2 = ToReal(SubText(text, colon + 1, text.GetLength() - comma - 1));
-  return 2;
+  read.second = ReadReal(SubText(text, colon + 1, text.GetLength() - comma - 1), c2);
+  return read;
 }
 
 /**
@@ -55,7 +69,8 @@ String FormatPoint(LReal c1, LReal c2) {
 }
 
 Bool ParsePoint(const String& text, LReal& c1, LReal& c2) {
-  return ParseNumbers(text, c1, c2) == 2;
+  const NumbersRead read = ParseNumbers(text, c1, c2);
+  return read.first && read.second;
 }
 
 String ProjectRequest(const String& base, LONG inSR, const CornerPair& corners) {
@@ -71,12 +86,12 @@ CoordinatesRead ReadProjectAnswer(const String& answer, CornerPair& corners) {
   if (!answer.FindFirst(String("geometries"), &at)) return read;
   String first, second;
   if (NextPointText(answer, at, first)) NextPointText(answer, at, second);
-  const int ofFirst = ParseNumbers(first, corners.a1, corners.a2);
-  const int ofSecond = ParseNumbers(second, corners.b1, corners.b2);
-  read.a1 = ofFirst > 0;
-  read.a2 = ofFirst > 1;
-  read.b1 = ofSecond > 0;
-  read.b2 = ofSecond > 1;
+  const NumbersRead ofFirst = ParseNumbers(first, corners.a1, corners.a2);
+  const NumbersRead ofSecond = ParseNumbers(second, corners.b1, corners.b2);
+  read.a1 = ofFirst.first;
+  read.a2 = ofFirst.second;
+  read.b1 = ofSecond.first;
+  read.b2 = ofSecond.second;
   return read;
 }
 

@@ -25,7 +25,7 @@ String FormatPoint(LReal c1, LReal c2);
 
 /**
  * Reads two numbers from the text of a point object, without its braces; TRUE when both were found. A number
- * whose colon or comma is missing stays as it is.
+ * whose colon or comma is missing, or that is not a finite number, stays as it is.
  */
 Bool ParsePoint(const String& text, LReal& c1, LReal& c2);
 

@@ -61,8 +61,9 @@ TEST_F(Reprojection, AnswersChangeAsMuchAsTheyHold) {
       {R"(geometries {"x":5,"q"} {"x":7,"y":8.5})", 5, 2, 7, 8, "1011"}, // no second number in the first
       {R"(geometries {} {"x":7,"y":8.25})", 1, 2, 7, 8, "0011"},         // a length below zero is no text
       {R"(geometries {"x":5,"y":6.25)", 1, 2, 3, 4, "0000"},             // no closing brace
-      {R"(geometries {"x":5,"y":61})", 5, 0, 3, 4, "1100"},              // both digits are cut off
-      {R"(geometries {"x":,"y":12} {"x": 1e2 ,"y": -3 "})", 0, 0, 100, -3, "1111"},
+      {R"(geometries {"x":5,"y":61})", 5, 2, 3, 4, "1000"},              // both digits are cut off
+      {R"(geometries {"x":,"y":12} {"x": 1e2 ,"y": -3 "})", 1, 2, 100, -3, "0011"},
+      {R"(geometries {"x":NaN,"y":-Infinity00} {"x":"7","y":300})", 1, 2, 3, 3, "0001"},
       {R"(geometries {a:1:2,b:34,c:4} {,"x":12.5})", 1, 34, 3, 4, "1100"},
       {"geometrie", 1, 2, 3, 4, "0000"},
       {"", 1, 2, 3, 4, "0000"}};
