@@ -22,10 +22,41 @@ CHAR* Ask(const String& url) {
   return body;
 }
 
-void RequestDownloadMail(String url, const String& orderReference) {
+/** What keeps a reference from being sent as it stands; empty when nothing does. */
+String ObstacleIn(const String& reference) {
+  for (LONG i = 0; i < reference.GetLength(); ++i) {
+    const UWORD c = reference[i];
+    if (c == ' ') return "a blank";
+    if (c == '#') return "the character #";
+    if (c < ' ' || c == 0x7f) return "a control character";
+    if (c > 0x7f) return "a character outside ASCII";
+  }
+  return String();
+}
+
+Bool Names(const String& url, const char* parameter) {
+  LONG at = 0;
+  return url.FindFirst(String("?") + parameter + "=", &at) ||
+         url.FindFirst(String("&") + parameter + "=", &at);
+}
+
+/** The body of the answer, NULL without one. The caller frees it. */
+CHAR* AskForMail(String url, const String& orderReference) {
+  const String obstacle = ObstacleIn(orderReference);
+  if (obstacle.Content()) {
+    GePrint(String("Kelvra: the order reference \"") + orderReference + "\" contains " + obstacle +
+            ", which an address cannot; expected letters, digits and punctuation of ASCII without #; correct "
+            "it on the preferences page or with \"kelvra prefs set order_reference TEXT\"");
+    return NULL;
+  }
   AppendQuery(url, "reference_no", orderReference);
-  AppendQuery(url, "product_id", LongToString(ProductIdentifier()));
-  CHAR* body = Ask(url);
+  // Whoever copies the reference from a link may have copied the product as well.
+  if (!Names(url, "product_id")) AppendQuery(url, "product_id", LongToString(ProductIdentifier()));
+  return Ask(url);
+}
+
+void RequestDownloadMail(const String& url, const String& orderReference) {
+  CHAR* body = AskForMail(url, orderReference);
   if (body)
     MessageDialog(
         "An email, with a download link, has been sent. (to the email address used for your order)");

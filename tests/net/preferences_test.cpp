@@ -121,6 +121,7 @@ TEST_F(Preferences, UpdateCheckSaysWhatTheServerMeans) {
     GEMB_R answer;
     std::vector<std::string> shown;
     std::vector<std::string> targets;
+    const char* printed = "";
   } cases[] = {
       {"", "1.45", "ok", GEMB_R_YES, {}, {}},
       {"K-17", "", "ok", GEMB_R_YES, {}, {""}},
@@ -131,8 +132,10 @@ TEST_F(Preferences, UpdateCheckSaysWhatTheServerMeans) {
       {"K-17", "1.45", "ok", GEMB_R_YES, {question, sent}, {"", query}},
       {"K-17", "1.45", "", GEMB_R_YES, {question, problem}, {"", query}},
       {"K-17", "1.45", nullptr, GEMB_R_YES, {question, problem}, {"", query}},
-      {"K 17", "1.45", "ok", GEMB_R_YES, {question, problem}, {""}} // a blank cannot be sent as it is
-  };
+      {"K-17&product_id=1", "1.45", "ok", GEMB_R_YES, {question, sent}, {"", query}}, // from a link
+      {"K 17", "1.45", "ok", GEMB_R_YES, {question, problem}, {""}, "contains a blank"},
+      {"K#17", "1.45", "ok", GEMB_R_YES, {question, problem}, {""}, "contains the character #"},
+      {"K\xe4", "1.45", "ok", GEMB_R_YES, {question, problem}, {""}, "contains a character outside ASCII"}};
   for (const auto& c : cases) {
     SCOPED_TRACE(std::string(c.order) + " " + (c.version ? c.version : "500"));
     RawServer server([&, asked = 0](int s) mutable {
@@ -143,7 +146,12 @@ TEST_F(Preferences, UpdateCheckSaysWhatTheServerMeans) {
     EXPECT_TRUE(Set(1001, GeData(String(c.order))));
     application_->GetDialogs().Clear();
     application_->GetDialogs().AnswerQuestion(c.answer);
+    application_->GetConsole().Clear();
     application_->PressButton(page_, 1007);
+    std::string printed;
+    for (const std::string& line : application_->GetConsole().Lines()) printed += line;
+    EXPECT_NE(printed.find(c.printed), std::string::npos) << printed;
+    EXPECT_EQ(printed.find("update_server"), std::string::npos) << "the address is not at fault";
     std::vector<std::string> shown;
     for (const host::DialogRecord& dialog : application_->GetDialogs().Shown()) shown.push_back(dialog.text);
     EXPECT_EQ(shown, c.shown);
