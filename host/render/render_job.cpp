@@ -213,6 +213,8 @@ void RenderJob::AskPosts() {
 void RenderJob::ComputePixels() {
   if (options_.probe) {
     options_.probe(mainTracer_->Prepare(options_.probeX, options_.probeY));
+    // To the posts this is a frame that was broken off: nothing was computed that could be kept.
+    error_ = RENDERRESULT_USERBREAK;
     return;
   }
   ComputeTiles(*scene_, options_, *buffer_, [this](double share) {

@@ -133,12 +133,21 @@ TEST_F(RecorderTest, FullDiskLeavesTheFramesBeforeAlone) {
   EXPECT_EQ(FramesRecorded(), 3);
 }
 
-TEST_F(RecorderTest, StoppedRendersAreNotRecorded) {
+TEST_F(RecorderTest, ProbesAndStoppedRendersAreNotRecorded) {
   Enable(Folder());
+  Render(1, 1);
+  const std::string before = TempFolder::Read(folder_ / "frame_0001.png");
+  options_.probe = [](VolumeData*) {};
+  EXPECT_EQ(Render(1, 2), Lines());
+  EXPECT_EQ(results_, std::vector<RENDERRESULT>(3, RENDERRESULT_OK));
+  EXPECT_EQ(TempFolder::Read(folder_ / "frame_0001.png"), before) << "not replaced by an empty one";
+  EXPECT_EQ(folder_.Entries(), 1u);
+  options_.probe = nullptr;
+  results_.clear();
   application_.GetFaults().FailAt(host::Fault::UserBreak, 1, -1);
   EXPECT_EQ(Render(1, 1), Lines());
   EXPECT_NE(results_, std::vector<RENDERRESULT>{RENDERRESULT_OK});
-  EXPECT_EQ(folder_.Entries(), 0u);
+  EXPECT_EQ(TempFolder::Read(folder_ / "frame_0001.png"), before);
 }
 
 } // namespace
