@@ -49,6 +49,12 @@ Vector MiddleOf(const std::vector<Shape>& shapes) {
   return centre;
 }
 
+/** The library requires rays that stay finite: squared, these do. */
+bool Takes(const Vector& v) {
+  const double most = 1e18;
+  return std::abs(v.x) <= most && std::abs(v.y) <= most && std::abs(v.z) <= most; // false for NaN too
+}
+
 class EmbreeScene : public SurfaceScene {
 public:
   explicit EmbreeScene(std::vector<Shape> shapes)
@@ -76,6 +82,8 @@ public:
   bool Nearest(const Vector& origin, const Vector& direction, double minDistance, double maxDistance,
                SurfaceHit* hit) const override {
     const Vector from = origin - middle_;
+    if (!Takes(from) || !Takes(direction) || !(minDistance >= 0.0) || !(maxDistance >= minDistance))
+      return false;
     RTCRayHit query;
     query.ray.org_x = (float)from.x;
     query.ray.org_y = (float)from.y;
