@@ -125,6 +125,11 @@ bool ReplacingFile::Open(std::string* reason) {
   return false;
 }
 
+void ReplacingFile::MakePrivate() {
+  std::error_code ignored; // a disk without rights
+  fs::permissions(fs::u8path(temporary_), fs::perms::owner_read | fs::perms::owner_write, ignored);
+}
+
 bool ReplacingFile::Commit(std::string* reason) {
   // A disk may refuse as late as when it has to keep the bytes, or at the close.
   if (!file_.Sync() || !file_.Close()) {

@@ -33,6 +33,8 @@ public:
   /** False with the reason, without the file's name. */
   bool Open(std::string* reason);
   BufferedFile& File() { return file_; }
+  /** Between Open and Commit: nobody but its owner may read the file, whatever the earlier one's rights. */
+  void MakePrivate();
   /** Brings everything to the disk and takes the target's place. False with the reason. */
   bool Commit(std::string* reason);
 

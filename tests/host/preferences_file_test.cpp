@@ -47,6 +47,16 @@ TEST_F(PreferencesFile, DamagedOnesAreSetAsideAndReported) {
   }
 }
 
+TEST_F(PreferencesFile, NobodyElseMayReadThem) {
+  for (const bool earlier : {false, true}) {
+    fs::remove(File());
+    if (earlier) Write("{}");
+    Open();
+    ASSERT_TRUE(saved_);
+    EXPECT_EQ(fs::status(File()).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+  }
+}
+
 TEST_F(PreferencesFile, WhatIsNoRegularFileStays) {
   fs::create_directory(File());
   EXPECT_NE(Open().find("not a regular file"), std::string::npos);
