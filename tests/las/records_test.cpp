@@ -211,7 +211,7 @@ TEST_F(Records, ProgressIsTheWholePercentageOfKeptPointsAndCanStop) {
   EXPECT_EQ(cloud.report.outcome, LoadOutcome::kStopped);
   EXPECT_EQ(cloud.records, nullptr);
   int asked = 0;
-  Read(file, {1000000, 5000, kelvra::kMostBlockPoints, [&] { return ++asked == 3; }});
+  Read(file, {1000000, 4000, kelvra::kMostBlockPoints, [&] { return ++asked == 3; }});
   EXPECT_EQ(cloud.report.outcome, LoadOutcome::kStopped) << "points that are thinned are read as well";
 }
 

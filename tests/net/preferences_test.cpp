@@ -135,7 +135,7 @@ TEST_F(Preferences, UpdateCheckSaysWhatTheServerMeans) {
       {"K-17&product_id=1", "1.45", "ok", GEMB_R_YES, {question, sent}, {"", query}}, // from a link
       {"K 17", "1.45", "ok", GEMB_R_YES, {question, problem}, {""}, "contains a blank"},
       {"K#17", "1.45", "ok", GEMB_R_YES, {question, problem}, {""}, "contains the character #"},
-      {"K\xe4", "1.45", "ok", GEMB_R_YES, {question, problem}, {""}, "contains a character outside ASCII"}};
+      {"K\xc3\xa4", "1.45", "ok", GEMB_R_YES, {question, problem}, {""}, "contains a character outside ASCII"}};
   for (const auto& c : cases) {
     SCOPED_TRACE(std::string(c.order) + " " + (c.version ? c.version : "500"));
     RawServer server([&, asked = 0](int s) mutable {

@@ -39,7 +39,7 @@ TEST_F(Surfaces, RaysThatTheLibraryCannotTakeMeetNothing) {
   std::string error;
   const std::unique_ptr<host::SurfaceScene> scene = host::SurfaceScene::Build(doc_, &error);
   ASSERT_NE(scene, nullptr) << error;
-  const double nan = std::nan("");
+  const double none = std::nan("");
   const struct {
     Vector origin, direction;
     double least, most;
@@ -47,10 +47,10 @@ TEST_F(Surfaces, RaysThatTheLibraryCannotTakeMeetNothing) {
   } cases[] = {{Vector(1, 2, -10), Vector(0, 0, 1), 0, 100, true},
                {Vector(0, 0, -1e36), Vector(0, 0, 1), 0, 1e37, false},
                {Vector(0, 0, -1e300), Vector(0, 0, 1), 0, 1e301, false},
-               {Vector(nan, 0, -10), Vector(0, 0, 1), 0, 100, false},
-               {Vector(0, 0, -10), Vector(0, nan, 1), 0, 100, false},
+               {Vector(none, 0, -10), Vector(0, 0, 1), 0, 100, false},
+               {Vector(0, 0, -10), Vector(0, none, 1), 0, 100, false},
                {Vector(0, 0, -10), Vector(0, 0, 1e300), 0, 100, false},
-               {Vector(0, 0, -10), Vector(0, 0, 1), nan, 100, false},
+               {Vector(0, 0, -10), Vector(0, 0, 1), none, 100, false},
                {Vector(0, 0, -10), Vector(0, 0, 1), 20, 10, false}};
   for (const auto& c : cases) {
     host::SurfaceHit hit;
