@@ -122,20 +122,25 @@ TEST_F(Preferences, UpdateCheckSaysWhatTheServerMeans) {
     std::vector<std::string> shown;
     std::vector<std::string> targets;
     const char* printed = "";
-  } cases[] = {
-      {"", "1.45", "ok", GEMB_R_YES, {}, {}},
-      {"K-17", "", "ok", GEMB_R_YES, {}, {""}},
-      {"K-17", nullptr, "ok", GEMB_R_YES, {}, {""}},
-      {"K-17", "1.44", "ok", GEMB_R_YES, {latest}, {""}},
-      {"K-17", "none", "ok", GEMB_R_YES, {latest}, {""}},
-      {"K-17", "1.45", "ok", GEMB_R_NO, {question}, {""}},
-      {"K-17", "1.45", "ok", GEMB_R_YES, {question, sent}, {"", query}},
-      {"K-17", "1.45", "", GEMB_R_YES, {question, problem}, {"", query}},
-      {"K-17", "1.45", nullptr, GEMB_R_YES, {question, problem}, {"", query}},
-      {"K-17&product_id=1", "1.45", "ok", GEMB_R_YES, {question, sent}, {"", query}}, // from a link
-      {"K 17", "1.45", "ok", GEMB_R_YES, {question, problem}, {""}, "contains a blank"},
-      {"K#17", "1.45", "ok", GEMB_R_YES, {question, problem}, {""}, "contains the character #"},
-      {"K\xc3\xa4", "1.45", "ok", GEMB_R_YES, {question, problem}, {""}, "contains a character outside ASCII"}};
+  } cases[] = {{"", "1.45", "ok", GEMB_R_YES, {}, {}},
+               {"K-17", "", "ok", GEMB_R_YES, {}, {""}},
+               {"K-17", nullptr, "ok", GEMB_R_YES, {}, {""}},
+               {"K-17", "1.44", "ok", GEMB_R_YES, {latest}, {""}},
+               {"K-17", "none", "ok", GEMB_R_YES, {latest}, {""}},
+               {"K-17", "1.45", "ok", GEMB_R_NO, {question}, {""}},
+               {"K-17", "1.45", "ok", GEMB_R_YES, {question, sent}, {"", query}},
+               {"K-17", "1.45", "", GEMB_R_YES, {question, problem}, {"", query}},
+               {"K-17", "1.45", nullptr, GEMB_R_YES, {question, problem}, {"", query}},
+               {"K-17&product_id=1", "1.45", "ok", GEMB_R_YES, {question, sent}, {"", query}}, // from a link
+               {"K 17", "1.45", "ok", GEMB_R_YES, {question, problem}, {""}, "contains a blank"},
+               {"K#17", "1.45", "ok", GEMB_R_YES, {question, problem}, {""}, "contains the character #"},
+               {"K\xc3\xa4",
+                "1.45",
+                "ok",
+                GEMB_R_YES,
+                {question, problem},
+                {""},
+                "contains a character outside ASCII"}};
   for (const auto& c : cases) {
     SCOPED_TRACE(std::string(c.order) + " " + (c.version ? c.version : "500"));
     RawServer server([&, asked = 0](int s) mutable {
