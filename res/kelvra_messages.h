@@ -17,6 +17,12 @@ enum {
    */
   KELVRA_MESSAGE_REPORT = 1037611,
 
+  /**
+   * To a point cloud object: its first points in the coordinates of their files. Data: KelvraSurvey*. FALSE,
+   * and the data stay as they are, for an unknown version.
+   */
+  KELVRA_MESSAGE_SURVEY = 1037612,
+
   KELVRA_CLOUD = 1037074,
   KELVRA_HOOK = 1037078,
   KELVRA_RECORDER = 1037073, // video post
@@ -117,6 +123,16 @@ struct KelvraCloudReport {
   LONG groups;
   LONG blockCount;
   const KelvraBlockReport* blocks; // in store order
+};
+
+/**
+ * The asker owns structure and array. Points come in the order in which conversions have them, in the axes of
+ * files (x east, y north, z up), rounded to the step of their file where it is known.
+ */
+struct KelvraSurvey {
+  LONG version; // 1
+  LONG count;   // room in positions; result: how many were written
+  LVector* positions;
 };
 
 #endif

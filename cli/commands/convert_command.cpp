@@ -16,6 +16,7 @@
 #include "host/application.h"
 #include "host/particles/emitter.h"
 #include "host/particles/particle_pool.h"
+#include "kelvra_messages.h"
 #include "otallyframe.h"
 
 #include <algorithm>
@@ -44,10 +45,11 @@ const struct Mode {
 struct ConvertOptions {
   InputOptions input;
   const Mode* mode = nullptr;
-  std::string ratio;  ///< share of the points, as the parameter takes it; empty keeps the cloud's
-  std::string step;   ///< longest step within a spline segment; empty keeps the cloud's
-  std::string output; ///< geometry file; empty for none
-  std::string scene;  ///< scene with the result in the cloud's place; empty for none
+  std::string ratio;   ///< share of the points, as the parameter takes it; empty keeps the cloud's
+  std::string step;    ///< longest step within a spline segment; empty keeps the cloud's
+  std::string output;  ///< geometry file; empty for none
+  bool survey = false; ///< the geometry file has the coordinates of the files
+  std::string scene;   ///< scene with the result in the cloud's place; empty for none
 };
 
 /** Results from here on are announced before they are made. */
@@ -111,16 +113,32 @@ void Announce(const Mode& mode, double points) {
   std::cout << text << std::endl;
 }
 
-void WriteResult(CloudSession& session, BaseObject* cloud, const Mode& mode, const std::string& path) {
+/** The points of a result where the files have them. Throws when the result holds points that no file has. */
+std::vector<LVector> Survey(BaseObject* cloud, LONG count) {
+  std::vector<LVector> positions((std::size_t)count);
+  KelvraSurvey survey = {1, count, positions.data()};
+  if (count > 0 && (!cloud->Message(KELVRA_MESSAGE_SURVEY, &survey) || survey.count != count))
+    throw std::runtime_error(
+        "the result holds points that are in no file; --survey cannot place them (is --ratio "
+        "above 1?)");
+  return positions;
+}
+
+void WriteResult(CloudSession& session, BaseObject* cloud, const ConvertOptions& options) {
+  const Mode& mode = *options.mode;
+  const std::string& path = options.output;
   BaseObject* built = cloud->GetCache(NULL);
-  const Matrix global = built ? cloud->GetMg() * built->GetMl() : Matrix();
+  Placement place;
+  if (built) place.global = cloud->GetMg() * built->GetMl();
+  const bool hasPoints = built && (built->GetType() == Opolygon || built->GetType() == Ospline);
+  if (hasPoints && options.survey) place.survey = Survey(cloud, ((PointObject*)built)->GetPointCount());
   host::Faults& faults = session.App().GetFaults();
   std::string error;
   bool written = false;
   if (mode.value == KELVRA_CONVERT_MODE_POINTS && built && built->GetType() == Opolygon)
-    written = WritePly((PointObject*)built, global, path, &error, &faults);
+    written = WritePly((PointObject*)built, place, path, &error, &faults);
   else if (mode.value == KELVRA_CONVERT_MODE_SPLINE && built && built->GetType() == Ospline)
-    written = WriteObj((SplineObject*)built, global, path, &error, &faults);
+    written = WriteObj((SplineObject*)built, place, path, &error, &faults);
   else
     error = path + ": the conversion built nothing that this file can hold";
   if (!written) throw std::runtime_error(error);
@@ -137,6 +155,8 @@ void WriteScene(CloudSession& session, const std::string& path) {
 
 void CheckOutputs(const ConvertOptions& options) {
   CheckOutputKind(*options.mode, options.output);
+  if (options.survey && options.output.empty())
+    throw UsageError{"--survey: expected --output, a file for the coordinates"};
   if (!options.output.empty() && options.output == options.scene)
     throw UsageError{"--scene " + options.scene + ": expected another file than --output"};
   for (const std::string& path : {options.output, options.scene})
@@ -173,7 +193,7 @@ int RunConvert(const ConvertOptions& options) {
     if (clouds > 1)
       Line(std::cerr) << "the scene holds " << clouds << " point clouds; only the first one is written to "
                       << options.output;
-    WriteResult(session, session.Cloud(), *options.mode, options.output);
+    WriteResult(session, session.Cloud(), options);
   }
   if (!options.scene.empty()) WriteScene(session, options.scene);
   if (!built) throw std::runtime_error("nothing was built from the points");
@@ -191,6 +211,7 @@ Run AddConvert(CLI::App& command) {
   command.add_option("--ratio", options->ratio, "Share of the points, from the first one on; 1 is all");
   command.add_option("--step", options->step, "Longest step within one spline segment");
   AddOutput(command, options->output, "PLY for points, OBJ for splines");
+  command.add_flag("--survey", options->survey, "Write the coordinates of the files, x east, y north, z up");
   AddPath(command, "--scene", options->scene, "Save a scene in which the result takes the cloud's place");
   return [options] { return RunConvert(*options); };
 }

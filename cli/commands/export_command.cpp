@@ -19,6 +19,7 @@ namespace {
 struct ExportOptions {
   InputOptions input;
   std::string output;
+  bool survey = false;
 };
 
 /** Presses the object's button. The module reports the export on the console, or in a dialog why it failed.
@@ -47,6 +48,7 @@ int RunExport(const ExportOptions& options) {
   const std::size_t clouds = session.Clouds().size();
   if (clouds > 1)
     std::cerr << "the scene holds " << clouds << " point clouds; only the first one is exported\n";
+  if (options.survey) session.Cloud()->GetDataInstance()->SetBool(KELVRA_SAVE_SURVEY, TRUE);
   if (!SaveText(session.App(), session.Cloud(), options.output)) return kExitIncomplete;
   Line(std::cout) << options.output << ": points written, " << Bytes(FileSize(options.output));
   return clouds > 1 ? (int)kExitIncomplete : session.ExitStatus();
@@ -58,6 +60,7 @@ Run AddExport(CLI::App& command) {
   const auto options = std::make_shared<ExportOptions>();
   AddInput(command, options->input);
   AddOutput(command, options->output, "Text file to write")->required();
+  command.add_flag("--survey", options->survey, "Write the coordinates of the files, as precise as they are");
   return [options] { return RunExport(*options); };
 }
 

@@ -5,6 +5,9 @@
 #include "cli/commands/output/json_text.h"
 #include "cli/text/format.h"
 
+#include <algorithm>
+#include <array>
+#include <cmath>
 #include <iostream>
 
 namespace cli {
@@ -37,7 +40,45 @@ const char* Name(FileOutcome outcome) {
   return "";
 }
 
-void PrintJson(const CloudSession& session, const CloudStats& total) {
+/** What the clouds of a document hold together. */
+struct Totals {
+  long long points = 0, blocks = 0;
+  LONG groups = 0;
+  Box box;                                  ///< in file coordinates
+  double step = 0;                          ///< the coarsest
+  std::array<double, 3> origin = {0, 0, 0}; ///< of the first cloud
+};
+
+Totals Total(const CloudSession& session) {
+  Totals total;
+  bool first = true;
+  for (BaseObject* cloud : session.Clouds()) {
+    CloudStats stats;
+    if (!ReadCloudStats(cloud, &stats)) continue;
+    total.points += stats.Points();
+    total.blocks += (long long)stats.blocks.size();
+    total.groups += stats.groups;
+    const Box box = stats.FileBounds();
+    total.box.Add(box);
+    if (box.valid) total.step = std::max(total.step, stats.Step());
+    if (first) std::copy(stats.origin, stats.origin + 3, total.origin.begin());
+    first = false;
+  }
+  return total;
+}
+
+/** As many decimals as are kept; zeros at the end are left out. */
+std::string Coordinate(double value, double step) {
+  const int most = 9;
+  const int decimals = step > 0 ? std::clamp((int)std::floor(-std::log10(step)), 0, most) : most;
+  std::string text = Fixed(value, decimals);
+  if (text.find('.') == std::string::npos) return text;
+  text.erase(text.find_last_not_of('0') + 1);
+  if (text.back() == '.') text.pop_back();
+  return text;
+}
+
+void PrintJson(const CloudSession& session, const Totals& total) {
   nlohmann::json files = nlohmann::json::array();
   for (const FileReport& report : session.Reports())
     files.push_back({{"path", report.path},
@@ -45,10 +86,12 @@ void PrintJson(const CloudSession& session, const CloudStats& total) {
                      {"outcome", Name(report.outcome)},
                      {"message", report.message},
                      {"details", report.details}});
-  const nlohmann::json info = {{"points", total.Points()},
+  const nlohmann::json info = {{"points", total.points},
                                {"groups", total.groups},
-                               {"blocks", total.blocks.size()},
-                               {"bbox", BoxJson(total.Bounds())},
+                               {"blocks", total.blocks},
+                               {"bbox", BoxJson(total.box)},
+                               {"origin", total.origin},
+                               {"step", total.step},
                                {"files", files},
                                {"seconds", session.LoadSeconds()},
                                {"peak_memory_bytes", session.PeakMemory()}};
@@ -56,36 +99,31 @@ void PrintJson(const CloudSession& session, const CloudStats& total) {
 }
 
 /** "x 1..2, y 3..4, z 5..6" in file axes. */
-std::string BoxText(const Box& box) {
+std::string BoxText(const Box& box, double step) {
   if (!box.valid) return "empty";
   std::string text;
   for (int axis = 0; axis < 3; ++axis)
-    text += std::string(axis ? ", " : "") + "xyz"[axis] + " " + Fixed(box.min[axis], 2) + ".." +
-            Fixed(box.max[axis], 2);
+    text += std::string(axis ? ", " : "") + "xyz"[axis] + " " + Coordinate(box.min[axis], step) + ".." +
+            Coordinate(box.max[axis], step);
   return text;
 }
 
-void PrintText(const CloudSession& session, const CloudStats& total, bool verbose) {
+void PrintText(const CloudSession& session, const Totals& total, bool verbose) {
   PrintReports(session, verbose);
   const double seconds = session.LoadSeconds();
-  std::cout << "total: " << Counted(total.Points(), "point") << " in "
-            << Counted((long long)total.blocks.size(), "block") << ", " << Counted(total.groups, "group")
-            << ", " << Fixed(seconds, 2) << " s";
-  if (seconds > 0) std::cout << ", " << Fixed((double)total.Points() / seconds / 1e6, 1) << " M points/s";
+  std::cout << "total: " << Counted(total.points, "point") << " in " << Counted(total.blocks, "block") << ", "
+            << Counted(total.groups, "group") << ", " << Fixed(seconds, 2) << " s";
+  if (seconds > 0) std::cout << ", " << Fixed((double)total.points / seconds / 1e6, 1) << " M points/s";
   std::cout << ", memory " << Bytes(session.PeakMemory()) << "\n";
-  std::cout << "box: " << BoxText(total.Bounds()) << "\n";
+  std::cout << "box: " << BoxText(total.box, total.step);
+  if (total.box.valid) std::cout << ", step " << TwoDigits(total.step);
+  std::cout << "\n";
 }
 
 int RunInfo(const InfoOptions& options) {
   CloudSession session(options.input.faults);
   session.Open(options.input.files, options.input.settings);
-  CloudStats total;
-  for (BaseObject* cloud : session.Clouds()) {
-    CloudStats stats;
-    if (!ReadCloudStats(cloud, &stats)) continue;
-    total.groups += stats.groups;
-    total.blocks.insert(total.blocks.end(), stats.blocks.begin(), stats.blocks.end());
-  }
+  const Totals total = Total(session);
   if (options.json)
     PrintJson(session, total);
   else

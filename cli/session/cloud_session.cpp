@@ -165,6 +165,10 @@ BaseObject* CloudSession::NewCloud() {
   if (!plugin) throw std::runtime_error("the module registered no point cloud object");
   BaseObject* object = host::CreateObjectFromMenu(document_, plugin->id);
   if (!object) throw std::runtime_error("the point cloud object could not be made");
+  // Unlike a new object of the application, this one is for files of any place, which must come out whole.
+  BaseContainer* data = object->GetDataInstance();
+  data->SetLong(KELVRA_LOCAL_ORIGIN, KELVRA_LOCAL_ORIGIN_AUTOMATIC);
+  data->SetLong(KELVRA_FIT_TEXT, KELVRA_FIT_TEXT_LARGE);
   for (const std::string& setting : settings_) ApplySetting(object, setting);
   // It would thin text files as they load, and what was kept once more where it is shown: it is set again
   // when everything is loaded.

@@ -1,8 +1,10 @@
 #include "cli/session/cloud_stats.h"
 
 #include "kelvra_messages.h"
+#include "otallyframe.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace cli {
 
@@ -25,6 +27,23 @@ Box CloudStats::Bounds() const {
   Box bounds;
   for (const BlockStats& block : blocks) bounds.Add(block.box);
   return bounds;
+}
+
+Box CloudStats::FileBounds() const {
+  Box bounds = Bounds();
+  for (int axis = 0; axis < 3; ++axis) {
+    bounds.min[axis] += origin[axis];
+    bounds.max[axis] += origin[axis];
+  }
+  return bounds;
+}
+
+double CloudStats::Step() const {
+  const Box bounds = Bounds();
+  float farthest = 0;
+  for (int axis = 0; axis < 3; ++axis)
+    farthest = std::max({farthest, (float)std::abs(bounds.min[axis]), (float)std::abs(bounds.max[axis])});
+  return (double)(std::nextafter(farthest, HUGE_VALF) - farthest);
 }
 
 bool CloudStats::HasColor() const {
@@ -86,6 +105,9 @@ bool ReadCloudStats(BaseList2D* object, CloudStats* stats) {
   KelvraCloudReport answer;
   if (!Ask(object, &answer)) return false;
   stats->groups = answer.groups;
+  GeData origin;
+  if (object->GetParameter(DescID(KELVRA_ORIGIN), origin, DESCFLAGS_GET_0))
+    for (int axis = 0; axis < 3; ++axis) stats->origin[axis] = origin.GetVector()[axis];
   for (LONG i = 0; i < answer.blockCount; ++i) stats->blocks.push_back(StatsOf(answer.blocks[i]));
   return true;
 }

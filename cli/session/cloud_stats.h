@@ -25,9 +25,13 @@ struct BlockStats {
 
 struct CloudStats {
   LONG groups = 0;
+  double origin[3] = {0, 0, 0}; ///< stored coordinates plus this are those of the files
   std::vector<BlockStats> blocks;
   long long Points() const;
   Box Bounds() const;
+  Box FileBounds() const;
+  /** Distance of neighbouring stored coordinates where it is largest. */
+  double Step() const;
   bool HasColor() const;
   bool IsBlack() const;
 };

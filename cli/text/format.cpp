@@ -21,6 +21,13 @@ std::string Fixed(double value, int decimals) {
   return std::string(text, end.ptr);
 }
 
+std::string TwoDigits(double value) {
+  char text[400];
+  const std::to_chars_result end =
+      std::to_chars(text, text + sizeof text, value, std::chars_format::general, 2);
+  return std::string(text, end.ptr);
+}
+
 std::string Bytes(long long bytes) {
   static const char* const units[] = {"B", "KB", "MB", "GB", "TB"};
   double size = (double)bytes;

@@ -15,6 +15,10 @@ enum {
   KELVRA_LOAD_STATE = 1014,     // integer: what happens with points sent by another module
   KELVRA_LOAD_BUDGET = 1181,    // integer: millions of points kept of one LAS or LAZ file
   KELVRA_LOAD_NTH = 1182,       // integer: only every n-th point of a file is loaded
+  KELVRA_LOCAL_ORIGIN = 1190,   // integer: whether the first file of an empty object gives it an origin
+  KELVRA_ORIGIN = 1191,         // vector, file axes: added to stored positions it gives those of the files
+  KELVRA_FIT_TEXT = 1192,       // integer: whether text clouds with a local origin are fitted to the size
+  KELVRA_SAVE_SURVEY = 1193,    // bool: the text export writes file coordinates
   KELVRA_LOAD_FOLDER = 1600,    // button
   KELVRA_LOAD_FILE = 1602,      // button
   KELVRA_SAVE_TEXT = 1609,      // button
@@ -86,6 +90,13 @@ enum {
   KELVRA_LOAD_STATE_IDLE = 0,
   KELVRA_LOAD_STATE_ONCE = 1,
   KELVRA_LOAD_STATE_STREAM = 2,
+
+  KELVRA_LOCAL_ORIGIN_OFF = 0,
+  KELVRA_LOCAL_ORIGIN_AUTOMATIC = 1,
+
+  KELVRA_FIT_TEXT_OFF = 0,
+  KELVRA_FIT_TEXT_ON = 1,
+  KELVRA_FIT_TEXT_LARGE = 2,
 
   KELVRA_COLOR_MODE_POINT = 0,
   KELVRA_COLOR_MODE_RED = 1,

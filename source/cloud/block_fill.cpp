@@ -2,15 +2,17 @@
 
 namespace kelvra {
 
-Bool FillBlock(const SourceRecord* records, LONG count, LONG colorMultiplier, PointBlock& block) {
+Bool FillBlock(const SourceRecord* records, LONG count, LONG colorMultiplier, const LVector& origin,
+               PointBlock& block) {
   if (!block.Allocate(count)) return FALSE;
   SReal *position = block.positions, *color = block.colors;
   UWORD *channel = block.attrib3, *flag = block.attrib1;
   // The file's z is the host's y.
-  GrowingRange x((SReal)records[0].x), y((SReal)records[0].z), z((SReal)records[0].y);
+  const LReal ox = origin.x, oy = origin.z, oz = origin.y;
+  GrowingRange x((SReal)(records[0].x - ox)), y((SReal)(records[0].z - oy)), z((SReal)(records[0].y - oz));
   for (LONG i = 0; i < count; ++i, position += 3, color += 3, channel += 3) {
     const SourceRecord& record = records[i];
-    const SReal px = (SReal)record.x, py = (SReal)record.z, pz = (SReal)record.y;
+    const SReal px = (SReal)(record.x - ox), py = (SReal)(record.z - oy), pz = (SReal)(record.y - oz);
     position[0] = px;
     position[1] = py;
     position[2] = pz;

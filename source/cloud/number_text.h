@@ -15,6 +15,10 @@ const LONG kMostNumberChars = 48;
  * end.
  */
 CHAR* WriteShortest(CHAR* to, SReal value);
+/** The same of a 64-bit real. */
+CHAR* WriteShortest(CHAR* to, LReal value);
+/** With a fixed number of decimals; for magnitudes below 2 to the 53rd. */
+CHAR* WriteDecimals(CHAR* to, LReal value, LONG decimals);
 /** An integer; at most 11 characters. */
 CHAR* WriteInteger(CHAR* to, LONG value);
 

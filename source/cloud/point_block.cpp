@@ -106,6 +106,18 @@ void PointBlock::Finish(LONG flags) {
   box.Add(Vector(x.high, y.high, z.high));
 }
 
+void PointBlock::MoveTo(const LVector& origin) {
+  for (SReal *p = positions, *end = p + (VLONG)count * 3; p < end; p += 3) {
+    p[0] = (SReal)(p[0] - origin.x);
+    p[1] = (SReal)(p[1] - origin.z);
+    p[2] = (SReal)(p[2] - origin.y);
+  }
+  LReal* s = header.slots;
+  header.SetBounds(LVector(s[kSlotMinX], s[kSlotMinY], s[kSlotMinHeight]) - origin,
+                   LVector(s[kSlotMaxX], s[kSlotMaxY], s[kSlotMaxHeight]) - origin);
+  Finish(kFinishRecomputeBox);
+}
+
 Bool PointBlock::Write(HyperFile* hf) const {
   if (!hf->WriteLong(count) || count < 1) return FALSE;
   if (!hf->WriteArray(positions, HYPERFILEARRAY_SREAL, sizeof(SReal), count * 3) ||

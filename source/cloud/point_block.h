@@ -9,6 +9,9 @@
 
 namespace kelvra {
 
+/** Index into PointBlock::reals. */
+enum { kRealStepZ = 3 };
+
 /** Bits of PointBlock::Finish. */
 enum { kFinishRecomputeBox = 2 };
 
@@ -41,12 +44,16 @@ struct PointBlock {
   /** Shrinks the arrays to `count`; kFinishRecomputeBox makes the box from the points again. */
   void Finish(LONG flags);
 
+  /** Counts positions and bounds, absolute so far, from an origin in file axes. */
+  void MoveTo(const LVector& origin);
+
   /** An empty block writes its count and then fails: it must never be left in a store that is saved. */
   Bool Write(HyperFile* hf) const;
   Bool Read(HyperFile* hf, LONG level);
 
   PointHeader header;
-  /** Fit scale, aspect, object size at load, 0. */
+  /** Fit scale, aspect, object size at load, step of the file's z as slots 13 and 14 have those of x and y.
+   */
   LReal reals[4];
   LoaderSettings settings;
   GrowingBox box; ///< of the stored positions

@@ -18,6 +18,8 @@ enum HeaderSlot {
   kSlotMaxX = 10,
   kSlotMinHeight = 11, ///< source z, which is the host's y
   kSlotMaxHeight = 12,
+  kSlotStepX = 13, ///< step of the file's x, 0 where it is not known; only in clouds with a local origin
+  kSlotStepY = 14,
   kSlotScaleHeight = 15,
   kFirstSavedSlot = 7,
   kLastSavedSlot = 14,
@@ -30,7 +32,7 @@ struct PointHeader {
   UWORD key;
   PointHeader() { Clear(); }
   void Clear();
-  /** Bounds of the source in file axes. */
+  /** Bounds of the source in file axes, counted from the local origin like the stored positions. */
   void SetBounds(const LVector& low, const LVector& high);
 };
 

@@ -1,5 +1,6 @@
 #include "cloud/store_text.h"
 
+#include "cloud/file_coordinates.h"
 #include "cloud/number_text.h"
 
 namespace kelvra {
@@ -36,9 +37,15 @@ public:
     Coordinate(p.x);
     Coordinate(p.z);
     Coordinate(p.y);
-    Channel(color[0], ' ');
-    Channel(color[1], ' ');
-    Channel(color[2], '\n');
+    Color(color);
+    return TRUE;
+  }
+  Bool FilePoint(const FileCoordinates& file, const SReal* p, const LONG color[3]) {
+    if (end_ + kMostLineBytes > buffer_ + kBufferBytes && !Flush()) return FALSE;
+    Coordinate(file.x, p[0]);
+    Coordinate(file.y, p[2]);
+    Coordinate(file.z, p[1]);
+    Color(color);
     return TRUE;
   }
   Bool Flush() {
@@ -51,6 +58,15 @@ private:
   void Coordinate(Real value) {
     end_ = WriteShortest(end_, (SReal)value);
     *end_++ = ' ';
+  }
+  void Coordinate(const FileAxis& axis, SReal stored) {
+    end_ = axis.Write(end_, stored);
+    *end_++ = ' ';
+  }
+  void Color(const LONG color[3]) {
+    Channel(color[0], ' ');
+    Channel(color[1], ' ');
+    Channel(color[2], '\n');
   }
   void Channel(LONG value, CHAR separator) {
     end_ = WriteInteger(end_, value);
@@ -73,10 +89,14 @@ void ColorOf(const UWORD* channels, COLORSPACETRANSFORMATION transformation, LON
 Bool WriteBlock(const PointBlock& block, const PointMapping& mapping, const TextExportOptions& options,
                 LONG step, LLONG* first, LineWriter& lines) {
   LLONG i = *first;
+  const FileCoordinates file(block, options.origin, options.survey);
+  const bool inFile = options.survey || mapping.IsIdentity();
   for (; i < block.count; i += step) {
     LONG color[3];
     ColorOf(block.attrib3 + i * 3, options.transformation, color);
-    if (!lines.Point(mapping.Map(block.positions + i * 3), color)) return FALSE;
+    const SReal* stored = block.positions + i * 3;
+    if (!(inFile ? lines.FilePoint(file, stored, color) : lines.Point(mapping.Map(stored), color)))
+      return FALSE;
   }
   *first = i - block.count;
   return TRUE;

@@ -119,7 +119,7 @@ Bool Reproject(LONG inSR, LReal& a1, LReal& a2, LReal& b1, LReal& b2) {
   return asked;
 }
 
-void ShowReprojectedCorners(BaseObject* op, const PointStore& store) {
+void ShowReprojectedCorners(BaseObject* op, const PointStore& store, const LVector& origin) {
   BaseContainer* data = op->GetDataInstance();
   const String reference = data->GetString(KELVRA_EPSG);
   const PointBlock* block = store.GetFirstBlock();
@@ -127,8 +127,8 @@ void ShowReprojectedCorners(BaseObject* op, const PointStore& store) {
   LONG noNumber = 0;
   const LONG inSR = reference.ToLong(&noNumber);
   const PointHeader header = block->header;
-  CornerPair corners{header.slots[kSlotMinX], header.slots[kSlotMinY], header.slots[kSlotMaxX],
-                     header.slots[kSlotMaxY]};
+  CornerPair corners{header.slots[kSlotMinX] + origin.x, header.slots[kSlotMinY] + origin.y,
+                     header.slots[kSlotMaxX] + origin.x, header.slots[kSlotMaxY] + origin.y};
   CoordinatesRead read;
   if (!Reproject(noNumber ? 0 : inSR, corners, &read) || !read.All()) return;
   const struct {

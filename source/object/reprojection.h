@@ -43,9 +43,10 @@ Bool Reproject(LONG inSR, CornerPair& corners, CoordinatesRead* read);
 Bool Reproject(LONG inSR, LReal& a1, LReal& a2, LReal& b1, LReal& b2);
 
 /**
- * Reprojects the first block's two corners when parameter 1601 names a spatial reference by its number, and
- * shows them in the six text parameters when the answer gave all four numbers. Otherwise nothing changes.
+ * Reprojects the first block's two corners, which the store counts from `origin`, when parameter 1601 names a
+ * spatial reference by its number, and shows them in the six text parameters when the answer gave all four
+ * numbers. Otherwise nothing changes.
  */
-void ShowReprojectedCorners(BaseObject* op, const PointStore& store);
+void ShowReprojectedCorners(BaseObject* op, const PointStore& store, const LVector& origin);
 
 } // namespace kelvra

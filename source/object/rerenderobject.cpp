@@ -1,5 +1,6 @@
 #include "object/rerenderobject.h"
 
+#include "cloud/file_coordinates.h"
 #include "cloud/point_share.h"
 #include "glpoint.h"
 #include "host_text.h"
@@ -33,6 +34,7 @@ void DropBadBlocks(PointGroup& group) {
 }
 
 const LONG kDefaultBudget = 100; ///< millions, where the object has no entry
+const LONG kSurveyVersion = 1;
 const LLONG kMillion = 1000000;
 
 LoadOptions ReadOptions(BaseObject* op) {
@@ -44,10 +46,16 @@ LoadOptions ReadOptions(BaseObject* op) {
   options.everyNth = LMax(1, data->GetLong(KELVRA_LOAD_NTH, 1));
   // Where nothing is set for loading, text is read as thinly as it is shown.
   options.everyNthLine = options.everyNth > 1 ? options.everyNth : LMax(1, data->GetLong(KELVRA_THIN_VIEW));
+  options.localOrigin = data->GetLong(KELVRA_LOCAL_ORIGIN) == KELVRA_LOCAL_ORIGIN_AUTOMATIC;
+  options.fitText = data->GetLong(KELVRA_FIT_TEXT);
   return options;
 }
 
 } // namespace
+
+LVector OriginOf(BaseObject* op) {
+  return op->GetDataInstance()->GetVector(KELVRA_ORIGIN);
+}
 
 void RecordUndo(BaseObject* op) {
   BaseDocument* doc = op->GetDocument();
@@ -134,6 +142,8 @@ Bool KelvraObject::Message(GeListNode* node, LONG type, void* data) {
       store.ExportPositions(dest, count, &display.box, op->GetDataInstance()->GetReal(KELVRA_OBJECT_SIZE));
     });
     break;
+  case KELVRA_MESSAGE_SURVEY:
+    return data && OnSurvey(*(KelvraSurvey*)data, OriginOf(op));
   case KELVRA_MESSAGE_REPORT:
     return data && OnReport(*(KelvraCloudReport*)data);
   default:
@@ -163,6 +173,16 @@ Bool KelvraObject::OnReport(KelvraCloudReport& answer) {
   }
 }
 
+Bool KelvraObject::OnSurvey(KelvraSurvey& answer, const LVector& origin) {
+  if (answer.version != kSurveyVersion || !answer.positions) return FALSE;
+  answer.count = store.VisitFirst(answer.count, [&](const PointBlock& block, LONG taken, LONG first) {
+    const FileCoordinates file(block, origin, TRUE);
+    for (LONG i = 0; i < taken; ++i)
+      answer.positions[(VLONG)first + i] = file.At(block.positions + (VLONG)i * 3);
+  });
+  return TRUE;
+}
+
 /** Asks for a file, or for a folder of which every file is loaded. */
 void KelvraObject::Load(BaseObject* op, Bool folderMode) {
   Filename chosen;
@@ -174,7 +194,11 @@ void KelvraObject::Load(BaseObject* op, Bool folderMode) {
   if (files.empty()) PrintLine(path, "the folder holds no file to load");
 
   const Bool wasEmpty = store.CountBlocks() == 0;
-  loadReports = LoadFiles(files, {store, ReadOptions(op), [op] { RecordUndo(op); }});
+  const LVector before = OriginOf(op);
+  LVector origin = wasEmpty ? LVector() : before;
+  loadReports = LoadFiles(files, {store, ReadOptions(op), origin, [op] { RecordUndo(op); }});
+  // Objects without an origin get no entry: their scenes stay what they were.
+  if (origin != before) op->GetDataInstance()->SetVector(KELVRA_ORIGIN, origin);
   const PointBlock* first = store.GetFirstBlock();
   if (wasEmpty && first && first->header.key > 1)
     op->GetDataInstance()->SetString(KELVRA_EPSG, LongToString(first->header.key));
@@ -212,7 +236,7 @@ void KelvraObject::OnCommand(BaseObject* op, LONG id) {
 void KelvraObject::OnParameter(BaseObject* op, LONG id) {
   switch (id) {
   case KELVRA_EPSG:
-    ShowReprojectedCorners(op, store);
+    ShowReprojectedCorners(op, store, OriginOf(op));
     settingsChanged = 1;
     break;
   case KELVRA_OBJECT_SIZE:
@@ -259,7 +283,13 @@ void KelvraObject::OnDelivery(BaseObject* op, PointDelivery& delivery) {
   DropBadBlocks(delivery.points);
   if (delivery.points.blocks.GetCount() == 0) return;
   if (once) RecordUndo(op);
-  if (store.Merge(delivery.points)) StoreChanged(op);
+  if (!store.Merge(delivery.points)) return;
+  // What is delivered is absolute.
+  const LVector origin = OriginOf(op);
+  GeDynamicArray<PointBlock>& blocks = store.groups[store.groups.GetCount() - 1].blocks;
+  if (origin != LVector())
+    for (VLONG i = 0; i < blocks.GetCount(); ++i) blocks[i].MoveTo(origin);
+  StoreChanged(op);
 }
 
 void KelvraObject::GetDimension(BaseObject* op, Vector* mp, Vector* rad) {

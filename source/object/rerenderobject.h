@@ -43,6 +43,7 @@ private:
   void OnMenuPrepare(BaseObject* op, BaseDocument* doc);
   void OnDelivery(BaseObject* op, PointDelivery& delivery);
   Bool OnReport(KelvraCloudReport& answer);
+  Bool OnSurvey(KelvraSurvey& answer, const LVector& origin);
   void Load(BaseObject* op, Bool folderMode);
   void StoreChanged(BaseObject* op);
   template <class Export>
@@ -54,6 +55,9 @@ private:
 
 /** The object's data of a node of this type, NULL for other nodes. */
 KelvraObject* GetCloudData(BaseObject* op);
+
+/** Where the object's stored positions count from, in file axes; 0 where it has no local origin. */
+LVector OriginOf(BaseObject* op);
 
 /** Keeps the object as it is now as one step that the user can undo; nothing without a document. */
 void RecordUndo(BaseObject* op);

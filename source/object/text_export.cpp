@@ -46,6 +46,8 @@ void SaveAsText(BaseObject* op) {
   TextExportOptions options;
   options.size = data->GetReal(KELVRA_OBJECT_SIZE);
   options.everyNth = data->GetLong(KELVRA_THIN_VIEW);
+  options.origin = OriginOf(op);
+  options.survey = data->GetBool(KELVRA_SAVE_SURVEY);
   options.transformation = DocumentTransformation(op->GetDocument());
   // Written beside the target, which it replaces once it is whole: a full disk costs no earlier file.
   const Filename part = PartNameOf(path);

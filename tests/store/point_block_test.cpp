@@ -36,7 +36,7 @@ TEST_F(Block, RefusedCountOrArrayLeavesItClear) {
     PointBlock block = MakeBlock(2), copy = MakeBlock(2), filled;
     EXPECT_FALSE(WithRefusal(n, [&] { return block.Allocate(5); })) << n;
     EXPECT_FALSE(WithRefusal(n, [&] { return source.CopyTo(copy); })) << n;
-    EXPECT_FALSE(WithRefusal(n, [&] { return FillBlock(records, 5, 1, filled); })) << n;
+    EXPECT_FALSE(WithRefusal(n, [&] { return FillBlock(records, 5, 1, LVector(), filled); })) << n;
     for (const PointBlock* failed : {&sized, &block, &copy, &filled}) ExpectClear(*failed);
   }
 }
@@ -70,7 +70,7 @@ TEST_F(Block, FillingSwapsAxesAndScalesColours) {
   const SourceRecord records[2] = {{1.5, 2.5, -3.5, {0.25, 0.5, 1.0}, 77, 1, 255, 256, 1},
                                    {-1e6, 4.0, 9.0, {0, 0, 1}, 0, 2, 3, 4, 0}};
   PointBlock block;
-  ASSERT_TRUE(FillBlock(records, 2, 256, block));
+  ASSERT_TRUE(FillBlock(records, 2, 256, LVector(), block));
   EXPECT_EQ(Vector(block.positions[0], block.positions[1], block.positions[2]), Vector(1.5, -3.5, 2.5));
   EXPECT_EQ(Vector(block.colors[0], block.colors[1], block.colors[2]), Vector(0.25, 0.5, 1.0));
   EXPECT_EQ(Vector(block.attrib3[0], block.attrib3[1], block.attrib3[2]), Vector(256, 65280, 0))

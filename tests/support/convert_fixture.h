@@ -31,7 +31,7 @@ protected:
     delivery.state = kelvra::kDeliverStream;
     delivery.points.blocks.ReSize(1);
     kelvra::PointBlock& block = delivery.points.blocks[0];
-    ASSERT_TRUE(kelvra::FillBlock(records.data(), (LONG)records.size(), 1, block));
+    ASSERT_TRUE(kelvra::FillBlock(records.data(), (LONG)records.size(), 1, LVector(), block));
     for (std::size_t i = 0; i < points.size(); ++i) block.attrib1[i] = points[i].scalar;
     block.header.SetBounds(LVector(-40, -30, -20), LVector(40, 30, 20));
     block.header.key = key;

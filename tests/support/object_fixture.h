@@ -40,7 +40,7 @@ protected:
     for (const Vector& p : points) records.push_back({p.x, p.z, p.y, {0, 0, 1}, 0, 65535, 65535, 65535, 0});
     kelvra::PointGroup group;
     group.blocks.ReSize(1);
-    EXPECT_TRUE(kelvra::FillBlock(records.data(), (LONG)records.size(), 1, group.blocks[0]));
+    EXPECT_TRUE(kelvra::FillBlock(records.data(), (LONG)records.size(), 1, LVector(), group.blocks[0]));
     return group;
   }
   void Give(BaseObject* op, const std::vector<Vector>& points) {

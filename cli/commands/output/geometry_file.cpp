@@ -56,7 +56,7 @@ std::string Number(double v) {
 
 } // namespace
 
-bool WritePly(PointObject* points, const Matrix& global, const std::string& path, std::string* error,
+bool WritePly(PointObject* points, const Placement& place, const std::string& path, std::string* error,
               host::Faults* faults) {
   const LONG count = points->GetPointCount();
   const VertexMapTag* maps[3] = {FindMap(points, "Red"), FindMap(points, "Green"), FindMap(points, "Blue")};
@@ -65,23 +65,23 @@ bool WritePly(PointObject* points, const Matrix& global, const std::string& path
                     "\nproperty double x\nproperty double y\nproperty double z\nproperty uchar red\n"
                     "property uchar green\nproperty uchar blue\nend_header\n");
     for (LONG i = 0; i < count; ++i) {
-      const Vector p = global * points->GetPointR()[i];
+      const Vector p = place.Of(points, i);
       unsigned char record[27]; // the machines that this runs on are little-endian
-      const double place[3] = {p.x, p.y, p.z};
-      std::memcpy(record, place, sizeof place);
+      const double xyz[3] = {p.x, p.y, p.z};
+      std::memcpy(record, xyz, sizeof xyz);
       for (int channel = 0; channel < 3; ++channel) record[24 + channel] = Channel(maps[channel], i);
       output.Write(record, sizeof record);
     }
   });
 }
 
-bool WriteObj(SplineObject* spline, const Matrix& global, const std::string& path, std::string* error,
+bool WriteObj(SplineObject* spline, const Placement& place, const std::string& path, std::string* error,
               host::Faults* faults) {
   const LONG count = spline->GetPointCount();
   const LONG segments = spline->GetSegmentCount();
   return WriteWhole(path, error, faults, [&](host::BufferedFile& output) {
     for (LONG i = 0; i < count; ++i) {
-      const Vector p = global * spline->GetPointR()[i];
+      const Vector p = place.Of(spline, i);
       Put(output, "v " + Number(p.x) + " " + Number(p.y) + " " + Number(p.z) + "\n");
     }
     LONG next = 1;

@@ -1,23 +1,33 @@
-// Host geometry as files that other programs read. World space.
+// Host geometry as files that other programs read.
 #pragma once
 
 #include "c4d.h"
 #include "host/application.h"
 
 #include <string>
+#include <vector>
 
 namespace cli {
+
+/** Where the points of an object are: in world space, or where a survey has them. */
+struct Placement {
+  Matrix global;
+  std::vector<LVector> survey; ///< one a point, in the axes of files; empty: world space
+  Vector Of(PointObject* points, LONG i) const {
+    return survey.empty() ? global * points->GetPointR()[i] : Vector(survey[(std::size_t)i]);
+  }
+};
 
 /**
  * Points with their colours (vertex maps Red, Green, Blue; white where one is missing) as binary
  * little-endian PLY: x, y, z as 64-bit reals, red, green, blue as bytes. An existing file is replaced only by
  * a whole new one. False with one line that names file and reason. faults may be NULL.
  */
-bool WritePly(PointObject* points, const Matrix& global, const std::string& path, std::string* error,
+bool WritePly(PointObject* points, const Placement& place, const std::string& path, std::string* error,
               host::Faults* faults);
 
 /** A spline as OBJ: one vertex a point, one line element a segment. */
-bool WriteObj(SplineObject* spline, const Matrix& global, const std::string& path, std::string* error,
+bool WriteObj(SplineObject* spline, const Placement& place, const std::string& path, std::string* error,
               host::Faults* faults);
 
 } // namespace cli

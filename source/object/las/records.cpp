@@ -157,6 +157,8 @@ void TakeHeader(const LasFile& file, LasCloud& cloud) {
   cloud.report.reader = cloud.hasColor ? kReaderLas : kReaderLasByClass;
   cloud.pointFormat = findings.header.PointFormat();
   for (int axis = 0; axis < 3; ++axis) {
+    cloud.scale[axis] = findings.header.scale[axis];
+    cloud.offset[axis] = findings.header.offset[axis];
     cloud.headerBox.minimum[axis] = findings.header.minimum[axis];
     cloud.headerBox.maximum[axis] = findings.header.maximum[axis];
   }

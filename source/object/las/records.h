@@ -36,10 +36,11 @@ struct LasCloud {
   bool hasColor = false;           // the point format carries colour
   bool widened = false;            // 8-bit colours were multiplied by 255
   unsigned pointFormat = 0;
-  SourceBox headerBox;         // as the file says
-  SourceBox pointBox;          // of the kept points
-  bool headerBoxHolds = false; // headerBox is finite and encloses every kept point
-  unsigned key = 0;            // of the new block
+  double scale[3] = {}, offset[3] = {}; // of the raw integers
+  SourceBox headerBox;                  // as the file says
+  SourceBox pointBox;                   // of the kept points
+  bool headerBoxHolds = false;          // headerBox is finite and encloses every kept point
+  unsigned key = 0;                     // of the new block
 };
 
 // Never throws; `path` is UTF-8.

@@ -1,8 +1,13 @@
 // LAS and LAZ files through the reader, into a block.
 #include "cloud/block_fill.h"
+#include "cloud/file_coordinates.h"
+#include "cloud/local_origin.h"
 #include "host_text.h"
 #include "object/las/records.h"
 #include "object/load/loaded_file.h"
+
+#include <algorithm>
+#include <cmath>
 
 namespace kelvra {
 
@@ -19,15 +24,23 @@ LVector Corner(const double* c) {
   return LVector(c[0], c[1], c[2]);
 }
 
-void FillHeader(const LasCloud& cloud, const LoadOptions& options, PointBlock& block) {
-  const SourceBox& box = cloud.headerBoxHolds ? cloud.headerBox : cloud.pointBox;
-  block.header.SetBounds(Corner(box.minimum), Corner(box.maximum));
+const SourceBox& Bounds(const LasCloud& cloud) {
+  return cloud.headerBoxHolds ? cloud.headerBox : cloud.pointBox;
+}
+
+void FillHeader(const LasCloud& cloud, const LoadOptions& options, const LVector& origin, PointBlock& block) {
+  const SourceBox& box = Bounds(cloud);
+  block.header.SetBounds(Corner(box.minimum) - origin, Corner(box.maximum) - origin);
   block.header.key = (UWORD)cloud.key;
   const LReal width = box.maximum[0] - box.minimum[0], depth = box.maximum[1] - box.minimum[1];
   block.reals[0] = FitScale(block.header, options.size);
   block.reals[1] = width != 0.0 && depth / width < 1e300 ? depth / width : 0.0;
   block.reals[2] = options.size;
-  block.reals[3] = 0.0;
+  if (options.localOrigin) {
+    block.header.slots[kSlotStepX] = WritingStep(cloud.scale[0], cloud.offset[0]);
+    block.header.slots[kSlotStepY] = WritingStep(cloud.scale[1], cloud.offset[1]);
+    block.reals[kRealStepZ] = WritingStep(cloud.scale[2], cloud.offset[2]);
+  }
   block.settings.boxMin = Corner(box.minimum);
   block.settings.boxMax = Corner(box.maximum);
 }
@@ -63,13 +76,16 @@ void LoadLasFile(const std::string& path, const LoadOptions& options, LoadedFile
   });
   loaded.report = std::move(cloud.report);
   if (!cloud.records) return;
-  const Bool filled = FillBlock(cloud.records, (LONG)loaded.report.kept, 1, loaded.block);
+  loaded.origin =
+      options.choosesOrigin ? ChooseOrigin(Bounds(cloud), cloud.pointBox, cloud.scale) : options.origin;
+  loaded.fileStep = std::max({std::abs(cloud.scale[0]), std::abs(cloud.scale[1]), std::abs(cloud.scale[2])});
+  const Bool filled = FillBlock(cloud.records, (LONG)loaded.report.kept, 1, loaded.origin, loaded.block);
   memory.Free(cloud.records);
   if (!filled) {
     RefuseForMemory(loaded);
     return;
   }
-  FillHeader(cloud, options, loaded.block);
+  FillHeader(cloud, options, loaded.origin, loaded.block);
   FillSettings(loaded.report, options, loaded.block.settings);
 }
 

@@ -1,5 +1,6 @@
 #include "object/load/load_command.h"
 
+#include "cloud/local_origin.h"
 #include "grouped_number.h"
 #include "host_text.h"
 #include "object/load/load_lines.h"
@@ -26,13 +27,23 @@ void LoadFile(const NamedFile& file, const LoadOptions& options, LoadedFile& loa
     LoadTextFile(file.name, file.path, HasSuffix(file.path, "pts"), options, loaded);
 }
 
-/** Distance between neighbouring 32-bit floats where the cloud is farthest from zero. */
+/** Distance between neighbouring stored coordinates where the cloud is farthest from its origin. */
 double StoredStep(const PointBlock& block) {
   double farthest = 0.0;
   for (LONG axis = 0; axis < 3; ++axis)
     farthest = std::max({farthest, std::abs(block.box.min[axis]), std::abs(block.box.max[axis])});
-  const float f = (float)farthest;
-  return (double)(std::nextafter(f, HUGE_VALF) - f);
+  return FloatStep(farthest);
+}
+
+/** Says when storing costs more than the file's own step, and what to do about it. */
+void NoteCoarseStep(const LoadedFile& loaded, Bool localOrigin, LoadReport& report) {
+  if (report.step <= loaded.fileStep || loaded.choseOrigin) return;
+  report.Note(NoteSeverity::kWarning,
+              localOrigin
+                  ? "the file lies far from the object's local origin and is stored coarsely: load it "
+                    "into an object of its own"
+                  : "the file lies far from 0 and is stored coarsely: set Local Origin to Automatic "
+                    "before the first load");
 }
 
 /** Loads the files of one command: the first block opens the command's group. */
@@ -43,8 +54,12 @@ public:
   LoadReport Load(const NamedFile& file) {
     const LReal start = GeGetMilliSeconds();
     LoadedFile loaded;
+    LoadOptions options = target_.options;
+    options.choosesOrigin = options.localOrigin && target_.store.CountBlocks() == 0;
+    options.origin = target_.origin;
+    loaded.choseOrigin = options.choosesOrigin;
     try {
-      LoadFile(file, target_.options, loaded);
+      LoadFile(file, options, loaded);
     } catch (const std::bad_alloc&) {
       RefuseForMemory(loaded);
     }
@@ -58,9 +73,13 @@ private:
   void Take(LoadedFile& loaded) {
     PointBlock& block = loaded.block;
     loaded.report.step = StoredStep(block);
+    NoteCoarseStep(loaded, target_.options.localOrigin, loaded.report);
     block.Finish(kFinishRecomputeBox);
     if (block.header.key > 1) block.Finish(kFinishRecomputeBox);
-    if (!Merge(block)) RefuseForMemory(loaded);
+    if (Merge(block))
+      target_.origin = loaded.origin;
+    else
+      RefuseForMemory(loaded);
   }
 
   Bool Merge(PointBlock& block) {

@@ -21,6 +21,8 @@ std::vector<NamedFile> FilesOf(const Filename& folder);
 struct LoadTarget {
   PointStore& store;
   LoadOptions options;
+  /** Counts the stored points; changes with the first file when the options ask for a local origin. */
+  LVector& origin;
   /** Called once before the store changes; the object records its undo step here. */
   std::function<void()> beforeChange;
 };

@@ -11,16 +11,24 @@ namespace kelvra {
 
 /** Settings of the object that a load reads. */
 struct LoadOptions {
-  LReal size = 200.0;     ///< object size
-  LLONG limit = 60000000; ///< point budget; LAS and LAZ only
-  LONG budget = 60;       ///< the same in millions, as set
-  LONG everyNth = 1;      ///< at least 1; LAS and LAZ
-  LONG everyNthLine = 1;  ///< the same of text
+  LReal size = 200.0;       ///< object size
+  LLONG limit = 60000000;   ///< point budget; LAS and LAZ only
+  LONG budget = 60;         ///< the same in millions, as set
+  LONG everyNth = 1;        ///< at least 1; LAS and LAZ
+  LONG everyNthLine = 1;    ///< the same of text
+  Bool localOrigin = FALSE; ///< the object takes an origin from the first file that is loaded into it
+  /** The same, and there is no point yet: the file gives the origin. Otherwise it counts from `origin`. */
+  Bool choosesOrigin = FALSE;
+  LVector origin;   ///< file axes
+  LONG fitText = 0; ///< KELVRA_FIT_TEXT_OFF and so on; without effect when localOrigin is off
 };
 
 struct LoadedFile {
-  PointBlock block;  ///< clear when nothing was loaded
-  LoadReport report; ///< all but the seconds
+  PointBlock block;         ///< clear when nothing was loaded
+  LoadReport report;        ///< all but the seconds
+  LVector origin;           ///< that the block counts from
+  Bool choseOrigin = FALSE; ///< the origin is this file's own choice
+  LReal fileStep = 0.0;     ///< coarsest step of the file's coordinates
 };
 
 /** Both fill the block, its header and its settings. `path` is UTF-8. */

@@ -1,8 +1,12 @@
 // XYZ and PTS text files through the driver, into a block.
 #include "cloud/block_fill.h"
+#include "cloud/local_origin.h"
 #include "host_text.h"
 #include "object/load/loaded_file.h"
+#include "otallyframe.h"
 #include "text/text_driver.h"
+
+#include <algorithm>
 
 namespace kelvra {
 
@@ -51,12 +55,22 @@ void FillReport(const TextResult& text, LoadReport& report) {
   if (text.full) report.cut = LoadCut::kBlockCap;
 }
 
+/** A cloud this many times as wide as the object is large counts as large. */
+const LReal kLargeFactor = 10.0;
+
+bool Fits(const LoadOptions& options, const LVector& extent) {
+  if (!options.localOrigin || options.fitText == KELVRA_FIT_TEXT_OFF) return false;
+  return options.fitText == KELVRA_FIT_TEXT_ON || std::max(extent.x, extent.y) > options.size * kLargeFactor;
+}
+
 void FillDescription(const LoadOptions& options, const TextResult& text, const LoadReport& report,
                      PointBlock& block) {
-  // The box of the text's points is also the header's: key 0, drawn as read.
+  // The box of the text's points is also the header's. Without a key they are drawn as stored.
   const LVector low(block.box.min.x, block.box.min.z, block.box.min.y),
       high(block.box.max.x, block.box.max.z, block.box.max.y);
   block.header.SetBounds(low, high);
+  // With a key the mapping fits the points, beside LAS clouds by the header of the object's first block.
+  if (Fits(options, high - low)) block.header.key = 1;
   block.reals[0] = FitScale(block.header, options.size);
   block.reals[1] = high.x > low.x ? (high.y - low.y) / (high.x - low.x) : 0.0;
   block.reals[2] = options.size;
@@ -71,6 +85,14 @@ void FillDescription(const LoadOptions& options, const TextResult& text, const L
   settings.counts.kept = report.kept;
   settings.counts.rejected = report.rejected;
   settings.counts.dropped = report.dropped.noData + report.dropped.notFinite + report.dropped.noMemory;
+}
+
+void FillPoints(const TextResult& text, const LoadOptions& options, LoadedFile& loaded) {
+  const LReal step[3] = {kTextStep, kTextStep, kTextStep};
+  loaded.origin = options.choosesOrigin ? ChooseOrigin(text.box, text.box, step) : options.origin;
+  loaded.fileStep = kTextStep;
+  if (!FillBlock(text.points, text.count, kTextColorMultiplier, loaded.origin, loaded.block))
+    RefuseForMemory(loaded);
 }
 
 TextResult ReadText(BaseFile* file, Bool pts, const LoadOptions& options) {
@@ -117,8 +139,8 @@ void LoadTextFile(const Filename& name, const std::string& path, Bool pts, const
     report.Stop();
   else if (text.count < 1)
     Refuse(text, pts, report);
-  else if (!FillBlock(text.points, text.count, kTextColorMultiplier, loaded.block))
-    RefuseForMemory(loaded);
+  else
+    FillPoints(text, options, loaded);
   GeFree(text.points);
   if (loaded.block.count < 1) {
     report.kept = 0;

@@ -1,0 +1,42 @@
+#include "cloud/local_origin.h"
+
+#include <cmath>
+
+namespace kelvra {
+
+namespace {
+
+/** Part of the file's step that storing may cost. */
+const LReal kKeptPart = 0.1;
+const LReal kUnits[] = {100.0, 10.0, 1.0};
+
+LReal ChooseOnAxis(LReal middle, LReal low, LReal high, LReal step) {
+  const auto isFine = [&](LReal origin) {
+    return FloatStep(std::fmax(std::fabs(low - origin), std::fabs(high - origin))) <= step * kKeptPart;
+  };
+  if (isFine(0.0)) return 0.0;
+  const LReal near = FCut(middle, low, high);
+  LReal origin = 0.0;
+  for (const LReal unit : kUnits) {
+    origin = std::floor(near / unit + 0.5) * unit;
+    if (isFine(origin)) break;
+  }
+  return origin;
+}
+
+} // namespace
+
+LReal FloatStep(LReal distance) {
+  const SReal f = (SReal)std::fabs(distance);
+  return (LReal)(std::nextafter(f, HUGE_VALF) - f);
+}
+
+LVector ChooseOrigin(const SourceBox& bounds, const SourceBox& points, const LReal step[3]) {
+  LReal origin[3];
+  for (int axis = 0; axis < 3; ++axis)
+    origin[axis] = ChooseOnAxis(bounds.minimum[axis] / 2.0 + bounds.maximum[axis] / 2.0, points.minimum[axis],
+                                points.maximum[axis], std::fabs(step[axis]));
+  return LVector(origin[0], origin[1], origin[2]);
+}
+
+} // namespace kelvra

@@ -1,0 +1,77 @@
+// File coordinates come out as they went in, wherever on earth the file lies.
+#include "cli/program_run.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <sstream>
+
+namespace cli_test {
+namespace {
+
+using Numbers = std::vector<double>;
+
+class SurveyTest : public testing::Test {
+protected:
+  std::string Make(const std::string& name, const char* east = "691000") const {
+    const Result made = RunProgram("make_cloud", {folder_ / name, "--points", "3000", "--scale", "0.001",
+                                                  "--east", east, "--north", "5570000"});
+    EXPECT_EQ(made.status, 0) << made.err;
+    return folder_ / name;
+  }
+  /** Coordinates of a text file of six columns. */
+  static Numbers Coordinates(const std::string& text) {
+    std::istringstream lines(text);
+    Numbers numbers;
+    for (double x, y, z, r, g, b; lines >> x >> y >> z >> r >> g >> b;)
+      numbers.insert(numbers.end(), {x, y, z});
+    return numbers;
+  }
+  Numbers Survey(std::vector<std::string> arguments) const {
+    arguments.insert(arguments.begin(), "export");
+    arguments.insert(arguments.end(), {"-o", folder_ / "survey.txt", "--survey"});
+    const Result result = Kelvra(arguments);
+    EXPECT_EQ(result.status, 0) << result.err;
+    return Coordinates(TempFolder::Read(folder_ / "survey.txt"));
+  }
+  TempFolder folder_;
+};
+
+TEST_F(SurveyTest, TextComesOutAsItWentInAndStaysSoTheNextTime) {
+  const std::string text = Make("cloud.xyz");
+  const Numbers source = Coordinates(TempFolder::Read(text));
+  ASSERT_EQ(source.size(), 9000u);
+  EXPECT_EQ(Survey({text}), source);
+  EXPECT_EQ(Survey({folder_ / "survey.txt", "--set", "fit_text=on"}), source) << "fitted";
+  // What a scene holds is enough.
+  ASSERT_EQ(Kelvra({"save", text, "-o", folder_ / "a.scene"}).status, 0);
+  EXPECT_EQ(Survey({folder_ / "a.scene"}), source);
+}
+
+TEST_F(SurveyTest, FloatsOfAbsoluteCoordinatesLoseWhatTheOriginKeeps) {
+  const std::string text = Make("cloud.xyz");
+  const Numbers source = Coordinates(TempFolder::Read(text)),
+                off = Survey({text, "--set", "local_origin=off"});
+  ASSERT_EQ(off.size(), source.size());
+  double worst = 0;
+  for (std::size_t i = 0; i < off.size(); ++i) worst = std::max(worst, std::abs(off[i] - source[i]));
+  EXPECT_GT(worst, 0.2);
+  const nlohmann::json info = Kelvra({"info", "--json", text}).Json();
+  EXPECT_EQ(info["origin"], nlohmann::json({691200.0, 5570200.0, 0.0}));
+  EXPECT_LE(info["step"].get<double>(), 0.0001);
+}
+
+#ifdef KELVRA_HAVE_LASLIB
+TEST_F(SurveyTest, LasTilesComeOutWithinHalfTheirStep) {
+  Numbers source = Coordinates(TempFolder::Read(Make("west.xyz")));
+  const Numbers east = Coordinates(TempFolder::Read(Make("east.xyz", "691400")));
+  source.insert(source.end(), east.begin(), east.end());
+  const Numbers survey = Survey({Make("west.las"), Make("east.las", "691400")});
+  ASSERT_EQ(survey.size(), source.size());
+  // The text rounds to the same millimetres; where a coordinate lies between two, each may choose another.
+  for (std::size_t i = 0; i < survey.size(); ++i) ASSERT_NEAR(survey[i], source[i], 0.00101) << i;
+}
+#endif
+
+} // namespace
+} // namespace cli_test
