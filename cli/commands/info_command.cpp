@@ -57,7 +57,6 @@ void PrintJson(const CloudSession& session, const CloudStats& total) {
 
 /** "x 1..2, y 3..4, z 5..6" in file axes. */
 std::string BoxText(const Box& box) {
-  if (!box.valid) return "empty";
   std::string text;
   for (int axis = 0; axis < 3; ++axis)
     text += std::string(axis ? ", " : "") + "xyz"[axis] + " " + Fixed(box.min[axis], 2) + ".." +
@@ -73,7 +72,7 @@ void PrintText(const CloudSession& session, const CloudStats& total, bool verbos
             << ", " << Fixed(seconds, 2) << " s";
   if (seconds > 0) std::cout << ", " << Fixed((double)total.Points() / seconds / 1e6, 1) << " M points/s";
   std::cout << ", memory " << Bytes(session.PeakMemory()) << "\n";
-  std::cout << "box: " << BoxText(total.Bounds()) << "\n";
+  if (total.Bounds().valid) std::cout << "box: " << BoxText(total.Bounds()) << "\n";
 }
 
 int RunInfo(const InfoOptions& options) {
