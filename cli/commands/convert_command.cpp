@@ -66,7 +66,7 @@ bool EndsWith(const std::string& text, const std::string& end) {
 }
 
 void CheckOutputKind(const Mode& mode, const std::string& output) {
-  if (output.empty() || (mode.suffix && EndsWith(output, mode.suffix))) return;
+  if (output.empty() || (mode.suffix && (output == "-" || EndsWith(output, mode.suffix)))) return;
   if (!mode.suffix)
     throw UsageError{"--output " + output + ": " + mode.name +
                      " can be stored in a scene only (--scene); .ply takes points and .obj splines"};
@@ -142,7 +142,8 @@ void WriteResult(CloudSession& session, BaseObject* cloud, const ConvertOptions&
   else
     error = path + ": the conversion built nothing that this file can hold";
   if (!written) throw std::runtime_error(error);
-  Line(std::cout) << path << ": " << Counted(((PointObject*)built)->GetPointCount(), "point") << " written";
+  Line(std::cout) << OutputName(path) << ": " << Counted(((PointObject*)built)->GetPointCount(), "point")
+                  << " written";
 }
 
 void WriteScene(CloudSession& session, const std::string& path) {
@@ -150,7 +151,7 @@ void WriteScene(CloudSession& session, const std::string& path) {
   for (BaseObject* cloud : session.Clouds())
     if (!host::MakeEditable(cloud, &error)) throw std::runtime_error(path + ": not written: " + error);
   if (!session.App().SaveScene(session.Document(), path, &error)) throw std::runtime_error(error);
-  Line(std::cout) << path << ": scene written, the result in place of the cloud";
+  Line(std::cout) << OutputName(path) << ": scene written, the result in place of the cloud";
 }
 
 void CheckOutputs(const ConvertOptions& options) {
@@ -160,7 +161,10 @@ void CheckOutputs(const ConvertOptions& options) {
   if (!options.output.empty() && options.output == options.scene)
     throw UsageError{"--scene " + options.scene + ": expected another file than --output"};
   for (const std::string& path : {options.output, options.scene})
-    if (!path.empty()) RequireWritable(path, options.input.files);
+    if (!path.empty()) {
+      RequireNoTerminal(path);
+      RequireWritable(path, options.input.files);
+    }
 }
 
 /** Builds the results and prints what they are. False if there is none of the points that were asked for. */

@@ -7,10 +7,12 @@
 #include "cli/commands/output/output_file.h"
 #include "cli/text/format.h"
 #include "cli/text/line.h"
+#include "host/base/replacing_file.h"
 #include "otallyframe.h"
 
 #include <algorithm>
 #include <iostream>
+#include <stdexcept>
 
 namespace cli {
 
@@ -24,7 +26,8 @@ struct ExportOptions {
 
 /** Presses the object's button. The module reports the export on the console, or in a dialog why it failed.
  */
-bool SaveText(host::Application& application, BaseObject* cloud, const std::string& path) {
+bool SaveText(host::Application& application, BaseObject* cloud, const std::string& path,
+              const std::string& shown) {
   const ConsoleLines console(application.GetConsole());
   const std::size_t firstDialog = application.GetDialogs().Shown().size();
   application.GetDialogs().AnswerFile(path);
@@ -35,8 +38,25 @@ bool SaveText(host::Application& application, BaseObject* cloud, const std::stri
   console.Print();
   const auto& dialogs = application.GetDialogs().Shown();
   for (std::size_t i = firstDialog; i < dialogs.size(); ++i)
-    if (!dialogs[i].file) Line(std::cerr) << dialogs[i].text;
+    if (!dialogs[i].file) {
+      const bool named = dialogs[i].text.compare(0, path.size(), path) == 0;
+      Line(std::cerr) << (named ? shown + dialogs[i].text.substr(path.size()) : dialogs[i].text);
+    }
   return false;
+}
+
+/** The module writes under the temporary name, so that a link, rights and a killed run fare as elsewhere. */
+bool Export(CloudSession& session, const std::string& path) {
+  const std::string shown = OutputName(path);
+  host::ReplacingFile file(path, &session.App().GetFaults());
+  std::string reason;
+  if (!file.Open(&reason)) throw std::runtime_error(shown + ": " + reason);
+  if (!SaveText(session.App(), session.Cloud(), file.HandOver(), shown)) return false;
+  if (!file.Reopen(&reason)) throw std::runtime_error(shown + ": " + reason);
+  const long long size = file.File().Length();
+  if (!file.Commit(&reason)) throw std::runtime_error(shown + ": " + reason);
+  Line(std::cout) << shown << ": points written, " << Bytes(size);
+  return true;
 }
 
 int RunExport(const ExportOptions& options) {
@@ -49,8 +69,7 @@ int RunExport(const ExportOptions& options) {
   if (clouds > 1)
     std::cerr << "the scene holds " << clouds << " point clouds; only the first one is exported\n";
   if (options.survey) session.Cloud()->GetDataInstance()->SetBool(KELVRA_SAVE_SURVEY, TRUE);
-  if (!SaveText(session.App(), session.Cloud(), options.output)) return kExitIncomplete;
-  Line(std::cout) << options.output << ": points written, " << Bytes(FileSize(options.output));
+  if (!Export(session, options.output)) return kExitIncomplete;
   return clouds > 1 ? (int)kExitIncomplete : session.ExitStatus();
 }
 

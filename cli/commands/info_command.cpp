@@ -100,7 +100,6 @@ void PrintJson(const CloudSession& session, const Totals& total) {
 
 /** "x 1..2, y 3..4, z 5..6" in file axes. */
 std::string BoxText(const Box& box, double step) {
-  if (!box.valid) return "empty";
   std::string text;
   for (int axis = 0; axis < 3; ++axis)
     text += std::string(axis ? ", " : "") + "xyz"[axis] + " " + Coordinate(box.min[axis], step) + ".." +
@@ -115,9 +114,8 @@ void PrintText(const CloudSession& session, const Totals& total, bool verbose) {
             << Counted(total.groups, "group") << ", " << Fixed(seconds, 2) << " s";
   if (seconds > 0) std::cout << ", " << Fixed((double)total.points / seconds / 1e6, 1) << " M points/s";
   std::cout << ", memory " << Bytes(session.PeakMemory()) << "\n";
-  std::cout << "box: " << BoxText(total.box, total.step);
-  if (total.box.valid) std::cout << ", step " << TwoDigits(total.step);
-  std::cout << "\n";
+  if (total.box.valid)
+    std::cout << "box: " << BoxText(total.box, total.step) << ", step " << TwoDigits(total.step) << "\n";
 }
 
 int RunInfo(const InfoOptions& options) {

@@ -2,6 +2,7 @@
 
 #include "cli/commands/output/console_lines.h"
 #include "cli/commands/output/file_reports.h"
+#include "cli/commands/output/output_file.h"
 #include "cli/commands/output/result_tree.h"
 #include "cli/commands/render/recorder.h"
 #include "cli/commands/render/render_plan.h"
@@ -116,8 +117,8 @@ int RenderFrames(CloudSession& session, host::RenderOptions& render, const Rende
     }
     const std::string name = FrameName(plan.output, frame);
     SaveFrame(session, job.Buffer(), name, plan.format);
-    Line(std::cout) << name << ": " << render.width << "x" << render.height << ", " << ContentText(session)
-                    << ", " << Fixed(outcome.seconds, 2) << " s";
+    Line(std::cout) << OutputName(name) << ": " << render.width << "x" << render.height << ", "
+                    << ContentText(session) << ", " << Fixed(outcome.seconds, 2) << " s";
   }
   return recorded ? session.ExitStatus() : kExitIncomplete;
 }

@@ -23,6 +23,7 @@ int RunSave(const SaveOptions& options) {
   const InputOptions& input = options.input;
   // A scene may be saved where it came from.
   const bool own = input.files.size() == 1 && host::IsSceneFile(input.files[0]);
+  RequireNoTerminal(options.output);
   RequireWritable(options.output, own ? std::vector<std::string>() : input.files);
   CloudSession session(input.faults);
   session.Open(input.files, input.settings);
@@ -30,7 +31,8 @@ int RunSave(const SaveOptions& options) {
   session.RequireContent();
   std::string error;
   if (!session.App().SaveScene(session.Document(), options.output, &error)) throw std::runtime_error(error);
-  Line(std::cout) << options.output << ": scene written, " << Bytes(FileSize(options.output));
+  const long long size = FileSize(options.output);
+  Line(std::cout) << OutputName(options.output) << ": scene written" << (size < 0 ? "" : ", " + Bytes(size));
   return session.ExitStatus();
 }
 

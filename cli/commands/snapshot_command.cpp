@@ -90,6 +90,7 @@ bool DrawPicture(CloudSession& session, const SnapshotOptions& options) {
 
 int RunSnapshot(const SnapshotOptions& options) {
   CheckView(options.view);
+  RequireNoTerminal(options.output);
   RequireWritable(options.output, options.input.files);
   CloudSession session(options.input.faults);
   session.Open(options.input.files, options.input.settings);
@@ -107,8 +108,8 @@ int RunSnapshot(const SnapshotOptions& options) {
   const bool drawn = DrawPicture(session, options);
   const std::string clones =
       options.clones.empty() ? "" : " in " + Counted((long long)options.clones.size(), "clone");
-  Line(std::cout) << options.output << ": " << options.view.size.width << "x" << options.view.size.height
-                  << ", " << ContentText(session) << clones
+  Line(std::cout) << OutputName(options.output) << ": " << options.view.size.width << "x"
+                  << options.view.size.height << ", " << ContentText(session) << clones
                   << (byHeight ? ", shown by height: the cloud has no colours" : "");
   return drawn ? session.ExitStatus() : (int)kExitIncomplete;
 }

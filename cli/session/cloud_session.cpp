@@ -4,12 +4,15 @@
 #include "cli/system/preferences_folder.h"
 #include "cli/system/process_memory.h"
 #include "host/application.h"
+#include "host/base/utf8.h"
 #include "host/viewport.h"
 #include "otallyframe.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <filesystem>
+#include <fstream>
 #include <stdexcept>
 
 namespace fs = std::filesystem;
@@ -28,6 +31,24 @@ const char* const kModuleName = "kelvra.so";
 bool IsFolder(const std::string& path) {
   std::error_code ignored;
   return fs::is_directory(fs::u8path(path), ignored);
+}
+
+/** Why a file or folder cannot be read as the system puts it; empty when it can. */
+std::string ReadObstacle(const std::string& path) {
+  if (!host::resource::IsUtf8(path)) return "the name is not UTF-8; rename it";
+  std::error_code failed;
+  const fs::path file = fs::u8path(path);
+  const fs::file_status status = fs::status(file, failed);
+  if (status.type() == fs::file_type::not_found && failed != std::errc::not_a_directory)
+    return "no such file or folder";
+  if (failed) return failed.message();
+  if (fs::is_directory(status)) {
+    const fs::directory_iterator entries(file, failed);
+    return failed ? failed.message() : std::string();
+  }
+  // Opening a pipe would wait for its writer; the module refuses it.
+  if (!fs::is_regular_file(status) || std::ifstream(file, std::ios::binary)) return std::string();
+  return std::generic_category().message(errno);
 }
 
 /** Messages about a scene begin with its path, which is printed in front of every message here. */
@@ -122,10 +143,10 @@ void CloudSession::Open(const std::vector<std::string>& files, const std::vector
 }
 
 void CloudSession::OpenScene(const std::string& path) {
-  if (!Clouds().empty())
-    throw UsageError{path + ": a scene must come first and alone among scenes: found one after other files"};
   std::string error;
   BaseDocument* scene = application_->LoadScene(path, &error);
+  if (scene && !Clouds().empty())
+    throw UsageError{path + ": a scene must come first and alone among scenes: found one after other files"};
   FileReport report;
   report.path = path;
   if (scene) {
@@ -144,15 +165,19 @@ void CloudSession::OpenScene(const std::string& path) {
 }
 
 void CloudSession::LoadCloud(const std::string& path) {
-  std::error_code ignored;
-  if (!fs::exists(fs::u8path(path), ignored)) {
-    reports_.push_back({path, 0, "no such file or folder", FileOutcome::Refused, {}});
+  const std::string obstacle = ReadObstacle(path);
+  if (!obstacle.empty()) {
+    reports_.push_back({path, 0, obstacle, FileOutcome::Refused, {}});
     return;
   }
   if (!target_) target_ = NewCloud();
   application_->GetDialogs().AnswerFile(path);
   application_->PressButton(target_, IsFolder(path) ? KELVRA_LOAD_FOLDER : KELVRA_LOAD_FILE);
-  const std::vector<FileReport> loaded = ReadFileReports(target_);
+  std::vector<FileReport> loaded = ReadFileReports(target_);
+  for (FileReport& report : loaded) {
+    const std::string why = report.outcome == FileOutcome::Refused ? ReadObstacle(report.path) : "";
+    if (!why.empty()) report.message = why; // the module's interface gives it no reason
+  }
   reports_.insert(reports_.end(), loaded.begin(), loaded.end());
   if (loaded.empty()) {
     const char* why = IsFolder(path) ? "the folder holds no file to load" : "the load gave no report";

@@ -25,7 +25,10 @@ bool Fail(std::string* error, const std::error_code& code) {
 bool Exists(const std::string& path, bool folder) {
   std::error_code code;
   const fs::file_status status = fs::status(fs::u8path(path), code);
-  return !code && (folder ? fs::is_directory(status) : fs::exists(status) && !fs::is_directory(status));
+  if (folder) return !code && fs::is_directory(status);
+  // A link that leads nowhere takes its name, too: writing under it would make a file somewhere else.
+  if (fs::exists(status)) return !fs::is_directory(status);
+  return fs::is_symlink(fs::symlink_status(fs::u8path(path), code));
 }
 
 bool IsRegularFile(const std::string& path) {

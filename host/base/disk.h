@@ -21,6 +21,9 @@ enum class Access {
   ReadWrite  ///< made if missing, kept otherwise
 };
 
+/** The model of a file that only its owner may read. */
+inline const std::string kPrivate;
+
 /** One open file with 64-bit positions that the caller keeps. One thread at a time. Closes itself. */
 class File {
 public:
@@ -37,6 +40,8 @@ public:
    * the system lets us. Marked as in use until it is closed (see RemoveUnused).
    */
   bool CreateLike(const std::string& path, const std::string& model, std::string* error);
+  /** Gives the file owner and rights of `model` where that exists, as far as the system lets us. True. */
+  bool TakeRights(const std::string& model);
   bool IsOpen() const { return handle_ >= 0; }
   /** Fewer bytes than asked for only at the end of the file; -1 on failure. */
   std::int64_t ReadAt(std::int64_t position, void* data, std::size_t size, std::string* error);

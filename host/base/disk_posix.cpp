@@ -68,12 +68,17 @@ bool File::Open(const std::string& path, Access access, std::string* error) {
 bool File::CreateLike(const std::string& path, const std::string& model, std::string* error) {
   if (IsOpen()) return Fail(error, EBUSY);
   struct stat old;
-  const bool exists = ::stat(model.c_str(), &old) == 0;
+  const bool ordinary = model != kPrivate && ::stat(model.c_str(), &old) != 0;
   // Nobody may look into the successor of a private file, not even at first.
-  handle_ = ::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, exists ? 0600 : 0666);
+  handle_ = ::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, ordinary ? 0666 : 0600);
   if (!IsOpen()) return Fail(error, errno);
   ::flock(handle_, LOCK_EX | LOCK_NB);
-  if (!exists) return true;
+  return TakeRights(model);
+}
+
+bool File::TakeRights(const std::string& model) {
+  struct stat old;
+  if (::stat(model.c_str(), &old) != 0) return true;
   if (::fchown(handle_, old.st_uid, old.st_gid) == 0 || ::fchown(handle_, (uid_t)-1, old.st_gid) == 0 ||
       old.st_gid == ::getegid())
     ::fchmod(handle_, old.st_mode & 0777);

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cctype>
 #include <charconv>
+#include <cstdio>
 #include <filesystem>
 #include <mutex>
 #include <set>
@@ -14,6 +15,10 @@ namespace {
 namespace fs = std::filesystem;
 
 const char kTemporaryStart[] = ".save-";
+/** What the name of an unfinished file is followed by when its writer makes one of its own. */
+const char kPartEnd[] = ".part";
+
+std::atomic<ProtectedFiles> protectedFiles{ProtectedFiles::Refuse};
 
 /** "@COMPUTER.tmp", with nothing that a file's name could not hold. */
 std::string TemporaryEnd() {
@@ -31,8 +36,10 @@ std::string TemporaryName() {
 }
 
 /** The process of this computer that made a temporary file, 0 for other names. */
-int MakerOf(const std::string& name) {
-  const std::string start = kTemporaryStart, end = TemporaryEnd();
+int MakerOf(std::string name) {
+  const std::string start = kTemporaryStart, end = TemporaryEnd(), part = kPartEnd;
+  if (name.size() > part.size() && name.compare(name.size() - part.size(), part.size(), part) == 0)
+    name.resize(name.size() - part.size());
   if (name.size() <= start.size() + end.size() || name.compare(0, start.size(), start) != 0 ||
       name.compare(name.size() - end.size(), end.size(), end) != 0)
     return 0;
@@ -95,7 +102,20 @@ bool FindTarget(const std::string& path, std::string* target, std::string* reaso
 
 } // namespace
 
+void SetProtectedFiles(ProtectedFiles existing) {
+  protectedFiles = existing;
+}
+
+ProtectedFiles GetProtectedFiles() {
+  return protectedFiles;
+}
+
 std::string ReplacingFile::Obstacle() {
+  if (IsStandardOutput(path_)) {
+    std::error_code failed;
+    target_ = (fs::temp_directory_path(failed) / "output").u8string();
+    return failed ? "there is no folder for temporary files: " + failed.message() : std::string();
+  }
   // A path that ends inside its text would name another file than the one asked for.
   if (path_.empty() || path_.find('\0') != std::string::npos) return "it has no name that a file can have";
   std::string reason;
@@ -113,7 +133,7 @@ bool ReplacingFile::Open(std::string* reason) {
   // Names may be taken by a killed process that had this one's number.
   for (int tries = 0; tries < 100; ++tries) {
     const std::string name = (folder / TemporaryName()).u8string();
-    if (file_.CreateLike(name, target_)) {
+    if (file_.CreateLike(name, IsStandardOutput(path_) ? disk::kPrivate : target_)) {
       temporary_ = name;
       return true;
     }
@@ -130,7 +150,39 @@ void ReplacingFile::MakePrivate() {
   fs::permissions(fs::u8path(temporary_), fs::perms::owner_read | fs::perms::owner_write, ignored);
 }
 
+const std::string& ReplacingFile::HandOver() {
+  file_.Abandon();
+  return temporary_;
+}
+
+bool ReplacingFile::Reopen(std::string* reason) {
+  if (file_.Open(temporary_, disk::Access::ReadWrite)) return true;
+  *reason = file_.Error();
+  return false;
+}
+
+bool ReplacingFile::CopyToStandardOutput(std::string* reason) {
+  // A reader that goes away ends the program: the name must be gone by then. Windows keeps it until the
+  // close.
+  if (disk::RemoveFile(temporary_, nullptr)) temporary_.clear();
+  char piece[1 << 16];
+  file_.Seek(0);
+  for (std::int64_t left = file_.Length(); left > 0;) {
+    const std::int64_t got = file_.Read(piece, sizeof piece);
+    if (got <= 0) {
+      *reason = file_.Error();
+      return false;
+    }
+    if (std::fwrite(piece, 1, (std::size_t)got, stdout) != (std::size_t)got) break;
+    left -= got;
+  }
+  if (std::fflush(stdout) == 0 && !std::ferror(stdout)) return true;
+  *reason = "it could not be written";
+  return false;
+}
+
 bool ReplacingFile::Commit(std::string* reason) {
+  if (IsStandardOutput(path_)) return CopyToStandardOutput(reason);
   // A disk may refuse as late as when it has to keep the bytes, or at the close.
   if (!file_.Sync() || !file_.Close()) {
     *reason = file_.Error();
@@ -144,6 +196,20 @@ bool ReplacingFile::Commit(std::string* reason) {
 ReplacingFile::~ReplacingFile() {
   file_.Abandon();
   if (!temporary_.empty()) disk::RemoveFile(temporary_, nullptr);
+}
+
+bool RenameReplacing(const std::string& from, const std::string& to, std::string* reason) {
+  std::error_code failed;
+  const fs::file_status status = fs::symlink_status(fs::u8path(from), failed);
+  std::string target = to;
+  *reason = failed ? failed.message() : "it is not a file";
+  if (fs::is_directory(status)) return disk::Rename(from, to, reason);
+  if (!fs::is_regular_file(status) || !FindTarget(to, &target, reason)) return false;
+  *reason = disk::ReplaceObstacle(target, GetProtectedFiles() == ProtectedFiles::Replace);
+  if (!reason->empty()) return false;
+  disk::File file;
+  return file.Open(from, disk::Access::ReadWrite, reason) && file.TakeRights(target) && file.Flush(reason) &&
+         file.Close(reason) && disk::Replace(from, target, reason);
 }
 
 } // namespace host

@@ -1,5 +1,6 @@
 // Entries for plain files and folder listings of the plug-in interface.
 #include "host/base/live_files.h"
+#include "host/base/replacing_file.h"
 #include "host/base/text.h"
 #include "host/nodes/services.h"
 #include "host/scene/base_file.h"
@@ -57,8 +58,9 @@ struct FileEntries {
   }
   /** Within one folder only. */
   static Bool Rename(const Filename& from, const Filename& to) {
+    std::string reason;
     return SameFolder(from, to) && !TheServices().faults.Strikes(Fault::FileRename) &&
-           disk::Rename(Utf8(from), Utf8(to), nullptr);
+           RenameReplacing(Utf8(from), Utf8(to), &reason);
   }
 
   static BrowseFiles* AllocBrowse() {

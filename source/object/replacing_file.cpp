@@ -5,17 +5,17 @@ namespace kelvra {
 namespace {
 
 /** A name beside the file that nothing has. */
-Filename AsideNameOf(const Filename& name) {
-  const String first = name.GetString() + ".old";
-  Filename aside(first);
-  for (LONG number = 2; GeFExist(aside) || GeFExist(aside, TRUE); ++number)
-    aside = Filename(first + LongToString(number));
-  return aside;
+Filename FreeNameBeside(const Filename& name, const String& suffix) {
+  const String first = name.GetString() + suffix;
+  Filename beside(first);
+  for (LONG number = 2; GeFExist(beside) || GeFExist(beside, TRUE); ++number)
+    beside = Filename(first + LongToString(number));
+  return beside;
 }
 
 /** Replaces a file where the host does not rename over it: it steps aside until the new one has its name. */
 Bool ReplaceInTwoSteps(const Filename& finished, const Filename& name, String* reason) {
-  const Filename aside = AsideNameOf(name);
+  const Filename aside = FreeNameBeside(name, ".old");
   *reason = "the earlier file cannot be replaced and is as it was; is it read-only or open elsewhere?";
   if (!GeFRename(name, aside)) return FALSE;
   if (GeFRename(finished, name)) {
@@ -30,7 +30,7 @@ Bool ReplaceInTwoSteps(const Filename& finished, const Filename& name, String* r
 } // namespace
 
 Filename PartNameOf(const Filename& name) {
-  return Filename(name.GetString() + ".part");
+  return FreeNameBeside(name, ".part");
 }
 
 Bool ReplaceFile(const Filename& finished, const Filename& name, String* reason) {

@@ -5,7 +5,8 @@
 
 namespace kelvra {
 
-/** The name to write under until the file is finished; in the same folder, as the host renames within one. */
+/** A name to write under until the file is finished; free, and in the same folder: the host renames within
+ * one. */
 Filename PartNameOf(const Filename& name);
 
 /**

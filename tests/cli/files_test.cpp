@@ -38,6 +38,27 @@ TEST(Info, WhatLoadedIsKeptWhenAnotherFileIsRefused) {
   EXPECT_EQ(info["files"][1]["points"], 3);
 }
 
+TEST(Info, SaysWhyAFileCannotBeRead) {
+  const TempFolder folder;
+  const std::string good = folder.Write("good.xyz", kPoints), circle = folder / "circle.xyz";
+  std::filesystem::create_symlink(circle, circle);
+  const std::pair<std::string, std::string> cases[] = {
+      {folder / "missing.xyz", "no such file or folder"},
+      {good + "/inner.xyz", "Not a directory"},
+      {folder / std::string(300, 'x'), "File name too long"},
+      {circle, "Too many levels of symbolic links"},
+      {folder.Write("\xe4.xyz", kPoints), "\\xe4.xyz: the name is not UTF-8; rename it"},
+      {folder.Write("begins.scene", "HSCN and no more"), "begins.scene"},
+  };
+  for (const auto& [path, reason] : cases) {
+    const Result result = Kelvra({"info", good, path, good});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_NE(result.err.find(reason), std::string::npos) << result.err;
+    EXPECT_NE(result.out.find("total: 6 points"), std::string::npos) << result.out;
+  }
+  EXPECT_EQ(Kelvra({"info", circle}).out.find("box"), std::string::npos) << "nothing has no box";
+}
+
 TEST(Save, SceneReopensWithTheSamePointsAndText) {
   const TempFolder folder;
   const std::string cloud = folder.Write("c.xyz", kPoints), scene = folder / "c.scene";
@@ -52,6 +73,45 @@ TEST(Save, SceneReopensWithTheSamePointsAndText) {
   EXPECT_EQ(text, TempFolder::Read(folder / "b.txt"));
   // Colours were 8 bits, times 256 in the store, and come out as 16-bit values scaled to 0..255.
   EXPECT_EQ(text.substr(0, text.find('\n')), "1 2 3 9 19 29");
+}
+
+TEST(Output, EveryCommandSparesTheFilesOfOthers) {
+  const TempFolder folder;
+  const std::string cloud = folder.Write("c.xyz", kPoints);
+  const struct {
+    const char *command, *suffix, *start; ///< of what it writes
+    std::vector<std::string> more;
+  } cases[] = {{"export", ".txt", "1 2 3 9 19 29\n", {}},
+               {"save", ".scene", "HSCN", {}},
+               {"convert", ".ply", "ply\n", {"--mode", "point"}},
+               {"render", ".png", "\x89PNG", {"--size", "8x8"}}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.command);
+    const auto run = [&](const std::string& output, const char* force = "") {
+      std::vector<std::string> arguments = {c.command, cloud, "-o", output};
+      arguments.insert(arguments.end(), c.more.begin(), c.more.end());
+      if (*force) arguments.push_back(force);
+      return Kelvra(arguments);
+    };
+    const auto written = [&](const std::string& bytes) { return bytes.rfind(c.start, 0) == 0; };
+    const std::string real = folder.Write(std::string("real") + c.suffix, "old"),
+                      link = folder / "link" + c.suffix, other = folder.Write("other", "of somebody");
+    std::filesystem::create_symlink(real, link);
+    std::filesystem::create_symlink(other, link + ".part");
+    std::filesystem::permissions(real, std::filesystem::perms::owner_read);
+    EXPECT_EQ(run(link).status, 1);
+    EXPECT_NE(run(link).err.find("write-protected (--force replaces it)"), std::string::npos);
+    EXPECT_EQ(TempFolder::Read(real), "old");
+    EXPECT_EQ(run(link, "--force").status, 0);
+    EXPECT_TRUE(written(TempFolder::Read(real)));
+    EXPECT_TRUE(std::filesystem::is_symlink(link));
+    EXPECT_EQ(TempFolder::Read(other), "of somebody");
+    const Result standard = run("-");
+    EXPECT_EQ(standard.status, 0) << standard.err;
+    EXPECT_TRUE(written(standard.out));
+    EXPECT_NE(standard.err.find("standard output: "), std::string::npos) << standard.err;
+    EXPECT_NE(run("/dev/stdout").status, 0);
+  }
 }
 
 TEST(Scene, DamagedScenesAreRefusedWithOneLine) {

@@ -73,6 +73,24 @@ TEST_F(Replacing, LinksStayAndRightsAreKept) {
   EXPECT_EQ(folder_.Entries(), 3u);
 }
 
+TEST_F(Replacing, RenamesOfModulesFollowTheSameRules) {
+  Write("real", "old");
+  fs::permissions(Path("real"), (fs::perms)0640);
+  fs::create_symlink("real", Path("link"));
+  const std::string outside = Path("outside");
+  Write("outside", "of somebody");
+  fs::create_symlink(outside, Path("other link"));
+  Write("finished", "new");
+  std::string reason;
+  EXPECT_TRUE(host::RenameReplacing(Path("finished"), Path("link"), &reason)) << reason;
+  EXPECT_EQ(fs::read_symlink(Path("link")), "real");
+  EXPECT_EQ(Read(Path("real")), "new");
+  EXPECT_EQ(fs::status(Path("real")).permissions(), (fs::perms)0640);
+  EXPECT_FALSE(host::RenameReplacing(Path("other link"), Path("aside"), &reason)) << "a link keeps its name";
+  EXPECT_FALSE(host::RenameReplacing(Path("real"), "/dev/null", &reason));
+  EXPECT_EQ(reason, "it is a device");
+}
+
 TEST_F(Replacing, TheOldFileStaysWholeUnlessTheNewOneIs) {
   Write("file", "old");
   host::Faults faults;
@@ -108,6 +126,7 @@ TEST_F(Replacing, OnlyTemporaryFilesOfDeadProcessesOfThisComputerAreRemoved) {
                               dead + "x" + here, ".save-1-0" + here, locked};
   for (const std::string& name : kept) Write(name, "kept");
   Write(dead + "0" + here, "left behind");
+  Write(dead + "0" + here + ".part", "by a writer that got the name");
   const int handle = ::open(Path(locked).c_str(), O_RDONLY);
   ASSERT_EQ(::flock(handle, LOCK_EX | LOCK_NB), 0);
   EXPECT_EQ(Put("file"), "");

@@ -1,6 +1,7 @@
 #include "cli/commands/options/output_option.h"
 
 #include "cli/commands/options/typed_option.h"
+#include "host/base/replacing_file.h"
 
 namespace cli {
 
@@ -18,7 +19,10 @@ CLI::Option* AddPath(CLI::App& command, const std::string& name, std::string& pa
 }
 
 CLI::Option* AddOutput(CLI::App& command, std::string& path, const std::string& help) {
-  return AddPath(command, "-o,--output", path, help);
+  command.add_flag_callback(
+      "--force", [] { host::SetProtectedFiles(host::ProtectedFiles::Replace); },
+      "Replace a file that is write-protected or belongs to another user");
+  return AddPath(command, "-o,--output", path, help + "; - is standard output");
 }
 
 } // namespace cli

@@ -9,7 +9,7 @@ namespace cli {
 /** An option that takes the name of a file or folder. */
 CLI::Option* AddPath(CLI::App& command, const std::string& name, std::string& path, const std::string& help);
 
-/** -o and --output. */
+/** -o, --output and --force. */
 CLI::Option* AddOutput(CLI::App& command, std::string& path, const std::string& help);
 
 } // namespace cli

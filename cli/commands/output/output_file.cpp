@@ -1,9 +1,19 @@
 #include "cli/commands/output/output_file.h"
 
+#include "cli/system/exit_status.h"
 #include "host/base/replacing_file.h"
 
+#include <cstdio>
 #include <filesystem>
+#include <iostream>
 #include <stdexcept>
+#ifdef _WIN32
+#include <io.h>
+#define isatty _isatty
+#define fileno _fileno
+#else
+#include <unistd.h>
+#endif
 
 namespace fs = std::filesystem;
 
@@ -17,9 +27,25 @@ namespace {
 
 } // namespace
 
+std::string OutputName(const std::string& path) {
+  return host::IsStandardOutput(path) ? "standard output" : path;
+}
+
+void RequireNoTerminal(const std::string& path) {
+  if (host::IsStandardOutput(path) && isatty(fileno(stdout)))
+    throw UsageError{
+        "standard output is a terminal, which cannot show this file; send it to a file or a pipe"};
+}
+
 void RequireReplaceable(const std::string& path, const std::vector<std::string>& inputs) {
   const std::string obstacle = host::ReplacingFile(path).Obstacle();
-  if (!obstacle.empty()) Refuse(path, obstacle);
+  if (path == "/dev/stdout") Refuse(path, obstacle + " (-o - writes to standard output)");
+  const bool forced = host::ReplacingFile(path, nullptr, host::ProtectedFiles::Replace).Obstacle().empty();
+  if (!obstacle.empty()) Refuse(path, obstacle + (forced ? " (--force replaces it)" : ""));
+  if (host::IsStandardOutput(path)) {
+    std::cout.rdbuf(std::cerr.rdbuf());
+    return;
+  }
   std::error_code ignored;
   const fs::path file = fs::u8path(path);
   for (const std::string& input : inputs)

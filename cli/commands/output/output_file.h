@@ -8,12 +8,19 @@ namespace cli {
 
 /**
  * To be called before anything is loaded: an output is a new file or replaces an older one, but never an
- * input. Throws std::runtime_error.
+ * input. "-" is standard output: what the command prints goes to standard error then. Throws
+ * std::runtime_error.
  */
 void RequireReplaceable(const std::string& path, const std::vector<std::string>& inputs = {});
 
 /** The same, and makes a file beside it for a moment, so that rights and the disk have their say too. */
 void RequireWritable(const std::string& path, const std::vector<std::string>& inputs = {});
+
+/** For files that are not text: throws UsageError when standard output is asked for and is a terminal. */
+void RequireNoTerminal(const std::string& path);
+
+/** As messages name it. */
+std::string OutputName(const std::string& path);
 
 /** In bytes; -1 for a file that is not there. */
 long long FileSize(const std::string& path);

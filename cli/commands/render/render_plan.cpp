@@ -61,7 +61,8 @@ void CheckPixel(const PictureSize& size, const Pixel& pixel) {
 host::PictureFormat FormatOf(const RenderPlan& plan) {
   host::PictureFormat format = host::PictureFormat::Png8;
   std::string error;
-  if (!host::ChoosePictureFormat(plan.output, plan.depth, &format, &error)) throw UsageError{error};
+  const std::string name = plan.output == "-" ? "-.png" : plan.output;
+  if (!host::ChoosePictureFormat(name, plan.depth, &format, &error)) throw UsageError{error};
   if (!host::CanSavePicture(format))
     throw UsageError{plan.output + ": this build has no library that writes such files"};
   return format;
@@ -87,8 +88,11 @@ void CheckRecord(const RenderPlan& plan) {
 
 void CheckOutputs(const RenderPlan& plan) {
   const FrameRange frames = plan.Frames();
-  for (int frame = frames.first; frame <= frames.last; ++frame)
+  RequireNoTerminal(plan.output);
+  for (int frame = frames.first; frame <= frames.last; ++frame) {
     RequireReplaceable(FrameName(plan.output, frame), plan.input.files);
+    if (!plan.record.empty()) RequireReplaceable((fs::u8path(plan.record) / RecordName(frame)).u8string());
+  }
   RequireWritable(FrameName(plan.output, frames.first));
   if (!plan.record.empty()) RequireWritable((fs::u8path(plan.record) / RecordName(frames.first)).u8string());
 }
