@@ -43,10 +43,11 @@ struct Application::Impl {
   host::Misbehaviour misbehaviour;
   std::map<std::string, LLONG> blocksBefore = BlocksByPlace();
   LiveCounts before; ///< what an earlier application of this process left
-  bool closed = false;
+  bool closed = false, keepUndo = true;
 
   Document* Adopt(Document* doc) {
     documents.push_back(doc);
+    doc->undo->SetKeeping(keepUndo);
     services.active = doc;
     return doc;
   }
@@ -179,6 +180,10 @@ const PluginInfo* Application::FindByDescription(const std::string& description)
   const auto found =
       std::find_if(all.begin(), all.end(), [&](const PluginInfo& p) { return p.description == description; });
   return found == all.end() || description.empty() ? nullptr : &*found;
+}
+
+void Application::KeepUndo(bool keep) {
+  impl_->keepUndo = keep;
 }
 
 BaseDocument* Application::NewDocument() {

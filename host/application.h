@@ -69,6 +69,11 @@ public:
   /** Ends and unloads all modules; documents must be closed. */
   void UnloadModules();
 
+  /**
+   * Whether documents made or loaded from now on keep undo steps; they do. For programs in which nobody can
+   * go back: a step keeps copies of what it changes.
+   */
+  void KeepUndo(bool keep);
   /** Empty document with one set of render settings; becomes the active one. Owned by the application. */
   BaseDocument* NewDocument();
   void CloseDocument(BaseDocument* doc);

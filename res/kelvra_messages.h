@@ -48,6 +48,11 @@ enum {
   KELVRA_CUT_READ_ERROR = 5,
   KELVRA_CUT_NO_MEMORY = 6,
   KELVRA_CUT_STOPPED = 7, // by the user
+  KELVRA_CUT_DOUBT = 8,   // more points are announced than its bytes are likely to hold
+
+  // Container of a point cloud object while it loads, bool: such files are refused rather than loaded with a
+  // warning.
+  KELVRA_LOAD_REFUSE_DOUBTFUL = 1183,
 
   // KelvraLoadNote::severity
   KELVRA_NOTE_INFO = 0,
@@ -112,12 +117,14 @@ struct KelvraBlockReport {
 };
 
 /**
- * The asker owns this structure and sets `version`. The object fills the rest and owns what the pointers
- * name: all of it stays until the object gets this message again, loads, or is freed. Texts are UTF-8 and end
- * with a zero. Reports belong to the session: they are neither saved nor copied with the object.
+ * The asker owns this structure and sets `version` and `filesOnly`. The object fills the rest and owns what
+ * the pointers name: all of it stays until the object gets this message again, loads, or is freed. Texts are
+ * UTF-8 and end with a zero. Reports belong to the session: they are neither saved nor copied with the
+ * object.
  */
 struct KelvraCloudReport {
-  LONG version; // 1
+  LONG version;   // 1
+  LONG filesOnly; // set by the asker: 1 leaves out the blocks, whose description takes a look at every point
   LONG fileCount;
   const KelvraLoadReport* files; // in the order in which they were loaded
   LONG groups;

@@ -10,10 +10,10 @@
 #include "cli/commands/output/result_tree.h"
 #include "cli/session/cloud_parameters.h"
 #include "cli/session/cloud_session.h"
-#include "cli/system/process_memory.h"
 #include "cli/text/format.h"
 #include "cli/text/line.h"
 #include "host/application.h"
+#include "host/memory/free_memory.h"
 #include "host/particles/emitter.h"
 #include "host/particles/particle_pool.h"
 #include "kelvra_messages.h"
@@ -106,7 +106,7 @@ void Announce(const Mode& mode, double points) {
   if (bytes < (double)kLargeResult) return;
   const std::string text = "converting " + Grouped((long long)points) + " points to " + mode.name +
                            " takes about " + Bytes((long long)bytes) + " of memory";
-  const long long available = AvailableMemory();
+  const long long available = host::FreeMemory();
   if (available > 0 && bytes > (double)available)
     throw std::runtime_error(text + ", but " + Bytes(available) +
                              " are left; nothing was converted (try a smaller --ratio)");
@@ -185,7 +185,7 @@ bool Build(CloudSession& session, double points) {
 int RunConvert(const ConvertOptions& options) {
   CheckOutputs(options);
   CloudSession session(options.input.faults);
-  session.Open(options.input.files, options.input.settings);
+  session.Open(options.input.files, options.input.settings, options.input.trust);
   PrintReports(session, options.input.verbose);
   session.RequirePoints();
   for (BaseObject* cloud : session.Clouds()) SetParameters(session, cloud, options);

@@ -62,7 +62,7 @@ bool Export(CloudSession& session, const std::string& path) {
 int RunExport(const ExportOptions& options) {
   RequireWritable(options.output, options.input.files);
   CloudSession session(options.input.faults);
-  session.Open(options.input.files, options.input.settings);
+  session.Open(options.input.files, options.input.settings, options.input.trust);
   PrintReports(session, options.input.verbose);
   session.RequirePoints();
   const std::size_t clouds = session.Clouds().size();

@@ -120,7 +120,7 @@ void PrintText(const CloudSession& session, const Totals& total, bool verbose) {
 
 int RunInfo(const InfoOptions& options) {
   CloudSession session(options.input.faults);
-  session.Open(options.input.files, options.input.settings);
+  session.Open(options.input.files, options.input.settings, options.input.trust);
   const Totals total = Total(session);
   if (options.json)
     PrintJson(session, total);

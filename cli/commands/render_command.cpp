@@ -125,7 +125,7 @@ int RenderFrames(CloudSession& session, host::RenderOptions& render, const Rende
 
 int RunRender(const RenderPlan& plan) {
   CloudSession session(plan.input.faults);
-  session.Open(plan.input.files, plan.input.settings);
+  session.Open(plan.input.files, plan.input.settings, plan.input.trust);
   if (!plan.pixel) PrintReports(session, plan.input.verbose);
   session.RequireContent();
   try {

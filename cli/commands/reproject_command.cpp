@@ -37,7 +37,7 @@ std::string Text(BaseObject* cloud, LONG id) {
 
 int RunReproject(const ReprojectOptions& options) {
   CloudSession session({});
-  session.Open(options.input.files, {});
+  session.Open(options.input.files, {}, options.input.trust);
   PrintReports(session, options.input.verbose);
   session.RequirePoints();
   BaseObject* cloud = session.Cloud();

@@ -26,7 +26,7 @@ int RunSave(const SaveOptions& options) {
   RequireNoTerminal(options.output);
   RequireWritable(options.output, own ? std::vector<std::string>() : input.files);
   CloudSession session(input.faults);
-  session.Open(input.files, input.settings);
+  session.Open(input.files, input.settings, input.trust);
   PrintReports(session, input.verbose);
   session.RequireContent();
   std::string error;

@@ -10,8 +10,10 @@
 #include "cli/commands/output/output_file.h"
 #include "cli/commands/output/result_tree.h"
 #include "cli/session/cloud_parameters.h"
+#include "cli/system/separate_process.h"
 #include "cli/text/format.h"
 #include "cli/text/line.h"
+#include "host/memory/free_memory.h"
 #include "host/viewport.h"
 #include "otallyframe.h"
 
@@ -68,6 +70,16 @@ WorldExtent ExtentOf(const CloudSession& session, const std::vector<Matrix>& clo
   return extent;
 }
 
+/** Throws std::runtime_error when the machine has less memory than the picture takes. */
+void RequireMemory(const CloudSession& session, const PictureSize& size, const std::string& output) {
+  // Colour, depth and what is read back; vertex records here and in the driver.
+  const long long need = (long long)size.width * size.height * 32 + session.Points() * 48;
+  const long long free = host::FreeMemory();
+  if (free > 0 && need > free)
+    throw std::runtime_error(output + ": drawing takes about " + Bytes(need) + " of memory, but " +
+                             Bytes(free) + " are free; no picture was written");
+}
+
 /** Draws the view and writes the picture, empty or not. False with a line if nothing could be drawn. */
 bool DrawPicture(CloudSession& session, const SnapshotOptions& options) {
   std::string error;
@@ -93,7 +105,7 @@ int RunSnapshot(const SnapshotOptions& options) {
   RequireNoTerminal(options.output);
   RequireWritable(options.output, options.input.files);
   CloudSession session(options.input.faults);
-  session.Open(options.input.files, options.input.settings);
+  session.Open(options.input.files, options.input.settings, options.input.trust);
   PrintReports(session, options.input.verbose);
   session.RequireContent();
 
@@ -105,7 +117,8 @@ int RunSnapshot(const SnapshotOptions& options) {
       throw std::runtime_error("the clones could not be made");
   }
 
-  const bool drawn = DrawPicture(session, options);
+  RequireMemory(session, options.view.size, options.output);
+  const bool drawn = RunSeparately([&] { return DrawPicture(session, options); });
   const std::string clones =
       options.clones.empty() ? "" : " in " + Counted((long long)options.clones.size(), "clone");
   Line(std::cout) << OutputName(options.output) << ": " << options.view.size.width << "x"

@@ -3,9 +3,12 @@
 #include "cli/session/preferences_page.h"
 #include "cli/system/preferences_folder.h"
 #include "cli/system/process_memory.h"
+#include "cli/text/format.h"
 #include "host/application.h"
 #include "host/base/utf8.h"
+#include "host/memory/memory.h"
 #include "host/viewport.h"
+#include "kelvra_messages.h"
 #include "otallyframe.h"
 
 #include <algorithm>
@@ -57,6 +60,14 @@ std::string WithoutPath(const std::string& message, const std::string& path) {
   return message.compare(0, start.size(), start) == 0 ? message.substr(start.size()) : message;
 }
 
+/** What this program adds to a message of the module about points that are missing. */
+std::string Advice(LONG cut) {
+  if (cut == KELVRA_CUT_DOUBT) return "; nothing of it was loaded (--trust loads it all the same)";
+  const host::memory::Shortage shortage = host::memory::LastShortage();
+  if (cut != KELVRA_CUT_NO_MEMORY || shortage.wanted == 0) return std::string();
+  return " (" + Bytes(shortage.wanted) + " were asked for, " + Bytes(shortage.free) + " are free)";
+}
+
 } // namespace
 
 CloudSession::CloudSession(const std::vector<std::string>& faults)
@@ -69,6 +80,8 @@ CloudSession::CloudSession(const std::vector<std::string>& faults)
   if (!application_->LoadModule(module.u8string(), &error)) throw std::runtime_error(error);
   host::InstallInterruptHandler();
   application_->GetConsole().ShowProgress(true);
+  application_->KeepUndo(false);
+  host::memory::RefuseBeyondFree(true);
   document_ = application_->NewDocument();
   idleMemory_ = ResidentMemory();
 }
@@ -123,8 +136,10 @@ int CloudSession::ExitStatus() const {
   return whole ? kExitWhole : kExitIncomplete;
 }
 
-void CloudSession::Open(const std::vector<std::string>& files, const std::vector<std::string>& settings) {
+void CloudSession::Open(const std::vector<std::string>& files, const std::vector<std::string>& settings,
+                        bool trust) {
   settings_ = settings;
+  trust_ = trust;
   const auto start = std::chrono::steady_clock::now();
   for (const std::string& file : files) {
     if (host::IsSceneFile(file))
@@ -159,7 +174,8 @@ void CloudSession::OpenScene(const std::string& path) {
     const bool content = report.points > 0 || host::GeometryBox(document_, &low, &high);
     report.outcome = content ? FileOutcome::Whole : FileOutcome::Refused;
   } else {
-    report.message = WithoutPath(error, path);
+    const bool noMemory = error.find("not enough memory") != std::string::npos;
+    report.message = WithoutPath(error, path) + Advice(noMemory ? (LONG)KELVRA_CUT_NO_MEMORY : 0);
   }
   reports_.push_back(report);
 }
@@ -172,11 +188,17 @@ void CloudSession::LoadCloud(const std::string& path) {
   }
   if (!target_) target_ = NewCloud();
   application_->GetDialogs().AnswerFile(path);
+  BaseContainer* data = target_->GetDataInstance();
+  if (!trust_) data->SetBool(KELVRA_LOAD_REFUSE_DOUBTFUL, TRUE);
   application_->PressButton(target_, IsFolder(path) ? KELVRA_LOAD_FOLDER : KELVRA_LOAD_FILE);
+  data->RemoveData(KELVRA_LOAD_REFUSE_DOUBTFUL); // not a setting: scenes do not get it
   std::vector<FileReport> loaded = ReadFileReports(target_);
   for (FileReport& report : loaded) {
     const std::string why = report.outcome == FileOutcome::Refused ? ReadObstacle(report.path) : "";
-    if (!why.empty()) report.message = why; // the module's interface gives it no reason
+    if (!why.empty())
+      report.message = why; // the module's interface gives it no reason
+    else
+      report.message += Advice(report.cut);
   }
   reports_.insert(reports_.end(), loaded.begin(), loaded.end());
   if (loaded.empty()) {

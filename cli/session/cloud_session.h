@@ -19,9 +19,10 @@ public:
   /**
    * Opens scene files and loads cloud files and folders, one load command each, into one new cloud object.
    * `settings` ("ID=VALUE") are applied to the object before it loads, so that loading parameters count. What
-   * fails is in the reports; what loaded stays. Throws UsageError.
+   * fails is in the reports; what loaded stays. A file that announces more points than its bytes are likely
+   * to hold is loaded only if it is trusted. Throws UsageError.
    */
-  void Open(const std::vector<std::string>& files, const std::vector<std::string>& settings);
+  void Open(const std::vector<std::string>& files, const std::vector<std::string>& settings, bool trust);
 
   BaseDocument* Document() const { return document_; }
   /** The cloud objects of the document in tree order. */
@@ -51,7 +52,6 @@ private:
   void OpenScene(const std::string& path);
   void LoadCloud(const std::string& path);
   BaseObject* NewCloud();
-  void ReportFile(const std::string& path, const std::vector<std::string>& lines, const CloudStats& before);
 
   std::unique_ptr<host::Application> application_;
   BaseDocument* document_ = nullptr;
@@ -60,6 +60,7 @@ private:
   std::vector<std::string> settings_;
   std::vector<LONG> settingIds_;
   std::vector<FileReport> reports_;
+  bool trust_ = false;
   double loadSeconds_ = 0;
   long long idleMemory_ = 0;
 };

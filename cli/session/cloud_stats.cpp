@@ -57,9 +57,10 @@ bool CloudStats::IsBlack() const {
 namespace {
 
 /** What the answer points to is the object's, and stays until it is asked again. */
-bool Ask(BaseList2D* object, KelvraCloudReport* answer) {
+bool Ask(BaseList2D* object, bool filesOnly, KelvraCloudReport* answer) {
   *answer = KelvraCloudReport();
   answer->version = 1;
+  answer->filesOnly = filesOnly;
   return object->GetType() == KELVRA_CLOUD && object->Message(KELVRA_MESSAGE_REPORT, answer);
 }
 
@@ -92,7 +93,7 @@ FileOutcome OutcomeOf(const KelvraLoadReport& file) {
 }
 
 FileReport ReportOf(const KelvraLoadReport& file) {
-  FileReport report{file.path, file.kept, file.line, OutcomeOf(file), {}};
+  FileReport report{file.path, file.kept, file.line, OutcomeOf(file), {}, file.cut};
   for (LONG i = 0; i < file.noteCount; ++i)
     if (file.notes[i].severity == KELVRA_NOTE_INFO) report.details.push_back(file.notes[i].text);
   return report;
@@ -103,7 +104,7 @@ FileReport ReportOf(const KelvraLoadReport& file) {
 bool ReadCloudStats(BaseList2D* object, CloudStats* stats) {
   *stats = CloudStats();
   KelvraCloudReport answer;
-  if (!Ask(object, &answer)) return false;
+  if (!Ask(object, false, &answer)) return false;
   stats->groups = answer.groups;
   GeData origin;
   if (object->GetParameter(DescID(KELVRA_ORIGIN), origin, DESCFLAGS_GET_0))
@@ -115,7 +116,7 @@ bool ReadCloudStats(BaseList2D* object, CloudStats* stats) {
 std::vector<FileReport> ReadFileReports(BaseList2D* cloud) {
   std::vector<FileReport> reports;
   KelvraCloudReport answer;
-  if (!Ask(cloud, &answer)) return reports;
+  if (!Ask(cloud, true, &answer)) return reports;
   for (LONG i = 0; i < answer.fileCount; ++i) reports.push_back(ReportOf(answer.files[i]));
   return reports;
 }

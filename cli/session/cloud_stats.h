@@ -45,6 +45,7 @@ struct FileReport {
   std::string message; ///< the line printed for it, without the path
   FileOutcome outcome = FileOutcome::Refused;
   std::vector<std::string> details; ///< findings that the line leaves out
+  LONG cut = 0;                     ///< KELVRA_CUT_...: why points are missing
 };
 
 /** Asks an object of any kind. False when it is not a point cloud or could not answer. */

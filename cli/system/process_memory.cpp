@@ -8,9 +8,9 @@ namespace cli {
 
 namespace {
 
-/** One "Name:  N kB" entry of a status file of the kernel, in bytes. */
-long long StatusEntry(const std::string& name, const char* path = "/proc/self/status") {
-  std::ifstream status(path);
+/** One "Name:  N kB" entry of the kernel's file about this process, in bytes. */
+long long StatusEntry(const std::string& name) {
+  std::ifstream status("/proc/self/status");
   std::string line;
   while (std::getline(status, line))
     if (line.rfind(name, 0) == 0) return std::stoll(line.substr(name.size() + 1)) * 1024;
@@ -24,10 +24,6 @@ long long ResidentMemory() {
 }
 long long PeakResidentMemory() {
   return StatusEntry("VmHWM");
-}
-
-long long AvailableMemory() {
-  return StatusEntry("MemAvailable", "/proc/meminfo");
 }
 
 std::string ProgramFolder() {

@@ -9,9 +9,6 @@ namespace cli {
 long long ResidentMemory();
 long long PeakResidentMemory();
 
-/** Bytes that a program can still take without pressing others out; 0 where the system does not tell. */
-long long AvailableMemory();
-
 /** Folder of the running program, UTF-8. */
 std::string ProgramFolder();
 

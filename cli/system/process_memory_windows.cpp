@@ -26,12 +26,6 @@ long long PeakResidentMemory() {
   return (long long)Counters().PeakWorkingSetSize;
 }
 
-long long AvailableMemory() {
-  MEMORYSTATUSEX status = {};
-  status.dwLength = sizeof status;
-  return GlobalMemoryStatusEx(&status) ? (long long)status.ullAvailPhys : 0;
-}
-
 std::string ProgramFolder() {
   std::vector<wchar_t> name(32768); // the longest path that there is
   const DWORD length = GetModuleFileNameW(nullptr, name.data(), (DWORD)name.size());

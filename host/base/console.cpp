@@ -28,9 +28,14 @@ void Console::Print(const std::string& line) {
   if (sink_) sink_(line);
 }
 
-std::vector<std::string> Console::Lines() const {
+std::vector<std::string> Console::Lines(std::size_t from) const {
   const std::lock_guard<std::mutex> lock(mutex_);
-  return lines_;
+  return {lines_.begin() + (std::ptrdiff_t)std::min(from, lines_.size()), lines_.end()};
+}
+
+std::size_t Console::LineCount() const {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  return lines_.size();
 }
 
 void Console::Clear() {

@@ -13,7 +13,9 @@ namespace host {
 class Console {
 public:
   void Print(const std::string& line);
-  std::vector<std::string> Lines() const;
+  /** From the line with that number on, which is 0 for the first. */
+  std::vector<std::string> Lines(std::size_t from = 0) const;
+  std::size_t LineCount() const;
   void Clear();
   /** Also called for every line; NULL for nothing. */
   void SetSink(std::function<void(const std::string&)> sink);

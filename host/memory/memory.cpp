@@ -6,6 +6,7 @@
 #include "host/memory/address_space.h"
 #include "host/memory/allocation_sites.h"
 #include "host/memory/block_table.h"
+#include "host/memory/free_memory.h"
 
 #include <algorithm>
 #include <atomic>
@@ -38,6 +39,24 @@ bool Refused(VLONG size) {
   if (size >= kLargeBlock && faults->Strikes(Fault::LargeBlock)) refused = true;
   if (drawing && faults->Strikes(Fault::TemporaryBlock)) refused = true;
   return refused;
+}
+
+std::atomic<bool> refuseBeyondFree{false};
+std::atomic<LLONG> shortageWanted{0}, shortageFree{0}, refusedRequests{0};
+
+void* Refuse() {
+  refusedRequests.fetch_add(1, std::memory_order_relaxed);
+  return NULL;
+}
+
+/** Would filling these bytes take more than there is? */
+bool IsBeyondFree(VLONG bytes) {
+  if (bytes < kCheckedBlock || !refuseBeyondFree.load(std::memory_order_relaxed)) return false;
+  const LLONG free = FreeMemory();
+  if (free == 0 || bytes <= free) return false;
+  shortageWanted = bytes;
+  shortageFree = free;
+  return true;
 }
 
 /** Blocks from this size on get large pages where the system has them. */
@@ -93,11 +112,12 @@ void* Move(const Block& old, VLONG size, Block* moved) {
 } // namespace
 
 void* Allocate(VLONG size, bool clear, LONG line, const CHAR* file) {
-  if (size < 1 || size > kLargestBlock || Refused(size)) return NULL;
+  if (size < 1) return NULL;
+  if (size > kLargestBlock || Refused(size) || IsBeyondFree(size)) return Refuse();
   Block block;
   block.mapped = size >= kLargeBlock;
   block.address = Obtain(size, block.mapped, clear);
-  if (!block.address) return NULL;
+  if (!block.address) return Refuse();
   block.size = (std::size_t)size;
   block.module = inModule;
   if (inModule) block.site = Sites().Find(file, line);
@@ -106,11 +126,15 @@ void* Allocate(VLONG size, bool clear, LONG line, const CHAR* file) {
 
 void* Reallocate(void* address, VLONG size, LONG line, const CHAR* file) {
   if (!address) return Allocate(size, false, line, file);
-  if (size < 1 || size > kLargestBlock || Refused(size)) return NULL;
+  if (size < 1 || size > kLargestBlock || Refused(size)) return Refuse();
   Block old;
   if (!Blocks().Remove(address, &old)) {
     ReportForeign("realloc", address);
     return NULL;
+  }
+  if (IsBeyondFree(size - (VLONG)old.size)) {
+    Blocks().Insert(old); // its slot was just given up: the table need not grow
+    return Refuse();
   }
   Block moved = old;
   if (old.mapped && size >= kLargeBlock)
@@ -121,7 +145,7 @@ void* Reallocate(void* address, VLONG size, LONG line, const CHAR* file) {
     moved.address = Move(old, size, &moved);
   if (!moved.address) {
     Blocks().Insert(old); // its slot was just given up: the table need not grow
-    return NULL;
+    return Refuse();
   }
   moved.size = (std::size_t)size;
   Count(old, -1);
@@ -138,6 +162,18 @@ void Free(void* address) {
 
 void SetFaults(Faults* faults) {
   activeFaults = faults;
+}
+
+void RefuseBeyondFree(bool refuse) {
+  refuseBeyondFree = refuse;
+}
+
+LLONG RefusedRequests() {
+  return refusedRequests;
+}
+
+Shortage LastShortage() {
+  return {shortageWanted, shortageFree};
 }
 
 LLONG LiveBlocks() {

@@ -24,6 +24,21 @@ void* Reallocate(void* block, VLONG size, LONG line, const CHAR* file);
 /** Reports an address that is not a live block. NULL is allowed. */
 void Free(void* block);
 
+/**
+ * From kCheckedBlock on, a block that is larger than what the machine has free is refused, even where its
+ * pages would cost nothing before they are touched. Off until asked for.
+ */
+void RefuseBeyondFree(bool refuse);
+constexpr VLONG kCheckedBlock = (VLONG)16 << 20;
+/** The last block refused so: its size, and what was free. Zeros without one. */
+struct Shortage {
+  LLONG wanted = 0, free = 0;
+};
+Shortage LastShortage();
+
+/** How many requests were refused so far, whatever the reason. */
+LLONG RefusedRequests();
+
 /** Injected refusals; NULL for none. */
 void SetFaults(Faults* faults);
 

@@ -2,6 +2,7 @@
 
 #include "host/base/text.h"
 #include "host/base/user_break.h"
+#include "host/memory/memory.h"
 #include "host/scene/hyper_file.h"
 #include "host/scene/node_access.h"
 
@@ -131,13 +132,18 @@ private:
     if (!HasPart(node, part)) return true;
     const int depth = reader_.Depth();
     HyperFileImpl stream(reader_, Api(document_), version_);
+    const LLONG refused = memory::RefusedRequests();
     const bool read = ReadPart(node, part, stream, level);
     if (read && stream.Error() == FILEERROR_NONE) return reader_.SkipToChunkEnd(depth);
     reason_ = head.Describe() + ": ";
     if (reader_.Error().code == FILEERROR_NONE)
       reason_ += "offset " + std::to_string(reader_.Offset()) + ": ";
     const std::string text = stream.ErrorText();
-    reason_ += text.empty() ? "its plug-in refuses the data" : text;
+    if (!text.empty())
+      reason_ += text;
+    else
+      reason_ += memory::RefusedRequests() > refused ? "not enough memory for its data"
+                                                     : "its plug-in refuses the data";
     return false;
   }
 

@@ -244,7 +244,9 @@ bool UndoHistory::Add(UNDOTYPE type, Node* node, std::string* why) {
     *why = "AddUndo outside of StartUndo and EndUndo";
   else if (!node || node->GetDocument() != &doc_)
     *why = "AddUndo of a node that does not lie in the document";
-  else if (std::unique_ptr<Change> change = MakeChange(type, *node)) {
+  else if (!keeping_) {
+    return true;
+  } else if (std::unique_ptr<Change> change = MakeChange(type, *node)) {
     current_.push_back(std::move(change));
     return true;
   } else {

@@ -31,6 +31,7 @@ public:
   bool Undo() override;
   bool Redo() override;
   void Clear() override;
+  void SetKeeping(bool keep) override { keeping_ = keep; }
 
 private:
   typedef std::vector<std::unique_ptr<Change>> Step;
@@ -38,7 +39,7 @@ private:
   std::unique_ptr<Change> MakeChange(UNDOTYPE type, Node& node);
 
   Document& doc_;
-  bool open_ = false;
+  bool open_ = false, keeping_ = true;
   Step current_;
   std::deque<Step> done_, undone_;
 };

@@ -29,6 +29,7 @@ enum class LoadCut {
   kReadError, // of the disk or the network
   kNoMemory,
   kStopped, // by the user
+  kDoubt,   // more points are announced than the bytes are likely to hold
 };
 
 enum class NoteSeverity { kInfo, kWarning, kError };

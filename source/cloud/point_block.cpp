@@ -23,13 +23,25 @@ void PointBlock::Swap(PointBlock& other) noexcept {
   std::swap(colors, other.colors);
   std::swap(attrib3, other.attrib3);
   std::swap(attrib1, other.attrib1);
+  std::swap(owners_, other.owners_);
 }
 
-LONG PointBlock::Clear() {
+void PointBlock::FreeArrays() {
+  if (owners_ && --*owners_ > 0) {
+    positions = colors = NULL;
+    attrib3 = attrib1 = NULL;
+    owners_ = NULL;
+    return;
+  }
+  GeFree(owners_);
   GeFree(positions);
   GeFree(colors);
   GeFree(attrib3);
   GeFree(attrib1);
+}
+
+LONG PointBlock::Clear() {
+  FreeArrays();
   box.Reset();
   count = 0;
   header.Clear();
@@ -44,10 +56,7 @@ Bool PointBlock::IsWhole() const {
 
 Bool PointBlock::Allocate(LONG n) {
   if (n < 1 || n > kMostBlockPoints) return FALSE;
-  GeFree(positions);
-  GeFree(colors);
-  GeFree(attrib3);
-  GeFree(attrib1);
+  FreeArrays();
   positions = GeAllocTypeNC(SReal, (VLONG)n * 3);
   colors = GeAllocTypeNC(SReal, (VLONG)n * 3);
   attrib3 = GeAllocTypeNC(UWORD, (VLONG)n * 3);
@@ -70,11 +79,36 @@ Bool PointBlock::CopyTo(PointBlock& dest) const {
     CopyMem(attrib3, dest.attrib3, (VLONG)count * 3 * (VLONG)sizeof(UWORD));
     CopyMem(attrib1, dest.attrib1, (VLONG)count * (VLONG)sizeof(UWORD));
   }
+  CopyDescription(dest);
+  return TRUE;
+}
+
+Bool PointBlock::ShareTo(PointBlock& dest) const {
+  if (&dest == this) return TRUE;
+  dest.Clear();
+  if (count > 0) {
+    if (!owners_) {
+      owners_ = GeAllocType(LONG, 1);
+      if (!owners_) return FALSE;
+      *owners_ = 1;
+    }
+    ++*owners_;
+    dest.owners_ = owners_;
+    dest.positions = positions;
+    dest.colors = colors;
+    dest.attrib3 = attrib3;
+    dest.attrib1 = attrib1;
+    dest.count = count;
+  }
+  CopyDescription(dest);
+  return TRUE;
+}
+
+void PointBlock::CopyDescription(PointBlock& dest) const {
   dest.header = header;
   CopyMem(reals, dest.reals, sizeof reals);
   dest.settings = settings;
   dest.box = box;
-  return TRUE;
 }
 
 namespace {
@@ -90,10 +124,12 @@ void Shrink(T*& array, VLONG elements) {
 
 void PointBlock::Finish(LONG flags) {
   if (count <= 0) return;
-  Shrink(positions, (VLONG)count * 3);
-  Shrink(colors, (VLONG)count * 3);
-  Shrink(attrib3, (VLONG)count * 3);
-  Shrink(attrib1, (VLONG)count);
+  if (!owners_) {
+    Shrink(positions, (VLONG)count * 3);
+    Shrink(colors, (VLONG)count * 3);
+    Shrink(attrib3, (VLONG)count * 3);
+    Shrink(attrib1, (VLONG)count);
+  }
   if (!(flags & kFinishRecomputeBox)) return;
   GrowingRange x(positions[0]), y(positions[1]), z(positions[2]);
   for (const SReal *p = positions, *end = p + (VLONG)count * 3; p < end; p += 3) {

@@ -16,7 +16,8 @@ enum { kRealStepZ = 3 };
 enum { kFinishRecomputeBox = 2 };
 
 /**
- * Owns its four arrays, which are all there with `count` points or all missing. Positions are x, height, y of
+ * Owns its four arrays, which are all there with `count` points or all missing. Blocks that share arrays own
+ * them together: nothing writes into the arrays of a block that is in a store. Positions are x, height, y of
  * the file (the host's axes: y up), as 32-bit floats. Main thread; render threads may read.
  */
 struct PointBlock {
@@ -37,6 +38,8 @@ struct PointBlock {
   Bool Allocate(LONG n);
   /** Deep copy; FALSE, with dest clear, when memory is refused. A clear block copies too. */
   Bool CopyTo(PointBlock& dest) const;
+  /** As CopyTo, but the arrays are the same ones. */
+  Bool ShareTo(PointBlock& dest) const;
 
   /** A count that a block can have, with all arrays. */
   Bool IsWhole() const;
@@ -64,6 +67,9 @@ struct PointBlock {
   UWORD* attrib1 = NULL;   ///< 1 a point: flag of the source
 
 private:
+  void FreeArrays();
+  void CopyDescription(PointBlock& dest) const;
+  mutable LONG* owners_ = NULL; ///< number of blocks that have these arrays; NULL for this one alone
   void Swap(PointBlock& other) noexcept;
 };
 

@@ -25,22 +25,25 @@ Bool WriteAll(const GeDynamicArray<T>& elements, HyperFile* hf) {
   return TRUE;
 }
 
-/**
- * Elements are appended as they are read: a count from a file never sizes an allocation. The array grows in
- * steps of half its length, so that many small elements cost no more than their reading.
- */
+/** One element more. The array grows in steps of half its length: many small elements cost no more than
+ * themselves. */
+template <class T>
+Bool AddOne(GeDynamicArray<T>& elements) {
+  const VLONG usualStep = elements.GetBlockSize(), half = elements.GetCount() / 2;
+  elements.SetBlockSize(usualStep > half ? usualStep : half);
+  const Bool grown = elements.Push(T());
+  elements.SetBlockSize(usualStep);
+  return grown;
+}
+
+/** Elements are appended as they are read: a count from a file never sizes an allocation. */
 template <class T>
 Bool ReadAll(GeDynamicArray<T>& elements, HyperFile* hf, LONG level) {
   LONG count = 0;
-  const VLONG usualStep = elements.GetBlockSize();
   elements.FreeArray();
   if (!hf->ReadLong(&count) || count < 0) return FALSE;
-  for (LONG i = 0; i < count; ++i) {
-    elements.SetBlockSize(usualStep > i / 2 ? usualStep : i / 2);
-    const Bool grown = elements.Push(T());
-    elements.SetBlockSize(usualStep);
-    if (!grown || !elements[i].Read(hf, level)) return FALSE;
-  }
+  for (LONG i = 0; i < count; ++i)
+    if (!AddOne(elements) || !elements[i].Read(hf, level)) return FALSE;
   return TRUE;
 }
 
@@ -49,10 +52,11 @@ Bool ReadAll(GeDynamicArray<T>& elements, HyperFile* hf, LONG level) {
  * own: no empty block is left behind, which could never be saved.
  */
 template <class T>
-Bool CopyAll(const GeDynamicArray<T>& from, GeDynamicArray<T>& to, Bool keepFailed) {
+Bool CopyAll(const GeDynamicArray<T>& from, GeDynamicArray<T>& to, Bool (T::*copy)(T&) const,
+             Bool keepFailed) {
   if (!to.ReScope(from.GetCount())) return FALSE;
   for (VLONG i = 0; i < from.GetCount(); ++i)
-    if (!from[i].CopyTo(to[i])) {
+    if (!(from[i].*copy)(to[i])) {
       to.ReSize(keepFailed ? i + 1 : i);
       return FALSE;
     }
@@ -68,7 +72,10 @@ Bool PointGroup::Write(HyperFile* hf) const {
   return WriteAll(blocks, hf);
 }
 Bool PointGroup::CopyTo(PointGroup& dest) const {
-  return &dest == this || CopyAll(blocks, dest.blocks, FALSE);
+  return &dest == this || CopyAll(blocks, dest.blocks, &PointBlock::CopyTo, FALSE);
+}
+Bool PointGroup::ShareTo(PointGroup& dest) const {
+  return &dest == this || CopyAll(blocks, dest.blocks, &PointBlock::ShareTo, FALSE);
 }
 
 Bool PointStore::Read(HyperFile* hf, LONG level) {
@@ -80,15 +87,27 @@ Bool PointStore::Write(HyperFile* hf) const {
 }
 Bool PointStore::CopyTo(PointStore& dest) const {
   dest.uploadFlag = 1;
-  return &dest == this || CopyAll(groups, dest.groups, TRUE);
+  return &dest == this || CopyAll(groups, dest.groups, &PointGroup::CopyTo, TRUE);
+}
+Bool PointStore::ShareTo(PointStore& dest) const {
+  dest.uploadFlag = 1;
+  return &dest == this || CopyAll(groups, dest.groups, &PointGroup::ShareTo, TRUE);
 }
 
 Bool PointStore::Merge(PointGroup& group) {
   for (VLONG b = group.blocks.GetCount() - 1; b >= 0; --b)
     if (group.blocks[b].count < 1) group.blocks.Remove(b);
   const VLONG last = groups.GetCount();
-  if (!groups.ReSize(last + 1)) return FALSE;
+  if (!AddOne(groups)) return FALSE;
   groups[last] = static_cast<PointGroup&&>(group);
+  uploadFlag = 1;
+  return TRUE;
+}
+
+Bool PointStore::AddToLastGroup(PointBlock& block) {
+  GeDynamicArray<PointBlock>& blocks = groups[groups.GetCount() - 1].blocks;
+  if (!AddOne(blocks)) return FALSE;
+  blocks[blocks.GetCount() - 1] = static_cast<PointBlock&&>(block);
   uploadFlag = 1;
   return TRUE;
 }

@@ -13,6 +13,7 @@ struct PointGroup {
   Bool Read(HyperFile* hf, LONG level);
   Bool Write(HyperFile* hf) const;
   Bool CopyTo(PointGroup& dest) const;
+  Bool ShareTo(PointGroup& dest) const;
 };
 
 /** Owned by value by its object; holds no lock: the rules of the host for object data apply. */
@@ -26,12 +27,17 @@ public:
   Bool Write(HyperFile* hf) const;
   /** FALSE when a resize or an element fails; the blocks copied so far stay in dest, no empty one does. */
   Bool CopyTo(PointStore& dest) const;
+  /** As CopyTo, but the blocks share the points; for copies that are kept on the main thread. */
+  Bool ShareTo(PointStore& dest) const;
 
   /**
    * Takes the blocks of a group as one new group at the end; empty blocks are dropped, a store that holds one
    * cannot be saved. FALSE when memory is refused: the points stay with the group.
    */
   Bool Merge(PointGroup& group);
+  /** Takes one more block into the last group. FALSE when memory is refused: the points stay with the block.
+   */
+  Bool AddToLastGroup(PointBlock& block);
 
   /** Calls visit(block, number of its group) for each block in store order, until it returns FALSE. */
   template <class Visit>

@@ -24,7 +24,7 @@ static_assert((LONG)LoadCut::kNone == KELVRA_CUT_NONE && (LONG)LoadCut::kFileEnd
                   (LONG)LoadCut::kBudget == KELVRA_CUT_BUDGET && (LONG)LoadCut::kBlockCap == KELVRA_CUT_CAP &&
                   (LONG)LoadCut::kReadError == KELVRA_CUT_READ_ERROR &&
                   (LONG)LoadCut::kNoMemory == KELVRA_CUT_NO_MEMORY &&
-                  (LONG)LoadCut::kStopped == KELVRA_CUT_STOPPED,
+                  (LONG)LoadCut::kStopped == KELVRA_CUT_STOPPED && (LONG)LoadCut::kDoubt == KELVRA_CUT_DOUBT,
               "reasons for a cut are handed out by number");
 static_assert((LONG)NoteSeverity::kInfo == KELVRA_NOTE_INFO &&
                   (LONG)NoteSeverity::kWarning == KELVRA_NOTE_WARNING &&
@@ -105,10 +105,11 @@ Bool CloudReporter::Fill(const PointStore& store, const std::vector<LoadReport>&
   if (answer.version != kReportVersion) return FALSE;
   *this = CloudReporter();
   for (const LoadReport& report : reports) AddFile(report);
-  store.VisitBlocks([this](const PointBlock& block, VLONG group) {
-    AddBlock(block, group);
-    return true;
-  });
+  if (!answer.filesOnly)
+    store.VisitBlocks([this](const PointBlock& block, VLONG group) {
+      AddBlock(block, group);
+      return true;
+    });
   answer.fileCount = (LONG)files_.size();
   answer.files = files_.data();
   answer.groups = (LONG)store.groups.GetCount();

@@ -48,6 +48,7 @@ LoadOptions ReadOptions(BaseObject* op) {
   options.everyNthLine = options.everyNth > 1 ? options.everyNth : LMax(1, data->GetLong(KELVRA_THIN_VIEW));
   options.localOrigin = data->GetLong(KELVRA_LOCAL_ORIGIN) == KELVRA_LOCAL_ORIGIN_AUTOMATIC;
   options.fitText = data->GetLong(KELVRA_FIT_TEXT);
+  options.refuseDoubtful = data->GetBool(KELVRA_LOAD_REFUSE_DOUBTFUL);
   return options;
 }
 
@@ -59,9 +60,12 @@ LVector OriginOf(BaseObject* op) {
 
 void RecordUndo(BaseObject* op) {
   BaseDocument* doc = op->GetDocument();
-  if (!doc) return;
+  KelvraObject* cloud = GetCloudData(op);
+  if (!doc || !cloud) return;
   doc->StartUndo();
+  cloud->addsPoints = TRUE;
   doc->AddUndo(UNDOTYPE_CHANGE, op);
+  cloud->addsPoints = FALSE;
   doc->EndUndo();
 }
 
@@ -114,7 +118,7 @@ Bool KelvraObject::CopyTo(NodeData* dest, GeListNode* snode, GeListNode* dnode, 
   KelvraObject* copy = static_cast<KelvraObject*>(dest);
   copy->settingsChanged = 1;
   copy->display.uploads = display.uploads;
-  if (!store.CopyTo(copy->store)) return FALSE;
+  if (!(addsPoints ? store.ShareTo(copy->store) : store.CopyTo(copy->store))) return FALSE;
   return SUPER::CopyTo(dest, snode, dnode, flags, trans);
 }
 

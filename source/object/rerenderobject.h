@@ -36,6 +36,8 @@ public:
   PointDisplay display;
   /** One-shot rebuild flag of the conversion. */
   LONG settingsChanged = 0;
+  /** While an undo step is recorded before points are added: its copy shares those that stay. */
+  Bool addsPoints = FALSE;
 
 private:
   void OnCommand(BaseObject* op, LONG id);
@@ -59,7 +61,8 @@ KelvraObject* GetCloudData(BaseObject* op);
 /** Where the object's stored positions count from, in file axes; 0 where it has no local origin. */
 LVector OriginOf(BaseObject* op);
 
-/** Keeps the object as it is now as one step that the user can undo; nothing without a document. */
+/** To be called before points are added: the object as it is now becomes one undo step, its points uncopied.
+ */
 void RecordUndo(BaseObject* op);
 
 /** Builds the vertex descriptions, then registers the object; FALSE when either fails. */

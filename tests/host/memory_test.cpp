@@ -107,6 +107,18 @@ TEST_F(HostMemory, CountsComeBackToWhereTheyWere) {
   EXPECT_EQ(application_->Live().bytes, before.bytes);
 }
 
+TEST_F(HostMemory, BlocksBeyondWhatIsFreeAreRefusedWhenAskedFor) {
+  host::memory::RefuseBeyondFree(true);
+  char* block = GeAllocTypeNC(char, kGiB);
+  EXPECT_NE(block, nullptr);
+  for (char* const refused : {(char*)GeAllocNC(host::kLargestBlock), (char*)GeReallocNC(block, 600 * kGiB)})
+    EXPECT_EQ(refused, nullptr);
+  host::memory::RefuseBeyondFree(false);
+  EXPECT_EQ(host::memory::LastShortage().wanted, 599 * kGiB);
+  EXPECT_GT(host::memory::LastShortage().free, 0);
+  GeFree(block);
+}
+
 TEST_F(HostMemory, InjectedRefusalsStrikeModulesOnly) {
   host::Faults& faults = application_->GetFaults();
   faults.FailAt(host::Fault::Allocation, 1, -1);

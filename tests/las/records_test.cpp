@@ -215,6 +215,20 @@ TEST_F(Records, ProgressIsTheWholePercentageOfKeptPointsAndCanStop) {
   EXPECT_EQ(cloud.report.outcome, LoadOutcome::kStopped) << "points that are thinned are read as well";
 }
 
+TEST_F(Records, AFileMadeToFillTheMemoryIsLoadedWithAWarningOrRefused) {
+  const Bytes file = Compress(MakeLas(0, std::vector<TestPoint>(1000000)), 50000);
+  Read(file);
+  EXPECT_EQ(cloud.report.kept, 1000000);
+  ASSERT_EQ(cloud.report.notes.size(), 1u);
+  EXPECT_EQ(cloud.report.notes[0].severity, kelvra::NoteSeverity::kWarning);
+  memory.asked = 0;
+  LasReadOptions cautious;
+  cautious.refuseDoubtful = true;
+  Read(file, cautious);
+  EXPECT_EQ(cloud.report.cut, kelvra::LoadCut::kDoubt);
+  EXPECT_EQ(memory.asked, 0u) << "nothing is asked for";
+}
+
 TEST_F(Records, RefusedMemoryAndMissingFilesAreOneClearLine) {
   memory.refuse = true;
   Read(MakeLas(0, Row(20)));

@@ -132,6 +132,17 @@ TEST_F(LoadingTest, ACancelledDialogDoesNothing) {
   EXPECT_TRUE(doc_->DoRedo());
 }
 
+TEST_F(LoadingTest, AnUndoStepOfALoadCopiesNoPoint) {
+  std::string many;
+  for (int i = 0; i < 10000; ++i) many += std::to_string(i) + " 0 0\n";
+  Load(Write("many.xyz", many));
+  const LLONG before = application_.Live().bytes;
+  Load(Write("one.xyz", "1 0 0\n"));
+  EXPECT_LT(application_.Live().bytes, before + 10000 * 32 / 2);
+  EXPECT_TRUE(doc_->DoUndo());
+  EXPECT_EQ(Eastings(Stored(doc_->GetFirstObject())).size(), 10000u);
+}
+
 TEST_F(LoadingTest, ALoadIsOneUndoStep) {
   Write("two/a.xyz", "1 0 0\n");
   Write("two/b.xyz", "2 0 0\n");

@@ -46,9 +46,14 @@ TEST_F(Block, CopyOwnsItsArrays) {
   source.reals[2] = 2.5;
   source.settings.name = "a.las";
   Recording before, after;
-  ASSERT_TRUE(before.Record(source) && source.CopyTo(copy));
+  PointBlock shared;
+  ASSERT_TRUE(before.Record(source) && source.CopyTo(copy) && source.ShareTo(shared));
+  EXPECT_NE(copy.positions, source.positions);
+  EXPECT_EQ(shared.positions, source.positions);
   source.Clear();
+  shared.Finish(0); // would move arrays that have one owner
   ASSERT_TRUE(after.Record(copy));
+  EXPECT_EQ(std::memcmp(shared.positions, copy.positions, 12 * 4), 0);
   for (std::size_t i = 0; i < before.items.size(); ++i)
     EXPECT_EQ(after.items.at(i).bytes, before.items[i].bytes);
   EXPECT_EQ(copy.settings.name, String("a.las"));

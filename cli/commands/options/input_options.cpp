@@ -8,6 +8,8 @@ void AddFiles(CLI::App& command, InputOptions& input) {
   command.add_option("FILE", input.files, "LAS, LAZ, XYZ or PTS files, folders of them, or one scene")
       ->required();
   command.add_flag("--verbose", input.verbose, "Print every finding about the files");
+  command.add_flag("--trust", input.trust,
+                   "Load files that announce more points than their bytes are likely to hold");
 }
 
 void AddInput(CLI::App& command, InputOptions& input) {

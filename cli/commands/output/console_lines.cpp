@@ -7,8 +7,7 @@
 namespace cli {
 
 std::vector<std::string> ConsoleLines::Lines() const {
-  const std::vector<std::string> all = console_.Lines();
-  return std::vector<std::string>(all.begin() + (std::ptrdiff_t)first_, all.end());
+  return console_.Lines(first_);
 }
 
 bool ConsoleLines::Print() const {

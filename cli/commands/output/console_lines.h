@@ -8,7 +8,7 @@ namespace cli {
 /** Begins when it is made. */
 class ConsoleLines {
 public:
-  explicit ConsoleLines(const host::Console& console) : console_(console), first_(console.Lines().size()) {}
+  explicit ConsoleLines(const host::Console& console) : console_(console), first_(console.LineCount()) {}
 
   std::vector<std::string> Lines() const;
   /** Prints them to standard error. True if there were any. */

@@ -13,6 +13,11 @@ namespace {
 
 constexpr std::int64_t kProgressMask = 1023;
 
+// Scans take some bytes for each point, and regular grids an eighth of one. Only points that hardly differ
+// take less than 1/64; a file of many of those is more likely made to fill the memory than to be looked at.
+constexpr std::uint64_t kLikelyPointsPerByte = 64;
+constexpr std::uint64_t kManyPoints = 1000000;
+
 std::int64_t Clamped(std::uint64_t count) {
   constexpr std::uint64_t kMost = std::uint64_t{1} << 62;
   return static_cast<std::int64_t>(std::min(count, kMost));
@@ -213,10 +218,26 @@ void ReportEmpty(LoadReport& report) {
                                                     : report.cutPlace;
 }
 
+// Empty, or why the file is unlikely to be a scan.
+std::string FindDoubt(const LasFindings& findings) {
+  if (findings.readable < kManyPoints || findings.readable / kLikelyPointsPerByte <= findings.pointBytes)
+    return std::string();
+  return "announces " + Counted(findings.readable, "point") + " in " + Counted(findings.pointBytes, "byte") +
+         "; at most " + Grouped(kLikelyPointsPerByte) + " points a byte are likely";
+}
+
 void Load(LasFile& file, const LasReadOptions& options, RecordMemory& memory, const LasProgress& progress,
           LasCloud& cloud) {
   LoadReport& report = cloud.report;
   TakeHeader(file, cloud);
+  if (const std::string doubt = FindDoubt(file.Findings()); !doubt.empty()) {
+    if (options.refuseDoubtful) {
+      report.cut = LoadCut::kDoubt;
+      report.Refuse(doubt);
+      return;
+    }
+    report.Note(NoteSeverity::kWarning, doubt);
+  }
   const Plan plan = MakePlan(options, file.Findings().readable);
   report.everyNth = plan.step;
   if (plan.capacity > 0) {

@@ -166,6 +166,7 @@ void CheckCompression(ByteSource& file, LasFindings& findings) {
 
 void CountReadable(ByteSource& file, LasFindings& findings) {
   const LasHeader& header = findings.header;
+  findings.pointBytes = file.Size() - header.pointOffset;
   if (!header.Compressed()) {
     findings.readable = std::min(header.Points(), (file.Size() - header.pointOffset) / header.recordLength);
     if (findings.readable < header.Points()) {

@@ -29,6 +29,7 @@ struct LasFindings {
   GeoKey geoKey;                  // see FindGeoKey
   // Points that may be asked for: those announced, or fewer where the file ends early.
   std::uint64_t readable = 0;
+  std::uint64_t pointBytes = 0;  // of the file from its first point on
   std::vector<LasPatch> patches; // sorted by offset; empty: the library may read the file as it is
 };
 

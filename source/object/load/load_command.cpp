@@ -90,15 +90,9 @@ private:
       if (!store.Merge(group)) return FALSE;
       opened_ = TRUE;
     }
-    GeDynamicArray<PointBlock>& blocks = store.groups[store.groups.GetCount() - 1].blocks;
-    const VLONG last = blocks.GetCount();
-    if (!blocks.ReSize(last + 1)) {
-      if (last == 0) CloseEmptyGroup();
-      return FALSE;
-    }
-    blocks[last] = static_cast<PointBlock&&>(block);
-    store.uploadFlag = 1;
-    return TRUE;
+    if (store.AddToLastGroup(block)) return TRUE;
+    if (store.groups[store.groups.GetCount() - 1].blocks.GetCount() == 0) CloseEmptyGroup();
+    return FALSE;
   }
 
   void CloseEmptyGroup() {

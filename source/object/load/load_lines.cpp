@@ -68,6 +68,7 @@ std::string CutReason(const LoadReport& report) {
   case LoadCut::kNone:
   case LoadCut::kNoMemory:
   case LoadCut::kStopped:
+  case LoadCut::kDoubt:
     break;
   }
   return std::string();

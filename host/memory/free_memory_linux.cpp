@@ -1,0 +1,77 @@
+#ifdef __linux__
+#include "host/memory/free_memory.h"
+
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <fstream>
+#include <limits>
+#include <sstream>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+namespace host {
+
+namespace {
+
+const long long kUnlimited = std::numeric_limits<long long>::max();
+
+/** Sum of the entries of these names in a file of lines "name number". */
+long long Sum(const std::string& path, const std::vector<std::string>& names) {
+  std::ifstream file(path);
+  long long sum = 0;
+  for (std::string line, name; std::getline(file, line);) {
+    std::istringstream entry(line);
+    long long number = 0;
+    if (entry >> name >> number && std::find(names.begin(), names.end(), name) != names.end()) sum += number;
+  }
+  return sum;
+}
+
+/** Memory that is free or can be freed at once, and swap space; 0 if unknown. */
+long long OfTheMachine() {
+  return Sum("/proc/meminfo", {"MemAvailable:", "SwapFree:"}) * 1024;
+}
+
+/** The only number of a file; -1 without one, as in a group that has no limit. */
+long long NumberIn(const std::string& path) {
+  std::ifstream file(path);
+  long long number = -1;
+  return file >> number ? number : -1;
+}
+
+/** What the control groups of the process leave to it, from its own one up to the root. */
+long long OfTheGroups() {
+  std::ifstream file("/proc/self/cgroup");
+  long long least = kUnlimited;
+  for (std::string line; std::getline(file, line);) {
+    if (line.rfind("0::/", 0) != 0) continue;
+    for (std::string group = line.substr(3); !group.empty();
+         group.resize(std::max<std::size_t>(group.find_last_of('/'), 0))) {
+      const std::string folder = "/sys/fs/cgroup" + group + "/";
+      const long long limit = NumberIn(folder + "memory.max"), used = NumberIn(folder + "memory.current");
+      // Pages of files count as used, but make room when they must.
+      const long long pages = Sum(folder + "memory.stat", {"active_file", "inactive_file"});
+      if (limit >= 0 && used >= 0) least = std::min(least, std::max(0LL, limit - used + pages));
+    }
+  }
+  return least;
+}
+
+long long OfTheAddressSpace() {
+  rlimit limit;
+  if (getrlimit(RLIMIT_AS, &limit) != 0 || limit.rlim_cur == RLIM_INFINITY) return kUnlimited;
+  const long long pages = NumberIn("/proc/self/statm"); // its first number: of the address space in use
+  return std::max(0LL, (long long)limit.rlim_cur - std::max(0LL, pages) * sysconf(_SC_PAGESIZE));
+}
+
+} // namespace
+
+long long FreeMemory() {
+  const long long machine = OfTheMachine();
+  return machine <= 0 ? 0 : std::max(1LL, std::min({machine, OfTheGroups(), OfTheAddressSpace()}));
+}
+
+} // namespace host
+#endif
