@@ -10,6 +10,7 @@
 #include "cli/commands/output/result_tree.h"
 #include "cli/session/cloud_parameters.h"
 #include "cli/session/cloud_session.h"
+#include "cli/system/process_memory.h"
 #include "cli/text/format.h"
 #include "cli/text/line.h"
 #include "host/application.h"

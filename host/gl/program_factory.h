@@ -47,8 +47,8 @@ public:
   /** A name that nothing else in this program has; empty when refused. */
   std::string GetUniqueID();
   bool HeaderFinished();
-  /** After a failure the factory is empty again, its text still there to look at, and AddParameters starts
-   * anew. */
+  /** After a failure the factory is empty again and takes AddParameters; its text is still there to look at.
+   */
   bool CompilePrograms();
   bool IsCompiled() const { return program_ != nullptr; }
   /** Drops program and text in any state; a bound program is unbound. */

@@ -50,7 +50,7 @@ TEST_F(PreferencesFile, DamagedOnesAreSetAsideAndReported) {
 TEST_F(PreferencesFile, NobodyElseMayReadThem) {
   for (const bool earlier : {false, true}) {
     fs::remove(File());
-    if (earlier) Write("{}");
+    if (earlier) Write("preferences.json", "{}");
     Open();
     ASSERT_TRUE(saved_);
     EXPECT_EQ(fs::status(File()).permissions(), fs::perms::owner_read | fs::perms::owner_write);
