@@ -202,7 +202,7 @@ void KelvraObject::Load(BaseObject* op, Bool folderMode) {
   LVector origin = wasEmpty ? LVector() : before;
   loadReports = LoadFiles(files, {store, ReadOptions(op), origin, [op] { RecordUndo(op); }});
   // Objects without an origin get no entry: their scenes stay what they were.
-  if (origin != before) op->GetDataInstance()->SetVector(KELVRA_ORIGIN, origin);
+  if (store.CountBlocks() > 0 && origin != before) op->GetDataInstance()->SetVector(KELVRA_ORIGIN, origin);
   const PointBlock* first = store.GetFirstBlock();
   if (wasEmpty && first && first->header.key > 1)
     op->GetDataInstance()->SetString(KELVRA_EPSG, LongToString(first->header.key));
