@@ -68,15 +68,9 @@ bool File::Open(const std::string& path, Access access, std::string* error) {
 bool File::CreateLike(const std::string& path, const std::string& model, std::string* error) {
   if (IsOpen()) return Fail(error, EBUSY);
   struct stat old;
-<<<<<<< HEAD
   const bool ordinary = model != kPrivate && ::stat(model.c_str(), &old) != 0;
-  // Nobody may look into the successor of a private file, not even at first.
-  handle_ = ::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, ordinary ? 0666 : 0600);
-=======
-  const bool exists = ::stat(model.c_str(), &old) == 0;
   // The successor of a private file must be private from the start.
-  handle_ = ::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, exists ? 0600 : 0666);
->>>>>>> main
+  handle_ = ::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, ordinary ? 0666 : 0600);
   if (!IsOpen()) return Fail(error, errno);
   ::flock(handle_, LOCK_EX | LOCK_NB);
   return TakeRights(model);
