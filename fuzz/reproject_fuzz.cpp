@@ -5,6 +5,7 @@
 #include "object/reprojection.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <string>
@@ -18,19 +19,23 @@ struct Reading {
 
 const std::size_t kNone = std::string::npos;
 
-LReal Number(const std::string& text) {
-  return StringToNumber(String(text.data(), STRINGENCODING_8BIT), FORMAT_REAL, 30).GetReal();
+/** A text that does not begin with a finite number changes nothing. */
+void ReadNumber(const std::string& text, Reading& reading, int index) {
+  char* end = nullptr;
+  const double found = std::strtod(text.c_str(), &end);
+  if (end == text.c_str() || !std::isfinite(found)) return;
+  reading.values[index] =
+      StringToNumber(String(text.c_str(), STRINGENCODING_8BIT), FORMAT_REAL, 30).GetReal();
+  reading.read[index] = TRUE;
 }
 
 void ReadPoint(const std::string& text, Reading& reading, int first) {
   const std::size_t colon = text.find(':'), comma = colon == kNone ? kNone : text.find(',', colon);
   if (comma == kNone) return;
-  reading.values[first] = Number(text.substr(colon + 1, comma - colon - 1));
-  reading.read[first] = TRUE;
+  ReadNumber(text.substr(colon + 1, comma - colon - 1), reading, first);
   const std::size_t second = text.find(':', comma);
   if (second == kNone) return;
-  reading.values[first + 1] = Number(text.substr(second + 1));
-  reading.read[first + 1] = TRUE;
+  ReadNumber(text.substr(second + 1), reading, first + 1);
 }
 
 void ReadAnswer(const std::string& answer, Reading& reading) {

@@ -54,8 +54,9 @@ TEST_F(UndoneViews, CopiesMayForgetTheirViewsOnAnotherThread) {
   Give(op_, kThree);
   std::vector<BaseObject*> copies;
   for (int i = 0; i < 50; ++i) copies.push_back(static_cast<BaseObject*>(op_->GetClone(COPYFLAGS_0, NULL)));
+  const std::shared_ptr<kelvra::ViewUploads> uploads = Cloud(op_).display.uploads;
   std::thread other([&] {
-    for (BaseObject* copy : copies) Cloud(copy).display.uploads->Forget(copy);
+    for (BaseObject* copy : copies) uploads->Forget(copy);
   });
   for (int i = 0; i < 10; ++i) {
     Cloud(op_).store.uploadFlag = 1;

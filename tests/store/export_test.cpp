@@ -17,7 +17,10 @@ protected:
   std::string Text(LONG everyNth, COLORSPACETRANSFORMATION transformation = COLORSPACETRANSFORMATION_NONE) {
     AutoAlloc<BaseFile> file;
     EXPECT_TRUE(file->Open(Filename(Path("out").c_str()), FILEOPEN_WRITE, FILEDIALOG_NONE));
-    EXPECT_TRUE(ExportText(store, {200.0, everyNth, transformation}, file) && file->Close());
+    TextExportOptions options;
+    options.everyNth = everyNth;
+    options.transformation = transformation;
+    EXPECT_TRUE(ExportText(store, options, file) && file->Close());
     return Read(Path("out"));
   }
   PointStore store;
