@@ -48,6 +48,9 @@ TEST_F(PreferencesFile, DamagedOnesAreSetAsideAndReported) {
 }
 
 TEST_F(PreferencesFile, NobodyElseMayReadThem) {
+#ifdef _WIN32
+  GTEST_SKIP() << "the folder's access list protects them there";
+#endif
   for (const bool earlier : {false, true}) {
     fs::remove(File());
     if (earlier) Write("preferences.json", "{}");
