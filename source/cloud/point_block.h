@@ -14,18 +14,20 @@ enum { kFinishRecomputeBox = 2 };
 
 /**
  * Owns its four arrays, which are all there with `count` points or all missing. Positions are x, height, y of
- * the file (the host's axes: y up), as 32-bit floats. Main thread; render threads may read.
+ * the file (the host's axes: y up), as 32-bit floats. Main thread; render threads may read. No member may
+ * hold an address inside the block: the host's arrays move blocks byte by byte.
  */
 struct PointBlock {
   PointBlock() { Clear(); }
   ~PointBlock() { Clear(); }
   PointBlock(const PointBlock& src) : PointBlock() { src.CopyTo(*this); }
-  PointBlock(PointBlock&& src) noexcept;
   PointBlock& operator=(const PointBlock& src) {
     if (this != &src) src.CopyTo(*this);
     return *this;
   }
-  PointBlock& operator=(PointBlock&& src) noexcept;
+  /** Exchanges everything, the arrays without a copy. */
+  void Swap(PointBlock& other) noexcept;
+  friend void swap(PointBlock& a, PointBlock& b) noexcept { a.Swap(b); }
 
   /** Frees the arrays and resets everything else. Returns 0. */
   LONG Clear();
@@ -52,9 +54,6 @@ struct PointBlock {
   SReal* colors = NULL;    ///< 3 a point: second triple of the source
   UWORD* attrib3 = NULL;   ///< 3 a point: red, green, blue, 0 to 65535
   UWORD* attrib1 = NULL;   ///< 1 a point: flag of the source
-
-private:
-  void Swap(PointBlock& other) noexcept;
 };
 
 } // namespace kelvra

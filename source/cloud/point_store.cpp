@@ -25,22 +25,14 @@ Bool WriteAll(const GeDynamicArray<T>& elements, HyperFile* hf) {
   return TRUE;
 }
 
-/**
- * Elements are appended as they are read: a count from a file never sizes an allocation. The array grows in
- * steps of half its length, so that many small elements cost no more than their reading.
- */
+/** Elements are appended as they are read: a count from a file never sizes an allocation. */
 template <class T>
 Bool ReadAll(GeDynamicArray<T>& elements, HyperFile* hf, LONG level) {
   LONG count = 0;
-  const VLONG usualStep = elements.GetBlockSize();
   elements.FreeArray();
   if (!hf->ReadLong(&count) || count < 0) return FALSE;
-  for (LONG i = 0; i < count; ++i) {
-    elements.SetBlockSize(usualStep > i / 2 ? usualStep : i / 2);
-    const Bool grown = elements.Push(T());
-    elements.SetBlockSize(usualStep);
-    if (!grown || !elements[i].Read(hf, level)) return FALSE;
-  }
+  for (LONG i = 0; i < count; ++i)
+    if (!AppendEmpty(elements) || !elements[i].Read(hf, level)) return FALSE;
   return TRUE;
 }
 
@@ -50,12 +42,13 @@ Bool ReadAll(GeDynamicArray<T>& elements, HyperFile* hf, LONG level) {
  */
 template <class T>
 Bool CopyAll(const GeDynamicArray<T>& from, GeDynamicArray<T>& to, Bool keepFailed) {
-  if (!to.ReScope(from.GetCount())) return FALSE;
-  for (VLONG i = 0; i < from.GetCount(); ++i)
-    if (!from[i].CopyTo(to[i])) {
-      to.ReSize(keepFailed ? i + 1 : i);
-      return FALSE;
-    }
+  to.FreeArray();
+  for (VLONG i = 0; i < from.GetCount(); ++i) {
+    if (!AppendEmpty(to)) return FALSE;
+    if (from[i].CopyTo(to[i])) continue;
+    if (!keepFailed) to.Remove(i);
+    return FALSE;
+  }
   return TRUE;
 }
 
@@ -86,9 +79,8 @@ Bool PointStore::CopyTo(PointStore& dest) const {
 Bool PointStore::Merge(PointGroup& group) {
   for (VLONG b = group.blocks.GetCount() - 1; b >= 0; --b)
     if (group.blocks[b].count < 1) group.blocks.Remove(b);
-  const VLONG last = groups.GetCount();
-  if (!groups.ReSize(last + 1)) return FALSE;
-  groups[last] = static_cast<PointGroup&&>(group);
+  if (!AppendEmpty(groups)) return FALSE;
+  groups[groups.GetCount() - 1].Swap(group);
   uploadFlag = 1;
   return TRUE;
 }

@@ -170,7 +170,8 @@ void KelvraObject::Load(BaseObject* op, Bool folderMode) {
   if (files.empty()) PrintLine(path, "the folder holds no file to load");
 
   const Bool wasEmpty = store.CountBlocks() == 0;
-  loadReports = LoadFiles(files, {store, ReadOptions(op), [op] { RecordUndo(op); }});
+  // What was loaded before memory ran out stays, and is shown.
+  Fence("Load", [&] { loadReports = LoadFiles(files, {store, ReadOptions(op), [op] { RecordUndo(op); }}); });
   const PointBlock* first = store.GetFirstBlock();
   if (wasEmpty && first && first->header.key > 1)
     op->GetDataInstance()->SetString(KELVRA_EPSG, LongToString(first->header.key));

@@ -1,5 +1,7 @@
 #include "object/draw/view_uploads.h"
 
+#include "cloud/host_array.h"
+
 namespace kelvra {
 
 namespace {
@@ -39,7 +41,9 @@ Bool KeepViewUpload(BaseDraw* bd, const ViewUpload& upload) {
   ViewUpload* entry = EntryOf(upload.buffer);
   if (entry)
     *entry = upload;
-  else if (!uploads.Push(upload)) {
+  else if (AppendEmpty(uploads))
+    uploads[uploads.GetCount() - 1] = upload;
+  else {
     upload.buffer->FreeBuffer(bd, upload.vertices);
     return FALSE;
   }

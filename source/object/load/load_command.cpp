@@ -72,18 +72,17 @@ private:
       opened_ = TRUE;
     }
     GeDynamicArray<PointBlock>& blocks = store.groups[store.groups.GetCount() - 1].blocks;
-    const VLONG last = blocks.GetCount();
-    if (!blocks.ReSize(last + 1)) {
-      if (last == 0) CloseEmptyGroup();
+    if (!AppendEmpty(blocks)) {
+      if (blocks.GetCount() == 0) CloseEmptyGroup();
       return FALSE;
     }
-    blocks[last] = static_cast<PointBlock&&>(block);
+    blocks[blocks.GetCount() - 1].Swap(block);
     store.uploadFlag = 1;
     return TRUE;
   }
 
   void CloseEmptyGroup() {
-    target_.store.groups.ReSize(target_.store.groups.GetCount() - 1);
+    target_.store.groups.Remove(target_.store.groups.GetCount() - 1);
     opened_ = FALSE;
   }
 
