@@ -3,10 +3,10 @@
 #include "host/base/module_scope.h"
 #include "host/nodes/object_calls.h"
 #include "host/render/render_job.h"
-#include "object/reprojection.h"
-#include "object/view_fixture.h"
 #include "otallyframe.h"
 #include "plugin_ids.h"
+#include "support/data_folder.h"
+#include "support/view_fixture.h"
 
 #include <atomic>
 #include <cstdlib>
@@ -112,10 +112,6 @@ protected:
     }
   }
 
-  std::string Write(const char* name, const char* text) {
-    PutBytes(Path(name), text);
-    return Path(name);
-  }
   void DropPoints() {
     Cloud(op_).store.groups.FreeArray();
     Cloud(op_).loadReports = {};
@@ -132,8 +128,9 @@ TEST_F(Fence, HoldsWhileTextLoads) {
 
 TEST_F(Fence, HoldsWhileLasAndLazLoad) {
   for (const char* name : {"/1.2-with-color-clipped.las", "/1.2-with-color.copc.laz"}) {
-    if (!std::filesystem::exists(std::string(KELVRA_DATA_DIR) + name)) GTEST_SKIP() << "no sample files";
-    RefuseAll([&] { Load(std::string(KELVRA_DATA_DIR) + name); }, [&] { DropPoints(); });
+    const std::string file = DataFolder() + name;
+    if (!std::filesystem::exists(file)) GTEST_SKIP() << "no sample files";
+    RefuseAll([&] { Load(file); }, [&] { DropPoints(); });
   }
 }
 
@@ -144,10 +141,10 @@ TEST_F(Fence, HoldsWhileTextIsSaved) {
     application_->PressButton(op_, KELVRA_SAVE_TEXT);
   };
   save();
-  const std::string whole = Bytes(Path("out.txt"));
+  const std::string whole = Read(Path("out.txt"));
   RefuseAll(save, [&] {
-    EXPECT_EQ(Bytes(Path("out.txt")), whole);
-    EXPECT_EQ(FilesInFolder(), 1u);
+    EXPECT_EQ(Read(Path("out.txt")), whole);
+    EXPECT_EQ(folder_.Entries(), 1u);
   });
 }
 

@@ -1,6 +1,6 @@
 // What the builder asks a render for, whenever the host wants to know.
 #include "object/laz_renderer.h"
-#include "object_fixture.h"
+#include "support/object_fixture.h"
 
 namespace kelvra {
 namespace {
