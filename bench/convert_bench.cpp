@@ -62,7 +62,7 @@ void Prove(BaseObject* op, BaseObject* built, LONG points) {
   if (std::memcmp(((PolygonObject*)built)->GetPointR(), positions.data, (std::size_t)points * sizeof(Vector)))
     Stop("positions differ");
   for (LONG channel = 0; channel < 3; ++channel) {
-    const VertexMapTag* map = (VertexMapTag*)built->GetTag(Tvertexmap, channel);
+    VertexMapTag* map = (VertexMapTag*)built->GetTag(Tvertexmap, channel);
     if (!map || map->GetDataCount() != points) Stop("a colour map is missing");
     for (LONG i = 0; i < points; ++i)
       if (map->GetDataAddressR()[i] != (SReal)colors.data[i][channel]) Stop("colours differ");

@@ -233,7 +233,11 @@ enum IMAGERESULT {
 ENUM_END_LIST(IMAGERESULT)
 
 // Pictures: formats of files, how they are saved, and what a pixel in memory is.
-enum { FILTER_TIF = 1100, FILTER_EXR = 1016606, FILTER_PNG = 1023671 };
+enum {
+  FILTER_TIF = 1100,
+  FILTER_EXR = 1016606, // ours
+  FILTER_PNG = 1023671
+};
 enum SAVEBIT {
   SAVEBIT_0 = 0,
   SAVEBIT_ALPHA = 1 << 0,

@@ -26,9 +26,14 @@ inline INITRENDERRESULT Failure() {
   return INITRENDERRESULT_OUTOFMEMORY;
 }
 
+/** Off, an exception that reaches the seam ends the program: tests that the plug-in has a fence of its own.
+ */
+inline bool fenceOn = true;
+
 /** Runs work and reports an exception to the host under the name given. */
 template <class Work>
 auto Fence(const char* where, Work work) noexcept -> decltype(work()) {
+  if (!fenceOn) return work();
   try {
     return work();
   } catch (const std::exception& e) {

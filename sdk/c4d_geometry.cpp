@@ -22,13 +22,13 @@ VariableTag* VariableTag::Alloc(LONG type, LONG count) {
 void VariableTag::Free(VariableTag*& tag) {
   FreeNode(tag);
 }
-LONG VariableTag::GetDataCount() const {
+LONG VariableTag::GetDataCount() {
   return C4DOS.point->GetDataCount(this);
 }
-LONG VariableTag::GetDataSize() const {
+LONG VariableTag::GetDataSize() {
   return C4DOS.point->GetDataSize(this);
 }
-const void* VariableTag::GetLowlevelDataAddressR() const {
+const void* VariableTag::GetLowlevelDataAddressR() {
   return C4DOS.point->GetDataAddress(Unlocked(this));
 }
 void* VariableTag::GetLowlevelDataAddressW() {
@@ -61,10 +61,10 @@ PolygonObject* PolygonObject::Alloc(LONG pcnt, LONG vcnt) {
 void PolygonObject::Free(PolygonObject*& op) {
   FreeNode(op);
 }
-LONG PolygonObject::GetPolygonCount() const {
+LONG PolygonObject::GetPolygonCount() {
   return C4DOS.point->GetPolygonCount(this);
 }
-const CPolygon* PolygonObject::GetPolygonR() const {
+const CPolygon* PolygonObject::GetPolygonR() {
   return C4DOS.point->GetPolygons(Unlocked(this));
 }
 CPolygon* PolygonObject::GetPolygonW() {
@@ -80,12 +80,12 @@ SplineObject* SplineObject::Alloc(LONG pcnt, SPLINETYPE type) {
 void SplineObject::Free(SplineObject*& op) {
   FreeNode(op);
 }
-LONG SplineObject::GetSegmentCount() const {
-  const VariableTag* tag = (const VariableTag*)Unlocked(this)->GetTag(Tsegment);
+LONG SplineObject::GetSegmentCount() {
+  VariableTag* tag = (VariableTag*)GetTag(Tsegment);
   return tag ? tag->GetDataCount() : 0;
 }
-const Segment* SplineObject::GetSegmentR() const {
-  return Unlocked(this)->GetSegmentW();
+const Segment* SplineObject::GetSegmentR() {
+  return GetSegmentW();
 }
 Segment* SplineObject::GetSegmentW() {
   VariableTag* tag = (VariableTag*)GetTag(Tsegment);

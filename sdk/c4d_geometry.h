@@ -28,10 +28,10 @@ public:
   /** Cleared; NULL for a type without such values, a negative count or refused memory. */
   static VariableTag* Alloc(LONG type, LONG count);
   static void Free(VariableTag*& tag);
-  LONG GetDataCount() const;
+  LONG GetDataCount();
   /** Bytes of one value. */
-  LONG GetDataSize() const;
-  const void* GetLowlevelDataAddressR() const;
+  LONG GetDataSize();
+  const void* GetLowlevelDataAddressR();
   void* GetLowlevelDataAddressW();
 };
 
@@ -40,7 +40,7 @@ class VertexMapTag : public VariableTag {
 public:
   static VertexMapTag* Alloc(LONG count);
   static void Free(VertexMapTag*& tag);
-  const SReal* GetDataAddressR() const { return (const SReal*)GetLowlevelDataAddressR(); }
+  const SReal* GetDataAddressR() { return (const SReal*)GetLowlevelDataAddressR(); }
   SReal* GetDataAddressW() { return (SReal*)GetLowlevelDataAddressW(); } // ours
 };
 
@@ -62,9 +62,9 @@ public:
   /** Cleared; NULL for a negative count or refused memory. vcnt is the number of polygons. */
   static PolygonObject* Alloc(LONG pcnt, LONG vcnt);
   static void Free(PolygonObject*& op);
-  LONG GetPolygonCount() const;
+  LONG GetPolygonCount();
   /** NULL when there are no polygons. */
-  const CPolygon* GetPolygonR() const;
+  const CPolygon* GetPolygonR();
   CPolygon* GetPolygonW();
   Bool ResizeObject(LONG pcnt, LONG vcnt);
 };
@@ -75,8 +75,8 @@ public:
   static SplineObject* Alloc(LONG pcnt, SPLINETYPE type);
   static void Free(SplineObject*& op);
   /** Number of entries of the segment tag; 0 without one. */
-  LONG GetSegmentCount() const;
-  const Segment* GetSegmentR() const;
+  LONG GetSegmentCount();
+  const Segment* GetSegmentR();
   Segment* GetSegmentW();
   /** Gives it a segment tag of scnt entries, or removes the tag when scnt is 0. */
   Bool ResizeObject(LONG pcnt, LONG scnt);
@@ -88,12 +88,12 @@ class AtomArray {
 public:
   static AtomArray* Alloc();
   static void Free(AtomArray*& list);
-  Bool Append(C4DAtom* atom) { return atom && atoms_.Push(atom); }
-  LONG GetCount() const { return (LONG)atoms_.GetCount(); }
+  Bool Append(C4DAtom* atom) { return atom && atoms_.Append(atom); }
+  LONG GetCount() const { return (LONG)atoms_.Count(); }
   /** NULL outside the list. */
   C4DAtom* GetIndex(LONG index) const { return index >= 0 && index < GetCount() ? atoms_[index] : NULL; }
-  void Flush() { atoms_.FreeArray(); }
+  void Flush() { atoms_.Clear(); }
 
 private:
-  GeDynamicArray<C4DAtom*> atoms_;
+  sdk::PlainList<C4DAtom*> atoms_;
 };

@@ -58,8 +58,8 @@ void GeListNode::InsertAfter(GeListNode* other) {
 void GeListNode::InsertBefore(GeListNode* other) {
   C4DOS.atom->Insert(this, other, LISTPLACE_BEFORE);
 }
-NodeData* GeListNode::GetNodeData(LONG) {
-  return C4DOS.atom->GetNodeData(this);
+NodeData* GeListNode::GetNodeData(LONG) const {
+  return C4DOS.atom->GetNodeData(const_cast<GeListNode*>(this));
 }
 BaseDocument* GeListNode::GetDocument() {
   return C4DOS.atom->GetDocument(this);
@@ -71,7 +71,7 @@ const String& BaseList2D::GetName() const {
 void BaseList2D::SetName(const String& name) {
   C4DOS.atom->SetName(this, name);
 }
-const String& BaseList2D::GetTypeName() const {
+const String& BaseList2D::GetTypeName() {
   return *C4DOS.atom->GetTypeName(this);
 }
 BaseContainer* BaseList2D::GetDataInstance() {
@@ -220,7 +220,7 @@ void BaseDocument::Free(BaseDocument*& doc) {
   if (doc) C4DOS.document->Free(doc);
   doc = NULL;
 }
-BaseContainer BaseDocument::GetData(DOCUMENTSETTINGS type) const {
+BaseContainer BaseDocument::GetData(DOCUMENTSETTINGS type) {
   return *C4DOS.document->GetSettings(this, type);
 }
 void BaseDocument::SetData(DOCUMENTSETTINGS type, const BaseContainer& bc) {
@@ -259,7 +259,7 @@ Bool BaseDocument::DoUndo(Bool multiple) {
 Bool BaseDocument::DoRedo() {
   return C4DOS.document->DoRedo(this);
 }
-BaseTime BaseDocument::GetTime() const {
+BaseTime BaseDocument::GetTime() {
   BaseTime time;
   C4DOS.document->GetTime(this, &time);
   return time;
@@ -270,12 +270,12 @@ void BaseDocument::SetTime(const BaseTime& t) {
 LONG BaseDocument::GetFps() const {
   return C4DOS.document->GetFps(this);
 }
-Filename BaseDocument::GetDocumentPath() const {
+Filename BaseDocument::GetDocumentPath() {
   Filename path, name;
   C4DOS.document->GetPath(this, &path, &name);
   return path;
 }
-Filename BaseDocument::GetDocumentName() const {
+Filename BaseDocument::GetDocumentName() {
   Filename path, name;
   C4DOS.document->GetPath(this, &path, &name);
   return name;

@@ -64,7 +64,7 @@ public:
   void InsertUnderLast(GeListNode* parent); // ours
   void InsertAfter(GeListNode* other);      // ours
   void InsertBefore(GeListNode* other);
-  NodeData* GetNodeData(LONG index = 0);
+  NodeData* GetNodeData(LONG index = 0) const;
   BaseDocument* GetDocument();
 };
 
@@ -72,8 +72,8 @@ class BaseList2D : public GeListNode {
 public:
   const String& GetName() const;
   void SetName(const String& name);
-  const String& GetTypeName() const;
-  BaseContainer GetData() const { return *const_cast<BaseList2D*>(this)->GetDataInstance(); }
+  const String& GetTypeName();
+  BaseContainer GetData() { return *GetDataInstance(); }
   void SetData(const BaseContainer& bc, Bool add = TRUE);
   /** The live container; valid as long as the node. */
   BaseContainer* GetDataInstance();
@@ -157,7 +157,7 @@ public:
   static BaseDocument* Alloc();
   static void Free(BaseDocument*& doc);
 
-  BaseContainer GetData(DOCUMENTSETTINGS type) const;
+  BaseContainer GetData(DOCUMENTSETTINGS type);
   void SetData(DOCUMENTSETTINGS type, const BaseContainer& bc);
   BaseObject* GetFirstObject();
   BaseObject* GetActiveObject();
@@ -173,11 +173,11 @@ public:
   Bool DoUndo(Bool multiple = FALSE);
   Bool DoRedo();
 
-  BaseTime GetTime() const;
+  BaseTime GetTime();
   void SetTime(const BaseTime& t);
   LONG GetFps() const;
-  Filename GetDocumentPath() const;
-  Filename GetDocumentName() const;
+  Filename GetDocumentPath();
+  Filename GetDocumentName();
 };
 
 /** Position in the hierarchy while generators build; lives for one build. */

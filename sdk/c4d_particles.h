@@ -51,14 +51,14 @@ public:
 /** A list of groups that owns none of them. */
 class TP_PGroupArray {
 public:
-  Bool Append(TP_PGroup* group) { return group && groups_.Push(group); }
-  LONG GetCount() const { return (LONG)groups_.GetCount(); }
+  Bool Append(TP_PGroup* group) { return group && groups_.Append(group); }
+  LONG GetCount() const { return (LONG)groups_.Count(); }
   /** NULL outside the list. */
   TP_PGroup* GetIndex(LONG index) const { return index >= 0 && index < GetCount() ? groups_[index] : NULL; }
-  void Flush() { groups_.FreeArray(); }
+  void Flush() { groups_.Clear(); }
 
 private:
-  GeDynamicArray<TP_PGroup*> groups_;
+  sdk::PlainList<TP_PGroup*> groups_;
 };
 
 /** (TP_MasterSystem*)doc->FindSceneHook(ID_THINKINGPARTICLES); the document owns it. */

@@ -55,7 +55,7 @@ private:
 /** A ray in world space; v is a unit vector. */
 struct Ray {
   LVector p, v;
-  LReal ior = 1.0;
+  Real ior = 1.0;
   Vector pp[3], vv[3];
   Vector transport = Vector(1.0);
   Ray() : p(DC), v(DC) {}
@@ -118,15 +118,23 @@ struct BaseVolumeData {
   RayObject* op = NULL;
 };
 
-/** A point, its normals and its viewer, for which the light is summed. */
+struct IlluminanceSurfacePointData;
+typedef void IlluminanceSurfacePointModel(VolumeData* sd, struct RayLightCache* rlc,
+                                          IlluminanceSurfacePointData* dat);
+
+/** A point, its normals and its viewer, for which the light is summed. Nothing is preset: fill every field.
+ */
 struct IlluminanceSurfacePointData {
   LVector p, bumpn, phongn, orign, ray_vector;
-  Real specular_exponent = 0.0;
-  Bool receive_gi = FALSE, receive_caustics = FALSE;
-  Bool cosine_cutoff = TRUE; ///< FALSE: light counts whatever its angle to the normal
-  Bool calc_shadow = TRUE;
-  RAYBIT raybits = RAYBIT_0;
+  Real specular_exponent;
+  Bool receive_gi, receive_caustics;
+  Bool cosine_cutoff; ///< FALSE: light counts whatever its angle to the normal
+  Bool calc_shadow;
+  RAYBIT raybits;
   RayHitID lhit;
+  void* local_mat;
+  IlluminanceSurfacePointModel* model;
+  void* customdata;
 };
 
 class VolumeData : public BaseVolumeData {
@@ -135,14 +143,14 @@ public:
   static void Free(VolumeData*& vd);
 
   /** Number of the render thread, from 0. */
-  LONG GetCurrentCPU() const;
-  LONG GetCPUCount() const;
+  LONG GetCurrentCPU();
+  LONG GetCPUCount();
   /** TRUE once the user asked to stop. */
   Bool TestBreak();
-  LONG GetLightCount() const;
+  LONG GetLightCount();
   RayLight* GetLight(LONG index);
-  const RayParameter* GetRayParameter() const;
-  const RayCamera* GetRayCamera() const;
+  RayParameter* GetRayParameter();
+  RayCamera* GetRayCamera();
   /** Light at a point with normals, of all lights. A normal that looks away from the viewer is turned. */
   void IlluminanceSurfacePoint(IlluminanceSurfacePointData* f, Vector* diffuse, Vector* specular);
   /** Light at a point without a normal. */
@@ -167,13 +175,13 @@ ENUM_END_LIST(VPGETINFO)
 /** A picture that is being rendered: red, green, blue, then alpha where there are four components. */
 class VPBuffer : public HostOwned {
 public:
-  LONG GetInfo(VPGETINFO type) const;
-  LONG GetBw() const { return GetInfo(VPGETINFO_XRESOLUTION); }
-  LONG GetBh() const { return GetInfo(VPGETINFO_YRESOLUTION); }
-  LONG GetBt() const { return GetInfo(VPGETINFO_BITDEPTH); }
-  LONG GetCpp() const { return GetInfo(VPGETINFO_CPP); }
+  LONG GetInfo(VPGETINFO type);
+  LONG GetBw() { return GetInfo(VPGETINFO_XRESOLUTION); }
+  LONG GetBh() { return GetInfo(VPGETINFO_YRESOLUTION); }
+  LONG GetBt() { return GetInfo(VPGETINFO_BITDEPTH); }
+  LONG GetCpp() { return GetInfo(VPGETINFO_CPP); }
   /** cnt pixels of line y from x on; bitdepth 8, 16 or 32, says whether data holds UCHAR, UWORD or SReal. */
-  Bool GetLine(LONG x, LONG y, LONG cnt, void* data, LONG bitdepth, Bool dithering) const;
+  Bool GetLine(LONG x, LONG y, LONG cnt, void* data, LONG bitdepth, Bool dithering);
   Bool SetLine(LONG x, LONG y, LONG cnt, void* data, LONG bitdepth, Bool dithering);
 };
 
@@ -181,7 +189,7 @@ public:
 class Render : public HostOwned {
 public:
   /** NULL when there is none; subid is NOTOK for pictures that exist once. */
-  VPBuffer* GetBuffer(LONG id, LONG subid) const;
+  VPBuffer* GetBuffer(LONG id, LONG subid);
 };
 
 struct VideoPostStruct {

@@ -35,18 +35,14 @@ LONG SplineData::InsertKnot(Real x, Real y) {
   Knot knot;
   knot.x = x;
   knot.y = y;
-  if (!knots_.Push(knot)) return NOTOK;
+  if (!knots_.Append(knot)) return NOTOK;
   for (LONG i = GetKnotCount() - 1; i > place; --i) knots_[i] = knots_[i - 1];
   knots_[place] = knot;
   return place;
 }
 
 Bool SplineData::Copy(SplineData* dest) const {
-  if (!dest || dest == this) return dest != NULL;
-  GeDynamicArray<Knot> copy(knots_);
-  if (copy.GetCount() != knots_.GetCount()) return FALSE;
-  dest->knots_ = static_cast<GeDynamicArray<Knot>&&>(copy);
-  return TRUE;
+  return dest && (dest == this || dest->knots_.CopyFrom(knots_));
 }
 
 Bool SplineData::Compare(const SplineData& other) const {

@@ -21,7 +21,7 @@ public:
   SplineData(const SplineData&) = delete;
   SplineData& operator=(const SplineData&) = delete;
 
-  LONG GetKnotCount() const { return (LONG)knots_.GetCount(); }
+  LONG GetKnotCount() const { return (LONG)knots_.Count(); }
   /** x and y of a knot, in order of x; the zero vector outside the list. */
   Vector GetKnot(LONG index) const; // ours
   /** x and the curve's value at x as y. Any thread while nobody writes. */
@@ -30,8 +30,8 @@ public:
    * The knot's place in the list. NOTOK, with nothing changed, when x lies outside 0 to 1, y is not
    * finite, there are already kMaxKnots or memory is refused.
    */
-  LONG InsertKnot(Real x, Real y);            // ours
-  void DelAllPoints() { knots_.FreeArray(); } // ours
+  LONG InsertKnot(Real x, Real y);        // ours
+  void DelAllPoints() { knots_.Clear(); } // ours
   /** FALSE when memory is refused; dest then stays as it was. */
   Bool Copy(SplineData* dest) const; // ours
   /** TRUE for the same knots. */
@@ -44,5 +44,5 @@ private:
   /** Number of knots with an x of at most this one. */
   LONG CountUpTo(Real x) const;
 
-  GeDynamicArray<Knot> knots_;
+  sdk::PlainList<Knot> knots_;
 };

@@ -44,7 +44,7 @@ void Filename::SetDirectory(const Filename& directory) {
 }
 
 String Filename::GetFileString() const {
-  return path_.SubStr(FileStart(path_), path_.GetLength());
+  return path_.Right(path_.GetLength() - FileStart(path_));
 }
 
 void Filename::SetFile(const Filename& file) {
@@ -53,7 +53,7 @@ void Filename::SetFile(const Filename& file) {
 
 String Filename::GetSuffix() const {
   const LONG dot = SuffixDot(path_);
-  return dot < 0 ? String() : path_.SubStr(dot + 1, path_.GetLength());
+  return dot < 0 ? String() : path_.Right(path_.GetLength() - dot - 1);
 }
 
 void Filename::SetSuffix(const String& suffix) {

@@ -1,5 +1,8 @@
 #include "c4d_os.h"
 
+#include <cstdio>
+#include <cstdlib>
+
 namespace sdk {
 
 void* Alloc(VLONG size, LONG line, const CHAR* file) {
@@ -13,6 +16,10 @@ void* ReallocNC(void* block, VLONG size, LONG line, const CHAR* file) {
 }
 void Free(void* block) {
   if (block) C4DOS.general->Free(block);
+}
+void EndMisuse(const CHAR* what, LONG line, const CHAR* file) {
+  std::fprintf(stderr, "module misbehaves: %s (%s, line %d)\n", what, file, (int)line);
+  std::abort();
 }
 void ReportRefusedGrow(LONG line, const CHAR* file) {
   C4DOS.general->Assert("array could not grow", line, file);

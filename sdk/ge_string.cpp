@@ -57,7 +57,8 @@ std::string Encode(const String& s, STRINGENCODING type) {
   std::string out;
   for (LONG i = 0; i < s.GetLength(); ++i) {
     ULONG code = s[i];
-    if (code >= 0xD800 && code < 0xDC00 && s[i + 1] >= 0xDC00 && s[i + 1] < 0xE000)
+    const bool paired = i + 1 < s.GetLength() && s[i + 1] >= 0xDC00 && s[i + 1] < 0xE000;
+    if (code >= 0xD800 && code < 0xDC00 && paired)
       code = 0x10000 + ((code - 0xD800) << 10) + (s[++i] - 0xDC00u);
     else if (code >= 0xD800 && code < 0xE000)
       code = '?';
@@ -137,10 +138,11 @@ LONG String::LexCompare(const String& s) const {
 }
 
 Bool String::FindFirst(const String& s, LONG* pos, LONG start) const {
+  if (!pos) sdk::EndMisuse("FindFirst has no place for its hit", __LINE__, __FILE__);
   if (s.length_ == 0) return FALSE;
   for (LONG i = start < 0 ? 0 : start; i <= length_ - s.length_; ++i)
     if (!std::memcmp(text_ + i, s.text_, (std::size_t)s.length_ * sizeof(UWORD))) {
-      if (pos) *pos = i;
+      *pos = i;
       return TRUE;
     }
   return FALSE;
@@ -151,11 +153,12 @@ Bool String::FindFirst(UWORD ch, LONG* pos, LONG start) const {
 }
 
 Bool String::FindLast(const String& s, LONG* pos, LONG start) const {
+  if (!pos) sdk::EndMisuse("FindLast has no place for its hit", __LINE__, __FILE__);
   if (s.length_ == 0) return FALSE;
   const LONG last = length_ - s.length_;
   for (LONG i = start < 0 || start > last ? last : start; i >= 0; --i)
     if (!std::memcmp(text_ + i, s.text_, (std::size_t)s.length_ * sizeof(UWORD))) {
-      if (pos) *pos = i;
+      *pos = i;
       return TRUE;
     }
   return FALSE;
@@ -166,6 +169,12 @@ Bool String::FindLast(UWORD ch, LONG* pos, LONG start) const {
 }
 
 String String::SubStr(LONG start, LONG count) const {
+  if (start < 0 || start >= length_ || count < 0 || count > length_ - start)
+    sdk::EndMisuse("a part outside the text is asked for", __LINE__, __FILE__);
+  return Part(start, count);
+}
+
+String String::Part(LONG start, LONG count) const {
   String part;
   if (start < 0 || start >= length_ || count <= 0) return part;
   part.Assign(text_ + start, count > length_ - start ? length_ - start : count);
@@ -173,18 +182,18 @@ String String::SubStr(LONG start, LONG count) const {
 }
 
 String String::Right(LONG count) const {
-  return count >= length_ ? *this : SubStr(length_ - count, count);
+  return count >= length_ ? *this : Part(length_ - count, count);
 }
 
 void String::Delete(LONG pos, LONG count) {
   if (pos < 0 || pos >= length_ || count <= 0) return;
   const LONG end = count > length_ - pos ? length_ : pos + count;
-  *this = Left(pos) + SubStr(end, length_ - end);
+  *this = Left(pos) + Part(end, length_ - end);
 }
 
 void String::Insert(LONG pos, const String& s) {
   const LONG at = LCut(pos, 0, length_);
-  *this = Left(at) + s + SubStr(at, length_ - at);
+  *this = Left(at) + s + Part(at, length_ - at);
 }
 
 String String::ToUpper() const {

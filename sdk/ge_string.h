@@ -46,14 +46,15 @@ public:
   LONG Compare(const String& s) const;
   LONG LexCompare(const String& s) const;
 
+  /** The place of a hit is always written: pos is never NULL. */
   Bool FindFirst(const String& s, LONG* pos, LONG start = 0) const;
   Bool FindFirst(UWORD ch, LONG* pos, LONG start = 0) const;
   Bool FindLast(const String& s, LONG* pos, LONG start = -1) const;
   Bool FindLast(UWORD ch, LONG* pos, LONG start = -1) const;
 
-  /** A start or count outside the text is clipped to it. */
+  /** start lies in the text, and count in the rest of it: a call outside of these ends the program. */
   String SubStr(LONG start, LONG count) const;
-  String Left(LONG count) const { return SubStr(0, count); }
+  String Left(LONG count) const { return Part(0, count); }
   String Right(LONG count) const;
   void Delete(LONG pos, LONG count);
   void Insert(LONG pos, const String& s);
@@ -70,12 +71,17 @@ public:
   CHAR* GetCStringCopy(STRINGENCODING type = STRINGENCODING_XBIT) const;
   void SetCString(const CHAR* s, LONG count = -1, STRINGENCODING type = STRINGENCODING_XBIT);
 
-  UWORD operator[](LONG i) const { return i >= 0 && i < length_ ? text_[i] : (UWORD)0; }
+  UWORD operator[](LONG i) const {
+    if (i < 0 || i >= length_) sdk::EndMisuse("a character outside the text is read", __LINE__, __FILE__);
+    return text_[i];
+  }
   void SetChar(LONG i, UWORD ch) { // ours
     if (i >= 0 && i < length_) text_[i] = ch;
   }
 
 private:
+  /** What the text has of the part. */
+  String Part(LONG start, LONG count) const;
   void Assign(const UWORD* s, LONG count);
 
   UWORD* text_ = NULL;

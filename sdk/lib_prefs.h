@@ -23,16 +23,16 @@ protected:
 
   // Values that lie in the host's own world container. The flags tell the host that the value was handled; an
   // element that the table lacks stays with the host.
-  static void SetPrefsValue(LONG id, const GeData& data, DESCFLAGS_SET& flags, Bool refresh = FALSE);
-  static void SetPrefsValue(LONG id, LONG data, DESCFLAGS_SET& flags, const PrefsMapTable* table);
-  static void GetPrefsValue(LONG id, GeData& data, DESCFLAGS_GET& flags);
-  static void GetPrefsValue(LONG id, GeData& data, DESCFLAGS_GET& flags, const PrefsMapTable* table);
+  void SetPrefsValue(LONG id, const GeData& data, DESCFLAGS_SET& flags, Bool refresh = FALSE);
+  void SetPrefsValue(LONG id, LONG data, DESCFLAGS_SET& flags, const PrefsMapTable* table);
+  void GetPrefsValue(LONG id, GeData& data, DESCFLAGS_GET& flags);
+  void GetPrefsValue(LONG id, GeData& data, DESCFLAGS_GET& flags, const PrefsMapTable* table);
 
   /**
    * Stores a default where the value is missing or of another type, in bc or in the world container. With a
    * description nothing is stored: the host asks for a default then, and takes it from the resource's
    * DEFAULT.
    */
-  static void InitPrefsValue(LONG id, const GeData& data, Description* desc, const DescID& descid,
-                             BaseContainer* bc = NULL);
+  void InitPrefsValue(LONG id, const GeData& data, Description* desc, const DescID& descid,
+                      BaseContainer* bc = NULL);
 };

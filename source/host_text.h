@@ -9,10 +9,12 @@ namespace kelvra {
 
 /** FALSE when memory is refused, and `utf8` stays as it is. */
 inline Bool CopyUtf8(const String& text, std::string& utf8) {
-  CHAR* bytes = text.GetCStringCopy(STRINGENCODING_UTF8);
-  if (!bytes) return FALSE;
-  utf8 = bytes;
-  GeFree(bytes);
+  struct HeldText {
+    CHAR* bytes;
+    ~HeldText() { GeFree(bytes); }
+  } copy = {text.GetCStringCopy(STRINGENCODING_UTF8)};
+  if (!copy.bytes) return FALSE;
+  utf8 = copy.bytes;
   return TRUE;
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "c4d.h"
+#include "fence.h"
 #include "lib_prefs.h"
 #include "net/service_settings.h"
 
@@ -10,7 +11,7 @@ namespace kelvra {
 
 class MyPrefs : public PrefsDialogObject {
 public:
-  static NodeData* Alloc() { return gNew MyPrefs; }
+  static NodeData* Alloc() { return gNew FencedPreferences<MyPrefs>; }
 
   /** Makes the container if there is none, and fills in the defaults that it lacks. */
   Bool Init(GeListNode* node) override;

@@ -1,5 +1,6 @@
 // What the host calls at start-up, on messages and at shutdown.
 #include "c4d.h"
+#include "fence.h"
 #include "glpoint.h"
 #include "kelvra_prefs.h"
 #include "object/laz_renderer.h"
@@ -11,19 +12,23 @@
 
 /** A registration that the host refuses is not reported and stops only those that need it. */
 Bool PluginStart(void) {
-  kelvra::RegisterPointCloudObject();
-  kelvra::RegisterTallyframe();
-  kelvra::RegisterRayShader();
-  kelvra::RegisterVoxelRenderer();
-  kelvra::RegisterTimerMessage();
-  kelvra::RegisterPreferences();
-  GePrint(String("Kelvra Version ") + kelvra::kVersionText + " installed...");
-  return TRUE;
+  return kelvra::Fence("PluginStart", FALSE, []() -> Bool {
+    kelvra::RegisterPointCloudObject();
+    kelvra::RegisterTallyframe();
+    kelvra::RegisterRayShader();
+    kelvra::RegisterVoxelRenderer();
+    kelvra::RegisterTimerMessage();
+    kelvra::RegisterPreferences();
+    GePrint(String("Kelvra Version ") + kelvra::kVersionText + " installed...");
+    return TRUE;
+  });
 }
 
 void PluginEnd(void) {
-  kelvra::FreePointDescriptions();
-  kelvra::FreeTallyframe();
+  kelvra::Fence("PluginEnd", [] {
+    kelvra::FreePointDescriptions();
+    kelvra::FreeTallyframe();
+  });
 }
 
 Bool PluginMessage(LONG id, void*) {
@@ -31,7 +36,7 @@ Bool PluginMessage(LONG id, void*) {
   case C4DMSG_PRIORITY:
     return TRUE;
   case C4DPL_INIT_SYS:
-    return resource.Init();
+    return kelvra::Fence("PluginMessage", FALSE, [] { return resource.Init(); });
   default:
     return FALSE;
   }

@@ -3,7 +3,7 @@
 namespace kelvra {
 
 Bool RegisterTimerMessage() {
-  TimerMessage* message = gNew TimerMessage;
+  TimerMessage* message = gNew FencedMessage<TimerMessage>;
   if (!message) return FALSE;
   if (RegisterMessagePlugin(kTimerMessageId, String(), 0, message)) return TRUE;
   delete message;

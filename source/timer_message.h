@@ -2,6 +2,7 @@
 #pragma once
 
 #include "c4d.h"
+#include "fence.h"
 #include "plugin_ids.h"
 
 namespace kelvra {

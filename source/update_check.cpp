@@ -6,6 +6,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstring>
 
 namespace kelvra {
 
@@ -81,7 +82,8 @@ Bool IsNewerVersion(const CHAR* reply) {
 }
 
 void AppendQuery(String& url, const String& name, const String& value) {
-  url += String(url.FindFirst('?', NULL) ? "&" : "?") + name + "=" + value;
+  LONG found = 0;
+  url += String(url.FindFirst('?', &found) ? "&" : "?") + name + "=" + value;
 }
 
 void CheckForUpdate(const String& orderReference) {

@@ -3,6 +3,7 @@ set(left_out
   "gl|there is no viewport"
   "cli|runs programs through a POSIX shell, the Linux test_program does the same with kelvra.exe"
   "manual|runs programs through a POSIX shell, the Linux test_program reads the same manual"
+  "fence|sets the environment as POSIX does, and the Linux test refuses the same requests"
   "layers|reads sources and Linux libraries, module_exports reads the export table here"
   "scene/replacing_file_test.cpp|links, pipes, locks and rights of POSIX"
   "net/http_get_test.cpp|needs servers on POSIX sockets, the Linux test_core does the same with kelvra.exe"

@@ -135,7 +135,7 @@ Vector RayTracer::Surface(const Ray& ray, RAYBIT bits, LONG depth, const Surface
   const double own = 1.0 - material.reflection - material.transparency;
   Vector color;
   if (own > kInvisible) {
-    IlluminanceSurfacePointData point;
+    IlluminanceSurfacePointData point = {};
     point.p = ray.p + ray.v * hit.distance;
     point.bumpn = point.phongn = point.orign = hit.normal;
     point.ray_vector = ray.v;

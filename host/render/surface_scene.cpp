@@ -154,7 +154,7 @@ private:
   }
 
   /** Wound so that the normal looks to the side from which the corners run clockwise (left-handed space). */
-  static bool SetTriangles(RTCGeometry geometry, const PolygonObject* op) {
+  static bool SetTriangles(RTCGeometry geometry, PolygonObject* op) {
     const LONG points = op->GetPointCount(), polygons = op->GetPolygonCount();
     unsigned* corners =
         NewBuffer<unsigned>(geometry, RTC_BUFFER_TYPE_INDEX, RTC_FORMAT_UINT3, 12, (std::size_t)polygons * 2);

@@ -4,15 +4,6 @@
 
 namespace kelvra {
 
-PointBlock::PointBlock(PointBlock&& src) noexcept : PointBlock() {
-  Swap(src);
-}
-
-PointBlock& PointBlock::operator=(PointBlock&& src) noexcept {
-  Swap(src);
-  return *this;
-}
-
 void PointBlock::Swap(PointBlock& other) noexcept {
   std::swap(header, other.header);
   std::swap(reals, other.reals);

@@ -18,18 +18,20 @@ enum { kFinishRecomputeBox = 2 };
 /**
  * Owns its four arrays, which are all there with `count` points or all missing. Blocks that share arrays own
  * them together: nothing writes into the arrays of a block that is in a store. Positions are x, height, y of
- * the file (the host's axes: y up), as 32-bit floats. Main thread; render threads may read.
+ * the file (the host's axes: y up), as 32-bit floats. Main thread; render threads may read. No member may
+ * hold an address inside the block: the host's arrays move blocks byte by byte.
  */
 struct PointBlock {
   PointBlock() { Clear(); }
   ~PointBlock() { Clear(); }
   PointBlock(const PointBlock& src) : PointBlock() { src.CopyTo(*this); }
-  PointBlock(PointBlock&& src) noexcept;
   PointBlock& operator=(const PointBlock& src) {
     if (this != &src) src.CopyTo(*this);
     return *this;
   }
-  PointBlock& operator=(PointBlock&& src) noexcept;
+  /** Exchanges everything, the arrays without a copy. */
+  void Swap(PointBlock& other) noexcept;
+  friend void swap(PointBlock& a, PointBlock& b) noexcept { a.Swap(b); }
 
   /** Frees the arrays and resets everything else. Returns 0. */
   LONG Clear();
@@ -70,7 +72,6 @@ private:
   void FreeArrays();
   void CopyDescription(PointBlock& dest) const;
   mutable LONG* owners_ = NULL; ///< number of blocks that have these arrays; NULL for this one alone
-  void Swap(PointBlock& other) noexcept;
 };
 
 } // namespace kelvra

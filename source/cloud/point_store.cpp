@@ -25,17 +25,6 @@ Bool WriteAll(const GeDynamicArray<T>& elements, HyperFile* hf) {
   return TRUE;
 }
 
-/** One element more. The array grows in steps of half its length: many small elements cost no more than
- * themselves. */
-template <class T>
-Bool AddOne(GeDynamicArray<T>& elements) {
-  const VLONG usualStep = elements.GetBlockSize(), half = elements.GetCount() / 2;
-  elements.SetBlockSize(usualStep > half ? usualStep : half);
-  const Bool grown = elements.Push(T());
-  elements.SetBlockSize(usualStep);
-  return grown;
-}
-
 /** Elements are appended as they are read: a count from a file never sizes an allocation. */
 template <class T>
 Bool ReadAll(GeDynamicArray<T>& elements, HyperFile* hf, LONG level) {
@@ -43,7 +32,7 @@ Bool ReadAll(GeDynamicArray<T>& elements, HyperFile* hf, LONG level) {
   elements.FreeArray();
   if (!hf->ReadLong(&count) || count < 0) return FALSE;
   for (LONG i = 0; i < count; ++i)
-    if (!AddOne(elements) || !elements[i].Read(hf, level)) return FALSE;
+    if (!AppendEmpty(elements) || !elements[i].Read(hf, level)) return FALSE;
   return TRUE;
 }
 
@@ -54,12 +43,13 @@ Bool ReadAll(GeDynamicArray<T>& elements, HyperFile* hf, LONG level) {
 template <class T>
 Bool CopyAll(const GeDynamicArray<T>& from, GeDynamicArray<T>& to, Bool (T::*copy)(T&) const,
              Bool keepFailed) {
-  if (!to.ReScope(from.GetCount())) return FALSE;
-  for (VLONG i = 0; i < from.GetCount(); ++i)
-    if (!(from[i].*copy)(to[i])) {
-      to.ReSize(keepFailed ? i + 1 : i);
-      return FALSE;
-    }
+  to.FreeArray();
+  for (VLONG i = 0; i < from.GetCount(); ++i) {
+    if (!AppendEmpty(to)) return FALSE;
+    if ((from[i].*copy)(to[i])) continue;
+    if (!keepFailed) to.Remove(i);
+    return FALSE;
+  }
   return TRUE;
 }
 
@@ -97,17 +87,16 @@ Bool PointStore::ShareTo(PointStore& dest) const {
 Bool PointStore::Merge(PointGroup& group) {
   for (VLONG b = group.blocks.GetCount() - 1; b >= 0; --b)
     if (group.blocks[b].count < 1) group.blocks.Remove(b);
-  const VLONG last = groups.GetCount();
-  if (!AddOne(groups)) return FALSE;
-  groups[last] = static_cast<PointGroup&&>(group);
+  if (!AppendEmpty(groups)) return FALSE;
+  groups[groups.GetCount() - 1].Swap(group);
   uploadFlag = 1;
   return TRUE;
 }
 
 Bool PointStore::AddToLastGroup(PointBlock& block) {
   GeDynamicArray<PointBlock>& blocks = groups[groups.GetCount() - 1].blocks;
-  if (!AddOne(blocks)) return FALSE;
-  blocks[blocks.GetCount() - 1] = static_cast<PointBlock&&>(block);
+  if (!AppendEmpty(blocks)) return FALSE;
+  blocks[blocks.GetCount() - 1].Swap(block);
   uploadFlag = 1;
   return TRUE;
 }

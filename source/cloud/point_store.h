@@ -2,14 +2,16 @@
 #pragma once
 
 #include "c4d.h"
+#include "cloud/host_array.h"
 #include "cloud/point_block.h"
-#include "ge_dynamicarray.h"
 
 namespace kelvra {
 
 /** Blocks that one load command brought. */
 struct PointGroup {
   GeDynamicArray<PointBlock> blocks;
+  void Swap(PointGroup& other) noexcept { Exchange(blocks, other.blocks); }
+  friend void swap(PointGroup& a, PointGroup& b) noexcept { a.Swap(b); }
   Bool Read(HyperFile* hf, LONG level);
   Bool Write(HyperFile* hf) const;
   Bool CopyTo(PointGroup& dest) const;
@@ -31,8 +33,8 @@ public:
   Bool ShareTo(PointStore& dest) const;
 
   /**
-   * Takes the blocks of a group as one new group at the end; empty blocks are dropped, a store that holds one
-   * cannot be saved. FALSE when memory is refused: the points stay with the group.
+   * Takes the blocks of a group, not copies of them, as one new group at the end; empty blocks are dropped, a
+   * store that holds one cannot be saved. FALSE when memory is refused: the points stay with the group.
    */
   Bool Merge(PointGroup& group);
   /** Takes one more block into the last group. FALSE when memory is refused: the points stay with the block.

@@ -5,12 +5,26 @@
 #include "object/render/volume_rays.h"
 #include "object/rerenderobject.h"
 #include "version.h"
+#include "vpkelvrarender.h"
 
 namespace kelvra {
 
 namespace {
 
 const LONG kExplanationVersion = 1;
+
+/** What a render with points asks the host for. */
+const VIDEOPOSTINFO kRayInfo = VIDEOPOSTINFO_CALCVOLUMETRIC | VIDEOPOSTINFO_CALCSHADOW;
+
+/** Does a video post of the document's render settings link an object? */
+Bool LinksObject(BaseDocument* doc) {
+  RenderData* settings = doc ? doc->GetActiveRenderData() : NULL;
+  BaseVideoPost* post = settings ? settings->GetFirstVideoPost() : NULL;
+  while (post && (post->GetType() != kVoxelVideoPostId ||
+                  !post->GetDataInstance()->GetObjectLink(KELVRA_RENDER_OBJECT, doc)))
+    post = post->GetNext();
+  return post != NULL;
+}
 
 const PointStore* StoreOf(BaseObject* op) {
   const KelvraObject* cloud = GetCloudData(op);
@@ -62,7 +76,10 @@ RENDERRESULT VoxelVideoPost::Execute(BaseVideoPost* node, VideoPostStruct* vps) 
 }
 
 RENDERRESULT VoxelVideoPost_Builder::Execute(BaseVideoPost*, VideoPostStruct* vps) {
+  // The render before may have ended in a break, without its close.
+  if (vps->vp == VIDEOPOSTCALL_FRAME) open_ = FALSE;
   if (vps->vp != VIDEOPOSTCALL_RENDER) return RENDERRESULT_OK;
+  open_ = vps->open;
   if (vps->open) return Build(vps);
   if (VoxelHook* hook = VoxelHook::Find(vps->doc)) hook->EndFrame();
   hook_ = NULL;
@@ -77,9 +94,13 @@ RENDERRESULT VoxelVideoPost_Builder::Build(VideoPostStruct* vps) {
   if (!BuildGrid(hook->scene.data)) return RENDERRESULT_OUTOFMEMORY;
   hook_ = hook;
   hook->scene.lists = &lists_;
-  info_ = VIDEOPOSTINFO_CALCVOLUMETRIC | VIDEOPOSTINFO_CALCSHADOW;
-  threads_ = vps->vd ? vps->vd->GetCPUCount() : 0;
+  info_ = kRayInfo;
+  threads_ = GeGetCPUCount(); // the volume data, which knows it too, cannot be relied on yet
   return RENDERRESULT_OK;
+}
+
+VIDEOPOSTINFO VoxelVideoPost_Builder::GetRenderInfo(BaseVideoPost* node) {
+  return open_ ? info_ : LinksObject(node->GetDocument()) ? kRayInfo : VIDEOPOSTINFO_0;
 }
 
 void VoxelVideoPost_Builder::CalcVolumetric(BaseVideoPost*, VolumeData* vd) {

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "c4d.h"
+#include "fence.h"
 #include "object/render/render_scene.h"
 #include "plugin_ids.h"
 
@@ -14,7 +15,7 @@ namespace kelvra {
 class VoxelHook : public SceneHookData {
   INSTANCEOF(VoxelHook, SceneHookData)
 public:
-  static NodeData* Alloc() { return gNew VoxelHook; }
+  static NodeData* Alloc() { return gNew FencedNode<VoxelHook>; }
   Bool Message(GeListNode* node, LONG type, void* data) override;
 
   /** The hook's data of a document, NULL without the hook. */
@@ -32,15 +33,19 @@ private:
 
 class VoxelVideoPost : public VideoPostData {
 public:
-  static NodeData* Alloc() { return gNew VoxelVideoPost; }
+  static NodeData* Alloc() { return gNew FencedVideoPost<VoxelVideoPost>; }
   RENDERRESULT Execute(BaseVideoPost* node, VideoPostStruct* vps) override;
 };
 
 class VoxelVideoPost_Builder : public VideoPostData {
 public:
-  static NodeData* Alloc() { return gNew VoxelVideoPost_Builder; }
+  static NodeData* Alloc() { return gNew FencedVideoPost<VoxelVideoPost_Builder>; }
   RENDERRESULT Execute(BaseVideoPost* node, VideoPostStruct* vps) override;
-  VIDEOPOSTINFO GetRenderInfo(BaseVideoPost*) override { return info_; }
+  /**
+   * While a render is open, what its grid asks for. Before and after, as the host may ask at any time, what
+   * the settings let expect: the flags are set when a video post of ours links an object.
+   */
+  VIDEOPOSTINFO GetRenderInfo(BaseVideoPost* node) override;
   void CalcVolumetric(BaseVideoPost* node, VolumeData* vd) override;
   void CalcShadow(BaseVideoPost* node, VolumeData* vd) override;
 
@@ -49,7 +54,8 @@ private:
 
   VoxelHook* hook_ = NULL; ///< while a frame is rendered
   VIDEOPOSTINFO info_ = VIDEOPOSTINFO_0;
-  LONG threads_ = 0; ///< of the host at the last successful build; nothing reads it
+  Bool open_ = FALSE; ///< between the render's open and its close
+  LONG threads_ = 0;  ///< of the host at the last successful build; nothing reads it
   RenderLists lists_;
 };
 

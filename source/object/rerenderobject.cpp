@@ -200,7 +200,10 @@ void KelvraObject::Load(BaseObject* op, Bool folderMode) {
   const Bool wasEmpty = store.CountBlocks() == 0;
   const LVector before = OriginOf(op);
   LVector origin = wasEmpty ? LVector() : before;
-  loadReports = LoadFiles(files, {store, ReadOptions(op), origin, [op] { RecordUndo(op); }});
+  // What was loaded before memory ran out stays, and is shown.
+  Fence("Load", [&] {
+    loadReports = LoadFiles(files, {store, ReadOptions(op), origin, [op] { RecordUndo(op); }});
+  });
   // Objects without an origin get no entry: their scenes stay what they were.
   if (store.CountBlocks() > 0 && origin != before) op->GetDataInstance()->SetVector(KELVRA_ORIGIN, origin);
   const PointBlock* first = store.GetFirstBlock();

@@ -5,6 +5,7 @@
 #include "cloud/cloud_messages.h"
 #include "cloud/load_report.h"
 #include "cloud/point_store.h"
+#include "fence.h"
 #include "object/cloud_report.h"
 #include "object/draw/point_draw.h"
 #include "plugin_ids.h"
@@ -17,7 +18,7 @@ const LReal kUnitObjectSize = 200.0;
 class KelvraObject : public ObjectData {
   INSTANCEOF(KelvraObject, ObjectData)
 public:
-  static NodeData* Alloc() { return gNew KelvraObject; }
+  static NodeData* Alloc() { return gNew FencedObject<KelvraObject>; }
 
   Bool Init(GeListNode* node) override;
   void Free(GeListNode* node) override;

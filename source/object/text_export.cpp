@@ -10,7 +10,7 @@ namespace kelvra {
 namespace {
 
 /** Colours are stored as sRGB; a document that works linearly converts them once. */
-COLORSPACETRANSFORMATION DocumentTransformation(const BaseDocument* doc) {
+COLORSPACETRANSFORMATION DocumentTransformation(BaseDocument* doc) {
   if (!doc) return COLORSPACETRANSFORMATION_NONE;
   const BaseContainer settings = doc->GetData(DOCUMENTSETTINGS_DOCUMENT);
   const Bool linear = settings.GetBool(DOCUMENT_LINEARWORKFLOW) &&

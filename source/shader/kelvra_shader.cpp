@@ -36,7 +36,7 @@ INITRENDERRESULT LAZrayShader::InitRender(BaseShader* shader, const InitRenderSt
   return INITRENDERRESULT_OK;
 }
 
-Vector LAZrayShader::ColorAt(LAZrayShader* shader, LONG index) {
+Vector LAZrayShader::ColorAt(LAZrayShader* shader, LONG index) noexcept {
   const PointArray& colors = shader->colors_;
   return colors.data && index >= 0 && index < colors.count ? colors.data[index] : Vector(1.0);
 }

@@ -3,6 +3,7 @@
 
 #include "c4d.h"
 #include "cloud/cloud_messages.h"
+#include "fence.h"
 #include "plugin_ids.h"
 
 namespace kelvra {
@@ -28,7 +29,7 @@ struct LookupMessage {
 
 class LAZrayShader : public ShaderData {
 public:
-  static NodeData* Alloc() { return gNew LAZrayShader; }
+  static NodeData* Alloc() { return gNew FencedShader<LAZrayShader>; }
   LAZrayShader();
   ~LAZrayShader() override { FreeColors(); }
 
@@ -42,7 +43,7 @@ public:
 
 private:
   /** White outside the table. */
-  static Vector ColorAt(LAZrayShader* shader, LONG index);
+  static Vector ColorAt(LAZrayShader* shader, LONG index) noexcept;
   void FreeColors();
 
   LookupRecord lookup_;

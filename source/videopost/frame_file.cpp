@@ -8,7 +8,7 @@ namespace kelvra {
 namespace {
 
 /** Copies red, green and blue of all lines; NULL with the reason. The caller frees the picture. */
-MultipassBitmap* CopyPicture(const VPBuffer& rendered, String* reason) {
+MultipassBitmap* CopyPicture(VPBuffer& rendered, String* reason) {
   const LONG width = rendered.GetBw(), height = rendered.GetBh(), components = rendered.GetCpp();
   if (width < 1 || height < 1 || components < 3) {
     *reason = "the rendered picture has " + LongToString(width) + " x " + LongToString(height) +
@@ -55,7 +55,7 @@ Bool SavePictureWhole(const BaseBitmap& picture, const Filename& file, String* r
 
 } // namespace
 
-Bool SaveFrame(const VPBuffer& rendered, const Filename& file, String* problem) {
+Bool SaveFrame(VPBuffer& rendered, const Filename& file, String* problem) {
   String reason;
   const AutoFree<MultipassBitmap> picture(CopyPicture(rendered, &reason));
   if (picture && SavePictureWhole(*picture, file, &reason)) return TRUE;

@@ -10,6 +10,6 @@ namespace kelvra {
  * one, only when it is whole. FALSE with one line that names file and reason (an empty one when there is not
  * enough memory for it); the folder is then as it was, but for what the line says.
  */
-Bool SaveFrame(const VPBuffer& rendered, const Filename& file, String* problem);
+Bool SaveFrame(VPBuffer& rendered, const Filename& file, String* problem);
 
 } // namespace kelvra

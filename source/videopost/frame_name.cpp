@@ -1,8 +1,13 @@
 #include "videopost/frame_name.h"
 
+#include "host_text.h"
+
 namespace kelvra {
 
 namespace {
+
+/** OpenEXR. A constant of our own: the release may not have a name for the format. */
+const LONG kFilterExr = 1016606;
 
 struct KnownSuffix {
   const CHAR* text;
@@ -12,7 +17,7 @@ const KnownSuffix kSuffixes[] = {
     {"png", {FILTER_PNG, SAVEBIT_16BITCHANNELS}},
     {"tif", {FILTER_TIF, SAVEBIT_16BITCHANNELS}},
     {"tiff", {FILTER_TIF, SAVEBIT_16BITCHANNELS}},
-    {"exr", {FILTER_EXR, SAVEBIT_32BITCHANNELS}},
+    {"exr", {kFilterExr, SAVEBIT_32BITCHANNELS}},
 };
 
 const KnownSuffix* FindSuffix(const String& fileName) {
@@ -32,7 +37,7 @@ String Padded(LONG frame, LONG digits) {
 String WithoutFolders(String name) {
   for (LONG i = 0; i < name.GetLength(); ++i)
     if (name[i] == '/' || name[i] == '\\' || name[i] == ':' || name[i] < ' ')
-      name = name.Left(i) + "_" + name.SubStr(i + 1, name.GetLength() - i - 1);
+      name = SubText(name, 0, i) + "_" + SubText(name, i + 1, name.GetLength());
   return name;
 }
 

@@ -25,7 +25,7 @@ Bool Record(const BaseContainer& settings, const VideoPostStruct& vps, String* p
   const Filename folder = settings.GetFilename(KELVRA_RECORDER_FOLDER);
   *problem = "The render recorder has no folder: no frame is recorded";
   if (!folder.Content()) return FALSE;
-  const VPBuffer* rendered = vps.render->GetBuffer(VPBUFFER_RGBA, NOTOK);
+  VPBuffer* rendered = vps.render->GetBuffer(VPBUFFER_RGBA, NOTOK);
   *problem = "The render recorder finds no rendered picture: the frame is not recorded";
   if (!rendered) return FALSE;
   const String name = FrameFileName(settings.GetString(KELVRA_RECORDER_NAME), vps.time.GetFrame(vps.fps));

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "c4d.h"
+#include "fence.h"
 #include "kelvra_messages.h"
 
 namespace kelvra {
@@ -10,7 +11,7 @@ namespace kelvra {
 /** Its container holds the KELVRA_RECORDER_ values of kelvra_messages.h. */
 class Tallyframe : public VideoPostData {
 public:
-  static NodeData* Alloc() { return gNew Tallyframe; }
+  static NodeData* Alloc() { return gNew FencedVideoPost<Tallyframe>; }
 
   Bool Init(GeListNode* node) override;
   RENDERRESULT Execute(BaseVideoPost* node, VideoPostStruct* vps) override;

@@ -40,7 +40,7 @@ TEST_F(Geometry, PointsCarryPositionsAndColoursOfTheFirstOnesAndTheBoxIsTheirs) 
     EXPECT_EQ(Cloud().display.box.valid, share.count > 0);
     BaseTag* tag = built->GetTag(Tvertexmap);
     for (LONG channel = 0; channel < 3; ++channel, tag = tag->GetNext()) {
-      const VertexMapTag* map = (VertexMapTag*)tag;
+      VertexMapTag* map = (VertexMapTag*)tag;
       ASSERT_NE(map, nullptr);
       EXPECT_EQ(map->GetName(), String(channel == 0 ? "Red" : channel == 1 ? "Green" : "Blue"));
       ASSERT_EQ(map->GetDataCount(), share.count);
@@ -129,7 +129,7 @@ class Spline : public ConvertTest {
 protected:
   std::vector<LONG> Segments(BaseObject* built) {
     EXPECT_EQ(built->GetType(), Ospline);
-    const SplineObject* spline = (SplineObject*)built;
+    SplineObject* spline = (SplineObject*)built;
     EXPECT_EQ(spline->GetInterpolationType(), SPLINETYPE_LINEAR);
     std::vector<LONG> lengths;
     for (LONG i = 0; i < spline->GetSegmentCount(); ++i) {

@@ -62,8 +62,8 @@ struct House {
 };
 const House kHouses[] = {
     {"source",
-     {"version plugin_ids registration glpoint host_text grouped_number object/autobuffer", "cloud", "text",
-      "net", "object/las", "object/load object/draw object/convert object/render", "object",
+     {"version plugin_ids registration fence glpoint host_text grouped_number object/autobuffer", "cloud",
+      "text", "net", "object/las", "object/load object/draw object/convert object/render", "object",
       "shader videopost", "."}},
     {"host",
      {"base", "memory", "picture resource", "gl", "plugins", "nodes", "parameters", "undo", "scene",

@@ -26,13 +26,17 @@ TEST_F(SdkValues, TextKeepsCharactersBeyondAscii) {
   EXPECT_EQ(String("a\xE0\x80\x80z").GetLength(), 5);
 }
 
-TEST_F(SdkValues, SubStringsAreCutToTheText) {
+TEST_F(SdkValues, TextOutsideItsPreconditionsEndsTheProgram) {
   const String s("point");
   EXPECT_EQ(Utf8(s.SubStr(1, 3)), "oin");
-  EXPECT_EQ(Utf8(s.SubStr(3, 99)), "nt");
-  EXPECT_EQ(Utf8(s.SubStr(3, 0x7fffffff)), "nt");
-  for (const auto& cut : {s.SubStr(5, 1), s.SubStr(-1, 2), s.SubStr(2, -3), s.SubStr(2, 0)})
-    EXPECT_FALSE(cut.Content());
+  EXPECT_FALSE(s.SubStr(2, 0).Content());
+  EXPECT_EQ(Utf8(s.Left(99)), "point");
+  LONG at = 0;
+  EXPECT_DEATH(s.SubStr(3, 3), "outside the text");
+  EXPECT_DEATH(s.SubStr(5, 0), "outside the text");
+  EXPECT_DEATH(s.SubStr(-1, 2), "outside the text");
+  EXPECT_DEATH(at += s[5], "outside the text");
+  EXPECT_DEATH(s.FindFirst('i', NULL), "no place for its hit");
 }
 
 TEST_F(SdkValues, FindingStartsAtTheGivenPlace) {
@@ -129,7 +133,9 @@ TEST_F(SdkValues, ArraysOwnTheirElements) {
   EXPECT_EQ(groups[1][0], 8);
   EXPECT_FALSE(groups.ReSize(-1));
   EXPECT_FALSE(groups.ReSize((VLONG)1 << 60)) << "refused, not crashed";
-  EXPECT_EQ(groups.GetCount(), 2);
+  EXPECT_DEATH(groups.GetCount(), "used after its growth was refused");
+  groups.FreeArray();
+  EXPECT_EQ(groups.GetCount(), 0);
 }
 
 TEST_F(SdkValues, MatricesFollowTheOperatorsOfTheRelease) {

@@ -64,12 +64,19 @@ TEST_F(Export, VerticesAgreeWithPositionsAndColoursForEveryChannelValue) {
     EXPECT_TRUE(vertexBox.min[axis] == (SReal)box.min[axis] && vertexBox.max[axis] == (SReal)box.max[axis]);
 }
 
-TEST_F(Export, MergedEmptyBlocksAreDropped) {
+TEST_F(Export, MergeTakesTheArraysAndDropsEmptyBlocks) {
+  store.groups.ReSize(4); // as many as the array has room for
+  store.uploadFlag = 0;
   PointGroup group;
   for (const LONG count : {0, 2, 0}) group.blocks.Push(count ? MakeBlock(count) : PointBlock());
-  store.uploadFlag = 0;
+  const SReal* positions = group.blocks[1].positions;
+  EXPECT_FALSE(WithRefusal(1, [&] { return store.Merge(group); }));
+  EXPECT_TRUE(group.blocks.GetCount() == 1 && store.groups.GetCount() == 4 && store.GetPointCount() == 7);
+  const host::LiveCounts before = app.Live();
   ASSERT_TRUE(store.Merge(group));
-  EXPECT_EQ(store.groups[2].blocks.GetCount(), 1);
+  EXPECT_EQ(app.Live().blocks, before.blocks) << "one array for another, no second copy of points";
+  ASSERT_EQ(store.groups[4].blocks.GetCount(), 1);
+  EXPECT_EQ(store.groups[4].blocks[0].positions, positions);
   EXPECT_EQ(store.uploadFlag, 1);
 }
 

@@ -85,7 +85,7 @@ protected:
     add(figure->GetPolygonR(), figure->GetPolygonCount() * 4, 0);
     text += " type " + std::to_string(((SplineObject*)op)->GetInterpolationType());
     for (BaseTag* tag = op->GetFirstTag(); tag; tag = tag->GetNext()) {
-      const VariableTag* values = (VariableTag*)tag;
+      VariableTag* values = (VariableTag*)tag;
       text += " tag " + std::to_string(tag->GetType());
       add(values->GetLowlevelDataAddressR(), values->GetDataCount() * values->GetDataSize() / 4, 0);
     }

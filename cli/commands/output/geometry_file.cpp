@@ -27,13 +27,13 @@ bool WriteWhole(const std::string& path, std::string* error, host::Faults* fault
   return false;
 }
 
-unsigned char Channel(const VertexMapTag* map, LONG i) {
+unsigned char Channel(VertexMapTag* map, LONG i) {
   if (!map) return 255;
   const SReal weight = map->GetDataAddressR()[i];
   return weight > 0.0f ? (unsigned char)(weight < 1.0f ? weight * 255.0f + 0.5f : 255.0f) : 0;
 }
 
-const VertexMapTag* FindMap(PointObject* points, const char* name) {
+VertexMapTag* FindMap(PointObject* points, const char* name) {
   BaseTag* tag = points->GetTag(Tvertexmap, 0);
   for (LONG nr = 1; tag; tag = points->GetTag(Tvertexmap, nr++)) {
     VertexMapTag* map = (VertexMapTag*)tag;
@@ -59,7 +59,7 @@ std::string Number(double v) {
 bool WritePly(PointObject* points, const Placement& place, const std::string& path, std::string* error,
               host::Faults* faults) {
   const LONG count = points->GetPointCount();
-  const VertexMapTag* maps[3] = {FindMap(points, "Red"), FindMap(points, "Green"), FindMap(points, "Blue")};
+  VertexMapTag* maps[3] = {FindMap(points, "Red"), FindMap(points, "Green"), FindMap(points, "Blue")};
   return WriteWhole(path, error, faults, [&](host::BufferedFile& output) {
     Put(output, "ply\nformat binary_little_endian 1.0\nelement vertex " + std::to_string(count) +
                     "\nproperty double x\nproperty double y\nproperty double z\nproperty uchar red\n"

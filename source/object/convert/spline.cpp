@@ -34,7 +34,7 @@ Bool FillPoints(const ConversionRequest& request, Vector* points, SegmentLengths
       added = segments.Add(points[number], block.attrib1[i]);
     }
   });
-  segments.Extend(request.count - number);
+  if (added) segments.Extend(request.count - number);
   return added;
 }
 

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstdarg>
+#include <cstring>
 #include <filesystem>
 
 namespace kelvra {

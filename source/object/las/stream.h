@@ -10,6 +10,7 @@
 #include "bytestreamin.hpp"
 
 #include <algorithm>
+#include <cstring>
 #include <memory>
 
 namespace kelvra {

@@ -96,7 +96,7 @@ private:
   }
 
   void CloseEmptyGroup() {
-    target_.store.groups.ReSize(target_.store.groups.GetCount() - 1);
+    target_.store.groups.Remove(target_.store.groups.GetCount() - 1);
     opened_ = FALSE;
   }
 

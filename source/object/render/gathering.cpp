@@ -229,7 +229,7 @@ RENDERRESULT GatherScene(VoxelData& data, BaseVideoPost* post, const GatherConte
   if ((HasHierarchy(linked) && !walk.Collect(linked, global)) || !walk.Append(linked, global))
     result = RENDERRESULT_OUTOFMEMORY;
 
-  for (VLONG i = 0; i < walk.found.GetCount() && result == RENDERRESULT_OK; ++i)
+  for (VLONG i = 0; result == RENDERRESULT_OK && i < walk.found.GetCount(); ++i)
     result = Gather(data, walk.found[i], post, context);
   StatusClear();
   if (result != RENDERRESULT_OK) data.Clear();

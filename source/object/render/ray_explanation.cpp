@@ -110,7 +110,7 @@ private:
 
 Bool ExplainRay(const RenderScene& scene, KelvraRayExplanation& explanation) {
   if (!scene.lists) return FALSE;
-  const VolumeData& vd = *explanation.vd;
+  VolumeData& vd = *explanation.vd;
   const TracedRay ray = VolumetricRay(vd);
   Lines lines(*explanation.text);
   lines.Add("ray from (%.6g, %.6g, %.6g) along (%.6f, %.6f, %.6f)", ray.origin.x, ray.origin.y, ray.origin.z,

@@ -34,7 +34,7 @@ TracedRay ShadowRay(const VolumeData& vd) {
   return ray;
 }
 
-ThreadLists ListsOf(RenderLists& lists, const VolumeData& vd, RayMode mode) {
+ThreadLists ListsOf(RenderLists& lists, VolumeData& vd, RayMode mode) {
   // The clamp lets one more number pass than there are threads: a host that numbers its render threads from 1
   // would otherwise share the list of thread 63 between two of them.
   const LONG thread = LCut(vd.GetCurrentCPU(), 0, kRenderThreads);
@@ -43,7 +43,7 @@ ThreadLists ListsOf(RenderLists& lists, const VolumeData& vd, RayMode mode) {
 }
 
 LVector VolumeIllumination::At(const LVector& p, const LVector& normal, LONG alt) {
-  IlluminanceSurfacePointData point;
+  IlluminanceSurfacePointData point = {}; // the host presets nothing: without caustics, materials or model
   point.p = p;
   point.bumpn = point.phongn = point.orign = normal;
   point.ray_vector = direction_;

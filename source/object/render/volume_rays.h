@@ -15,7 +15,7 @@ TracedRay VolumetricRay(const VolumeData& vd);
 TracedRay ShadowRay(const VolumeData& vd);
 
 /** The thread's lists. A negative number counts as 0; kRenderThreads, one past the last, is the highest. */
-ThreadLists ListsOf(RenderLists& lists, const VolumeData& vd, RayMode mode);
+ThreadLists ListsOf(RenderLists& lists, VolumeData& vd, RayMode mode);
 
 /** The host's light at a point. Keeps a copy of the ray, as the host may use vd for shadow rays meanwhile. */
 class VolumeIllumination : public Illumination {
