@@ -8,7 +8,7 @@ namespace host {
 
 namespace {
 
-/** Small enough for the second cache level: who sums up what is written finds it there. */
+/** Fits the second cache level, where a checksum of the same bytes finds them. */
 constexpr std::int64_t kBufferBytes = 1 << 18;
 
 } // namespace

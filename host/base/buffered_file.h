@@ -15,7 +15,7 @@ class BufferedFile {
 public:
   /** faults: asked before every write to the disk, may be NULL. */
   explicit BufferedFile(Faults* faults) : file_(faults) {}
-  /** What is still buffered is written; who wants to know whether it arrived calls Close. */
+  /** Writes what is still buffered. Call Close to know whether it arrived. */
   ~BufferedFile() { Close(); }
 
   bool Open(const std::string& path, disk::Access access);

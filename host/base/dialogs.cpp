@@ -4,7 +4,7 @@ namespace host {
 
 namespace {
 
-/** What the user presses who only wants to go on. */
+/** The button of a user who only wants to go on. */
 GEMB_R Confirmation(GEMB flags) {
   return (flags & 0xf) == GEMB_YESNO ? GEMB_R_YES : GEMB_R_OK;
 }

@@ -69,7 +69,7 @@ bool File::CreateLike(const std::string& path, const std::string& model, std::st
   if (IsOpen()) return Fail(error, EBUSY);
   struct stat old;
   const bool exists = ::stat(model.c_str(), &old) == 0;
-  // Nobody may look into the successor of a private file, not even at first.
+  // The successor of a private file must be private from the start.
   handle_ = ::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, exists ? 0600 : 0666);
   if (!IsOpen()) return Fail(error, errno);
   ::flock(handle_, LOCK_EX | LOCK_NB);
@@ -150,7 +150,7 @@ std::string ReplaceObstacle(const std::string& path, bool force) {
   if (S_ISSOCK(status.st_mode)) return "it is a socket";
   if (!S_ISREG(status.st_mode)) return "it is a device";
   if (force) return std::string();
-  // The superuser may write everything: what others protected is looked for.
+  // The superuser may write everything, so compare the owner and look at the owner's right.
   const bool superuser = ::geteuid() == 0, own = status.st_uid == ::geteuid();
   if (superuser ? own && (status.st_mode & S_IWUSR)
                 : ::faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0)

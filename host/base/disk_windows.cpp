@@ -134,7 +134,7 @@ bool Replace(const std::string& from, const std::string& to, std::string* error)
   const fs::path target = fs::u8path(to);
   const DWORD attributes = GetFileAttributesW(target.c_str());
   const bool isProtected = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY);
-  // Only a forced output comes so far; the system itself does not replace a protected file.
+  // Only a forced output comes this far; the system itself does not replace a protected file.
   if (isProtected) SetFileAttributesW(target.c_str(), attributes & ~(DWORD)FILE_ATTRIBUTE_READONLY);
   if (MoveFileExW(fs::u8path(from).c_str(), target.c_str(),
                   MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))

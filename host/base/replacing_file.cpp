@@ -44,8 +44,8 @@ int MakerOf(const std::string& name) {
   return parsed.ec == std::errc() && parsed.ptr == last ? process : 0;
 }
 
-/** Once a run and folder: listing a large folder for each of a thousand frames would take longer than they
- * do. */
+/** Once per run and folder: listing a large folder for each of a thousand frames would take longer than
+ * writing them. */
 void RemoveAbandoned(const fs::path& folder) {
   static std::mutex mutex;
   static std::set<fs::path> seen;

@@ -47,8 +47,8 @@ public:
   /** A name that nothing else in this program has; empty when refused. */
   std::string GetUniqueID();
   bool HeaderFinished();
-  /** After a failure the factory is empty again, its text still there to look at, and AddParameters starts
-   * anew. */
+  /** After a failure the factory is empty again and takes AddParameters; its text is still there to look at.
+   */
   bool CompilePrograms();
   bool IsCompiled() const { return program_ != nullptr; }
   /** Drops program and text in any state; a bound program is unbound. */
@@ -70,7 +70,6 @@ public:
   bool SetParameterUints(int handle, const unsigned* values, int count);
 
   const std::vector<VertexAttribute>& Attributes() const { return text_.attributes; }
-  const std::vector<InputVector>& Inputs() const { return text_.inputs; }
   std::uint64_t Parameters() const { return text_.parameters; }
   /** Complete text of a stage as far as it was built. */
   std::string GetText(Stage stage) const { return AssembleStage(text_, stage); }

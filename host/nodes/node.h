@@ -64,7 +64,7 @@ struct Node {
   Plugin* plugin = nullptr; ///< NULL for the host's own types and for types that nobody knows
   NodeData* data = nullptr; ///< the plug-in's part, NULL without a plug-in
   std::shared_ptr<KeptData> kept;
-  bool keptByUndo = false; ///< who frees it only takes it out: an undo step may bring it back
+  bool keptByUndo = false; ///< freeing it only takes it out: an undo step may bring it back
 
   Node* Owner() const { return list ? list->owner : nullptr; }
   /** The document that it lies in, itself for a document, NULL outside of documents. */

@@ -32,7 +32,7 @@ bool CopyContent(Node& source, Node& dest, COPYFLAGS flags) {
 }
 
 bool IsLeftOut(const Node& below, COPYFLAGS flags) {
-  // Objects below objects are the hierarchy; all else that hangs on a node are its branches.
+  // Objects below objects are the hierarchy; everything else on a node is a branch.
   const bool child = below.kind == NodeKind::Object && below.Owner()->kind == NodeKind::Object;
   return Has(flags, child ? COPYFLAGS_NO_HIERARCHY : COPYFLAGS_NO_BRANCHES);
 }

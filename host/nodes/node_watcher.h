@@ -1,4 +1,4 @@
-// Who keeps something for a node hears of its death.
+// Reports the death of nodes to whatever keeps something for them.
 #pragma once
 
 namespace host {

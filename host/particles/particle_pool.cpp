@@ -8,7 +8,7 @@ bool ParticlePool::Reserve(VLONG more) {
   const VLONG wanted = live_ + more;
   if (more < 0 || wanted > kMost) return false;
   try {
-    // Slots that were freed count too: together they are what does not live.
+    // Freed slots are used again, so the blocks need room for the living particles only.
     while ((VLONG)blocks_.size() * kBlock < wanted) {
       HostArray<ParticleSlot> block;
       if (!block.Resized(kBlock, &block)) return false;

@@ -130,7 +130,7 @@ public:
     const std::int64_t got = file_.Read(bytes, count);
     if (got != (std::int64_t)count) Refuse(got < 0 ? file_.Error() : "the file ends too early");
   }
-  /** Begins the next chunk; one without bytes is then behind us. */
+  /** Reads the head of the next chunk, and of one without data the checksum too. */
   void Next() {
     Byte start[8];
     Raw(start, sizeof start);

@@ -15,7 +15,7 @@ namespace host {
 class BaseFileImpl {
 public:
   explicit BaseFileImpl(Faults* faults) : file_(faults) {}
-  /** What is still buffered is written; who wants to know whether it arrived calls Close. */
+  /** Writes what is still buffered. Call Close to know whether it arrived. */
   ~BaseFileImpl() { Close(); }
 
   bool Open(const std::string& path, FILEOPEN mode);

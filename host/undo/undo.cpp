@@ -92,8 +92,8 @@ private:
   ContentChange(LULONG target, bool hierarchy) : target_(target), hierarchy_(hierarchy) {}
 
   /**
-   * The clone's links lead to its own parts. It stands for the node itself, so they must lead where the
-   * node's lead; which clone stands for which node is kept by number.
+   * The clone's links lead to its own parts. It stands for the node itself, so they have to lead where
+   * the node's links do; which clone stands for which node is kept by number.
    */
   void UndoLinkChanges(Node& node) {
     const std::vector<Node*> originals = Counterparts(node), clones = Counterparts(*kept_);
@@ -141,7 +141,7 @@ class PlaceChange : public Change {
 public:
   PlaceChange(Node& node, bool came) : node_(node.linkId), came_(came) {
     Remember(node);
-    node.keptByUndo = !came; // whoever takes it out and frees it only takes it out
+    node.keptByUndo = !came; // freeing it then only takes it out
   }
   ~PlaceChange() override {
     Node* node = FindNode(node_);

@@ -9,7 +9,7 @@ namespace kelvra {
 
 class LAZrayShader;
 
-/** What a renderer gets that asks: version, size and, at byte 72, the colour callback; the rest is 0. */
+/** The answer to a renderer: version, size and, at byte 72, the colour callback; the rest is 0. */
 struct LookupRecord {
   LONG version;
   LONG size;

@@ -10,7 +10,7 @@ namespace kelvra {
 
 namespace {
 
-/** By it the host tells our buffers and programs from those of other plug-ins on the same object. */
+/** The host uses it to tell our buffers and programs from those of other plug-ins on the same object. */
 CHAR identity[4] = {'K', 'L', 'V', 'R'};
 
 const LLONG kMostBufferBytes = 2147483647;

@@ -38,8 +38,9 @@ LONG PrintError(GlProgramType, const char* message) {
 }
 
 /**
- * Writes the vertex program. N(uniform) is the name that the factory gave a uniform. Drivers keep compiled
- * programs by their text: it stays the same byte for byte, blanks and unused lines included.
+ * Writes the vertex program. N(uniform) is the name that the factory gave a uniform. The text is the same for
+ * all objects and settings. Drivers keep compiled programs by their text, so blanks and unused lines stay: a
+ * new mode adds its line and leaves the others as they are.
  */
 class ProgramWriter {
 public:

@@ -25,7 +25,7 @@ struct Source {
 };
 
 /**
- * Collects the clouds below a linked one, in the order of the tree. Deliberately, an object that built
+ * Collects the clouds below a linked one, in the order of the tree. An object that built
  * something stands for what it built and is not collected itself. That holds for clouds too: one that has
  * built its cache is left to a video post that links it, which each new cloud gets, and would otherwise be
  * rendered twice.

@@ -94,8 +94,8 @@ private:
 
 /**
  * The exact test of one item. The squared distance of the centre from the ray's line is compared with the
- * radius itself, not with its square, and both products are rounded to 32 bits. Deliberate: pictures of
- * existing scenes depend on which points a ray meets. A point shows a disc whose radius is the square root of
+ * radius itself, not with its square, and both products are rounded to 32 bits: pictures of existing
+ * scenes depend on which points a ray meets this way. A point shows a disc whose radius is the square root of
  * its own. Hits that end behind the start or begin beyond farLimit do not count.
  */
 Bool TestItem(const RaySegment& ray, const RenderItem& item, LReal farLimit, HitRecord* hit);

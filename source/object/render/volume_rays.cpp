@@ -35,8 +35,8 @@ TracedRay ShadowRay(const VolumeData& vd) {
 }
 
 ThreadLists ListsOf(RenderLists& lists, const VolumeData& vd, RayMode mode) {
-  // Deliberate: the clamp lets one more number pass than there are threads. A host that numbers its render
-  // threads from 1 would otherwise share the list of thread 63 between two of them.
+  // The clamp lets one more number pass than there are threads: a host that numbers its render threads from 1
+  // would otherwise share the list of thread 63 between two of them.
   const LONG thread = LCut(vd.GetCurrentCPU(), 0, kRenderThreads);
   HitList& shadow = lists.shadow[thread];
   return {mode == kRayShadow ? shadow : lists.volumetric[thread], shadow};

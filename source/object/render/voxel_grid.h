@@ -27,7 +27,7 @@ struct CellGrid {
   LONG Count(LONG axis) const { return axis == 0 ? nx : (axis == 1 ? ny : nz); }
   LLONG TableSize() const { return ((LLONG)nx + 1) * ((LLONG)ny + 1) * ((LLONG)nz + 1); }
   /**
-   * Place of a cell in the table. Deliberate: the strides are the counts, though the table is larger by a
+   * Place of a cell in the table. The strides are the counts, though the table is larger by a
    * layer on each axis. A far-face cell shares the place of a cell on the near side of the next row, so the
    * list there holds items of both. Which items a ray meets first, and so what pictures of crowded places
    * show, depends on this order.

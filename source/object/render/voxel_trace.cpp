@@ -268,8 +268,8 @@ TracedLight Blend(const VoxelData& data, const TracedRay& ray, const RaySegment&
     if (ray.mode == kRayVolumetric && light)
       color = LitColor(segment, hit, item, record, lists.shadow, *light);
 
-    // Blend. Deliberate: each hit takes its whole opacity off what is left, and adds its colour with that
-    // weight, whatever came before; the lights of existing scenes are set for it. The hit that uses up what
+    // Blend. Each hit takes its whole opacity off what is left, and adds its colour with that
+    // weight, whatever came before: the lights of existing scenes are set for it. The hit that uses up what
     // is left counts for that much only, so that the weights sum to 1.
     left -= a;
     const LReal weight = left > 0.0 ? a : a - std::abs(left);
