@@ -53,10 +53,6 @@ public:
       : doc_(doc), state_(std::move(state)) {}
 
   void SetCamera(const ViewCamera& camera) override { camera_ = camera; }
-  const ViewCamera& Camera() const override { return camera_; }
-  void Frame(const Vector& boxMin, const Vector& boxMax) override {
-    camera_ = FrameBox(boxMin, boxMax, camera_.fieldOfView, Aspect());
-  }
   void SetBackground(double r, double g, double b) override { background_ = Vector(r, g, b); }
   void SetDrawPortType(LONG type) override { state_->drawPortType = type; }
 
@@ -73,7 +69,6 @@ public:
     state_->frame = MakeFrame(camera_, Aspect());
     FitSceneRange();
     {
-      const ViewState::DrawScope scope(state_.get());
       for (BaseObject* op : AllObjects(doc_)) DrawOne(op);
     }
     state_->pointsDrawn += DrawGeometry(doc_, *drawer_, state_->frame);

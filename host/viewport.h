@@ -23,10 +23,6 @@ public:
   virtual ~Viewport() {}
 
   virtual void SetCamera(const ViewCamera& camera) = 0;
-  virtual const ViewCamera& Camera() const = 0;
-  /** Looks at a world-space box from above at an angle, whole box in the picture: from the south, so north is
-   * up. */
-  virtual void Frame(const Vector& boxMin, const Vector& boxMax) = 0;
   virtual void SetBackground(double r, double g, double b) = 0;
   /** BASEDRAW_DRAWPORTTYPE as the objects see it; enhanced OpenGL unless set otherwise. */
   virtual void SetDrawPortType(LONG type) = 0;

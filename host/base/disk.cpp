@@ -31,11 +31,6 @@ bool Exists(const std::string& path, bool folder) {
   return fs::is_symlink(fs::symlink_status(fs::u8path(path), code));
 }
 
-bool IsRegularFile(const std::string& path) {
-  std::error_code code;
-  return fs::is_regular_file(fs::u8path(path), code);
-}
-
 bool RemoveFile(const std::string& path, std::string* error) {
   std::error_code code;
   if (fs::is_directory(fs::symlink_status(fs::u8path(path), code))) return Fail(error, EISDIR);

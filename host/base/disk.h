@@ -58,7 +58,6 @@ private:
 };
 
 bool Exists(const std::string& path, bool folder);
-bool IsRegularFile(const std::string& path);
 /** A file, or a folder: an empty one, or with everything in it. Missing is a failure. */
 bool RemoveFile(const std::string& path, std::string* error);
 bool RemoveFolder(const std::string& path, bool recursive, std::string* error);

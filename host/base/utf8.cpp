@@ -22,13 +22,13 @@ void AppendUtf8(std::uint32_t codePoint, std::string* text) {
 
 bool IsUtf8(std::string_view text) {
   for (std::size_t i = 0; i < text.size();) {
-    const auto lead = static_cast<unsigned char>(text[i++]);
+    const auto lead = (unsigned char)text[i++];
     if (lead < 0x80) continue;
     const int tails = lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : 1;
     if (lead < 0xC2 || lead > 0xF4 || text.size() - i < std::size_t(tails)) return false;
     std::uint32_t codePoint = lead & (0x3Fu >> tails);
     for (int tail = 0; tail < tails; ++tail) {
-      const auto byte = static_cast<unsigned char>(text[i++]);
+      const auto byte = (unsigned char)text[i++];
       if ((byte & 0xC0) != 0x80) return false;
       codePoint = codePoint << 6 | (byte & 0x3Fu);
     }

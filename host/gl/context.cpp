@@ -109,9 +109,7 @@ bool Context::CreateHandle(bool surfaceless, std::string* error) {
 }
 
 void Context::Describe() {
-  const std::string renderer = Text(GL_RENDERER);
-  rendererName_ = renderer + ", " + Text(GL_VERSION);
-  software_ = NamesSoftware(renderer);
+  software_ = NamesSoftware(Text(GL_RENDERER));
 }
 
 Context::~Context() {

@@ -35,9 +35,6 @@ public:
   /** The calling thread's current context, NULL without one. */
   static Context* Current();
 
-  /** Renderer and GL version as the driver names them, e.g. "llvmpipe (...), 4.5 (Core Profile) Mesa 22.3".
-   */
-  const std::string& RendererName() const { return rendererName_; }
   /** True when the renderer is a software rasteriser. */
   bool IsSoftware() const { return software_; }
 
@@ -70,7 +67,6 @@ private:
   void* context_ = nullptr; // EGLContext
   void* surface_ = nullptr; // EGLSurface, only where the driver cannot do without
   std::thread::id thread_ = std::this_thread::get_id();
-  std::string rendererName_;
   bool software_ = false;
   bool debugOutput_ = false;
   long long errorCount_ = 0;

@@ -70,7 +70,6 @@ public:
   bool SetParameterUints(int handle, const unsigned* values, int count);
 
   const std::vector<VertexAttribute>& Attributes() const { return text_.attributes; }
-  const std::vector<InputVector>& Inputs() const { return text_.inputs; }
   std::uint64_t Parameters() const { return text_.parameters; }
   /** Complete text of a stage as far as it was built. */
   std::string GetText(Stage stage) const { return AssembleStage(text_, stage); }

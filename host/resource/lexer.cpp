@@ -37,7 +37,7 @@ std::string Describe(const Token& token) {
 
 std::string DescribeByte(char c) {
   static constexpr char kDigits[] = "0123456789abcdef";
-  const auto byte = static_cast<unsigned char>(c);
+  const auto byte = (unsigned char)c;
   if (byte > 0x20 && byte < 0x7F) return std::string("'") + c + "'";
   return std::string("byte 0x") + kDigits[byte >> 4] + kDigits[byte & 15];
 }

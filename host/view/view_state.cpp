@@ -10,7 +10,6 @@ namespace host {
 namespace {
 
 std::atomic<LLONG> liveFactories{0}, liveBuffers{0};
-thread_local ViewState* drawing = nullptr;
 
 std::vector<ViewState*>& Views() {
   static std::vector<ViewState*> views;
@@ -58,10 +57,6 @@ ViewState::~ViewState() {
   Views().erase(std::remove(Views().begin(), Views().end(), this), Views().end());
 }
 
-ViewState* ViewState::Drawing() {
-  return drawing;
-}
-
 bool ViewState::IsAlive(const ViewState* view) {
   return std::find(Views().begin(), Views().end(), view) != Views().end();
 }
@@ -84,13 +79,6 @@ void ViewState::NodeDies(Node& node) {
   const C4DAtom* object = host::Api(&node);
   RemoveMatching(this, factories, [object](const ViewFactory& f) { return f.object == object; });
   RemoveMatching(this, buffers, [object](const ViewBuffer& b) { return b.object == object; });
-}
-
-ViewState::DrawScope::DrawScope(ViewState* view) : previous_(drawing) {
-  drawing = view;
-}
-ViewState::DrawScope::~DrawScope() {
-  drawing = previous_;
 }
 
 GlCounts LiveGlObjects() {

@@ -50,8 +50,6 @@ public:
   ViewState(std::shared_ptr<gl::Context> context, std::unique_ptr<gl::Framebuffer> target);
   ~ViewState() override;
 
-  /** The view that draws now, NULL outside Draw. */
-  static ViewState* Drawing();
   static ViewState* Of(const BaseDraw* bd) { return (ViewState*)const_cast<BaseDraw*>(bd); }
   BaseDraw* Api() { return (BaseDraw*)this; }
   /** False for pointers to anything but a living view. */
@@ -71,16 +69,6 @@ public:
   std::list<std::unique_ptr<ViewBuffer>> buffers;
 
   void NodeDies(Node& node) override;
-
-  /** Marks the view as the drawing one for a block. */
-  class DrawScope {
-  public:
-    explicit DrawScope(ViewState* view);
-    ~DrawScope();
-
-  private:
-    ViewState* previous_;
-  };
 };
 
 /** What is drawn for: the plug-in holds it as BaseDrawHelp*. */
