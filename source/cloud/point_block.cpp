@@ -152,9 +152,7 @@ Bool PointBlock::Write(HyperFile* hf) const {
       !hf->WriteArray(attrib3, HYPERFILEARRAY_WORD, sizeof(UWORD), count * 3) ||
       !hf->WriteArray(attrib1, HYPERFILEARRAY_WORD, sizeof(UWORD), count))
     return FALSE;
-  if (!hf->WriteLVector(box.valid ? box.min : LVector()) ||
-      !hf->WriteLVector(box.valid ? box.max : LVector()))
-    return FALSE;
+  if (!hf->WriteLVector(box.Min()) || !hf->WriteLVector(box.Max())) return FALSE;
   // First, third, second, fourth: saved scenes hold them in this order.
   if (!hf->WriteLReal(reals[0]) || !hf->WriteLReal(reals[2]) || !hf->WriteLReal(reals[1]) ||
       !hf->WriteLReal(reals[3]))
