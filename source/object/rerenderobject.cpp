@@ -106,7 +106,9 @@ void KelvraObject::Free(GeListNode* node) {
 
 Bool KelvraObject::Read(GeListNode*, HyperFile* hf, LONG level) {
   settingsChanged = 1;
-  return store.Read(hf, level);
+  const Bool whole = store.Read(hf, level);
+  loadReports = CheckStored(store);
+  return whole;
 }
 
 Bool KelvraObject::Write(GeListNode*, HyperFile* hf) {
