@@ -37,7 +37,7 @@ LasColor ColorOfClass(unsigned classification, double z) {
     const LasColor& color = kPalette[classification];
     if (color.r != 0) return color;
   }
-  // Deliberately not clamped: heights above 1 wrap around, which draws contour bands.
+  // Not clamped: heights above 1 wrap around, which draws contour bands.
   const std::uint16_t grey = GreyOfHeight(z);
   return {grey, grey, grey};
 }
