@@ -14,6 +14,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <malloc.h>
 #include <stdexcept>
 #include <string>
 #include <unistd.h>
@@ -26,15 +27,18 @@ namespace {
 /** What the process holds between two cycles. */
 struct Holding {
   long long memory = 0; ///< resident bytes
-  long files = 0;       ///< open
-  long entries = 0;     ///< in the folder of the scenes
+  long long heap =
+      0;            ///< bytes that are allocated; the console and the list of dialogs grow with what is said
+  long files = 0;   ///< open
+  long entries = 0; ///< in the folder of the scenes
   host::LiveCounts live;
 };
 
 /** Cycles after which caches, pools and the driver hold what they keep. */
 const int kWarmUp = 100;
-/** Growth of memory that is not a leak: pages that the allocator has not given back. */
-const long long kMemorySlack = 8 << 20;
+/** Growth that is not a leak: pages that the allocator has not given back, and a cycle's lines on the
+ * console. */
+const long long kMemorySlack = 16 << 20, kHeapPerCycle = 2048;
 
 [[noreturn]] void Fail(const std::string& what) {
   throw std::runtime_error(what);
@@ -83,7 +87,8 @@ public:
   }
 
   Holding Now() {
-    return {ResidentMemory(), CountEntries("/proc/self/fd"), CountEntries(folder_), application_.Live()};
+    return {ResidentMemory(), (long long)mallinfo2().uordblks, CountEntries("/proc/self/fd"),
+            CountEntries(folder_), application_.Live()};
   }
   const std::vector<std::string>& Misbehaviour() const { return application_.Misbehaviour(); }
 
@@ -147,9 +152,10 @@ private:
 };
 
 void Print(int cycle, const Holding& now) {
-  std::printf("%6d cycles: %7.1f MB, %ld open files, %ld files, %lld nodes, %lld blocks, %lld bytes\n", cycle,
-              (double)now.memory / 1e6, now.files, now.entries, (long long)now.live.nodes,
-              (long long)now.live.blocks, (long long)now.live.bytes);
+  std::printf("%6d cycles: %7.1f MB, %.3f MB allocated, %ld open files, %ld files, %lld nodes, %lld blocks, "
+              "%lld bytes\n",
+              cycle, (double)now.memory / 1e6, (double)now.heap / 1e6, now.files, now.entries,
+              (long long)now.live.nodes, (long long)now.live.blocks, (long long)now.live.bytes);
   std::fflush(stdout);
 }
 
@@ -160,10 +166,11 @@ int Run(int cycles, const std::vector<std::string>& files) {
   {
     Soak soak(KELVRA_SOAK_MODULE, folder);
     Holding warm;
+    const int warmUp = std::min(kWarmUp, cycles / 2);
     for (int cycle = 1; cycle <= cycles; ++cycle) {
       soak.Cycle(cycle, files[(std::size_t)cycle % files.size()]);
       const Holding now = soak.Now();
-      if (cycle == std::min(kWarmUp, cycles / 2)) warm = now;
+      if (cycle == warmUp) warm = now;
       if (cycle % 100 == 0 || cycle == cycles) Print(cycle, now);
       if (cycle < cycles) continue;
       const bool same =
@@ -171,11 +178,13 @@ int Run(int cycles, const std::vector<std::string>& files) {
           now.live.blocks == warm.live.blocks && now.live.bytes == warm.live.bytes &&
           now.live.vertexBuffers == warm.live.vertexBuffers && now.live.bitmaps == warm.live.bitmaps;
       const long long growth = now.memory - warm.memory;
-      std::printf("memory grew by %.2f MB after the warm-up (%.0f bytes a cycle, limit %.0f MB in all)\n",
-                  (double)growth / 1e6, (double)growth / std::max(1, cycles - kWarmUp),
-                  (double)kMemorySlack / 1e6);
+      const double heap = (double)(now.heap - warm.heap) / std::max(1, cycles - warmUp);
+      std::printf(
+          "after the warm-up: memory grew by %.2f MB (limit %.0f MB), the heap by %.0f bytes a cycle (limit "
+          "%lld)\n",
+          (double)growth / 1e6, (double)kMemorySlack / 1e6, heap, kHeapPerCycle);
       if (!same) std::printf("counts of the host, open files or files grew\n");
-      clean = same && growth < kMemorySlack;
+      clean = same && growth < kMemorySlack && heap < (double)kHeapPerCycle;
     }
     for (const std::string& line : soak.Misbehaviour()) {
       std::printf("%s\n", line.c_str());
