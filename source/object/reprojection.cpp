@@ -98,13 +98,9 @@ CoordinatesRead ReadProjectAnswer(const String& answer, CornerPair& corners) {
 Bool Reproject(LONG inSR, CornerPair& corners, CoordinatesRead* read) {
   *read = CoordinatesRead();
   if (inSR == 0) return FALSE;
-  CHAR* url = ProjectRequest(GeometryServiceAddress(), inSR, corners).GetCStringCopy();
-  CHAR* body = url ? HttpGet(url) : NULL;
-  GeFree(url);
-  if (!body) return TRUE;
-  const String answer(body);
-  GeFree(body);
-  *read = ReadProjectAnswer(answer, corners);
+  const HeldText url(ProjectRequest(GeometryServiceAddress(), inSR, corners).GetCStringCopy());
+  const HeldText body(url.Get() ? HttpGet(url.Get()) : NULL);
+  if (body.Get()) *read = ReadProjectAnswer(String(body.Get()), corners);
   return TRUE;
 }
 

@@ -8,6 +8,7 @@
 #include "integercompressor.hpp"
 
 #include <algorithm>
+#include <new>
 #endif
 
 namespace kelvra {
@@ -38,6 +39,8 @@ bool DecodeLasChunkTable(ByteSource& file, std::uint64_t offset, std::uint64_t c
       chunk.points = (std::uint64_t)points;
       chunk.bytes = (std::uint64_t)length;
     }
+  } catch (const std::bad_alloc&) {
+    throw;
   } catch (...) {
     return false; // the library throws integers: the end of the bytes, or bytes that no encoder writes
   }
