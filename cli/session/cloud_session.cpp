@@ -5,7 +5,6 @@
 #include "cli/system/process_memory.h"
 #include "cli/text/format.h"
 #include "host/application.h"
-#include "host/base/disk.h"
 #include "host/base/utf8.h"
 #include "host/memory/memory.h"
 #include "host/viewport.h"
@@ -37,6 +36,16 @@ const char* const kNotUtf8 = "the name is not UTF-8; rename it";
 bool IsFolder(const std::string& path) {
   std::error_code ignored;
   return fs::is_directory(fs::u8path(path), ignored);
+}
+
+/** Files of a folder whose names the module cannot be given. */
+std::vector<std::string> NotUtf8In(const std::string& folder) {
+  std::vector<std::string> files;
+  std::error_code failed;
+  for (fs::directory_iterator i(fs::u8path(folder), failed), end; !failed && i != end; i.increment(failed))
+    if (!host::resource::IsUtf8(i->path().u8string())) files.push_back(i->path().u8string());
+  std::sort(files.begin(), files.end());
+  return files;
 }
 
 /** Why a file or folder cannot be read as the system puts it; empty when it can. */
@@ -209,14 +218,9 @@ void CloudSession::LoadCloud(const std::string& path) {
       report.message += Advice(report.cut);
   }
   reports_.insert(reports_.end(), loaded.begin(), loaded.end());
-  std::size_t unnamed = 0;
-  if (IsFolder(path))
-    for (const host::disk::Entry& entry : host::disk::List(path))
-      if (!entry.folder && !host::resource::IsUtf8(entry.name)) {
-        reports_.push_back({path + "/" + entry.name, 0, kNotUtf8, FileOutcome::Refused, {}});
-        ++unnamed;
-      }
-  if (loaded.empty() && unnamed == 0) {
+  const std::vector<std::string> unnamed = IsFolder(path) ? NotUtf8In(path) : std::vector<std::string>();
+  for (const std::string& file : unnamed) reports_.push_back({file, 0, kNotUtf8, FileOutcome::Refused, {}});
+  if (loaded.empty() && unnamed.empty()) {
     const char* why = IsFolder(path) ? "the folder holds no file to load" : "the load gave no report";
     reports_.push_back({path, 0, why, FileOutcome::Refused, {}});
   }
