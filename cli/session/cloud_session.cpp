@@ -5,6 +5,7 @@
 #include "cli/system/process_memory.h"
 #include "cli/text/format.h"
 #include "host/application.h"
+#include "host/base/disk.h"
 #include "host/base/utf8.h"
 #include "host/memory/memory.h"
 #include "host/viewport.h"
@@ -31,6 +32,8 @@ const char* const kModuleName = "kelvra.cdl64";
 const char* const kModuleName = "kelvra.so";
 #endif
 
+const char* const kNotUtf8 = "the name is not UTF-8; rename it";
+
 bool IsFolder(const std::string& path) {
   std::error_code ignored;
   return fs::is_directory(fs::u8path(path), ignored);
@@ -38,7 +41,7 @@ bool IsFolder(const std::string& path) {
 
 /** Why a file or folder cannot be read as the system puts it; empty when it can. */
 std::string ReadObstacle(const std::string& path) {
-  if (!host::resource::IsUtf8(path)) return "the name is not UTF-8; rename it";
+  if (!host::resource::IsUtf8(path)) return kNotUtf8;
   std::error_code failed;
   const fs::path file = fs::u8path(path);
   const fs::file_status status = fs::status(file, failed);
@@ -173,6 +176,11 @@ void CloudSession::OpenScene(const std::string& path) {
     Vector low, high;
     const bool content = report.points > 0 || host::GeometryBox(document_, &low, &high);
     report.outcome = content ? FileOutcome::Whole : FileOutcome::Refused;
+    for (BaseObject* cloud : Clouds()) // what is wrong with points of the scene
+      for (const FileReport& found : ReadFileReports(cloud)) {
+        report.outcome = FileOutcome::Partial;
+        report.message += "; " + found.path + ": " + found.message;
+      }
   } else {
     const bool noMemory = error.find("not enough memory") != std::string::npos;
     report.message = WithoutPath(error, path) + Advice(noMemory ? (LONG)KELVRA_CUT_NO_MEMORY : 0);
@@ -201,7 +209,14 @@ void CloudSession::LoadCloud(const std::string& path) {
       report.message += Advice(report.cut);
   }
   reports_.insert(reports_.end(), loaded.begin(), loaded.end());
-  if (loaded.empty()) {
+  std::size_t unnamed = 0;
+  if (IsFolder(path))
+    for (const host::disk::Entry& entry : host::disk::List(path))
+      if (!entry.folder && !host::resource::IsUtf8(entry.name)) {
+        reports_.push_back({path + "/" + entry.name, 0, kNotUtf8, FileOutcome::Refused, {}});
+        ++unnamed;
+      }
+  if (loaded.empty() && unnamed == 0) {
     const char* why = IsFolder(path) ? "the folder holds no file to load" : "the load gave no report";
     reports_.push_back({path, 0, why, FileOutcome::Refused, {}});
   }

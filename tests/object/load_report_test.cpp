@@ -1,4 +1,5 @@
 // The console's lines about loaded files: one a file, which scripts read.
+#include "object/load/load_command.h"
 #include "object/load/load_lines.h"
 #include "support/las_files.h"
 #include "support/object_fixture.h"
@@ -89,6 +90,30 @@ TEST_F(LoadReportTest, LinesThatMeanSomethingElseAreCounted) {
         EXPECT_EQ(line.find(word), std::string::npos) << line;
     }
   }
+}
+
+TEST_F(LoadReportTest, ValuesThatCannotBeTrueAreLoadedAndReported) {
+  const Lines lines = Load(Write("far.xyz", "0 0 0\n1e38 1 1\n"));
+  EXPECT_EQ(Containing(lines, "2 points, ") + Containing(lines, "coordinates reach 1e+38"), 2) << lines[0];
+  kelvra::PointStore& store = Cloud(op_).store;
+  EXPECT_TRUE(kelvra::CheckStored(store).empty());
+  kelvra::PointBlock& block = store.groups[0].blocks[0];
+  block.positions[4] = std::numeric_limits<SReal>::quiet_NaN();
+  EXPECT_EQ(kelvra::CheckStored(store).at(0).notes.size(), 1u) << "the box still holds what is finite";
+  block.positions[0] = -3.0f;
+  const std::vector<kelvra::LoadReport> found = kelvra::CheckStored(store);
+  ASSERT_EQ(found.size(), 1u);
+  EXPECT_EQ(
+      kelvra::LoadLine(found[0]),
+      "2 points of a scene; 1 point without finite coordinates: never shown; the stored box does not hold "
+      "the points and was made again");
+  EXPECT_EQ(block.box.max, Vector(-3, 0, 0));
+  std::string error;
+  ASSERT_TRUE(application_->SaveScene(doc_, Path("far.scene"), &error)) << error;
+  BaseDocument* opened = application_->LoadScene(Path("far.scene"), &error);
+  ASSERT_TRUE(opened) << error;
+  EXPECT_EQ(Cloud(opened->GetFirstObject()).loadReports.size(), 1u) << "drivers can ask for it";
+  application_->CloseDocument(opened);
 }
 
 TEST_F(LoadReportTest, EachFindingOfALasFileIsToldOnceInItsLine) {

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <new>
 
 namespace kelvra {
@@ -68,6 +69,24 @@ void NoteDegrees(const LoaderSettings& settings, LoadReport& report) {
                 "stands like a wall: reproject it first");
 }
 
+/** A float holds such coordinates, but no view, renderer or survey has use for them. */
+const double kFarthestSensible = 1e15;
+
+/** Says when coordinates are too large to be any. */
+void NoteAbsurdExtent(const PointBlock& block, LoadReport& report) {
+  for (LONG axis = 0; axis < 3; ++axis) {
+    const double farthest = std::max(std::abs(block.box.min[axis]), std::abs(block.box.max[axis]));
+    if (!(farthest > kFarthestSensible)) continue;
+    char text[120];
+    std::snprintf(text, sizeof text,
+                  "coordinates reach %.3g, expected at most %.0g: look for a wrong column or line", farthest,
+                  kFarthestSensible);
+    report.Note(NoteSeverity::kError, text);
+    report.outcome = LoadOutcome::kPartial;
+    return;
+  }
+}
+
 /** Loads the files of one command: the first block opens the command's group. */
 class LoadCommand {
 public:
@@ -97,6 +116,7 @@ private:
     loaded.report.step = StoredStep(block);
     NoteCoarseStep(loaded, target_.options.localOrigin, loaded.report);
     NoteDegrees(block.settings, loaded.report);
+    NoteAbsurdExtent(block, loaded.report);
     block.Finish(kFinishRecomputeBox);
     if (block.header.key > 1) block.Finish(kFinishRecomputeBox);
     if (Merge(block))
@@ -183,6 +203,40 @@ std::vector<LoadReport> LoadFiles(const std::vector<NamedFile>& files, const Loa
     reports.push_back(std::move(report));
     if (stopped) break;
   }
+  return reports;
+}
+
+namespace {
+
+/** Checks one block of a scene. TRUE when something was wrong, which the report says then. */
+Bool CheckBlock(PointBlock& block, LoadReport& report) {
+  const LONG notFinite = block.CountNotFinite();
+  if (notFinite > 0)
+    report.Note(NoteSeverity::kError,
+                Counted((std::uint64_t)notFinite, "point") + " without finite coordinates: never shown");
+  if (!block.BoxHoldsPoints()) {
+    block.Finish(kFinishRecomputeBox);
+    report.Note(NoteSeverity::kError, "the stored box does not hold the points and was made again");
+  }
+  if (report.notes.empty()) return FALSE;
+  report.path = Utf8(block.settings.name);
+  report.fromScene = true;
+  report.kept = report.read = block.count;
+  report.outcome = LoadOutcome::kPartial;
+  return TRUE;
+}
+
+} // namespace
+
+std::vector<LoadReport> CheckStored(PointStore& store) {
+  std::vector<LoadReport> reports;
+  for (VLONG g = 0; g < store.groups.GetCount(); ++g)
+    for (VLONG b = 0; b < store.groups[g].blocks.GetCount(); ++b) {
+      LoadReport report;
+      if (!CheckBlock(store.groups[g].blocks[b], report)) continue;
+      PrintLine(report.path, LoadLine(report));
+      reports.push_back(std::move(report));
+    }
   return reports;
 }
 

@@ -2,18 +2,6 @@
 
 namespace kelvra {
 
-void BoundingBox::Add(const LVector& p) {
-  if (!valid) {
-    min = max = p;
-    valid = 1;
-    return;
-  }
-  for (LONG axis = 0; axis < 3; ++axis) {
-    if (p[axis] < min[axis]) min[axis] = p[axis];
-    if (p[axis] > max[axis]) max[axis] = p[axis];
-  }
-}
-
 LReal HeightCurve::At(LReal height) const {
   if (!values) return 1.0;
   const LReal range = high - low;

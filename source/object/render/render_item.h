@@ -31,23 +31,6 @@ inline LVector CentreOf(const RenderItem& item) {
   return LVector(item.boxMin[0] + item.radius, item.boxMin[1] + item.radius, item.boxMin[2] + item.radius);
 }
 
-/** Box that grows point by point; invalid until the first. */
-struct BoundingBox {
-  LVector min, max;
-  LONG valid;
-
-  BoundingBox() { Reset(); }
-  void Reset() {
-    min = LVector(1.0e308);
-    max = LVector(-1.0e308);
-    valid = 0;
-  }
-  void Add(const LVector& p);
-  /** All zero while invalid. */
-  LVector Min() const { return valid ? min : LVector(); }
-  LVector Max() const { return valid ? max : LVector(); }
-};
-
 /** A curve over heights, as a table of equal steps. Plain data; the record that holds it owns `values`. */
 struct HeightCurve {
   static const LONG kSteps = 1024;

@@ -85,7 +85,7 @@ void VoxelData::Clear() {
   records.growth = kRecordGrowth;
 }
 
-GridPlan PlanGrid(const BoundingBox& itemBox, const BoundingBox& radiusBox) {
+GridPlan PlanGrid(const GrowingBoxOf<LVector>& itemBox, const GrowingBoxOf<LVector>& radiusBox) {
   // Large points overlap many cells: the larger they are, the fewer cells.
   GridPlan plan;
   const LReal middle = (radiusBox.Min().x + radiusBox.Max().x) * 0.5;
