@@ -14,6 +14,11 @@ namespace kelvra {
 
 namespace {
 
+/** How much higher than wide a cloud in degrees is at least. */
+const LReal kDegreeRatio = 20.0;
+/** A cloud as wide as this and yet so high is no building. */
+const LReal kManyDegrees = 10.0;
+
 /** Compares a path's suffix without regard to the case of ASCII letters; needs no memory of the host. */
 bool HasSuffix(const std::string& path, const std::string& suffix) {
   if (path.size() <= suffix.size() || path[path.size() - suffix.size() - 1] != '.') return false;
@@ -45,6 +50,23 @@ void NoteCoarseStep(const LoadedFile& loaded, Bool localOrigin, LoadReport& repo
                     "into an object of its own"
                   : "the file lies far from 0 and is stored coarsely: set Local Origin to Automatic "
                     "before the first load");
+}
+
+/** Horizontal degrees look like this: within their bounds, and far narrower than the heights in metres. */
+bool LooksLikeDegrees(const LVector& low, const LVector& high) {
+  if (low.x < -180.0 || high.x > 180.0 || low.y < -90.0 || high.y > 90.0) return false;
+  const LReal width = std::max(high.x - low.x, high.y - low.y), height = high.z - low.z;
+  if (width == 0.0 || height <= width * kDegreeRatio) return false;
+  // A mast in coordinates of its own is as slender, but stands near their zero.
+  const LReal distance = std::max(std::abs(low.x + high.x), std::abs(low.y + high.y)) / 2.0;
+  return distance > width * kDegreeRatio || width > kManyDegrees;
+}
+
+void NoteDegrees(const LoaderSettings& settings, LoadReport& report) {
+  if (LooksLikeDegrees(settings.boxMin, settings.boxMax))
+    report.Note(NoteSeverity::kWarning,
+                "x and y look like degrees beside heights in metres, so that the cloud "
+                "stands like a wall: reproject it first");
 }
 
 /** A float holds such coordinates, but no view, renderer or survey has use for them. */
@@ -93,6 +115,7 @@ private:
     PointBlock& block = loaded.block;
     loaded.report.step = StoredStep(block);
     NoteCoarseStep(loaded, target_.options.localOrigin, loaded.report);
+    NoteDegrees(block.settings, loaded.report);
     NoteAbsurdExtent(block, loaded.report);
     block.Finish(kFinishRecomputeBox);
     if (block.header.key > 1) block.Finish(kFinishRecomputeBox);
