@@ -1,5 +1,7 @@
 #include "object/render/render_item.h"
 
+#include <cmath>
+
 namespace kelvra {
 
 LReal HeightCurve::At(LReal height) const {
@@ -11,6 +13,11 @@ LReal HeightCurve::At(LReal height) const {
   const LONG step = place < kSteps ? (LONG)place : kSteps - 1;
   const LReal part = place - step;
   return values[step] * (1.0 - part) + values[step + 1] * part;
+}
+
+void BoundFalloff(RenderObjectRecord& record) {
+  // bias ^ (log x / log 0.5) = x ^ (log bias / log 0.5). Bounds of opacities leave room for the rounding.
+  record.falloffPower = (LONG)std::ceil(std::log(record.falloffBias) / std::log(0.5) - 1.0e-9);
 }
 
 void FreeRecord(RenderObjectRecord& record) {

@@ -50,6 +50,9 @@ struct RenderObjectRecord {
   LReal transparency = 0.0;
   LReal falloffBias = 0.5;
 
+  /** Opacity across the disc is x ^ p, x = 1 - place; this is p, rounded up. Set when the grid is built. */
+  LONG falloffPower = 1;
+
   // Read while gathering, and for the opacity by height.
   LReal pointRadius = 0.25, radiusVariation = 0.0;
   HeightCurve radiusCurve, opacityCurve;
@@ -59,6 +62,8 @@ struct RenderObjectRecord {
   LReal HeightOf(const LVector& world) const { return world * upAxis + upOffset; }
 };
 
+/** Sets falloffPower. */
+void BoundFalloff(RenderObjectRecord& record);
 void FreeRecord(RenderObjectRecord& record);
 
 } // namespace kelvra

@@ -53,6 +53,12 @@ void VoxelData::RemoveLastRecord() {
   records.count = records.size;
 }
 
+Bool VoxelData::AnyHardEdge() const {
+  for (LLONG i = 0; i < records.size; ++i)
+    if (records.data[i].falloffBias == 1.0) return TRUE;
+  return FALSE;
+}
+
 void LeafPools::Clear() {
   GeFree(contents);
   GeFree(lists);

@@ -97,6 +97,8 @@ struct VoxelData {
   }
   /** Largest radius of any item so far. */
   LReal LargestRadius() const { return radiusBox.valid ? radiusBox.max.x : 0.0; }
+  /** Are there points that are opaque up to their rim, and beyond their radius? */
+  Bool AnyHardEdge() const;
 
   /** Frees the nodes with all that they own. */
   void ClearGrid();
