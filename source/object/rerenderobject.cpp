@@ -196,7 +196,11 @@ void KelvraObject::Load(BaseObject* op, Bool folderMode) {
                          "Point Cloud"))
     return;
   const std::string path = Utf8(chosen.GetString());
-  const std::vector<NamedFile> files = folderMode ? FilesOf(chosen) : std::vector<NamedFile>{{chosen, path}};
+  std::vector<NamedFile> files;
+  if (folderMode)
+    files = FilesOf(chosen);
+  else
+    files.push_back({chosen, path});
   if (files.empty()) PrintLine(path, "the folder holds no file to load");
 
   const Bool wasEmpty = store.CountBlocks() == 0;
