@@ -1,5 +1,10 @@
+#!/usr/bin/env bash
 # A Slurm cluster of this computer alone: one controller and two nodes on loopback, everything in one folder, nothing
-# of the system's own configuration touched. For scripts that source it.
+# of the system's own configuration touched.
+#
+#   scripts/loopback_cluster.sh [COMMAND...]    runs a command, or a shell, beside such a cluster
+#
+# Scripts that source it get:
 #
 #   cluster_start FOLDER    starts munge, the controller and the nodes; Slurm's commands then talk to them
 #   cluster_lose NODE       ends a node's daemon and everything that it runs, as a power cut does
@@ -122,3 +127,12 @@ cluster_stop() {
   [ ${#cluster_pids[@]} -eq 0 ] || kill "${cluster_pids[@]}" 2>/dev/null || true
   wait "${cluster_pids[@]}" 2>/dev/null || true
 }
+
+if [ "${BASH_SOURCE[0]}" = "$0" ]; then
+  set -uo pipefail
+  folder=$(mktemp -d)
+  trap 'cluster_stop; rm -rf "$folder"' EXIT
+  cluster_start "$folder" || exit 1
+  [ $# -gt 0 ] || set -- bash
+  "$@"
+fi

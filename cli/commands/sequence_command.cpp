@@ -32,8 +32,8 @@ int MakePart(SequenceWork& work, const std::vector<Part>& parts, int number, con
   if (number >= (int)parts.size())
     throw UsageError{"--part " + std::to_string(number) + ": the last part is " +
                      std::to_string(parts.size() - 1)};
-  // A cluster starts a part again whenever its node is lost, even if it is the part that brings nodes down.
-  if ((int)folder.Starts(number).size() >= kMostTries)
+  // A cluster starts a task again whenever its node is lost, even if it is the task that brings nodes down.
+  if (!ThisJob().empty() && (int)folder.Starts(number, ThisJob()).size() >= kMostTries)
     throw std::runtime_error("given up after " + std::to_string(kMostTries) + " tries");
   Line(std::cout) << StartLine();
   std::cout.flush();

@@ -68,8 +68,8 @@ void AddSequenceOptions(CLI::App& command, SequencePlan& plan) {
       ->check(CLI::Range(1, 10000));
   command.add_option("--chunk", plan.chunk, "Frames or files a part, 10")->check(CLI::Range(1, kMostItems));
   command.add_option("--partition", plan.partition, "Partition of the cluster")->type_name("NAME");
-  OneValueEach(command.add_option("--sbatch", plan.sbatch,
-                                  "Another option of Slurm's sbatch, as in --sbatch=--time=60"));
+  OneValueEach(
+      command.add_option("--sbatch", plan.sbatch, "Another option of Slurm's sbatch, with its dashes"));
   // No group: help does not list it. Job scripts and this program use it.
   command.add_option("--part", plan.part, "Make this part alone")
       ->group("")

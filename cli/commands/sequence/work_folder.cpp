@@ -36,12 +36,15 @@ std::string WorkFolder::Path(const std::string& name) const {
   return (fs::u8path(folder_) / fs::u8path(name)).u8string();
 }
 
-std::vector<std::string> WorkFolder::Starts(int part) const {
+std::vector<std::string> WorkFolder::Starts(int part, const std::string& job) const {
   std::vector<std::string> nodes;
   std::ifstream log(fs::u8path(Log(part)));
-  for (std::string line; std::getline(log, line);)
-    if (line.compare(0, kStart.size(), kStart) == 0)
-      nodes.push_back(line.substr(kStart.size(), line.find(',') - kStart.size()));
+  for (std::string line; std::getline(log, line);) {
+    const std::size_t comma = std::min(line.find(", "), line.size());
+    if (line.compare(0, kStart.size(), kStart) != 0) continue;
+    if (job.empty() || line.substr(comma) == ", " + job)
+      nodes.push_back(line.substr(kStart.size(), comma - kStart.size()));
+  }
   return nodes;
 }
 
@@ -58,13 +61,15 @@ void WorkFolder::Forget(int part) const {
   fs::remove(fs::u8path(Log(part)), ignored);
 }
 
-std::string StartLine() {
-  const char* const node = std::getenv("SLURMD_NODENAME");
+std::string ThisJob() {
   const char* const job = std::getenv("SLURM_ARRAY_JOB_ID");
   const char* const task = std::getenv("SLURM_ARRAY_TASK_ID");
-  std::string line = kStart + (node ? node : "this computer");
-  if (job && task) line += std::string(", job ") + job + "_" + task;
-  return line;
+  return job && task ? std::string("job ") + job + "_" + task : std::string();
+}
+
+std::string StartLine() {
+  const char* const node = std::getenv("SLURMD_NODENAME");
+  return kStart + (node ? node : "this computer") + (ThisJob().empty() ? "" : ", " + ThisJob());
 }
 
 } // namespace cli

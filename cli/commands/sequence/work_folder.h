@@ -22,8 +22,9 @@ public:
   /** What the attempts at a part printed. */
   std::string Log(int part) const { return Path("part_" + std::to_string(part) + ".log"); }
 
-  /** Names of the nodes on which the part was begun, one an attempt, as its log has them. */
-  std::vector<std::string> Starts(int part) const;
+  /** Names of the nodes on which the part was begun, one an attempt, as its log has them; of one job alone
+   * if it is named. */
+  std::vector<std::string> Starts(int part, const std::string& job = "") const;
   /** The last line of the log; empty without one. */
   std::string LastLine(int part) const;
   /** Attempts of an earlier run no longer count. */
@@ -32,6 +33,9 @@ public:
 private:
   std::string folder_;
 };
+
+/** "job 12_3", the task of a cluster that this process is; empty for none. */
+std::string ThisJob();
 
 /** The line with which a process begins a part in its log. */
 std::string StartLine();
