@@ -209,9 +209,6 @@ struct GlEntries {
   static LONG GetSubBufferCount(const GlVertexBuffer* vb) {
     return reinterpret_cast<const ViewBuffer*>(vb)->data.Count();
   }
-  static GlVertexSubBufferData* GetSubBuffer(GlVertexBuffer* vb, LONG n) {
-    return reinterpret_cast<GlVertexSubBufferData*>(At(vb).data.At(n));
-  }
   static Bool DrawSubBuffer(const BaseDraw* bd, const GlVertexSubBufferData* vertexSub,
                             const GlVertexSubBufferData* elementSub, LONG drawCnt,
                             const GlVertexBufferDrawSubbuffer* draw, LONG vectorCnt,
