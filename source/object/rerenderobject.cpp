@@ -119,7 +119,8 @@ Bool KelvraObject::CopyTo(NodeData* dest, GeListNode* snode, GeListNode* dnode, 
                           AliasTrans* trans) {
   KelvraObject* copy = static_cast<KelvraObject*>(dest);
   copy->settingsChanged = 1;
-  copy->display.uploads = display.uploads;
+  // A node that was drawn before keeps the list of its own buffers.
+  if (!copy->display.uploads || copy->display.uploads->IsEmpty()) copy->display.uploads = display.uploads;
   if (!(addsPoints ? store.ShareTo(copy->store) : store.CopyTo(copy->store))) return FALSE;
   return SUPER::CopyTo(dest, snode, dnode, flags, trans);
 }

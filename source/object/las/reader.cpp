@@ -3,12 +3,13 @@
 #include <filesystem>
 
 #if KELVRA_HAVE_LASLIB
+#include "object/las/library_reserve.h"
 #include "object/las/stream.h"
 
 #include "lasreader.hpp"
 #include "lasreader_las.hpp"
 #include "lasreadpoint.hpp"
-#if KELVRA_LASLIB_MESSAGES
+#if KELVRA_LASLIB_BUILT
 #include "laslib_messages.h"
 #endif
 #endif
@@ -63,11 +64,12 @@ struct LasFile::Library {
   Library(ByteSource& file, const LasFindings& findings) : stream(file, findings.patches) {}
   ~Library() {
     reader.reset();
-#if KELVRA_LASLIB_MESSAGES
+#if KELVRA_LASLIB_BUILT
     kelvra_las_message(nullptr, nullptr);
 #endif
   }
 
+  LibraryReserve reserve;
   LasStream stream;
   LASreadOpener opener;
   std::unique_ptr<LASreader> reader; // header, layout of a point, the current point
@@ -125,7 +127,7 @@ std::unique_ptr<LASreadPoint> StartPoints(const LasHeader& header, LASreader& re
 
 bool LasFile::OpenLibrary(const std::string& path) {
   library_ = std::make_unique<Library>(*file_, findings_);
-#if KELVRA_LASLIB_MESSAGES
+#if KELVRA_LASLIB_BUILT
   kelvra_las_message(&LasFile::OnMessage, this);
 #endif
   try {
@@ -135,13 +137,16 @@ bool LasFile::OpenLibrary(const std::string& path) {
     } else {
       library_->reader.reset(OpenPatched(library_->stream));
     }
+    library_->reserve.Check();
     if (!library_->reader) return false;
     library_->points = StartPoints(findings_.header, *library_->reader, library_->stream);
   } catch (const std::bad_alloc&) {
     throw;
   } catch (...) {
+    library_->reserve.Check();
     return false; // the library throws integers
   }
+  library_->reserve.Check();
   const LASheader& header = library_->reader->header;
   return library_->points && header.point_data_format == findings_.header.PointFormat() &&
          library_->reader->npoints == (I64)findings_.header.Points();
@@ -157,9 +162,12 @@ bool LasFile::Next() {
   try {
     read = library_->points->read(library_->reader->point.point);
     if (!read && library_->points->error()) OnMessage(this, library_->points->error());
+  } catch (const std::bad_alloc&) {
+    throw;
   } catch (...) {
-    read = false; // the library catches its own exceptions only, not a refused allocation
+    read = false;
   }
+  library_->reserve.Check();
   remaining_ = read ? remaining_ - 1 : 0;
   return read;
 }
