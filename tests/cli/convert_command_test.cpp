@@ -126,14 +126,16 @@ TEST_F(ConvertCommand, RefusedBeforeAnythingIsLost) {
 }
 
 TEST_F(ConvertCommand, NothingLoadedWritesNothing) {
-  for (const std::string& name : {std::string("missing.xyz"), std::string("empty.xyz")}) {
-    folder_.Write("empty.xyz", "");
-    const Result result = Kelvra({"convert", folder_ / name, "--mode", "point", "-o", folder_ / "x.ply",
-                                  "--scene", folder_ / "x.scene"});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_TRUE(Holds(result.err, "nothing is written")) << result.err;
-    EXPECT_EQ(folder_.Entries(), 1u);
-  }
+  for (const std::string& cloud : {folder_ / "missing.xyz", folder_.Write("empty.xyz", "")})
+    for (const char* command : {"convert", "render"}) {
+      std::vector<std::string> arguments = {command,  cloud,   "-o",      folder_ / "x.ply",
+                                            "--mode", "point", "--scene", folder_ / "x.scene"};
+      if (*command == 'r') arguments = {command, cloud, "-o", folder_ / "x.png"};
+      const Result result = Kelvra(arguments);
+      EXPECT_EQ(result.status, 1);
+      EXPECT_TRUE(Holds(result.err, "nothing is written")) << result.err;
+      EXPECT_EQ(folder_.Entries(), 1u);
+    }
 }
 
 TEST_F(ConvertCommand, AWrittenSceneShowsTheResultInTheCloudsPlace) {

@@ -119,19 +119,14 @@ TEST(Output, EveryCommandSparesTheFilesOfOthers) {
 
 TEST(Scene, DamagedScenesAreRefusedWithOneLine) {
   const TempFolder folder;
-  const std::string cloud = folder.Write("c.xyz", kPoints), scene = folder / "c.scene";
-  ASSERT_EQ(Kelvra({"save", cloud, "-o", scene}).status, 0);
-  const std::string whole = TempFolder::Read(scene);
-  std::string flipped = whole;
-  flipped[flipped.size() / 2] ^= 1;
-  for (const std::string& content : {whole.substr(0, whole.size() / 2), whole.substr(0, 8), flipped}) {
-    const std::string bad = folder.Write("bad.scene", content);
-    for (const std::vector<std::string>& arguments :
-         {std::vector<std::string>{"scene", bad}, {"info", bad}, {"export", bad, "-o", folder / "x.txt"}}) {
-      const Result result = Kelvra(arguments);
-      EXPECT_EQ(result.status, 1) << arguments[0] << result.err;
-      EXPECT_NE(result.err.find("bad.scene"), std::string::npos) << result.err;
-    }
+  const std::string scene = folder / "c.scene", bad = folder / "bad.scene";
+  ASSERT_EQ(Kelvra({"save", folder.Write("c.xyz", kPoints), "-o", scene}).status, 0);
+  folder.Write("bad.scene", TempFolder::Read(scene).substr(0, 1000));
+  for (const std::vector<std::string>& arguments :
+       {std::vector<std::string>{"scene", bad}, {"info", bad}, {"export", bad, "-o", folder / "x.txt"}}) {
+    const Result result = Kelvra(arguments);
+    EXPECT_EQ(result.status, 1) << arguments[0] << result.err;
+    EXPECT_NE(result.err.find("bad.scene"), std::string::npos) << result.err;
   }
 }
 
@@ -150,11 +145,10 @@ TEST(Scene, PrintsEveryValueInFileOrderAndWhereLinksLead) {
   };
   collect(result.Json());
   ASSERT_EQ(arrays.size(), 4u);
-  EXPECT_EQ(arrays[0]["type"], "sreal");
-  EXPECT_EQ(arrays[0]["count"], 9);
   // x, height, y of each point.
-  EXPECT_EQ(arrays[0]["first"], nlohmann::json({1.0, 3.0, 2.0, 4.0, 6.0, 5.0}));
-  EXPECT_EQ(arrays[0]["sum"], 1 + 2 + 3 + 4 + 5 + 6 - 7 + 8.5 + 9);
+  EXPECT_EQ(arrays[0], nlohmann::json::parse(
+                           R"({"type":"sreal","count":9,"sum":31.5,"first":[1.0,3.0,2.0,4.0,6.0,5.0],
+                               "last":[4.0,6.0,5.0,-7.0,9.0,8.5]})"));
   EXPECT_EQ(arrays[2]["first"][0], 2560.0);
   EXPECT_EQ(arrays[3]["count"], 3);
   // The selection and the video post lead to the cloud, which stands behind them in the file.
@@ -206,25 +200,6 @@ TEST(Usage, MistakesExitWithTwo) {
   EXPECT_EQ(Kelvra({"save", "x.xyz"}).status, 2);
   EXPECT_EQ(Kelvra({"--help"}).status, 0);
   EXPECT_EQ(Kelvra({"info", "/nonexistent.laz"}).status, 1);
-}
-
-TEST(Generated, EveryFormatLoadsTheSameLandscape) {
-  const TempFolder folder;
-  std::vector<std::string> names = {"t.xyz", "t.pts"};
-#ifdef KELVRA_HAVE_LASLIB
-  names.insert(names.end(), {"t.las", "t.laz"});
-#endif
-  nlohmann::json first;
-  for (const std::string& name : names) {
-    ASSERT_EQ(RunProgram("make_cloud", {folder / name, "--points", "5000"}).status, 0);
-    const nlohmann::json info = Kelvra({"info", "--json", folder / name}).Json();
-    EXPECT_EQ(info["points"], 5000) << name;
-    if (first.is_null()) first = info;
-    for (const char* corner : {"min", "max"})
-      for (int axis = 0; axis < 3; ++axis)
-        EXPECT_NEAR(info["bbox"][corner][axis].get<double>(), first["bbox"][corner][axis].get<double>(), 0.6)
-            << name;
-  }
 }
 
 } // namespace

@@ -84,15 +84,6 @@ TEST_F(RenderCommand, AnOutputThatCannotBeWrittenIsReportedBeforeAnythingIsLoade
   }
 }
 
-TEST_F(RenderCommand, WithoutAPointNothingIsWritten) {
-  for (const std::string& file : {folder_.Write("empty.xyz", ""), folder_ / "missing.xyz"}) {
-    const Result result = Kelvra({"render", file, "-o", folder_ / "none.png"});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_FALSE(fs::exists(folder_ / "none.png"));
-    EXPECT_NE(result.err.find("nothing is written"), std::string::npos) << result.err;
-  }
-}
-
 TEST_F(RenderCommand, WhatCannotBeRenderedLeavesNoFile) {
   for (const std::string fault : {"allocation=60:100000", "userbreak=1"}) {
     const Result result = Render({"-o", folder_ / "none.png", "--size", "64x64", "--fault", fault});

@@ -4,39 +4,25 @@
 
 namespace {
 
-class Editable : public ConvertTest {
-protected:
-  void SetUp() override {
-    ConvertTest::SetUp();
-    op_->Remove();
-    BaseObject::Free(op_);
-  }
-  /** The cloud is gone afterwards. */
-  BaseObject* Replace(Mode mode) {
-    Build(mode);
-    std::string error;
-    BaseObject* result = host::MakeEditable(op_, &error);
-    EXPECT_NE(result, nullptr) << error;
-    return result;
-  }
-};
+using Editable = ConvertTest;
 
-TEST_F(Editable, TheResultTakesPlaceNameChildrenAndLinks) {
+TEST_F(Editable, TheResultTakesPlaceNameAndChildren) {
   for (const Mode mode : {kPoints, kHair, kSpline, kEmpty}) {
     SCOPED_TRACE(mode);
+    BaseObject* next = doc_->GetFirstObject();
     op_ = host::CreateObjectFromMenu(doc_, kCloud);
     Give(Scatter(5));
     op_->SetName("cloud");
     op_->SetMl(kPlace);
     BaseObject* child = BaseObject::Alloc(Onull);
     doc_->InsertObject(child, op_, NULL);
-    BaseObject* next = op_->GetNext();
     const std::vector<Vector> places = InWorld(Positions());
-    BaseObject* result = Replace(mode);
-    EXPECT_EQ(doc_->GetFirstObject(), result);
-    EXPECT_EQ(result->GetNext(), next);
+    Build(mode);
+    std::string error;
+    BaseObject* result = host::MakeEditable(op_, &error); // the cloud is gone afterwards
+    ASSERT_NE(result, nullptr) << error;
+    EXPECT_TRUE(doc_->GetFirstObject() == result && result->GetNext() == next && result->GetDown() == child);
     EXPECT_EQ(result->GetName(), String("cloud"));
-    EXPECT_EQ(result->GetDown(), child);
     EXPECT_EQ(result->GetCache(NULL), nullptr);
     if (mode != kPoints && mode != kSpline) continue;
     for (std::size_t i = 0; i < places.size(); ++i)

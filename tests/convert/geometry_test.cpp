@@ -16,7 +16,8 @@ struct Share {
   double ratio;
   LONG count;
 };
-const Share kShares[] = {{0.0, 0}, {0.5, 40}, {0.99, 79}, {1.0, 80}, {1.5, 120}};
+const Share kShares[] = {{0.0, 0},   {-1.0, 0}, {0.01, 0},  {0.5, 40},
+                         {0.99, 79}, {1.0, 80}, {1.5, 120}, {std::nan(""), 0}};
 
 TEST_F(Geometry, PointsCarryPositionsAndColoursOfTheFirstOnesAndTheBoxIsTheirs) {
   const std::vector<Vector> all = Positions(), colors = Colors();
@@ -51,17 +52,6 @@ TEST_F(Geometry, PointsCarryPositionsAndColoursOfTheFirstOnesAndTheBoxIsTheirs) 
   }
 }
 
-TEST_F(Geometry, PointsThatArriveLaterAreConvertedToo) {
-  EXPECT_EQ(PointsOf(Build(kPoints)).size(), 80u);
-  Give(Scatter(3));
-  EXPECT_EQ(PointsOf(Build(kPoints)).size(), 83u);
-  Add({{Vector(1, 2, 3)}});
-  EXPECT_EQ(PointsOf(Build(kPoints)).size(), 84u) << "loaded by the button";
-  Cloud().settingsChanged = 0;
-  const BaseObject* cache = Build(kPoints);
-  EXPECT_EQ(Build(kPoints), cache) << "without a change nothing is built";
-}
-
 TEST_F(Geometry, HairStandsOnEachPointAtTheSameHeight) {
   Build(kPoints); // leaves a box
   for (const Share& share : kShares)
@@ -93,8 +83,10 @@ TEST_F(Geometry, ModesWithoutAResultBuildAnEmptyNullObject) {
     ExpectEmpty(Build(mode));
   }
   EXPECT_TRUE(Printed().empty());
-  application_.GetLibraries().hair = false;
-  ExpectEmpty(Build(kHair));
+  host::Libraries& libraries = application_.GetLibraries();
+  libraries.hair = libraries.particles = libraries.emitter = false;
+  for (const LONG mode : {kHair, kParticles, kEmitter}) ExpectEmpty(Build(mode));
+  libraries.emitter = true;
   Set(KELVRA_POINT_SHARE, GeData(1e300));
   application_.GetFaults().FailAt(host::Fault::LargeBlock, 1, -1);
   for (const LONG mode : {kPoints, kSpline, kEmitter}) ExpectEmpty(Build(mode));
@@ -111,7 +103,8 @@ TEST_F(Geometry, AResultIsKeptUntilSomethingItDependsOnChanges) {
   } cases[] = {{"nothing", [] {}, false},
                {"flag", [this] { Cloud().settingsChanged = 1; }, true},
                {"parameter", [this] { Set(KELVRA_OBJECT_SIZE, GeData(100.0)); }, true},
-               {"points", [this] { Give(Scatter(1)); }, true}};
+               {"points", [this] { Give(Scatter(1)); }, true},
+               {"points by the button", [this] { Add({{Vector(1, 2, 3)}}); }, true}};
   for (const LONG mode : {kPoints, kHair, kParticles, kSpline})
     for (const auto& c : cases) {
       SCOPED_TRACE(testing::Message() << mode << " " << c.what);

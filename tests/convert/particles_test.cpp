@@ -84,14 +84,6 @@ TEST_F(Particles, NoMoreAreMadeThanTheSystemAllows) {
   EXPECT_TRUE(Printed().empty());
 }
 
-TEST_F(Particles, WithoutTheLibrariesNothingHappens) {
-  application_.GetLibraries().particles = application_.GetLibraries().emitter = false;
-  for (const LONG mode : {kParticles, kEmitter}) ExpectEmpty(Build(mode));
-  EXPECT_EQ(Linked(), nullptr);
-  EXPECT_EQ(op_->GetNext(), nullptr);
-  EXPECT_TRUE(Printed().empty());
-}
-
 class Emitter : public Particles {
 protected:
   void ExpectFilled(BaseObject* op) {

@@ -69,7 +69,7 @@ TEST_F(GeometryTest, BoxHoldsAllFinitePoints) {
 
 TEST_F(GeometryTest, VertexMapOfAnotherLengthIsReported) {
   PolygonObject* op = AddFigure();
-  AsModule(0, [&] {
+  AsModule([&] {
     for (const LONG count : {6, 5}) EXPECT_NE(op->MakeVariableTag(Tvertexmap, count), nullptr);
     op->InsertTag(VertexMapTag::Alloc(7));
   });
@@ -118,21 +118,6 @@ TEST_F(GeometryTest, NodesAreInsertedOnlyWhereTheyCanLie) {
   EXPECT_EQ(Save(), before) << "what was refused moved nothing";
   const std::string start = "host misbehaves: a node is inserted ";
   expected_ = {start + "below itself", start + "where nodes of its kind cannot lie", start + "at no place"};
-}
-
-TEST_F(GeometryTest, DeformedResultBelongsToItsObject) {
-  BaseObject* op = AddFigure();
-  const LLONG nodes = application_->Live().nodes;
-  for (int round = 0; round < 2; ++round) {
-    BaseObject* deformed = PolygonObject::Alloc(1, 0);
-    host::SetDeformCache(*host::Impl(op), host::Impl(deformed));
-    EXPECT_EQ(op->GetDeformCache(), deformed);
-    EXPECT_EQ(deformed->GetUp(), nullptr);
-    EXPECT_EQ(application_->Live().nodes, nodes + 1);
-  }
-  EXPECT_EQ(AutoFree<BaseObject>(Clone(op))->GetDeformCache(), nullptr);
-  BaseObject::Free(op);
-  EXPECT_EQ(application_->Live().nodes, nodes - 1);
 }
 
 TEST_F(GeometryTest, UndoBringsPointsPolygonsAndTagsBack) {

@@ -47,8 +47,6 @@ TEST_F(ContextTest, GlErrorsAreCountedKeptAndDelivered) {
   EXPECT_EQ(context_->ErrorCount(), 100);
   EXPECT_EQ(heard.size(), 100u);
   EXPECT_EQ(context_->Errors().size(), 64u);
-  EXPECT_NE(context_->Errors().front().find("GL_INVALID_ENUM"), std::string::npos)
-      << context_->Errors().front();
   context_->ClearErrors();
 }
 

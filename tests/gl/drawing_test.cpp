@@ -30,12 +30,6 @@ TEST_F(DrawingTest, NearerPointsCoverFartherOnesInAnyOrder) {
   EXPECT_EQ(depth[8], 1.0f) << "the row below was cleared to the farthest";
 }
 
-TEST_F(DrawingTest, PointSizeIsTheSideOfASquare) {
-  auto factory = PlainProgram("3.0");
-  Draw(*factory, {{-0.625f, 0.25f, 0, 1, 0, 0}});
-  EXPECT_EQ(Rows(), (Strings{"111.....", "111.....", "111.....", "........"}));
-}
-
 TEST_F(DrawingTest, VerticesThatWriteNothingAreOutsideTheView) {
   auto factory = NewFactory();
   BeginBody(*factory);
@@ -45,22 +39,6 @@ TEST_F(DrawingTest, VerticesThatWriteNothingAreOutsideTheView) {
   ASSERT_TRUE(factory->CompilePrograms()) << factory->LastError();
   Draw(*factory, {{-0.125f, 0.75f, 0, 0, 0, 0}, {0.125f, 0.75f, 0, 0, 0, 0}});
   EXPECT_EQ(Rows(), (Strings{"...7....", "........", "........", "........"}));
-}
-
-TEST_F(DrawingTest, TransformMatrixIsGivenByColumns) {
-  auto factory = PlainProgram();
-  const float shift[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0.5f, -1, 0, 1};
-  Draw(*factory, {{-0.875f, 0.75f, 0, 1, 1, 1}}, 5, shift);
-  EXPECT_EQ(Rows(), (Strings{"........", "........", "..7.....", "........"}));
-}
-
-TEST_F(DrawingTest, MultisampledTargetsAreResolvedForReading) {
-  target_ = Framebuffer::Create(context_, kWidth, kHeight, 4, &error_);
-  ASSERT_TRUE(target_) << error_;
-  ASSERT_TRUE(target_->Clear(0, 0, 0, 0, &error_));
-  auto factory = PlainProgram("2.0");
-  Draw(*factory, {{-0.75f, 0.5f, 0, 1, 0, 0}});
-  EXPECT_EQ(Rows(), (Strings{"11......", "11......", "........", "........"}));
 }
 
 } // namespace

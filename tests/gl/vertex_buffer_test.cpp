@@ -77,17 +77,6 @@ TEST_F(VertexBufferTest, RefusesLayoutsThatCannotBe) {
   }
 }
 
-TEST_F(VertexBufferTest, WiderStrideReadsEverySecondRecord) {
-  const PointVertex data[] = {
-      {-0.875f, 0.75f, 0, 1, 0, 0}, {0.875f, 0.75f, 0, 0, 1, 0}, {0.125f, -0.75f, 0, 0, 0, 1}};
-  const SubBuffer* sub = buffer_->Allocate(BufferType::Vertices, sizeof(data), data, &error_);
-  std::vector<VertexAttribute> half = PointLayout();
-  for (VertexAttribute& attribute : half) attribute.stride = 48;
-  EXPECT_EQ(TryDraw(sub, nullptr, {{5, 2, 0}}, half), "");
-  EXPECT_EQ(Rows(), (Strings{"1.......", "........", "........", "....4..."}));
-  EXPECT_NE(TryDraw(sub, nullptr, {{5, 3, 0}}, half), "");
-}
-
 TEST_F(VertexBufferTest, IndexedDrawsAreHeldToBothBuffers) {
   const SubBuffer* sub = Vertices(4);
   const std::uint16_t good[] = {3, 0}, bad[] = {0, 4};

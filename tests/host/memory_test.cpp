@@ -1,3 +1,4 @@
+#include "host/base/module_scope.h"
 #include "host/memory/memory.h"
 #include "support/probe_plugins.h"
 
@@ -16,22 +17,12 @@ long long ResidentBytes() {
 
 class HostMemory : public HostTest {
 protected:
-  void SetUp() override {
-    HostTest::SetUp();
-    probe_ = Add(kProbe, "probe");
-  }
   /** Runs as plug-in code. */
   template <class F>
-  void InModule(F work) {
-    Probe::onMessage = [&](Probe&, GeListNode*, LONG, void*) {
-      work();
-      return TRUE;
-    };
-    probe_->Message(1);
-    Probe::onMessage = nullptr;
+  static void InModule(F work) {
+    const host::ModuleScope scope;
+    work();
   }
-
-  BaseObject* probe_ = NULL;
 };
 
 TEST_F(HostMemory, SizesOutsideTheBoundsAreRefused) {
@@ -71,12 +62,10 @@ TEST_F(HostMemory, UntouchedGigabytesCostNothing) {
   }
   EXPECT_LT(ResidentBytes() - before, 32 << 20);
   block = (char*)GeReallocNC(block, 1000); // back to an ordinary block
-  EXPECT_EQ(block[0], 1);
-  char* large = (char*)GeReallocNC(block, 2 * kGiB);
-  ASSERT_NE(large, nullptr);
-  EXPECT_EQ(large[0], 1);
-  EXPECT_EQ(large[2 * kGiB - 1], 0);
-  GeFree(large);
+  block = (char*)GeReallocNC(block, 2 * kGiB);
+  ASSERT_NE(block, nullptr);
+  EXPECT_TRUE(block[0] == 1 && block[2 * kGiB - 1] == 0);
+  GeFree(block);
   EXPECT_LT(ResidentBytes() - before, 32 << 20);
 }
 
@@ -103,8 +92,7 @@ TEST_F(HostMemory, CountsComeBackToWhereTheyWere) {
       for (void*& block : blocks) GeFree(block);
     });
   for (std::thread& thread : threads) thread.join();
-  EXPECT_EQ(application_->Live().blocks, before.blocks);
-  EXPECT_EQ(application_->Live().bytes, before.bytes);
+  ExpectLive(*application_, before);
 }
 
 TEST_F(HostMemory, BlocksBeyondWhatIsFreeAreRefusedWhenAskedFor) {
@@ -119,43 +107,28 @@ TEST_F(HostMemory, BlocksBeyondWhatIsFreeAreRefusedWhenAskedFor) {
   GeFree(block);
 }
 
-TEST_F(HostMemory, InjectedRefusalsStrikeModulesOnly) {
-  host::Faults& faults = application_->GetFaults();
-  faults.FailAt(host::Fault::Allocation, 1, -1);
-  const String own("the host's own text");
-  EXPECT_EQ(own.GetLength(), 19);
-  bool refused = false;
-  InModule([&] {
-    void* block = GeAlloc(10);
-    refused = block == NULL;
-    GeFree(block);
-  });
-  EXPECT_TRUE(refused);
-}
-
-TEST_F(HostMemory, TheNthCallOfAKindFails) {
-  host::Faults& faults = application_->GetFaults();
-  std::string got;
-  const auto ask = [&](VLONG size) {
-    void* block = GeAllocNC(size);
-    got += block ? 'y' : 'n';
-    GeFree(block);
-  };
-  Probe::onMessage = [&](Probe&, GeListNode*, LONG, void*) {
-    for (const VLONG size : {(VLONG)1, kGiB, (VLONG)2, 2 * kGiB, 3 * kGiB}) ask(size);
-    return TRUE;
-  };
-  faults.FailAt(host::Fault::LargeBlock, 2);
-  probe_->Message(1);
-  faults.Clear();
-  faults.FailAt(host::Fault::Allocation, 2, 2);
-  probe_->Message(1);
-  faults.Clear();
-  faults.FailAt(host::Fault::TemporaryBlock, 1, -1); // nothing is being drawn
-  probe_->Message(1);
-  EXPECT_EQ(got, "yyyny"
-                 "ynnyy"
-                 "yyyyy");
+TEST_F(HostMemory, TheNthCallOfAKindFailsInModulesOnly) {
+  const struct {
+    host::Fault kind;
+    int from, count;
+    const char* got; ///< of five blocks
+  } cases[] = {{host::Fault::LargeBlock, 2, 1, "yyyny"},
+               {host::Fault::Allocation, 2, 2, "ynnyy"},
+               {host::Fault::TemporaryBlock, 1, -1, "yyyyy"}}; // nothing is being drawn
+  for (const auto& c : cases) {
+    std::string got;
+    application_->GetFaults().FailAt(c.kind, c.from, c.count);
+    EXPECT_EQ(String("the host's own text").GetLength(), 19);
+    InModule([&] {
+      for (const VLONG size : {(VLONG)1, kGiB, (VLONG)2, 2 * kGiB, 3 * kGiB}) {
+        void* block = GeAllocNC(size);
+        got += block ? 'y' : 'n';
+        GeFree(block);
+      }
+    });
+    application_->GetFaults().Clear();
+    EXPECT_EQ(got, c.got);
+  }
 }
 
 TEST_F(HostMemory, ArraysThatCannotGrowSaySo) {

@@ -1,4 +1,3 @@
-#include "support/folder.h"
 #include "support/probe_plugins.h"
 
 namespace {
@@ -52,15 +51,6 @@ INSTANTIATE_TEST_SUITE_P(
         BrokenModule{"start_throws", "start refused", "in PluginStart: bad start", true}),
     [](const auto& broken) { return std::string(broken.param.name); });
 
-TEST(Modules, AFileThatIsNoLibraryIsRefused) {
-  const TempFolder folder;
-  const std::string path = folder.Write("no_library.so", "text");
-  host::Application application;
-  std::string error;
-  EXPECT_FALSE(application.LoadModule(path, &error));
-  EXPECT_TRUE(Contains(error, "cannot be opened")) << error;
-}
-
 class SoundModule : public testing::Test {
 protected:
   void SetUp() override {
@@ -69,13 +59,6 @@ protected:
     doc_ = application_.NewDocument();
     op_ = host::CreateObjectFromMenu(doc_, 1099101);
     ASSERT_NE(op_, nullptr);
-  }
-  /** What is reported when all is closed after one button. */
-  std::vector<std::string> After(LONG button) {
-    application_.PressButton(op_, button);
-    std::vector<std::string> lines = application_.Misbehaviour();
-    for (const std::string& line : application_.Close()) lines.push_back(line);
-    return lines;
   }
 
   host::Application application_;
@@ -100,38 +83,31 @@ TEST_F(SoundModule, RegistersWorksAndLeavesNothingAlive) {
   application_.CloseDocument(doc_);
   application_.UnloadModules();
   EXPECT_EQ(application_.GetConsole().Lines().back(), "end");
-  const host::LiveCounts live = application_.Live();
-  EXPECT_EQ(live.nodes, 0);
-  EXPECT_EQ(live.nodeData, 0);
-  EXPECT_EQ(live.bitmaps, 0);
+  EXPECT_EQ(application_.Live().nodes + application_.Live().nodeData + application_.Live().bitmaps, 0);
   EXPECT_EQ(application_.Close(), std::vector<std::string>());
 }
 
-TEST_F(SoundModule, ABlockThatIsNeverFreedIsNamedByItsPlace) {
-  const std::vector<std::string> lines = After(1);
-  ASSERT_EQ(lines.size(), 1u);
-  EXPECT_TRUE(Contains(lines[0], "module misbehaves: 1 block ")) << lines[0];
-  EXPECT_TRUE(Contains(lines[0], "modules/plugin_module.cpp:")) << lines[0];
-}
+struct Fault {
+  LONG button;
+  std::vector<const char*> parts; ///< of the one line that is reported when all is closed
+};
 
-TEST_F(SoundModule, ANodeThatIsNeverFreedIsReportedAndTakenAway) {
-  const std::vector<std::string> lines = After(2);
-  ASSERT_EQ(lines.size(), 1u);
-  EXPECT_TRUE(Contains(lines[0], "1 node of type 1099101 is still alive")) << lines[0];
+class FaultyModule : public SoundModule, public testing::WithParamInterface<Fault> {};
+
+TEST_P(FaultyModule, IsReportedOnceAndLeavesNothing) {
+  application_.PressButton(op_, GetParam().button);
+  std::vector<std::string> lines = application_.Misbehaviour();
+  for (const std::string& line : application_.Close()) lines.push_back(line);
+  ASSERT_EQ(lines.size(), 1u) << testing::PrintToString(lines);
+  for (const char* part : GetParam().parts) EXPECT_TRUE(Contains(lines[0], part)) << lines[0];
   EXPECT_EQ(application_.Live().nodeData, 0);
 }
 
-TEST_F(SoundModule, AnExceptionStopsAtTheFence) {
-  const std::vector<std::string> lines = After(3);
-  ASSERT_EQ(lines.size(), 1u);
-  EXPECT_TRUE(Contains(lines[0], "button of doom")) << lines[0];
-  EXPECT_TRUE(Contains(lines[0], "Message")) << lines[0];
-}
-
-TEST_F(SoundModule, FreeingTwiceIsReportedAndHarmless) {
-  const std::vector<std::string> lines = After(4);
-  ASSERT_EQ(lines.size(), 1u);
-  EXPECT_TRUE(Contains(lines[0], "module misbehaves: free of")) << lines[0];
-}
+INSTANTIATE_TEST_SUITE_P(
+    Modules, FaultyModule,
+    testing::Values(Fault{1, {"module misbehaves: 1 block ", "modules/plugin_module.cpp:"}}, // never freed
+                    Fault{2, {"1 node of type 1099101 is still alive"}},
+                    Fault{3, {"button of doom", "Message"}},    // an exception
+                    Fault{4, {"module misbehaves: free of"}})); // freed twice
 
 } // namespace

@@ -1,5 +1,4 @@
 #include "host/nodes/node.h"
-#include "host/nodes/object_calls.h"
 #include "support/probe_plugins.h"
 
 #include <thread>
@@ -54,14 +53,6 @@ TEST_F(Nodes, TheTreeKeepsOrderAndGlobalMatrices) {
   twin->SetName("b");
   doc_->InsertObject(twin, NULL, b, TRUE);
   EXPECT_EQ(Text(twin->GetName()), "b.1");
-}
-
-TEST_F(Nodes, TypesAnswerToTheirBases) {
-  BaseObject* polygon = Add(Opolygon, "p");
-  EXPECT_TRUE(polygon->IsInstanceOf(Opoint) && polygon->IsInstanceOf(Obase));
-  EXPECT_FALSE(polygon->IsInstanceOf(Onull));
-  EXPECT_TRUE(Add(kProbe, "x")->IsInstanceOf(Obase));
-  EXPECT_TRUE(doc_->GetActiveRenderData()->IsInstanceOf(Rbase));
 }
 
 TEST_F(Nodes, LinksOutliveTheirTargets) {
@@ -129,20 +120,6 @@ TEST_F(Nodes, DirtyCountsFollowTheirKind) {
   EXPECT_TRUE(op->IsDirty(DIRTYFLAGS_DATA));
 }
 
-TEST_F(Nodes, DocumentsHaveHooksRenderSettingsAndInherentVideoPosts) {
-  EXPECT_NE(doc_->FindSceneHook(kProbeHook), nullptr);
-  EXPECT_EQ(doc_->FindSceneHook(12), nullptr);
-  RenderData* settings = doc_->GetActiveRenderData();
-  EXPECT_EQ(settings->GetFirstVideoPost(), nullptr);
-  for (int i = 0; i < 2; ++i) {
-    host::AddInherentVideoPosts(*host::Impl(settings));
-    EXPECT_EQ(settings->GetFirstVideoPost()->GetType(), kProbePost);
-    EXPECT_EQ(settings->GetFirstVideoPost()->GetNext(), nullptr) << "made once";
-  }
-  doc_->SetTime(BaseTime(3, 30));
-  EXPECT_EQ(doc_->GetTime().GetFrame(doc_->GetFps()), 3);
-}
-
 TEST_F(Nodes, CallsOnOtherThreadsAreReported) {
   BaseObject* op = Add(Onull, "op");
   std::thread([&] { op->GetMl(); }).join();
@@ -177,28 +154,27 @@ protected:
 TEST_F(Undo, AChangeGoesBackAndForth) {
   BaseObject* op = Add(kProbe, "before");
   BaseObject* child = Add(kProbe, "child", op);
+  const auto state = [&] {
+    EXPECT_EQ(op->GetDataInstance()->GetLink(5, doc_), op->GetDown());
+    EXPECT_EQ(op->GetNodeData()->Get(), (GeListNode*)op);
+    return std::tuple(Text(op->GetName()), NumberOf(op), NumberOf(op->GetDown()), op->GetMl().off.x);
+  };
   NumberOf(op) = 1;
   NumberOf(child) = 10;
   op->GetDataInstance()->SetLink(5, child);
+  const auto before = state();
   Step(UNDOTYPE_CHANGE, op);
   op->SetName("after");
   NumberOf(op) = 2;
   NumberOf(child) = 20;
   op->SetMl(MatrixMove(Vector(4, 5, 6)));
+  const auto after = state();
   for (int round = 0; round < 2; ++round) {
     ASSERT_TRUE(doc_->DoUndo());
-    EXPECT_EQ(Text(op->GetName()), "before");
-    EXPECT_EQ(NumberOf(op), 1);
-    EXPECT_EQ(NumberOf(op->GetDown()), 10);
-    EXPECT_EQ(op->GetMl(), Matrix());
-    EXPECT_EQ(op->GetDataInstance()->GetLink(5, doc_), op->GetDown());
-    EXPECT_EQ(op->GetNodeData()->Get(), (GeListNode*)op);
+    EXPECT_EQ(state(), before);
     EXPECT_FALSE(doc_->DoUndo());
     ASSERT_TRUE(doc_->DoRedo());
-    EXPECT_EQ(Text(op->GetName()), "after");
-    EXPECT_EQ(NumberOf(op), 2);
-    EXPECT_EQ(NumberOf(op->GetDown()), 20);
-    EXPECT_EQ(op->GetDataInstance()->GetLink(5, doc_), op->GetDown());
+    EXPECT_EQ(state(), after);
     EXPECT_FALSE(doc_->DoRedo());
   }
 }

@@ -6,24 +6,10 @@
 namespace {
 
 constexpr LONG kDescribed = 1099301;
-enum {
-  kSize = 1000,
-  kCount = 1001,
-  kShade = 1002,
-  kName = 1003,
-  kPlace = 1004,
-  kPartner = 1005,
-  kButton = 1006,
-  kOn = 1007,
-  kOwn = 1008,
-  kPath = 1009
-};
+enum { kSize = 1000, kCount, kShade, kName, kPlace, kPartner, kButton, kOn, kOwn, kPath };
+const char* const kNames[] = {"Size",    "Count",  "Shade", "Name", "Place",
+                              "Partner", "Button", "On",    "Own",  "Path"};
 
-const char* const kHeader = R"(enum {
-  PROBE_SIZE = 1000, PROBE_COUNT = 1001, PROBE_SHADE = 1002, PROBE_NAME = 1003, PROBE_PLACE = 1004,
-  PROBE_PARTNER = 1005, PROBE_BUTTON = 1006, PROBE_ON = 1007, PROBE_OWN = 1008, PROBE_PATH = 1009,
-  PROBE_SHADE_DARK = 3, PROBE_SHADE_LIGHT = 5
-};)";
 const char* const kContainer = R"(CONTAINER Oprobe
 {
   NAME Oprobe;
@@ -42,13 +28,6 @@ const char* const kContainer = R"(CONTAINER Oprobe
     FILENAME PROBE_PATH { }
   }
 })";
-const char* const kStrings = R"(STRINGTABLE Oprobe
-{
-  Oprobe "Probe"; PROBE_SIZE "Size"; PROBE_COUNT "Count"; PROBE_SHADE "Shade"; PROBE_NAME "Name";
-  PROBE_PLACE "Place"; PROBE_PARTNER "Partner"; PROBE_BUTTON "Button"; PROBE_ON "On"; PROBE_OWN "Own"; PROBE_PATH "Path";
-  PROBE_SHADE_DARK "Rather Dark"; PROBE_SHADE_LIGHT "Light";
-})";
-
 /** Keeps one parameter to itself. */
 class Described : public Probe {
 public:
@@ -77,7 +56,16 @@ class Parameters : public HostTest {
 protected:
   void SetUp() override {
     HostTest::SetUp();
-    files_.WriteDescription("oprobe", kHeader, kContainer, kStrings);
+    std::string header = "enum { PROBE_SHADE_DARK = 3, PROBE_SHADE_LIGHT = 5, NEXT = 999",
+                strings = "Oprobe \"Probe\";";
+    for (const std::string name : kNames) {
+      std::string symbol = "PROBE_" + name;
+      std::transform(symbol.begin(), symbol.end(), symbol.begin(), ::toupper);
+      header += ", " + symbol;
+      strings += symbol + " \"" + name + "\";";
+    }
+    strings += "PROBE_SHADE_DARK \"Rather Dark\"; PROBE_SHADE_LIGHT \"Light\";";
+    files_.WriteDescription("oprobe", header + " };", kContainer, "STRINGTABLE Oprobe {" + strings + "}");
     ASSERT_TRUE(resource.Init(Filename(files_.Path().string().c_str())));
     ASSERT_TRUE(RegisterObjectPlugin(kDescribed, "Described", 0, Described::Alloc, "Oprobe", NULL, 0));
     op_ = Add(kDescribed, "op");
@@ -101,6 +89,17 @@ protected:
   }
   Bool Set(const DescID& id, const GeData& data, DESCFLAGS_SET flags = DESCFLAGS_SET_0) {
     return op_->SetParameter(id, data, flags);
+  }
+
+  /** "name=value"; the error, empty when it is taken. */
+  std::string SetFromText(const std::string& text) {
+    const std::size_t equals = text.find('=');
+    const LONG id = application_->FindParameter(op_, text.substr(0, equals));
+    EXPECT_GE(id, 0) << text;
+    std::string error;
+    const bool taken = application_->SetParameterFromText(op_, id, text.substr(equals + 1), &error);
+    EXPECT_EQ(taken, error.empty()) << error;
+    return error;
   }
 
   const ResourceFiles files_;
@@ -193,48 +192,28 @@ TEST_F(Parameters, PlacementLivesInTheMatrix) {
 
 TEST_F(Parameters, TextsAreCheckedAgainstTypeAndRange) {
   Add(Onull, "Partner");
-  const struct {
-    const char* name;
-    const char* text;
-    const char* error; ///< part of it, NULL when the value is good
-  } cases[] = {
-      {"PROBE_SIZE", "1.25", NULL},
-      {"size", "125%", NULL},
-      {"size", "2.5", "from 0 to 2"},
-      {"size", "abc", "expected a number"},
-      {"size", "1.5x", "expected a number"},
-      {"size", "nan", "expected a number"},
-      {"size", "", "expected a number"},
-      {"count", "0", "above 0 to 9"},
-      {"count", "1.5", "whole number"},
-      {"count", "9", NULL},
-      {"shade", "5", NULL},
-      {"shade", "light", NULL},
-      {"Shade", "rather dark", NULL},
-      {"shade", "4", "3 (Rather Dark), 5 (Light)"},
-      {"place", "1,2,3", NULL},
-      {"place", "1 2 3", NULL},
-      {"place", "1,2", "X,Y,Z"},
-      {"place", "1,2,3,4", "X,Y,Z"},
-      {"place", "-11,0,0", "from -10"},
-      {"on", "yes", NULL},
-      {"on", "2", "0 or 1"},
-      {"partner", "Partner", NULL},
-      {"partner", "Nobody", "name of an object"},
-      {"button", "1", "a button has no value"},
-      {"path", "/x/y", NULL},
-      {"name", "any text", NULL},
-  };
-  for (const auto& c : cases) {
-    const LONG id = application_->FindParameter(op_, c.name);
-    ASSERT_GE(id, 0) << c.name;
-    std::string error;
-    EXPECT_EQ(application_->SetParameterFromText(op_, id, c.text, &error), c.error == NULL)
-        << c.name << "=" << c.text << error;
-    if (c.error) {
-      EXPECT_NE(error.find(c.error), std::string::npos) << error;
-      EXPECT_NE(error.find(std::string("\"") + c.text + "\""), std::string::npos) << error;
-    }
+  for (const std::string text :
+       {"PROBE_SIZE=1.25", "size=125%", "count=9", "shade=5", "shade=light", "Shade=rather dark",
+        "place=1,2,3", "place=1 2 3", "on=yes", "partner=Partner", "path=/x/y", "name=any text"})
+    EXPECT_EQ(SetFromText(text), "") << text;
+  const std::pair<const char*, const char*> bad[] = {{"size=2.5", "from 0 to 2"},
+                                                     {"size=abc", "expected a number"},
+                                                     {"size=1.5x", "expected a number"},
+                                                     {"size=nan", "expected a number"},
+                                                     {"size=", "expected a number"},
+                                                     {"count=0", "above 0 to 9"},
+                                                     {"count=1.5", "whole number"},
+                                                     {"shade=4", "3 (Rather Dark), 5 (Light)"},
+                                                     {"place=1,2", "X,Y,Z"},
+                                                     {"place=1,2,3,4", "X,Y,Z"},
+                                                     {"place=-11,0,0", "from -10"},
+                                                     {"on=2", "0 or 1"},
+                                                     {"partner=Nobody", "name of an object"},
+                                                     {"button=1", "a button has no value"}};
+  for (const auto& [text, part] : bad) {
+    const std::string error = SetFromText(text), value = std::strchr(text, '=') + 1;
+    EXPECT_NE(error.find(part), std::string::npos) << text << error;
+    EXPECT_NE(error.find('"' + value + '"'), std::string::npos) << error;
   }
   EXPECT_EQ(op_->GetDataInstance()->GetReal(kSize), 1.25);
   EXPECT_EQ(op_->GetDataInstance()->GetLong(kShade), 3);

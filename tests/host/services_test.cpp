@@ -28,40 +28,18 @@ TEST_F(HostServices, DialogsTakeTheirAnswersInOrder) {
   EXPECT_FALSE(dialogs.Shown()[4].file);
 }
 
-TEST_F(HostServices, TheConsoleKeepsLinesAndStatus) {
-  std::string seen;
-  application_->GetConsole().SetSink([&](const std::string& line) { seen = line; });
-  GePrint("gr\xc3\xbc\xc3\x9f");
-  StatusSetText("Loading : 1 of 2");
-  StatusSetBar(150);
-  StatusClear();
-  EXPECT_EQ(seen, "gr\xc3\xbc\xc3\x9f");
-  EXPECT_EQ(application_->GetConsole().StatusTexts().back(), "Loading : 1 of 2");
-  EXPECT_EQ(application_->GetConsole().StatusBars().back(), 150)
-      << "as it was said; only the drawing is clamped";
-}
-
 TEST_F(HostServices, FaultTextsAreChecked) {
-  const struct {
-    const char* text;
-    bool good;
-  } cases[] = {{"allocation=3", true},
-               {"write=2:5", true},
-               {"userbreak=1", true},
-               {"allocation=0", false},
-               {"allocation=", false},
-               {"write=1:0", false},
-               {"write=a", false},
-               {"nothing=1", false},
-               {"", false},
-               {"write=-1", false},
-               {"write=99999999999999999999", false}};
-  for (const auto& c : cases) {
-    host::Faults faults;
-    std::string error;
-    EXPECT_EQ(faults.Parse(c.text, &error), c.good) << c.text;
-    EXPECT_EQ(error.empty(), c.good) << c.text;
-  }
+  const auto parse = [](const char* text) {
+    host::Faults parsed;
+    std::string reason;
+    const bool taken = parsed.Parse(text, &reason);
+    EXPECT_EQ(taken, reason.empty()) << text;
+    return taken;
+  };
+  for (const char* good : {"allocation=3", "write=2:5", "userbreak=1"}) EXPECT_TRUE(parse(good)) << good;
+  for (const char* bad : {"allocation=0", "allocation=", "write=1:0", "write=a", "nothing=1", "", "write=-1",
+                          "write=99999999999999999999"})
+    EXPECT_FALSE(parse(bad)) << bad;
   host::Faults faults;
   std::string error, struck;
   ASSERT_TRUE(faults.Parse("write=2:2", &error));

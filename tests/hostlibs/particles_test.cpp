@@ -38,21 +38,20 @@ TEST_F(ParticlesTest, NumbersOfNoParticleAreReportedAndChangeNothing) {
   TP_PGroup* group = AddGroup("Other");
   system->FreeParticle(0);
   const std::string before = Held(system);
-  const std::function<void(LONG)> calls[] = {[&](LONG id) { system->FreeParticle(id); },
-                                             [&](LONG id) { system->SetGroup(id, group); },
-                                             [&](LONG id) { EXPECT_EQ(system->Group(id), nullptr); },
-                                             [&](LONG id) { system->SetLife(id, BaseTime(9)); },
-                                             [&](LONG id) { EXPECT_EQ(system->Position(id), Vector()); }};
-  const std::string names[] = {"FreeParticle", "SetGroup", "Group", "SetLife", "Position"};
-  for (const LONG id : {0, -1, 2})
-    for (int i = 0; i < 5; ++i) {
-      AsModule(0, [&] { calls[i](id); });
-      const std::string number = std::to_string(id);
-      ExpectReports(
-          {names[i] + (id == 0 ? ": particle 0 was freed"
-                               : ": found particle " + number + ", expected one of 2, counted from 0")});
-    }
-  AsModule(0, [&] { system->GetGroupParticleCount((TP_PGroup*)doc_->GetActiveRenderData()); });
+  for (const LONG id : {0, -1, 2}) {
+    AsModule([&] {
+      system->FreeParticle(id);
+      system->SetGroup(id, group);
+      EXPECT_EQ(system->Group(id), nullptr);
+      system->SetLife(id, BaseTime(9));
+      EXPECT_EQ(system->Position(id), Vector());
+    });
+    const std::string found =
+        ": found particle " + std::to_string(id) + ", expected one of 2, counted from 0";
+    for (const std::string name : {"FreeParticle", "SetGroup", "Group", "SetLife", "Position"})
+      ExpectReports({name + (id == 0 ? ": particle 0 was freed" : found)});
+  }
+  AsModule([&] { system->GetGroupParticleCount((TP_PGroup*)doc_->GetActiveRenderData()); });
   ExpectReports({"the particle library is called with a node that is not a particle group"});
   EXPECT_EQ(Held(system), before);
 }
@@ -134,10 +133,10 @@ TEST_F(ParticlesTest, GroupsFormATreeThatIsListedParentsFirst) {
       {c, all, TP_INSERT_UNDERLAST, "the built-in particle group is given another place"},
       {b, c, TP_INSERT_AFTER, "a particle group is inserted at one that does not lie in the system"}};
   for (const auto& item : wrong) {
-    AsModule(0, [&] { EXPECT_FALSE(system->SetPGroupHierarchy(item.parent, item.group, item.mode)); });
+    AsModule([&] { EXPECT_FALSE(system->SetPGroupHierarchy(item.parent, item.group, item.mode)); });
     ExpectReports({item.text});
   }
-  AsModule(0, [&] { system->FreeParticleGroup(all); });
+  AsModule([&] { system->FreeParticleGroup(all); });
   ExpectReports({"the built-in particle group is freed"});
   EXPECT_EQ(Groups(NULL, TP_GETPGROUP_ALL), "All a c b2 ");
   system->FreeParticleGroup(b);

@@ -12,18 +12,24 @@ struct Include {
   std::string file, target;
 };
 
-std::vector<Include> IncludesOf(const std::string& folder) {
-  std::vector<Include> includes;
-  const std::regex pattern("^\\s*#\\s*include\\s*[<\"]([^>\"]+)[>\"].*");
+/** Calls visit with each line of the sources in a folder of the project, and with its file. */
+void ForEachLine(const std::string& folder,
+                 std::function<void(const std::string&, const std::string&)> visit) {
   for (const auto& entry : fs::recursive_directory_iterator(fs::path(KELVRA_SOURCE_DIR) / folder)) {
     const std::string suffix = entry.path().extension().string();
     if (!entry.is_regular_file() || (suffix != ".h" && suffix != ".cpp" && suffix != ".inc")) continue;
     std::ifstream file(entry.path());
-    std::string line;
-    std::smatch match;
-    while (std::getline(file, line))
-      if (std::regex_match(line, match, pattern)) includes.push_back({entry.path().string(), match[1]});
+    for (std::string line; std::getline(file, line);) visit(line, entry.path().string());
   }
+}
+
+std::vector<Include> IncludesOf(const std::string& folder) {
+  std::vector<Include> includes;
+  const std::regex pattern("^\\s*#\\s*include\\s*[<\"]([^>\"]+)[>\"].*");
+  ForEachLine(folder, [&](const std::string& line, const std::string& file) {
+    std::smatch match;
+    if (std::regex_match(line, match, pattern)) includes.push_back({file, match[1]});
+  });
   return includes;
 }
 
@@ -129,14 +135,9 @@ TEST(Layers, HostKnowsNothingOfPointClouds) {
   const std::regex forbidden(
       "kelvra|1037074|1037077|1037178|1037078|1037072|10376\\d\\d|point ?cloud|\\blas(z|lib)?\\b",
       std::regex::icase);
-  for (const auto& entry : fs::recursive_directory_iterator(fs::path(KELVRA_SOURCE_DIR) / "host")) {
-    const std::string suffix = entry.path().extension().string();
-    if (!entry.is_regular_file() || (suffix != ".h" && suffix != ".cpp")) continue;
-    std::ifstream file(entry.path());
-    std::string line;
-    for (int number = 1; std::getline(file, line); ++number)
-      EXPECT_FALSE(std::regex_search(line, forbidden)) << entry.path() << ":" << number << ": " << line;
-  }
+  ForEachLine("host", [&](const std::string& line, const std::string& file) {
+    EXPECT_FALSE(std::regex_search(line, forbidden)) << file << ": " << line;
+  });
 }
 
 TEST(Layers, ModuleExportsOnlyItsEntry) {

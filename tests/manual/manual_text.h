@@ -24,7 +24,6 @@ public:
   std::vector<Block> Blocks() const;
   /** NULL when no heading is exactly that. */
   const Section* Find(const std::string& heading) const;
-  const std::vector<Section>& Sections() const { return sections_; }
 
 private:
   std::string whole_;

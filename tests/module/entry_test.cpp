@@ -38,14 +38,13 @@ TEST(Entry, RegistersEveryPlugInInOrderAndSaysSo) {
   const std::vector<host::PluginInfo> plugins = application.Plugins();
   ASSERT_EQ(plugins.size(), std::size(kRegistered));
   for (std::size_t i = 0; i < plugins.size(); ++i) {
-    SCOPED_TRACE(kRegistered[i].id);
-    EXPECT_EQ(plugins[i].kind, kRegistered[i].kind);
-    EXPECT_EQ(plugins[i].id, kRegistered[i].id);
-    EXPECT_EQ(plugins[i].name, kRegistered[i].name);
-    EXPECT_EQ(plugins[i].info, kRegistered[i].info);
-    EXPECT_EQ(plugins[i].description, kRegistered[i].description);
-    EXPECT_EQ(plugins[i].diskLevel, kRegistered[i].diskLevel);
-    EXPECT_EQ(plugins[i].sortId, kRegistered[i].sortId);
+    const host::PluginInfo& found = plugins[i];
+    const Registered& expected = kRegistered[i];
+    EXPECT_EQ(std::tie(found.id, found.name, found.description),
+              std::tuple(expected.id, expected.name, expected.description));
+    EXPECT_EQ(std::tie(found.kind, found.info, found.diskLevel, found.sortId),
+              std::tie(expected.kind, expected.info, expected.diskLevel, expected.sortId))
+        << expected.id;
   }
   EXPECT_EQ(application.GetConsole().Lines(), Lines{"Kelvra Version 1.44 installed..."});
   EXPECT_EQ(application.Misbehaviour(), kNoLines);
@@ -100,10 +99,7 @@ TEST(Entry, LoadsAgainAfterUnloading) {
     EXPECT_NE(host::CreateObjectFromMenu(doc, kCloud), nullptr);
     application.CloseDocument(doc);
     application.UnloadModules();
-    const host::LiveCounts live = application.Live();
-    EXPECT_EQ(live.nodes, 0);
-    EXPECT_EQ(live.nodeData, 0);
-    EXPECT_EQ(live.bitmaps, 0);
+    EXPECT_EQ(application.Live().nodes + application.Live().nodeData + application.Live().bitmaps, 0);
     EXPECT_TRUE(application.Plugins().empty());
   }
   EXPECT_EQ(application.Misbehaviour(), kNoLines);

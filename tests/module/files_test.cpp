@@ -69,7 +69,6 @@ TEST_F(RealFiles, LoadAsOtherReadersFoundThem) {
     EXPECT_EQ(op_->GetDataInstance()->GetType(1601), DA_NIL) << "key 1 names no system";
     if (!stored.blocks.empty() && las) ExpectLas(cloud.facts["expected"], stored.blocks[0]);
     if (!stored.blocks.empty() && !las) ExpectText(outcome, stored.blocks[0]);
-    op_->Remove();
     BaseObject::Free(op_);
   }
   if (files == 0) GTEST_SKIP() << "no real clouds in " << DataFolder() << " (KELVRA_TEST_DATA)";

@@ -76,12 +76,9 @@ TEST_F(DeliveryTest, BlocksWithACountThatCannotBeAreLeftOut) {
 }
 
 TEST_F(DeliveryTest, WithoutDataIsHarmless) {
-  op_->GetDataInstance()->SetLong(1014, 1);
-  EXPECT_TRUE(op_->Message(kelvra::kMessageDeliverPoints, NULL));
-  EXPECT_TRUE(op_->Message(MSG_DESCRIPTION_COMMAND, NULL));
-  EXPECT_TRUE(op_->Message(MSG_DESCRIPTION_POSTSETPARAMETER, NULL));
-  EXPECT_TRUE(op_->Message(MSG_MENUPREPARE, NULL));
-  EXPECT_EQ(op_->GetDataInstance()->GetLong(1014), 1);
+  for (const LONG message : {(LONG)kelvra::kMessageDeliverPoints, (LONG)MSG_DESCRIPTION_COMMAND,
+                             (LONG)MSG_DESCRIPTION_POSTSETPARAMETER, (LONG)MSG_MENUPREPARE})
+    EXPECT_TRUE(op_->Message(message, NULL)) << message;
 }
 
 } // namespace

@@ -75,7 +75,6 @@ TEST_F(UndoneViews, ObjectsAndViewsMayGoInAnyOrder) {
   view.reset();
   view = NewView();
   EXPECT_EQ(Lit(*view).size(), 3u) << "a new view starts without a copy, whatever its address";
-  op_->Remove();
   BaseObject::Free(op_);
   EXPECT_EQ(application_->Live().vertexBuffers, 0);
   EXPECT_EQ(application_->Live().factories, 0);

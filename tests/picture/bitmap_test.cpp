@@ -123,17 +123,6 @@ TEST_F(BitmapTest, SavedFilesHaveTheAskedForDepthAndAlpha) {
       EXPECT_NEAR(picture.At(1, 0)[3], 0.5, 0.003) << c.name;
     }
   }
-  // The application's own readers are others: rows and channels must agree with them.
-  bmp->Clear(10, 20, 30);
-  ASSERT_TRUE(bmp->SetPixel(0, 1, 40, 50, 60));
-  for (const LONG format : {FILTER_TIF, FILTER_PNG}) {
-    if (!Offered(format)) continue;
-    AutoAlloc<BaseBitmap> loaded;
-    ASSERT_EQ(bmp->Save(File("f"), format, NULL, SAVEBIT_0), IMAGERESULT_OK);
-    ASSERT_EQ(loaded->Init(File("f")), IMAGERESULT_OK);
-    EXPECT_EQ(PixelAt(loaded, 0, 1), (std::array<UWORD, 3>{40, 50, 60}));
-    EXPECT_EQ(PixelAt(loaded, 1, 0), (std::array<UWORD, 3>{10, 20, 30}));
-  }
 }
 
 TEST_F(BitmapTest, RefusedSavesSayWhy) {

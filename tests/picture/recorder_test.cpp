@@ -27,12 +27,12 @@ protected:
     ExpectReports(application_);
   }
 
-  void Enable(const std::string& folder, const char* pattern = NULL) {
+  void Enable(const std::string& folder, const char* pattern = NULL, Bool enabled = TRUE) {
     host::RenderJob makesThePosts(doc_, options_);
     BaseVideoPost* post = doc_->GetActiveRenderData()->GetFirstVideoPost();
     ASSERT_TRUE(post && post->GetType() == KELVRA_RECORDER);
     BaseContainer* settings = post->GetDataInstance();
-    settings->SetBool(KELVRA_RECORDER_ENABLE, TRUE);
+    if (enabled) settings->SetBool(KELVRA_RECORDER_ENABLE, TRUE);
     settings->SetFilename(KELVRA_RECORDER_FOLDER, Filename(host::FromUtf8(folder)));
     if (pattern) settings->SetString(KELVRA_RECORDER_NAME, pattern);
   }
@@ -46,7 +46,6 @@ protected:
     }
     return LinesSince(application_, before);
   }
-  std::string Folder() const { return folder_.Name(); }
 
   host::Application application_;
   BaseDocument* doc_ = NULL;
@@ -56,18 +55,15 @@ protected:
 };
 
 using Lines = std::vector<std::string>;
-const std::vector<RENDERRESULT> kTwoGood = {RENDERRESULT_OK, RENDERRESULT_OK};
 
 TEST_F(RecorderTest, IsOffUntilItIsEnabled) {
-  host::RenderJob makesThePosts(doc_, options_);
-  BaseContainer* settings = doc_->GetActiveRenderData()->GetFirstVideoPost()->GetDataInstance();
-  settings->SetFilename(KELVRA_RECORDER_FOLDER, Filename(host::FromUtf8(Folder())));
+  Enable(folder_.Name(), NULL, FALSE);
   EXPECT_EQ(Render(0, 1), Lines());
   EXPECT_EQ(folder_.Entries(), 0u);
 }
 
 TEST_F(RecorderTest, EveryFrameOfASequenceIsAFileOfItsOwn) {
-  Enable(Folder());
+  Enable(folder_.Name());
   EXPECT_EQ(Render(8, 10), Lines());
   EXPECT_EQ(FramesRecorded(), 3);
   EXPECT_EQ(folder_.Entries(), 3u);
@@ -87,7 +83,7 @@ TEST_F(RecorderTest, SuffixOfThePatternChoosesTheFormat) {
   for (const char* pattern : {"a.tif", "b_##.exr"}) {
     if (!host::CanSavePicture(pattern[0] == 'a' ? host::PictureFormat::Tiff16 : host::PictureFormat::Exr))
       continue;
-    Enable(Folder(), pattern);
+    Enable(folder_.Name(), pattern);
     EXPECT_EQ(Render(3, 3), Lines());
     host::Picture picture;
     std::string error;
@@ -110,14 +106,14 @@ TEST_F(RecorderTest, MissingFolderIsReportedOnceARenderWhichGoesOn) {
 }
 
 TEST_F(RecorderTest, FullDiskLeavesTheFramesBeforeAlone) {
-  Enable(Folder());
+  Enable(folder_.Name());
   Render(1, 1);
   const std::string path = (folder_ / "frame_0001.png"), before = TempFolder::Read(path);
   options_.background = Vector(1.0);
   application_.GetFaults().FailAt(host::Fault::FileWrite, 1, -1);
   results_.clear();
   const Lines lines = Render(1, 2);
-  EXPECT_EQ(results_, kTwoGood);
+  EXPECT_EQ(results_, std::vector<RENDERRESULT>(2, RENDERRESULT_OK));
   ASSERT_EQ(lines.size(), 1u);
   EXPECT_EQ(lines[0].find(path + ": the frame is not recorded: the disk is full"), 0u) << lines[0];
   EXPECT_EQ(TempFolder::Read(path), before);
@@ -134,7 +130,7 @@ TEST_F(RecorderTest, FullDiskLeavesTheFramesBeforeAlone) {
 }
 
 TEST_F(RecorderTest, ProbesAndStoppedRendersAreNotRecorded) {
-  Enable(Folder());
+  Enable(folder_.Name());
   Render(1, 1);
   const std::string before = TempFolder::Read(folder_ / "frame_0001.png");
   options_.probe = [](VolumeData*) {};

@@ -19,15 +19,11 @@ TEST(Buffer, LinesKeepTheirValuesAtEveryDepth) {
     EXPECT_EQ(words[i], std::lround(pixels[i] * 65535));
     EXPECT_EQ(floats[i], pixels[i]);
   }
-  host::RenderBuffer copy(4, 3);
-  ASSERT_TRUE(copy.SetLine(0, 0, 2, words, 16));
-  UWORD back[8];
-  ASSERT_TRUE(copy.GetLine(0, 0, 2, back, 16));
-  EXPECT_EQ(std::memcmp(back, words, sizeof back), 0);
-  ASSERT_TRUE(copy.SetLine(0, 1, 2, bytes, 8));
-  UCHAR bytesBack[8];
-  ASSERT_TRUE(copy.GetLine(0, 1, 2, bytesBack, 8));
-  EXPECT_EQ(std::memcmp(bytesBack, bytes, sizeof bytes), 0);
+  for (const auto& [line, depth] : {std::pair<const void*, LONG>{bytes, 8}, {words, 16}}) {
+    UCHAR back[16];
+    ASSERT_TRUE(buffer.SetLine(0, 0, 2, line, depth) && buffer.GetLine(0, 0, 2, back, depth));
+    EXPECT_EQ(std::memcmp(back, line, (std::size_t)depth), 0);
+  }
 }
 
 TEST(Buffer, WrongLinesAreRefusedAndTouchNothing) {

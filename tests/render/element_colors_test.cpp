@@ -1,41 +1,60 @@
-// Points that a shader colours by their number, as hair and point renderers do.
+// Points and guides that a shader colours by their number, as hair and point renderers do.
 #include "support/render_fixture.h"
 
 namespace {
 
 const LONG kRayShader = 1037072, kShaderObject = 1000;
 
-/** A point object with the module's shader on it. */
+/** Three points of an object and, above them, three guides, each with the module's shader on it. */
 class ElementColorTest : public RenderTest {
 protected:
   void SetUp() override {
     RenderTest::SetUp();
-    points_ = PolygonObject::Alloc(3, 0);
-    for (LONG i = 0; i < 3; ++i) points_->GetPointW()[i] = Vector(3.0 * (i - 1), 0, 0);
-    points_->GetDataInstance()->SetReal(host::kPointRadius, 1.0);
-    doc_->InsertObject(points_, NULL, NULL);
-    shader_ = BaseShader::Alloc(kRayShader);
-    ASSERT_NE(shader_, nullptr);
-    points_->InsertShader(shader_);
     // The cloud itself is not rendered: it only lends its colours.
-    if (BaseVideoPost* post = FirstPost()) post->GetDataInstance()->SetLink(1003, NULL);
+    FirstPost()->GetDataInstance()->SetLink(1003, NULL);
     Add({{Vector(0, 0, 0), 255, 0, 0}, {Vector(0, 0, 1), 0, 255, 0}});
+    PolygonObject* points = PolygonObject::Alloc(3, 0);
+    HairObject* hair = HairObject::Alloc();
+    HairGuides* guides = HairGuides::Alloc(3, 1);
+    for (LONG i = 0; i < 3; ++i) {
+      points->GetPointW()[i] = Vector(3.0 * (i - 1), 0, 0);
+      for (LONG end = 0; end < 2; ++end) guides->GetPoints()[2 * i + end] = Vector(3.0 * (i - 1), 2 + end, 0);
+    }
+    ASSERT_TRUE(hair->Lock(doc_, NULL, FALSE, 0) && hair->SetGuides(guides, FALSE));
+    hair->Unlock();
+    for (BaseObject* op : {(BaseObject*)points, (BaseObject*)hair}) {
+      op->GetDataInstance()->SetReal(host::kPointRadius, 1.0);
+      BaseShader* shader = BaseShader::Alloc(kRayShader);
+      ASSERT_NE(shader, nullptr);
+      shader->GetDataInstance()->SetLink(kShaderObject, op_);
+      op->InsertShader(shader);
+      doc_->InsertObject(op, NULL, NULL);
+    }
   }
-  Vector Colour(const Shot& shot, LONG i) { return shot.At(shot.width / 2 + (i - 1) * 12, shot.height / 2); }
-
-  PolygonObject* points_ = nullptr;
-  BaseShader* shader_ = nullptr;
 };
 
-TEST_F(ElementColorTest, EachPointTakesTheColourOfItsNumber) {
+TEST_F(ElementColorTest, EachPointAndGuideTakesTheColourOfItsNumber) {
   NEEDS_SURFACES();
-  shader_->GetDataInstance()->SetLink(kShaderObject, op_);
   const Shot shot = Render();
-  ExpectNear(Colour(shot, 0), kRed);
-  ExpectNear(Colour(shot, 1), kGreen);
-  ExpectNear(Colour(shot, 2), Vector(1.0)); // beyond the table
+  const Vector colors[] = {kRed, kGreen, Vector(1.0)}; // the third lies beyond the table
+  for (int i = 0; i < 3; ++i) {
+    const int x = 16 + (i - 1) * 12;
+    ExpectNear(shot.At(x, 16), colors[i]);
+    ExpectNear(shot.At(x, 6), colors[i]);
+  }
   ExpectNear(shot.At(0, 0), kBehind);
   EXPECT_EQ(Render().samples, shot.samples) << "the table was freed and made again";
+}
+
+TEST_F(ElementColorTest, RefusedMemoryEndsTheRenderOrChangesNothing) {
+  NEEDS_SURFACES();
+  const Shot whole = Render();
+  Shot shot;
+  const auto render = [&] { shot = TryRender(); };
+  FailEach(application_, host::Fault::Allocation, render, [&](bool) {
+    EXPECT_TRUE(shot.outcome.result == RENDERRESULT_OUTOFMEMORY || shot.samples == whole.samples);
+    EXPECT_EQ(Render().samples, whole.samples) << "the next render";
+  });
 }
 
 } // namespace

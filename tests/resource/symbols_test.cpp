@@ -22,21 +22,16 @@ TEST(Symbols, NamesThePlaceOfEveryFault) {
     const char* error;
   } cases[] = {
       {"", "a.h:1:1: expected 'enum', found the end of the file"},
-      {"int x;", "a.h:1:1: expected 'enum', found 'int'"},
       {"enum { A = 1", "a.h:1:13: expected ',' or '}', found the end of the file"},
-      {"enum { A B };", "a.h:1:10: expected ',' or '}', found 'B'"},
-      {"enum { A = };", "a.h:1:12: expected a whole number or an earlier name, found '}'"},
       {"enum { A = 1.5 };", "a.h:1:12: expected a whole number or an earlier name, found '1.5'"},
       {"enum { A = B, B };", "a.h:1:12: 'B' is not defined before this line"},
       {"enum {\n  A,\n  A };", "a.h:3:3: 'A' is defined twice"},
       {"enum { A = 0x7fffffff, B };", "a.h:1:24: 'B' = 2147483648 does not fit in 32 bits"},
-      {"enum { A = 12ab };", "a.h:1:12: '12ab' is not a number, or out of range"},
       {"enum { A = 99999999999999999999 };",
        "a.h:1:12: expected a whole number or an earlier name, found '999"},
       {"enum { A = 'abcd' };", "a.h:1:12: unexpected '''"},
       {"enum { A } ;\nenum { B };", "a.h:2:1: expected the end of the file, found 'enum'"},
       {"enum { A /* open", "a.h:1:10: this comment is not closed"},
-      {"enum { A, # };", "a.h:1:11: unexpected '#'"},
       {"enum { \x01 };", "a.h:1:8: unexpected byte 0x01"},
   };
   for (const auto& each : cases) {

@@ -91,24 +91,6 @@ TEST_F(Files, WhatIsNoFileDoesNotOpen) {
   EXPECT_FALSE(file->Close());
 }
 
-TEST_F(Files, FoldersAreListedByName) {
-  Write("\xc3\xbc.las", "12345");
-  Write(".hidden", "");
-  std::filesystem::create_directory(Path("inner"));
-  AutoAlloc<BrowseFiles> listing;
-  listing->Init(Name(folder_.Name()), 0);
-  std::set<std::string> seen;
-  while (listing->GetNext()) {
-    CHAR* name = listing->GetFilename().GetString().GetCStringCopy(STRINGENCODING_UTF8);
-    seen.insert(std::string(name) + (listing->IsDir() ? "/" : "") + (listing->IsHidden() ? " hidden " : " ") +
-                std::to_string(listing->GetSize()));
-    GeFree(name);
-  }
-  EXPECT_EQ(seen, (std::set<std::string>{"\xc3\xbc.las 5", ".hidden hidden 0", "inner/ 0"}));
-  listing->Init(Name(Path("missing")), 0);
-  EXPECT_FALSE(listing->GetNext());
-}
-
 TEST_F(Files, ExistKillAndRenameTellFilesFromFolders) {
   Write("a", "a");
   Write("b", "b");
@@ -127,60 +109,45 @@ TEST_F(Files, ExistKillAndRenameTellFilesFromFolders) {
 }
 
 TEST_F(Files, OwnStreamsKeepChunksAndSkipUnknownOnes) {
-  AutoAlloc<HyperFile> out;
-  ASSERT_TRUE(out->Open(4711, Name(Path("own")), FILEOPEN_WRITE, FILEDIALOG_NONE));
+  AutoAlloc<HyperFile> out, in;
   const SReal reals[3] = {1, 2, 3};
-  ASSERT_TRUE(out->WriteChunkStart(1, 0));
-  ASSERT_TRUE(out->WriteChunkStart(99, 5));
-  ASSERT_TRUE(out->WriteArray(reals, HYPERFILEARRAY_SREAL, 4, 3));
-  ASSERT_TRUE(out->WriteString("unknown to the reader"));
-  ASSERT_TRUE(out->WriteChunkEnd());
-  ASSERT_TRUE(out->WriteLong(12));
-  ASSERT_TRUE(out->WriteChunkEnd());
-  ASSERT_TRUE(out->Close());
+  ASSERT_TRUE(out->Open(4711, Name(Path("own")), FILEOPEN_WRITE, FILEDIALOG_NONE));
+  ASSERT_TRUE(out->WriteChunkStart(1, 0) && out->WriteChunkStart(99, 5));
+  ASSERT_TRUE(out->WriteArray(reals, HYPERFILEARRAY_SREAL, 4, 3) &&
+              out->WriteString("unknown to the reader"));
+  ASSERT_TRUE(out->WriteChunkEnd() && out->WriteLong(12) && out->WriteChunkEnd() && out->Close());
 
-  AutoAlloc<HyperFile> in;
   LONG id = 0, level = 0, number = 0;
   ASSERT_TRUE(in->Open(4711, Name(Path("own")), FILEOPEN_READ, FILEDIALOG_NONE));
-  ASSERT_TRUE(in->ReadChunkStart(&id, &level));
-  ASSERT_TRUE(in->ReadChunkStart(&id, &level));
-  EXPECT_EQ(id, 99);
-  EXPECT_EQ(level, 5);
-  ASSERT_TRUE(in->SkipToEndChunk());
-  ASSERT_TRUE(in->ReadChunkEnd());
-  ASSERT_TRUE(in->ReadLong(&number));
+  ASSERT_TRUE(in->ReadChunkStart(&id, &level) && in->ReadChunkStart(&id, &level));
+  EXPECT_TRUE(id == 99 && level == 5);
+  ASSERT_TRUE(in->SkipToEndChunk() && in->ReadChunkEnd() && in->ReadLong(&number));
   EXPECT_EQ(number, 12);
-  ASSERT_TRUE(in->ReadChunkEnd());
-  EXPECT_TRUE(in->Close());
+  EXPECT_TRUE(in->ReadChunkEnd() && in->Close());
 }
 
 TEST_F(Files, OwnStreamsRefuseWrongUse) {
   LONG n = 0;
-  AutoAlloc<HyperFile> out;
-  EXPECT_FALSE(out->WriteLong(1));
-  AutoAlloc<HyperFile> outside;
-  ASSERT_TRUE(outside->Open(1, Name(Path("s")), FILEOPEN_WRITE, FILEDIALOG_NONE));
+  const auto open = [&](HyperFile* file, FILEOPEN mode, LONG ident = 1) {
+    return file->Open(ident, Name(Path("s")), mode, FILEDIALOG_NONE) != FALSE;
+  };
+  AutoAlloc<HyperFile> closed, outside, unended, mixed, good, other;
+  EXPECT_FALSE(closed->WriteLong(1));
+  ASSERT_TRUE(open(outside, FILEOPEN_WRITE));
   EXPECT_FALSE(outside->WriteLong(1));
   EXPECT_EQ(outside->GetError(), FILEERROR_VALUE_NO_CHUNK);
   EXPECT_FALSE(outside->Close());
   EXPECT_EQ(folder_.Entries(), 0u) << "a stream with an error leaves no file";
-
-  AutoAlloc<HyperFile> open;
-  ASSERT_TRUE(open->Open(1, Name(Path("s")), FILEOPEN_WRITE, FILEDIALOG_NONE));
-  ASSERT_TRUE(open->WriteChunkStart(1, 0));
-  EXPECT_FALSE(open->Close());
-  EXPECT_EQ(open->GetError(), FILEERROR_CHUNK_NUMBER);
-
-  AutoAlloc<HyperFile> mixed, good, other, ended;
-  ASSERT_TRUE(mixed->Open(1, Name(Path("s")), FILEOPEN_WRITE, FILEDIALOG_NONE));
-  ASSERT_TRUE(mixed->WriteChunkStart(1, 0) && mixed->WriteChunkEnd());
+  ASSERT_TRUE(open(unended, FILEOPEN_WRITE) && unended->WriteChunkStart(1, 0));
+  EXPECT_FALSE(unended->Close());
+  EXPECT_EQ(unended->GetError(), FILEERROR_CHUNK_NUMBER);
+  ASSERT_TRUE(open(mixed, FILEOPEN_WRITE) && mixed->WriteChunkStart(1, 0) && mixed->WriteChunkEnd());
   EXPECT_FALSE(mixed->ReadLong(&n));
   EXPECT_FALSE(mixed->Close());
-  ASSERT_TRUE(good->Open(1, Name(Path("s")), FILEOPEN_WRITE, FILEDIALOG_NONE));
-  ASSERT_TRUE(good->WriteChunkStart(1, 0) && good->WriteChunkEnd() && good->Close());
-  EXPECT_FALSE(other->Open(2, Name(Path("s")), FILEOPEN_READ, FILEDIALOG_NONE));
+  ASSERT_TRUE(open(good, FILEOPEN_WRITE) && good->WriteChunkStart(1, 0) && good->WriteChunkEnd() &&
+              good->Close());
+  EXPECT_FALSE(open(other, FILEOPEN_READ, 2));
   EXPECT_EQ(other->GetError(), FILEERROR_OPEN);
-  EXPECT_FALSE(ended->Open(1, Name(Path("s")), FILEOPEN_APPEND, FILEDIALOG_NONE));
 }
 
 } // namespace

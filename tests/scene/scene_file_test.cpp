@@ -3,7 +3,6 @@
 #include "support/sealed_scene.h"
 
 #include "host/application.h"
-#include "host/scene/stream_visitor.h"
 #include "host/viewport.h"
 
 using host::Application;
@@ -25,15 +24,12 @@ protected:
   void Start(bool plugins) {
     application_.reset();
     application_.reset(new Application);
-    if (plugins) {
-      ASSERT_TRUE(RegisterPayloads());
-    }
+    ASSERT_TRUE(!plugins || RegisterPayloads());
   }
 
   static BaseObject* Add(BaseDocument* doc, LONG type, const char* name, BaseObject* parent = NULL,
                          BaseObject* pred = NULL) {
     BaseObject* op = BaseObject::Alloc(type);
-    EXPECT_NE(op, nullptr);
     op->SetName(String(name));
     doc->InsertObject(op, parent, pred);
     return op;
@@ -91,11 +87,9 @@ TEST_F(SceneFile, EverythingComesBack) {
   BaseObject* root = doc->GetFirstObject();
   BaseObject* first = root->GetDown();
   BaseObject* second = first->GetNext();
-  EXPECT_EQ(Text(root->GetName()), "Root");
-  EXPECT_EQ(root->GetNext(), nullptr);
   EXPECT_EQ(Text(first->GetName()), "F\xc3\xafrst");
   EXPECT_EQ(Text(first->GetDown()->GetName()), "Inner");
-  EXPECT_EQ(second->GetNext(), nullptr);
+  EXPECT_TRUE(!root->GetNext() && !second->GetNext());
   EXPECT_EQ(first->GetMl(), Matrix(Vector(1, 2, 3), Vector(0, 1, 0), Vector(1, 0, 0), Vector(0, 0, 2)));
   EXPECT_EQ(first->GetDataInstance()->GetReal(1000), 0.25);
   EXPECT_EQ(second->GetDataInstance()->GetReal(1000), 0.5);
@@ -154,23 +148,15 @@ TEST_F(SceneFile, ClonesTravelWithTheirTag) {
   ASSERT_NE(message.modata, nullptr);
   EXPECT_EQ(message.modata->GetCount(), 2);
   const MDArray<Matrix> loaded = message.modata->GetMatrixArray(MODATA_MATRIX);
-  EXPECT_EQ(loaded[0], matrices[0]);
-  EXPECT_EQ(loaded[1], matrices[1]);
+  EXPECT_TRUE(loaded[0] == matrices[0] && loaded[1] == matrices[1]);
   EXPECT_EQ(message.modata->GetLongArray(MODATA_FLAGS)[1], 3);
   EXPECT_TRUE(Save(doc, "b.scene") == saved);
 }
 
-TEST_F(SceneFile, ATruncatedFileIsRefusedAtEveryLength) {
-  const std::string saved = Save(MakeDocument(), "a.scene");
-  for (std::size_t size = 0; size < saved.size(); ++size) RefusedScene(saved.substr(0, size));
-  EXPECT_EQ(RefusedScene(saved.substr(0, saved.size() - 1)),
-            "offset " + std::to_string(saved.size() - 21) +
-                ": found 02 48 45 4e, expected the end mark \"HEND\": " + "the file is truncated or damaged");
-}
-
-TEST_F(SceneFile, AChangedBitIsNeverLoaded) {
+TEST_F(SceneFile, NoTruncatedFileAndNoChangedBitIsEverLoaded) {
   const std::string saved = Save(MakeDocument(), "a.scene");
   for (std::size_t at = 0; at < saved.size(); ++at) {
+    RefusedScene(saved.substr(0, at));
     std::string bytes = saved;
     bytes[at] = (char)(bytes[at] ^ (1 << (at % 8)));
     RefusedScene(bytes);
@@ -200,28 +186,29 @@ TEST_F(SceneFile, EachFaultOfTheFrameHasItsOwnLine) {
     std::string all = saved;
     return all.replace(at, bytes.size(), bytes);
   };
-  EXPECT_EQ(RefusedScene(changed(0, "LASF")),
-            "offset 0: found \"LASF\", expected \"HSCN\": this is not a scene file");
-  EXPECT_EQ(RefusedScene(changed(4, std::string("\2\0\0\0", 4))),
-            "offset 4: found format version 2, expected version 1 to 1: a newer program wrote this file");
-  EXPECT_NE(RefusedScene(changed(8, "xxxx")).find("offset 8: found ident"), std::string::npos);
-  EXPECT_NE(RefusedScene(saved.substr(0, 100) + saved.substr(101))
-                .find("a length of " + std::to_string(saved.size())),
-            std::string::npos);
-  EXPECT_NE(RefusedScene(changed(saved.size() - 8, "????????")).find("checksum 3f3f3f3f3f3f3f3f, expected"),
-            std::string::npos);
-  EXPECT_NE(RefusedScene("").find("truncated"), std::string::npos);
-  EXPECT_NE(RefusedScene(Sealed(saved.substr(0, saved.size() - 20) + "x" + saved.substr(saved.size() - 20)))
-                .find("found 1 more bytes"),
-            std::string::npos);
-  EXPECT_NE(RefusedScene(changed(12, std::string(1, '\x63'))).find("checksum shows that the file is damaged"),
-            std::string::npos);
+  const std::string first = saved.substr(0, 100), end = saved.substr(saved.size() - 20);
+  const std::pair<std::string, std::string> cases[] = {
+      {changed(0, "LASF"), "offset 0: found \"LASF\", expected \"HSCN\": this is not a scene file"},
+      {changed(4, std::string("\2\0\0\0", 4)),
+       "offset 4: found format version 2, expected version 1 to 1: a newer program wrote this file"},
+      {changed(8, "xxxx"), "offset 8: found ident"},
+      {saved.substr(0, saved.size() - 1),
+       "offset " + std::to_string(saved.size() - 21) +
+           ": found 02 48 45 4e, expected the end mark \"HEND\": the file is "
+           "truncated or damaged"},
+      {first + saved.substr(101), "a length of " + std::to_string(saved.size())},
+      {changed(saved.size() - 8, "????????"), "checksum 3f3f3f3f3f3f3f3f, expected"},
+      {"", "truncated"},
+      {Sealed(saved.substr(0, saved.size() - 20) + "x" + end), "found 1 more bytes"},
+      {changed(12, "\x63"), "checksum shows that the file is damaged"},
+  };
+  for (const auto& [bytes, line] : cases)
+    EXPECT_NE(RefusedScene(bytes).find(line), std::string::npos) << line;
 }
 
 TEST_F(SceneFile, AFailedLoadLeavesTheOpenDocumentAlone) {
   BaseDocument* doc = MakeDocument();
-  const std::string saved = Save(doc, "a.scene");
-  Write("bad.scene", saved.substr(0, saved.size() / 2));
+  Write("bad.scene", Save(doc, "a.scene").substr(0, 300));
   const host::LiveCounts before = application_->Live();
   std::string error;
   EXPECT_EQ(application_->LoadScene(Path("bad.scene"), &error), nullptr);
@@ -229,8 +216,7 @@ TEST_F(SceneFile, AFailedLoadLeavesTheOpenDocumentAlone) {
   EXPECT_EQ(application_->LoadScene(Path("missing.scene"), &error), nullptr);
   EXPECT_EQ(error, Path("missing.scene") + ": No such file or directory");
   EXPECT_EQ(GetActiveDocument(), doc);
-  EXPECT_EQ(application_->Live().nodes, before.nodes);
-  EXPECT_EQ(application_->Live().nodeData, before.nodeData);
+  ExpectLive(*application_, before);
 }
 
 TEST_F(SceneFile, AFullDiskAtAnyWriteKeepsTheOldScene) {
@@ -278,9 +264,8 @@ TEST_F(SceneFile, PlugInsThatMisbehaveWhileLoadingFailTheLoadByNameAndOffset) {
     EXPECT_EQ(application_->LoadScene(Path("a.scene"), &error), nullptr);
     EXPECT_NE(error.find("object \"F\xc3\xafrst\" (type 1099001): offset "), std::string::npos) << error;
     EXPECT_EQ(error.find("damaged"), std::string::npos) << "the file is as it was written: " << error;
-    if (t == Twist::ReadTooMuch) {
-      EXPECT_NE(error.find("found end of chunk, expected 32-bit integer"), std::string::npos) << error;
-    }
+    EXPECT_EQ(error.find("found end of chunk, expected 32-bit integer") != std::string::npos,
+              t == Twist::ReadTooMuch);
   }
 }
 
@@ -307,49 +292,6 @@ TEST_F(SceneFile, HierarchiesAreSavedAsDeepAsTheyCanBeRead) {
   std::string error;
   EXPECT_FALSE(application_->SaveScene(doc, Path("deeper.scene"), &error));
   EXPECT_NE(error.find("deeper than"), std::string::npos) << error;
-}
-
-/** Writes down what it is shown. */
-class Notes : public host::StreamVisitor {
-public:
-  std::vector<std::string> lines;
-  void BeginNode(const std::string& kind, LONG type, const std::string& name, LONG level) override {
-    lines.push_back("begin " + kind + " " + std::to_string(type) + " " + name + " " + std::to_string(level));
-  }
-  void EndNode() override { lines.push_back("end"); }
-  void Value(HYPERFILEVALUE type, const void* data) override {
-    std::string text = std::to_string((int)type);
-    if (type == HYPERFILEVALUE_LONG) text += " " + std::to_string(*(const LONG*)data);
-    if (type == HYPERFILEVALUE_STRING) text += " " + Text(*(const String*)data);
-    lines.push_back(text);
-  }
-  void Array(HYPERFILEARRAY type, const void* data, LONG increment, LONG count) override {
-    std::string text = "array " + std::to_string((int)type);
-    for (LONG i = 0; i < count; ++i)
-      text +=
-          " " + std::to_string(*(const SReal*)((const char*)data + (std::size_t)i * (std::size_t)increment));
-    lines.push_back(text);
-  }
-};
-
-TEST_F(SceneFile, VisitorsSeeTheSameValuesInTheNodeAndInTheFile) {
-  BaseDocument* doc = MakeDocument();
-  Save(doc, "a.scene");
-  Notes node, file;
-  ASSERT_TRUE(host::VisitNode(doc->GetFirstObject()->GetDown(), node));
-  EXPECT_EQ(node.lines,
-            (std::vector<std::string>{"begin object 1099001 F\xc3\xafrst 3", "15 17", "130 \xe6\x97\xa5",
-                                      "15 3", "array 5 1.500000 -2.500000 0.000000", "132", "end"}));
-  std::string error;
-  ASSERT_TRUE(host::VisitScene(Path("a.scene"), file, &error)) << error;
-  EXPECT_EQ(file.lines.front().substr(0, 14), "begin document");
-  // The node's child lies before its end in the file.
-  const auto found =
-      std::search(file.lines.begin(), file.lines.end(), node.lines.begin(), node.lines.end() - 1);
-  ASSERT_NE(found, file.lines.end());
-  EXPECT_EQ(*(found + (std::ptrdiff_t)node.lines.size() - 1), "begin object 5140 Inner 0");
-  twist = Twist::RefuseWrite;
-  EXPECT_FALSE(host::VisitNode(doc->GetFirstObject()->GetDown(), node));
 }
 
 } // namespace

@@ -31,6 +31,13 @@ int FailEach(host::Application& application, host::Fault fault, Work work, Check
   return most;
 }
 
+/** What is alive is as much as it was before. */
+inline void ExpectLive(host::Application& application, const host::LiveCounts& before) {
+  const host::LiveCounts now = application.Live();
+  EXPECT_EQ(std::tie(now.nodes, now.nodeData, now.bitmaps, now.blocks, now.bytes),
+            std::tie(before.nodes, before.nodeData, before.bitmaps, before.blocks, before.bytes));
+}
+
 /** The console's lines from then on. */
 inline std::vector<std::string> LinesSince(host::Application& application, std::size_t before) {
   const std::vector<std::string> lines = application.GetConsole().Lines();

@@ -4,47 +4,31 @@
 #include "support/clean.h"
 #include "support/sealed_scene.h"
 
+#include "host/base/module_scope.h"
 #include "host/nodes/node.h"
-
-constexpr LONG kGuest = 1099402;
-
-/** An object whose messages run what the test gives, as code of a plug-in. */
-class Guest : public ObjectData {
-public:
-  static NodeData* Alloc() { return gNew Guest; }
-  Bool Message(GeListNode*, LONG, void* work) override { return (*(std::function<void()>*)work)(), TRUE; }
-};
 
 class GeometryTest : public Scratch {
 protected:
   void SetUp() override {
     application_.reset(new host::Application);
     doc_ = application_->NewDocument();
-    ASSERT_TRUE(RegisterObjectPlugin(kGuest, "Guest", 0, Guest::Alloc, String(), NULL, 0));
   }
-  /** As code of a plug-in, whose n-th block of memory is refused; 0 for none. */
-  void AsModule(int n, std::function<void()> work) {
-    AutoAlloc<BaseObject> guest(kGuest);
-    if (n > 0) application_->GetFaults().FailAt(host::Fault::Allocation, n);
-    guest->Message(MSG_UPDATE, &work);
-    application_->GetFaults().Clear();
+  /** As code of a plug-in. */
+  static void AsModule(const std::function<void()>& work) {
+    const host::ModuleScope scope;
+    work();
   }
   /** Refuses each block of memory that a plug-in's call asks for in turn, until the call is done. */
   void RefuseEachBlock(int blocks, std::function<bool()> call, std::function<std::string()> state) {
-    AutoAlloc<BaseObject> guest(kGuest);
     const std::string before = state();
     const host::LiveCounts live = application_->Live();
     bool done = false;
-    const auto asModule = [&] {
-      std::function<void()> work = [&] { done = call(); };
-      guest->Message(MSG_UPDATE, &work);
-    };
+    const auto asModule = [&] { AsModule([&] { done = call(); }); };
     const auto check = [&](bool struck) {
       EXPECT_TRUE(done || struck);
       if (done) return;
       EXPECT_EQ(state(), before);
-      EXPECT_EQ(application_->Live().nodes, live.nodes);
-      EXPECT_EQ(application_->Live().blocks, live.blocks);
+      ExpectLive(*application_, live);
     };
     EXPECT_GE(FailEach(*application_, host::Fault::Allocation, asModule, check), blocks);
   }
@@ -104,17 +88,15 @@ protected:
     EXPECT_NE(loaded, nullptr) << error;
     return loaded;
   }
-  /** The line of a load that must fail, from bytes that get the length and checksum that belong to them. */
-  std::string Refusal(const std::string& bytes) { return RefusedScene(Sealed(bytes)); }
-  /** Each damaged scene must be refused with a line that says where, and leave nothing behind. */
+  /** Each damaged scene, with the right length and checksum, must be refused with a line that says where, and
+   * leave nothing behind. */
   void ExpectRefusals(const std::vector<std::pair<std::string, std::string>>& bytesAndTexts) {
     const host::LiveCounts live = application_->Live();
     for (const auto& [bytes, text] : bytesAndTexts) {
-      const std::string error = Refusal(bytes);
+      const std::string error = RefusedScene(Sealed(bytes));
       EXPECT_NE(error.find(text), std::string::npos) << error << "\nexpected: " << text;
       EXPECT_NE(error.find("offset "), std::string::npos) << error;
-      EXPECT_EQ(application_->Live().nodes, live.nodes);
-      EXPECT_EQ(application_->Live().blocks, live.blocks);
+      ExpectLive(*application_, live);
     }
   }
   /** The bytes with `value` written where `pattern` ends, plus skip. */
