@@ -171,13 +171,14 @@ struct KelvraLegend {
 };
 
 /**
- * The box that leaves the given share of the points out at each end of each axis, in the object's own
- * coordinates. Its first file's x east, y north, z up is shown at
+ * The box that leaves the given share of the points out at each end of each axis, then grown by a part of its
+ * width on each side, in the object's own coordinates. The object's first file's x east, y north, z up is shown at
  * ((x - origin.x) * scale.x, (z - origin.z) * scale.z, (y - origin.y) * scale.y).
  */
 struct KelvraSpread {
   LONG version;    // 1
   LReal share;     // set by the asker, 0 to 0.5
+  LReal margin;    // set by the asker: the part of the width
   Vector min, max; // result
   LONG outside;    // result: points outside the box
   LVector origin, scale;

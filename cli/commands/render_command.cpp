@@ -7,6 +7,7 @@
 #include "cli/commands/render/recorder.h"
 #include "cli/commands/render/render_plan.h"
 #include "cli/commands/render/scene_setup.h"
+#include "cli/session/ignored_parameters.h"
 #include "cli/text/format.h"
 #include "cli/text/line.h"
 #include "host/application.h"
@@ -102,7 +103,7 @@ int RenderFrames(CloudSession& session, host::RenderOptions& render, const Rende
   for (int frame = frames.first; frame <= frames.last; ++frame) {
     doc->SetTime(BaseTime((Real)frame, (Real)doc->GetFps()));
     const double share = (double)(frame - frames.first) / (frames.last - frames.first + 1);
-    job.Options().camera = TurnedCamera(camera, plan.turn * share);
+    job.Options().camera = host::TurnedCamera(camera, plan.turn * share);
     const ConsoleLines console(session.App().GetConsole());
     const RecordWatch record(plan.record, frame);
     const host::RenderOutcome outcome = job.RenderFrame();
@@ -128,6 +129,7 @@ int RunRender(const RenderPlan& plan) {
   session.Open(plan.input.files, plan.input.settings, plan.input.trust);
   if (!plan.pixel) PrintReports(session, plan.input.verbose);
   session.RequireContent();
+  WarnOfIgnored(session, Purpose::Render);
   try {
     RenderScene scene = PrepareScene(session, plan);
     for (const std::string& line : scene.notes) Line(std::cout) << line;

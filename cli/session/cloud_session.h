@@ -47,6 +47,8 @@ public:
   void ApplySetting(BaseObject* object, const std::string& setting);
   /** True when one of the settings given to Open names this parameter. */
   bool WasSet(LONG id) const;
+  /** False for the object that this command made for cloud files. */
+  bool IsFromScene(BaseObject* cloud) const { return cloud != target_; }
   /** A parameter that the command sets: as the user wrote it, and its number. */
   struct Setting {
     std::string name;

@@ -55,8 +55,8 @@ public:
   RayTracer& operator=(const RayTracer&) = delete;
 
   Radiance Pixel(LONG x, LONG y);
-  /** Volume data as the video posts get it for the ray through the middle of a pixel. */
-  VolumeData* Prepare(LONG x, LONG y);
+  /** Volume data as the video posts get it for one of a pixel's rays, from 0 on: row by row. */
+  VolumeData* Prepare(LONG x, LONG y, int ray);
   VolumeData* Volume() { return &volume_; }
 
   // What the entries for volume data answer with.
@@ -80,7 +80,7 @@ private:
   const RenderOptions& options_;
   LONG thread_;
   Vector right_, up_, forward_, position_;
-  double tangent_, aspect_;
+  double tangent_, aspect_, halfHeight_;
   RenderVolume volume_;
   Ray prepared_;
 };

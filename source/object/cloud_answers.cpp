@@ -126,8 +126,9 @@ void FillSpread(BaseObject* op, const PointStore& store, KelvraSpread& answer) {
         return true;
       });
     });
-    answer.min[axis] = range.low;
-    answer.max[axis] = range.high;
+    const LReal margin = ((LReal)range.high - range.low) * answer.margin;
+    answer.min[axis] = range.low - margin;
+    answer.max[axis] = range.high + margin;
   }
   answer.outside = 0;
   store.VisitPoints(count, size, [&](const Vector& p, const UWORD*, LONG) {

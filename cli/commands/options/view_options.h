@@ -5,6 +5,7 @@
 
 #include <CLI/CLI.hpp>
 #include <optional>
+#include <string>
 
 namespace cli {
 
@@ -14,14 +15,21 @@ struct PictureSize {
 
 struct ViewOptions {
   PictureSize size;
-  std::optional<Vector> camera, target; ///< both or neither, world space
-  double fieldOfView = 45.0;            ///< vertical, degrees
+  std::optional<Vector> camera, target; ///< both or neither
+  bool survey = false;                  ///< they are in file coordinates, not in world space
+  std::string view;                     ///< "front" and so on, or empty
+  std::optional<double> fieldOfView;    ///< vertical, degrees
+  double fit = 1.0;                     ///< size of the cloud in the picture
+  double roll = 0.0;                    ///< degrees, clockwise
+  bool parallel = false;
+  bool upIsY = false; ///< of the files: their y is shown upwards, not their z
+  bool print = false; ///< print the camera as options
 };
 
-/** --size, --camera, --target and --fov. */
+/** --size, --camera, --target, --fov, and what chooses a view without coordinates. */
 void AddView(CLI::App& command, ViewOptions& view);
 
-/** Throws UsageError for a camera that stands on its target. */
+/** Throws UsageError for a camera that stands on its target, and for options that exclude each other. */
 void CheckView(const ViewOptions& view);
 
 /** What the view shows when nobody chose a camera: a box in world space, if there is anything. */
@@ -30,7 +38,7 @@ struct WorldExtent {
   bool valid = false;
 };
 
-/** The chosen camera, else one that has the whole box in the picture. */
-host::ViewCamera CameraOf(const ViewOptions& view, const WorldExtent& extent);
+/** The chosen camera, else one that has the whole box in the picture, over a whole turn if asked for. */
+host::ViewCamera CameraOf(const ViewOptions& view, const WorldExtent& extent, bool wholeTurn = false);
 
 } // namespace cli
