@@ -99,7 +99,7 @@ int RunSnapshot(const SnapshotPlan& plan) {
   scenery.camera =
       CameraFor(session, plan.view, ExtentOf(session, plan.clones, &apart), plan.turntable > 0);
   if (!apart.empty() && !plan.view.camera) look.notes.push_back(apart);
-  FitPointSizes(session, scenery.camera, plan.view.size.height, &look.notes);
+  FitPointSizes(session, scenery.camera, plan.view, &look.notes);
   for (const std::string& note : look.notes) Line(std::cout) << note;
   if (plan.view.print) Line(std::cout) << CameraText(session, plan.view, scenery.camera);
 

@@ -61,6 +61,11 @@ double StorageStep(const CloudStats& stats, const Vector& displaySize) {
 
 } // namespace
 
+double SpacingOf(const Vector& size, long long points) {
+  // Most scans are surfaces seen from one side.
+  return std::sqrt(std::max({size.x * size.z, size.x * size.y, size.y * size.z}) / (double)points);
+}
+
 double MeanSpacing(BaseObject* cloud) {
   CloudStats stats;
   Vector low, high;
@@ -68,9 +73,7 @@ double MeanSpacing(BaseObject* cloud) {
   if (!ReadCloudStats(cloud, &stats) || stats.Points() < 1 || !FramedExtent(cloud, &low, &high, &outside))
     return 0.0;
   const Vector size = high - low;
-  // The largest face of the box: most scans are surfaces seen from one side.
-  const double area = std::max({size.x * size.z, size.x * size.y, size.y * size.z});
-  return std::max(std::sqrt(area / (double)stats.Points()), StorageStep(stats, size));
+  return std::max(SpacingOf(size, stats.Points()), StorageStep(stats, size));
 }
 
 bool FramedExtent(BaseObject* cloud, Vector* low, Vector* high, long long* outside) {
@@ -108,6 +111,13 @@ bool FramedExtent(const CloudSession& session, Vector* low, Vector* high, std::s
     *note = Counted(outside, "point") + (outside == 1 ? " lies" : " lie") +
             " far from all others and may be outside the picture";
   return true;
+}
+
+Vector MiddleOf(const CloudSession& session, const Vector& low, const Vector& high) {
+  KelvraSpread spread;
+  const std::vector<BaseObject*> clouds = session.Clouds();
+  if (clouds.empty() || !AskSpread(clouds.front(), 0.5, 0.0, &spread)) return (low + high) * 0.5;
+  return clouds.front()->GetMg() * ((spread.min + spread.max) * 0.5);
 }
 
 bool HeightRange(BaseObject* cloud, double share, double* low, double* high) {

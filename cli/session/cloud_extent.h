@@ -17,6 +17,12 @@ bool FramedExtent(BaseObject* cloud, Vector* low, Vector* high, long long* outsi
 /** Heights, in the object's own coordinates, between which all but a share of the points at each end lie. */
 bool HeightRange(BaseObject* cloud, double share, double* low, double* high);
 
+/** The median of a cloud's points on each axis, in world space; the box's middle where there is none. */
+Vector MiddleOf(const CloudSession& session, const Vector& low, const Vector& high);
+
+/** Mean distance of that many points on the largest face of a box. */
+double SpacingOf(const Vector& size, long long points);
+
 /** Mean distance of neighbouring points in world units if they cover a surface; 0 where it has no meaning. */
 double MeanSpacing(BaseObject* cloud);
 

@@ -1,6 +1,8 @@
 #include "object/cloud_answers.h"
 
 #include "cloud/color_ramp.h"
+#include "cloud/file_coordinates.h"
+#include "cloud/number_text.h"
 #include "cloud/percentiles.h"
 #include "object/las/palette.h"
 #include "otallyframe.h"
@@ -153,6 +155,29 @@ void FillSpread(BaseObject* op, const PointStore& store, KelvraSpread& answer) {
 }
 
 } // namespace
+
+String DescribePoint(const PointStore& store, const LVector& origin, LONG number) {
+  String text;
+  store.VisitBlocks([&](const PointBlock& block, VLONG) {
+    if (number >= block.count) {
+      number -= block.count;
+      return true;
+    }
+    const FileCoordinates file(block, origin, TRUE);
+    const SReal* stored = block.positions + (VLONG)number * 3;
+    CHAR digits[3 * kMostNumberChars + 3];
+    CHAR* end = file.x.Write(digits, stored[0]);
+    *end++ = ' ';
+    end = file.y.Write(end, stored[2]);
+    *end++ = ' ';
+    end = file.z.Write(end, stored[1]);
+    *end = 0;
+    const String name = block.settings.name.Content() ? block.settings.name : String("another plug-in");
+    text = name + ", point " + LongToString(number) + " of " + LongToString(block.count) + ", at " + digits;
+    return false;
+  });
+  return text;
+}
 
 Bool AnswerLegend(BaseObject* op, const PointStore& store, KelvraLegend& answer) {
   if (answer.version != kAnswerVersion) return FALSE;

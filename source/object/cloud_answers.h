@@ -11,4 +11,7 @@ namespace kelvra {
 Bool AnswerLegend(BaseObject* op, const PointStore& store, KelvraLegend& answer);
 Bool AnswerSpread(BaseObject* op, const PointStore& store, KelvraSpread& answer);
 
+/** "scan.laz, point 12 of 345, at 1.5 2.5 3.5": file, number from 0 in stored order, file coordinates. */
+String DescribePoint(const PointStore& store, const LVector& origin, LONG number);
+
 } // namespace kelvra

@@ -31,6 +31,11 @@ std::string Short(const Vector& v, int decimals) {
 
 host::ViewCamera CameraFor(const CloudSession& session, const ViewOptions& view, const WorldExtent& extent,
                            bool wholeTurn) {
+  if (view.view == kInsideView) {
+    WorldExtent around = extent;
+    around.middle = MiddleOf(session, extent.low, extent.high);
+    return CameraOf(view, around, wholeTurn);
+  }
   if (!view.survey) return CameraOf(view, extent, wholeTurn);
   const SurveyPlace place(session.Cloud());
   ViewOptions world = view;

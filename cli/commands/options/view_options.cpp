@@ -14,7 +14,6 @@ namespace {
 /** Most pixels on a side of a picture. */
 const int kMostPixels = 16384;
 const double kFieldOfView = 45.0, kFieldOfViewInside = 80.0;
-const char* const kInside = "inside";
 
 /**
  * Directions of view, as shares of right, up and away from a viewer who looks at the front. Files with z up
@@ -30,7 +29,7 @@ const struct NamedView {
               {"top", Vector(0, -1, 0)},
               {"bottom", Vector(0, 1, 0)},
               {"iso", Vector(-1, -0.816496580927726, 1)}, // each axis is shortened alike
-              {kInside, Vector(0, 0, 1)}};
+              {kInsideView, Vector(0, 0, 1)}};
 
 const NamedView* FindView(const std::string& name) {
   for (const NamedView& view : kViews)
@@ -84,10 +83,10 @@ ViewerAxes AxesOf(const ViewOptions& view) {
   return {Vector(1, 0, 0), Vector(0, 1, 0), Vector(0, 0, 1)};
 }
 
-/** From the middle of the box, looking level. */
+/** From amid the points, which are densest around the scanner, looking level. */
 void StandInside(const WorldExtent& extent, const ViewerAxes& axes, host::ViewCamera* camera) {
   const Vector size = extent.high - extent.low;
-  camera->position = (extent.low + extent.high) * 0.5;
+  camera->position = extent.middle;
   camera->target = camera->position + axes.away * std::max(0.25 * size.GetLength(), 1e-3);
 }
 
@@ -123,13 +122,13 @@ void AddView(CLI::App& command, ViewOptions& view) {
 void CheckView(const ViewOptions& view) {
   if (view.camera && *view.camera == *view.target)
     throw UsageError{"--camera: the camera stands on its --target and looks nowhere"};
-  if (view.view == kInside && view.parallel)
+  if (view.view == kInsideView && view.parallel)
     throw UsageError{"--ortho: has no effect with --view inside; a view without perspective has no place"};
 }
 
 host::ViewCamera CameraOf(const ViewOptions& view, const WorldExtent& extent, bool wholeTurn) {
   const ViewerAxes axes = AxesOf(view);
-  const bool inside = view.view == kInside && !view.camera;
+  const bool inside = view.view == kInsideView && !view.camera;
   host::ViewCamera camera;
   camera.fieldOfView = view.fieldOfView.value_or(inside ? kFieldOfViewInside : kFieldOfView);
   camera.up = axes.up;

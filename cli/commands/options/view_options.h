@@ -9,6 +9,9 @@
 
 namespace cli {
 
+/** The view from amid the points. */
+const char* const kInsideView = "inside";
+
 struct PictureSize {
   int width = 1280, height = 720; ///< pixels
 };
@@ -35,6 +38,7 @@ void CheckView(const ViewOptions& view);
 /** What the view shows when nobody chose a camera: a box in world space, if there is anything. */
 struct WorldExtent {
   Vector low, high;
+  Vector middle; ///< as many points on each side of it, on each axis; for the view from inside
   bool valid = false;
 };
 

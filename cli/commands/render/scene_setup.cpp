@@ -8,6 +8,7 @@
 #include "host/render.h"
 #include "host/viewport.h"
 #include "otallyframe.h"
+#include "vpkelvrarender.h"
 
 #include <algorithm>
 #include <cmath>
@@ -27,6 +28,16 @@ WorldExtent ExtentOf(const CloudSession& session, std::string* note) {
 const double kRadiusPerSpacing = 1.1;
 const double kLeastRadius = 0.05;
 
+/** Of a cloud, or of a video post, whose parameter has the same number. */
+void SetRadius(BaseContainer* data, double wanted, std::vector<std::string>* notes) {
+  static_assert((LONG)KELVRA_POINT_RADIUS == (LONG)KELVRA_RENDER_POINT_RADIUS, "they share one number");
+  const double radius = std::max(kLeastRadius, wanted);
+  if (!(radius < 1e6)) return;
+  data->SetReal(KELVRA_POINT_RADIUS, radius);
+  notes->push_back("point radius " + Fixed(radius, 3) +
+                   ", chosen by density (--set point_radius=... to change it)");
+}
+
 /**
  * Gives a cloud whose radius nobody chose one by its density. Points less than a unit apart close the
  * surface; farther apart they stay dots, because a point covers a disc of the root of its radius. Large
@@ -37,11 +48,21 @@ void ChooseRadius(CloudSession& session, BaseObject* cloud, std::vector<std::str
   if (session.WasSet(KELVRA_POINT_RADIUS) || data->FindIndex(KELVRA_POINT_RADIUS) != NOTOK) return;
   const double spacing = MeanSpacing(cloud);
   if (!(spacing > 0.0)) return;
-  const double radius = std::max(kLeastRadius, kRadiusPerSpacing * spacing);
-  if (!(radius < 1e6)) return;
-  data->SetReal(KELVRA_POINT_RADIUS, radius);
-  notes->push_back("point radius " + Fixed(radius, 3) +
-                   ", chosen by density (--set point_radius=... to change it)");
+  SetRadius(data, kRadiusPerSpacing * spacing, notes);
+}
+
+/** The same for a point object or a spline that a video post has rendered: it stands for a cloud. */
+void ChooseRadiusOfGeometry(BaseDocument* doc, std::vector<std::string>* notes) {
+  for (BaseVideoPost* post = doc->GetActiveRenderData()->GetFirstVideoPost(); post; post = post->GetNext()) {
+    BaseContainer* data = post->GetDataInstance();
+    BaseObject* linked = data->GetObjectLink(KELVRA_RENDER_OBJECT, doc);
+    if (!linked || (linked->GetType() != Opolygon && linked->GetType() != Ospline)) continue;
+    if (data->FindIndex(KELVRA_RENDER_POINT_RADIUS) != NOTOK) continue;
+    Vector low, high;
+    const LONG points = static_cast<PointObject*>(linked)->GetPointCount();
+    if (points < 1 || !host::WorldBox(linked, &low, &high)) continue;
+    SetRadius(data, kRadiusPerSpacing * SpacingOf(high - low, points), notes);
+  }
 }
 
 /** A square below the cloud, several times its size. */
@@ -87,6 +108,7 @@ RenderScene PrepareScene(CloudSession& session, const RenderPlan& plan) {
     const std::string colors = ColorIfPlain(session, cloud);
     if (!colors.empty()) scene.notes.push_back(colors);
   }
+  if (session.Clouds().empty()) ChooseRadiusOfGeometry(session.Document(), &scene.notes);
   std::string apart;
   const WorldExtent extent = ExtentOf(session, &apart);
   if (!apart.empty() && !plan.view.camera) scene.notes.push_back(apart);

@@ -17,7 +17,9 @@ namespace {
 const double kHeightShare = 0.01;
 /** Points slightly larger than their distance close a surface. */
 const double kPointsPerSpacing = 1.3;
-const double kLeastPoint = 2.0, kLargestPoint = 5.0;
+const double kLeastPoint = 2.0, kLargestPoint = 6.0;
+/** Inside, the nearest points are seen, which stand farther apart in the picture. */
+const double kLeastInside = 6.0;
 
 bool ByHeight(LONG mode) {
   return mode == KELVRA_COLOR_MODE_HEIGHT || mode == KELVRA_COLOR_MODE_POINT_BY_HEIGHT;
@@ -62,15 +64,15 @@ FirstLook PrepareClouds(CloudSession& session, const SnapshotPlan& plan) {
   return look;
 }
 
-void FitPointSizes(CloudSession& session, const host::ViewCamera& camera, int pictureHeight,
+void FitPointSizes(CloudSession& session, const host::ViewCamera& camera, const ViewOptions& view,
                    std::vector<std::string>* notes) {
   for (BaseObject* cloud : session.Clouds()) {
     if (session.WasSet(KELVRA_POINT_SIZE) || session.IsFromScene(cloud)) continue;
     const double spacing = MeanSpacing(cloud);
     const double distance = (camera.target - camera.position).GetLength();
     const double shown = 2.0 * std::tan(Rad(camera.fieldOfView) * 0.5) * distance; // at the target, world units
-    const double pixels = spacing * pictureHeight / shown * kPointsPerSpacing;
-    const double size = std::clamp(std::round(pixels), kLeastPoint, kLargestPoint);
+    const double pixels = spacing * view.size.height / shown * kPointsPerSpacing;
+    const double size = std::clamp(std::round(pixels), view.view == kInsideView ? kLeastInside : kLeastPoint, kLargestPoint);
     cloud->GetDataInstance()->SetReal(KELVRA_POINT_SIZE, size);
     notes->push_back("point size " + Fixed(size, 0) + ", chosen by density (--set point_size=... to change it)");
   }

@@ -15,7 +15,7 @@ struct FirstLook {
 FirstLook PrepareClouds(CloudSession& session, const SnapshotPlan& plan);
 
 /** Points that are as large as they are apart, as this camera sees them. */
-void FitPointSizes(CloudSession& session, const host::ViewCamera& camera, int pictureHeight,
+void FitPointSizes(CloudSession& session, const host::ViewCamera& camera, const ViewOptions& view,
                    std::vector<std::string>* notes);
 
 } // namespace cli

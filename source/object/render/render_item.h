@@ -67,6 +67,10 @@ struct RenderObjectRecord {
   LReal transparency = 0.0;
   LReal falloffBias = 0.5;
 
+  // Where the items come from, for explanations: their object, and the number of the first of them.
+  BaseObject* source = NULL;
+  LONG firstItem = 0;
+
   // Read while gathering, and for the opacity by height.
   LReal pointRadius = 0.25, radiusVariation = 0.0;
   HeightCurve radiusCurve, opacityCurve;
