@@ -55,11 +55,12 @@ if(NOT TARGET LASlib::LASlib)
     set_target_properties(kelvra_laslib PROPERTIES
       POSITION_INDEPENDENT_CODE ON CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON EXPORT_COMPILE_COMMANDS OFF)
     if(MSVC)
-      target_compile_options(kelvra_laslib PRIVATE /w)
+      target_compile_options(kelvra_laslib PRIVATE /w /FI${laslib_own_files}/zeroed_new.h)
     else()
       # The decoder counts on wrapping integers and reads unaligned fields; a sanitizer would stop it on sound files.
       # A decoder that is not optimised is of no use in any build type.
-      target_compile_options(kelvra_laslib PRIVATE -w -fwrapv $<$<CONFIG:Debug>:-O1>)
+      target_compile_options(kelvra_laslib PRIVATE -w -fwrapv -include ${laslib_own_files}/zeroed_new.h
+        $<$<CONFIG:Debug>:-O1>)
       if(KELVRA_SANITIZE MATCHES "undefined")
         target_compile_options(kelvra_laslib PRIVATE
           -fno-sanitize=signed-integer-overflow,shift,alignment,vptr,float-cast-overflow)

@@ -70,6 +70,7 @@ Filename operator+(const Filename& directory, const Filename& child) {
   if (!directory.Content()) return child;
   if (!child.Content()) return directory;
   String joined = directory.path_;
-  if (!IsSeparator(joined[joined.GetLength() - 1])) joined += String(1, kSeparator);
+  // A copy whose memory was refused is empty.
+  if (joined.Content() && !IsSeparator(joined[joined.GetLength() - 1])) joined += String(1, kSeparator);
   return Filename(joined + child.path_);
 }

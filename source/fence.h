@@ -35,6 +35,12 @@ void Fence(const CHAR* call, Work work) noexcept {
   });
 }
 
+/** Makes what a registration names; NULL when memory is refused. */
+template <class T>
+NodeData* AllocFenced() noexcept {
+  return Fence("Alloc", (NodeData*)NULL, []() -> NodeData* { return gNew T; });
+}
+
 // What the module registers: a class T of its own with each call of the host fenced.
 
 template <class T>

@@ -7,14 +7,26 @@
 
 namespace kelvra {
 
+/** Text in memory of the host, freed with its holder; NULL where memory was refused. */
+class HeldText {
+public:
+  explicit HeldText(CHAR* text) : text_(text) {}
+  HeldText(const HeldText&) = delete;
+  HeldText& operator=(const HeldText&) = delete;
+  ~HeldText() { GeFree(text_); }
+
+  const CHAR* Get() const { return text_; }
+  Bool Content() const { return text_ && *text_; }
+
+private:
+  CHAR* text_;
+};
+
 /** FALSE when memory is refused, and `utf8` stays as it is. */
 inline Bool CopyUtf8(const String& text, std::string& utf8) {
-  struct HeldText {
-    CHAR* bytes;
-    ~HeldText() { GeFree(bytes); }
-  } copy = {text.GetCStringCopy(STRINGENCODING_UTF8)};
-  if (!copy.bytes) return FALSE;
-  utf8 = copy.bytes;
+  const HeldText copy(text.GetCStringCopy(STRINGENCODING_UTF8));
+  if (!copy.Get()) return FALSE;
+  utf8 = copy.Get();
   return TRUE;
 }
 

@@ -10,7 +10,7 @@ namespace kelvra {
 namespace {
 
 /**
- * Keys of the page's own elements. Deliberately not the elements' numbers: the preferences of existing
+ * Keys of the page's own elements. They differ from the elements' numbers: the preferences of existing
  * installations hold their values under these keys.
  */
 enum { kKeyOrderReference = 1000, kKeyRegistrationKey = 1001, kKeyVersion = 1002, kKeyStatus = 1003 };

@@ -11,7 +11,7 @@ namespace kelvra {
 
 class MyPrefs : public PrefsDialogObject {
 public:
-  static NodeData* Alloc() { return gNew FencedPreferences<MyPrefs>; }
+  static NodeData* Alloc() { return AllocFenced<FencedPreferences<MyPrefs>>(); }
 
   /** Makes the container if there is none, and fills in the defaults that it lacks. */
   Bool Init(GeListNode* node) override;

@@ -1,5 +1,6 @@
 #include "update_check.h"
 
+#include "host_text.h"
 #include "net/http_get.h"
 #include "net/service_settings.h"
 #include "version.h"
@@ -14,13 +15,10 @@ namespace {
 
 const char* const kUpdatePath = "/php/send/mail/update.php";
 
-/** NULL for an empty body too. The caller frees it. */
-CHAR* Ask(const String& url) {
-  CHAR* address = url.GetCStringCopy();
-  CHAR* body = address ? HttpGet(address) : NULL;
-  GeFree(address);
-  if (body && !*body) GeFree(body);
-  return body;
+/** The body of the answer, without content when there is none. */
+HeldText Ask(const String& url) {
+  const HeldText address(url.GetCStringCopy());
+  return HeldText(address.Get() ? HttpGet(address.Get()) : NULL);
 }
 
 /** What keeps a reference from being sent as it stands; empty when nothing does. */
@@ -41,14 +39,14 @@ Bool Names(const String& url, const char* parameter) {
          url.FindFirst(String("&") + parameter + "=", &at);
 }
 
-/** The body of the answer, NULL without one. The caller frees it. */
-CHAR* AskForMail(String url, const String& orderReference) {
+/** The body of the answer, without content when there is none. */
+HeldText AskForMail(String url, const String& orderReference) {
   const String obstacle = ObstacleIn(orderReference);
   if (obstacle.Content()) {
     GePrint(String("Kelvra: the order reference \"") + orderReference + "\" contains " + obstacle +
             ", which an address cannot; expected letters, digits and punctuation of ASCII without #; correct "
             "it on the preferences page or with \"kelvra prefs set order_reference TEXT\"");
-    return NULL;
+    return HeldText(NULL);
   }
   AppendQuery(url, "reference_no", orderReference);
   // Whoever copies the reference from a link may have copied the product as well.
@@ -57,13 +55,11 @@ CHAR* AskForMail(String url, const String& orderReference) {
 }
 
 void RequestDownloadMail(const String& url, const String& orderReference) {
-  CHAR* body = AskForMail(url, orderReference);
-  if (body)
+  if (AskForMail(url, orderReference).Content())
     MessageDialog(
         "An email, with a download link, has been sent. (to the email address used for your order)");
   else
     MessageDialog("There was a problem sending the email. Please contact support.");
-  GeFree(body);
 }
 
 } // namespace
@@ -89,13 +85,12 @@ void AppendQuery(String& url, const String& name, const String& value) {
 void CheckForUpdate(const String& orderReference) {
   const String url = UpdateServerAddress() + kUpdatePath;
   if (!orderReference.Content()) return;
-  CHAR* latest = Ask(url);
-  if (!latest) return;
-  if (!IsNewerVersion(latest))
+  const HeldText latest = Ask(url);
+  if (!latest.Content()) return;
+  if (!IsNewerVersion(latest.Get()))
     MessageDialog("You already have the latest version of Kelvra");
-  else if (QuestionDialog(String("Do you want to download Kelvra ") + latest))
+  else if (QuestionDialog(String("Do you want to download Kelvra ") + latest.Get()))
     RequestDownloadMail(url, orderReference);
-  GeFree(latest);
 }
 
 } // namespace kelvra

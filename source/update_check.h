@@ -8,7 +8,7 @@ namespace kelvra {
 
 /**
  * Hundredths of a version: the number that the text begins with, times 100, without its fraction; 0 when
- * there is none. 1.449 is deliberately 144: the third decimal place counts repairs, which nobody is asked to
+ * there is none. 1.449 counts as 144: the third decimal place counts repairs, which nobody is asked to
  * download.
  */
 LONG VersionHundredths(const CHAR* text);

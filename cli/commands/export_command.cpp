@@ -11,7 +11,6 @@
 #include "host/base/replacing_file.h"
 #include "otallyframe.h"
 
-#include <algorithm>
 #include <iostream>
 #include <stdexcept>
 
@@ -25,25 +24,23 @@ struct ExportOptions {
   bool survey = false;
 };
 
-/** Presses the object's button. The module reports the export on the console, or in a dialog why it failed.
- */
+/** Presses the object's button. A failure is reported in a dialog. */
 bool SaveText(host::Application& application, BaseObject* cloud, const std::string& path,
               const std::string& shown) {
   const ConsoleLines console(application.GetConsole());
   const std::size_t firstDialog = application.GetDialogs().Shown().size();
   application.GetDialogs().AnswerFile(path);
   application.PressButton(cloud, KELVRA_SAVE_TEXT);
-  const std::vector<std::string> lines = console.Lines();
-  const auto isSuccess = [](const std::string& line) { return line.rfind("Saved to : ", 0) == 0; };
-  if (std::any_of(lines.begin(), lines.end(), isSuccess)) return true;
-  console.Print();
   const auto& dialogs = application.GetDialogs().Shown();
+  bool saved = true;
   for (std::size_t i = firstDialog; i < dialogs.size(); ++i)
     if (!dialogs[i].file) {
+      if (saved) console.Print();
+      saved = false;
       const bool named = dialogs[i].text.compare(0, path.size(), path) == 0;
       Line(std::cerr) << (named ? shown + dialogs[i].text.substr(path.size()) : dialogs[i].text);
     }
-  return false;
+  return saved;
 }
 
 /** The module writes under the temporary name, so that a link, rights and a killed run fare as elsewhere. */

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdlib>
 #include <iostream>
 
 namespace cli {
@@ -22,9 +23,22 @@ struct InfoOptions {
   bool json = false;
 };
 
-nlohmann::json BoxJson(const Box& box) {
+/** The sum of a float and its origin, without the digits that neither had. */
+double Kept(double value, double step) {
+  const int most = 9;
+  const int decimals = step > 0 ? std::clamp((int)std::ceil(-std::log10(step)), 0, most) : most;
+  const double rounded = std::strtod(Fixed(value, decimals).c_str(), nullptr);
+  return std::abs(rounded - value) < step ? rounded : value;
+}
+
+nlohmann::json BoxJson(const Box& box, double step) {
   if (!box.valid) return nullptr;
-  return {{"min", {box.min[0], box.min[1], box.min[2]}}, {"max", {box.max[0], box.max[1], box.max[2]}}};
+  nlohmann::json corners;
+  for (int axis = 0; axis < 3; ++axis) {
+    corners["min"].push_back(Kept(box.min[axis], step));
+    corners["max"].push_back(Kept(box.max[axis], step));
+  }
+  return corners;
 }
 
 const char* Name(FileOutcome outcome) {
@@ -92,7 +106,7 @@ void PrintJson(const CloudSession& session, const Totals& total) {
   const nlohmann::json info = {{"points", total.points},
                                {"groups", total.groups},
                                {"blocks", total.blocks},
-                               {"bbox", BoxJson(total.box)},
+                               {"bbox", BoxJson(total.box, total.step)},
                                {"origin", total.origin},
                                {"step", total.step},
                                {"files", files},

@@ -31,14 +31,26 @@ const char* const kModuleName = "kelvra.cdl64";
 const char* const kModuleName = "kelvra.so";
 #endif
 
+const char* const kNotUtf8 = "the name is not UTF-8; rename it";
+
 bool IsFolder(const std::string& path) {
   std::error_code ignored;
   return fs::is_directory(fs::u8path(path), ignored);
 }
 
+/** Files of a folder whose names the module cannot be given. */
+std::vector<std::string> NotUtf8In(const std::string& folder) {
+  std::vector<std::string> files;
+  std::error_code failed;
+  for (fs::directory_iterator i(fs::u8path(folder), failed), end; !failed && i != end; i.increment(failed))
+    if (!host::resource::IsUtf8(i->path().u8string())) files.push_back(i->path().u8string());
+  std::sort(files.begin(), files.end());
+  return files;
+}
+
 /** Why a file or folder cannot be read as the system puts it; empty when it can. */
 std::string ReadObstacle(const std::string& path) {
-  if (!host::resource::IsUtf8(path)) return "the name is not UTF-8; rename it";
+  if (!host::resource::IsUtf8(path)) return kNotUtf8;
   std::error_code failed;
   const fs::path file = fs::u8path(path);
   const fs::file_status status = fs::status(file, failed);
@@ -173,6 +185,11 @@ void CloudSession::OpenScene(const std::string& path) {
     Vector low, high;
     const bool content = report.points > 0 || host::GeometryBox(document_, &low, &high);
     report.outcome = content ? FileOutcome::Whole : FileOutcome::Refused;
+    for (BaseObject* cloud : Clouds()) // what is wrong with points of the scene
+      for (const FileReport& found : ReadFileReports(cloud)) {
+        report.outcome = FileOutcome::Partial;
+        report.message += "; " + found.path + ": " + found.message;
+      }
   } else {
     const bool noMemory = error.find("not enough memory") != std::string::npos;
     report.message = WithoutPath(error, path) + Advice(noMemory ? (LONG)KELVRA_CUT_NO_MEMORY : 0);
@@ -201,7 +218,9 @@ void CloudSession::LoadCloud(const std::string& path) {
       report.message += Advice(report.cut);
   }
   reports_.insert(reports_.end(), loaded.begin(), loaded.end());
-  if (loaded.empty()) {
+  const std::vector<std::string> unnamed = IsFolder(path) ? NotUtf8In(path) : std::vector<std::string>();
+  for (const std::string& file : unnamed) reports_.push_back({file, 0, kNotUtf8, FileOutcome::Refused, {}});
+  if (loaded.empty() && unnamed.empty()) {
     const char* why = IsFolder(path) ? "the folder holds no file to load" : "the load gave no report";
     reports_.push_back({path, 0, why, FileOutcome::Refused, {}});
   }

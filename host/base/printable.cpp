@@ -17,13 +17,12 @@ struct Character {
 };
 
 Character FirstOf(std::string_view text) {
-  const auto lead = static_cast<unsigned char>(text[0]);
+  const auto lead = (unsigned char)text[0];
   const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
   const std::string_view bytes = text.substr(0, length);
   if (bytes.size() < length || !resource::IsUtf8(bytes)) return {text.substr(0, 1), lead, false};
   std::uint32_t codePoint = length == 1 ? lead : lead & (0x7Fu >> length);
-  for (std::size_t i = 1; i < length; ++i)
-    codePoint = codePoint << 6 | (static_cast<unsigned char>(bytes[i]) & 0x3Fu);
+  for (std::size_t i = 1; i < length; ++i) codePoint = codePoint << 6 | ((unsigned char)bytes[i] & 0x3Fu);
   return {bytes, codePoint, true};
 }
 

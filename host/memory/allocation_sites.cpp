@@ -1,5 +1,7 @@
 #include "host/memory/allocation_sites.h"
 
+#include "host/base/module_scope.h"
+
 namespace host {
 
 namespace {
@@ -27,6 +29,7 @@ std::uint32_t AllocationSites::Find(const char* file, int line) {
 }
 
 std::uint32_t AllocationSites::Add(const char* file, int line) {
+  const HostScope scope;
   const std::lock_guard<std::mutex> lock(mutex_);
   for (std::uint32_t i = 1; i < used_; ++i)
     if (sites_[i].file == file && sites_[i].line == line) return i;

@@ -1,5 +1,7 @@
 #include "host/memory/block_table.h"
 
+#include "host/base/module_scope.h"
+
 #include <new>
 
 namespace host {
@@ -28,6 +30,7 @@ std::size_t BlockTable::Shard::Probe(void* address) const {
 }
 
 bool BlockTable::Shard::Grow() {
+  const HostScope scope;
   const std::size_t wider = capacity ? capacity * 2 : 64;
   std::unique_ptr<Block[]> old(new (std::nothrow) Block[wider]);
   if (!old) return false;

@@ -147,6 +147,7 @@ Vector RayTracer::Surface(const Ray& ray, RAYBIT bits, LONG depth, const Surface
     point.p = ray.p + ray.v * hit.distance;
     point.bumpn = point.phongn = point.orign = hit.normal;
     point.ray_vector = ray.v;
+    point.cosine_cutoff = point.calc_shadow = TRUE;
     point.raybits = bits;
     point.lhit.SetPrivateData(hit.object + 1, hit.polygon);
     color = (hit.color ^ (Illuminate(point) + volume_.ambient)) * own;

@@ -2,6 +2,7 @@
 #include "host/base/live_files.h"
 #include "host/base/replacing_file.h"
 #include "host/base/text.h"
+#include "host/base/utf8.h"
 #include "host/nodes/services.h"
 #include "host/scene/base_file.h"
 #include "host/seam/os_tables.h"
@@ -75,7 +76,10 @@ struct FileEntries {
   }
   static void InitBrowse(BrowseFiles* bf, const Filename& directory, LONG) {
     BrowseFilesImpl& listing = *BrowseFilesImpl::From(bf);
-    listing.entries = disk::List(Utf8(directory));
+    listing.entries.clear();
+    // A text of the host cannot carry any other name, and what it made of one would name no file.
+    for (disk::Entry& entry : disk::List(Utf8(directory)))
+      if (resource::IsUtf8(entry.name)) listing.entries.push_back(std::move(entry));
     listing.next = 0;
   }
   static Bool GetNext(BrowseFiles* bf) {

@@ -12,7 +12,7 @@ namespace kelvra {
  * triple as colors, the flag as attrib1, the box from the first point on. FALSE, with the block clear, when
  * memory is refused or count is out of bounds.
  *
- * The wrap is deliberate: text colours are 8-bit and times 256 always fits; of a value above 255 the low
+ * The wrap is harmless: text colours are 8-bit and times 256 always fits; of a value above 255 the low
  * 8 bits are shown.
  */
 Bool FillBlock(const SourceRecord* records, LONG count, LONG colorMultiplier, const LVector& origin,

@@ -13,7 +13,7 @@ namespace kelvra {
 
 enum class LoadOutcome {
   kWhole,   // every point that was asked for is there
-  kPartial, // points were loaded, others are missing: the load was cut short, or points were lost
+  kPartial, // points were loaded, but some are missing, or have values that cannot be true
   kEmpty,   // the file is sound but holds no point
   kRefused, // nothing could be loaded
   kStopped, // by the user; nothing of the file was loaded
@@ -43,7 +43,8 @@ struct LoadNote {
 // Counts are in points; those of text files are in lines, one point each. Each line or point that was read is
 // counted once: read = kept + thinned + rejected + the three kinds of dropped ones.
 struct LoadReport {
-  std::string path; // UTF-8
+  std::string path;       // UTF-8
+  bool fromScene = false; // these points came with a scene, long after they were read
   ReaderKind reader = kReaderNone;
   LoadOutcome outcome = LoadOutcome::kRefused;
   std::string refusal; // why nothing was loaded: a sentence as in LoadNote; empty where something was

@@ -1,5 +1,6 @@
 #include "cloud/point_block.h"
 
+#include <cmath>
 #include <utility>
 
 namespace kelvra {
@@ -121,6 +122,29 @@ void Shrink(T*& array, VLONG elements) {
 
 } // namespace
 
+namespace {
+
+Bool IsFinitePoint(const SReal* p) {
+  return std::isfinite(p[0]) && std::isfinite(p[1]) && std::isfinite(p[2]);
+}
+
+} // namespace
+
+LONG PointBlock::CountNotFinite() const {
+  LONG found = 0;
+  for (const SReal *p = positions, *end = p + (VLONG)count * 3; p < end; p += 3) found += !IsFinitePoint(p);
+  return found;
+}
+
+Bool PointBlock::BoxHoldsPoints() const {
+  for (LONG axis = 0; axis < 3; ++axis)
+    if (!std::isfinite(box.min[axis]) || !std::isfinite(box.max[axis])) return FALSE;
+  for (const SReal *p = positions, *end = p + (VLONG)count * 3; p < end; p += 3)
+    for (LONG axis = 0; axis < 3; ++axis)
+      if ((p[axis] < box.min[axis] || p[axis] > box.max[axis]) && IsFinitePoint(p)) return FALSE;
+  return TRUE;
+}
+
 void PointBlock::Finish(LONG flags) {
   if (count <= 0) return;
   if (!owners_) {
@@ -130,13 +154,17 @@ void PointBlock::Finish(LONG flags) {
     Shrink(attrib1, (VLONG)count);
   }
   if (!(flags & kFinishRecomputeBox)) return;
-  GrowingRange x(positions[0]), y(positions[1]), z(positions[2]);
-  for (const SReal *p = positions, *end = p + (VLONG)count * 3; p < end; p += 3) {
+  box.Reset();
+  const SReal *p = positions, *const end = p + (VLONG)count * 3;
+  while (p < end && !IsFinitePoint(p)) p += 3;
+  if (p == end) return;
+  GrowingRange x(p[0]), y(p[1]), z(p[2]);
+  for (; p < end; p += 3) {
+    if (!IsFinitePoint(p)) continue;
     x.Add(p[0]);
     y.Add(p[1]);
     z.Add(p[2]);
   }
-  box.Reset();
   box.Add(Vector(x.low, y.low, z.low));
   box.Add(Vector(x.high, y.high, z.high));
 }
@@ -160,9 +188,7 @@ Bool PointBlock::Write(HyperFile* hf) const {
       !hf->WriteArray(attrib3, HYPERFILEARRAY_WORD, sizeof(UWORD), count * 3) ||
       !hf->WriteArray(attrib1, HYPERFILEARRAY_WORD, sizeof(UWORD), count))
     return FALSE;
-  if (!hf->WriteLVector(box.valid ? box.min : LVector()) ||
-      !hf->WriteLVector(box.valid ? box.max : LVector()))
-    return FALSE;
+  if (!hf->WriteLVector(box.Min()) || !hf->WriteLVector(box.Max())) return FALSE;
   // First, third, second, fourth: saved scenes hold them in this order.
   if (!hf->WriteLReal(reals[0]) || !hf->WriteLReal(reals[2]) || !hf->WriteLReal(reals[1]) ||
       !hf->WriteLReal(reals[3]))

@@ -49,8 +49,14 @@ struct PointBlock {
   /** A count that a block can have, with all arrays. */
   Bool IsWhole() const;
 
-  /** Shrinks the arrays to `count`; kFinishRecomputeBox makes the box from the points again. */
+  /** Shrinks the arrays to `count`; kFinishRecomputeBox makes the box from the finite points again.
+   */
   void Finish(LONG flags);
+
+  /** Number of points whose coordinates are not all finite; block and box stay as they are. */
+  LONG CountNotFinite() const;
+  /** FALSE when a finite point lies outside the box, or the box itself is not finite. */
+  Bool BoxHoldsPoints() const;
 
   /** Counts positions and bounds, absolute so far, from an origin in file axes. */
   void MoveTo(const LVector& origin);

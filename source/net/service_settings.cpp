@@ -14,7 +14,8 @@ String Setting(const char* variable, LONG key) {
 }
 
 String WithoutSlash(String address) {
-  while (address[address.GetLength() - 1] == '/') address.Delete(address.GetLength() - 1, 1);
+  while (address.Content() && address[address.GetLength() - 1] == '/')
+    address.Delete(address.GetLength() - 1, 1);
   return address;
 }
 

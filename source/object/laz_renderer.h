@@ -15,7 +15,7 @@ namespace kelvra {
 class VoxelHook : public SceneHookData {
   INSTANCEOF(VoxelHook, SceneHookData)
 public:
-  static NodeData* Alloc() { return gNew FencedNode<VoxelHook>; }
+  static NodeData* Alloc() { return AllocFenced<FencedNode<VoxelHook>>(); }
   Bool Message(GeListNode* node, LONG type, void* data) override;
 
   /** The hook's data of a document, NULL without the hook. */
@@ -33,13 +33,13 @@ private:
 
 class VoxelVideoPost : public VideoPostData {
 public:
-  static NodeData* Alloc() { return gNew FencedVideoPost<VoxelVideoPost>; }
+  static NodeData* Alloc() { return AllocFenced<FencedVideoPost<VoxelVideoPost>>(); }
   RENDERRESULT Execute(BaseVideoPost* node, VideoPostStruct* vps) override;
 };
 
 class VoxelVideoPost_Builder : public VideoPostData {
 public:
-  static NodeData* Alloc() { return gNew FencedVideoPost<VoxelVideoPost_Builder>; }
+  static NodeData* Alloc() { return AllocFenced<FencedVideoPost<VoxelVideoPost_Builder>>(); }
   RENDERRESULT Execute(BaseVideoPost* node, VideoPostStruct* vps) override;
   /**
    * While a render is open, what its grid asks for. Before and after, as the host may ask at any time, what

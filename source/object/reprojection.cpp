@@ -50,7 +50,7 @@ NumbersRead ParseNumbers(const String& text, LReal& c1, LReal& c2) {
  * The text of the next point object at or after `from`, which moves behind it; empty, and FALSE, when a brace
  * is missing.
  *
- * The text deliberately stops two characters short of the closing brace, so that the last number loses its
+ * The text stops two characters short of the closing brace, so that the last number loses its
  * last two: 47.25 is read as 47. Whoever calls depends on it: the six texts of scenes that exist were made
  * from such numbers, and the same cloud must show the same ones again.
  */
@@ -98,13 +98,9 @@ CoordinatesRead ReadProjectAnswer(const String& answer, CornerPair& corners) {
 Bool Reproject(LONG inSR, CornerPair& corners, CoordinatesRead* read) {
   *read = CoordinatesRead();
   if (inSR == 0) return FALSE;
-  CHAR* url = ProjectRequest(GeometryServiceAddress(), inSR, corners).GetCStringCopy();
-  CHAR* body = url ? HttpGet(url) : NULL;
-  GeFree(url);
-  if (!body) return TRUE;
-  const String answer(body);
-  GeFree(body);
-  *read = ReadProjectAnswer(answer, corners);
+  const HeldText url(ProjectRequest(GeometryServiceAddress(), inSR, corners).GetCStringCopy());
+  const HeldText body(url.Get() ? HttpGet(url.Get()) : NULL);
+  if (body.Get()) *read = ReadProjectAnswer(String(body.Get()), corners);
   return TRUE;
 }
 

@@ -131,7 +131,9 @@ void KelvraObject::Free(GeListNode* node) {
 
 Bool KelvraObject::Read(GeListNode*, HyperFile* hf, LONG level) {
   settingsChanged = 1;
-  return store.Read(hf, level);
+  const Bool whole = store.Read(hf, level);
+  loadReports = CheckStored(store);
+  return whole;
 }
 
 Bool KelvraObject::Write(GeListNode*, HyperFile* hf) {
@@ -361,8 +363,8 @@ void KelvraObject::OnDelivery(BaseObject* op, PointDelivery& delivery) {
 void KelvraObject::GetDimension(BaseObject* op, Vector* mp, Vector* rad) {
   GrowingBox box;
   store.AddDisplayBox(&box, op->GetDataInstance()->GetReal(KELVRA_OBJECT_SIZE));
-  *mp = box.valid ? (box.min + box.max) * 0.5 : Vector();
-  *rad = box.valid ? (box.max - box.min) * 0.5 : Vector();
+  *mp = (box.Min() + box.Max()) * 0.5;
+  *rad = (box.Max() - box.Min()) * 0.5;
 }
 
 DRAWRESULT KelvraObject::Draw(BaseObject* op, DRAWPASS drawpass, BaseDraw* bd, BaseDrawHelp* bh) {

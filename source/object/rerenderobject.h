@@ -18,7 +18,7 @@ const LReal kUnitObjectSize = 200.0;
 class KelvraObject : public ObjectData {
   INSTANCEOF(KelvraObject, ObjectData)
 public:
-  static NodeData* Alloc() { return gNew FencedObject<KelvraObject>; }
+  static NodeData* Alloc() { return AllocFenced<FencedObject<KelvraObject>>(); }
 
   Bool Init(GeListNode* node) override;
   void Free(GeListNode* node) override;

@@ -29,7 +29,7 @@ struct LookupMessage {
 
 class LAZrayShader : public ShaderData {
 public:
-  static NodeData* Alloc() { return gNew FencedShader<LAZrayShader>; }
+  static NodeData* Alloc() { return AllocFenced<FencedShader<LAZrayShader>>(); }
   LAZrayShader();
   ~LAZrayShader() override { FreeColors(); }
 

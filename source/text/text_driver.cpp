@@ -24,7 +24,11 @@ enum class Form { Any, Extended, Plain };
 class Driver {
 public:
   Driver(const TextLoader& loader, const TextInput& input)
-      : loader_(loader), input_(input), growth_(input.firstGrowth) {
+      : loader_(loader),
+        input_(input),
+        pts_(loader.FormatFlag() != 0),
+        odd_(pts_),
+        growth_(input.firstGrowth) {
     std::memset(static_cast<void*>(&scratch_), 0, sizeof scratch_);
   }
 
@@ -34,6 +38,7 @@ public:
       buffer_[held_] = 0;
       Line(buffer_.get(), held_);
     }
+    result_.odd = odd_.Take();
     return result_;
   }
 
@@ -103,10 +108,15 @@ private:
       ++result_.thinned;
     } else {
       if (result_.firstLine.empty()) Remember(line, length);
-      if (tooLong || !Parse(line, (std::int32_t)length))
+      if (tooLong) {
         Reject();
-      else
+      } else if (!Parse(line, (std::int32_t)length)) {
+        Reject();
+        odd_.Rejected(line, length, result_.lines);
+      } else {
+        if (IsColorless()) odd_.Colorless(line, length, result_.lines);
         Accept();
+      }
     }
     Progress();
   }
@@ -135,6 +145,11 @@ private:
     if (!loader_.ParsePlain(line, length, scratch_)) return false;
     form_ = Form::Plain;
     return true;
+  }
+
+  /** Did the line give no colour? That of a PTS line without one is its intensity: a grey. */
+  bool IsColorless() const {
+    return pts_ ? scratch_.r == scratch_.g && scratch_.g == scratch_.b : form_ == Form::Plain;
   }
 
   void Reject() {
@@ -212,6 +227,8 @@ private:
   const TextInput& input_;
   TextResult result_;
   TextPoint scratch_;
+  const bool pts_;
+  OddLineFinder odd_;
   /** One byte more than can be held and read: each line is closed with a NUL in place. */
   const std::unique_ptr<char[]> buffer_{new char[kMostLineBytes + kChunk + 1]};
   std::size_t start_ = 0, held_ = 0, filled_ = 0; ///< of the next line; bytes of an unfinished one; all bytes

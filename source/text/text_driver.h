@@ -2,6 +2,7 @@
 // progress.
 #pragma once
 
+#include "text/odd_lines.h"
 #include "text/text_loader.h"
 
 #include <cstddef>
@@ -47,6 +48,7 @@ struct TextResult {
   bool stopped = false;                         ///< by progress
   std::string firstLine;                        ///< start of the first line with content, for messages
   bool looksUtf16 = false;                      ///< such a file gives no points
+  OddLines odd;                                 ///< what the readers do not take as it was meant
 };
 
 /**

@@ -86,7 +86,7 @@ bool TextLoader_XYZ::ParseExtended(const char* line, std::int32_t length, TextPo
 bool TextLoader_XYZ::ParsePlain(const char* line, std::int32_t length, TextPoint& point) const {
   FieldReader fields(line, length);
   if (!fields.Position(point)) return false;
-  // The 16-bit value 1, not full scale: deliberate, files without colours are recognised by it.
+  // The 16-bit value 1, not full scale: files without colours are recognised by it.
   point.r = point.g = point.b = 1;
   return true;
 }

@@ -11,7 +11,7 @@ namespace kelvra {
 /** Its container holds the KELVRA_RECORDER_ values of kelvra_messages.h. */
 class Tallyframe : public VideoPostData {
 public:
-  static NodeData* Alloc() { return gNew FencedVideoPost<Tallyframe>; }
+  static NodeData* Alloc() { return AllocFenced<FencedVideoPost<Tallyframe>>(); }
 
   Bool Init(GeListNode* node) override;
   RENDERRESULT Execute(BaseVideoPost* node, VideoPostStruct* vps) override;

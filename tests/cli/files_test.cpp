@@ -42,7 +42,10 @@ TEST(Info, SaysWhyAFileCannotBeRead) {
   const TempFolder folder;
   const std::string good = folder.Write("good.xyz", kPoints), circle = folder / "circle.xyz";
   std::filesystem::create_symlink(circle, circle);
+  std::filesystem::create_directory(folder / "names");
+  folder.Write("names/\xe5.xyz", kPoints);
   const std::pair<std::string, std::string> cases[] = {
+      {folder / "names", "names/\\xe5.xyz: the name is not UTF-8; rename it"},
       {folder / "missing.xyz", "no such file or folder"},
       {good + "/inner.xyz", "Not a directory"},
       {folder / std::string(300, 'x'), "File name too long"},

@@ -117,7 +117,7 @@ TEST_F(CurveParameter, IsGivenAsKnotsOfText) {
     EXPECT_EQ(Held(op_->GetData()), "0.000000,0.500000;1.000000,-2.500000;")
         << "refused text changes nothing";
   }
-  EXPECT_FALSE(op_->SetParameter(DescID(kCurve), GeData(1.0), DESCFLAGS_SET_0)) << "a number is no curve";
+  EXPECT_FALSE(op_->SetParameter(DescID(kCurve), GeData(1.0), DESCFLAGS_SET_0)) << "a number is not a curve";
   std::string many;
   for (LONG i = 0; i <= SplineData::kMaxKnots; ++i) many += "1,0;";
   EXPECT_NE(Set(many).find("found \"1,0\" as knot 4097 of"), std::string::npos);

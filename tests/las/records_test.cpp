@@ -24,7 +24,7 @@ protected:
   std::vector<int> KeptX() const {
     std::vector<int> kept;
     for (std::int64_t i = 0; i < cloud.report.kept; ++i)
-      kept.push_back(static_cast<int>(std::lround(cloud.records[i].x * 100)));
+      kept.push_back((int)std::lround(cloud.records[i].x * 100));
     return kept;
   }
   /** Each point that was read is counted once. */
@@ -37,8 +37,8 @@ protected:
 };
 
 std::vector<TestPoint> Row(int count) {
-  std::vector<TestPoint> points(static_cast<std::size_t>(count));
-  for (int i = 0; i < count; ++i) points[static_cast<std::size_t>(i)].x = i;
+  std::vector<TestPoint> points((std::size_t)count);
+  for (int i = 0; i < count; ++i) points[(std::size_t)i].x = i;
   return points;
 }
 
@@ -70,7 +70,7 @@ TEST_F(Records, ThinningAndBudget) {
       continue;
     }
     EXPECT_EQ(memory.asked, c.kept.size() * 64);
-    const bool whole = static_cast<std::int64_t>(c.kept.size()) == cloud.report.Expected();
+    const bool whole = (std::int64_t)c.kept.size() == cloud.report.Expected();
     EXPECT_EQ(cloud.report.cut, whole ? LoadCut::kNone : LoadCut::kBudget);
     EXPECT_EQ(cloud.report.outcome, whole ? LoadOutcome::kWhole : LoadOutcome::kPartial);
     ExpectBalance();

@@ -142,7 +142,7 @@ TEST_P(LasRecords, TrapsAreHiddenAndThePointsRead) {
 TEST_F(LasTest, ExtendedRecordsCountOnlyWhenCounted) {
   const std::vector<TestPoint> points = Spiral(5);
   Bytes file = MakeLas(6, points);
-  Put(file, 235, static_cast<std::uint64_t>(file.size()));
+  Put(file, 235, (std::uint64_t)file.size());
   EXPECT_TRUE(Validate(file).patches.empty());
   for (const std::uint64_t length : {std::uint64_t{4}, std::uint64_t{5}, ~std::uint64_t{0}}) {
     Bytes extended(60 + 4);
@@ -181,7 +181,7 @@ TEST(GeoKeys, FirstOfTheKnownKeysCounts) {
   };
   for (const auto& c : cases) {
     Bytes directory(8);
-    Put<std::uint16_t>(directory, 6, static_cast<std::uint16_t>(c.entries.size() / 4));
+    Put<std::uint16_t>(directory, 6, (std::uint16_t)(c.entries.size() / 4));
     for (const std::uint16_t value : c.entries) Put(directory, directory.size(), value);
     const kelvra::GeoKey found = Validate(MakeLas(0, {}, {{"LASF_Projection", 34735, directory}})).geoKey;
     EXPECT_EQ(found.code, c.code);

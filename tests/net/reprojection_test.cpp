@@ -59,7 +59,7 @@ TEST_F(Reprojection, AnswersChangeAsMuchAsTheyHold) {
       {R"({"error":{"x":12.5,"y":47.25}})", 1, 2, 3, 4, "0000"},
       {R"([{"x":9,"y":9}] geometries {"x":5.25,"y":6.75} {"x":7})", 5.25, 6, 3, 4, "1100"},
       {R"(geometries {"x":5,"q"} {"x":7,"y":8.5})", 5, 2, 7, 8, "1011"}, // no second number in the first
-      {R"(geometries {} {"x":7,"y":8.25})", 1, 2, 7, 8, "0011"},         // a length below zero is no text
+      {R"(geometries {} {"x":7,"y":8.25})", 1, 2, 7, 8, "0011"},         // a negative length is not a text
       {R"(geometries {"x":5,"y":6.25)", 1, 2, 3, 4, "0000"},             // no closing brace
       {R"(geometries {"x":5,"y":61})", 5, 2, 3, 4, "1000"},              // both digits are cut off
       {R"(geometries {"x":,"y":12} {"x": 1e2 ,"y": -3 "})", 1, 2, 100, -3, "0011"},

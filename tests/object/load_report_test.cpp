@@ -1,4 +1,5 @@
 // The console's lines about loaded files: one a file, which scripts read.
+#include "object/load/load_command.h"
 #include "object/load/load_lines.h"
 #include "support/las_files.h"
 #include "support/object_fixture.h"
@@ -35,7 +36,11 @@ TEST_F(LoadReportTest, RefusalsNameTheReasonAndNoPoints) {
     const char *name, *content, *reason;
   } cases[] = {
       {"empty.xyz", "", "the file is empty"},
-      {"comma.txt", "1,2,3\n", "not by commas"},
+      {"comma.txt", "x,y,z\n1,2,3\n4, 5, 6\n",
+       "no line holds a point: 2 lines (the first is line 2) have commas between the numbers"},
+      {"de.txt", "1,5;2,5;3,5\n",
+       "line 1 has semicolons between the numbers, where blanks or tabs are "
+       "expected; line 1 has decimal commas, where decimal points are expected"},
       {"plain.pts", "3\n1 2 3\n", "expected x y z intensity"},
       {"wide.xyz", "\xFF\xFE\x31\x00", "UTF-16"},
       {"log.las", "~VERSION INFORMATION\n VERS. 2.0\n", "this is not a point cloud (it starts with ~VERSION"},
@@ -53,6 +58,62 @@ TEST_F(LoadReportTest, RefusalsNameTheReasonAndNoPoints) {
   }
   EXPECT_FALSE(doc_->DoUndo()) << "nothing was merged";
   EXPECT_EQ(Load(Path("missing.xyz")), Lines{Path("missing.xyz") + ": the file could not be opened"});
+}
+
+TEST_F(LoadReportTest, LinesThatMeanSomethingElseAreCounted) {
+  const struct {
+    const char *name, *content, *finding; // "" for none
+  } cases[] = {
+      {"a.xyz", "1 2 3 0.52 0.3 0.2\n1 2 4 255.0 0 12.5\n1 2 5\n",
+       "2 lines (the first is line 1) have colours with decimals, which are not read: whole numbers from 0 "
+       "to "
+       "255 are expected"},
+      {"normals.xyz", "1 2 3 0.5 0.1 0.2\n1 2 4 0.5 -0.1 0.2\n", ""},
+      {"nine.xyz", "1 2 3 0.5 -0.1 0.2 0.5 0.5 1\n", "line 1 has colours with decimals"},
+      {"grey.pts", "2\n1 2 3 0.25 8 9 10\n1 2 4 7 0.5 0.5 1\n",
+       "line 3 has colours with decimals, which are not read: whole numbers from 0 to 255 are expected; line "
+       "2 has "
+       "intensities with decimals"},
+      {"comma.xyz", "1 2 3,25\n4 5 6 \n", "line 1 has decimal commas, where decimal points are expected"},
+      {"grid.asc", "ncols 3\n1 2 3\n", "line 1 announces an Esri grid"},
+      {"plain.xyz", "# a colour, lately 1.5\n1 2 3 1 2 3\n", ""},
+      {"degrees.xyz", "11.501 48.101 400\n11.502 48.102 410\n", "x and y look like degrees"},
+      {"mast.xyz", "0.1 0.2 0\n0.2 0.1 40\n", ""},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    op_ = Add();
+    const std::string line = Load(Write(c.name, c.content)).at(0);
+    EXPECT_NE(line.find(c.finding), std::string::npos) << line;
+    if (!*c.finding) {
+      for (const char* word : {"decimals", "commas", "announces", "degrees"})
+        EXPECT_EQ(line.find(word), std::string::npos) << line;
+    }
+  }
+}
+
+TEST_F(LoadReportTest, ValuesThatCannotBeTrueAreLoadedAndReported) {
+  const Lines lines = Load(Write("far.xyz", "0 0 0\n1e38 1 1\n"));
+  EXPECT_EQ(Containing(lines, "2 points, ") + Containing(lines, "coordinates reach 1e+38"), 2) << lines[0];
+  kelvra::PointStore& store = Cloud(op_).store;
+  EXPECT_TRUE(kelvra::CheckStored(store).empty());
+  kelvra::PointBlock& block = store.groups[0].blocks[0];
+  block.positions[4] = std::numeric_limits<SReal>::quiet_NaN();
+  EXPECT_EQ(kelvra::CheckStored(store).at(0).notes.size(), 1u) << "the box still holds what is finite";
+  block.positions[0] = -3.0f;
+  const std::vector<kelvra::LoadReport> found = kelvra::CheckStored(store);
+  ASSERT_EQ(found.size(), 1u);
+  EXPECT_EQ(
+      kelvra::LoadLine(found[0]),
+      "2 points of a scene; 1 point without finite coordinates: never shown; the stored box does not hold "
+      "the points and was made again");
+  EXPECT_EQ(block.box.max, Vector(-3, 0, 0));
+  std::string error;
+  ASSERT_TRUE(application_->SaveScene(doc_, Path("far.scene"), &error)) << error;
+  BaseDocument* opened = application_->LoadScene(Path("far.scene"), &error);
+  ASSERT_TRUE(opened) << error;
+  EXPECT_EQ(Cloud(opened->GetFirstObject()).loadReports.size(), 1u) << "drivers can ask for it";
+  application_->CloseDocument(opened);
 }
 
 TEST_F(LoadReportTest, EachFindingOfALasFileIsToldOnceInItsLine) {

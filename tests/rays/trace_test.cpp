@@ -1,6 +1,9 @@
 // Rays against the plain way of finding what they see.
 #include "tests/rays/scenes.h"
 
+#include <cstdlib>
+#include <cstring>
+
 namespace rays {
 
 /** The items that the ray would meet if it met all. */
@@ -55,6 +58,53 @@ TEST_F(RaysTest, ListsThatAreNotPackedGiveTheSame) {
       ASSERT_EQ(oracle::Check(data, lists, MakeRay(data, random), kNoItem, thread), "");
     }
   }
+}
+
+/** Light that depends on all that it is asked with. */
+struct PlainLight : Illumination {
+  LVector At(const LVector& p, const LVector& normal, LONG alt) override {
+    return LVector(0.5 + normal.x, 1 + normal.y + alt, 1.5 + p.x * 0.01 - p.z * 0.02);
+  }
+  LVector Ambient() override { return LVector(0.125, 0.25, 0.5); }
+};
+
+TEST_F(RaysTest, EndingEarlyGivesWhatAllHitsGive) {
+  const SceneKind kinds[] = {
+      {"crowd", 4000, LVector(12, 9, 12), LVector(5, 0, 0), 0.02, 0.9, 0.0},
+      {"terrain", 8000, LVector(20, 0.4, 20), LVector(), 0.05, 0.3, 0.0},
+      {"one radius", 5000, LVector(30, 6, 30), LVector(), 0.25, 0.25, 0.0},
+      {"more than a ray keeps", 2500, LVector(6, 3, 5), LVector(), 1.5, 3.0, 0.0},
+      {"lattice", 3000, LVector(15, 4, 15), LVector(), 0.5, 1.0, 0.5},
+      {"flat lattice", 2000, LVector(20, 0, 20), LVector(), 0.25, 0.5, 0.25},
+      {"far out", 3000, LVector(9, 9, 9), LVector(123456.7, -54321.9, 1e5), 0.05, 1.0, 0.0},
+  };
+  // KELVRA_PROOF_RAYS=10000000 is the long proof.
+  const char* const asked = std::getenv("KELVRA_PROOF_RAYS");
+  const int rays = asked ? std::atoi(asked) : 21000;
+  oracle::Thread thread;
+  PlainLight light;
+  TraceObserver all; // observed rays take the full walk
+  int full = 0, opaque = 0;
+  for (int done = 0, seed = 1; done < rays; ++seed) {
+    const SceneKind& kind = kinds[(std::size_t)seed % std::size(kinds)];
+    SCOPED_TRACE(kind.name + (" " + std::to_string(seed)));
+    VoxelData data;
+    MakeScene(data, kind, (unsigned)seed);
+    for (LONG i = 0; seed % 3 == 0 && i < data.records.size; ++i) data.records.data[i].transparency = 0.995;
+    Random random((unsigned)seed * 31);
+    for (int i = 0; i < 1000; ++i, ++done) {
+      const TracedRay ray = MakeRay(data, random);
+      const LONG excluded = random.Below(data.items.size + 1) - 1;
+      thread.shadow->excluded = excluded;
+      const TracedLight expected = TraceObserved(data, ray, thread.For(ray.mode), &light, all);
+      full += thread.For(ray.mode).own.IsFull();
+      opaque += expected.transmission == 0.0;
+      thread.shadow->excluded = excluded;
+      const TracedLight found = Trace(data, ray, thread.For(ray.mode), &light);
+      ASSERT_EQ(std::memcmp(&expected, &found, sizeof found), 0) << "ray " << i;
+    }
+  }
+  EXPECT_TRUE(full > rays / 100 && opaque > rays / 10) << full << " " << opaque;
 }
 
 TEST_F(RaysTest, WalkTakesEachCrossedCellOnceInOrder) {
@@ -152,6 +202,7 @@ TEST_F(RaysTest, TiesGoToTheLowerNumberAndToTheLaterAxis) {
   TracedRay ray;
   ray.end = LVector(-9, -0.0, -0.0);
   EXPECT_EQ(oracle::Check(data, oracle::Lists(data), ray, kNoItem, thread), "");
+  CollectHits(data, ray, *thread.volumetric);
   EXPECT_GE(thread.volumetric->count, 4);
   const LReal low = data.itemBox.min.x, high = data.itemBox.max.x;
   for (const LReal z : {high, low}) {
@@ -189,6 +240,7 @@ TEST_F(RaysTest, FarFaceItemsAreMetInTheCellsThatShareTheirPlace) {
   for (const LReal far : {1e20, 12.0, 8.0}) {
     const TracedRay ray = AlongX(LVector(210, 2.03, 0), -1.0, far);
     EXPECT_EQ(oracle::Check(data, oracle::Lists(data), ray, kNoItem, thread), "") << far;
+    CollectHits(data, ray, *thread.volumetric);
     EXPECT_EQ(thread.volumetric->count, far > 10.0) << far;
   }
 }

@@ -14,7 +14,7 @@ struct Heard {
   LONG asked;  ///< posts that were asked for their render info so far
 };
 
-/** Notes what it hears; fails at a call and asks for a break when told to. */
+/** Notes what it hears; fails at a call and asks for a break on request. */
 class Witness : public VideoPostData {
 public:
   static NodeData* Alloc() { return gNew Witness; }

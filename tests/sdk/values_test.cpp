@@ -21,8 +21,8 @@ TEST_F(SdkValues, TextKeepsCharactersBeyondAscii) {
   const String s("\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80");
   EXPECT_EQ(s.GetLength(), 4);
   EXPECT_EQ(Utf8(s), "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80");
-  EXPECT_EQ(Utf8(String("a\xFFz")), "a\xC3\xBFz") << "a byte that is no UTF-8 is taken as Latin-1";
-  EXPECT_EQ(String("a\xC0\x80z").GetLength(), 4) << "an overlong form is no character";
+  EXPECT_EQ(Utf8(String("a\xFFz")), "a\xC3\xBFz") << "a byte that is not UTF-8 is taken as Latin-1";
+  EXPECT_EQ(String("a\xC0\x80z").GetLength(), 4) << "an overlong form is not a character";
   EXPECT_EQ(String("a\xE0\x80\x80z").GetLength(), 5);
 }
 
@@ -100,7 +100,7 @@ TEST_F(SdkValues, ContainersKeepTypesOrderAndPresets) {
   EXPECT_EQ(bc.GetIndexId(0), 1009);
   EXPECT_EQ(bc.GetReal(1009), 50.0);
   EXPECT_EQ(bc.GetLong(1009), 50) << "numbers convert";
-  EXPECT_EQ(bc.GetReal(1601, 7.0), 0.0) << "text is no number, and the entry is there";
+  EXPECT_EQ(bc.GetReal(1601, 7.0), 0.0) << "text is not a number, and the entry is there";
   EXPECT_EQ(bc.GetLong(4711, 100), 100);
   BaseContainer inner(5), copy;
   inner.SetContainer(1, bc);

@@ -39,7 +39,7 @@ inline Bytes MakeLas(unsigned format, const std::vector<TestPoint>& points,
   static constexpr unsigned kLength[] = {20, 28, 26, 34, 57, 63, 30, 36, 38, 59, 67};
   static constexpr unsigned kColor[] = {0, 0, 20, 28, 0, 28, 0, 30, 30, 0, 30};
   const bool modern = format >= 6;
-  const auto headerSize = static_cast<std::uint16_t>(modern ? 375 : 227);
+  const auto headerSize = (std::uint16_t)(modern ? 375 : 227);
   Bytes file(headerSize);
   std::memcpy(file.data(), "LASF", 4);
   file[24] = 1;
@@ -50,18 +50,18 @@ inline Bytes MakeLas(unsigned format, const std::vector<TestPoint>& points,
     file.resize(at + 54);
     std::copy(record.user.begin(), record.user.end(), file.begin() + static_cast<long>(at) + 2);
     Put(file, at + 18, record.id);
-    Put(file, at + 20, static_cast<std::uint16_t>(record.payload.size()));
+    Put(file, at + 20, (std::uint16_t)record.payload.size());
     file.insert(file.end(), record.payload.begin(), record.payload.end());
   }
-  Put(file, 96, static_cast<std::uint32_t>(file.size()));
-  Put(file, 100, static_cast<std::uint32_t>(records.size()));
-  file[104] = static_cast<std::uint8_t>(format);
+  Put(file, 96, (std::uint32_t)file.size());
+  Put(file, 100, (std::uint32_t)records.size());
+  file[104] = (std::uint8_t)format;
   const std::size_t length = kLength[format] + extraBytes;
-  Put(file, 105, static_cast<std::uint16_t>(length));
+  Put(file, 105, (std::uint16_t)length);
   if (modern)
-    Put(file, 247, static_cast<std::uint64_t>(points.size()));
+    Put(file, 247, (std::uint64_t)points.size());
   else
-    Put(file, 107, static_cast<std::uint32_t>(points.size()));
+    Put(file, 107, (std::uint32_t)points.size());
   for (int axis = 0; axis < 3; ++axis) {
     Put(file, 131 + 8 * axis, 0.01);
     Put(file, 179 + 16 * axis, 1e6);
@@ -85,8 +85,8 @@ inline Bytes MakeLas(unsigned format, const std::vector<TestPoint>& points,
 inline std::vector<TestPoint> Spiral(int count) {
   std::vector<TestPoint> points;
   for (int i = 0; i < count; ++i)
-    points.push_back({i * 7, (i % 13) * 1000, (i * i) % 5000, static_cast<std::uint8_t>(1 + i % 6),
-                      static_cast<std::uint16_t>(i * 300), static_cast<std::uint16_t>(i), 77, 0});
+    points.push_back({i * 7, (i % 13) * 1000, (i * i) % 5000, (std::uint8_t)(1 + i % 6),
+                      (std::uint16_t)(i * 300), (std::uint16_t)i, 77, 0});
   return points;
 }
 

@@ -11,9 +11,9 @@ namespace {
 
 bool SeekTo(std::FILE* file, std::uint64_t offset) {
 #if defined(_WIN32)
-  return _fseeki64(file, static_cast<long long>(offset), SEEK_SET) == 0;
+  return _fseeki64(file, (long long)offset, SEEK_SET) == 0;
 #else
-  return fseeko(file, static_cast<off_t>(offset), SEEK_SET) == 0;
+  return fseeko(file, (off_t)offset, SEEK_SET) == 0;
 #endif
 }
 

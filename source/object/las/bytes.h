@@ -22,7 +22,7 @@ T LittleEndian(const std::uint8_t* bytes) {
   if constexpr (sizeof(T) == 8) {
     std::memcpy(&value, &bits, 8);
   } else {
-    value = static_cast<T>(bits);
+    value = (T)bits;
   }
   return value;
 }

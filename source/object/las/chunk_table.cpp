@@ -8,6 +8,7 @@
 #include "integercompressor.hpp"
 
 #include <algorithm>
+#include <new>
 #endif
 
 namespace kelvra {
@@ -25,7 +26,7 @@ bool DecodeLasChunkTable(ByteSource& file, std::uint64_t offset, std::uint64_t c
   if (!file.Read(offset, bytes.data(), bytes.size())) return false;
   chunks.resize(count);
   try {
-    ByteStreamInArrayLE stream(bytes.data(), static_cast<I64>(bytes.size()));
+    ByteStreamInArrayLE stream(bytes.data(), (I64)bytes.size());
     ArithmeticDecoder decoder;
     decoder.init(&stream);
     IntegerCompressor integers(&decoder, 32, 2);
@@ -35,9 +36,11 @@ bool DecodeLasChunkTable(ByteSource& file, std::uint64_t offset, std::uint64_t c
       if (variable) points = integers.decompress(points, 0);
       length = integers.decompress(length, 1);
       if (points < 0 || length <= 0) return false;
-      chunk.points = static_cast<std::uint64_t>(points);
-      chunk.bytes = static_cast<std::uint64_t>(length);
+      chunk.points = (std::uint64_t)points;
+      chunk.bytes = (std::uint64_t)length;
     }
+  } catch (const std::bad_alloc&) {
+    throw;
   } catch (...) {
     return false; // the library throws integers: the end of the bytes, or bytes that no encoder writes
   }

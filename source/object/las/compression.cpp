@@ -160,7 +160,7 @@ std::string CheckLasCompression(ByteSource& file, const LasHeader& header, const
     return Text("its length is %u, %u items need %u", unsigned(record.length), items,
                 unsigned(kFixedBytes + kItemBytes * items));
 
-  compression.compressor = static_cast<LasCompressor>(compressor);
+  compression.compressor = (LasCompressor)compressor;
   compression.chunkSize = LittleEndian<std::uint32_t>(&bytes[12]);
   compression.specialRecords = LittleEndian<std::int64_t>(&bytes[kSpecialRecordsField]);
   compression.items.resize(items);

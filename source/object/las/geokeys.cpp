@@ -28,8 +28,8 @@ GeoKey FindGeoKey(ByteSource& file, const std::vector<LasRecord>& records) {
     if (!file.Read(directory->Payload() + i * kEntryBytes, entry, sizeof entry)) break;
     if (LittleEndian<std::uint16_t>(entry + 2) != 0) continue;
     const unsigned key = LittleEndian<std::uint16_t>(entry);
-    const unsigned rank = static_cast<unsigned>(std::find(std::begin(kKeyOrder), std::end(kKeyOrder), key) -
-                                                std::begin(kKeyOrder));
+    const unsigned rank =
+        (unsigned)(std::find(std::begin(kKeyOrder), std::end(kKeyOrder), key) - std::begin(kKeyOrder));
     if (rank >= best) continue;
     best = rank;
     found = {key, LittleEndian<std::uint16_t>(entry + 6)};

@@ -38,7 +38,7 @@ LasColor ColorOfClass(unsigned classification, double z) {
     const LasColor& color = kPalette[classification];
     if (color.r != 0) return color;
   }
-  // Deliberately not clamped: heights above 1 wrap around, which draws contour bands.
+  // Not clamped: heights above 1 wrap around, which draws contour bands.
   const std::uint16_t grey = GreyOfHeight(z);
   return {grey, grey, grey};
 }
@@ -132,7 +132,7 @@ std::uint16_t GreyOfHeight(double z) {
   constexpr double kTwoTo63 = 9223372036854775808.0;
   const double scaled = z * 65535.0;
   if (!(scaled > -kTwoTo63 && scaled < kTwoTo63)) return 0;
-  return static_cast<std::uint16_t>(static_cast<std::int64_t>(scaled));
+  return (std::uint16_t)(std::int64_t)scaled;
 }
 
 } // namespace kelvra

@@ -148,7 +148,7 @@ bool LasFile::OpenLibrary(const std::string& path, Intensities intensities) {
   }
   const LASheader& header = library_->reader->header;
   return library_->points && header.point_data_format == findings_.header.PointFormat() &&
-         library_->reader->npoints == static_cast<I64>(findings_.header.Points());
+         library_->reader->npoints == (I64)findings_.header.Points();
 }
 
 bool LasFile::HasColor() const {

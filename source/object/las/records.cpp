@@ -20,7 +20,7 @@ constexpr std::uint64_t kManyPoints = 1000000;
 
 std::int64_t Clamped(std::uint64_t count) {
   constexpr std::uint64_t kMost = std::uint64_t{1} << 62;
-  return static_cast<std::int64_t>(std::min(count, kMost));
+  return (std::int64_t)std::min(count, kMost);
 }
 
 std::int64_t RoundedUp(std::int64_t count, std::int64_t step) {
@@ -46,13 +46,10 @@ Plan MakePlan(const LasReadOptions& options, std::uint64_t readable) {
 class ProgressMeter {
 public:
   ProgressMeter(const LasProgress& progress, std::int64_t announced, std::int64_t step)
-      : progress_(progress),
-        total_(RoundedUp(announced, step)),
-        share_(static_cast<double>(announced) / static_cast<double>(step)) {}
+      : progress_(progress), total_(RoundedUp(announced, step)), share_((double)announced / (double)step) {}
 
   bool Report(std::int64_t kept) {
-    const int percent =
-        share_ > 0 ? static_cast<int>(std::min(100.0, static_cast<double>(kept) / share_ * 100.0)) : 0;
+    const int percent = share_ > 0 ? (int)(std::min(100.0, (double)kept / share_ * 100.0)) : 0;
     if (percent == last_ || !progress_) return true;
     last_ = percent;
     return progress_(kept, total_, percent);
@@ -90,7 +87,7 @@ void FillRecord(const LasPoint& point, bool hasColor, SourceRecord& record, unsi
   if (!hasColor) color = ColorOfClass(point.classification, point.z);
   record = {
       point.x, point.y, point.z, {0, 0, 1.0}, 0, color.r, color.g, color.b, std::uint16_t{point.keyPoint}};
-  colorBits |= static_cast<unsigned>(color.r | color.g | color.b);
+  colorBits |= (unsigned)(color.r | color.g | color.b);
 }
 
 LoopResult ReadPoints(LasFile& file, const LasReadOptions& options, const Plan& plan, ProgressMeter& meter,
@@ -120,8 +117,7 @@ LoopResult ReadPoints(LasFile& file, const LasReadOptions& options, const Plan& 
     }
     file.Get(point);
     // Blocks hold 32-bit floats: a coordinate that is not a finite one there cannot be stored.
-    if (!std::isfinite(static_cast<float>(point.x)) || !std::isfinite(static_cast<float>(point.y)) ||
-        !std::isfinite(static_cast<float>(point.z))) {
+    if (!std::isfinite((float)point.x) || !std::isfinite((float)point.y) || !std::isfinite((float)point.z)) {
       ++report.dropped.notFinite;
       continue;
     }
@@ -150,9 +146,9 @@ void WidenColors(LasCloud& cloud) {
   constexpr std::uint16_t kFactor = 255;
   for (std::int64_t i = 0; i < cloud.report.kept; ++i) {
     SourceRecord& record = cloud.records[i];
-    record.r = static_cast<std::uint16_t>(record.r * kFactor);
-    record.g = static_cast<std::uint16_t>(record.g * kFactor);
-    record.b = static_cast<std::uint16_t>(record.b * kFactor);
+    record.r = (std::uint16_t)(record.r * kFactor);
+    record.g = (std::uint16_t)(record.g * kFactor);
+    record.b = (std::uint16_t)(record.b * kFactor);
   }
   cloud.widened = true;
 }
@@ -257,13 +253,12 @@ void Load(LasFile& file, const LasReadOptions& options, RecordMemory& memory, co
   const Plan plan = MakePlan(options, file.Findings().readable);
   report.everyNth = plan.step;
   if (plan.capacity > 0) {
-    const std::size_t bytes = static_cast<std::size_t>(plan.capacity) * sizeof(SourceRecord);
+    const std::size_t bytes = (std::size_t)plan.capacity * sizeof(SourceRecord);
     cloud.records = static_cast<SourceRecord*>(memory.Allocate(bytes));
     if (!cloud.records) {
       report.cut = LoadCut::kNoMemory;
-      report.Refuse(
-          "not enough memory for its points: " + Counted(static_cast<std::uint64_t>(plan.capacity), "point") +
-          " need " + Grouped(bytes) + " bytes while they are loaded");
+      report.Refuse("not enough memory for its points: " + Counted((std::uint64_t)plan.capacity, "point") +
+                    " need " + Grouped(bytes) + " bytes while they are loaded");
       return;
     }
   }

@@ -36,7 +36,7 @@ public:
     }
     for (U32 done = 0; done < count;) {
       if (next_ == end_ && !Fill()) throw EOF;
-      const U32 part = std::min(count - done, static_cast<U32>(Buffered()));
+      const U32 part = std::min(count - done, (U32)Buffered());
       std::memcpy(bytes + done, next_, part);
       next_ += part;
       done += part;
@@ -51,26 +51,26 @@ public:
   void get64bitsBE(U8* bytes) override { Reversed(bytes, 8); }
 
   BOOL isSeekable() const override { return true; }
-  I64 tell() const override { return static_cast<I64>(bufferEnd_) - static_cast<I64>(Buffered()); }
+  I64 tell() const override { return (I64)bufferEnd_ - (I64)Buffered(); }
 
   BOOL seek(const I64 position) override {
-    const I64 begin = static_cast<I64>(bufferEnd_) - (end_ - buffer_.get());
-    if (position >= begin && position <= static_cast<I64>(bufferEnd_)) {
+    const I64 begin = (I64)bufferEnd_ - (end_ - buffer_.get());
+    if (position >= begin && position <= (I64)bufferEnd_) {
       next_ = buffer_.get() + (position - begin);
       return true;
     }
-    if (position < 0 || position > static_cast<I64>(file_.Size())) return false;
+    if (position < 0 || position > (I64)file_.Size()) return false;
     next_ = end_ = buffer_.get();
-    bufferEnd_ = static_cast<std::uint64_t>(position);
+    bufferEnd_ = (std::uint64_t)position;
     return true;
   }
 
-  BOOL seekEnd(const I64 distance) override { return seek(static_cast<I64>(file_.Size()) - distance); }
+  BOOL seekEnd(const I64 distance) override { return seek((I64)file_.Size() - distance); }
 
 private:
   static constexpr std::size_t kBufferBytes = 1 << 18;
 
-  std::size_t Buffered() const { return static_cast<std::size_t>(end_ - next_); }
+  std::size_t Buffered() const { return (std::size_t)(end_ - next_); }
 
   void Reversed(U8* bytes, U32 count) {
     getBytes(bytes, count);
@@ -80,8 +80,7 @@ private:
   // Reads the next bytes of the file into the empty buffer and lays the patches over them.
   bool Fill() {
     const std::uint64_t begin = bufferEnd_;
-    const std::size_t count =
-        static_cast<std::size_t>(std::min<std::uint64_t>(file_.Size() - begin, kBufferBytes));
+    const std::size_t count = (std::size_t)(std::min<std::uint64_t>(file_.Size() - begin, kBufferBytes));
     if (count == 0 || !file_.Read(begin, buffer_.get(), count)) return false;
     next_ = buffer_.get();
     end_ = next_ + count;

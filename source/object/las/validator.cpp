@@ -16,11 +16,10 @@ constexpr unsigned kLastPointFormat = 10;
 // How the file starts, for the message about a file that is not a point cloud at all.
 std::string Beginning(ByteSource& file) {
   std::uint8_t bytes[12] = {};
-  const std::size_t count = static_cast<std::size_t>(std::min<std::uint64_t>(file.Size(), sizeof bytes));
+  const std::size_t count = (std::size_t)(std::min<std::uint64_t>(file.Size(), sizeof bytes));
   if (count == 0 || !file.Read(0, bytes, count)) return "it is empty";
   std::string text;
-  for (std::size_t i = 0; i < count && bytes[i] > ' ' && bytes[i] < 127; ++i)
-    text += static_cast<char>(bytes[i]);
+  for (std::size_t i = 0; i < count && bytes[i] > ' ' && bytes[i] < 127; ++i) text += (char)bytes[i];
   if (!text.empty()) return "it starts with " + text + (text.size() < file.Size() ? "…" : "");
   return Text("it starts with the bytes %02X %02X %02X %02X", bytes[0], bytes[1], bytes[2], bytes[3]);
 }
@@ -75,7 +74,7 @@ void CheckPoints(const LasHeader& header, std::vector<std::string>& complaints) 
         Text("number of points is %s in the old field (byte 107), %s in the new one (byte 247)",
              Grouped(header.legacyPoints).c_str(), Grouped(header.extendedPoints).c_str()));
   for (int axis = 0; axis < 3; ++axis) {
-    const char name = static_cast<char>('x' + axis);
+    const char name = (char)('x' + axis);
     if (!std::isfinite(header.scale[axis]) || header.scale[axis] == 0)
       complaints.push_back(Text("%c scale (byte %d) is %g, it must be finite and not 0", name, 131 + 8 * axis,
                                 header.scale[axis]));
@@ -113,8 +112,7 @@ void IgnoreSurplus(ByteSource& file, LasFindings& findings) {
   const std::size_t found = findings.records.size();
   findings.notes.push_back({NoteSeverity::kInfo, what + Text("; %zu are there, the rest is ignored", found)});
   std::vector<std::uint8_t> count(4);
-  for (int i = 0; i < 4; ++i)
-    count[static_cast<std::size_t>(i)] = static_cast<std::uint8_t>(found >> (8 * i));
+  for (int i = 0; i < 4; ++i) count[(std::size_t)i] = (std::uint8_t)(found >> (8 * i));
   findings.patches.push_back({kRecordCountField, count});
 }
 
@@ -171,11 +169,11 @@ void CountReadable(ByteSource& file, LasFindings& findings) {
   if (!header.Compressed()) {
     findings.readable = std::min(header.Points(), (file.Size() - header.pointOffset) / header.recordLength);
     if (findings.readable < header.Points()) {
-      const double end = static_cast<double>(header.Points()) * header.recordLength + header.pointOffset;
+      const double end = (double)header.Points() * header.recordLength + header.pointOffset;
       findings.cut = LoadCut::kFileEnd;
-      findings.cutPlace = Text("its points should end at byte %s, but it ends at byte %s",
-                               Grouped(static_cast<std::uint64_t>(std::min(end, 1e18))).c_str(),
-                               Grouped(file.Size()).c_str());
+      findings.cutPlace =
+          Text("its points should end at byte %s, but it ends at byte %s",
+               Grouped((std::uint64_t)std::min(end, 1e18)).c_str(), Grouped(file.Size()).c_str());
     }
     return;
   }
@@ -187,7 +185,7 @@ void CountReadable(ByteSource& file, LasFindings& findings) {
   if (plan.withoutTable) {
     // A table that starts where the point data starts is how an interrupted writer leaves it.
     std::vector<std::uint8_t> position(8);
-    for (int i = 0; i < 4; ++i) position[i] = static_cast<std::uint8_t>(header.pointOffset >> (8 * i));
+    for (int i = 0; i < 4; ++i) position[i] = (std::uint8_t)(header.pointOffset >> (8 * i));
     findings.patches.push_back({header.pointOffset, position});
   }
 }

@@ -7,11 +7,17 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <new>
 
 namespace kelvra {
 
 namespace {
+
+/** How much higher than wide a cloud in degrees is at least. */
+const LReal kDegreeRatio = 20.0;
+/** A cloud as wide as this and yet so high is no building. */
+const LReal kManyDegrees = 10.0;
 
 /** Compares a path's suffix without regard to the case of ASCII letters; needs no memory of the host. */
 bool HasSuffix(const std::string& path, const std::string& suffix) {
@@ -46,6 +52,41 @@ void NoteCoarseStep(const LoadedFile& loaded, Bool localOrigin, LoadReport& repo
                     "before the first load");
 }
 
+/** Horizontal degrees look like this: within their bounds, and far narrower than the heights in metres. */
+bool LooksLikeDegrees(const LVector& low, const LVector& high) {
+  if (low.x < -180.0 || high.x > 180.0 || low.y < -90.0 || high.y > 90.0) return false;
+  const LReal width = std::max(high.x - low.x, high.y - low.y), height = high.z - low.z;
+  if (width == 0.0 || height <= width * kDegreeRatio) return false;
+  // A mast in coordinates of its own is as slender, but stands near their zero.
+  const LReal distance = std::max(std::abs(low.x + high.x), std::abs(low.y + high.y)) / 2.0;
+  return distance > width * kDegreeRatio || width > kManyDegrees;
+}
+
+void NoteDegrees(const LoaderSettings& settings, LoadReport& report) {
+  if (LooksLikeDegrees(settings.boxMin, settings.boxMax))
+    report.Note(NoteSeverity::kWarning,
+                "x and y look like degrees beside heights in metres, so that the cloud "
+                "stands like a wall: reproject it first");
+}
+
+/** A float holds such coordinates, but no view, renderer or survey has use for them. */
+const double kFarthestSensible = 1e15;
+
+/** Says when coordinates are too large to be any. */
+void NoteAbsurdExtent(const PointBlock& block, LoadReport& report) {
+  for (LONG axis = 0; axis < 3; ++axis) {
+    const double farthest = std::max(std::abs(block.box.min[axis]), std::abs(block.box.max[axis]));
+    if (!(farthest > kFarthestSensible)) continue;
+    char text[120];
+    std::snprintf(text, sizeof text,
+                  "coordinates reach %.3g, expected at most %.0g: look for a wrong column or line", farthest,
+                  kFarthestSensible);
+    report.Note(NoteSeverity::kError, text);
+    report.outcome = LoadOutcome::kPartial;
+    return;
+  }
+}
+
 /** Loads the files of one command: the first block opens the command's group. */
 class LoadCommand {
 public:
@@ -75,6 +116,8 @@ private:
     PointBlock& block = loaded.block;
     loaded.report.step = StoredStep(block);
     NoteCoarseStep(loaded, target_.options.localOrigin, loaded.report);
+    NoteDegrees(block.settings, loaded.report);
+    NoteAbsurdExtent(block, loaded.report);
     block.Finish(kFinishRecomputeBox);
     if (block.header.key > 1) block.Finish(kFinishRecomputeBox);
     if (!Merge(block)) return RefuseForMemory(loaded);
@@ -160,6 +203,40 @@ std::vector<LoadReport> LoadFiles(const std::vector<NamedFile>& files, const Loa
     reports.push_back(std::move(report));
     if (stopped) break;
   }
+  return reports;
+}
+
+namespace {
+
+/** Checks one block of a scene. TRUE when something was wrong, which the report says then. */
+Bool CheckBlock(PointBlock& block, LoadReport& report) {
+  const LONG notFinite = block.CountNotFinite();
+  if (notFinite > 0)
+    report.Note(NoteSeverity::kError,
+                Counted((std::uint64_t)notFinite, "point") + " without finite coordinates: never shown");
+  if (!block.BoxHoldsPoints()) {
+    block.Finish(kFinishRecomputeBox);
+    report.Note(NoteSeverity::kError, "the stored box does not hold the points and was made again");
+  }
+  if (report.notes.empty()) return FALSE;
+  report.path = Utf8(block.settings.name);
+  report.fromScene = true;
+  report.kept = report.read = block.count;
+  report.outcome = LoadOutcome::kPartial;
+  return TRUE;
+}
+
+} // namespace
+
+std::vector<LoadReport> CheckStored(PointStore& store) {
+  std::vector<LoadReport> reports;
+  for (VLONG g = 0; g < store.groups.GetCount(); ++g)
+    for (VLONG b = 0; b < store.groups[g].blocks.GetCount(); ++b) {
+      LoadReport report;
+      if (!CheckBlock(store.groups[g].blocks[b], report)) continue;
+      PrintLine(report.path, LoadLine(report));
+      reports.push_back(std::move(report));
+    }
   return reports;
 }
 

@@ -39,4 +39,10 @@ std::vector<LoadReport> LoadFiles(const std::vector<NamedFile>& files, const Loa
 /** Prints "path: text". */
 void PrintLine(const std::string& path, const std::string& text);
 
+/**
+ * Looks at points that a scene brought. A box that its points contradict is made from them again. Prints and
+ * returns a report for each block in which something was wrong.
+ */
+std::vector<LoadReport> CheckStored(PointStore& store);
+
 } // namespace kelvra

@@ -37,6 +37,7 @@ std::string Summary(const LoadReport& report) {
   const std::int64_t expected = report.Expected();
   std::string text = report.kept < expected ? "loaded " + Count(report.kept) + " of " + Points(expected)
                                             : Points(report.kept);
+  if (report.fromScene) return text + " of a scene";
   if (report.everyNth > 1) text += ", 1 of " + Count(report.everyNth) + " kept";
   text += ", " + Number(report.seconds, "%.2f") + " s";
   if (report.seconds > 0.0)

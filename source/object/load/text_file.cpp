@@ -1,6 +1,7 @@
 // XYZ and PTS text files through the driver, into a block.
 #include "cloud/block_fill.h"
 #include "cloud/local_origin.h"
+#include "grouped_number.h"
 #include "host_text.h"
 #include "object/load/attribute_colors.h"
 #include "object/load/loaded_file.h"
@@ -16,6 +17,42 @@ namespace {
 /** Makes 16-bit colours of the 8-bit ones of text files. Scenes hold the products, so the factor must stay.
  */
 const LONG kTextColorMultiplier = 256;
+
+/** "line 3 has", "12 lines (the first is line 3) have" */
+std::string Have(const LineCount& lines) {
+  const std::string first = "line " + std::to_string(lines.first);
+  return lines.count == 1
+             ? first + " has"
+             : Counted((std::uint64_t)lines.count, "line") + " (the first is " + first + ") have";
+}
+
+/** Which separators were found where; empty without any. */
+std::string SeparatorText(const OddLines& odd) {
+  std::string text;
+  const auto add = [&text](const LineCount& lines, const char* what) {
+    if (lines.count > 0) text += (text.empty() ? "" : "; ") + Have(lines) + what;
+  };
+  add(odd.semicolons, " semicolons between the numbers, where blanks or tabs are expected");
+  add(odd.commas, " commas between the numbers, where blanks or tabs are expected");
+  add(odd.decimalCommas, " decimal commas, where decimal points are expected");
+  return text;
+}
+
+/** What the reader takes otherwise than its author meant. */
+void NoteOddLines(const OddLines& odd, LoadReport& report) {
+  const auto note = [&report](std::string text) { report.Note(NoteSeverity::kWarning, std::move(text)); };
+  if (!odd.content.empty())
+    note("line " + std::to_string(odd.contentLine) + " announces " + odd.content +
+         "; the first three numbers of each line are taken as x, y and z");
+  if (odd.colors.count > 0)
+    note(Have(odd.colors) +
+         " colours with decimals, which are not read: whole numbers from 0 to 255 are expected");
+  if (odd.intensities.count > 0)
+    note(Have(odd.intensities) + " intensities with decimals, which are not read, nor are the colours behind "
+                                 "them: whole numbers are expected");
+  const std::string separators = SeparatorText(odd);
+  if (report.kept > 0 && !separators.empty()) note(separators);
+}
 
 /** Why a file without points gave none. */
 void Refuse(const TextResult& text, Bool pts, LoadReport& report) {
@@ -33,11 +70,8 @@ void Refuse(const TextResult& text, Bool pts, LoadReport& report) {
   } else if (text.noData + text.notFinite > 0 && text.rejected == 0) {
     report.Refuse("every point is marked as no data or is not a number");
     report.outcome = LoadOutcome::kEmpty;
-  } else if (text.firstLine.find_first_of(",;") != std::string::npos) {
-    report.Refuse(
-        "no line holds a point: fields are expected to be separated by blanks or tabs, not by commas "
-        "or semicolons" +
-        first);
+  } else if (const std::string separators = SeparatorText(text.odd); !separators.empty()) {
+    report.Refuse("no line holds a point: " + separators + first);
   } else {
     report.Refuse(std::string("no line holds a point: expected x y z") + (pts ? " intensity" : "") +
                   " in each line, then r g b where there is colour" + first);
@@ -150,6 +184,7 @@ void LoadTextFile(const Filename& name, const std::string& path, Bool pts, const
   else
     FillPoints(text, options, loaded);
   GeFree(text.points);
+  NoteOddLines(text.odd, report);
   if (loaded.block.count < 1) {
     report.kept = 0;
     return;

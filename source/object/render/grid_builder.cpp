@@ -1,5 +1,5 @@
-// Building the grid: one pass over the items counts what each cell gets, a second one puts it there. All
-// lists lie in one block, in the order of their places.
+// Building the grid: one pass over the items counts what each cell gets, a second one puts it there, and a
+// third one, over the cells, groups what they got. All lists lie in one block, in the order of their places.
 #include "object/render/voxel_grid.h"
 
 #include <algorithm>
@@ -10,6 +10,9 @@
 namespace kelvra {
 
 namespace {
+
+/** Cells with as many items or fewer are not grouped. */
+const ULONG kLeastGrouped = 16;
 
 struct CellRange {
   LONG first[3], last[3];
@@ -29,8 +32,10 @@ public:
     counts_ = GeAllocType(ULONG, grid_->TableSize());
     if (!counts_) return FALSE;
     CountItems();
+    grouped_ = ShouldGroup();
     if (!MakeLeaves()) return FALSE;
     FillCells();
+    if (data_.packed.numbers) GroupCells();
     return TRUE;
   }
 
@@ -113,15 +118,18 @@ private:
     leaves.contents = GeAllocType(NodeContent, (LLONG)leafCount_ + 1);
     leaves.lists = GeAllocType(AutoBuffer<ULONG>, (LLONG)leafCount_ + 1);
     packed.spans = GeAllocTypeNC(CellSpan, places);
-    if (!leaves.contents || !leaves.lists || !packed.spans) return FALSE;
+    packed.filled = GeAllocType(LULONG, places / 64 + 1);
+    if (!leaves.contents || !leaves.lists || !packed.spans || !packed.filled) return FALSE;
 
     // Lay out the lists, place by place. Packed groups of four begin with each cell and exist only for places
     // that rays visit.
     LULONG numbers = 0, fours = 0;
     for (LLONG place = 0; place < places; ++place) {
       const ULONG count = counts_[place];
-      packed.spans[place] = {fours, numbers, count};
+      CellSpan& span = packed.spans[place];
+      span = {fours, numbers, count, 0};
       if (count == 0) continue;
+      packed.filled[place >> 6] |= (LULONG)1 << (place & 63);
       LLONG capacity = kCellListGrowth;
       while (capacity < (LLONG)count) capacity *= 2;
       AutoBuffer<ULONG>& list = leaves.lists[grid_->cells[place]];
@@ -129,14 +137,22 @@ private:
       list.growth = capacity * 2;
       list.count = list.size = count;
       numbers += (LULONG)capacity;
-      if (place < walked) fours += ((LULONG)count + 3) / 4;
+      if (place >= walked) continue;
+      if (grouped_ && count > kLeastGrouped) {
+        span.bounds = (span.Groups() + 3) / 4;
+        mostGrouped_ = std::max(mostGrouped_, count);
+      }
+      fours += (LULONG)span.bounds + span.ItemFours();
     }
 
     // Allocate what the lists hold. Without room for the packed items rays do without them.
     leaves.numbers = GeAllocTypeNC(ULONG, numbers);
     if (!leaves.numbers) return FALSE;
-    if (fours > 0 && fours <= packed.mostBytes / sizeof(PackedFour))
-      packed.fours = GeAllocTypeNC(PackedFour, fours);
+    if (fours > 0 && fours <= packed.mostBytes / sizeof(PackedFour) && packed.AllocateFours(fours) &&
+        mostGrouped_ > 0) {
+      packed.numbers = GeAllocTypeNC(ULONG, fours * 4);
+      if (!packed.numbers || !grouping_.Prepare(mostGrouped_)) packed.ClearFours();
+    }
     Connect(places, walked);
     return TRUE;
   }
@@ -150,8 +166,8 @@ private:
       leaves.lists[leaf].data = leaves.numbers + span.firstNumber;
       leaves.contents[leaf].items = &leaves.lists[leaf];
       data_.nodes.data[leaf].content = &leaves.contents[leaf];
-      // The last four of a cell may have lanes that no item fills.
-      if (place < walked && data_.packed.fours)
+      // The last four of a cell may have lanes that no item fills. Groups get theirs later.
+      if (place < walked && data_.packed.fours && span.bounds == 0)
         EmptyFour(data_.packed.fours[span.firstFour + (span.count - 1) / 4]);
     }
   }
@@ -170,10 +186,19 @@ private:
           {farthest, std::abs(root_->boxMin[axis]), std::abs(root_->boxMin[axis] + grid_->extent[axis])});
     const LReal error = farthest * std::numeric_limits<LReal>::epsilon();
 
+    // Find how large errors of items are that lie with their cell and whose radius is below 1. Where a hard
+    // edge shows whatever is met, there is room for everything.
+    const LVector halfCell = HalfCell();
+    PackedCells& packed = data_.packed;
+    packed.showing = data_.AnyHardEdge() ? kAllShow
+                                         : (SReal)(ReachErrors(halfCell + LVector(1.0), 1.0, error) * 1.00001);
+
     for (LLONG i = 0; i < data_.items.size; ++i) {
       const RenderItem& item = data_.items.data[i];
       const LVector centre = CentreOf(item);
-      ForEachCell(RangeOf(item), [&](LONG x, LONG y, LONG z) {
+      const CellRange range = RangeOf(item);
+      if (range.last[0] >= grid_->nx || range.last[1] >= grid_->ny) AddFolded((ULONG)i);
+      ForEachCell(range, [&](LONG x, LONG y, LONG z) {
         // Append the item's number to the cell's list.
         const LLONG place = grid_->IndexOf(x, y, z);
         const CellSpan& span = data_.packed.spans[place];
@@ -188,11 +213,33 @@ private:
                 ? CentreOfCell(x, y, z)
                 : CentreOfCell((LONG)(place % grid_->nx), (LONG)(place / grid_->nx % grid_->ny),
                                (LONG)(place / grid_->nx / grid_->ny));
-        PackItem(data_.packed.fours[span.firstFour + nth / 4], (LONG)(nth % 4), centre - cell, item.radius,
-                 error);
+        PackItem(packed.fours[span.firstFour + span.bounds + nth / 4], (LONG)(nth % 4), centre - cell,
+                 item.radius, error, packed.showing);
       });
     }
   }
+  /** Notes an item that a cell far from it lists too. */
+  void AddFolded(ULONG item) {
+    PackedCells& packed = data_.packed;
+    if (packed.foldedCount < PackedCells::kMostFolded) packed.folded[packed.foldedCount] = item;
+    if (packed.foldedCount <= PackedCells::kMostFolded) ++packed.foldedCount;
+  }
+
+  /** Does a ray through a cell pass most of what it lists? Not where points are as large as cells. */
+  Bool ShouldGroup() const {
+    const LVector half = HalfCell();
+    return std::sqrt(data_.LargestRadius()) < std::min({half.x, half.y, half.z});
+  }
+  void GroupCells() {
+    const LVector half = HalfCell();
+    const LLONG walked = (LLONG)grid_->nx * grid_->ny * grid_->nz;
+    for (LLONG place = 0; place < walked; ++place) {
+      const CellSpan& span = data_.packed.spans[place];
+      if (span.bounds > 0)
+        grouping_.Group(data_.packed, span, data_.leaves.numbers + span.firstNumber, half);
+    }
+  }
+  LVector HalfCell() const { return LVector(grid_->cellSize[0], grid_->cellSize[1], grid_->cellSize[2]) * 0.5; }
   LVector CentreOfCell(LONG x, LONG y, LONG z) const {
     return LVector(root_->boxMin[0] + (x + 0.5) * grid_->cellSize[0],
                    root_->boxMin[1] + (y + 0.5) * grid_->cellSize[1],
@@ -204,6 +251,9 @@ private:
   CellGrid* grid_ = NULL;
   ULONG* counts_ = NULL; ///< by place: items so far
   ULONG leafCount_ = 0;
+  Bool grouped_ = FALSE;
+  ULONG mostGrouped_ = 0; ///< items in a cell with groups
+  CellGrouping grouping_;
 };
 
 } // namespace
@@ -211,6 +261,7 @@ private:
 Bool BuildGrid(VoxelData& data) {
   data.ClearGrid();
   if (data.items.size == 0) return TRUE;
+  for (LLONG i = 0; i < data.records.size; ++i) BoundFalloff(data.records.data[i]);
   if (Builder(data).Build()) return TRUE;
   data.packed.Clear(); // rays look here first: to them a grid without it is not there
   return FALSE;

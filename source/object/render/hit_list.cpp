@@ -46,11 +46,7 @@ void HitList::Sort() {
   // Sort small keys in place of the records, which are three times as large. The C library's qsort would
   // allocate memory for arrays of this size, and rays must not.
   for (LONG i = 0; i < count; ++i) keys_[i] = {HitSort::Key(hits[i].entry), hits[i].item, i};
-  const HitSort& order = sort;
-  std::sort(keys_, keys_ + count, [&order](const SortKey& a, const SortKey& b) {
-    const LONG byDistance = order.HitSort::Compare(a.distance, b.distance);
-    return byDistance != 0 ? byDistance < 0 : a.item < b.item;
-  });
+  SortKeys(count);
 
   // Move the records to their places. A permutation consists of cycles: lift the first record of each, move
   // the others one after another into the place that is free, and put the lifted one into the last.
@@ -73,17 +69,26 @@ void HitList::Sort() {
     if (hits[i - 1].item == hits[i].item) hits[i - 1].item = kNoItem;
 }
 
+void HitList::SortKeys(LONG keys) {
+  const HitSort& order = sort;
+  std::sort(keys_, keys_ + keys, [&order](const SortKey& a, const SortKey& b) {
+    const LONG byDistance = order.HitSort::Compare(a.distance, b.distance);
+    return byDistance != 0 ? byDistance < 0 : a.item < b.item;
+  });
+}
+
+LONG HitList::Order(LReal before) {
+  LONG keys = 0;
+  for (LONG i = 0; i < count; ++i)
+    if (hits[i].entry < before) keys_[keys++] = {HitSort::Key(hits[i].entry), hits[i].item, i};
+  SortKeys(keys);
+  return keys;
+}
+
 Bool HitList::Visit(LONG item) {
   if (visitedCount > 0 && visited[visitedCount - 1] == item) return FALSE;
   visited[visitedCount++] = item;
   return TRUE;
-}
-
-LReal PlaceOnDisc(const RaySegment& ray, const HitRecord& hit, LReal radius) {
-  // Take away what leads along the ray: the rest leads from its line to the centre.
-  const LVector v = LVector(hit.centre[0], hit.centre[1], hit.centre[2]) - ray.start;
-  const LVector across = ray.squaredUnit > 0.0 ? v - ray.unit * ((v * ray.unit) / ray.squaredUnit) : v;
-  return FCut((across * across) / (radius * radius), 0.0, 1.0);
 }
 
 LReal DiscOpacity(LReal place, LReal falloffBias) {

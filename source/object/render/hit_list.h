@@ -70,6 +70,19 @@ struct HitList {
    * the same test gave them the same distance; all but the last of them become kNoItem.
    */
   void Sort();
+
+  // The short walk keeps only hits that show, in the order in which it finds them.
+
+  /** Is the item a hit? */
+  Bool Contains(LONG item) { return SlotOf(item).ray == ray_; }
+  /** Adds a hit that shows, of an item that is not contained, with its PlaceOnDisc. */
+  void AddShowing(const HitRecord& hit, LReal place);
+  /** Orders the hits that begin before a distance as Sort would, and returns how many they are. */
+  LONG Order(LReal before);
+  /** Place in `hits` of the i-th one in order. */
+  LONG Ordered(LONG i) const { return keys_[i].from; }
+  LReal PlaceOf(LONG hit) const { return places_[hit]; }
+
   /** Notes an item; FALSE when it is noted already. After Sort only the one noted last can be the same. */
   Bool Visit(LONG item);
 
@@ -83,6 +96,8 @@ private:
     LULONG distance;
     LONG item, from;
   };
+  /** Sorts the first keys. */
+  void SortKeys(LONG keys);
   /** The slot of an item, or the free one where it would be. */
   Slot& SlotOf(LONG item);
 
@@ -90,6 +105,7 @@ private:
   ULONG ray_ = 0;           ///< number of the ray: slots of earlier rays count as free
   Slot slots_[kSlots] = {}; ///< hash table of the items that are hits
   SortKey keys_[kMostHits];
+  LReal places_[kMostHits];
 };
 
 /**
@@ -129,6 +145,21 @@ inline void HitList::Add(const HitRecord& hit) {
   last_ = hit.item;
   ++found;
   hits[count++] = hit;
+}
+
+inline void HitList::AddShowing(const HitRecord& hit, LReal place) {
+  Slot& slot = SlotOf(hit.item);
+  slot.item = hit.item;
+  slot.ray = ray_;
+  places_[count] = place;
+  hits[count++] = hit;
+}
+
+inline LReal PlaceOnDisc(const RaySegment& ray, const HitRecord& hit, LReal radius) {
+  // Take away what leads along the ray: the rest leads from its line to the centre.
+  const LVector v = LVector(hit.centre[0], hit.centre[1], hit.centre[2]) - ray.start;
+  const LVector across = ray.squaredUnit > 0.0 ? v - ray.unit * ((v * ray.unit) / ray.squaredUnit) : v;
+  return FCut((across * across) / (radius * radius), 0.0, 1.0);
 }
 
 inline Bool TestItem(const RaySegment& ray, const RenderItem& item, LReal farLimit, HitRecord* hit) {

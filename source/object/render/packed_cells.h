@@ -11,35 +11,65 @@
 
 namespace kelvra {
 
-/** Four items, relative to the centre of their cell. Unused lanes have a reach that nothing meets. */
+/** Four spheres, relative to the centre of their cell: items, or groups of them. */
 struct PackedFour {
   SReal x[4], y[4], z[4];
-  /** An item is surely missed when its squared distance from the ray's line exceeds this plus the margin. */
+  /**
+   * A sphere is surely missed when its squared distance from the ray's line exceeds this plus the margin.
+   * Unused lanes have a reach that nothing meets.
+   */
   SReal reach[4];
 };
 static_assert(sizeof(PackedFour) == 64, "one cache line");
 
+/** Items of a group: two fours. Four groups share a four of bounds. */
+const ULONG kGroupItems = 8;
+/** In place of PackedCells::showing: whatever is met may show. */
+const SReal kAllShow = 1.0e30f;
+/** Margins that the bound of a group counts; BoundReach relies on it. */
+const SReal kBoundMargins = 4.0f;
+
 /** Where a cell's items are. */
 struct CellSpan {
-  LULONG firstFour;   ///< in PackedCells::fours
+  LULONG firstFour;   ///< in PackedCells::fours: those of the bounds, then those of the items
   LULONG firstNumber; ///< in LeafPools::numbers
   ULONG count;
+  ULONG bounds; ///< fours of bounds; 0: the items are not grouped and lie in the order of the list
+
+  ULONG Groups() const { return (count + kGroupItems - 1) / kGroupItems; }
+  /** Fours of items. Groups are whole. */
+  ULONG ItemFours() const { return bounds > 0 ? Groups() * 2 : (count + 3) / 4; }
 };
 
 /** All cells that rays visit. Owns its arrays. */
 struct PackedCells {
   /** Items that overlap so many cells that this is not enough would cost more packed than they save. */
   static const LULONG kMostBytes = 4ull << 30;
+  /** Most items in `folded`. */
+  static const LONG kMostFolded = 64;
 
   CellSpan* spans = NULL;        ///< by place in the cell table
+  LULONG* filled = NULL;         ///< one bit for each place: does its list hold anything?
   PackedFour* fours = NULL;      ///< NULL: every listed item takes the exact test, with the same result
+  ULONG* numbers = NULL;         ///< of the item in each lane of `fours`, for cells with groups
   LULONG mostBytes = kMostBytes; ///< for fours
 
+  /** Items of the far faces, which cells at the near side list too (CellGrid::IndexOf). */
+  ULONG folded[kMostFolded];
+  LONG foldedCount = 0; ///< kMostFolded + 1: there are more
+
+  /** Room for errors when the quick test asks whether an item shows: see LaneRay::showing. */
+  SReal showing = 0.0f;
+
   ~PackedCells() { Clear(); }
-  void Clear() {
-    GeFree(spans);
-    GeFree(fours);
-  }
+  void Clear();
+  void ClearFours();
+  /** Allocates the fours, each in one cache line. FALSE when memory is refused. */
+  Bool AllocateFours(LULONG count);
+  Bool IsFilled(LLONG place) const { return filled[place >> 6] >> (place & 63) & 1; }
+
+private:
+  void* foursBlock_ = NULL;
 };
 
 /**
@@ -60,28 +90,61 @@ inline LReal PackedMargin(LReal along, LReal squaredDiagonal) {
   return 1.1 * kRoundingOfSquare * along * along + kPackedRounding * squaredDiagonal;
 }
 
-/** Marks all lanes as unused. */
-inline void EmptyFour(PackedFour& four) {
-  for (LONG lane = 0; lane < 4; ++lane) {
-    four.x[lane] = four.y[lane] = four.z[lane] = 0.0f;
-    four.reach[lane] = -1.0e30f;
-  }
+/** The same for whether an item shows: that is computed with 64 bits. */
+inline LReal ShowingMargin(LReal along, LReal squaredDiagonal) {
+  return 1.0e-14 * along * along + kPackedRounding * squaredDiagonal;
 }
 
 /**
- * Puts an item into a lane. `offset` leads from the cell's centre to the item's, and each of its components
- * is off by at most `error`.
+ * Room that an item's reach leaves for errors. `offset` leads from the cell's centre to the item's, and each
+ * of its components is off by at most `error`. The last term covers the rounding of the sum to 32 bits.
  */
-inline void PackItem(PackedFour& four, LONG lane, const LVector& offset, LReal radius, LReal error) {
-  four.x[lane] = (SReal)offset.x;
-  four.y[lane] = (SReal)offset.y;
-  four.z[lane] = (SReal)offset.z;
-  // The exact test compares the squared distance with the radius itself. Added to it are the errors of both
-  // tests, and that of the offset; the last factor covers the rounding of the sum to 32 bits.
-  const LReal reach = radius * (1.0 + 1.0e-6) + kPackedRounding * radius * radius +
-                      (kPackedRounding + 11.0 * kRoundingOfSquare) * (offset * offset) +
-                      8.0 * error * (std::abs(offset.x) + std::abs(offset.y) + std::abs(offset.z) + radius);
-  four.reach[lane] = (SReal)(reach * (1.0 + 2.0e-7));
+inline LReal ReachErrors(const LVector& offset, LReal radius, LReal error) {
+  return 1.0e-6 * radius + kPackedRounding * radius * radius +
+         (kPackedRounding + 11.0 * kRoundingOfSquare) * (offset * offset) +
+         8.0 * error * (std::abs(offset.x) + std::abs(offset.y) + std::abs(offset.z) + radius) +
+         2.0e-7 * radius;
 }
+
+/** Marks all lanes as unused. */
+void EmptyFour(PackedFour& four);
+
+/**
+ * Puts an item into a lane: its reach is the radius, with which the exact test compares the squared distance,
+ * and room for errors. `showing` is PackedCells::showing.
+ */
+void PackItem(PackedFour& four, LONG lane, const LVector& offset, LReal radius, LReal error, SReal showing);
+
+/**
+ * Sorts packed items of cells by place, so that groups of them are small, and bounds each group. What a ray
+ * then tests in a cell grows with the items that it comes near, not with those that the cell lists.
+ */
+class CellGrouping {
+public:
+  CellGrouping() {}
+  ~CellGrouping();
+  CellGrouping(const CellGrouping&) = delete;
+  CellGrouping& operator=(const CellGrouping&) = delete;
+
+  /** Makes room for cells of up to `most` items. FALSE when memory is refused. */
+  Bool Prepare(ULONG most);
+  /**
+   * The items of the span lie in its fours in the order of the list, `list` holds their numbers. `halfCell` is
+   * half the size of a cell.
+   */
+  void Group(PackedCells& packed, const CellSpan& span, const ULONG* list, const LVector& halfCell);
+
+private:
+  struct Item {
+    SReal x, y, z, reach;
+    ULONG number;
+    ULONG key;
+  };
+  static const LONG kMostKeyBits = 15;
+
+  Item* items_ = NULL;
+  Item* sorted_ = NULL;
+  ULONG starts_[(1 << kMostKeyBits) + 1];
+};
 
 } // namespace kelvra

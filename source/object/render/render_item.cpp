@@ -1,18 +1,8 @@
 #include "object/render/render_item.h"
 
-namespace kelvra {
+#include <cmath>
 
-void BoundingBox::Add(const LVector& p) {
-  if (!valid) {
-    min = max = p;
-    valid = 1;
-    return;
-  }
-  for (LONG axis = 0; axis < 3; ++axis) {
-    if (p[axis] < min[axis]) min[axis] = p[axis];
-    if (p[axis] > max[axis]) max[axis] = p[axis];
-  }
-}
+namespace kelvra {
 
 LReal HeightCurve::At(LReal height) const {
   if (!values) return 1.0;
@@ -23,6 +13,11 @@ LReal HeightCurve::At(LReal height) const {
   const LONG step = place < kSteps ? (LONG)place : kSteps - 1;
   const LReal part = place - step;
   return values[step] * (1.0 - part) + values[step + 1] * part;
+}
+
+void BoundFalloff(RenderObjectRecord& record) {
+  // bias ^ (log x / log 0.5) = x ^ (log bias / log 0.5). Bounds of opacities leave room for the rounding.
+  record.falloffPower = (LONG)std::ceil(std::log(record.falloffBias) / std::log(0.5) - 1.0e-9);
 }
 
 void FreeRecord(RenderObjectRecord& record) {

@@ -31,23 +31,6 @@ inline LVector CentreOf(const RenderItem& item) {
   return LVector(item.boxMin[0] + item.radius, item.boxMin[1] + item.radius, item.boxMin[2] + item.radius);
 }
 
-/** Box that grows point by point; invalid until the first. */
-struct BoundingBox {
-  LVector min, max;
-  LONG valid;
-
-  BoundingBox() { Reset(); }
-  void Reset() {
-    min = LVector(1.0e308);
-    max = LVector(-1.0e308);
-    valid = 0;
-  }
-  void Add(const LVector& p);
-  /** All zero while invalid. */
-  LVector Min() const { return valid ? min : LVector(); }
-  LVector Max() const { return valid ? max : LVector(); }
-};
-
 /** A curve over heights, as a table of equal steps. Plain data; the record that holds it owns `values`. */
 struct HeightCurve {
   static const LONG kSteps = 1024;
@@ -71,6 +54,9 @@ struct RenderObjectRecord {
   BaseObject* source = NULL;
   LONG firstItem = 0;
 
+  /** Opacity across the disc is x ^ p, x = 1 - place; this is p, rounded up. Set when the grid is built. */
+  LONG falloffPower = 1;
+
   // Read while gathering, and for the opacity by height.
   LReal pointRadius = 0.25, radiusVariation = 0.0;
   HeightCurve radiusCurve, opacityCurve;
@@ -80,6 +66,8 @@ struct RenderObjectRecord {
   LReal HeightOf(const LVector& world) const { return world * upAxis + upOffset; }
 };
 
+/** Sets falloffPower. */
+void BoundFalloff(RenderObjectRecord& record);
 void FreeRecord(RenderObjectRecord& record);
 
 } // namespace kelvra

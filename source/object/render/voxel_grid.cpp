@@ -53,6 +53,12 @@ void VoxelData::RemoveLastRecord() {
   records.count = records.size;
 }
 
+Bool VoxelData::AnyHardEdge() const {
+  for (LLONG i = 0; i < records.size; ++i)
+    if (records.data[i].falloffBias == 1.0) return TRUE;
+  return FALSE;
+}
+
 void LeafPools::Clear() {
   GeFree(contents);
   GeFree(lists);
@@ -85,7 +91,7 @@ void VoxelData::Clear() {
   records.growth = kRecordGrowth;
 }
 
-GridPlan PlanGrid(const BoundingBox& itemBox, const BoundingBox& radiusBox) {
+GridPlan PlanGrid(const GrowingBoxOf<LVector>& itemBox, const GrowingBoxOf<LVector>& radiusBox) {
   // Large points overlap many cells: the larger they are, the fewer cells.
   GridPlan plan;
   const LReal middle = (radiusBox.Min().x + radiusBox.Max().x) * 0.5;

@@ -4,6 +4,7 @@
 // Built once per frame on one thread; read-only, from any number of threads, until it is cleared.
 #pragma once
 
+#include "cloud/growing_box.h"
 #include "object/render/packed_cells.h"
 #include "object/render/render_item.h"
 
@@ -67,9 +68,9 @@ struct VoxelData {
   AutoBuffer<GridNode> nodes{4}; ///< 0 is the root, leaves follow in the order in which cells get items
   AutoBuffer<RenderItem> items{kItemGrowth};
   AutoBuffer<RenderObjectRecord> records{kRecordGrowth};
-  BoundingBox itemBox;
+  GrowingBoxOf<LVector> itemBox;
   /** Of (r, r, r) of every item: smallest and largest radius. Never reset, it widens from frame to frame. */
-  BoundingBox radiusBox;
+  GrowingBoxOf<LVector> radiusBox;
   LeafPools leaves;
   /** The same lists, packed for the walk. */
   PackedCells packed;
@@ -96,6 +97,8 @@ struct VoxelData {
   }
   /** Largest radius of any item so far. */
   LReal LargestRadius() const { return radiusBox.valid ? radiusBox.max.x : 0.0; }
+  /** Are there points that are opaque up to their rim, and beyond their radius? */
+  Bool AnyHardEdge() const;
 
   /** Frees the nodes with all that they own. */
   void ClearGrid();
@@ -111,7 +114,7 @@ struct GridPlan {
   LONG maxCells; ///< most of an axis
   LONG count[3]; ///< of each axis
 };
-GridPlan PlanGrid(const BoundingBox& itemBox, const BoundingBox& radiusBox);
+GridPlan PlanGrid(const GrowingBoxOf<LVector>& itemBox, const GrowingBoxOf<LVector>& radiusBox);
 
 /**
  * Builds the grid over data.items. FALSE when memory is refused: what was built stays attached until the next

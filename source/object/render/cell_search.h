@@ -1,0 +1,65 @@
+// The quick test: the items of a cell against one ray, four or eight at once. It makes most exact tests
+// unnecessary.
+#pragma once
+
+#include "object/render/packed_cells.h"
+
+#if defined(__SSE2__) || defined(_M_X64)
+#include <emmintrin.h>
+#define KELVRA_SSE2 1
+#endif
+
+namespace kelvra {
+
+/** The ray in one cell. */
+struct LaneRay {
+  SReal px, py, pz; ///< from the cell's centre to the nearest point of the ray's line
+  SReal dx, dy, dz; ///< direction, of length 1
+  SReal margin;     ///< PackedMargin
+  /**
+   * An item that is met shows only within its radius, unless it has a hard edge. Added to the square of the
+   * reach, this bounds the squared distance at which it may show; kAllShow makes no difference between items
+   * that are met and items that show.
+   */
+  SReal showing;
+};
+
+/** Part of a cell's packed items. */
+struct SearchedItems {
+  const PackedFour* bounds; ///< of the groups
+  ULONG boundFours;         ///< 0: the items are not grouped
+  const PackedFour* items;
+  ULONG itemFours;
+  const ULONG* numbers; ///< by lane
+};
+
+/** Most numbers that a search writes beyond `room`: lanes of one group. */
+const ULONG kSearchSpare = kGroupItems;
+
+struct Searched {
+  ULONG met = 0;     ///< items that the ray may meet
+  ULONG showing = 0; ///< those of them that may show
+  ULONG fours = 0;   ///< tested, bounds included
+};
+
+/**
+ * Writes the numbers of the items that may show, in the order of the lanes, to `showing`, and ends early once
+ * more than `room` items may be met. The squared distance between an item's centre and the ray's line is
+ * u^2 - (u * d)^2, with u from the line's point to the centre (Pythagoras); one that is not a number counts
+ * as near. Chosen for the processor when the module is loaded; which items pass may depend on it, the picture
+ * does not.
+ */
+extern Searched (*const SearchItems)(const LaneRay& ray, const SearchedItems& items, ULONG room,
+                                     ULONG* showing);
+
+/** Starts loading cache lines of 64 bytes. */
+inline void Prefetch(const void* from, LONG lines) {
+#ifdef KELVRA_SSE2
+  for (LONG i = 0; i < lines; ++i) _mm_prefetch(static_cast<const char*>(from) + i * 64, _MM_HINT_T0);
+#else
+  (void)from;
+  (void)lines;
+#endif
+}
+
+} // namespace kelvra

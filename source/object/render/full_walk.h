@@ -1,0 +1,217 @@
+// The walk of a ray through the whole grid: every hit, in the order in which the cells list them, up to the
+// most that a ray collects.
+#pragma once
+
+#include "object/render/cell_search.h"
+#include "object/render/voxel_trace.h"
+
+#include <algorithm>
+
+namespace kelvra {
+
+/** The ray in the frame of one cell after another. */
+class CellFrame {
+public:
+  CellFrame(const VoxelData& data, const RaySegment& ray)
+      : data_(data),
+        grid_(*data.Root()),
+        ray_(ray),
+        dx_((SReal)ray.unit.x),
+        dy_((SReal)ray.unit.y),
+        dz_((SReal)ray.unit.z) {
+    const GridNode& root = data.nodes.data[0];
+    for (LONG axis = 0; axis < 3; ++axis) {
+      corner_[axis] = root.boxMin[axis] + 0.5 * grid_.cellSize[axis] - ray.start[axis];
+      squaredDiagonal_ += grid_.cellSize[axis] * grid_.cellSize[axis];
+    }
+  }
+  LReal SquaredDiagonal() const { return squaredDiagonal_; }
+
+  /**
+   * Lengths are taken from the cell's centre, so that 32 bits suffice however far the cell is from the
+   * origin. `all`: whatever may be met counts as showing.
+   */
+  LaneRay In(const LONG at[3], Bool all) const {
+    const LVector toCentre(corner_.x + at[0] * grid_.cellSize[0], corner_.y + at[1] * grid_.cellSize[1],
+                           corner_.z + at[2] * grid_.cellSize[2]);
+    const LReal along = toCentre * ray_.unit;
+    const LVector nearest = ray_.unit * along - toCentre;
+    LaneRay ray = {(SReal)nearest.x, (SReal)nearest.y, (SReal)nearest.z, dx_, dy_, dz_, 0.0f, kAllShow};
+    ray.margin = (SReal)PackedMargin(along, squaredDiagonal_) * kRoundUp;
+    if (!all) ray.showing = (data_.packed.showing + (SReal)ShowingMargin(along, squaredDiagonal_)) * kRoundUp;
+    return ray;
+  }
+  SearchedItems ItemsOf(const CellSpan& span) const {
+    const PackedFour* fours = data_.packed.fours + span.firstFour;
+    const ULONG* numbers = span.bounds > 0 ? data_.packed.numbers + (span.firstFour + span.bounds) * 4
+                                           : data_.leaves.numbers + span.firstNumber;
+    return {fours, span.bounds, fours + span.bounds, span.ItemFours(), numbers};
+  }
+  void PrefetchFours(const CellSpan& span) const {
+    if (span.count > 0 && data_.packed.fours)
+      Prefetch(data_.packed.fours + span.firstFour, LMin((LONG)(span.bounds + span.ItemFours()), 8));
+  }
+
+private:
+  static constexpr SReal kRoundUp = 1.000001f;
+
+  const VoxelData& data_;
+  const CellGrid& grid_;
+  const RaySegment& ray_;
+  SReal dx_, dy_, dz_;
+  LVector corner_; ///< from the ray's start to the centre of cell (0, 0, 0)
+  LReal squaredDiagonal_ = 0.0; ///< of a cell
+};
+
+/** Where a far limit ends the walk. */
+class WalkEnd {
+public:
+  WalkEnd(const VoxelData& data, const RaySegment& ray, LReal farLimit, LReal squaredDiagonal) : ray_(ray) {
+    // Find the t beyond which no cell can hold a hit before the far limit. An item of a cell begins at most
+    // `reach` before the place where the ray enters the cell; the thousandth leaves room for rounding.
+    const LReal reach = std::sqrt(squaredDiagonal) + 4.0 * data.LargestRadius() + 1.0;
+    const LReal past = farLimit < kNoSurface ? farLimit + reach + 1.0e-3 * (farLimit + reach) : kNoSurface;
+    const LReal length = std::sqrt(ray.delta * ray.delta);
+    lastEntry_ = length > 0.0 ? past / length : 1.0;
+  }
+  /**
+   * Beyond the far limit nothing can be hit in a cell, but for those at x 0 or y 0: they also list items of
+   * the far faces (CellGrid::IndexOf), which a ray that descends on these axes passed before.
+   */
+  Bool Skips(const WalkedCell& cell) const {
+    return cell.entry > lastEntry_ && cell.at[0] != 0 && cell.at[1] != 0;
+  }
+  /** Can there be such cells ahead? Without them the walk ends at the first cell that it skips. */
+  Bool GoesOn() const { return ray_.sign[0] < 0 || ray_.sign[1] < 0; }
+
+private:
+  const RaySegment& ray_;
+  LReal lastEntry_; ///< t at which the last cell that can matter is entered
+};
+
+/**
+ * Tests the items of the cells along one ray.
+ *
+ * The time goes into waiting for memory, so everything is fetched ahead of its use: the span of a cell when
+ * the walk enters it, its packed items half a queue of cells later, its items when the quick test lets them
+ * pass. The order in which items are tested stays that of the walk.
+ */
+template <class Observer>
+class FullWalk {
+public:
+  FullWalk(const VoxelData& data, const RaySegment& ray, LReal farLimit, HitList& list, Observer& observer)
+      : data_(data),
+        grid_(*data.Root()),
+        ray_(ray),
+        farLimit_(farLimit),
+        list_(list),
+        observer_(observer),
+        frame_(data, ray),
+        end_(data, ray, farLimit, frame_.SquaredDiagonal()) {}
+
+  /** False when the ray needs no further cell. */
+  bool Visit(const WalkedCell& cell) {
+    if (end_.Skips(cell)) return end_.GoesOn();
+    // Queue the cell, and look through the one that has waited longest once the queue is full.
+    Ahead& ahead = ahead_[walked_ % kAhead];
+    ahead.cell = cell;
+    ahead.span = &data_.packed.spans[grid_.IndexOf(cell.at[0], cell.at[1], cell.at[2])];
+    Prefetch(ahead.span, 1);
+    ++walked_;
+    if (walked_ - done_ > kAhead / 2) frame_.PrefetchFours(*ahead_[(walked_ - 1 - kAhead / 2) % kAhead].span);
+    return walked_ - done_ < kAhead || LookThrough(ahead_[done_++ % kAhead]);
+  }
+  /** Looks through the cells that are queued when the walk ends. */
+  void Finish() {
+    while (done_ < walked_)
+      if (list_.IsFull() || !LookThrough(ahead_[done_++ % kAhead])) return;
+  }
+
+  TraceCounts counts;
+
+private:
+  static const LONG kAhead = 8;   ///< cells in the queue
+  static const ULONG kBatch = 64; ///< items that take the quick test before some take the exact one
+  static const ULONG kRoom = 512; ///< items of a cell with groups that take the exact test
+  struct Ahead {
+    WalkedCell cell;
+    const CellSpan* span;
+  };
+
+  /** Tests what a cell lists. False when the list of hits is full. */
+  bool LookThrough(const Ahead& ahead) {
+    const CellSpan& span = *ahead.span;
+    ++counts.cells;
+    observer_.Cell(ahead.cell, span.count);
+    if (span.count == 0) return true;
+    if (!data_.packed.fours) return TestAll(span);
+    const LaneRay lanes = frame_.In(ahead.cell.at, TRUE);
+    return span.bounds > 0 ? LookThroughGroups(span, lanes) : LookThroughList(span, lanes);
+  }
+
+  bool LookThroughList(const CellSpan& span, const LaneRay& lanes) {
+    SearchedItems items = frame_.ItemsOf(span);
+    for (ULONG left = items.itemFours; left > 0;) {
+      // Take the quick test, fetch what passes, then take the exact one: the first items have arrived.
+      items.itemFours = std::min(left, kBatch / 4);
+      const Searched found = SearchItems(lanes, items, kBatch, near_);
+      counts.quickTests += found.fours;
+      if (!TestFound(found.showing)) return false;
+      items.items += items.itemFours;
+      items.numbers += items.itemFours * 4;
+      left -= items.itemFours;
+    }
+    return true;
+  }
+
+  /** Groups are out of order: sort what passes. Where it is too much, all items take the exact test. */
+  bool LookThroughGroups(const CellSpan& span, const LaneRay& lanes) {
+    const Searched found = SearchItems(lanes, frame_.ItemsOf(span), kRoom, near_);
+    counts.quickTests += found.fours;
+    if (found.met > kRoom) return TestAll(span);
+    std::sort(near_, near_ + found.showing);
+    return TestFound(found.showing);
+  }
+
+  bool TestFound(ULONG count) {
+    for (ULONG i = 0; i < count; ++i) Prefetch(&data_.items.data[near_[i]], 2);
+    for (ULONG i = 0; i < count; ++i)
+      if (!TestOne((LONG)near_[i])) return false;
+    return true;
+  }
+
+  /** The exact test for all, in the order of the list. */
+  bool TestAll(const CellSpan& span) {
+    const ULONG* numbers = data_.leaves.numbers + span.firstNumber;
+    for (ULONG i = 0; i < span.count; ++i)
+      if (!TestOne((LONG)numbers[i])) return false;
+    return true;
+  }
+
+  /** The exact test. False when the list of hits is full. */
+  bool TestOne(LONG item) {
+    // Items lie in several cells: skip the one that was just added, and only count one added earlier.
+    if (list_.IsLast(item)) return true;
+    if (list_.FindAgain(item)) return !list_.IsFull();
+    ++counts.exactTests;
+    HitRecord hit;
+    if (!TestItem(ray_, data_.items.data[item], farLimit_, &hit)) return true;
+    hit.item = item;
+    list_.Add(hit);
+    return !list_.IsFull();
+  }
+
+  const VoxelData& data_;
+  const CellGrid& grid_;
+  const RaySegment& ray_;
+  LReal farLimit_;
+  HitList& list_;
+  Observer& observer_;
+  CellFrame frame_;
+  WalkEnd end_;
+  ULONG near_[kRoom + kSearchSpare];
+  Ahead ahead_[kAhead];        ///< queue, as a ring
+  LONG walked_ = 0, done_ = 0; ///< cells that entered and left the queue
+};
+
+} // namespace kelvra

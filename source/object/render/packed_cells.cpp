@@ -1,0 +1,140 @@
+#include "object/render/packed_cells.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+
+namespace kelvra {
+
+namespace {
+
+const SReal kUnused = -1.0e30f;
+
+/** The lower 5 bits of n, each followed by two zeros. */
+ULONG Spread(ULONG n) {
+  return (n & 1) | (n & 2) << 2 | (n & 4) << 4 | (n & 8) << 6 | (n & 16) << 8;
+}
+
+/** Which of `steps` equal parts of a cell a place is in; places outside count to the nearest. */
+ULONG StepOf(SReal offset, LReal halfCell, LONG steps) {
+  const LReal place = (offset + halfCell) / (2.0 * halfCell) * steps;
+  return place > 0.0 ? std::min((ULONG)std::min(place, 1.0e6), (ULONG)steps - 1) : 0;
+}
+
+} // namespace
+
+void PackedCells::Clear() {
+  ClearFours();
+  GeFree(spans);
+  GeFree(filled);
+  foldedCount = 0;
+}
+
+void PackedCells::ClearFours() {
+  GeFree(foursBlock_);
+  GeFree(numbers);
+  fours = NULL;
+}
+
+Bool PackedCells::AllocateFours(LULONG count) {
+  foursBlock_ = GeAllocTypeNC(PackedFour, count + 1);
+  if (!foursBlock_) return FALSE;
+  const std::uintptr_t line = sizeof(PackedFour), at = (std::uintptr_t)foursBlock_;
+  fours = (PackedFour*)((at + line - 1) / line * line);
+  return TRUE;
+}
+
+void EmptyFour(PackedFour& four) {
+  for (LONG lane = 0; lane < 4; ++lane) {
+    four.x[lane] = four.y[lane] = four.z[lane] = 0.0f;
+    four.reach[lane] = kUnused;
+  }
+}
+
+void PackItem(PackedFour& four, LONG lane, const LVector& offset, LReal radius, LReal error, SReal showing) {
+  four.x[lane] = (SReal)offset.x;
+  four.y[lane] = (SReal)offset.y;
+  four.z[lane] = (SReal)offset.z;
+  const LReal errors = ReachErrors(offset, radius, error);
+  // An item with larger errors than `showing` has room for gets a reach at which it shows wherever it is met.
+  const LReal reach = errors > showing ? std::max(radius + errors, 1.0) : radius + errors;
+  four.reach[lane] = (SReal)(reach * (1.0 + 2.0e-7));
+}
+
+CellGrouping::~CellGrouping() {
+  GeFree(items_);
+  GeFree(sorted_);
+}
+
+Bool CellGrouping::Prepare(ULONG most) {
+  items_ = GeAllocTypeNC(Item, (LLONG)most);
+  sorted_ = GeAllocTypeNC(Item, (LLONG)most);
+  return items_ && sorted_;
+}
+
+void CellGrouping::Group(PackedCells& packed, const CellSpan& span, const ULONG* list,
+                         const LVector& halfCell) {
+  // About one item a key. Keys follow a Morton curve, on which neighbours are near each other in space.
+  LONG bits = 1;
+  while (bits < kMostKeyBits / 3 && span.count >> 3 * bits > 1) ++bits;
+  std::memset(starts_, 0, ((std::size_t)(1 << 3 * bits) + 1) * sizeof(ULONG));
+  PackedFour* const bounds = packed.fours + span.firstFour;
+  PackedFour* const fours = bounds + span.bounds;
+  for (ULONG i = 0; i < span.count; ++i) {
+    const PackedFour& four = fours[i / 4];
+    const ULONG lane = i % 4;
+    const LONG steps = 1 << bits;
+    const ULONG key = Spread(StepOf(four.x[lane], halfCell.x, steps)) |
+                      Spread(StepOf(four.y[lane], halfCell.y, steps)) << 1 |
+                      Spread(StepOf(four.z[lane], halfCell.z, steps)) << 2;
+    items_[i] = {four.x[lane], four.y[lane], four.z[lane], four.reach[lane], list[i], key};
+    ++starts_[key + 1];
+  }
+  for (LONG key = 0; key < 1 << 3 * bits; ++key) starts_[key + 1] += starts_[key];
+  for (ULONG i = 0; i < span.count; ++i) sorted_[starts_[items_[i].key]++] = items_[i];
+
+  // Write them back, and bound each group by a sphere around the middle of its box.
+  for (ULONG i = 0; i < span.bounds; ++i) EmptyFour(bounds[i]);
+  ULONG* const numbers = packed.numbers + (span.firstFour + span.bounds) * 4;
+  for (ULONG group = 0; group < span.Groups(); ++group) {
+    const ULONG first = group * kGroupItems, end = std::min(first + kGroupItems, span.count);
+    EmptyFour(fours[group * 2]);
+    EmptyFour(fours[group * 2 + 1]);
+    LVector low(1.0e30), high(-1.0e30);
+    for (ULONG i = first; i < end; ++i) {
+      const Item& item = sorted_[i];
+      PackedFour& four = fours[i / 4];
+      const ULONG lane = i % 4;
+      four.x[lane] = item.x;
+      four.y[lane] = item.y;
+      four.z[lane] = item.z;
+      four.reach[lane] = item.reach;
+      numbers[i] = item.number;
+      const LReal at[3] = {item.x, item.y, item.z};
+      for (LONG axis = 0; axis < 3; ++axis) {
+        low[axis] = std::min(low[axis], at[axis]);
+        high[axis] = std::max(high[axis], at[axis]);
+      }
+    }
+    const LVector middle = (low + high) * 0.5;
+    LReal farthest = 0.0, reach = 0.0;
+    for (ULONG i = first; i < end; ++i) {
+      const LVector from = LVector(sorted_[i].x, sorted_[i].y, sorted_[i].z) - middle;
+      farthest = std::max(farthest, from * from);
+      reach = std::max(reach, (LReal)sorted_[i].reach);
+    }
+    // A line that comes within sqrt(reach + margin) of an item comes within `away` more of the middle. The
+    // square of the sum is bounded by this reach and kBoundMargins margins, as sqrt(r + m) is at most
+    // sqrt(r) + m / (2 sqrt(r)) and sqrt(r) is taken as no less than a third of `away`.
+    const LReal away = std::sqrt(farthest) * (1.0 + 1.0e-6);
+    const LReal bound = away * away + 2.0 * away * std::max(std::sqrt(reach), away / 3.0) + reach;
+    PackedFour& four = bounds[group / 4];
+    const ULONG lane = group % 4;
+    four.x[lane] = (SReal)middle.x;
+    four.y[lane] = (SReal)middle.y;
+    four.z[lane] = (SReal)middle.z;
+    four.reach[lane] = (SReal)(bound * (1.0 + 1.0e-6) + 2.0 * kPackedRounding * (middle * middle));
+  }
+}
+
+} // namespace kelvra
