@@ -149,7 +149,8 @@ void WriteResult(CloudSession& session, BaseObject* cloud, const ConvertOptions&
                   << " written";
 }
 
-/** What renders the cloud renders its result as well, which has no settings of its own: it gets the cloud's. */
+/** What renders the cloud renders its result as well, which has no settings of its own: it gets the cloud's.
+ */
 void HandOverRenderSettings(BaseDocument* doc, BaseObject* cloud) {
   const BaseContainer* settings = cloud->GetDataInstance();
   for (BaseVideoPost* post = doc->GetActiveRenderData()->GetFirstVideoPost(); post; post = post->GetNext()) {

@@ -96,8 +96,7 @@ int RunSnapshot(const SnapshotPlan& plan) {
   Scenery scenery;
   std::string apart;
   scenery.eyeDome = look.eyeDome;
-  scenery.camera =
-      CameraFor(session, plan.view, ExtentOf(session, plan.clones, &apart), plan.turntable > 0);
+  scenery.camera = CameraFor(session, plan.view, ExtentOf(session, plan.clones, &apart), plan.turntable > 0);
   if (!apart.empty() && !plan.view.camera) look.notes.push_back(apart);
   FitPointSizes(session, scenery.camera, plan.view, &look.notes);
   for (const std::string& note : look.notes) Line(std::cout) << note;
@@ -110,7 +109,8 @@ int RunSnapshot(const SnapshotPlan& plan) {
   if (plan.legend && FindLegend(session, &legend))
     scenery.legend = &legend;
   else if (plan.legend)
-    Line(std::cerr) << "--legend: has no effect: the colours are those of the files and stand for nothing else";
+    Line(std::cerr)
+        << "--legend: has no effect: the colours are those of the files and stand for nothing else";
 
   RequireMemory(session, plan.view.size, plan.output);
   const bool drawn = RunSeparately([&] { return DrawPictures(session, plan, scenery); });

@@ -37,8 +37,7 @@ bool IsPlain(BaseObject* cloud) {
 void AddCorners(const Vector& low, const Vector& high, const Matrix& global, Vector* outLow,
                 Vector* outHigh) {
   for (int i = 0; i < 8; ++i) {
-    const Vector p =
-        global * Vector(i & 1 ? high.x : low.x, i & 2 ? high.y : low.y, i & 4 ? high.z : low.z);
+    const Vector p = global * Vector(i & 1 ? high.x : low.x, i & 2 ? high.y : low.y, i & 4 ? high.z : low.z);
     for (int axis = 0; axis < 3; ++axis) {
       (*outLow)[axis] = i ? std::min((*outLow)[axis], p[axis]) : p[axis];
       (*outHigh)[axis] = i ? std::max((*outHigh)[axis], p[axis]) : p[axis];

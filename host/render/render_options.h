@@ -24,8 +24,8 @@ struct RenderOptions {
   std::function<void(double)> progress;
   /**
    * Instead of a picture: called on the calling thread with the volume data of each of the supersample x
-   * supersample rays of pixel (probeX, probeY), row by row, when everything is ready for rays. The buffer then
-   * holds this one pixel.
+   * supersample rays of pixel (probeX, probeY), row by row, when everything is ready for rays. The buffer
+   * then holds this one pixel.
    */
   std::function<void(VolumeData*)> probe;
   int probeX = 0, probeY = 0;

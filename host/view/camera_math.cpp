@@ -34,8 +34,8 @@ std::vector<Vector> OutlineOf(const Framing& framing, const Vector& axis) {
   std::vector<Vector> outline;
   for (int i = 0; i < 8; ++i)
     for (int step = 0; step < (framing.wholeTurn ? kSteps : 1); ++step)
-      outline.push_back(middle + Turned(Corner(framing.low, framing.high, i) - middle, axis,
-                                        step * 360.0 / kSteps));
+      outline.push_back(middle +
+                        Turned(Corner(framing.low, framing.high, i) - middle, axis, step * 360.0 / kSteps));
   return outline;
 }
 
@@ -146,7 +146,8 @@ ViewCamera FrameBox(const ViewCamera& wanted, const Framing& framing) {
   // A parallel camera must stand in front of everything; from farther away a smaller angle spans as much.
   if (camera.parallel) {
     double nearest = 0.0;
-    for (const Vector& corner : outline) nearest = std::min(nearest, (corner - camera.target) * frame.forward);
+    for (const Vector& corner : outline)
+      nearest = std::min(nearest, (corner - camera.target) * frame.forward);
     const double least = -nearest * (1.0 + kRoom);
     if (distance < least) {
       camera.fieldOfView = Deg(2.0 * std::atan(frame.tangent * distance / least));

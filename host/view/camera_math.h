@@ -9,9 +9,9 @@ namespace host {
 struct ViewFrame {
   Vector position, right, up, forward; ///< unit axes in world space
   double nearDistance = 0.1, farDistance = 1000.0;
-  double tangent = 0.5; ///< of half the vertical field of view
+  double tangent = 0.5;    ///< of half the vertical field of view
   double halfHeight = 0.0; ///< of a parallel view, in world units; 0 for one with perspective
-  double aspect = 1.0;  ///< width / height
+  double aspect = 1.0;     ///< width / height
 };
 
 /** Axes of a camera; a camera that looks straight up or down has x to its right. */

@@ -34,8 +34,9 @@ std::vector<float> EyeDistances(const ViewFrame& frame, const std::vector<float>
   for (std::size_t i = 0; i < depth.size(); ++i) {
     const double d = depth[i];
     // A parallel view has no viewer to be far from: one stands as far in front as the scene is deep.
-    const double distance =
-        frame.halfHeight > 0.0 ? range * (1.0 + d) : nearest * frame.farDistance / (frame.farDistance - d * range);
+    const double distance = frame.halfHeight > 0.0
+                                ? range * (1.0 + d)
+                                : nearest * frame.farDistance / (frame.farDistance - d * range);
     distances[i] = d < 1.0 ? (float)distance : kNothing;
   }
   return distances;

@@ -13,9 +13,10 @@ struct RampSettings {
 };
 
 /**
- * Gives all points the ramp's colours by the height that they are stored with, all blocks on one scale. Blocks
- * that share their points with copies get points of their own first. Returns the range of heights, invalid
- * for a store without points; a block for which memory is refused keeps its colours, and *whole becomes FALSE.
+ * Gives all points the ramp's colours by the height that they are stored with, all blocks on one scale.
+ * Blocks that share their points with copies get points of their own first. Returns the range of heights,
+ * invalid for a store without points; a block for which memory is refused keeps its colours, and *whole
+ * becomes FALSE.
  */
 RampRange ColorByHeight(PointStore& store, const RampSettings& settings, Bool* whole);
 

@@ -13,8 +13,8 @@ struct FloatRange {
 };
 
 /**
- * Looks at all values twice: the upper halves of their bits show in which of 65,536 bins a wanted one lies, the
- * lower halves which one it is. May throw std::bad_alloc.
+ * Looks at all values twice: the upper halves of their bits show in which of 65,536 bins a wanted one lies,
+ * the lower halves which one it is. May throw std::bad_alloc.
  */
 class PercentileSearch {
 public:

@@ -150,7 +150,8 @@ void FillSpread(BaseObject* op, const PointStore& store, KelvraSpread& answer) {
   const LONG fileAxis[3] = {0, 2, 1}; // the host's x, y, z
   for (LONG axis = 0; axis < 3; ++axis) {
     answer.scale[fileAxis[axis]] = step[axis];
-    answer.origin[fileAxis[axis]] = origin[fileAxis[axis]] - (step[axis] != 0.0 ? at[axis] / step[axis] : 0.0);
+    answer.origin[fileAxis[axis]] =
+        origin[fileAxis[axis]] - (step[axis] != 0.0 ? at[axis] / step[axis] : 0.0);
   }
 }
 

@@ -55,8 +55,8 @@ std::string CameraText(const CloudSession& session, const ViewOptions& view, con
   const int decimals = std::clamp(kDigits - (int)std::ceil(std::log10(std::max(distance, 1e-9))), 0, 12);
   return "camera: --camera " + Short(position, decimals) + " --target " + Short(target, decimals) +
          (view.survey ? " --camera-survey" : "") + " --fov " + Short(camera.fieldOfView, kDigits) +
-         (view.parallel ? " --ortho" : "") + (view.roll != 0.0 ? " --roll " + Short(view.roll, kDigits) : "") +
-         (view.upIsY ? " --up y" : "");
+         (view.parallel ? " --ortho" : "") +
+         (view.roll != 0.0 ? " --roll " + Short(view.roll, kDigits) : "") + (view.upIsY ? " --up y" : "");
 }
 
 } // namespace cli

@@ -132,8 +132,7 @@ void AddRenderOptions(CLI::App& command, RenderPlan& plan) {
       ->check(CLI::Range(1, host::kMostRenderThreads));
   AddTyped(command, "--background", plan.background, ParseColor, "Colour behind everything")
       ->type_name("#RRGGBB");
-  AddTyped(command, "--pixel", plan.pixel, ParsePixel,
-           "X,Y: print what the rays of this pixel do instead")
+  AddTyped(command, "--pixel", plan.pixel, ParsePixel, "X,Y: print what the rays of this pixel do instead")
       ->type_name("NUMBER")
       ->delimiter(',')
       ->expected(2)
@@ -143,7 +142,8 @@ void AddRenderOptions(CLI::App& command, RenderPlan& plan) {
 void CheckPlan(RenderPlan& plan) {
   if (plan.preview) {
     plan.supersample = 1;
-    for (int* side : {&plan.view.size.width, &plan.view.size.height}) *side = std::max(1, *side / kPreviewPart);
+    for (int* side : {&plan.view.size.width, &plan.view.size.height})
+      *side = std::max(1, *side / kPreviewPart);
   }
   CheckView(plan.view);
   CheckTogether(plan);

@@ -41,7 +41,8 @@ void FitHeights(CloudSession& session, BaseObject* cloud) {
 bool IsPlain(const CloudSession& session, BaseObject* cloud) {
   CloudStats stats;
   if (!ReadCloudStats(cloud, &stats) || stats.Points() == 0) return false;
-  return !stats.HasColor() || cloud->GetDataInstance()->GetLong(KELVRA_LOAD_COLOR) != KELVRA_LOAD_COLOR_FILE ||
+  return !stats.HasColor() ||
+         cloud->GetDataInstance()->GetLong(KELVRA_LOAD_COLOR) != KELVRA_LOAD_COLOR_FILE ||
          session.WasSet(KELVRA_LOAD_COLOR);
 }
 
@@ -70,11 +71,14 @@ void FitPointSizes(CloudSession& session, const host::ViewCamera& camera, const 
     if (session.WasSet(KELVRA_POINT_SIZE) || session.IsFromScene(cloud)) continue;
     const double spacing = MeanSpacing(cloud);
     const double distance = (camera.target - camera.position).GetLength();
-    const double shown = 2.0 * std::tan(Rad(camera.fieldOfView) * 0.5) * distance; // at the target, world units
+    const double shown =
+        2.0 * std::tan(Rad(camera.fieldOfView) * 0.5) * distance; // at the target, world units
     const double pixels = spacing * view.size.height / shown * kPointsPerSpacing;
-    const double size = std::clamp(std::round(pixels), view.view == kInsideView ? kLeastInside : kLeastPoint, kLargestPoint);
+    const double size =
+        std::clamp(std::round(pixels), view.view == kInsideView ? kLeastInside : kLeastPoint, kLargestPoint);
     cloud->GetDataInstance()->SetReal(KELVRA_POINT_SIZE, size);
-    notes->push_back("point size " + Fixed(size, 0) + ", chosen by density (--set point_size=... to change it)");
+    notes->push_back("point size " + Fixed(size, 0) +
+                     ", chosen by density (--set point_size=... to change it)");
   }
 }
 

@@ -65,33 +65,19 @@ constexpr LasColor kFurther[] = {
     Bytes(255, 255, 102), // 8 key point
     kNoColor,
     kNoColor,
-    Bytes(96, 96, 104),   // 11 road
-    Bytes(84, 100, 140),  // 12 overlap
-    Bytes(255, 221, 51),  // 13 wire guard
-    Bytes(255, 170, 0),   // 14 wire
-    Bytes(240, 110, 30),  // 15 tower
-    Bytes(200, 80, 20),   // 16 wire connector
+    Bytes(96, 96, 104),  // 11 road
+    Bytes(84, 100, 140), // 12 overlap
+    Bytes(255, 221, 51), // 13 wire guard
+    Bytes(255, 170, 0),  // 14 wire
+    Bytes(240, 110, 30), // 15 tower
+    Bytes(200, 80, 20),  // 16 wire connector
 };
 
-const char* const kNames[] = {"never classified",
-                              "unclassified",
-                              "ground",
-                              "low vegetation",
-                              "medium vegetation",
-                              "high vegetation",
-                              "building",
-                              "low noise",
-                              "key point",
-                              "water",
-                              "rail",
-                              "road",
-                              "overlap",
-                              "wire guard",
-                              "wire",
-                              "tower",
-                              "wire connector",
-                              "bridge deck",
-                              "high noise"};
+const char* const kNames[] = {"never classified",  "unclassified",    "ground",    "low vegetation",
+                              "medium vegetation", "high vegetation", "building",  "low noise",
+                              "key point",         "water",           "rail",      "road",
+                              "overlap",           "wire guard",      "wire",      "tower",
+                              "wire connector",    "bridge deck",     "high noise"};
 
 // Bright colours, each far from those of the numbers before: steps of the golden ratio around the circle of
 // hues.

@@ -14,8 +14,8 @@ struct LasColor {
 // (file units).
 LasColor ColorOfClass(unsigned classification, double z);
 
-// A colour of its own for each class, 0 to 255: the fixed ones, and for the others colours that no other class
-// has.
+// A colour of its own for each class, 0 to 255: the fixed ones, and for the others colours that no other
+// class has.
 LasColor ColorOfAnyClass(unsigned classification);
 
 // A colour for each number of a return, from 1 on; the numbers from 8 on share one with 0, which no file

@@ -125,8 +125,7 @@ std::unique_ptr<LASreadPoint> StartPoints(const LasHeader& header, LASreader& re
 } // namespace
 
 bool LasFile::OpenLibrary(const std::string& path, Intensities intensities) {
-  const U32 layers =
-      kLayers | (intensities == kReadIntensities ? LASZIP_DECOMPRESS_SELECTIVE_INTENSITY : 0);
+  const U32 layers = kLayers | (intensities == kReadIntensities ? LASZIP_DECOMPRESS_SELECTIVE_INTENSITY : 0);
   wantsIntensity_ = intensities == kReadIntensities;
   library_ = std::make_unique<Library>(*file_, findings_);
 #if KELVRA_LASLIB_MESSAGES

@@ -29,7 +29,7 @@ struct LasReadOptions {
   std::int64_t most = kMostBlockPoints; // kept points at which the load ends whatever the limit
   std::function<bool()> stopped;        // asked once per 1,024 points that are read; true ends the load
   LasAttribute attribute = LasAttribute::kNone;
-  bool refuseDoubtful = false;          // a file that announces far more points than its bytes usually hold
+  bool refuseDoubtful = false; // a file that announces far more points than its bytes usually hold
 };
 
 // Points kept so far, points that a whole load would keep, and the whole percentage; false stops the load.

@@ -10,9 +10,9 @@ namespace kelvra {
 LasAttribute AttributeFor(LONG colorBy);
 
 /**
- * Colours the points of the loaded block by the attribute, which stands in the records' intensity; the records
- * are in the block's order. Intensities get the ramp, over the options' range or else their own, which becomes
- * the loaded file's.
+ * Colours the points of the loaded block by the attribute, which stands in the records' intensity; the
+ * records are in the block's order. Intensities get the ramp, over the options' range or else their own,
+ * which becomes the loaded file's.
  */
 void ColorByAttribute(const SourceRecord* records, LasAttribute attribute, const LoadOptions& options,
                       LoadedFile& loaded);

@@ -3,8 +3,8 @@
 #include "cloud/file_coordinates.h"
 #include "cloud/local_origin.h"
 #include "host_text.h"
-#include "object/load/attribute_colors.h"
 #include "object/las/records.h"
+#include "object/load/attribute_colors.h"
 #include "object/load/loaded_file.h"
 
 #include <algorithm>

@@ -20,9 +20,9 @@ struct LoadOptions {
   Bool localOrigin = FALSE; ///< the object takes an origin from the first file that is loaded into it
   /** The same, and there is no point yet: the file gives the origin. Otherwise it counts from `origin`. */
   Bool choosesOrigin = FALSE;
-  LVector origin;              ///< file axes
-  LONG fitText = 0;            ///< KELVRA_FIT_TEXT_OFF and so on; without effect when localOrigin is off
-  LONG colorBy = 0;            ///< KELVRA_LOAD_COLOR_FILE and so on
+  LVector origin;   ///< file axes
+  LONG fitText = 0; ///< KELVRA_FIT_TEXT_OFF and so on; without effect when localOrigin is off
+  LONG colorBy = 0; ///< KELVRA_LOAD_COLOR_FILE and so on
   RampSettings ramp;
   RampRange rampRange;         ///< of the points that are there; invalid where the file gives its own
   Bool refuseDoubtful = FALSE; ///< files that announce more points than their bytes are likely to hold

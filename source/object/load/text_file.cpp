@@ -133,8 +133,9 @@ void FillPoints(const TextResult& text, const LoadOptions& options, LoadedFile& 
   if (attribute == LasAttribute::kIntensity && loaded.report.reader == kReaderPts)
     ColorByAttribute(text.points, attribute, options, loaded);
   else
-    loaded.report.Note(NoteSeverity::kWarning,
-                       "the file has no column that Color at Load asks for: its points keep the colours that it gives");
+    loaded.report.Note(
+        NoteSeverity::kWarning,
+        "the file has no column that Color at Load asks for: its points keep the colours that it gives");
 }
 
 TextResult ReadText(BaseFile* file, Bool pts, const LoadOptions& options) {
