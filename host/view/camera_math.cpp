@@ -160,7 +160,11 @@ ViewCamera FrameBox(const ViewCamera& wanted, const Framing& framing) {
 
 ViewCamera TurnedCamera(const ViewCamera& camera, double degrees) {
   ViewCamera turned = camera;
-  turned.position = camera.target + Turned(camera.position - camera.target, !camera.up, degrees);
+  const Vector arm = camera.position - camera.target, axis = !camera.up;
+  turned.position = camera.target + Turned(arm, axis, degrees);
+  // A camera on the axis stays where it is and turns around itself.
+  const double along = -(!arm * axis);
+  if ((!arm % axis).GetLength() < 1e-6) turned.roll += along > 0.0 ? degrees : -degrees;
   return turned;
 }
 

@@ -63,10 +63,11 @@ TEST(EyeDome, DarkensWhatLiesBehindAnEdgeAndNothingElse) {
   ShadeByDepth(&image, distances, settings);
   const int expected[9] = {200, 200, 200, -1, 200, 200, 200, 200, 200};
   for (int x = 0; x < 9; ++x)
-    if (expected[x] >= 0)
+    if (expected[x] >= 0) {
       EXPECT_EQ(image.At(x, 1)[0], expected[x]) << x;
-    else
+    } else {
       EXPECT_LT(image.At(x, 1)[0], 150) << x;
+    }
 }
 
 } // namespace
