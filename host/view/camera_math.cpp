@@ -141,7 +141,12 @@ ViewCamera FrameBox(const ViewCamera& wanted, const Framing& framing) {
       camera.target += (frame.right * bounds.Middle(0) + frame.up * bounds.Middle(1)) * distance;
     }
   }
-  distance /= framing.size;
+  // A larger box needs a smaller angle: from nearby its front would grow more than its back. A smaller one is
+  // seen from farther away, as angles end at half a circle.
+  if (!camera.parallel && framing.size > 1.0)
+    camera.fieldOfView = Deg(2.0 * std::atan(frame.tangent / framing.size));
+  else
+    distance /= framing.size;
 
   // A parallel camera must stand in front of everything; from farther away a smaller angle spans as much.
   if (camera.parallel) {
