@@ -4,6 +4,7 @@
 #include "cli/system/program_arguments.h"
 #include "cli/text/line.h"
 
+#include <algorithm>
 #include <csignal>
 #include <iostream>
 
@@ -20,10 +21,10 @@ std::string CommandNames() {
   return names;
 }
 
-bool IsCommand(const std::string& name) {
+const cli::Command* FindCommand(const std::string& name) {
   for (const cli::Command& command : cli::Commands())
-    if (command.name == name) return true;
-  return false;
+    if (command.name == name) return &command;
+  return nullptr;
 }
 
 int Run(int argc, char** argv) {
@@ -37,10 +38,14 @@ int Run(int argc, char** argv) {
     const cli::Run run = command.add(*parser);
     parser->callback([run, &status] { status = run(); });
   }
-  if (argc > 1 && argv[1][0] != '-' && !IsCommand(argv[1]))
+  const cli::Command* command = argc > 1 ? FindCommand(argv[1]) : nullptr;
+  if (argc > 1 && argv[1][0] != '-' && !command)
     throw cli::UsageError{"there is no command \"" + std::string(argv[1]) + "\"; expected " + CommandNames()};
   try {
-    app.parse(argc, argv);
+    std::vector<char*> words(argv, argv + argc);
+    if (command && command->dashesOnlySeparate)
+      words.erase(std::remove(words.begin(), words.end(), std::string("--")), words.end());
+    app.parse((int)words.size(), words.data());
   } catch (const CLI::ParseError& e) {
     if (e.get_exit_code() == 0) return app.exit(e); // help or version
     throw cli::UsageError{std::string(e.what()) + " (kelvra --help lists the commands)"};

@@ -47,20 +47,26 @@ if(NOT TARGET LASlib::LASlib)
     file(GLOB laslib_sources CONFIGURE_DEPENDS ${laslib_root}/LASlib/*.cpp ${laslib_root}/LASzip/*.cpp)
     # lasvlr.cpp and mydefs.cpp hold nothing that the others need.
     list(FILTER laslib_sources EXCLUDE REGEX "/(lasvlr|mydefs)\\.cpp$")
-    add_library(kelvra_laslib STATIC ${laslib_sources} ${laslib_own_files}/messages.cpp)
+    add_library(kelvra_laslib STATIC ${laslib_sources} ${laslib_own_files}/messages.cpp
+      ${laslib_own_files}/memory.cpp)
     add_library(LASlib::LASlib ALIAS kelvra_laslib)
     target_include_directories(kelvra_laslib SYSTEM PUBLIC
       ${laslib_own_files} ${laslib_root}/LASlib ${laslib_root}/LASzip)
-    target_compile_definitions(kelvra_laslib PRIVATE NDEBUG PUBLIC KELVRA_LASLIB_MESSAGES=1)
+    target_compile_definitions(kelvra_laslib PRIVATE NDEBUG PUBLIC KELVRA_LASLIB_BUILT=1)
     set_target_properties(kelvra_laslib PROPERTIES
       POSITION_INDEPENDENT_CODE ON CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON EXPORT_COMPILE_COMMANDS OFF)
+    set(laslib_first -include)
     if(MSVC)
-      target_compile_options(kelvra_laslib PRIVATE /w /FI${laslib_own_files}/zeroed_new.h)
+      set(laslib_first /FI)
+    endif()
+    set_source_files_properties(${laslib_sources} PROPERTIES
+      COMPILE_OPTIONS "${laslib_first};${laslib_own_files}/reserved_new.h")
+    if(MSVC)
+      target_compile_options(kelvra_laslib PRIVATE /w)
     else()
       # The decoder counts on wrapping integers and reads unaligned fields; a sanitizer would stop it on sound files.
       # A decoder that is not optimised is of no use in any build type.
-      target_compile_options(kelvra_laslib PRIVATE -w -fwrapv -include ${laslib_own_files}/zeroed_new.h
-        $<$<CONFIG:Debug>:-O1>)
+      target_compile_options(kelvra_laslib PRIVATE -w -fwrapv $<$<CONFIG:Debug>:-O1>)
       if(KELVRA_SANITIZE MATCHES "undefined")
         target_compile_options(kelvra_laslib PRIVATE
           -fno-sanitize=signed-integer-overflow,shift,alignment,vptr,float-cast-overflow)

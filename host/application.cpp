@@ -182,6 +182,10 @@ const PluginInfo* Application::FindByDescription(const std::string& description)
   return found == all.end() || description.empty() ? nullptr : &*found;
 }
 
+void Application::FreeCopiesElsewhere(bool elsewhere) {
+  TheServices().freesCopiesElsewhere = elsewhere;
+}
+
 void Application::KeepUndo(bool keep) {
   impl_->keepUndo = keep;
 }
@@ -263,8 +267,12 @@ BaseObject* CreateObjectFromMenu(BaseDocument* api, LONG type) {
   Object* op = static_cast<Object*>(MakeNode(NodeKind::Object, type));
   if (!op) return NULL;
   const Work work;
+  const std::vector<Node*> before = Hierarchy(doc);
   SendMessage(*op, MSG_MENUPREPARE, api);
   api->StartUndo();
+  // What the plug-in puts into the document at that message comes and goes with the object.
+  for (Node* node : Hierarchy(doc))
+    if (std::find(before.begin(), before.end(), node) == before.end()) api->AddUndo(UNDOTYPE_NEW, Api(node));
   api->InsertObject(Api(op), NULL, NULL, TRUE);
   api->AddUndo(UNDOTYPE_NEW, Api(op));
   api->EndUndo();

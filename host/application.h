@@ -74,6 +74,8 @@ public:
    * go back: a step keeps copies of what it changes.
    */
   void KeepUndo(bool keep);
+  /** Whether copies of nodes that undo kept are freed on a thread other than the main one; they are not. */
+  void FreeCopiesElsewhere(bool elsewhere);
   /** Empty document with one set of render settings; becomes the active one. Owned by the application. */
   BaseDocument* NewDocument();
   void CloseDocument(BaseDocument* doc);

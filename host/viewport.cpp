@@ -116,6 +116,7 @@ private:
     help.global = op->GetMg();
     state_->objectMatrix = help.global;
     DrawObject(op, DRAWPASS_OBJECT, state_->Api(), reinterpret_cast<BaseDrawHelp*>(&help));
+    state_->CheckBalance(op->GetName());
   }
 
   void FitSceneRange() {

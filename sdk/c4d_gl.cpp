@@ -123,9 +123,6 @@ Bool GlVertexBuffer::FreeBuffer(const BaseDraw* bd, GlVertexSubBufferData* sub) 
 LONG GlVertexBuffer::GetSubBufferCount() const {
   return C4DOS.gl->GetSubBufferCount(this);
 }
-GlVertexSubBufferData* GlVertexBuffer::GetSubBuffer(LONG n) {
-  return C4DOS.gl->GetSubBuffer(this, n);
-}
 Bool GlVertexBuffer::DrawSubBuffer(const BaseDraw* bd, const GlVertexSubBufferData* vertexSub,
                                    const GlVertexSubBufferData* elementSub, LONG drawCnt,
                                    const GlVertexBufferDrawSubbuffer* draw, LONG vectorCnt,

@@ -201,7 +201,6 @@ public:
                                         const void* data);
   Bool FreeBuffer(const BaseDraw* bd, GlVertexSubBufferData* sub);
   LONG GetSubBufferCount() const;
-  GlVertexSubBufferData* GetSubBuffer(LONG n);
   static Bool DrawSubBuffer(const BaseDraw* bd, const GlVertexSubBufferData* vertexSub,
                             const GlVertexSubBufferData* elementSub, LONG drawCnt,
                             const GlVertexBufferDrawSubbuffer* draw, LONG vectorCnt,

@@ -32,11 +32,12 @@ void FillNode(NODEPLUGIN& np, LONG info, DataAllocator* g, const String* descrip
   np.SetDParameter = &Thunk<&NodeData::SetDParameter>::Call<NodeData>;
 }
 
-/** A description that the plug-in names must be accepted too, or the registration fails. */
+/** The description comes first: one that is refused leaves nothing registered. */
 Bool Register(PLUGINTYPE type, LONG id, const String& str, const String& description, const void* data,
               LONG size) {
-  if (!C4DOS.general->RegisterPlugin(type, id, str, data, size)) return FALSE;
-  return !description.Content() || C4DOS.resource->RegisterDescription(id, description, resource.Get());
+  if (description.Content() && !C4DOS.resource->RegisterDescription(id, description, resource.Get()))
+    return FALSE;
+  return C4DOS.general->RegisterPlugin(type, id, str, data, size);
 }
 
 } // namespace

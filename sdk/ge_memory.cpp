@@ -28,7 +28,7 @@ void ReportRefusedGrow(LONG line, const CHAR* file) {
 } // namespace sdk
 
 void* operator new(std::size_t size, const sdk::HostMemory& where) noexcept {
-  return sdk::Alloc((VLONG)size, where.line, where.file);
+  return sdk::AllocNC((VLONG)size, where.line, where.file);
 }
 void operator delete(void* block, const sdk::HostMemory&) noexcept {
   sdk::Free(block);

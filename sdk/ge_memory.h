@@ -55,7 +55,8 @@ void operator delete(void* block, const sdk::HostMemory& where) noexcept;
   ((T*)sdk::ReallocNC((p), (VLONG)(count) * (VLONG)sizeof(T), __LINE__, __FILE__))
 #define GeFree(x) sdk::FreeAndNull(x)
 
-/** Single objects: memory of the host, cleared before the constructor runs; NULL when refused. */
+/** Single objects: memory of the host that may hold anything before the constructor runs; NULL when refused.
+ */
 #define gNew new (sdk::HostMemory{__LINE__, __FILE__})
 #define gDelete(p) sdk::Delete(p)
 

@@ -6,7 +6,7 @@ Bool RegisterTimerMessage() {
   TimerMessage* message = gNew FencedMessage<TimerMessage>;
   if (!message) return FALSE;
   if (RegisterMessagePlugin(kTimerMessageId, String(), 0, message)) return TRUE;
-  delete message;
+  gDelete(message);
   return FALSE;
 }
 

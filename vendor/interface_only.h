@@ -33,7 +33,7 @@
 #include "lasreader.hpp"
 #include "lasreader_las.hpp"
 #include "lasreadpoint.hpp"
-#ifdef KELVRA_LASLIB_MESSAGES
+#ifdef KELVRA_LASLIB_BUILT
 #include "laslib_messages.h"
 #endif
 #endif

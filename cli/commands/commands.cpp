@@ -7,6 +7,8 @@ const std::vector<Command>& Commands() {
       {"info", "Points, box, speed and memory of files", AddInfo},
       {"snapshot", "Draw one viewport picture", AddSnapshot},
       {"render", "Render a picture with light and shadow", AddRender},
+      {"sequence", "Render many frames, or run a command on many files, here or on a cluster", AddSequence,
+       true},
       {"save", "Save a scene that holds the points", AddSave},
       {"export", "Write the points as text, one a line", AddExport},
       {"scene", "Print every node and value of a scene file", AddScene},

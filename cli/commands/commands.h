@@ -14,6 +14,8 @@ struct Command {
   const char* name;
   const char* summary;
   Run (*add)(CLI::App& command); ///< adds the command's options
+  /** "--" only stands between options of two kinds; for the other commands, files follow it. */
+  bool dashesOnlySeparate = false;
 };
 
 /** In the order of the help. A new command is a new line here and a file that defines its function. */
@@ -22,6 +24,7 @@ const std::vector<Command>& Commands();
 Run AddInfo(CLI::App& command);
 Run AddSnapshot(CLI::App& command);
 Run AddRender(CLI::App& command);
+Run AddSequence(CLI::App& command);
 Run AddSave(CLI::App& command);
 Run AddExport(CLI::App& command);
 Run AddScene(CLI::App& command);

@@ -3,7 +3,9 @@
 #include "cli/commands/output/console_lines.h"
 #include "cli/commands/output/file_reports.h"
 #include "cli/commands/output/output_file.h"
+#include "cli/commands/output/progress_bar.h"
 #include "cli/commands/output/result_tree.h"
+#include "cli/commands/render/frames.h"
 #include "cli/commands/render/recorder.h"
 #include "cli/commands/render/render_plan.h"
 #include "cli/commands/render/scene_setup.h"
@@ -17,51 +19,10 @@
 #include <algorithm>
 #include <iostream>
 #include <stdexcept>
-#ifdef _WIN32
-#include <io.h>
-#define isatty _isatty
-#else
-#include <unistd.h>
-#endif
 
 namespace cli {
 
 namespace {
-
-/** Progress on standard error, redrawn in place on a terminal only. */
-class ProgressBar {
-public:
-  explicit ProgressBar(bool show) : show_(show) {}
-  ~ProgressBar() { Clear(); }
-  void Show(double share) {
-    const int percent = (int)(share * 100.0);
-    if (!show_ || percent == shown_) return;
-    shown_ = percent;
-    const int filled = percent * kWidth / 100;
-    std::cerr << "\r[" << std::string((std::size_t)filled, '#')
-              << std::string((std::size_t)(kWidth - filled), '.') << "] " << percent << " %" << std::flush;
-  }
-  void Clear() {
-    if (shown_ >= 0) std::cerr << "\r" << std::string(kWidth + 10, ' ') << "\r" << std::flush;
-    shown_ = -1;
-  }
-
-private:
-  static const int kWidth = 40;
-  bool show_;
-  int shown_ = -1;
-};
-
-host::Picture PictureOf(const host::RenderBuffer& buffer) {
-  host::Picture picture;
-  picture.width = buffer.Width();
-  picture.height = buffer.Height();
-  picture.channels = 3;
-  picture.samples.reserve((std::size_t)picture.width * picture.height * 3);
-  for (std::size_t i = 0; i < buffer.Samples().size(); i += host::RenderBuffer::kComponents)
-    picture.samples.insert(picture.samples.end(), &buffer.Samples()[i], &buffer.Samples()[i] + 3);
-  return picture;
-}
 
 /** A float as an 8-bit file holds it. */
 int InFile(float value) {
@@ -104,13 +65,6 @@ int Explain(CloudSession& session, const host::RenderOptions& base, const Render
   return session.ExitStatus();
 }
 
-void SaveFrame(CloudSession& session, const host::RenderBuffer& buffer, const std::string& name,
-               host::PictureFormat format) {
-  std::string error;
-  if (!host::SavePicture(PictureOf(buffer), name, format, &error, &session.App().GetFaults()))
-    throw std::runtime_error(error);
-}
-
 /** Returns the exit status: a frame that the recorder could not store makes the run incomplete. */
 int RenderFrames(CloudSession& session, host::RenderOptions& render, const RenderPlan& plan) {
   const FrameRange frames = plan.Frames();
@@ -119,11 +73,8 @@ int RenderFrames(CloudSession& session, host::RenderOptions& render, const Rende
   ProgressBar bar(plan.progress);
   render.progress = [&bar](double share) { bar.Show(share); };
   host::RenderJob job(session.Document(), render);
-  BaseDocument* doc = session.Document();
   for (int frame = frames.first; frame <= frames.last; ++frame) {
-    doc->SetTime(BaseTime((Real)frame, (Real)doc->GetFps()));
-    const double share = (double)(frame - frames.first) / (frames.last - frames.first + 1);
-    job.Options().camera = host::TurnedCamera(camera, plan.turn * share);
+    job.Options().camera = GoToFrame(session, plan, camera, frame);
     const ConsoleLines console(session.App().GetConsole());
     const RecordWatch record(plan.record, frame);
     const host::RenderOutcome outcome = job.RenderFrame();
@@ -137,7 +88,7 @@ int RenderFrames(CloudSession& session, host::RenderOptions& render, const Rende
       reported = true;
     }
     const std::string name = FrameName(plan.output, frame);
-    SaveFrame(session, job.Buffer(), name, plan.format);
+    SaveFrame(session, PictureOf(job.Buffer()), name, plan.format);
     Line(std::cout) << OutputName(name) << ": " << render.width << "x" << render.height << ", "
                     << ContentText(session) << ", " << Fixed(outcome.seconds, 2) << " s";
   }
@@ -167,7 +118,7 @@ Run AddRender(CLI::App& command) {
   const auto plan = std::make_shared<RenderPlan>();
   AddRenderOptions(command, *plan);
   return [plan] {
-    plan->progress = isatty(2) != 0;
+    plan->progress = ErrorsAreShown();
     CheckPlan(*plan); // before anything is loaded, which may take long
     return RunRender(*plan);
   };

@@ -26,10 +26,15 @@ long long PeakResidentMemory() {
   return StatusEntry("VmHWM");
 }
 
-std::string ProgramFolder() {
+std::string ProgramPath() {
   std::error_code error;
   const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
-  return error ? std::string(".") : program.parent_path().u8string();
+  return error ? std::string("kelvra") : program.u8string();
+}
+
+std::string ProgramFolder() {
+  const std::string folder = std::filesystem::u8path(ProgramPath()).parent_path().u8string();
+  return folder.empty() ? "." : folder;
 }
 
 } // namespace cli

@@ -9,7 +9,8 @@ namespace cli {
 long long ResidentMemory();
 long long PeakResidentMemory();
 
-/** Folder of the running program, UTF-8. */
+/** The running program and its folder, UTF-8. */
+std::string ProgramPath();
 std::string ProgramFolder();
 
 } // namespace cli

@@ -26,11 +26,15 @@ long long PeakResidentMemory() {
   return (long long)Counters().PeakWorkingSetSize;
 }
 
-std::string ProgramFolder() {
+std::string ProgramPath() {
   std::vector<wchar_t> name(32768); // the longest path that there is
   const DWORD length = GetModuleFileNameW(nullptr, name.data(), (DWORD)name.size());
-  if (length == 0 || length >= name.size()) return ".";
-  return std::filesystem::u8path(Utf8(name.data())).parent_path().u8string();
+  return length == 0 || length >= name.size() ? std::string("kelvra.exe") : Utf8(name.data());
+}
+
+std::string ProgramFolder() {
+  const std::string folder = std::filesystem::u8path(ProgramPath()).parent_path().u8string();
+  return folder.empty() ? "." : folder;
 }
 
 } // namespace cli

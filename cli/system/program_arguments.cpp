@@ -11,6 +11,17 @@
 
 namespace cli {
 
+namespace {
+
+const ProgramArguments* ofThisRun = nullptr;
+
+} // namespace
+
+std::vector<std::string> ProgramArguments::All() {
+  if (!ofThisRun || ofThisRun->texts_.empty()) return {};
+  return std::vector<std::string>(ofThisRun->texts_.begin() + 1, ofThisRun->texts_.end());
+}
+
 #ifdef _WIN32
 ProgramArguments::ProgramArguments(int argc, char** argv) {
   // What main is handed has lost every letter that the system's code page lacks.
@@ -21,6 +32,7 @@ ProgramArguments::ProgramArguments(int argc, char** argv) {
   LocalFree(wide);
   for (std::string& text : texts_) values_.push_back(text.data());
   values_.push_back(nullptr);
+  ofThisRun = this;
   // What is printed is the same on every system: scripts compare it.
   for (std::FILE* stream : {stdout, stderr}) _setmode(_fileno(stream), _O_BINARY);
   consolePage_ = GetConsoleOutputCP();
@@ -28,15 +40,19 @@ ProgramArguments::ProgramArguments(int argc, char** argv) {
 }
 
 ProgramArguments::~ProgramArguments() {
+  ofThisRun = nullptr;
   if (consolePage_) SetConsoleOutputCP(consolePage_);
 }
 #else
 ProgramArguments::ProgramArguments(int argc, char** argv) : texts_(argv, argv + argc) {
   for (std::string& text : texts_) values_.push_back(text.data());
   values_.push_back(nullptr);
+  ofThisRun = this;
 }
 
-ProgramArguments::~ProgramArguments() {}
+ProgramArguments::~ProgramArguments() {
+  ofThisRun = nullptr;
+}
 #endif
 
 } // namespace cli

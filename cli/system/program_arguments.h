@@ -15,6 +15,8 @@ public:
   ProgramArguments& operator=(const ProgramArguments&) = delete;
 
   int Count() const { return (int)texts_.size(); }
+  /** Those of this run, without the program's name. */
+  static std::vector<std::string> All();
   /** Count() texts and a NULL. */
   char** Values() const { return const_cast<char**>(values_.data()); }
 

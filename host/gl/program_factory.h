@@ -51,6 +51,7 @@ public:
    */
   bool CompilePrograms();
   bool IsCompiled() const { return program_ != nullptr; }
+  bool IsBound() const { return bound_; }
   /** Drops program and text in any state; a bound program is unbound. */
   bool DestroyPrograms();
 

@@ -66,10 +66,6 @@ bool VertexBuffer::FreeAll(std::string* error) {
   return true;
 }
 
-SubBuffer* VertexBuffer::At(int index) const {
-  return index >= 0 && index < Count() ? buffers_[(std::size_t)index].get() : nullptr;
-}
-
 void* VertexBuffer::Map(SubBuffer* buffer, BufferAccess access, std::string* error) {
   CurrentScope scope(*context_, error);
   if (!scope.Ok() || !Find(buffer, "MapBuffer", error)) return nullptr;

@@ -43,8 +43,6 @@ public:
   bool FreeAll(std::string* error);
 
   int Count() const { return (int)buffers_.size(); }
-  /** NULL outside 0..Count()-1; the order is that of allocation. */
-  SubBuffer* At(int index) const;
 
   /** The whole sub-buffer; NULL with a line when it is mapped already or the driver refuses. No draw until
    * Unmap. */

@@ -82,9 +82,6 @@ bool VertexBuffer::Free(SubBuffer*, std::string* error) {
 bool VertexBuffer::FreeAll(std::string* error) {
   return Refused(error);
 }
-SubBuffer* VertexBuffer::At(int) const {
-  return nullptr;
-}
 void* VertexBuffer::Map(SubBuffer*, BufferAccess, std::string* error) {
   Refused(error);
   return nullptr;

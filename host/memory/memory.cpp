@@ -59,13 +59,24 @@ bool IsBeyondFree(VLONG bytes) {
   return true;
 }
 
+/** Enough for every structure, and nothing beside the work that large blocks are asked for. */
+const VLONG kGarbageBytes = 4096;
+
 /** Blocks from this size on get large pages where the system has them. */
 const VLONG kLargePageBlock = VLONG(4) << 20;
 
+/** Memory that nobody cleared holds anything but zeros, so that reading it shows in each run alike. */
+void FillWithGarbage(void* block, VLONG from, VLONG size) {
+  const VLONG end = std::min(size, from + kGarbageBytes);
+  if (from < end) std::memset((char*)block + from, 0xCD, (std::size_t)(end - from));
+}
+
 void* Obtain(VLONG size, bool mapped, bool clear) {
-  if (mapped) return ReserveSpace((std::size_t)size);
-  void* block = clear ? std::calloc(1, (std::size_t)size) : std::malloc((std::size_t)size);
-  if (block && size >= kLargePageBlock) PreferLargePages(block, (std::size_t)size);
+  void* block = mapped  ? ReserveSpace((std::size_t)size)
+                : clear ? std::calloc(1, (std::size_t)size)
+                        : std::malloc((std::size_t)size);
+  if (block && !clear) FillWithGarbage(block, 0, size);
+  if (block && !mapped && size >= kLargePageBlock) PreferLargePages(block, (std::size_t)size);
   return block;
 }
 
@@ -147,6 +158,7 @@ void* Reallocate(void* address, VLONG size, LONG line, const CHAR* file) {
     Blocks().Insert(old); // its slot was just given up: the table need not grow
     return Refuse();
   }
+  if (!moved.mapped) FillWithGarbage(moved.address, (VLONG)old.size, size);
   moved.size = (std::size_t)size;
   Count(old, -1);
   return Note(moved);

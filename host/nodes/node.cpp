@@ -62,19 +62,34 @@ void FreeNode(Node* node) {
 }
 
 bool SendMessage(Node& node, LONG type, void* data) {
+  if (type == MSG_UPDATE && node.kind == NodeKind::Object) ++node.dataDirty;
   if (!node.data) return node.OwnMessage(type, data);
   return CallModule("Message", node.plugin->Node().Message, node.data, Api(&node), type, data) != FALSE;
 }
 
+DirtyState DirtyStateOf(const Node& node) {
+  DirtyState state = {node.dataDirty + node.container.GetDirty(), node.matrixDirty, node.cacheDirty, 0};
+  if (node.kind != NodeKind::Object) return state;
+  // Which children there are counts as well as what becomes of each.
+  for (const Node* child = static_cast<const Object&>(node).children.first; child; child = child->next) {
+    const DirtyState below = DirtyStateOf(*child);
+    state.children += (ULONG)child->linkId + below.data + below.matrix + below.cache + below.children;
+  }
+  return state;
+}
+
 ULONG DirtyCount(const Node& node, DIRTYFLAGS flags) {
-  ULONG count = 0;
-  if (flags & DIRTYFLAGS_DATA) count += node.dataDirty + node.container.GetDirty();
-  if (flags & DIRTYFLAGS_MATRIX) count += node.matrixDirty;
-  if (flags & DIRTYFLAGS_CACHE) count += node.cacheDirty;
-  if ((flags & DIRTYFLAGS_CHILDREN) && node.kind == NodeKind::Object)
-    for (const Node* child = static_cast<const Object&>(node).children.first; child; child = child->next)
-      count += DirtyCount(*child, flags);
-  return count;
+  const DirtyState state = DirtyStateOf(node);
+  return (flags & DIRTYFLAGS_DATA ? state.data : 0) + (flags & DIRTYFLAGS_MATRIX ? state.matrix : 0) +
+         (flags & DIRTYFLAGS_CACHE ? state.cache : 0) + (flags & DIRTYFLAGS_CHILDREN ? state.children : 0);
+}
+
+bool HasChanged(const Node& node, const DirtyState& since, DIRTYFLAGS flags) {
+  const DirtyState now = DirtyStateOf(node);
+  return ((flags & DIRTYFLAGS_DATA) && now.data != since.data) ||
+         ((flags & DIRTYFLAGS_MATRIX) && now.matrix != since.matrix) ||
+         ((flags & DIRTYFLAGS_CACHE) && now.cache != since.cache) ||
+         ((flags & DIRTYFLAGS_CHILDREN) && now.children != since.children);
 }
 
 void AddInherentVideoPosts(RenderSettings& settings) {

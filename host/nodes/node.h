@@ -82,13 +82,18 @@ struct Node {
   virtual NodeList* Groups() { return nullptr; }
 };
 
+/** Counts of changes, one for each kind of dirty flag. */
+struct DirtyState {
+  ULONG data = 0, matrix = 0, cache = 0, children = 0;
+};
+
 struct Object : Node {
   explicit Object(LONG objectType) : Node(NodeKind::Object, objectType) {}
   Matrix ml;
   NodeList children{this}, tags{this}, shaders{this};
   NodeList cache{this};       ///< at most one object: what the generator built last
   NodeList deformCache{this}; ///< at most one object: what deformers made of this one
-  ULONG cacheState = 0;       ///< dirty count that the cache was built for
+  DirtyState cacheState;      ///< what the cache was built for
   bool cacheBuilt = false;
 
   /** Box of what the host's own types hold, in the object's own space: centre and half size, zero when empty.
@@ -248,8 +253,11 @@ const String& TypeName(const Node& node);
 Node* CloneNode(Node& node, COPYFLAGS flags);
 /** Copies the content onto a node of the same type; what lies below as the flags say. */
 bool CopyNode(Node& source, Node& dest, COPYFLAGS flags);
-/** Sum of the counters that the flags name; it grows with every change. */
+/** Sum of the counters that the flags name; it differs after every change. */
 ULONG DirtyCount(const Node& node, DIRTYFLAGS flags);
+DirtyState DirtyStateOf(const Node& node);
+/** Whether one of the kinds that the flags name has changed since. */
+bool HasChanged(const Node& node, const DirtyState& since, DIRTYFLAGS flags);
 
 /** Makes links in a container, nested ones too, that lead to `from` lead to `to`. */
 struct LinkChange {

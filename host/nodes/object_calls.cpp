@@ -35,7 +35,7 @@ DRAWRESULT DrawObject(BaseObject* op, DRAWPASS pass, BaseDraw* view, BaseDrawHel
 bool NeedsCache(const Object& op) {
   const OBJECTPLUGIN* plugin = PluginOf(op);
   if (!plugin || !(plugin->info & OBJECT_GENERATOR)) return false;
-  return !op.cacheBuilt || op.cacheState != DirtyCount(op, kCacheDependence);
+  return !op.cacheBuilt || HasChanged(op, op.cacheState, kCacheDependence);
 }
 
 BaseObject* UpdateCache(BaseObject* api, BaseDocument* doc, BUILDFLAGS flags) {
@@ -45,7 +45,7 @@ BaseObject* UpdateCache(BaseObject* api, BaseDocument* doc, BUILDFLAGS flags) {
   Work work;
   BuildHelp help{&work, Impl(doc), flags};
   // What it depends on is noted before: a change while building asks for another build.
-  const ULONG state = DirtyCount(op, kCacheDependence);
+  const DirtyState state = DirtyStateOf(op);
   Object* built = Impl(CallModule("GetVirtualObjects", plugin->GetVirtualObjects, op.data, api, help.Api()));
   if (built && built != op.cache.first) {
     if (built->list) {

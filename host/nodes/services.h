@@ -32,6 +32,7 @@ struct Services {
   Libraries libraries;
   NodeTypes nodeTypes;
   Document* active = nullptr;
+  bool freesCopiesElsewhere = false; ///< on another thread than the main one
   std::list<std::unique_ptr<Resources>> resources;
   const std::thread::id mainThread = std::this_thread::get_id();
 };

@@ -167,13 +167,15 @@ bool GetWhole(Node& node, LONG id, GeData* data) {
     *data = *own;
     return true;
   }
-  const resource::Description* description = FindDescription(node);
+  const DescID single(id);
+  const resource::Description* description = FindDescription(node, &single, DESCFLAGS_DESC_NEEDDEFAULTVALUE);
   const resource::Parameter* parameter = description ? description->FindParameter(id) : nullptr;
   return parameter && GetDefault(*parameter, data);
 }
 
 bool SetWhole(Node& node, LONG id, const GeData& data, DESCFLAGS_SET flags) {
-  const resource::Description* description = FindDescription(node);
+  const DescID single(id);
+  const resource::Description* description = FindDescription(node, &single);
   GeData value(data);
   if (description) {
     const resource::Parameter* parameter = description->FindParameter(id);
@@ -205,11 +207,11 @@ const resource::Description* LoadDescription(LONG type, const std::string& name,
   return description;
 }
 
-const resource::Description* FindDescription(Node& node) {
+const resource::Description* FindDescription(Node& node, const DescID* single, DESCFLAGS_DESC flags) {
   if (!node.plugin) return nullptr;
   DescriptionRequest request;
   request.node = &node;
-  DESCFLAGS_DESC flags = DESCFLAGS_DESC_0;
+  request.single = single;
   if (node.data)
     CallModule("GetDDescription", node.plugin->Node().GetDDescription, node.data, Api(&node), request.Api(),
                flags);

@@ -10,6 +10,7 @@ namespace host {
 struct DescriptionRequest {
   Node* node = nullptr;
   const resource::Description* loaded = nullptr;
+  const DescID* single = nullptr; ///< the only parameter that is wanted; NULL for all
 
   ::Description* Api() { return reinterpret_cast<::Description*>(this); }
   static DescriptionRequest* From(::Description* description) {
@@ -17,8 +18,12 @@ struct DescriptionRequest {
   }
 };
 
-/** The description of the node's type, NULL without one. Lives as long as the module's resources. */
-const resource::Description* FindDescription(Node& node);
+/**
+ * The description of the node's type, NULL without one; the plug-in hears which parameter it is asked for.
+ * Lives as long as the module's resources.
+ */
+const resource::Description* FindDescription(Node& node, const DescID* single = nullptr,
+                                             DESCFLAGS_DESC flags = DESCFLAGS_DESC_0);
 /** By the name of the resource, or for name "" by the type that it is bound to. */
 const resource::Description* LoadDescription(LONG type, const std::string& name, Node* node);
 

@@ -8,7 +8,8 @@ namespace host::gl {
 namespace {
 
 template <typename Sample>
-bool Encode(const BasicImage<Sample>& image, BufferedFile& file, std::string* error) {
+bool Encode(const BasicImage<Sample>& image, const PictureTexts& texts, BufferedFile& file,
+            std::string* error) {
   const bool known = image.width > 0 && image.height > 0 && (image.channels == 3 || image.channels == 4);
   if (!known || image.samples.size() != (std::size_t)image.width * image.height * image.channels) {
     *error = "not a picture: " + std::to_string(image.width) + " x " + std::to_string(image.height) + ", " +
@@ -17,14 +18,15 @@ bool Encode(const BasicImage<Sample>& image, BufferedFile& file, std::string* er
     return false;
   }
   const PngLayout layout = {image.width, image.height, image.channels, (int)sizeof(Sample) * 8};
-  return EncodePngRows(layout, reinterpret_cast<const std::uint8_t*>(image.samples.data()), file, error);
+  return EncodePngRows(layout, reinterpret_cast<const std::uint8_t*>(image.samples.data()), texts, file,
+                       error);
 }
 
 template <typename Sample>
 bool Write(const BasicImage<Sample>& image, const std::string& path, std::string* error, Faults* faults) {
   ReplacingFile file(path, faults);
   std::string reason;
-  if (file.Open(&reason) && Encode(image, file.File(), &reason) && file.Commit(&reason)) return true;
+  if (file.Open(&reason) && Encode(image, {}, file.File(), &reason) && file.Commit(&reason)) return true;
   *error = path + ": cannot write the picture: " + reason;
   return false;
 }
@@ -70,11 +72,11 @@ bool FitsPngFile(const PngLayout& layout, std::uint64_t storedRowBytes, const Bu
   return false;
 }
 
-bool EncodePng(const Image& image, BufferedFile& file, std::string* error) {
-  return Encode(image, file, error);
+bool EncodePng(const Image& image, BufferedFile& file, std::string* error, const PictureTexts& texts) {
+  return Encode(image, texts, file, error);
 }
-bool EncodePng(const Image16& image, BufferedFile& file, std::string* error) {
-  return Encode(image, file, error);
+bool EncodePng(const Image16& image, BufferedFile& file, std::string* error, const PictureTexts& texts) {
+  return Encode(image, texts, file, error);
 }
 bool WritePng(const Image& image, const std::string& path, std::string* error, Faults* faults) {
   return Write(image, path, error, faults);

@@ -11,6 +11,16 @@ class BufferedFile;
 class Faults;
 } // namespace host
 
+namespace host {
+
+/** A text that a picture carries beside its pixels: a key of 1 to 79 characters, and characters of ASCII. */
+struct PictureText {
+  std::string key, text;
+};
+using PictureTexts = std::vector<PictureText>;
+
+} // namespace host
+
 namespace host::gl {
 
 /** Rows from top to bottom, pixels from left to right, samples interleaved, no padding. */
@@ -34,8 +44,8 @@ bool WritePng(const Image& image, const std::string& path, std::string* error, F
 bool WritePng(const Image16& image, const std::string& path, std::string* error, Faults* faults = nullptr);
 
 /** The same to an open file, at its position. False with the reason alone; the file then holds a part. */
-bool EncodePng(const Image& image, BufferedFile& file, std::string* error);
-bool EncodePng(const Image16& image, BufferedFile& file, std::string* error);
+bool EncodePng(const Image& image, BufferedFile& file, std::string* error, const PictureTexts& texts = {});
+bool EncodePng(const Image16& image, BufferedFile& file, std::string* error, const PictureTexts& texts = {});
 
 /** Reads any PNG as RGB or RGBA, brought to the sample width of the image. False with one line that names the
  * file. */

@@ -26,10 +26,14 @@ bool EncodeAsPng(const Picture& picture, BufferedFile& file, std::string* reason
   gl::BasicImage<Sample> image{picture.width, picture.height, picture.channels, {}};
   image.samples.reserve(picture.samples.size());
   for (const float value : picture.samples) image.samples.push_back(Quantized<Sample>(value));
-  return gl::EncodePng(image, file, reason);
+  return gl::EncodePng(image, file, reason, picture.texts);
 }
 
 bool Encode(const Picture& picture, PictureFormat format, BufferedFile& file, std::string* reason) {
+  if (!picture.texts.empty() && format != PictureFormat::Png8 && format != PictureFormat::Png16) {
+    *reason = "only PNG files carry texts";
+    return false;
+  }
   switch (format) {
   case PictureFormat::Png8:
     return EncodeAsPng<std::uint8_t>(picture, file, reason);

@@ -15,6 +15,7 @@ struct Picture {
   int width = 0, height = 0; ///< pixels
   int channels = 3;          ///< 3 = RGB, 4 = RGBA with alpha not premultiplied
   std::vector<float> samples;
+  PictureTexts texts = {}; ///< for PNG files alone, the other formats refuse them
 
   const float* At(int x, int y) const { return samples.data() + ((std::size_t)y * width + x) * channels; }
   float* At(int x, int y) { return samples.data() + ((std::size_t)y * width + x) * channels; }
@@ -38,7 +39,14 @@ bool SavePicture(const Picture& picture, const std::string& path, PictureFormat 
                  Faults* faults = nullptr);
 
 /**
- * Reads a file of any of the formats; its content decides which. Integers come out as 0..1. False with one
+ * The texts that a PNG file carries. The file is read to its end and every checksum in it is compared, so one
+ * for which this is true is whole. False with one line that names file and reason.
+ */
+bool ReadPictureTexts(const std::string& path, PictureTexts* texts, std::string* error);
+
+/**
+ * Reads a file of any of the formats; its content decides which. Integers come out as 0..1; texts are
+ * left out. False with one
  * line that names file and reason; the picture is then empty.
  */
 bool LoadPicture(const std::string& path, Picture* picture, std::string* error);

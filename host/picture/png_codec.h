@@ -20,8 +20,8 @@ struct PngLayout {
 };
 
 /** To an open file, at its position. False with the reason; the file then holds a part. */
-bool EncodePngRows(const PngLayout& layout, const std::uint8_t* rows, BufferedFile& file,
-                   std::string* reason);
+bool EncodePngRows(const PngLayout& layout, const std::uint8_t* rows, const PictureTexts& texts,
+                   BufferedFile& file, std::string* reason);
 
 /** Gives the memory for the rows of a picture; may throw std::bad_alloc. */
 using PngRows = std::function<std::uint8_t*(const PngLayout&)>;

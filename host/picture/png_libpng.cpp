@@ -43,12 +43,14 @@ void OnRead(png_structp png, png_bytep bytes, png_size_t count) {
   png_error(png, "the file ends too early");
 }
 
-bool WriteRows(png_structp png, png_infop info, const PngLayout* layout, const png_byte* rows) {
+bool WriteRows(png_structp png, png_infop info, const PngLayout* layout, const png_byte* rows,
+               const std::vector<png_text>* texts) {
   if (setjmp(png_jmpbuf(png))) return false;
   png_set_IHDR(png, info, layout->width, layout->height, layout->bitDepth,
                layout->channels == 4 ? PNG_COLOR_TYPE_RGB_ALPHA : PNG_COLOR_TYPE_RGB, PNG_INTERLACE_NONE,
                PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
   png_set_compression_level(png, 4);
+  if (!texts->empty()) png_set_text(png, info, texts->data(), (int)texts->size());
   png_write_info(png, info);
   if (layout->bitDepth == 16)
     png_set_swap(png); // samples are little-endian in memory, big-endian in the file
@@ -92,10 +94,25 @@ bool ReadPixels(png_structp png, png_infop info, const PngLayout& layout, const 
   return ReadRows(png, info, starts.data());
 }
 
+/** Entries as libpng takes them, which point into `texts`. */
+std::vector<png_text> TextsOf(const PictureTexts& texts) {
+  std::vector<png_text> entries;
+  for (const PictureText& text : texts) {
+    png_text entry = {};
+    entry.compression = PNG_TEXT_COMPRESSION_NONE;
+    entry.key = const_cast<png_charp>(text.key.c_str());
+    entry.text = const_cast<png_charp>(text.text.c_str());
+    entry.text_length = text.text.size();
+    entries.push_back(entry);
+  }
+  return entries;
+}
+
 } // namespace
 
-bool EncodePngRows(const PngLayout& layout, const std::uint8_t* rows, BufferedFile& file,
-                   std::string* reason) {
+bool EncodePngRows(const PngLayout& layout, const std::uint8_t* rows, const PictureTexts& texts,
+                   BufferedFile& file, std::string* reason) {
+  const std::vector<png_text> entries = TextsOf(texts);
   Stream stream;
   stream.file = &file;
   png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, &stream, OnError, OnWarning);
@@ -103,7 +120,7 @@ bool EncodePngRows(const PngLayout& layout, const std::uint8_t* rows, BufferedFi
   bool ok = false;
   if (info) {
     png_set_write_fn(png, &stream, OnWrite, OnFlush);
-    ok = WriteRows(png, info, &layout, rows);
+    ok = WriteRows(png, info, &layout, rows, &entries);
   } else {
     stream.reason = "not enough memory";
   }

@@ -1,13 +1,12 @@
 // PNG files through zlib alone, for builds without libpng: writes plain ones, reads what is not interlaced.
+#include "host/picture/png_chunks.h"
 #include "host/picture/png_codec.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <new>
-#include <stdexcept>
 #include <vector>
-#include <zlib.h>
 
 namespace host::gl {
 
@@ -15,19 +14,11 @@ namespace {
 
 using Byte = std::uint8_t;
 
-const Byte kSignature[8] = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1a, '\n'};
 enum Filter { kNone, kSub, kUp, kAverage, kPaeth };
 enum ColorType { kGray = 0, kRgb = 2, kPalette = 3, kGrayAlpha = 4, kRgba = 6 };
 
-std::uint32_t Get32(const Byte* at) {
-  return (std::uint32_t)at[0] << 24 | (std::uint32_t)at[1] << 16 | (std::uint32_t)at[2] << 8 | at[3];
-}
 void Put32(Byte* at, std::uint32_t value) {
   for (int i = 0; i < 4; ++i) at[i] = (Byte)(value >> (24 - 8 * i));
-}
-
-[[noreturn]] void Refuse(const std::string& reason) {
-  throw std::runtime_error(reason);
 }
 
 class ChunkWriter {
@@ -35,7 +26,7 @@ public:
   explicit ChunkWriter(BufferedFile& file) : file_(file) {}
 
   void Raw(const Byte* bytes, std::size_t count) {
-    if (!file_.Write(bytes, count)) Refuse(file_.Error());
+    if (!file_.Write(bytes, count)) RefusePng(file_.Error());
   }
   /** Length of the data, name, data, checksum of name and data. */
   void Chunk(const char* name, const Byte* data, std::size_t count) {
@@ -87,14 +78,21 @@ private:
   std::vector<Byte> out_;
 };
 
-void WriteAll(const PngLayout& layout, const Byte* rows, ChunkWriter* chunks) {
-  chunks->Raw(kSignature, sizeof kSignature);
+/** A text entry is its key, a zero and the text. */
+void WriteText(const PictureText& entry, ChunkWriter* chunks) {
+  const std::string bytes = entry.key + '\0' + entry.text;
+  chunks->Chunk("tEXt", reinterpret_cast<const Byte*>(bytes.data()), bytes.size());
+}
+
+void WriteAll(const PngLayout& layout, const Byte* rows, const PictureTexts& texts, ChunkWriter* chunks) {
+  chunks->Raw(kPngSignature, sizeof kPngSignature);
   Byte header[13] = {};
   Put32(header, (std::uint32_t)layout.width);
   Put32(header + 4, (std::uint32_t)layout.height);
   header[8] = (Byte)layout.bitDepth;
   header[9] = layout.channels == 4 ? kRgba : kRgb;
   chunks->Chunk("IHDR", header, sizeof header);
+  for (const PictureText& entry : texts) WriteText(entry, chunks);
   // Each row is written as its difference from the row above, which packs better than the samples themselves.
   const std::size_t size = layout.RowBytes();
   std::vector<Byte> above(size), row(size), filtered(size + 1);
@@ -122,69 +120,14 @@ struct Header {
   bool HasAlpha() const { return type == kRgba || type == kGrayAlpha || !alphas.empty(); }
 };
 
-class ChunkReader {
-public:
-  explicit ChunkReader(BufferedFile& file) : file_(file) {}
-
-  void Raw(Byte* bytes, std::size_t count) {
-    const std::int64_t got = file_.Read(bytes, count);
-    if (got != (std::int64_t)count) Refuse(got < 0 ? file_.Error() : "the file ends too early");
-  }
-  /** Reads the head of the next chunk, and of one without data the checksum too. */
-  void Next() {
-    Byte start[8];
-    Raw(start, sizeof start);
-    left = Get32(start);
-    std::memcpy(name, start + 4, 4);
-    sum_ = crc32(0, start + 4, 4);
-    if (left > 0x7fffffffu) Refuse("a chunk of " + std::to_string(left) + " bytes");
-    if (left == 0) Check();
-  }
-  bool Is(const char* wanted) const { return std::memcmp(name, wanted, 4) == 0; }
-  /** Up to `most` bytes of the chunk; after its last byte its checksum has been compared. */
-  std::size_t Take(Byte* bytes, std::size_t most) {
-    const std::size_t count = std::min<std::size_t>(left, most);
-    Raw(bytes, count);
-    sum_ = crc32(sum_, bytes, (uInt)count);
-    left -= (std::uint32_t)count;
-    if (left == 0 && count > 0) Check();
-    return count;
-  }
-  std::vector<Byte> Whole(std::size_t most) {
-    if (left > most) Refuse(std::string(name, 4) + " of " + std::to_string(left) + " bytes");
-    std::vector<Byte> bytes(left);
-    if (left > 0) Take(bytes.data(), bytes.size());
-    return bytes;
-  }
-  void Skip() {
-    Byte part[4096];
-    while (left > 0) Take(part, sizeof part);
-  }
-
-  char name[4] = {};
-  std::uint32_t left = 0;
-
-private:
-  void Check() {
-    Byte stored[4];
-    Raw(stored, sizeof stored);
-    if (Get32(stored) != (std::uint32_t)sum_) Refuse(std::string(name, 4) + ": CRC error");
-  }
-
-  BufferedFile& file_;
-  uLong sum_ = 0;
-};
-
-void ReadHeader(ChunkReader* chunks, Header* header) {
-  Byte signature[8];
-  chunks->Raw(signature, sizeof signature);
-  if (std::memcmp(signature, kSignature, sizeof signature) != 0) Refuse("Not a PNG file");
+void ReadHeader(PngChunkReader* chunks, Header* header) {
+  chunks->Signature();
   chunks->Next();
   const std::vector<Byte> bytes = chunks->Is("IHDR") ? chunks->Whole(13) : std::vector<Byte>();
-  if (bytes.size() != 13) Refuse("the file does not begin with its header");
-  const std::uint32_t width = Get32(&bytes[0]), height = Get32(&bytes[4]);
+  if (bytes.size() != 13) RefusePng("the file does not begin with its header");
+  const std::uint32_t width = PngNumber(&bytes[0]), height = PngNumber(&bytes[4]);
   if (width < 1 || height < 1 || width > 1000000 || height > 1000000)
-    Refuse(std::to_string(width) + " x " + std::to_string(height) + " pixels");
+    RefusePng(std::to_string(width) + " x " + std::to_string(height) + " pixels");
   header->width = (int)width;
   header->height = (int)height;
   header->depth = bytes[8];
@@ -194,31 +137,31 @@ void ReadHeader(ChunkReader* chunks, Header* header) {
   const bool wide = d == 8 || d == 16, narrow = d == 1 || d == 2 || d == 4;
   if (!((t == kGray && (wide || narrow)) || (t == kPalette && (d == 8 || narrow)) ||
         ((t == kRgb || t == kGrayAlpha || t == kRgba) && wide)))
-    Refuse("colour type " + std::to_string(t) + " with " + std::to_string(d) + " bits");
-  if (bytes[10] != 0 || bytes[11] != 0) Refuse("unknown compression or filter method");
-  if (bytes[12] != 0) Refuse("it is interlaced, which this build does not read");
+    RefusePng("colour type " + std::to_string(t) + " with " + std::to_string(d) + " bits");
+  if (bytes[10] != 0 || bytes[11] != 0) RefusePng("unknown compression or filter method");
+  if (bytes[12] != 0) RefusePng("it is interlaced, which this build does not read");
 }
 
 /** Leaves the reader at the start of the first IDAT. */
-void ReadToPixels(ChunkReader* chunks, Header* header) {
+void ReadToPixels(PngChunkReader* chunks, Header* header) {
   for (chunks->Next(); !chunks->Is("IDAT"); chunks->Next()) {
-    if (chunks->Is("IEND")) Refuse("the file holds no pixels");
+    if (chunks->Is("IEND")) RefusePng("the file holds no pixels");
     if (chunks->Is("PLTE"))
       header->palette = chunks->Whole(768);
     else if (chunks->Is("tRNS") && header->type == kPalette)
       header->alphas = chunks->Whole(256);
     else if (chunks->Is("tRNS"))
-      Refuse("one of its colours is transparent, which this build does not read");
+      RefusePng("one of its colours is transparent, which this build does not read");
     else
       chunks->Skip();
   }
-  if (header->type == kPalette && header->palette.empty()) Refuse("the palette is missing");
+  if (header->type == kPalette && header->palette.empty()) RefusePng("the palette is missing");
 }
 
 /** Unfolds the IDAT chunks row by row. */
 class RowReader {
 public:
-  explicit RowReader(ChunkReader* chunks) : chunks_(chunks), in_(1 << 16) {
+  explicit RowReader(PngChunkReader* chunks) : chunks_(chunks), in_(1 << 16) {
     if (inflateInit(&stream_) != Z_OK) throw std::bad_alloc();
   }
   ~RowReader() { inflateEnd(&stream_); }
@@ -234,7 +177,7 @@ public:
       const int state = inflate(&stream_, Z_NO_FLUSH);
       if (state == Z_MEM_ERROR) throw std::bad_alloc();
       if (state == Z_STREAM_END ? stream_.avail_out > 0 : state != Z_OK)
-        Refuse(state == Z_STREAM_END ? "Not enough image data" : "the pixels cannot be unfolded");
+        RefusePng(state == Z_STREAM_END ? "Not enough image data" : "the pixels cannot be unfolded");
     }
   }
   /** Passes the rest up to the end mark, so that its checksums are compared too. */
@@ -250,13 +193,13 @@ private:
   void More() {
     while (chunks_->left == 0) {
       chunks_->Next();
-      if (!chunks_->Is("IDAT")) Refuse("Not enough image data");
+      if (!chunks_->Is("IDAT")) RefusePng("Not enough image data");
     }
     stream_.next_in = in_.data();
     stream_.avail_in = (uInt)chunks_->Take(in_.data(), in_.size());
   }
 
-  ChunkReader* chunks_;
+  PngChunkReader* chunks_;
   z_stream stream_ = {};
   std::vector<Byte> in_;
 };
@@ -270,7 +213,7 @@ Byte Paeth(int left, int up, int corner) {
 
 /** Adds to each byte the prediction that its row's filter makes from the neighbours already restored. */
 void Unfilter(int filter, std::size_t pixelBytes, const Byte* above, Byte* row, std::size_t size) {
-  if (filter > kPaeth) Refuse("filter " + std::to_string(filter));
+  if (filter > kPaeth) RefusePng("filter " + std::to_string(filter));
   for (std::size_t i = 0; i < size; ++i) {
     const int left = i >= pixelBytes ? row[i - pixelBytes] : 0, up = above[i];
     const int corner = i >= pixelBytes ? above[i - pixelBytes] : 0;
@@ -298,7 +241,7 @@ void Expand(const Header& header, const Byte* row, std::uint16_t* out) {
   for (std::size_t x = 0; x < (std::size_t)header.width; ++x) {
     if (header.type == kPalette) {
       const std::size_t entry = Sample(header, row, x);
-      if (3 * entry + 2 >= header.palette.size()) Refuse("palette entry " + std::to_string(entry));
+      if (3 * entry + 2 >= header.palette.size()) RefusePng("palette entry " + std::to_string(entry));
       for (std::size_t i = 0; i < 3; ++i) *out++ = (std::uint16_t)(header.palette[3 * entry + i] * 257u);
       if (header.HasAlpha())
         *out++ = entry < header.alphas.size() ? (std::uint16_t)(header.alphas[entry] * 257u) : 65535;
@@ -311,7 +254,7 @@ void Expand(const Header& header, const Byte* row, std::uint16_t* out) {
   }
 }
 
-void ReadPixels(const Header& header, const PngLayout& layout, ChunkReader* chunks, Byte* rows) {
+void ReadPixels(const Header& header, const PngLayout& layout, PngChunkReader* chunks, Byte* rows) {
   const std::size_t size = header.StoredRowBytes();
   const std::size_t pixelBytes = std::max(1, header.StoredChannels() * header.depth / 8);
   const std::size_t samples = (std::size_t)layout.width * layout.channels;
@@ -335,10 +278,11 @@ void ReadPixels(const Header& header, const PngLayout& layout, ChunkReader* chun
 
 } // namespace
 
-bool EncodePngRows(const PngLayout& layout, const Byte* rows, BufferedFile& file, std::string* reason) {
+bool EncodePngRows(const PngLayout& layout, const Byte* rows, const PictureTexts& texts, BufferedFile& file,
+                   std::string* reason) {
   try {
     ChunkWriter chunks(file);
-    WriteAll(layout, rows, &chunks);
+    WriteAll(layout, rows, texts, &chunks);
     return true;
   } catch (const std::bad_alloc&) {
     *reason = "not enough memory";
@@ -350,7 +294,7 @@ bool EncodePngRows(const PngLayout& layout, const Byte* rows, BufferedFile& file
 
 bool DecodePngRows(BufferedFile& file, PngLayout* layout, const PngRows& rows, std::string* reason) {
   try {
-    ChunkReader chunks(file);
+    PngChunkReader chunks(file);
     Header header;
     ReadHeader(&chunks, &header);
     ReadToPixels(&chunks, &header);

@@ -69,6 +69,8 @@ PluginRegistry::~PluginRegistry() {
 
 Plugin* PluginRegistry::Register(PLUGINTYPE kind, LONG id, const String& name, const void* data, LONG size,
                                  std::string* why) {
+  // Whether it is taken or refused, its description waits no longer.
+  const auto waiting = waiting_.extract(id);
   const KindInfo* info = FindKind(kind);
   const std::string what = std::string(info ? info->name : "plug-in of kind " + std::to_string((int)kind)) +
                            " " + std::to_string(id) + " refused: ";
@@ -90,6 +92,10 @@ Plugin* PluginRegistry::Register(PLUGINTYPE kind, LONG id, const String& name, c
     plugin.id = id;
     plugin.name = name;
     plugin.module = module_;
+    if (waiting) {
+      plugin.description = waiting.mapped().description;
+      plugin.resources = waiting.mapped().resources;
+    }
     plugin.structure.resize((info->size + sizeof(std::max_align_t) - 1) / sizeof(std::max_align_t));
     std::memcpy(plugin.structure.data(), data, info->size);
     if (info->nodes) {
@@ -107,17 +113,15 @@ Plugin* PluginRegistry::Register(PLUGINTYPE kind, LONG id, const String& name, c
 bool PluginRegistry::BindDescription(LONG id, const std::string& name, Resources* resources,
                                      std::string* why) {
   const std::string what = "description " + name + " of type " + std::to_string(id) + " refused: ";
-  Plugin* plugin = Find(id, PLUGINTYPE_ANY);
   std::string error;
-  if (!plugin)
-    *why = what + "no plug-in has that id";
+  if (const Plugin* other = Find(id, PLUGINTYPE_ANY))
+    *why = what + "the id is taken by a plug-in" + (other->module.empty() ? "" : " of " + other->module);
   else if (!resources)
     *why = what + "the module's resources are not loaded";
   else if (!resources->folder.LoadDescription(name, &error))
     *why = what + error;
   else {
-    plugin->description = name;
-    plugin->resources = resources;
+    waiting_[id] = {name, resources};
     return true;
   }
   return false;
@@ -140,6 +144,8 @@ void PluginRegistry::Remove(const std::string& module) {
 }
 
 void PluginRegistry::Forget(const Resources* resources) {
+  for (auto at = waiting_.begin(); at != waiting_.end();)
+    at = at->second.resources == resources ? waiting_.erase(at) : std::next(at);
   for (Plugin& plugin : plugins_)
     if (plugin.resources == resources) {
       plugin.resources = nullptr;

@@ -58,7 +58,7 @@ public:
   /** NULL with the reason when refused. */
   Plugin* Register(PLUGINTYPE kind, LONG id, const String& name, const void* data, LONG size,
                    std::string* why);
-  /** Binds a description to a registered plug-in. */
+  /** Keeps a description for the plug-in of that id, which is registered next. */
   bool BindDescription(LONG id, const std::string& name, Resources* resources, std::string* why);
   Plugin* Find(LONG id, PLUGINTYPE kind);
   const std::list<Plugin>& All() const { return plugins_; }
@@ -68,7 +68,13 @@ public:
   void Forget(const Resources* resources);
 
 private:
+  struct Waiting {
+    std::string description;
+    Resources* resources;
+  };
+
   std::list<Plugin> plugins_;
+  std::map<LONG, Waiting> waiting_; ///< descriptions whose plug-in is not registered yet
   std::string module_;
 };
 

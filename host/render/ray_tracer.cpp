@@ -6,6 +6,7 @@
 #include "host/view/camera_math.h"
 
 #include <cmath>
+#include <cstring>
 
 namespace host {
 
@@ -53,10 +54,20 @@ RayTracer::RayTracer(FrameScene& scene, const RenderOptions& options, LONG threa
   tangent_ = frame.tangent;
   halfHeight_ = frame.halfHeight;
   volume_.tracer = this;
-  volume_.fps = scene.fps;
-  volume_.time = scene.time;
-  volume_.ambient = options.ambient;
-  for (const RayLight& light : scene.lights)
+  MakeUsable(true);
+}
+
+void RayTracer::MakeUsable(bool usable) {
+  usable_ = usable;
+  std::memset(static_cast<void*>(static_cast<BaseVolumeData*>(&volume_)), 0xCD, sizeof(BaseVolumeData));
+  if (!usable) return;
+  volume_.version = 0;
+  volume_.fps = scene_.fps;
+  volume_.time = scene_.time;
+  volume_.calc_illum = 1;
+  volume_.op = NULL;
+  volume_.ambient = options_.ambient;
+  for (const RayLight& light : scene_.lights)
     if (light.ambient) volume_.ambient += light.color;
 }
 

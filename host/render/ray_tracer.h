@@ -58,6 +58,12 @@ public:
   /** Volume data as the video posts get it for one of a pixel's rays, from 0 on: row by row. */
   VolumeData* Prepare(LONG x, LONG y, int ray);
   VolumeData* Volume() { return &volume_; }
+  /**
+   * Off, the volume data holds garbage and its calls are reported: plug-ins may hold it while a render opens
+   * and closes, but not use it. What a ray does not set is garbage always.
+   */
+  void MakeUsable(bool usable);
+  bool IsUsable() const { return usable_; }
 
   // What the entries for volume data answer with.
   FrameScene& Scene() { return scene_; }
@@ -82,6 +88,7 @@ private:
   Vector right_, up_, forward_, position_;
   double tangent_, aspect_, halfHeight_;
   RenderVolume volume_;
+  bool usable_ = false;
   Ray prepared_;
 };
 

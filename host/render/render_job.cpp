@@ -62,6 +62,7 @@ public:
     }
   }
   ~Stage() {
+    if (job_.options_.dropsCloses && job_.outcome_.result == RENDERRESULT_USERBREAK) return;
     for (std::size_t i = opened_.size(); i-- > 0;) Call(*opened_[i], false);
   }
   Stage(const Stage&) = delete;
@@ -88,6 +89,7 @@ RenderJob::RenderJob(BaseDocument* doc, const RenderOptions& options) : doc_(doc
   missing_ = MissingPost(*settings);
   for (Node* node = settings->videoPosts.first; node; node = node->next)
     if (node->data && !(node->bits & kPostDisabled)) posts_.push_back((VideoPost*)node);
+  firstAnswers_ = AskPosts();
 }
 
 RenderJob::~RenderJob() {
@@ -118,8 +120,11 @@ VideoPostStruct RenderJob::Struct(VIDEOPOSTCALL call, bool open) {
   vps.vd = mainTracer_ && (call == VIDEOPOSTCALL_RENDER || call == VIDEOPOSTCALL_INNER)
                ? mainTracer_->Volume()
                : NULL;
+  if (vps.vd) mainTracer_->MakeUsable(call == VIDEOPOSTCALL_INNER);
   vps.doc = doc_;
   vps.thread = work_->Api();
+  vps.subframe = subframe_;
+  vps.subframe_cnt = options_.subframes;
   vps.render = Api();
   return vps;
 }
@@ -153,11 +158,23 @@ RenderOutcome RenderJob::Run() {
   if (Failed()) return outcome_;
   const Stage frame(*this, VIDEOPOSTCALL_FRAME);
   if (Failed()) return outcome_;
-  const Stage subframe(*this, VIDEOPOSTCALL_SUBFRAME);
-  if (Failed() || !BuildScene()) return outcome_;
-  const Stage render(*this, VIDEOPOSTCALL_RENDER);
-  if (Failed()) return outcome_;
+  for (subframe_ = 0; subframe_ < options_.subframes && !Failed(); ++subframe_) {
+    const Stage subframe(*this, VIDEOPOSTCALL_SUBFRAME);
+    if (!Failed() && BuildScene()) RenderOnce();
+  }
   AskPosts();
+  return outcome_;
+}
+
+void RenderJob::RenderOnce() {
+  const Stage render(*this, VIDEOPOSTCALL_RENDER);
+  if (Failed()) return;
+  const std::vector<VIDEOPOSTINFO> answers = AskPosts();
+  for (std::size_t i = 0; i < posts_.size(); ++i) {
+    const LONG both = (LONG)answers[i] & (LONG)firstAnswers_[i];
+    if (both & VIDEOPOSTINFO_CALCVOLUMETRIC) scene_->posts.volumetric.push_back(posts_[i]);
+    if (both & VIDEOPOSTINFO_CALCSHADOW) scene_->posts.shadow.push_back(posts_[i]);
+  }
   InitRenderStruct irs;
   irs.time = doc_->GetTime();
   irs.fps = doc_->GetFps();
@@ -167,10 +184,9 @@ RenderOutcome RenderJob::Run() {
   irs.thread = work_->Api();
   const ShaderStage shaders(doc_, irs);
   if (shaders.Result() != INITRENDERRESULT_OK) Fail(RENDERRESULT_OUTOFMEMORY, "a shader failed to start");
-  if (Failed()) return outcome_;
+  if (Failed()) return;
   const Stage inner(*this, VIDEOPOSTCALL_INNER);
   if (!Failed()) ComputePixels();
-  return outcome_;
 }
 
 bool RenderJob::BuildScene() {
@@ -201,13 +217,12 @@ bool RenderJob::BuildScene() {
   return true;
 }
 
-void RenderJob::AskPosts() {
-  for (VideoPost* post : posts_) {
-    const VIDEOPOSTPLUGIN& plugin = post->plugin->As<VIDEOPOSTPLUGIN>();
-    const VIDEOPOSTINFO info = CallModule("GetRenderInfo", plugin.GetRenderInfo, post->data, host::Api(post));
-    if (info & VIDEOPOSTINFO_CALCVOLUMETRIC) scene_->posts.volumetric.push_back(post);
-    if (info & VIDEOPOSTINFO_CALCSHADOW) scene_->posts.shadow.push_back(post);
-  }
+std::vector<VIDEOPOSTINFO> RenderJob::AskPosts() {
+  std::vector<VIDEOPOSTINFO> answers;
+  for (VideoPost* post : posts_)
+    answers.push_back(CallModule("GetRenderInfo", post->plugin->As<VIDEOPOSTPLUGIN>().GetRenderInfo,
+                                 post->data, host::Api(post)));
+  return answers;
 }
 
 void RenderJob::ComputePixels() {

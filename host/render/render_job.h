@@ -1,8 +1,9 @@
 // One render of a document: a frame or a sequence, with the life cycle that video posts see.
 //
 // FRAMESEQUENCE, FRAME, SUBFRAME, RENDER and INNER open in this order and close in reverse; a post that heard
-// an open hears its close, whatever went wrong between. After RENDER opened, the posts are asked what they
-// want (GetRenderInfo). Main thread; the pixels are computed on threads of their own.
+// an open hears its close, whatever went wrong between. What the posts want (GetRenderInfo) they are asked
+// before the sequence opens, once RENDER is open, and after it closed; only what they say both times at
+// first counts. Main thread; the pixels are computed on threads of their own.
 #pragma once
 
 #include "host/nodes/node.h"
@@ -35,7 +36,8 @@ private:
 
   RenderOutcome Run();
   bool BuildScene();
-  void AskPosts();
+  void RenderOnce();
+  std::vector<VIDEOPOSTINFO> AskPosts();
   void ComputePixels();
   bool Failed() const { return outcome_.result != RENDERRESULT_OK; }
   void Fail(RENDERRESULT result, const std::string& message);
@@ -45,6 +47,8 @@ private:
   BaseDocument* doc_;
   RenderOptions options_;
   std::vector<VideoPost*> posts_;
+  std::vector<VIDEOPOSTINFO> firstAnswers_; ///< of the posts, before anything opened
+  LONG subframe_ = 0;
   std::string missing_; ///< name of a post that is always there and could not be made
   std::unique_ptr<RenderBuffer> buffer_;
   std::unique_ptr<FrameScene> scene_;

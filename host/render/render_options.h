@@ -16,6 +16,8 @@ struct RenderOptions {
   int threads = 0;                ///< 0: as many as the machine runs at once; at most kMostRenderThreads
   int tile = 32;                  ///< pixels a side
   bool lastTileFirst = false;     ///< the picture is the same in any order
+  int subframes = 1;              ///< renders a frame; the last one's pixels stay
+  bool dropsCloses = false;       ///< posts do not hear the closes of a render that was broken off
   int reflections = 4;            ///< most mirrored, passed or refracted rays one after another
   ViewCamera camera;
   Vector background{0.0, 0.0, 0.0};

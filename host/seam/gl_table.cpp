@@ -101,12 +101,20 @@ struct GlEntries {
     ReportModule("UnlockFactory without LockFactory");
   }
   static Bool BindToView(GlProgramFactory* f, const BaseDraw* bd) {
+    ViewFactory& factory = At(f);
+    if (!bd) {
+      // The context stays current while a view draws: the view's other objects go on with it.
+      if (!factory.bound) ReportModule("BindToView(NULL) of a factory that is not bound");
+      factory.bound = false;
+      return TRUE;
+    }
+    if (factory.locks == 0) ReportModule("BindToView without LockFactory");
+    if (factory.bound) ReportModule("BindToView of a factory that is bound already");
     std::string error;
-    ViewState* view = bd ? CheckedView(bd, "GlProgramFactory::BindToView") : At(f).view;
-    // Unbinding leaves the context current while a view draws: the view's other objects go on with it.
-    const bool ok = view && (!bd || view->context->MakeCurrent(&error));
+    ViewState* view = CheckedView(bd, "GlProgramFactory::BindToView");
+    factory.bound = view && view->context->MakeCurrent(&error);
     if (!error.empty()) TheServices().console.Print("GL: " + error);
-    return ok;
+    return factory.bound;
   }
   static Bool IsProgram(GlProgramFactory* f, GlProgramType t) {
     return t == CompiledProgram && At(f).program.IsCompiled();
@@ -208,9 +216,6 @@ struct GlEntries {
   }
   static LONG GetSubBufferCount(const GlVertexBuffer* vb) {
     return reinterpret_cast<const ViewBuffer*>(vb)->data.Count();
-  }
-  static GlVertexSubBufferData* GetSubBuffer(GlVertexBuffer* vb, LONG n) {
-    return reinterpret_cast<GlVertexSubBufferData*>(At(vb).data.At(n));
   }
   static Bool DrawSubBuffer(const BaseDraw* bd, const GlVertexSubBufferData* vertexSub,
                             const GlVertexSubBufferData* elementSub, LONG drawCnt,

@@ -126,6 +126,9 @@ std::unique_ptr<Module> Module::Load(const std::string& path, OperatingSystem* o
              " to the initialisation message, expected 1";
     return fail();
   }
+  // One module is loaded at a time, so its rank among others orders nothing; it is asked all the same.
+  LONG priority = 0;
+  library.Call(C4DPL_MESSAGE, (void*)(VLONG)C4DMSG_PRIORITY, &priority);
   answer = library.Call(C4DPL_INIT);
   module->registrations_->Close();
   if (answer == FALSE) {

@@ -60,7 +60,7 @@ struct ObjectEntries {
   static BaseObject* GetDeformCache(BaseObject* op) { return Api((Object*)Impl(op)->deformCache.first); }
   static Bool CheckCache(BaseObject* op, HierarchyHelp*) { return NeedsCache(*Impl(op)); }
   static Bool IsDirty(BaseObject* op, DIRTYFLAGS flags) {
-    return DirtyCount(*Impl(op), flags) != Impl(op)->cacheState;
+    return !Impl(op)->cacheBuilt || HasChanged(*Impl(op), Impl(op)->cacheState, flags);
   }
   static BaseThread* GetHelpThread(HierarchyHelp* hh) { return BuildHelp::From(hh)->work->Api(); }
   static BaseDocument* GetHelpDocument(HierarchyHelp* hh) { return Api(BuildHelp::From(hh)->document); }

@@ -54,9 +54,9 @@ struct ResourceEntries {
       request.loaded = loaded;
     return request.loaded != nullptr;
   }
-  static const DescID* GetSingleDescID(const ::Description*) {
-    return NULL;
-  } // descriptions are always asked for whole
+  static const DescID* GetSingleDescID(const ::Description* description) {
+    return DescriptionRequest::From(const_cast<::Description*>(description))->single;
+  }
 };
 
 } // namespace

@@ -10,9 +10,17 @@ namespace host {
 namespace {
 
 /** The tracer behind it; NULL, and a report, for volume data without a render. */
-RayTracer* TracerOf(const VolumeData* vd, const char* call) {
+RayTracer* OwnerOf(const VolumeData* vd, const char* call) {
   RayTracer* tracer = vd ? RenderVolume::From(vd)->tracer : nullptr;
   if (!tracer) ReportCaller(std::string(call) + " with volume data that belongs to no render");
+  return tracer;
+}
+/** The same for what may be asked only while there are rays. */
+RayTracer* TracerOf(const VolumeData* vd, const char* call) {
+  RayTracer* tracer = OwnerOf(vd, call);
+  if (tracer && !tracer->IsUsable())
+    ReportCaller(std::string(call) +
+                 " before INNER opens or after it closed, when volume data is not usable");
   return tracer;
 }
 
@@ -46,7 +54,7 @@ struct VolumeEntries {
     return &tracer->Scene().lights[(std::size_t)index];
   }
   static const RayParameter* GetRayParameter(const VolumeData* vd) {
-    RayTracer* tracer = TracerOf(vd, "GetRayParameter");
+    RayTracer* tracer = OwnerOf(vd, "GetRayParameter"); // known as soon as a render opens
     return tracer ? &tracer->Scene().parameter : NULL;
   }
   static const RayCamera* GetRayCamera(const VolumeData* vd) {

@@ -1,9 +1,11 @@
 #include "host/undo/undo.h"
 
 #include "host/base/module_scope.h"
+#include "host/nodes/services.h"
 #include "host/plugins/plugin_registry.h"
 
 #include <algorithm>
+#include <thread>
 #include <unordered_map>
 
 namespace host {
@@ -71,7 +73,13 @@ public:
     change->UndoLinkChanges(node);
     return change;
   }
-  ~ContentChange() override { FreeNode(kept_); }
+  ~ContentChange() override {
+    const Services* services = FindServices();
+    if (services && services->freesCopiesElsewhere)
+      std::thread(FreeNode, kept_).join();
+    else
+      FreeNode(kept_);
+  }
 
   void Exchange(bool) override {
     Node* node = FindNode(target_);

@@ -1,5 +1,7 @@
 #include "host/view/view_state.h"
 
+#include "host/base/misbehaviour.h"
+#include "host/base/text.h"
 #include "host/nodes/node.h"
 
 #include <algorithm>
@@ -73,6 +75,20 @@ void ViewState::RemoveBuffers(const C4DAtom* object, LONG index) {
     RemoveMatching(view, view->buffers, [&](const ViewBuffer& b) {
       return b.object == object && (index == NOTOK || b.index == index);
     });
+}
+
+void ViewState::CheckBalance(const String& object) {
+  const std::string of = " after the draw of \"" + Utf8(object) + "\"";
+  for (const auto& factory : factories) {
+    if (factory->program.IsBound()) {
+      ReportModule("the programs of a factory are still bound" + of);
+      factory->program.UnbindPrograms();
+    }
+    if (factory->bound) ReportModule("a factory is still bound to its view" + of);
+    if (factory->locks > 0) ReportModule("a factory is still locked" + of);
+    factory->bound = false;
+    factory->locks = 0;
+  }
 }
 
 void ViewState::NodeDies(Node& node) {

@@ -29,6 +29,7 @@ struct ViewFactory {
   std::vector<const GlVertexBufferVectorInfo*> vectors;
   gl::ProgramFactory program;
   int locks = 0;
+  bool bound = false; ///< to its view
 };
 
 /** Vertex data of one object in the view. The plug-in holds it as GlVertexBuffer*. */
@@ -67,6 +68,9 @@ public:
   LONG drawPortType = DRAWPORT_TYPE_OGL_HQ;
   std::list<std::unique_ptr<ViewFactory>> factories;
   std::list<std::unique_ptr<ViewBuffer>> buffers;
+
+  /** Reports what an object's draw left locked or bound, and lets go of it. */
+  void CheckBalance(const String& object);
 
   void NodeDies(Node& node) override;
 };

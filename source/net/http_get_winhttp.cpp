@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <memory>
 #include <windows.h>
 
 #include <winhttp.h>
@@ -42,7 +43,7 @@ std::wstring Wide(const std::string& text) {
   return std::wstring(text.begin(), text.end());
 }
 
-/** The library limits each step of its own: every step gets what is left of the time for all. */
+/** One for resolving, connecting, sending, head and body together. */
 class Deadline {
 public:
   explicit Deadline(int milliseconds) : end_(Clock::now() + std::chrono::milliseconds(milliseconds)) {}
@@ -57,6 +58,68 @@ private:
   Clock::time_point end_;
 };
 
+/**
+ * The step that a request is at. The library limits each of its steps, and within them each address that it
+ * tries, by a time of their own; so it works in the background and the caller waits until its own deadline.
+ */
+class Pending {
+public:
+  Pending() : done_(CreateEventW(NULL, FALSE, FALSE, NULL)) {}
+  ~Pending() {
+    if (done_) CloseHandle(done_);
+  }
+  Pending(const Pending&) = delete;
+  Pending& operator=(const Pending&) = delete;
+
+  /** False when the step failed, or did not end in time. */
+  bool Wait(DWORD milliseconds, DWORD expected) const {
+    return done_ && WaitForSingleObject(done_, milliseconds) == WAIT_OBJECT_0 && status_ == expected;
+  }
+  DWORD Count() const { return count_; }
+  char* Bytes() { return bytes_; }
+
+  /** The request tells it, on threads of the library, until its handle is closed. */
+  static bool Attach(HINTERNET request, const std::shared_ptr<Pending>& pending) {
+    auto* shared = new std::shared_ptr<Pending>(pending);
+    DWORD_PTR context = (DWORD_PTR)shared;
+    if (!WinHttpSetOption(request, WINHTTP_OPTION_CONTEXT_VALUE, &context, sizeof context)) {
+      delete shared;
+      return false;
+    }
+    const DWORD kinds = WINHTTP_CALLBACK_FLAG_ALL_COMPLETIONS | WINHTTP_CALLBACK_FLAG_HANDLES;
+    return WinHttpSetStatusCallback(request, &Pending::OnStatus, kinds, 0) != WINHTTP_INVALID_STATUS_CALLBACK;
+  }
+
+private:
+  static void CALLBACK OnStatus(HINTERNET, DWORD_PTR context, DWORD status, void* information, DWORD length) {
+    auto* shared = (std::shared_ptr<Pending>*)context;
+    if (!shared) return;
+    switch (status) {
+    case WINHTTP_CALLBACK_STATUS_HANDLE_CLOSING: // the last call of all
+      delete shared;
+      return;
+    case WINHTTP_CALLBACK_STATUS_DATA_AVAILABLE:
+      (*shared)->count_ = *(DWORD*)information;
+      break;
+    case WINHTTP_CALLBACK_STATUS_READ_COMPLETE:
+      (*shared)->count_ = length;
+      break;
+    case WINHTTP_CALLBACK_STATUS_SENDREQUEST_COMPLETE:
+    case WINHTTP_CALLBACK_STATUS_HEADERS_AVAILABLE:
+    case WINHTTP_CALLBACK_STATUS_REQUEST_ERROR:
+      break;
+    default:
+      return;
+    }
+    (*shared)->status_ = status;
+    SetEvent((*shared)->done_);
+  }
+
+  HANDLE done_;
+  DWORD status_ = 0, count_ = 0; ///< written before the event, read after it
+  char bytes_[kReadBytes];       ///< the library may fill it even after the caller gave up
+};
+
 bool SetNumber(HINTERNET handle, DWORD option, DWORD value) {
   return WinHttpSetOption(handle, option, &value, sizeof value) != FALSE;
 }
@@ -65,8 +128,8 @@ HINTERNET OpenSession() {
   // Windows before 8.1 has no automatic proxies.
   for (const DWORD access :
        {(DWORD)WINHTTP_ACCESS_TYPE_AUTOMATIC_PROXY, (DWORD)WINHTTP_ACCESS_TYPE_DEFAULT_PROXY})
-    if (const HINTERNET session =
-            WinHttpOpen(L"Kelvra", access, WINHTTP_NO_PROXY_NAME, WINHTTP_NO_PROXY_BYPASS, 0))
+    if (const HINTERNET session = WinHttpOpen(L"Kelvra", access, WINHTTP_NO_PROXY_NAME,
+                                              WINHTTP_NO_PROXY_BYPASS, WINHTTP_FLAG_ASYNC))
       return session;
   return NULL;
 }
@@ -79,7 +142,7 @@ HINTERNET OpenRequest(HINTERNET connection, const HttpUrl& url) {
                             WINHTTP_DEFAULT_ACCEPT_TYPES, flags);
 }
 
-bool Send(HINTERNET request, const HttpStep& step, const Deadline& deadline) {
+bool Send(HINTERNET request, const HttpStep& step, const Deadline& deadline, const Pending& pending) {
   const DWORD left = deadline.Left();
   if (left == 0) return false;
   const int whole = (int)left, connect = std::min(step.connectMilliseconds, whole);
@@ -89,7 +152,9 @@ bool Send(HINTERNET request, const HttpStep& step, const Deadline& deadline) {
          SetNumber(request, WINHTTP_OPTION_MAX_RESPONSE_HEADER_SIZE, (DWORD)kMostHeadBytes) &&
          SetNumber(request, WINHTTP_OPTION_RECEIVE_RESPONSE_TIMEOUT, left) &&
          WinHttpSendRequest(request, WINHTTP_NO_ADDITIONAL_HEADERS, 0, WINHTTP_NO_REQUEST_DATA, 0, 0, 0) &&
-         WinHttpReceiveResponse(request, NULL);
+         pending.Wait((DWORD)connect, WINHTTP_CALLBACK_STATUS_SENDREQUEST_COMPLETE) &&
+         WinHttpReceiveResponse(request, NULL) &&
+         pending.Wait(deadline.Left(), WINHTTP_CALLBACK_STATUS_HEADERS_AVAILABLE);
 }
 
 bool ReadHead(HINTERNET request, HttpAnswer* answer) {
@@ -120,21 +185,20 @@ bool IsWhole(HINTERNET request, DWORD total) {
          length == total;
 }
 
-bool ReadBody(HINTERNET request, const Deadline& deadline, HttpBody& body) {
-  char bytes[kReadBytes];
+bool ReadBody(HINTERNET request, const Deadline& deadline, Pending& pending, HttpBody& body) {
   DWORD total = 0;
   for (;;) {
-    const DWORD left = deadline.Left();
-    // Reading waits until the buffer is full. Ask only for what has arrived, so that the deadline holds.
-    DWORD ready = 0, got = 0;
-    if (left == 0 || !SetNumber(request, WINHTTP_OPTION_RECEIVE_TIMEOUT, left) ||
-        !WinHttpQueryDataAvailable(request, &ready))
+    if (!WinHttpQueryDataAvailable(request, NULL) ||
+        !pending.Wait(deadline.Left(), WINHTTP_CALLBACK_STATUS_DATA_AVAILABLE))
       return false;
+    const DWORD ready = std::min(pending.Count(), kReadBytes);
     if (ready == 0) return IsWhole(request, total);
-    if (!WinHttpReadData(request, bytes, std::min<DWORD>(ready, kReadBytes), &got)) return false;
-    if (got == 0) return IsWhole(request, total);
-    if (!body.Append(bytes, got)) return false;
-    total += got;
+    if (!WinHttpReadData(request, pending.Bytes(), ready, NULL) ||
+        !pending.Wait(deadline.Left(), WINHTTP_CALLBACK_STATUS_READ_COMPLETE))
+      return false;
+    if (pending.Count() == 0) return IsWhole(request, total);
+    if (!body.Append(pending.Bytes(), pending.Count())) return false;
+    total += pending.Count();
   }
 }
 
@@ -142,14 +206,15 @@ bool ReadBody(HINTERNET request, const Deadline& deadline, HttpBody& body) {
 
 bool HttpExchange(const HttpUrl& url, const HttpStep& step, HttpBody& body, HttpAnswer* answer) {
   const Deadline deadline(step.totalMilliseconds);
+  const std::shared_ptr<Pending> pending = std::make_shared<Pending>();
   const InternetHandle session(OpenSession());
   if (!session) return false;
   const InternetHandle connection(
       WinHttpConnect(session, Wide(url.host).c_str(), (INTERNET_PORT)url.port, 0));
   if (!connection) return false;
   const InternetHandle request(OpenRequest(connection, url));
-  return request && Send(request, step, deadline) && ReadHead(request, answer) &&
-         ReadBody(request, deadline, body);
+  return request && Pending::Attach(request, pending) && Send(request, step, deadline, *pending) &&
+         ReadHead(request, answer) && ReadBody(request, deadline, *pending, body);
 }
 
 } // namespace kelvra

@@ -17,10 +17,10 @@ const LONG kExplanationVersion = 1;
 /** What a render with points asks the host for. */
 const VIDEOPOSTINFO kRayInfo = VIDEOPOSTINFO_CALCVOLUMETRIC | VIDEOPOSTINFO_CALCSHADOW;
 
-/** Does a video post of the document's render settings link an object? */
-Bool LinksObject(BaseDocument* doc) {
-  RenderData* settings = doc ? doc->GetActiveRenderData() : NULL;
-  BaseVideoPost* post = settings ? settings->GetFirstVideoPost() : NULL;
+/** Does one of the render settings' video posts, of which this is one, link an object? */
+Bool LinksObject(BaseVideoPost* post) {
+  BaseDocument* doc = post->GetDocument();
+  while (GeListNode* before = post->GetPred()) post = static_cast<BaseVideoPost*>(before);
   while (post && (post->GetType() != kVoxelVideoPostId ||
                   !post->GetDataInstance()->GetObjectLink(KELVRA_RENDER_OBJECT, doc)))
     post = post->GetNext();
@@ -37,6 +37,14 @@ String DescribeStoredPoint(BaseObject* op, LONG number) {
   return store ? DescribePoint(*store, OriginOf(op), number) : String();
 }
 
+RENDERRESULT GatherOne(VoxelData& data, BaseVideoPost* post, const VideoPostStruct& vps) {
+  GatherContext context;
+  context.document = vps.doc;
+  context.thread = vps.thread;
+  context.storeOf = &StoreOf;
+  return GatherScene(data, post, context);
+}
+
 } // namespace
 
 VoxelHook* VoxelHook::Find(BaseDocument* doc) {
@@ -44,15 +52,33 @@ VoxelHook* VoxelHook::Find(BaseDocument* doc) {
   return hook ? static_cast<VoxelHook*>(hook->GetNodeData()) : NULL;
 }
 
-void VoxelHook::BeginFrame(const Render* render, const BaseTime& time) {
-  if (render != render_ || time != time_) scene.data.Clear();
-  render_ = render;
-  time_ = time;
+RENDERRESULT VoxelHook::Gather(BaseVideoPost* post, const VideoPostStruct& vps) {
+  // Nothing stays of a frame that never closed.
+  if (vps.render != render_ || vps.time != time_ || freed_) EndFrame();
+  render_ = vps.render;
+  time_ = vps.time;
+  posts_.push_back(post);
+  return GatherOne(scene.data, post, vps);
+}
+
+RENDERRESULT VoxelHook::GatherAgain(const VideoPostStruct& vps) {
+  RENDERRESULT result = RENDERRESULT_OK;
+  for (std::size_t i = 0; freed_ && result == RENDERRESULT_OK && i < posts_.size(); ++i)
+    result = GatherOne(scene.data, posts_[i], vps);
+  freed_ = FALSE;
+  return result;
+}
+
+void VoxelHook::EndRender() {
+  scene.data.Clear();
+  scene.lists = NULL;
+  freed_ = TRUE;
 }
 
 void VoxelHook::EndFrame() {
-  scene.data.Clear();
-  scene.lists = NULL;
+  EndRender();
+  freed_ = FALSE;
+  posts_.clear();
   render_ = NULL;
 }
 
@@ -66,19 +92,13 @@ Bool VoxelHook::Message(GeListNode* node, LONG type, void* message) {
 }
 
 RENDERRESULT VoxelVideoPost::Execute(BaseVideoPost* node, VideoPostStruct* vps) {
-  if (vps->vp != VIDEOPOSTCALL_FRAME) return RENDERRESULT_OK;
+  const Bool sequence = vps->vp == VIDEOPOSTCALL_FRAMESEQUENCE;
+  if (!sequence && vps->vp != VIDEOPOSTCALL_FRAME) return RENDERRESULT_OK;
   VoxelHook* hook = VoxelHook::Find(vps->doc);
   if (!hook) return RENDERRESULT_OK;
-  if (!vps->open) {
-    hook->EndFrame(); // a frame that failed before its render opened leaves nothing for the next one
-    return RENDERRESULT_OK;
-  }
-  hook->BeginFrame(vps->render, vps->time);
-  GatherContext context;
-  context.document = vps->doc;
-  context.thread = vps->thread;
-  context.storeOf = &StoreOf;
-  return GatherScene(hook->scene.data, node, context);
+  if (!sequence && vps->open) return hook->Gather(node, *vps);
+  hook->EndFrame(); // whatever failed before, nothing is left for the next frame
+  return RENDERRESULT_OK;
 }
 
 RENDERRESULT VoxelVideoPost_Builder::Execute(BaseVideoPost*, VideoPostStruct* vps) {
@@ -86,17 +106,19 @@ RENDERRESULT VoxelVideoPost_Builder::Execute(BaseVideoPost*, VideoPostStruct* vp
   if (vps->vp == VIDEOPOSTCALL_FRAME) open_ = FALSE;
   if (vps->vp != VIDEOPOSTCALL_RENDER) return RENDERRESULT_OK;
   open_ = vps->open;
-  if (vps->open) return Build(vps);
-  if (VoxelHook* hook = VoxelHook::Find(vps->doc)) hook->EndFrame();
+  if (vps->open) return Build(*vps);
+  if (VoxelHook* hook = VoxelHook::Find(vps->doc)) hook->EndRender();
   hook_ = NULL;
   return RENDERRESULT_OK;
 }
 
-RENDERRESULT VoxelVideoPost_Builder::Build(VideoPostStruct* vps) {
+RENDERRESULT VoxelVideoPost_Builder::Build(const VideoPostStruct& vps) {
   hook_ = NULL;
   info_ = VIDEOPOSTINFO_0;
-  VoxelHook* hook = VoxelHook::Find(vps->doc);
-  if (!hook || hook->scene.data.items.size == 0) return RENDERRESULT_OK;
+  VoxelHook* hook = VoxelHook::Find(vps.doc);
+  if (!hook) return RENDERRESULT_OK;
+  const RENDERRESULT gathered = hook->GatherAgain(vps);
+  if (gathered != RENDERRESULT_OK || hook->scene.data.items.size == 0) return gathered;
   if (!BuildGrid(hook->scene.data)) return RENDERRESULT_OUTOFMEMORY;
   hook_ = hook;
   hook->scene.lists = &lists_;
@@ -106,7 +128,7 @@ RENDERRESULT VoxelVideoPost_Builder::Build(VideoPostStruct* vps) {
 }
 
 VIDEOPOSTINFO VoxelVideoPost_Builder::GetRenderInfo(BaseVideoPost* node) {
-  return open_ ? info_ : LinksObject(node->GetDocument()) ? kRayInfo : VIDEOPOSTINFO_0;
+  return open_ ? info_ : LinksObject(node) ? kRayInfo : VIDEOPOSTINFO_0;
 }
 
 void VoxelVideoPost_Builder::CalcVolumetric(BaseVideoPost*, VolumeData* vd) {

@@ -2,13 +2,16 @@
 // builder, and the scene hook that holds what both share.
 //
 // In each frame the video posts gather the points when the frame opens; the builder builds the grid when the
-// render opens and answers rays from all render threads; everything is freed when the render closes.
+// render opens and answers rays from all render threads; everything is freed when the render closes. A frame
+// may be rendered more than once: then the points are gathered again.
 #pragma once
 
 #include "c4d.h"
 #include "fence.h"
 #include "object/render/render_scene.h"
 #include "plugin_ids.h"
+
+#include <vector>
 
 namespace kelvra {
 
@@ -20,8 +23,11 @@ public:
 
   /** The hook's data of a document, NULL without the hook. */
   static VoxelHook* Find(BaseDocument* doc);
-  /** Frees what a render that never closed left behind, when this is another one. */
-  void BeginFrame(const Render* render, const BaseTime& time);
+  /** Gathers what the post links, beside what other posts of the same frame gathered. */
+  RENDERRESULT Gather(BaseVideoPost* post, const VideoPostStruct& vps);
+  /** For all posts of the frame, if an earlier render of it freed what they gathered. */
+  RENDERRESULT GatherAgain(const VideoPostStruct& vps);
+  void EndRender();
   void EndFrame();
 
   RenderScene scene;
@@ -29,6 +35,8 @@ public:
 private:
   const Render* render_ = NULL;
   BaseTime time_;
+  std::vector<BaseVideoPost*> posts_; ///< of the frame that is open
+  Bool freed_ = FALSE;                ///< by a render of this frame
 };
 
 class VoxelVideoPost : public VideoPostData {
@@ -50,7 +58,7 @@ public:
   void CalcShadow(BaseVideoPost* node, VolumeData* vd) override;
 
 private:
-  RENDERRESULT Build(VideoPostStruct* vps);
+  RENDERRESULT Build(const VideoPostStruct& vps);
 
   VoxelHook* hook_ = NULL; ///< while a frame is rendered
   VIDEOPOSTINFO info_ = VIDEOPOSTINFO_0;

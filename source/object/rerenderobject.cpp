@@ -144,7 +144,8 @@ Bool KelvraObject::CopyTo(NodeData* dest, GeListNode* snode, GeListNode* dnode, 
                           AliasTrans* trans) {
   KelvraObject* copy = static_cast<KelvraObject*>(dest);
   copy->settingsChanged = 1;
-  copy->display.uploads = display.uploads;
+  // A node that was drawn before keeps the list of its own buffers.
+  if (!copy->display.uploads || copy->display.uploads->IsEmpty()) copy->display.uploads = display.uploads;
   if (!(addsPoints ? store.ShareTo(copy->store) : store.CopyTo(copy->store))) return FALSE;
   return SUPER::CopyTo(dest, snode, dnode, flags, trans);
 }
@@ -225,7 +226,11 @@ void KelvraObject::Load(BaseObject* op, Bool folderMode) {
                          "Point Cloud"))
     return;
   const std::string path = Utf8(chosen.GetString());
-  const std::vector<NamedFile> files = folderMode ? FilesOf(chosen) : std::vector<NamedFile>{{chosen, path}};
+  std::vector<NamedFile> files;
+  if (folderMode)
+    files = FilesOf(chosen);
+  else
+    files.push_back({chosen, path});
   if (files.empty()) PrintLine(path, "the folder holds no file to load");
 
   const VLONG blocks = store.CountBlocks();

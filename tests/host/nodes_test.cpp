@@ -118,6 +118,15 @@ TEST_F(Nodes, DirtyCountsFollowTheirKind) {
   EXPECT_FALSE(op->CheckCache(NULL));
   op->SetDirty(DIRTYFLAGS_DATA);
   EXPECT_TRUE(op->CheckCache(NULL));
+  // Each flag is compared with what it was itself, children or not.
+  Add(kProbe, "child", op);
+  host::UpdateCache(op, doc_, BUILDFLAGS_0);
+  EXPECT_FALSE(op->CheckCache(NULL) || op->IsDirty(DIRTYFLAGS_DATA) || op->IsDirty(DIRTYFLAGS_MATRIX));
+  op->SetMl(MatrixMove(Vector(2)));
+  EXPECT_TRUE(op->IsDirty(DIRTYFLAGS_MATRIX));
+  EXPECT_FALSE(op->IsDirty(DIRTYFLAGS_DATA));
+  op->Message(MSG_UPDATE);
+  EXPECT_TRUE(op->IsDirty(DIRTYFLAGS_DATA));
 }
 
 TEST_F(Nodes, DocumentsHaveHooksRenderSettingsAndInherentVideoPosts) {

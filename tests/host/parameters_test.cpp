@@ -1,6 +1,8 @@
 #include "support/probe_plugins.h"
 #include "support/resource_files.h"
 
+#include "host/parameters/node_parameters.h"
+
 namespace {
 
 constexpr LONG kDescribed = 1099301;
@@ -51,6 +53,12 @@ const char* const kStrings = R"(STRINGTABLE Oprobe
 class Described : public Probe {
 public:
   static NodeData* Alloc() { return gNew Described; }
+  static inline LONG wanted = 0; ///< the only parameter that was asked for last, 0 for all
+  Bool GetDDescription(GeListNode* node, Description* description, DESCFLAGS_DESC& flags) override {
+    const DescID* single = description->GetSingleDescID();
+    wanted = single ? (*single)[0].id : 0;
+    return Probe::GetDDescription(node, description, flags);
+  }
   Bool GetDParameter(GeListNode*, const DescID& id, GeData& data, DESCFLAGS_GET& flags) override {
     if (id[0].id != kOwn) return TRUE;
     data.SetLong(number);
@@ -137,6 +145,17 @@ TEST_F(Parameters, WhatIsNotSetHasItsDefault) {
   GeData data;
   EXPECT_FALSE(op_->GetParameter(DescID(kName), data, DESCFLAGS_GET_0))
       << "without a default there is no value";
+  EXPECT_EQ(Described::wanted, kName);
+  host::FindDescription(*host::Impl(op_));
+  EXPECT_EQ(Described::wanted, 0);
+}
+
+TEST_F(Parameters, ARefusedDescriptionLeavesNothingRegistered) {
+  const std::size_t before = application_->Plugins().size();
+  EXPECT_FALSE(RegisterObjectPlugin(kDescribed + 1, "No", 0, Described::Alloc, "Onothing", NULL, 0));
+  EXPECT_EQ(application_->Plugins().size(), before);
+  EXPECT_TRUE(RegisterObjectPlugin(kDescribed + 1, "Yes", 0, Described::Alloc, "Oprobe", NULL, 0));
+  EXPECT_FALSE(RegisterObjectPlugin(kDescribed + 1, "Twice", 0, Described::Alloc, "Oprobe", NULL, 0));
 }
 
 TEST_F(Parameters, OnlyWhatTheUserSetsIsClamped) {

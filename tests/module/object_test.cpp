@@ -40,6 +40,16 @@ TEST_F(ObjectTest, ANewCloudIsLinkedByAVideoPostOfItsOwn) {
   for (BaseVideoPost* post = doc_->GetActiveRenderData()->GetFirstVideoPost(); post; post = post->GetNext())
     if (post->GetType() == kVoxelPost) linked.insert(post->GetDataInstance()->GetObjectLink(1003, doc_));
   EXPECT_EQ(linked, (std::multiset<BaseObject*>{op_, second}));
+  const auto posts = [this] {
+    int count = 0;
+    for (BaseVideoPost* p = doc_->GetActiveRenderData()->GetFirstVideoPost(); p; p = p->GetNext())
+      count += p->GetType() == kVoxelPost;
+    return count;
+  };
+  ASSERT_TRUE(doc_->DoUndo());
+  EXPECT_EQ(posts(), 1) << "it goes with its cloud";
+  ASSERT_TRUE(doc_->DoRedo());
+  EXPECT_EQ(posts(), 2);
 }
 
 TEST_F(ObjectTest, TheRequestButtonAsksForAStream) {

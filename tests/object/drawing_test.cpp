@@ -167,6 +167,26 @@ TEST_F(DrawingTest, AProgramThatMemoryCutShortIsNeverCompiled) {
   EXPECT_GT(refused, 20);
 }
 
+TEST_F(DrawingTest, WhatADrawLeavesLockedOrBoundIsReported) {
+  std::unique_ptr<host::Viewport> view = NewView();
+  NEEDS_VIEW(view);
+  Give(op_, kThree);
+  OperatingSystem* const host = t_C4DOS;
+  OperatingSystem careless = *host;
+  C4D_Gl gl = *host->gl;
+  careless.gl = &gl;
+  gl.UnlockFactory = [](GlProgramFactory*) {};
+  gl.UnbindPrograms = [](GlProgramFactory*) -> Bool { return TRUE; };
+  t_C4DOS = &careless;
+  Lit(*view);
+  t_C4DOS = host;
+  const std::vector<std::string> reports = application_->Misbehaviour();
+  ASSERT_EQ(reports.size(), 2u);
+  EXPECT_NE(reports[0].find("still bound"), std::string::npos);
+  EXPECT_NE(reports[1].find("still locked"), std::string::npos);
+  expected_ = reports;
+}
+
 TEST_F(DrawingTest, NothingIsAskedOfTheCardWithoutPointsOrOpenGl) {
   std::unique_ptr<host::Viewport> view = NewView();
   NEEDS_VIEW(view);

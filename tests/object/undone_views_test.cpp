@@ -15,6 +15,7 @@ protected:
 TEST_F(UndoneViews, UndoAndRedoShowThePointsOfTheirTimeAndUploadThemOnce) {
   std::unique_ptr<Viewport> view = NewView(), second = NewView();
   NEEDS_VIEW(view);
+  application_->FreeCopiesElsewhere(true);
   Give(op_, kThree);
   EXPECT_EQ(Lit(*view).size(), 3u);
   kelvra::RecordUndo(op_);

@@ -181,6 +181,31 @@ TEST(PictureHeaders, ClaimsBeyondTheFileAreRefusedWithoutTakingTheMemory) {
   }
 }
 
+TEST(PictureTextsTest, ComeBackFromAWholeFileOnly) {
+  const TempFolder folder;
+  const std::string path = folder / "a.png";
+  std::string error;
+  Picture picture = Marked(40, 40, 3);
+  picture.texts = {{"Software", "kelvra"}, {"Empty", ""}, {"Long", std::string(5000, 'x')}};
+  PictureTexts texts;
+  ASSERT_TRUE(SavePicture(picture, path, PictureFormat::Png16, &error)) << error;
+  ASSERT_TRUE(ReadPictureTexts(path, &texts, &error)) << error;
+  ASSERT_EQ(texts.size(), picture.texts.size());
+  for (std::size_t i = 0; i < texts.size(); ++i)
+    EXPECT_EQ(texts[i].key + "=" + texts[i].text, picture.texts[i].key + "=" + picture.texts[i].text);
+  // One damaged or missing byte anywhere shows.
+  const std::string whole = TempFolder::Read(path);
+  for (std::size_t at = 0; at < whole.size(); at += at < 64 ? 1 : 97) {
+    std::string damaged = whole;
+    damaged[at] = (char)(damaged[at] ^ 4);
+    EXPECT_FALSE(ReadPictureTexts(folder.Write("b.png", damaged), &texts, &error)) << at;
+    EXPECT_FALSE(ReadPictureTexts(folder.Write("b.png", whole.substr(0, at)), &texts, &error)) << at;
+  }
+  if (CanSavePicture(PictureFormat::Tiff8)) {
+    EXPECT_FALSE(SavePicture(picture, folder / "a.tif", PictureFormat::Tiff8, &error));
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(Formats, PictureTest, ::testing::ValuesIn(kKinds),
                          [](const auto& instance) { return "Format" + std::to_string(instance.index); });
 

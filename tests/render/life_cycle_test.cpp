@@ -10,6 +10,7 @@ struct Heard {
   VIDEOPOSTCALL call;
   bool open;
   bool volume; ///< vd is there
+  bool usable; ///< and holds what it should
   bool good;   ///< *error at that time
   LONG asked;  ///< posts that were asked for their render info so far
 };
@@ -35,7 +36,8 @@ public:
   }
 
   RENDERRESULT Execute(BaseVideoPost* node, VideoPostStruct* vps) override {
-    heard.push_back({node->GetType(), vps->vp, vps->open != FALSE, vps->vd != NULL,
+    const bool usable = vps->vd && vps->vd->fps == vps->fps;
+    heard.push_back({node->GetType(), vps->vp, vps->open != FALSE, vps->vd != NULL, usable,
                      *vps->error == RENDERRESULT_OK, asked});
     EXPECT_NE(vps->doc, nullptr);
     EXPECT_NE(vps->thread, nullptr);
@@ -67,6 +69,7 @@ protected:
     for (const Heard& one : Witness::heard) {
       const bool inRender = one.call == VIDEOPOSTCALL_RENDER || one.call == VIDEOPOSTCALL_INNER;
       EXPECT_EQ(one.volume, inRender) << "call " << one.call << " open " << one.open;
+      EXPECT_EQ(one.usable, one.call == VIDEOPOSTCALL_INNER) << "call " << one.call << " open " << one.open;
       if (one.open) {
         const VIDEOPOSTCALL outer = open.empty() ? VIDEOPOSTCALL_FRAMESEQUENCE : open.back().call;
         EXPECT_TRUE(one.call == outer || one.call == outer + 1) << one.call << " in " << outer;
@@ -104,12 +107,47 @@ TEST_F(LifeCycle, OpensFromTheSequenceInwardsAndClosesBackForEveryFrame) {
   for (const LONG post : {kFirstWitness, kSecondWitness}) EXPECT_EQ(CallsOf(post), expected);
 }
 
-TEST_F(LifeCycle, PostsAreAskedWhatTheyWantBetweenRenderAndInner) {
+TEST_F(LifeCycle, PostsAreAskedWhatTheyWantBeforeAllAndBetweenRenderAndInner) {
   Render();
   for (const Heard& one : Witness::heard) {
-    const bool before = one.open && one.call <= VIDEOPOSTCALL_RENDER;
-    EXPECT_EQ(one.asked, before ? 0 : 2) << "call " << one.call << " open " << one.open;
+    const bool before = one.open && one.call <= VIDEOPOSTCALL_RENDER, after = !one.open && one.call == 2;
+    if (!after) EXPECT_EQ(one.asked, before ? 2 : 4) << "call " << one.call << " open " << one.open;
   }
+  EXPECT_EQ(Witness::asked, 6) << "and once more in the end";
+}
+
+TEST_F(LifeCycle, LegalButUnfriendlyOrdersGiveTheSamePicture) {
+  Add({{Vector()}, {Vector(1, 1, 2)}});
+  Data().SetReal(KELVRA_TRANSPARENCY, 0.5);
+  const Shot whole = Render();
+  ExpectNear(whole.At(0, 0), kBehind);
+  EXPECT_NE(whole.Middle(), kBehind);
+  options_.subframes = 2;
+  EXPECT_EQ(Render().samples, whole.samples) << "two renders in a frame";
+  options_.subframes = 1;
+  options_.threads = 64;
+  EXPECT_EQ(Render().samples, whole.samples);
+  options_.dropsCloses = true;
+  for (const LLONG n : {3, 6, 9, 12}) {
+    Witness::asksForBreak = true;
+    application_.GetFaults().FailAt(host::Fault::UserBreak, n);
+    TryRender();
+    application_.GetFaults().Clear();
+    Witness::asksForBreak = false;
+    EXPECT_EQ(Render().samples, whole.samples) << "after a break without closes, " << n;
+  }
+  BaseDocument* copy = static_cast<BaseDocument*>(doc_->GetClone(COPYFLAGS_0, NULL));
+  ASSERT_NE(copy, nullptr);
+  Shot inner;
+  host::RenderOptions plain = options_;
+  options_.progress = [&](double) {
+    if (!inner.samples.empty()) return;
+    host::RenderJob job(copy, plain);
+    inner = Take(job);
+  };
+  EXPECT_EQ(Render().samples, whole.samples) << "while a copy of the document is rendered";
+  EXPECT_EQ(inner.samples, whole.samples);
+  BaseDocument::Free(copy);
 }
 
 TEST_F(LifeCycle, OnlyWhatWasAskedForIsCalled) {

@@ -24,7 +24,7 @@ protected:
     PluginEnd();
     resource.Free();
     sdk::SetPluginFile(Filename());
-    ExpectReports(*application_);
+    ExpectReports(*application_, expected_);
     application_.reset();
   }
 
@@ -56,4 +56,5 @@ protected:
   std::unique_ptr<host::Application> application_;
   BaseDocument* doc_ = NULL;
   BaseObject* op_ = NULL;
+  std::vector<std::string> expected_; ///< reports of misbehaviour
 };

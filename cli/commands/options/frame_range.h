@@ -7,6 +7,7 @@ namespace cli {
 
 struct FrameRange {
   int first = 0, last = 0;
+  int Count() const { return last - first + 1; }
 };
 
 /** "A-B" or "A", with 0 <= A <= B. Throws UsageError. */

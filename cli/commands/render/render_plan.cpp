@@ -103,10 +103,9 @@ void CheckOutputs(const RenderPlan& plan) {
 
 } // namespace
 
-void AddRenderOptions(CLI::App& command, RenderPlan& plan) {
+void AddPictureOptions(CLI::App& command, RenderPlan& plan, const std::string& formats) {
   AddInput(command, plan.input);
-  CLI::Option* output =
-      AddOutput(command, plan.output, "PNG, TIFF or EXR to write; #### is the frame number");
+  AddOutput(command, plan.output, formats + " to write; #### is the frame number");
   AddView(command, plan.view);
   AddTypedList(command, "--light", plan.lights, ParseLight,
                "sun:AZIMUTH,ELEVATION, point:X,Y,Z or ambient, then :BRIGHTNESS and :#RRGGBB")
@@ -126,17 +125,21 @@ void AddRenderOptions(CLI::App& command, RenderPlan& plan) {
   AddTyped(command, "--turn", plan.turn, ParseNumber,
            "Angle that the camera turns around its target over the frames")
       ->type_name("DEGREES");
-  AddPath(command, "--record", plan.record, "Folder in which the recorder stores each frame with 16 bits")
-      ->type_name("FOLDER");
   command.add_option("--threads", plan.threads, "Render threads, all cores")
       ->check(CLI::Range(1, host::kMostRenderThreads));
   AddTyped(command, "--background", plan.background, ParseColor, "Colour behind everything")
       ->type_name("#RRGGBB");
+}
+
+void AddRenderOptions(CLI::App& command, RenderPlan& plan) {
+  AddPictureOptions(command, plan, "PNG, TIFF or EXR");
+  AddPath(command, "--record", plan.record, "Folder in which the recorder stores each frame with 16 bits")
+      ->type_name("FOLDER");
   AddTyped(command, "--pixel", plan.pixel, ParsePixel, "X,Y: print what the rays of this pixel do instead")
       ->type_name("NUMBER")
       ->delimiter(',')
       ->expected(2)
-      ->excludes(output);
+      ->excludes(command.get_option("--output"));
 }
 
 void CheckPlan(RenderPlan& plan) {

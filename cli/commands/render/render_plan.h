@@ -40,7 +40,11 @@ struct RenderPlan {
   FrameRange Frames() const { return frames.value_or(FrameRange()); }
 };
 
-/** The command's options; the plan outlives parsing. */
+/** What a rendered picture depends on, and where it goes; `formats` it may have. The plan outlives parsing.
+ */
+void AddPictureOptions(CLI::App& command, RenderPlan& plan, const std::string& formats);
+
+/** These, and the other options of kelvra render. */
 void AddRenderOptions(CLI::App& command, RenderPlan& plan);
 
 /**

@@ -82,6 +82,7 @@ private:
     if (message_.modata && message_.modata->GetArray(MODATA_MATRIX, MD_MATRIX)) return TRUE;
     if (message_.modata && message_.user_owned) MoData::Free(message_.modata);
     message_.modata = NULL;
+    message_.user_owned = FALSE;
     return FALSE;
   }
 
@@ -158,6 +159,20 @@ private:
   Bool bound_;
 };
 
+/** Binds the programs for a block. What could not be bound is unbound all the same, as the host expects. */
+class BoundPrograms {
+public:
+  explicit BoundPrograms(GlProgramFactory* factory) : factory_(factory), bound_(factory->BindPrograms()) {}
+  ~BoundPrograms() { factory_->UnbindPrograms(); }
+  BoundPrograms(const BoundPrograms&) = delete;
+  BoundPrograms& operator=(const BoundPrograms&) = delete;
+  Bool Ok() const { return bound_; }
+
+private:
+  GlProgramFactory* factory_;
+  Bool bound_;
+};
+
 void DrawClones(BaseObject* op, PointStore& store, PointDisplay& display, const ViewUpload& upload,
                 DRAWPASS pass, BaseDraw* bd, BaseDrawHelp* bh, GlProgramFactory* factory) {
   const Clones clones(op);
@@ -200,11 +215,10 @@ void DrawPoints(BaseObject* op, PointStore& store, PointDisplay& display, DRAWPA
     factory->DestroyPrograms(); // the next draw tries again
     return;
   }
-  if (factory->BindPrograms()) {
-    factory->InitSetParameters();
-    DrawClones(op, store, display, upload, pass, bd, bh, factory);
-  }
-  factory->UnbindPrograms();
+  const BoundPrograms programs(factory);
+  if (!programs.Ok()) return;
+  factory->InitSetParameters();
+  DrawClones(op, store, display, upload, pass, bd, bh, factory);
 }
 
 } // namespace kelvra

@@ -26,15 +26,17 @@ public:
   /** A number that the points of none of these objects have had before. */
   LULONG NewVersion();
 
-  /** FALSE when the buffer holds no sub-buffer of ours. */
+  Bool IsEmpty();
+
+  /** FALSE when the buffer holds nothing of ours; what was noted of an earlier one at its address goes. */
   Bool Find(GlVertexBuffer* buffer, ViewUpload* found);
 
   /** Lets what the buffer holds count as another version of the points. */
   void SetVersion(GlVertexBuffer* buffer, LULONG version);
 
   /**
-   * Keeps a new sub-buffer and frees all others of the buffer, which are ours too. FALSE when memory is
-   * refused: the new one is freed as well then.
+   * Keeps a new sub-buffer and frees the one that Find gave. FALSE when memory is refused: the new one is
+   * freed then.
    */
   Bool Keep(BaseDraw* bd, const ViewUpload& upload);
 
@@ -42,7 +44,7 @@ public:
   void Forget(const C4DAtom* node);
 
 private:
-  ViewUpload* EntryOf(const GlVertexBuffer* buffer);
+  std::vector<ViewUpload>::iterator EntryOf(const GlVertexBuffer* buffer);
 
   std::mutex mutex_;
   std::vector<ViewUpload> uploads_;

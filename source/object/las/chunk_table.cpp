@@ -3,6 +3,8 @@
 #include "object/las/chunks.h"
 
 #if KELVRA_HAVE_LASLIB
+#include "object/las/library_reserve.h"
+
 #include "arithmeticdecoder.hpp"
 #include "bytestreamin_array.hpp"
 #include "integercompressor.hpp"
@@ -25,12 +27,14 @@ bool DecodeLasChunkTable(ByteSource& file, std::uint64_t offset, std::uint64_t c
   std::vector<std::uint8_t> bytes(size);
   if (!file.Read(offset, bytes.data(), bytes.size())) return false;
   chunks.resize(count);
+  const LibraryReserve reserve;
   try {
     ByteStreamInArrayLE stream(bytes.data(), (I64)bytes.size());
     ArithmeticDecoder decoder;
     decoder.init(&stream);
     IntegerCompressor integers(&decoder, 32, 2);
     integers.initDecompressor();
+    reserve.Check();
     I32 points = 0, length = 0;
     for (LasChunk& chunk : chunks) {
       if (variable) points = integers.decompress(points, 0);

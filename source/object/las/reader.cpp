@@ -3,12 +3,13 @@
 #include <filesystem>
 
 #if KELVRA_HAVE_LASLIB
+#include "object/las/library_reserve.h"
 #include "object/las/stream.h"
 
 #include "lasreader.hpp"
 #include "lasreader_las.hpp"
 #include "lasreadpoint.hpp"
-#if KELVRA_LASLIB_MESSAGES
+#if KELVRA_LASLIB_BUILT
 #include "laslib_messages.h"
 #endif
 #endif
@@ -63,11 +64,12 @@ struct LasFile::Library {
   Library(ByteSource& file, const LasFindings& findings) : stream(file, findings.patches) {}
   ~Library() {
     reader.reset();
-#if KELVRA_LASLIB_MESSAGES
+#if KELVRA_LASLIB_BUILT
     kelvra_las_message(nullptr, nullptr);
 #endif
   }
 
+  LibraryReserve reserve;
   LasStream stream;
   LASreadOpener opener;
   std::unique_ptr<LASreader> reader; // header, layout of a point, the current point
@@ -128,7 +130,7 @@ bool LasFile::OpenLibrary(const std::string& path, Intensities intensities) {
   const U32 layers = kLayers | (intensities == kReadIntensities ? LASZIP_DECOMPRESS_SELECTIVE_INTENSITY : 0);
   wantsIntensity_ = intensities == kReadIntensities;
   library_ = std::make_unique<Library>(*file_, findings_);
-#if KELVRA_LASLIB_MESSAGES
+#if KELVRA_LASLIB_BUILT
   kelvra_las_message(&LasFile::OnMessage, this);
 #endif
   try {
@@ -138,13 +140,16 @@ bool LasFile::OpenLibrary(const std::string& path, Intensities intensities) {
     } else {
       library_->reader.reset(OpenPatched(library_->stream));
     }
+    library_->reserve.Check();
     if (!library_->reader) return false;
     library_->points = StartPoints(findings_.header, *library_->reader, library_->stream, layers);
   } catch (const std::bad_alloc&) {
     throw;
   } catch (...) {
+    library_->reserve.Check();
     return false; // the library throws integers
   }
+  library_->reserve.Check();
   const LASheader& header = library_->reader->header;
   return library_->points && header.point_data_format == findings_.header.PointFormat() &&
          library_->reader->npoints == (I64)findings_.header.Points();
@@ -160,9 +165,12 @@ bool LasFile::Next() {
   try {
     read = library_->points->read(library_->reader->point.point);
     if (!read && library_->points->error()) OnMessage(this, library_->points->error());
+  } catch (const std::bad_alloc&) {
+    throw;
   } catch (...) {
-    read = false; // the library catches its own exceptions only, not a refused allocation
+    read = false;
   }
+  library_->reserve.Check();
   remaining_ = read ? remaining_ - 1 : 0;
   return read;
 }

@@ -36,7 +36,8 @@ public:
   bool HasColor() const;
 
   // Goes to the next point; false at the end of the file, after the last readable point, and where the
-  // compressed bytes are damaged. The library must not be asked again after that, and it is not.
+  // compressed bytes are damaged. The library must not be asked again after that, and it is not. May throw
+  // std::bad_alloc; the file cannot be read on then.
   bool Next();
   // The point that Next went to. Precondition: the last call of Next returned true.
   void Get(LasPoint& point) const;

@@ -38,6 +38,14 @@ struct Collected {
 #endif
     return found.met <= room;
   }
+  /** Groups of a four of bounds that show something, without lanes beyond the last; counts the others. */
+  ULONG Groups(const LaneBits& bits, ULONG first) {
+    const ULONG left = items.groups - first;
+    const ULONG used = left < 32 ? (1u << left) - 1 : ~0u;
+    for (ULONG others = bits.met & ~bits.showing & used; others != 0; others &= others - 1)
+      found.met += kGroupItems;
+    return bits.showing & used;
+  }
 };
 
 /** Four at once, in plain code. */
@@ -56,10 +64,14 @@ public:
     }
     return bits;
   }
-  ULONG TestBounds(const PackedFour& four) const {
-    ULONG bits = 0;
-    for (int lane = 0; lane < 4; ++lane)
-      bits |= (ULONG) !(Squared(four, lane) > four.reach[lane] + kBoundMargins * ray_.margin) << lane;
+  LaneBits TestBounds(const PackedFour& four) const {
+    LaneBits bits = {0, 0};
+    for (int lane = 0; lane < 4; ++lane) {
+      const SReal squared = Squared(four, lane);
+      const SReal met = four.reach[lane] + ray_.farthestMet, shows = four.reach[lane] + ray_.farthestShowing;
+      bits.met |= (ULONG) !(squared > met * met) << lane;
+      bits.showing |= (ULONG) !(squared > shows * shows) << lane;
+    }
     return bits;
   }
 
@@ -84,17 +96,20 @@ public:
         dy_(_mm_set1_ps(ray.dy)),
         dz_(_mm_set1_ps(ray.dz)),
         margin_(_mm_set1_ps(ray.margin)),
-        boundMargin_(_mm_set1_ps(ray.margin * kBoundMargins)),
-        showing_(_mm_set1_ps(ray.showing)) {}
+        showing_(_mm_set1_ps(ray.showing)),
+        farthestMet_(_mm_set1_ps(ray.farthestMet)),
+        farthestShowing_(_mm_set1_ps(ray.farthestShowing)) {}
   LaneBits Test(const PackedFour& four) const {
     const __m128 squared = Squared(four), reach = _mm_load_ps(four.reach);
     const __m128 met = _mm_cmpngt_ps(squared, _mm_add_ps(reach, margin_));
     const __m128 shows = _mm_cmpngt_ps(squared, _mm_add_ps(_mm_mul_ps(reach, reach), showing_));
     return {(ULONG)_mm_movemask_ps(met), (ULONG)_mm_movemask_ps(_mm_and_ps(met, shows))};
   }
-  ULONG TestBounds(const PackedFour& four) const {
-    const __m128 reach = _mm_add_ps(_mm_load_ps(four.reach), boundMargin_);
-    return (ULONG)_mm_movemask_ps(_mm_cmpngt_ps(Squared(four), reach));
+  LaneBits TestBounds(const PackedFour& four) const {
+    const __m128 squared = Squared(four), reach = _mm_load_ps(four.reach);
+    const __m128 met = _mm_add_ps(reach, farthestMet_), shows = _mm_add_ps(reach, farthestShowing_);
+    return {(ULONG)_mm_movemask_ps(_mm_cmpngt_ps(squared, _mm_mul_ps(met, met))),
+            (ULONG)_mm_movemask_ps(_mm_cmpngt_ps(squared, _mm_mul_ps(shows, shows)))};
   }
 
 private:
@@ -108,7 +123,7 @@ private:
   static __m128 Dot(__m128 ax, __m128 ay, __m128 az, __m128 bx, __m128 by, __m128 bz) {
     return _mm_add_ps(_mm_add_ps(_mm_mul_ps(ax, bx), _mm_mul_ps(ay, by)), _mm_mul_ps(az, bz));
   }
-  __m128 px_, py_, pz_, dx_, dy_, dz_, margin_, boundMargin_, showing_;
+  __m128 px_, py_, pz_, dx_, dy_, dz_, margin_, showing_, farthestMet_, farthestShowing_;
 };
 
 #endif
@@ -116,16 +131,16 @@ private:
 Searched SearchByFour(const LaneRay& ray, const SearchedItems& items, ULONG room, ULONG* showing) {
   const FourLanes lanes(ray);
   Collected out{items, room, showing, Searched()};
-  if (items.boundFours == 0) {
+  if (items.groups == 0) {
     out.found.fours = items.itemFours;
     for (ULONG i = 0; i < items.itemFours; ++i)
       if (!out.Add(lanes.Test(items.items[i]), i)) break;
     return out.found;
   }
-  out.found.fours = items.boundFours;
-  for (ULONG b = 0; b < items.boundFours; ++b) {
-    ULONG groups = lanes.TestBounds(items.bounds[b]);
-    for (ULONG group = b * 4; groups != 0; ++group, groups >>= 1) {
+  for (ULONG first = 0; first < items.groups && out.found.met <= room; first += 4) {
+    ULONG groups = out.Groups(lanes.TestBounds(items.bounds[first / 4]), first);
+    ++out.found.fours;
+    for (ULONG group = first; groups != 0; ++group, groups >>= 1) {
       if ((groups & 1) == 0) continue;
       out.found.fours += 2;
       if (!out.Add(lanes.Test(items.items[group * 2]), group * 2) ||
@@ -151,8 +166,9 @@ public:
         dy_(_mm256_set1_ps(ray.dy)),
         dz_(_mm256_set1_ps(ray.dz)),
         margin_(_mm256_set1_ps(ray.margin)),
-        boundMargin_(_mm256_set1_ps(ray.margin * kBoundMargins)),
-        showing_(_mm256_set1_ps(ray.showing)) {}
+        showing_(_mm256_set1_ps(ray.showing)),
+        farthestMet_(_mm256_set1_ps(ray.farthestMet)),
+        farthestShowing_(_mm256_set1_ps(ray.farthestShowing)) {}
   KELVRA_EIGHT LaneBits Test(const PackedFour* two) const {
     const __m256 squared = Squared(two), reach = Both(two[0].reach, two[1].reach);
     const __m256 met = _mm256_cmp_ps(squared, _mm256_add_ps(reach, margin_), _CMP_NGT_UQ);
@@ -160,9 +176,11 @@ public:
         _mm256_cmp_ps(squared, _mm256_add_ps(_mm256_mul_ps(reach, reach), showing_), _CMP_NGT_UQ);
     return {(ULONG)_mm256_movemask_ps(met), (ULONG)_mm256_movemask_ps(_mm256_and_ps(met, shows))};
   }
-  KELVRA_EIGHT ULONG TestBounds(const PackedFour* two) const {
-    const __m256 reach = _mm256_add_ps(Both(two[0].reach, two[1].reach), boundMargin_);
-    return (ULONG)_mm256_movemask_ps(_mm256_cmp_ps(Squared(two), reach, _CMP_NGT_UQ));
+  KELVRA_EIGHT LaneBits TestBounds(const PackedFour* two) const {
+    const __m256 squared = Squared(two), reach = Both(two[0].reach, two[1].reach);
+    const __m256 met = _mm256_add_ps(reach, farthestMet_), shows = _mm256_add_ps(reach, farthestShowing_);
+    return {(ULONG)_mm256_movemask_ps(_mm256_cmp_ps(squared, _mm256_mul_ps(met, met), _CMP_NGT_UQ)),
+            (ULONG)_mm256_movemask_ps(_mm256_cmp_ps(squared, _mm256_mul_ps(shows, shows), _CMP_NGT_UQ))};
   }
 
 private:
@@ -179,7 +197,7 @@ private:
   KELVRA_EIGHT static __m256 Dot(__m256 ax, __m256 ay, __m256 az, __m256 bx, __m256 by, __m256 bz) {
     return _mm256_add_ps(_mm256_add_ps(_mm256_mul_ps(ax, bx), _mm256_mul_ps(ay, by)), _mm256_mul_ps(az, bz));
   }
-  __m256 px_, py_, pz_, dx_, dy_, dz_, margin_, boundMargin_, showing_;
+  __m256 px_, py_, pz_, dx_, dy_, dz_, margin_, showing_, farthestMet_, farthestShowing_;
 };
 
 KELVRA_EIGHT Searched SearchByEight(const LaneRay& ray, const SearchedItems& items, ULONG room,
@@ -188,7 +206,7 @@ KELVRA_EIGHT Searched SearchByEight(const LaneRay& ray, const SearchedItems& ite
   if (items.itemFours == 1) return SearchByFour(ray, items, room, showing);
   const EightLanes lanes(ray);
   Collected out{items, room, showing, Searched()};
-  if (items.boundFours == 0) {
+  if (items.groups == 0) {
     out.found.fours = items.itemFours;
     ULONG i = 0;
     for (; i + 1 < items.itemFours; i += 2)
@@ -196,12 +214,13 @@ KELVRA_EIGHT Searched SearchByEight(const LaneRay& ray, const SearchedItems& ite
     if (i < items.itemFours) out.Add(FourLanes(ray).Test(items.items[i]), i);
     return out.found;
   }
-  out.found.fours = items.boundFours;
-  for (ULONG b = 0; b < items.boundFours; b += 2) {
-    ULONG groups = b + 1 < items.boundFours ? lanes.TestBounds(items.bounds + b)
-                                            : FourLanes(ray).TestBounds(items.bounds[b]);
+  for (ULONG first = 0; first < items.groups && out.found.met <= room; first += 8) {
+    const PackedFour* bounds = items.bounds + first / 4;
+    ULONG groups = out.Groups(
+        first + 4 < items.groups ? lanes.TestBounds(bounds) : FourLanes(ray).TestBounds(*bounds), first);
+    out.found.fours += 2;
     for (; groups != 0; groups &= groups - 1) {
-      const ULONG four = (b * 4 + (ULONG)__builtin_ctz(groups)) * 2;
+      const ULONG four = (first + (ULONG)__builtin_ctz(groups)) * 2;
       out.found.fours += 2;
       if (!out.Add(lanes.Test(items.items + four), four)) return out.found;
     }

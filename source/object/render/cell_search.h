@@ -22,12 +22,18 @@ struct LaneRay {
    * that are met and items that show.
    */
   SReal showing;
+  /**
+   * Distances between the ray's line and a centre within which any item is met, and within which any shows.
+   * Groups farther than that are not looked at; where none of a group shows, all of it counts as met. So
+   * equal distances give the better count, for more work.
+   */
+  SReal farthestMet, farthestShowing;
 };
 
 /** Part of a cell's packed items. */
 struct SearchedItems {
   const PackedFour* bounds; ///< of the groups
-  ULONG boundFours;         ///< 0: the items are not grouped
+  ULONG groups;             ///< 0: the items are not grouped
   const PackedFour* items;
   ULONG itemFours;
   const ULONG* numbers; ///< by lane
@@ -37,7 +43,7 @@ struct SearchedItems {
 const ULONG kSearchSpare = kGroupItems;
 
 struct Searched {
-  ULONG met = 0;     ///< items that the ray may meet
+  ULONG met = 0;     ///< at least as many items as the ray meets
   ULONG showing = 0; ///< those of them that may show
   ULONG fours = 0;   ///< tested, bounds included
 };

@@ -9,6 +9,13 @@
 
 namespace kelvra {
 
+/** What the quick test tells apart. */
+enum LaneDetail {
+  kMetOnly,     ///< whatever may be met counts as showing
+  kShowing,     ///< items that show, and how many are met
+  kShowingRough ///< the same with a larger count, for less work
+};
+
 /** The ray in the frame of one cell after another. */
 class CellFrame {
 public:
@@ -29,23 +36,30 @@ public:
 
   /**
    * Lengths are taken from the cell's centre, so that 32 bits suffice however far the cell is from the
-   * origin. `all`: whatever may be met counts as showing.
+   * origin.
    */
-  LaneRay In(const LONG at[3], Bool all) const {
+  LaneRay In(const LONG at[3], LaneDetail detail) const {
     const LVector toCentre(corner_.x + at[0] * grid_.cellSize[0], corner_.y + at[1] * grid_.cellSize[1],
                            corner_.z + at[2] * grid_.cellSize[2]);
     const LReal along = toCentre * ray_.unit;
     const LVector nearest = ray_.unit * along - toCentre;
-    LaneRay ray = {(SReal)nearest.x, (SReal)nearest.y, (SReal)nearest.z, dx_, dy_, dz_, 0.0f, kAllShow};
-    ray.margin = (SReal)PackedMargin(along, squaredDiagonal_) * kRoundUp;
-    if (!all) ray.showing = (data_.packed.showing + (SReal)ShowingMargin(along, squaredDiagonal_)) * kRoundUp;
+    const PackedCells& packed = data_.packed;
+    const SReal margin = (SReal)PackedMargin(along, squaredDiagonal_) * kRoundUp;
+    const SReal met = packed.mostReach + margin;
+    LaneRay ray = {(SReal)nearest.x, (SReal)nearest.y, (SReal)nearest.z, dx_, dy_, dz_, margin, kAllShow};
+    ray.farthestMet = ray.farthestShowing = std::sqrt(met) * kRoundUp;
+    if (detail == kMetOnly) return ray;
+    ray.showing = (packed.showing + (SReal)ShowingMargin(along, squaredDiagonal_)) * kRoundUp;
+    if (detail == kShowingRough)
+      ray.farthestShowing =
+          std::sqrt(std::min(met, packed.mostReach * packed.mostReach + ray.showing)) * kRoundUp;
     return ray;
   }
   SearchedItems ItemsOf(const CellSpan& span) const {
     const PackedFour* fours = data_.packed.fours + span.firstFour;
     const ULONG* numbers = span.bounds > 0 ? data_.packed.numbers + (span.firstFour + span.bounds) * 4
                                            : data_.leaves.numbers + span.firstNumber;
-    return {fours, span.bounds, fours + span.bounds, span.ItemFours(), numbers};
+    return {fours, span.bounds > 0 ? span.Groups() : 0, fours + span.bounds, span.ItemFours(), numbers};
   }
   void PrefetchFours(const CellSpan& span) const {
     if (span.count > 0 && data_.packed.fours)
@@ -145,7 +159,7 @@ private:
     observer_.Cell(ahead.cell, span.count);
     if (span.count == 0) return true;
     if (!data_.packed.fours) return TestAll(span);
-    const LaneRay lanes = frame_.In(ahead.cell.at, TRUE);
+    const LaneRay lanes = frame_.In(ahead.cell.at, kMetOnly);
     return span.bounds > 0 ? LookThroughGroups(span, lanes) : LookThroughList(span, lanes);
   }
 

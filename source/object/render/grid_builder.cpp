@@ -192,6 +192,9 @@ private:
     PackedCells& packed = data_.packed;
     packed.showing = data_.AnyHardEdge() ? kAllShow
                                          : (SReal)(ReachErrors(halfCell + LVector(1.0), 1.0, error) * 1.00001);
+    const LReal most = data_.LargestRadius();
+    packed.mostReach =
+        PackedReach(most, ReachErrors(halfCell + LVector(most), most, error) * 1.00001, kAllShow);
 
     for (LLONG i = 0; i < data_.items.size; ++i) {
       const RenderItem& item = data_.items.data[i];
@@ -213,8 +216,13 @@ private:
                 ? CentreOfCell(x, y, z)
                 : CentreOfCell((LONG)(place % grid_->nx), (LONG)(place / grid_->nx % grid_->ny),
                                (LONG)(place / grid_->nx / grid_->ny));
-        PackItem(packed.fours[span.firstFour + span.bounds + nth / 4], (LONG)(nth % 4), centre - cell,
-                 item.radius, error, packed.showing);
+        const LVector offset = centre - cell;
+        PackedFour& four = packed.fours[span.firstFour + span.bounds + nth / 4];
+        four.x[nth % 4] = (SReal)offset.x;
+        four.y[nth % 4] = (SReal)offset.y;
+        four.z[nth % 4] = (SReal)offset.z;
+        four.reach[nth % 4] =
+            PackedReach(item.radius, ReachErrors(offset, item.radius, error), packed.showing);
       });
     }
   }

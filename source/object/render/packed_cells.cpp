@@ -9,6 +9,8 @@ namespace kelvra {
 namespace {
 
 const SReal kUnused = -1.0e30f;
+/** Squared radius of the bound of a group that no test may reject. */
+const LReal kMetByAll = 1.0e18;
 
 /** The lower 5 bits of n, each followed by two zeros. */
 ULONG Spread(ULONG n) {
@@ -51,14 +53,9 @@ void EmptyFour(PackedFour& four) {
   }
 }
 
-void PackItem(PackedFour& four, LONG lane, const LVector& offset, LReal radius, LReal error, SReal showing) {
-  four.x[lane] = (SReal)offset.x;
-  four.y[lane] = (SReal)offset.y;
-  four.z[lane] = (SReal)offset.z;
-  const LReal errors = ReachErrors(offset, radius, error);
-  // An item with larger errors than `showing` has room for gets a reach at which it shows wherever it is met.
+SReal PackedReach(LReal radius, LReal errors, SReal showing) {
   const LReal reach = errors > showing ? std::max(radius + errors, 1.0) : radius + errors;
-  four.reach[lane] = (SReal)(reach * (1.0 + 2.0e-7));
+  return (SReal)(reach * (1.0 + 2.0e-7));
 }
 
 CellGrouping::~CellGrouping() {
@@ -116,24 +113,19 @@ void CellGrouping::Group(PackedCells& packed, const CellSpan& span, const ULONG*
         high[axis] = std::max(high[axis], at[axis]);
       }
     }
+    // Bound the centres. The last term covers the rounding of distances that are computed with 32 bits.
     const LVector middle = (low + high) * 0.5;
-    LReal farthest = 0.0, reach = 0.0;
+    LReal farthest = 0.0;
     for (ULONG i = first; i < end; ++i) {
       const LVector from = LVector(sorted_[i].x, sorted_[i].y, sorted_[i].z) - middle;
-      farthest = std::max(farthest, from * from);
-      reach = std::max(reach, (LReal)sorted_[i].reach);
+      farthest = std::max(farthest, sorted_[i].reach > packed.mostReach ? kMetByAll : from * from);
     }
-    // A line that comes within sqrt(reach + margin) of an item comes within `away` more of the middle. The
-    // square of the sum is bounded by this reach and kBoundMargins margins, as sqrt(r + m) is at most
-    // sqrt(r) + m / (2 sqrt(r)) and sqrt(r) is taken as no less than a third of `away`.
-    const LReal away = std::sqrt(farthest) * (1.0 + 1.0e-6);
-    const LReal bound = away * away + 2.0 * away * std::max(std::sqrt(reach), away / 3.0) + reach;
     PackedFour& four = bounds[group / 4];
     const ULONG lane = group % 4;
     four.x[lane] = (SReal)middle.x;
     four.y[lane] = (SReal)middle.y;
     four.z[lane] = (SReal)middle.z;
-    four.reach[lane] = (SReal)(bound * (1.0 + 1.0e-6) + 2.0 * kPackedRounding * (middle * middle));
+    four.reach[lane] = (SReal)(std::sqrt(farthest) * (1.0 + 1.0e-6) + 3.0e-3 * std::sqrt(middle * middle));
   }
 }
 

@@ -15,8 +15,8 @@ namespace kelvra {
 struct PackedFour {
   SReal x[4], y[4], z[4];
   /**
-   * A sphere is surely missed when its squared distance from the ray's line exceeds this plus the margin.
-   * Unused lanes have a reach that nothing meets.
+   * An item is surely missed when its squared distance from the ray's line exceeds this plus the margin; that
+   * of unused lanes is met by nothing. Of a group it is the radius of a sphere around its centres.
    */
   SReal reach[4];
 };
@@ -26,8 +26,6 @@ static_assert(sizeof(PackedFour) == 64, "one cache line");
 const ULONG kGroupItems = 8;
 /** In place of PackedCells::showing: whatever is met may show. */
 const SReal kAllShow = 1.0e30f;
-/** Margins that the bound of a group counts; BoundReach relies on it. */
-const SReal kBoundMargins = 4.0f;
 
 /** Where a cell's items are. */
 struct CellSpan {
@@ -60,6 +58,8 @@ struct PackedCells {
 
   /** Room for errors when the quick test asks whether an item shows: see LaneRay::showing. */
   SReal showing = 0.0f;
+  /** Most reach of an item. Groups with items of the far faces, which may have more, are met by all rays. */
+  SReal mostReach = 0.0f;
 
   ~PackedCells() { Clear(); }
   void Clear();
@@ -110,10 +110,10 @@ inline LReal ReachErrors(const LVector& offset, LReal radius, LReal error) {
 void EmptyFour(PackedFour& four);
 
 /**
- * Puts an item into a lane: its reach is the radius, with which the exact test compares the squared distance,
- * and room for errors. `showing` is PackedCells::showing.
+ * Reach of an item: the radius, with which the exact test compares the squared distance, and room for errors.
+ * An item with larger errors than `showing` has room for gets one at which it shows wherever it is met.
  */
-void PackItem(PackedFour& four, LONG lane, const LVector& offset, LReal radius, LReal error, SReal showing);
+SReal PackedReach(LReal radius, LReal errors, SReal showing);
 
 /**
  * Sorts packed items of cells by place, so that groups of them are small, and bounds each group. What a ray

@@ -84,19 +84,17 @@ void WalkCells(const GridNode& root, const CellGrid& grid, const RaySegment& ray
   cell.entry = range.entry;
   for (;;) {
     // Visit the cell if it is one: a ray that starts on a far face of the box begins beyond the last cell.
-    Bool inside = TRUE;
-    for (LONG axis = 0; axis < 3; ++axis) {
-      cell.at[axis] = at[axis];
-      inside = inside && at[axis] >= 0 && at[axis] < grid.Count(axis);
-    }
+    for (LONG axis = 0; axis < 3; ++axis) cell.at[axis] = at[axis];
+    const Bool inside = ((ULONG)at[0] < (ULONG)grid.nx) & ((ULONG)at[1] < (ULONG)grid.ny) &
+                        ((ULONG)at[2] < (ULONG)grid.nz);
     if (inside && !visit(cell)) return;
-    if (remaining[0] == 0 && remaining[1] == 0 && remaining[2] == 0) return;
+    if ((remaining[0] | remaining[1] | remaining[2]) == 0) return;
 
     // Step over the nearest boundary. An axis that has no step left may still be the nearest one, by
-    // rounding: the ray is at its end then.
-    const LONG axis = boundary[0] < boundary[1] && boundary[0] < boundary[2] ? 0
-                      : boundary[1] < boundary[2]                            ? 1
-                                                                             : 2;
+    // rounding: the ray is at its end then. No branch depends on the axis, as no processor could guess it.
+    const LONG x = (boundary[0] < boundary[1]) & (boundary[0] < boundary[2]);
+    const LONG y = (x ^ 1) & (boundary[1] < boundary[2]);
+    const LONG axis = 2 - y - 2 * x;
     cell.entry = boundary[axis];
     at[axis] += ray.sign[axis];
     boundary[axis] += increment[axis];

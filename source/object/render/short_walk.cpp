@@ -64,14 +64,23 @@ private:
   LReal base_[3], step_[3];
 };
 
+enum WalkOutcome {
+  kWalked,   ///< to the end of the ray
+  kDecided,  ///< ended early: what was found decides the result
+  kTooMany,  ///< the full walk may end at its most hits
+  kFoldedHit ///< a hit that the full walk may find, or not, in a cell far from it
+};
+
 class ShortWalk {
 public:
-  ShortWalk(const VoxelData& data, const TracedRay& ray, const RaySegment& segment, HitList& list)
+  ShortWalk(const VoxelData& data, const TracedRay& ray, const RaySegment& segment, HitList& list,
+            LaneDetail detail)
       : data_(data),
         grid_(*data.Root()),
         ray_(ray),
         segment_(segment),
         list_(list),
+        detail_(detail),
         frame_(data, segment),
         end_(data, segment, ray.farLimit, frame_.SquaredDiagonal()),
         earliest_(data, segment),
@@ -100,12 +109,11 @@ public:
   }
   /** Looks through the cells that are queued when the walk ends. */
   void Finish() {
-    while (!ended_ && done_ < walked_)
+    while (outcome_ == kWalked && done_ < walked_)
       if (!LookThrough(ahead_[done_++ % kAhead])) return;
   }
 
-  /** FALSE: the ray needs the full walk. */
-  Bool IsSure() const { return sure_; }
+  WalkOutcome Outcome() const { return outcome_; }
   /** Nothing is left, in whichever order the hits are. */
   Bool IsCovered() const { return covered_ >= kCovered; }
   /** Hits that begin before this decide the result. */
@@ -120,10 +128,10 @@ private:
 
   bool LookThrough(const Ahead& ahead) {
     if (covered_ >= kCovered && canEndEarly_ && IsDecided(ahead.cell)) return false;
-    const Searched found = SearchItems(frame_.In(ahead.cell.at, FALSE), frame_.ItemsOf(*ahead.span),
+    const Searched found = SearchItems(frame_.In(ahead.cell.at, detail_), frame_.ItemsOf(*ahead.span),
                                        (ULONG)(kMostHits - met_), near_);
     met_ += (LONG)found.met;
-    if (met_ >= kMostHits) return End(FALSE);
+    if (met_ >= kMostHits) return End(kTooMany);
     for (ULONG i = 0; i < found.showing; ++i) Prefetch(&data_.items.data[near_[i]], 2);
     HitRecord hit;
     for (ULONG i = 0; i < found.showing; ++i) {
@@ -131,7 +139,7 @@ private:
       if (Shows((LONG)near_[i], &hit, &place)) Add(hit, place);
     }
     // No order of a shadow ray's hits leaves any light.
-    return ray_.mode != kRayShadow || covered_ < kCovered || End(TRUE);
+    return ray_.mode != kRayShadow || covered_ < kCovered || End(kDecided);
   }
 
   /** Is the item a hit that is not kept yet, and is its opacity not 0 for this ray? */
@@ -167,13 +175,12 @@ private:
     HitRecord hit;
     LReal place;
     for (LONG i = 0; i < data_.packed.foldedCount; ++i)
-      if (Shows((LONG)data_.packed.folded[i], &hit, &place) && hit.entry < earliest) return !End(FALSE);
-    return !End(TRUE);
+      if (Shows((LONG)data_.packed.folded[i], &hit, &place) && hit.entry < earliest) return !End(kFoldedHit);
+    return !End(kDecided);
   }
   /** Always false, as visits return it that end the walk. */
-  bool End(Bool sure) {
-    ended_ = TRUE;
-    sure_ = sure;
+  bool End(WalkOutcome outcome) {
+    outcome_ = outcome;
     return false;
   }
 
@@ -182,10 +189,12 @@ private:
   const TracedRay& ray_;
   const RaySegment& segment_;
   HitList& list_;
+  LaneDetail detail_;
   CellFrame frame_;
   WalkEnd end_;
   EarliestHit earliest_;
-  Bool canEndEarly_, ended_ = FALSE, sure_ = TRUE;
+  Bool canEndEarly_;
+  WalkOutcome outcome_ = kWalked;
   LONG met_ = 0; ///< at least as many as the hits of the full walk so far
   LReal covered_ = 0.0, before_ = kNowhere;
   ULONG near_[kMostHits + kSearchSpare];
@@ -223,15 +232,22 @@ Bool TraceShort(const VoxelData& data, const TracedRay& ray, const RaySegment& s
   const GridNode& root = data.nodes.data[0];
   ParameterRange range;
   if (!ClipToBox(segment, root.boxMin, root.boxMax, &range)) return TRUE;
-  ShortWalk walk(data, ray, segment, lists.own);
-  WalkCells(root, *data.Root(), segment, range, [&walk](const WalkedCell& cell) { return walk.Visit(cell); });
-  walk.Finish();
-  if (!walk.IsSure()) return FALSE;
-  if (ray.mode == kRayShadow && walk.IsCovered())
-    result->transmission = 0.0;
-  else
-    *result = BlendBefore(walk.Before(), data, ray, segment, lists, light);
-  return TRUE;
+  // Count hits roughly first, and again in detail if they are too many.
+  for (const LaneDetail detail : {kShowingRough, kShowing}) {
+    lists.own.Prepare(ray.mode, ray.bits);
+    ShortWalk walk(data, ray, segment, lists.own, detail);
+    WalkCells(root, *data.Root(), segment, range,
+              [&walk](const WalkedCell& cell) { return walk.Visit(cell); });
+    walk.Finish();
+    if (walk.Outcome() == kTooMany) continue;
+    if (walk.Outcome() == kFoldedHit) return FALSE;
+    if (ray.mode == kRayShadow && walk.IsCovered())
+      result->transmission = 0.0;
+    else
+      *result = BlendBefore(walk.Before(), data, ray, segment, lists, light);
+    return TRUE;
+  }
+  return FALSE;
 }
 
 } // namespace kelvra

@@ -15,7 +15,7 @@ namespace kelvra {
  *   collects, so an upper bound of all hits is kept instead.
  *
  * FALSE, with nothing asked of `light`, when that bound reaches kMostHits or an item of a far face may come
- * in between: the ray then takes the full walk. The caller has prepared the lists.
+ * in between: the ray then takes the full walk.
  */
 Bool TraceShort(const VoxelData& data, const TracedRay& ray, const RaySegment& segment, ThreadLists lists,
                 Illumination* light, TracedLight* result);

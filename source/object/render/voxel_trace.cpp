@@ -89,18 +89,18 @@ TracedLight Blend(const VoxelData& data, const TracedRay& ray, const RaySegment&
   return blending.End(ray.mode);
 }
 
-/** Prepares the lists. FALSE when nothing can be met. */
-Bool Prepare(const VoxelData& data, const TracedRay& ray, ThreadLists lists) {
+/** FALSE when nothing can be met. */
+Bool Begin(const VoxelData& data, const TracedRay& ray, ThreadLists lists) {
   // No item is being lit yet.
   if (ray.mode == kRayVolumetric) lists.shadow.excluded = kNoItem;
-  lists.own.Prepare(ray.mode, ray.bits);
   return data.Root() && data.packed.spans && data.items.size > 0;
 }
 
 template <class Observer>
 TracedLight TraceFull(const VoxelData& data, const TracedRay& ray, ThreadLists lists, Illumination* light,
                       Observer& observer) {
-  if (!Prepare(data, ray, lists)) return TracedLight();
+  if (!Begin(data, ray, lists)) return TracedLight();
+  lists.own.Prepare(ray.mode, ray.bits);
   const RaySegment segment(ray.origin, ray.end);
   if (!Collect(data, ray, segment, lists.own, observer, NULL)) return TracedLight();
   return Blend(data, ray, segment, lists, light, observer);
@@ -111,7 +111,7 @@ TracedLight TraceFull(const VoxelData& data, const TracedRay& ray, ThreadLists l
 TracedLight Trace(const VoxelData& data, const TracedRay& ray, ThreadLists lists, Illumination* light) {
 #ifndef KELVRA_FULL_WALK
   TracedLight result;
-  if (!Prepare(data, ray, lists) ||
+  if (!Begin(data, ray, lists) ||
       TraceShort(data, ray, RaySegment(ray.origin, ray.end), lists, light, &result))
     return result;
 #endif

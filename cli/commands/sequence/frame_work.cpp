@@ -1,0 +1,104 @@
+#include "cli/commands/sequence/frame_work.h"
+
+#include "cli/commands/output/console_lines.h"
+#include "cli/commands/output/file_reports.h"
+#include "cli/commands/output/json_text.h"
+#include "cli/commands/output/output_file.h"
+#include "cli/commands/render/frames.h"
+#include "cli/commands/render/scene_setup.h"
+#include "cli/commands/sequence/fingerprint.h"
+#include "cli/commands/sequence/part.h"
+#include "cli/text/format.h"
+#include "cli/text/line.h"
+
+#include <iostream>
+#include <stdexcept>
+
+namespace cli {
+
+namespace {
+
+const char* const kFingerprint = "Kelvra-Fingerprint";
+const char* const kFrame = "Kelvra-Frame";
+const char* const kOptions = "Kelvra-Options";
+const char* const kClouds = "Kelvra-Clouds";
+const char* const kWhole = "whole";
+const char* const kInPart = "loaded in part";
+
+std::string TextOf(const host::PictureTexts& texts, const std::string& key) {
+  for (const host::PictureText& entry : texts)
+    if (entry.key == key) return entry.text;
+  return "";
+}
+
+} // namespace
+
+FrameWork::FrameWork(const RenderPlan& plan, const nlohmann::json& options)
+    : plan_(plan), options_(options.dump(-1, ' ', true)) {
+  // The length of a turn decides where the camera stands in each of its frames.
+  const FrameRange frames = plan.Frames();
+  const std::string turn =
+      plan.turn != 0.0 ? std::to_string(frames.first) + "-" + std::to_string(frames.last) : std::string();
+  fingerprint_ =
+      FingerprintOf(FingerprintOfProgram() + FingerprintOfFiles(plan.input.files) + options_ + turn);
+}
+
+std::string FrameWork::Names(const std::vector<int>& items) const {
+  std::vector<int> frames;
+  for (const int item : items) frames.push_back(FrameOf(item));
+  return (frames.size() == 1 ? "frame " : "frames ") + NumberList(frames);
+}
+
+ItemState FrameWork::Look(int item) {
+  host::PictureTexts texts;
+  std::string error;
+  if (FileSize(Path(item)) <= 0 || !host::ReadPictureTexts(Path(item), &texts, &error))
+    return ItemState::Missing;
+  if (TextOf(texts, kFingerprint) != fingerprint_ || TextOf(texts, kFrame) != std::to_string(FrameOf(item)))
+    return ItemState::Missing;
+  return TextOf(texts, kClouds) == kWhole ? ItemState::Whole : ItemState::Flawed;
+}
+
+int FrameWork::Make(int first, int last) {
+  std::vector<int> missing;
+  for (int item = first; item <= last; ++item)
+    if (Look(item) == ItemState::Missing) missing.push_back(item);
+  if (missing.empty()) return kExitWhole;
+  try {
+    return Render(missing);
+  } catch (const std::bad_alloc&) {
+    throw std::runtime_error("rendering: out of memory");
+  }
+}
+
+int FrameWork::Render(const std::vector<int>& items) {
+  CloudSession session(plan_.input.faults);
+  session.Open(plan_.input.files, plan_.input.settings, plan_.input.trust);
+  PrintReports(session, plan_.input.verbose);
+  session.RequireContent();
+  const RenderScene scene = PrepareScene(session, plan_);
+  for (const std::string& line : scene.notes) Line(std::cout) << line;
+  Line(std::cout) << "loaded in " << Fixed(session.LoadSeconds(), 2) << " s";
+
+  host::RenderJob job(session.Document(), scene.render);
+  for (const int item : items) {
+    job.Options().camera = GoToFrame(session, plan_, scene.render.camera, FrameOf(item));
+    const ConsoleLines console(session.App().GetConsole());
+    const host::RenderOutcome outcome = job.RenderFrame();
+    console.Print();
+    if (!outcome.Ok()) throw std::runtime_error("rendering: " + outcome.message);
+    host::Picture picture = PictureOf(job.Buffer());
+    picture.texts = {{"Software", "kelvra " KELVRA_VERSION},
+                     {kFingerprint, fingerprint_},
+                     {kFrame, std::to_string(FrameOf(item))},
+                     {kOptions, options_},
+                     {kClouds, session.ExitStatus() == kExitWhole ? kWhole : kInPart}};
+    SaveFrame(session, picture, Path(item), plan_.format);
+    Line(std::cout) << Path(item) << ": " << picture.width << "x" << picture.height << ", "
+                    << Fixed(outcome.seconds, 2) << " s";
+    std::cout.flush(); // the log of a job is read while it runs
+  }
+  return session.ExitStatus();
+}
+
+} // namespace cli

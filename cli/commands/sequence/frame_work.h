@@ -1,0 +1,34 @@
+// Rendered frames as a sequence. Each picture carries a fingerprint of what it was made from.
+#pragma once
+
+#include "cli/commands/render/render_plan.h"
+#include "cli/commands/sequence/sequence_work.h"
+
+#include <nlohmann/json.hpp>
+
+namespace cli {
+
+class FrameWork : public SequenceWork {
+public:
+  /** Reads the plan's files once, for the fingerprint; `options` are those that the pictures depend on. */
+  FrameWork(const RenderPlan& plan, const nlohmann::json& options);
+
+  int Count() const override { return plan_.Frames().Count(); }
+  const char* Unit() const override { return "frame"; }
+  std::string Names(const std::vector<int>& items) const override;
+  const char* Flaw() const override { return "rendered, but not everything was loaded"; }
+  std::string Identity() const override { return fingerprint_ + " " + plan_.output; }
+  ItemState Look(int item) override;
+  int Make(int first, int last) override;
+
+private:
+  int FrameOf(int item) const { return plan_.Frames().first + item; }
+  std::string Path(int item) const { return FrameName(plan_.output, FrameOf(item)); }
+  int Render(const std::vector<int>& items);
+
+  const RenderPlan& plan_;
+  const std::string options_;
+  std::string fingerprint_;
+};
+
+} // namespace cli
