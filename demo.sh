@@ -43,7 +43,10 @@ echo "== What is in the files"
 
 echo "== Pictures"
 rm -f out/*.png out/*.scene out/points.ply out/lines.obj
-show out/view.png snapshot "${files[@]}" --set point_size=5
+show out/view.png snapshot "${files[@]}"
+show out/view_height.png snapshot "${files[@]}" --set load_color=height --set ramp=terrain --legend
+show out/view_classes.png snapshot "${files[@]}" --set load_color=class --legend
+show out/view_plan.png snapshot "${files[@]}" --view top --ortho --size 1024x1024
 show out/view_own_colors.png snapshot "${files[@]}" --set point_size=5 --set color_mode=0
 show out/view_inverted_height.png snapshot "${files[@]}" --set point_size=5 --set color_mode=5 --set color_invert=1
 show out/view_from_north.png snapshot "${files[@]}" --set point_size=5 --camera 0,150,225 --target 0,-8,0
@@ -54,11 +57,12 @@ show out/view_clones.png snapshot "${files[@]}" --set point_size=2 --clones 3x1x
 
 echo "== A scene that holds the points"
 show out/demo.scene save "${files[@]}"
-show out/view_scene.png snapshot out/demo.scene --set point_size=5
-if cmp -s out/view.png out/view_scene.png; then
+show out/view_scene.png snapshot out/demo.scene --set point_size=3
+show out/view_again.png snapshot "${files[@]}" --set point_size=3
+if cmp -s out/view_again.png out/view_scene.png; then
   echo "out/demo.scene reopens with the same picture"
 else
-  echo "out/demo.scene gives a DIFFERENT picture than out/view.png" >&2
+  echo "out/demo.scene gives a DIFFERENT picture than out/view_again.png" >&2
   status=1
 fi
 
@@ -68,6 +72,11 @@ show out/lines.obj convert "${files[@]}" --mode spline
 "$kelvra" convert "${files[@]}" --mode hair --scene out/hair.scene || status=$?
 show out/hair.png snapshot out/hair.scene
 
+echo "== A generated landscape in colour"
+build/release/bin/make_cloud out/landscape.xyz --points 600000 >/dev/null
+show out/landscape.png render out/landscape.xyz --view iso
+
 echo "== Written"
 ls -l "${written[@]}"
+echo "The picture to begin with: out/landscape.png"
 exit "$status"

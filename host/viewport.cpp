@@ -53,7 +53,15 @@ public:
       : doc_(doc), state_(std::move(state)) {}
 
   void SetCamera(const ViewCamera& camera) override { camera_ = camera; }
-  void SetBackground(double r, double g, double b) override { background_ = Vector(r, g, b); }
+  void SetBackground(double r, double g, double b) override { SetGradient(Vector(r, g, b), Vector(r, g, b)); }
+  void SetGradient(const Vector& top, const Vector& bottom) override {
+    background_ = top;
+    bottom_ = bottom;
+  }
+  void SetEyeDome(const EyeDome* settings) override {
+    eyeDome_.reset();
+    if (settings) eyeDome_ = *settings;
+  }
   void SetDrawPortType(LONG type) override { state_->drawPortType = type; }
 
   bool Draw(std::string* error) override {
@@ -83,13 +91,24 @@ public:
   gl::Image Read() override {
     gl::Image image;
     std::string error;
-    if (!state_->target->Read(3, &image, &error)) TheServices().console.Print("GL: " + error);
+    if (!state_->target->Read(3, &image, &error) || !Finish(&image, &error))
+      TheServices().console.Print("GL: " + error);
     return image;
   }
   const std::vector<std::string>& GlErrors() const override { return state_->context->Errors(); }
 
 private:
   double Aspect() const { return (double)state_->target->Width() / state_->target->Height(); }
+
+  /** What a picture gets from its depths: shading, and a background with more than one colour. */
+  bool Finish(gl::Image* image, std::string* error) {
+    if (!eyeDome_ && bottom_ == background_) return true;
+    std::vector<float> depth;
+    if (!state_->target->ReadDepth(&depth, error)) return false;
+    if (eyeDome_) ShadeByDepth(image, EyeDistances(state_->frame, depth), *eyeDome_);
+    if (!(bottom_ == background_)) FillBackground(image, depth, background_, bottom_);
+    return true;
+  }
 
   void DrawOne(BaseObject* op) {
     DrawHelp help;
@@ -117,7 +136,8 @@ private:
   std::unique_ptr<ViewState> state_;
   std::unique_ptr<gl::PrimitiveDrawer> drawer_; ///< made by the first Draw
   ViewCamera camera_;
-  Vector background_{0.5, 0.5, 0.5};
+  Vector background_{0.5, 0.5, 0.5}, bottom_{0.5, 0.5, 0.5};
+  std::optional<EyeDome> eyeDome_;
 };
 
 } // namespace

@@ -4,9 +4,11 @@
 #include "c4d.h"
 #include "host/geometry/clone_tag.h"
 #include "host/picture/image.h"
+#include "host/view/eye_dome.h"
 #include "host/view/view_camera.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -24,6 +26,10 @@ public:
 
   virtual void SetCamera(const ViewCamera& camera) = 0;
   virtual void SetBackground(double r, double g, double b) = 0;
+  /** From the top of the picture to its bottom. */
+  virtual void SetGradient(const Vector& top, const Vector& bottom) = 0;
+  /** Shades what was drawn by its depth; NULL, as it is at first, does not. */
+  virtual void SetEyeDome(const EyeDome* settings) = 0;
   /** BASEDRAW_DRAWPORTTYPE as the objects see it; enhanced OpenGL unless set otherwise. */
   virtual void SetDrawPortType(LONG type) = 0;
   /** False with one line when GL reported errors; the picture then holds what was drawn. */

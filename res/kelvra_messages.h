@@ -23,6 +23,19 @@ enum {
    */
   KELVRA_MESSAGE_SURVEY = 1037612,
 
+  /**
+   * To a point cloud object: what do its colours stand for? Data: KelvraLegend*. FALSE, and the data stay as
+   * they are, for an unknown version or when memory is refused.
+   */
+  KELVRA_MESSAGE_LEGEND = 1037613,
+
+  /**
+   * To a point cloud object: where are its points, and how do they lie in the coordinates of their files?
+   * Data: KelvraSpread*. FALSE, and the data stay as they are, for an unknown version, for an object without
+   * points, and when memory is refused.
+   */
+  KELVRA_MESSAGE_SPREAD = 1037614,
+
   KELVRA_CLOUD = 1037074,
   KELVRA_HOOK = 1037078,
   KELVRA_RECORDER = 1037073, // video post
@@ -140,6 +153,35 @@ struct KelvraSurvey {
   LONG version; // 1
   LONG count;   // room in positions; result: how many were written
   LVector* positions;
+};
+
+/** One colour and what it stands for. Text is UTF-8 and ends with a zero. */
+struct KelvraLegendEntry {
+  LReal value;  // file units; of classes and returns their number
+  Vector color; // 0 to 1
+  CHAR text[32];
+};
+
+/** Ramps have entries from the lowest value up; classes and returns one for each that a point has. */
+struct KelvraLegend {
+  LONG version; // 1
+  LONG kind;    // result: KELVRA_LOAD_COLOR_FILE and so on; 0 for colours that stand for nothing else
+  LONG count;   // result: of entries
+  KelvraLegendEntry entries[256];
+};
+
+/**
+ * The box that leaves the given share of the points out at each end of each axis, then grown by a part of its
+ * width on each side, in the object's own coordinates. The object's first file's x east, y north, z up is shown at
+ * ((x - origin.x) * scale.x, (z - origin.z) * scale.z, (y - origin.y) * scale.y).
+ */
+struct KelvraSpread {
+  LONG version;    // 1
+  LReal share;     // set by the asker, 0 to 0.5
+  LReal margin;    // set by the asker: the part of the width
+  Vector min, max; // result
+  LONG outside;    // result: points outside the box
+  LVector origin, scale;
 };
 
 #endif

@@ -10,6 +10,7 @@
 #include "cli/commands/output/result_tree.h"
 #include "cli/session/cloud_parameters.h"
 #include "cli/session/cloud_session.h"
+#include "cli/session/ignored_parameters.h"
 #include "cli/system/process_memory.h"
 #include "cli/text/format.h"
 #include "cli/text/line.h"
@@ -19,6 +20,7 @@
 #include "host/particles/particle_pool.h"
 #include "kelvra_messages.h"
 #include "otallyframe.h"
+#include "vpkelvrarender.h"
 
 #include <algorithm>
 #include <cmath>
@@ -147,8 +149,25 @@ void WriteResult(CloudSession& session, BaseObject* cloud, const ConvertOptions&
                   << " written";
 }
 
+/** What renders the cloud renders its result as well, which has no settings of its own: it gets the cloud's.
+ */
+void HandOverRenderSettings(BaseDocument* doc, BaseObject* cloud) {
+  const BaseContainer* settings = cloud->GetDataInstance();
+  for (BaseVideoPost* post = doc->GetActiveRenderData()->GetFirstVideoPost(); post; post = post->GetNext()) {
+    BaseContainer* data = post->GetDataInstance();
+    if (data->GetLink(KELVRA_RENDER_OBJECT, doc) != cloud) continue;
+    // A video post has a parameter of the same number for each one that a cloud has.
+    for (LONG i = 0; i < settings->GetCount(); ++i) {
+      const LONG id = settings->GetIndexId(i);
+      GeData own;
+      if (post->GetParameter(DescID(id), own, DESCFLAGS_GET_0)) data->SetData(id, *settings->GetIndexData(i));
+    }
+  }
+}
+
 void WriteScene(CloudSession& session, const std::string& path) {
   std::string error;
+  for (BaseObject* cloud : session.Clouds()) HandOverRenderSettings(session.Document(), cloud);
   for (BaseObject* cloud : session.Clouds())
     if (!host::MakeEditable(cloud, &error)) throw std::runtime_error(path + ": not written: " + error);
   if (!session.App().SaveScene(session.Document(), path, &error)) throw std::runtime_error(error);
@@ -189,6 +208,7 @@ int RunConvert(const ConvertOptions& options) {
   session.Open(options.input.files, options.input.settings, options.input.trust);
   PrintReports(session, options.input.verbose);
   session.RequirePoints();
+  if (options.scene.empty()) WarnOfIgnored(session, Purpose::Convert);
   for (BaseObject* cloud : session.Clouds()) SetParameters(session, cloud, options);
   const double points = PointsToConvert(session);
   Announce(*options.mode, points);

@@ -5,6 +5,7 @@
 #include "cli/commands/output/console_lines.h"
 #include "cli/commands/output/file_reports.h"
 #include "cli/commands/output/output_file.h"
+#include "cli/session/ignored_parameters.h"
 #include "cli/text/format.h"
 #include "cli/text/line.h"
 #include "host/base/replacing_file.h"
@@ -62,6 +63,7 @@ int RunExport(const ExportOptions& options) {
   session.Open(options.input.files, options.input.settings, options.input.trust);
   PrintReports(session, options.input.verbose);
   session.RequirePoints();
+  WarnOfIgnored(session, Purpose::Export);
   const std::size_t clouds = session.Clouds().size();
   if (clouds > 1)
     std::cerr << "the scene holds " << clouds << " point clouds; only the first one is exported\n";

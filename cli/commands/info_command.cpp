@@ -3,7 +3,10 @@
 #include "cli/commands/options/input_options.h"
 #include "cli/commands/output/file_reports.h"
 #include "cli/commands/output/json_text.h"
+#include "cli/commands/output/result_tree.h"
+#include "cli/session/ignored_parameters.h"
 #include "cli/text/format.h"
+#include "cli/text/line.h"
 
 #include <algorithm>
 #include <array>
@@ -107,6 +110,7 @@ void PrintJson(const CloudSession& session, const Totals& total) {
                                {"origin", total.origin},
                                {"step", total.step},
                                {"files", files},
+                               {"elements", DescribeTree(session.Document()).elements},
                                {"seconds", session.LoadSeconds()},
                                {"peak_memory_bytes", session.PeakMemory()}};
   std::cout << JsonText(info, 2) << "\n";
@@ -121,6 +125,14 @@ std::string BoxText(const Box& box, double step) {
   return text;
 }
 
+/** What a scene holds besides its clouds' own points, such as what clouds were converted to. */
+void PrintContents(const CloudSession& session) {
+  const ResultTree tree = DescribeTree(session.Document());
+  if (tree.elements == 0) return;
+  for (const std::string& line : tree.lines) Line(std::cout) << line;
+  std::cout << Counted(tree.elements, "element") << ", " << Bytes(tree.bytes) << "\n";
+}
+
 void PrintText(const CloudSession& session, const Totals& total, bool verbose) {
   PrintReports(session, verbose);
   const double seconds = session.LoadSeconds();
@@ -130,11 +142,13 @@ void PrintText(const CloudSession& session, const Totals& total, bool verbose) {
   std::cout << ", memory " << Bytes(session.PeakMemory()) << "\n";
   if (total.box.valid)
     std::cout << "box: " << BoxText(total.box, total.step) << ", step " << TwoDigits(total.step) << "\n";
+  PrintContents(session);
 }
 
 int RunInfo(const InfoOptions& options) {
   CloudSession session(options.input.faults);
   session.Open(options.input.files, options.input.settings, options.input.trust);
+  WarnOfIgnored(session, Purpose::Info);
   const Totals total = Total(session);
   if (options.json)
     PrintJson(session, total);

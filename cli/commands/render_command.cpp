@@ -9,12 +9,14 @@
 #include "cli/commands/render/recorder.h"
 #include "cli/commands/render/render_plan.h"
 #include "cli/commands/render/scene_setup.h"
+#include "cli/session/ignored_parameters.h"
 #include "cli/text/format.h"
 #include "cli/text/line.h"
 #include "host/application.h"
 #include "host/render.h"
 #include "kelvra_messages.h"
 
+#include <algorithm>
 #include <iostream>
 #include <stdexcept>
 
@@ -22,25 +24,44 @@ namespace cli {
 
 namespace {
 
-/** Prints what the module's scene hook says about the ray through the pixel. */
+/** A float as an 8-bit file holds it. */
+int InFile(float value) {
+  return value > 0.0f ? (int)(std::min(1.0f, value) * 255.0 + 0.5) : 0;
+}
+
+std::string Three(const float* rgb) {
+  return "(" + Fixed(rgb[0], 6) + ", " + Fixed(rgb[1], 6) + ", " + Fixed(rgb[2], 6) + ")";
+}
+
+/** Prints what the module's scene hook says about each ray of the pixel, and what the pixel becomes. */
 int Explain(CloudSession& session, const host::RenderOptions& base, const RenderPlan& plan) {
   host::RenderOptions render = base;
   bool explained = false;
+  const int rays = render.supersample * render.supersample;
+  int ray = 0;
   render.probeX = plan.pixel->x;
   render.probeY = plan.pixel->y;
   render.probe = [&](VolumeData* vd) {
+    if (ray == 0)
+      Line(std::cout) << "pixel " << plan.pixel->x << "," << plan.pixel->y << " of " << render.width << "x"
+                      << render.height << ": " << Counted(rays, "ray");
     BaseSceneHook* hook = session.Document()->FindSceneHook(KELVRA_HOOK);
     String text;
     KelvraRayExplanation question = {1, vd, &text};
-    explained = hook && hook->Message(KELVRA_MESSAGE_EXPLAIN_RAY, &question);
-    Line(std::cout) << "pixel " << plan.pixel->x << "," << plan.pixel->y << " of " << render.width << "x"
-                    << render.height;
+    const bool answered = hook && hook->Message(KELVRA_MESSAGE_EXPLAIN_RAY, &question);
+    explained = explained || answered;
+    ++ray;
+    if (answered && rays > 1) std::cout << "ray " << ray << " of " << rays << "\n";
     PrintLines(std::cout, host::Utf8(text));
   };
   host::RenderJob job(session.Document(), render);
   const host::RenderOutcome outcome = job.RenderFrame();
   if (!outcome.Ok()) throw std::runtime_error(outcome.message);
   if (!explained) std::cout << "no points are rendered\n";
+  const float* mean = job.Buffer().At(plan.pixel->x, plan.pixel->y);
+  Line(std::cout) << "pixel: colour " << Three(mean) << (rays > 1 ? ", the mean of its rays" : "")
+                  << ", background and surfaces included; in an 8-bit file " << InFile(mean[0]) << " "
+                  << InFile(mean[1]) << " " << InFile(mean[2]);
   return session.ExitStatus();
 }
 
@@ -79,6 +100,7 @@ int RunRender(const RenderPlan& plan) {
   session.Open(plan.input.files, plan.input.settings, plan.input.trust);
   if (!plan.pixel) PrintReports(session, plan.input.verbose);
   session.RequireContent();
+  WarnOfIgnored(session, Purpose::Render);
   try {
     RenderScene scene = PrepareScene(session, plan);
     for (const std::string& line : scene.notes) Line(std::cout) << line;

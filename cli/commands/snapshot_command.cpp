@@ -1,22 +1,21 @@
 #include "cli/commands/commands.h"
 
-#include "cli/commands/options/clone_grid.h"
-#include "cli/commands/options/input_options.h"
-#include "cli/commands/options/output_option.h"
-#include "cli/commands/options/typed_option.h"
-#include "cli/commands/options/view_options.h"
+#include "cli/commands/options/camera_choice.h"
 #include "cli/commands/output/console_lines.h"
 #include "cli/commands/output/file_reports.h"
 #include "cli/commands/output/output_file.h"
 #include "cli/commands/output/result_tree.h"
-#include "cli/session/cloud_parameters.h"
+#include "cli/commands/snapshot/first_look.h"
+#include "cli/commands/snapshot/legend.h"
+#include "cli/session/cloud_extent.h"
+#include "cli/session/ignored_parameters.h"
 #include "cli/system/separate_process.h"
 #include "cli/text/format.h"
 #include "cli/text/line.h"
 #include "host/memory/free_memory.h"
 #include "host/viewport.h"
-#include "otallyframe.h"
 
+#include <algorithm>
 #include <iostream>
 #include <stdexcept>
 
@@ -24,43 +23,14 @@ namespace cli {
 
 namespace {
 
-/** Viewport background. */
-const double kMidGrey = 0.5;
+/** Background where none is chosen: dark, so that points of any colour stand out, and lighter where the sky
+ * would be. */
+const Vector kTop(0.17, 0.20, 0.26), kBottom(0.05, 0.06, 0.08);
 
-struct SnapshotOptions {
-  InputOptions input;
-  ViewOptions view;
-  std::string output;
-  std::vector<Matrix> clones; ///< empty for the object itself
-};
-
-/** Colour modes by height span the cloud's own heights unless the user or the scene says otherwise. */
-void FitHeights(CloudSession& session, BaseObject* cloud) {
-  BaseContainer* data = cloud->GetDataInstance();
-  const LONG mode = data->GetLong(KELVRA_COLOR_MODE);
-  if (mode != KELVRA_COLOR_MODE_HEIGHT && mode != KELVRA_COLOR_MODE_POINT_BY_HEIGHT) return;
-  Vector low, high;
-  if (!host::WorldBox(cloud, &low, &high)) return;
-  // Heights are those of the object's own coordinates.
-  const Matrix toLocal = !cloud->GetMg();
-  if (IsUntouched(session, cloud, KELVRA_MIN_HEIGHT)) data->SetReal(KELVRA_MIN_HEIGHT, (low * toLocal).y);
-  if (IsUntouched(session, cloud, KELVRA_MAX_HEIGHT)) data->SetReal(KELVRA_MAX_HEIGHT, (high * toLocal).y);
-}
-
-/** A cloud without colours of its own is shown by height, unless the user or a scene chose a colour mode. */
-bool ShowByHeight(CloudSession& session, BaseObject* cloud) {
-  CloudStats stats;
-  if (session.WasSet(KELVRA_COLOR_MODE) || !ReadCloudStats(cloud, &stats) || stats.HasColor()) return false;
-  BaseContainer* data = cloud->GetDataInstance();
-  if (data->GetLong(KELVRA_COLOR_MODE) != KELVRA_COLOR_MODE_POINT) return false;
-  data->SetLong(KELVRA_COLOR_MODE, KELVRA_COLOR_MODE_HEIGHT);
-  return true;
-}
-
-/** The box around everything that is shown, with the box at each clone's place. */
-WorldExtent ExtentOf(const CloudSession& session, const std::vector<Matrix>& clones) {
+/** The box around everything that is framed, with the box at each clone's place. */
+WorldExtent ExtentOf(const CloudSession& session, const std::vector<Matrix>& clones, std::string* note) {
   WorldExtent extent;
-  extent.valid = session.Extent(&extent.low, &extent.high);
+  extent.valid = FramedExtent(session, &extent.low, &extent.high, note);
   const WorldExtent one = extent;
   for (const Matrix& clone : clones)
     for (int axis = 0; axis < 3; ++axis) {
@@ -73,70 +43,92 @@ WorldExtent ExtentOf(const CloudSession& session, const std::vector<Matrix>& clo
 /** Throws std::runtime_error when the machine has less memory than the picture takes. */
 void RequireMemory(const CloudSession& session, const PictureSize& size, const std::string& output) {
   // Colour, depth and what is read back; vertex records here and in the driver.
-  const long long need = (long long)size.width * size.height * 32 + session.Points() * 48;
+  const long long need = (long long)size.width * size.height * 40 + session.Points() * 48;
   const long long free = host::FreeMemory();
   if (free > 0 && need > free)
     throw std::runtime_error(output + ": drawing takes about " + Bytes(need) + " of memory, but " +
                              Bytes(free) + " are free; no picture was written");
 }
 
-/** Draws the view and writes the picture, empty or not. False with a line if nothing could be drawn. */
-bool DrawPicture(CloudSession& session, const SnapshotOptions& options) {
+/** What a picture shows beside the clouds themselves. */
+struct Scenery {
+  host::ViewCamera camera;
+  bool eyeDome = false;
+  const KelvraLegend* legend = nullptr;
+};
+
+/** Draws the view and writes the pictures, empty or not. False with a line if nothing could be drawn. */
+bool DrawPictures(CloudSession& session, const SnapshotPlan& plan, const Scenery& scenery) {
   std::string error;
   const std::unique_ptr<host::Viewport> view =
-      host::Viewport::Create(session.Document(), options.view.size.width, options.view.size.height, &error);
+      host::Viewport::Create(session.Document(), plan.view.size.width, plan.view.size.height, &error);
   if (!view) throw std::runtime_error(error);
-  view->SetBackground(kMidGrey, kMidGrey, kMidGrey);
-  view->SetCamera(CameraOf(options.view, ExtentOf(session, options.clones)));
-  const ConsoleLines console(session.App().GetConsole());
-  bool drawn = view->Draw(&error);
-  if (!drawn) Line(std::cerr) << error;
-  console.Print();
-  if (drawn && view->VerticesDrawn() == 0) {
-    Line(std::cerr) << options.output << ": nothing was drawn of " << ContentText(session);
-    drawn = false;
+  view->SetGradient(plan.background.value_or(kTop), plan.background.value_or(kBottom));
+  view->SetEyeDome(scenery.eyeDome ? &plan.eyeDomeSettings : NULL);
+  for (int number = 0; number < plan.Pictures(); ++number) {
+    view->SetCamera(host::TurnedCamera(scenery.camera, 360.0 * number / plan.Pictures()));
+    const ConsoleLines console(session.App().GetConsole());
+    bool drawn = view->Draw(&error);
+    if (!drawn) Line(std::cerr) << error;
+    console.Print();
+    const std::string name = plan.PictureName(number);
+    if (drawn && view->VerticesDrawn() == 0) {
+      Line(std::cerr) << name << ": nothing was drawn of " << ContentText(session);
+      drawn = false;
+    }
+    host::gl::Image image = view->Read();
+    if (scenery.legend) DrawLegend(*scenery.legend, &image);
+    if (!host::gl::WritePng(image, name, &error)) throw std::runtime_error(error);
+    if (!drawn) return false;
   }
-  if (!host::gl::WritePng(view->Read(), options.output, &error)) throw std::runtime_error(error);
-  return drawn;
+  return true;
 }
 
-int RunSnapshot(const SnapshotOptions& options) {
-  CheckView(options.view);
-  RequireNoTerminal(options.output);
-  RequireWritable(options.output, options.input.files);
-  CloudSession session(options.input.faults);
-  session.Open(options.input.files, options.input.settings, options.input.trust);
-  PrintReports(session, options.input.verbose);
+int RunSnapshot(const SnapshotPlan& plan) {
+  CheckPlan(plan);
+  CloudSession session(plan.input.faults);
+  session.Open(plan.input.files, plan.input.settings, plan.input.trust);
+  PrintReports(session, plan.input.verbose);
   session.RequireContent();
+  WarnOfIgnored(session, Purpose::Snapshot);
 
-  bool byHeight = false;
-  for (BaseObject* cloud : session.Clouds()) {
-    byHeight = ShowByHeight(session, cloud) || byHeight;
-    FitHeights(session, cloud);
-    if (!options.clones.empty() && !host::SetClones(cloud, options.clones, {}))
+  FirstLook look = PrepareClouds(session, plan);
+  Scenery scenery;
+  std::string apart;
+  scenery.eyeDome = look.eyeDome;
+  scenery.camera = CameraFor(session, plan.view, ExtentOf(session, plan.clones, &apart), plan.turntable > 0);
+  if (!apart.empty() && !plan.view.camera) look.notes.push_back(apart);
+  FitPointSizes(session, scenery.camera, plan.view, &look.notes);
+  for (const std::string& note : look.notes) Line(std::cout) << note;
+  if (plan.view.print) Line(std::cout) << CameraText(session, plan.view, scenery.camera);
+
+  for (BaseObject* cloud : session.Clouds())
+    if (!plan.clones.empty() && !host::SetClones(cloud, plan.clones, {}))
       throw std::runtime_error("the clones could not be made");
-  }
+  KelvraLegend legend;
+  if (plan.legend && FindLegend(session, &legend))
+    scenery.legend = &legend;
+  else if (plan.legend)
+    Line(std::cerr)
+        << "--legend: has no effect: the colours are those of the files and stand for nothing else";
 
-  RequireMemory(session, options.view.size, options.output);
-  const bool drawn = RunSeparately([&] { return DrawPicture(session, options); });
+  RequireMemory(session, plan.view.size, plan.output);
+  const bool drawn = RunSeparately([&] { return DrawPictures(session, plan, scenery); });
   const std::string clones =
-      options.clones.empty() ? "" : " in " + Counted((long long)options.clones.size(), "clone");
-  Line(std::cout) << OutputName(options.output) << ": " << options.view.size.width << "x"
-                  << options.view.size.height << ", " << ContentText(session) << clones
-                  << (byHeight ? ", shown by height: the cloud has no colours" : "");
+      plan.clones.empty() ? "" : " in " + Counted((long long)plan.clones.size(), "clone");
+  const std::string pictures =
+      plan.turntable > 0 ? Counted(plan.turntable, "picture") + " of a whole turn, " : "";
+  Line(std::cout) << OutputName(plan.output) << ": " << pictures << plan.view.size.width << "x"
+                  << plan.view.size.height << ", " << ContentText(session) << clones;
   return drawn ? session.ExitStatus() : (int)kExitIncomplete;
 }
 
 } // namespace
 
 Run AddSnapshot(CLI::App& command) {
-  const auto options = std::make_shared<SnapshotOptions>();
-  AddInput(command, options->input);
-  AddOutput(command, options->output, "PNG to write")->required();
-  AddView(command, options->view);
-  AddTyped(command, "--clones", options->clones, ParseCloneGrid, "Copies on a grid")
-      ->type_name("NXxNYxNZ:SPACING");
-  return [options] { return RunSnapshot(*options); };
+  const auto plan = std::make_shared<SnapshotPlan>();
+  AddSnapshotOptions(command, *plan);
+  return [plan] { return RunSnapshot(*plan); };
 }
 
 } // namespace cli

@@ -259,11 +259,12 @@ void CloudSession::ApplySetting(BaseObject* object, const std::string& setting) 
   std::string error;
   if (!application_->SetParameterFromText(object, id, setting.substr(equals + 1), &error))
     throw UsageError{"--set " + setting + ": " + error};
-  settingIds_.push_back(id);
+  if (!WasSet(id)) appliedSettings_.push_back({name, id});
 }
 
 bool CloudSession::WasSet(LONG id) const {
-  return std::find(settingIds_.begin(), settingIds_.end(), id) != settingIds_.end();
+  return std::any_of(appliedSettings_.begin(), appliedSettings_.end(),
+                     [id](const Setting& setting) { return setting.id == id; });
 }
 
 std::vector<BaseObject*> CloudSession::Clouds() const {

@@ -47,6 +47,15 @@ public:
   void ApplySetting(BaseObject* object, const std::string& setting);
   /** True when one of the settings given to Open names this parameter. */
   bool WasSet(LONG id) const;
+  /** False for the object that this command made for cloud files. */
+  bool IsFromScene(BaseObject* cloud) const { return cloud != target_; }
+  /** A parameter that the command sets: as the user wrote it, and its number. */
+  struct Setting {
+    std::string name;
+    LONG id;
+  };
+  /** Each once, in the order of the command line. */
+  const std::vector<Setting>& Settings() const { return appliedSettings_; }
 
 private:
   void OpenScene(const std::string& path);
@@ -58,7 +67,7 @@ private:
   BaseObject* target_ = nullptr;
   LONG thinView_ = 0; ///< of the target, while files are loaded
   std::vector<std::string> settings_;
-  std::vector<LONG> settingIds_;
+  std::vector<Setting> appliedSettings_;
   std::vector<FileReport> reports_;
   bool trust_ = false;
   double loadSeconds_ = 0;

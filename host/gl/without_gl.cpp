@@ -51,6 +51,10 @@ bool Framebuffer::Read(int, Image*, std::string* error) {
   return Refused(error);
 }
 
+bool Framebuffer::ReadDepth(std::vector<float>*, std::string* error) {
+  return Refused(error);
+}
+
 ShaderProgram::~ShaderProgram() {}
 
 std::unique_ptr<PrimitiveDrawer> PrimitiveDrawer::Create(const std::shared_ptr<Context>&,

@@ -52,6 +52,7 @@ RayTracer::RayTracer(FrameScene& scene, const RenderOptions& options, LONG threa
   up_ = frame.up;
   forward_ = frame.forward;
   tangent_ = frame.tangent;
+  halfHeight_ = frame.halfHeight;
   volume_.tracer = this;
   MakeUsable(true);
 }
@@ -71,10 +72,16 @@ void RayTracer::MakeUsable(bool usable) {
 }
 
 Ray RayTracer::CameraRay(double x, double y) const {
+  Ray ray;
+  if (halfHeight_ > 0.0) {
+    ray.p = position_ + right_ * ((2.0 * x / options_.width - 1.0) * halfHeight_ * aspect_) +
+            up_ * ((1.0 - 2.0 * y / options_.height) * halfHeight_);
+    ray.v = forward_;
+    return ray;
+  }
   // From pixels to the picture plane at distance 1: x and y from -1 to 1, times half its size.
   const double across = (2.0 * x / options_.width - 1.0) * tangent_ * aspect_;
   const double upward = (1.0 - 2.0 * y / options_.height) * tangent_;
-  Ray ray;
   ray.p = position_;
   ray.v = !(forward_ + right_ * across + up_ * upward);
   return ray;
@@ -108,8 +115,9 @@ Radiance RayTracer::Pixel(LONG x, LONG y) {
   return sum;
 }
 
-VolumeData* RayTracer::Prepare(LONG x, LONG y) {
-  prepared_ = CameraRay(x + 0.5, y + 0.5);
+VolumeData* RayTracer::Prepare(LONG x, LONG y, int ray) {
+  const int n = options_.supersample;
+  prepared_ = CameraRay(x + (ray % n + 0.5) / n, y + (ray / n + 0.5) / n);
   SurfaceHit hit;
   const bool any = scene_.surfaces->Nearest(prepared_.p, prepared_.v, 0.0, kNothing, &hit);
   SetRay(&prepared_, RAYBIT_0, 0, any ? hit.distance : kNothing);

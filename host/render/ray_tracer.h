@@ -55,8 +55,8 @@ public:
   RayTracer& operator=(const RayTracer&) = delete;
 
   Radiance Pixel(LONG x, LONG y);
-  /** Volume data as the video posts get it for the ray through the middle of a pixel. */
-  VolumeData* Prepare(LONG x, LONG y);
+  /** Volume data as the video posts get it for one of a pixel's rays, from 0 on: row by row. */
+  VolumeData* Prepare(LONG x, LONG y, int ray);
   VolumeData* Volume() { return &volume_; }
   /**
    * Off, the volume data holds garbage and its calls are reported: plug-ins may hold it while a render opens
@@ -86,7 +86,7 @@ private:
   const RenderOptions& options_;
   LONG thread_;
   Vector right_, up_, forward_, position_;
-  double tangent_, aspect_;
+  double tangent_, aspect_, halfHeight_;
   RenderVolume volume_;
   bool usable_ = false;
   Ray prepared_;

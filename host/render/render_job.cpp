@@ -227,7 +227,10 @@ std::vector<VIDEOPOSTINFO> RenderJob::AskPosts() {
 
 void RenderJob::ComputePixels() {
   if (options_.probe) {
-    options_.probe(mainTracer_->Prepare(options_.probeX, options_.probeY));
+    const int rays = options_.supersample * options_.supersample;
+    for (int ray = 0; ray < rays; ++ray)
+      options_.probe(mainTracer_->Prepare(options_.probeX, options_.probeY, ray));
+    ComputePixel(*mainTracer_, options_.probeX, options_.probeY, *buffer_);
     // To the posts this is a frame that was broken off: nothing was computed that could be kept.
     error_ = RENDERRESULT_USERBREAK;
     return;

@@ -25,8 +25,9 @@ struct RenderOptions {
   /** Called on the calling thread a few times a second with the share that is done. */
   std::function<void(double)> progress;
   /**
-   * Instead of a picture: called once on the calling thread with the volume data of the ray through the
-   * middle of pixel (probeX, probeY), when everything is ready for rays.
+   * Instead of a picture: called on the calling thread with the volume data of each of the supersample x
+   * supersample rays of pixel (probeX, probeY), row by row, when everything is ready for rays. The buffer
+   * then holds this one pixel.
    */
   std::function<void(VolumeData*)> probe;
   int probeX = 0, probeY = 0;

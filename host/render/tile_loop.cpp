@@ -68,14 +68,7 @@ private:
     const LONG right = std::min(left + options_.tile, options_.width);
     const LONG bottom = std::min(top + options_.tile, options_.height);
     for (LONG y = top; y < bottom; ++y)
-      for (LONG x = left; x < right && !scene_.stop; ++x) {
-        const Radiance light = tracer.Pixel(x, y);
-        float* pixel = buffer_.At(x, y);
-        pixel[0] = (float)light.color.x;
-        pixel[1] = (float)light.color.y;
-        pixel[2] = (float)light.color.z;
-        pixel[3] = (float)light.alpha;
-      }
+      for (LONG x = left; x < right && !scene_.stop; ++x) ComputePixel(tracer, x, y, buffer_);
   }
 
   FrameScene& scene_;
@@ -89,6 +82,15 @@ private:
 };
 
 } // namespace
+
+void ComputePixel(RayTracer& tracer, LONG x, LONG y, RenderBuffer& buffer) {
+  const Radiance light = tracer.Pixel(x, y);
+  float* pixel = buffer.At(x, y);
+  pixel[0] = (float)light.color.x;
+  pixel[1] = (float)light.color.y;
+  pixel[2] = (float)light.color.z;
+  pixel[3] = (float)light.alpha;
+}
 
 void ComputeTiles(FrameScene& scene, const RenderOptions& options, RenderBuffer& buffer,
                   const std::function<bool(double)>& goOn) {

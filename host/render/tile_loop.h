@@ -6,6 +6,9 @@
 
 namespace host {
 
+/** Computes one pixel into the buffer. */
+void ComputePixel(RayTracer& tracer, LONG x, LONG y, RenderBuffer& buffer);
+
 /**
  * Computes every pixel. goOn(share done) is called on the calling thread several times a second; once it
  * returns false the threads stop after the pixel at hand. Each pixel depends on nothing but the scene, so

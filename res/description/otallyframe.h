@@ -19,6 +19,13 @@ enum {
   KELVRA_ORIGIN = 1191,         // vector, file axes: added to stored positions it gives those of the files
   KELVRA_FIT_TEXT = 1192,       // integer: whether text clouds with a local origin are fitted to the size
   KELVRA_SAVE_SURVEY = 1193,    // bool: the text export writes file coordinates
+  KELVRA_LOAD_COLOR = 1195,     // integer: where loaded points get their colour from
+  KELVRA_RAMP = 1196,           // integer: the colours that stand for heights and intensities
+  KELVRA_RAMP_LOW = 1197,       // real: share of the values that lie below the ramp's first colour
+  KELVRA_RAMP_HIGH = 1198,      // real: share of the values up to the ramp's last colour
+  KELVRA_RAMP_FROM = 1199,      // real, file units: value of the first colour, result of the last colouring
+  KELVRA_RAMP_TO = 1200,        // real, file units: value of the last colour
+  KELVRA_COLOR_AGAIN = 1207,    // button: colours the stored points by height
   KELVRA_LOAD_FOLDER = 1600,    // button
   KELVRA_LOAD_FILE = 1602,      // button
   KELVRA_SAVE_TEXT = 1609,      // button
@@ -97,6 +104,17 @@ enum {
   KELVRA_FIT_TEXT_OFF = 0,
   KELVRA_FIT_TEXT_ON = 1,
   KELVRA_FIT_TEXT_LARGE = 2,
+
+  KELVRA_LOAD_COLOR_FILE = 0,
+  KELVRA_LOAD_COLOR_HEIGHT = 1,
+  KELVRA_LOAD_COLOR_INTENSITY = 2,
+  KELVRA_LOAD_COLOR_CLASS = 3,
+  KELVRA_LOAD_COLOR_RETURN = 4,
+
+  KELVRA_RAMP_GRAY = 0,
+  KELVRA_RAMP_VIRIDIS = 1,
+  KELVRA_RAMP_TURBO = 2,
+  KELVRA_RAMP_TERRAIN = 3,
 
   KELVRA_COLOR_MODE_POINT = 0,
   KELVRA_COLOR_MODE_RED = 1,

@@ -96,6 +96,14 @@ Bool PointBlock::ShareTo(PointBlock& dest) const {
   return TRUE;
 }
 
+Bool PointBlock::OwnArrays() {
+  if (!owners_ || *owners_ == 1) return TRUE;
+  PointBlock own;
+  if (!CopyTo(own)) return FALSE;
+  Swap(own);
+  return TRUE;
+}
+
 void PointBlock::CopyDescription(PointBlock& dest) const {
   dest.header = header;
   CopyMem(reals, dest.reals, sizeof reals);

@@ -43,6 +43,9 @@ struct PointBlock {
   /** As CopyTo, but the arrays are the same ones. */
   Bool ShareTo(PointBlock& dest) const;
 
+  /** Gives a block that shares its arrays copies of its own, which may be written; FALSE without memory. */
+  Bool OwnArrays();
+
   /** A count that a block can have, with all arrays. */
   Bool IsWhole() const;
 

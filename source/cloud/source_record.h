@@ -11,7 +11,7 @@ namespace kelvra {
 struct SourceRecord {
   double x, y, z;          // file axes (z up), file units, absolute
   double second[3];        // second colour or normal triple of text files; LAS: 0, 0, 1
-  std::uint32_t intensity; // text files: the intensity column's value; LAS: 0
+  std::uint32_t intensity; // text files: the intensity column's value; LAS: 0, or the attribute asked for
   std::uint16_t r, g, b;   // colour as read; the block multiplies it by the reader's factor (text 256, LAS 1)
   std::uint16_t flag;      // not 0 where the classification byte of a LAS point carries bit 6; text: 0
 };

@@ -1,5 +1,6 @@
 #include "object/laz_renderer.h"
 
+#include "object/cloud_answers.h"
 #include "object/render/gathering.h"
 #include "object/render/ray_explanation.h"
 #include "object/render/volume_rays.h"
@@ -29,6 +30,11 @@ Bool LinksObject(BaseVideoPost* post) {
 const PointStore* StoreOf(BaseObject* op) {
   const KelvraObject* cloud = GetCloudData(op);
   return cloud ? &cloud->store : NULL;
+}
+
+String DescribeStoredPoint(BaseObject* op, LONG number) {
+  const PointStore* store = op ? StoreOf(op) : NULL;
+  return store ? DescribePoint(*store, OriginOf(op), number) : String();
 }
 
 RENDERRESULT GatherOne(VoxelData& data, BaseVideoPost* post, const VideoPostStruct& vps) {
@@ -80,7 +86,7 @@ Bool VoxelHook::Message(GeListNode* node, LONG type, void* message) {
   if (type == KELVRA_MESSAGE_EXPLAIN_RAY && message) {
     KelvraRayExplanation& explanation = *static_cast<KelvraRayExplanation*>(message);
     return explanation.version == kExplanationVersion && explanation.vd && explanation.vd->ray &&
-           explanation.text && ExplainRay(scene, explanation);
+           explanation.text && ExplainRay(scene, &DescribeStoredPoint, explanation);
   }
   return SUPER::Message(node, type, message);
 }

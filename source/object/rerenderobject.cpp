@@ -4,6 +4,7 @@
 #include "cloud/point_share.h"
 #include "glpoint.h"
 #include "host_text.h"
+#include "object/cloud_answers.h"
 #include "object/convert/conversion.h"
 #include "object/laz_renderer.h"
 #include "object/load/load_command.h"
@@ -37,6 +38,28 @@ const LONG kDefaultBudget = 100; ///< millions, where the object has no entry
 const LONG kSurveyVersion = 1;
 const LLONG kMillion = 1000000;
 
+RampSettings ReadRamp(const BaseContainer& data) {
+  RampSettings settings;
+  settings.ramp = data.GetLong(KELVRA_RAMP, KELVRA_RAMP_VIRIDIS);
+  settings.lowShare = data.GetReal(KELVRA_RAMP_LOW, settings.lowShare);
+  settings.highShare = data.GetReal(KELVRA_RAMP_HIGH, settings.highShare);
+  return settings;
+}
+
+/** The range of the last colouring. */
+RampRange ReadRange(const BaseContainer& data) {
+  RampRange range;
+  range.from = data.GetReal(KELVRA_RAMP_FROM);
+  range.to = data.GetReal(KELVRA_RAMP_TO);
+  range.valid = data.FindIndex(KELVRA_RAMP_FROM) != NOTOK;
+  return range;
+}
+
+void ShowRange(BaseContainer* data, const RampRange& range) {
+  data->SetReal(KELVRA_RAMP_FROM, range.from);
+  data->SetReal(KELVRA_RAMP_TO, range.to);
+}
+
 LoadOptions ReadOptions(BaseObject* op) {
   const BaseContainer* data = op->GetDataInstance();
   LoadOptions options;
@@ -48,6 +71,8 @@ LoadOptions ReadOptions(BaseObject* op) {
   options.everyNthLine = options.everyNth > 1 ? options.everyNth : LMax(1, data->GetLong(KELVRA_THIN_VIEW));
   options.localOrigin = data->GetLong(KELVRA_LOCAL_ORIGIN) == KELVRA_LOCAL_ORIGIN_AUTOMATIC;
   options.fitText = data->GetLong(KELVRA_FIT_TEXT);
+  options.colorBy = data->GetLong(KELVRA_LOAD_COLOR);
+  options.ramp = ReadRamp(*data);
   options.refuseDoubtful = data->GetBool(KELVRA_LOAD_REFUSE_DOUBTFUL);
   return options;
 }
@@ -153,6 +178,10 @@ Bool KelvraObject::Message(GeListNode* node, LONG type, void* data) {
     return data && OnSurvey(*(KelvraSurvey*)data, OriginOf(op));
   case KELVRA_MESSAGE_REPORT:
     return data && OnReport(*(KelvraCloudReport*)data);
+  case KELVRA_MESSAGE_LEGEND:
+    return data && AnswerLegend(op, store, *(KelvraLegend*)data);
+  case KELVRA_MESSAGE_SPREAD:
+    return data && AnswerSpread(op, store, *(KelvraSpread*)data);
   default:
     break;
   }
@@ -204,19 +233,46 @@ void KelvraObject::Load(BaseObject* op, Bool folderMode) {
     files.push_back({chosen, path});
   if (files.empty()) PrintLine(path, "the folder holds no file to load");
 
-  const Bool wasEmpty = store.CountBlocks() == 0;
+  const VLONG blocks = store.CountBlocks();
+  const Bool wasEmpty = blocks == 0;
   const LVector before = OriginOf(op);
   LVector origin = wasEmpty ? LVector() : before;
+  const LoadOptions options = ReadOptions(op);
+  RampRange range = wasEmpty ? RampRange() : ReadRange(*op->GetDataInstance());
   // What was loaded before memory ran out stays, and is shown.
   Fence("Load", [&] {
-    loadReports = LoadFiles(files, {store, ReadOptions(op), origin, [op] { RecordUndo(op); }});
+    loadReports = LoadFiles(files, {store, options, origin, range, [op] { RecordUndo(op); }});
   });
   // Objects without an origin get no entry: their scenes stay what they were.
   if (store.CountBlocks() > 0 && origin != before) op->GetDataInstance()->SetVector(KELVRA_ORIGIN, origin);
   const PointBlock* first = store.GetFirstBlock();
   if (wasEmpty && first && first->header.key > 1)
     op->GetDataInstance()->SetString(KELVRA_EPSG, LongToString(first->header.key));
+  if (store.CountBlocks() > blocks && options.colorBy == KELVRA_LOAD_COLOR_HEIGHT)
+    Fence("Load", [&] { ColorStoreByHeight(op); }); // all files of the object on one scale
+  else if (options.colorBy == KELVRA_LOAD_COLOR_INTENSITY && range.valid)
+    ShowRange(op->GetDataInstance(), range);
   StatusClear();
+  StoreChanged(op);
+}
+
+void KelvraObject::ColorStoreByHeight(BaseObject* op) {
+  Bool whole = TRUE;
+  RampRange range = ColorByHeight(store, ReadRamp(*op->GetDataInstance()), &whole);
+  if (!whole) GePrint(op->GetName() + ": not enough memory to colour all points by height");
+  if (!range.valid) return;
+  const LReal base = OriginOf(op).z;
+  range.from += base;
+  range.to += base;
+  ShowRange(op->GetDataInstance(), range);
+}
+
+/** Later loads join in: points of one object are coloured one way. */
+void KelvraObject::ColorAgain(BaseObject* op) {
+  if (store.CountBlocks() == 0) return;
+  RecordUndo(op);
+  op->GetDataInstance()->SetLong(KELVRA_LOAD_COLOR, KELVRA_LOAD_COLOR_HEIGHT);
+  ColorStoreByHeight(op);
   StoreChanged(op);
 }
 
@@ -238,6 +294,9 @@ void KelvraObject::OnCommand(BaseObject* op, LONG id) {
     break;
   case KELVRA_SAVE_TEXT:
     SaveAsText(op);
+    break;
+  case KELVRA_COLOR_AGAIN:
+    Fence("Color by Height Again", [&] { ColorAgain(op); });
     break;
   case KELVRA_REQUEST_POINTS:
     op->GetDataInstance()->SetLong(KELVRA_LOAD_STATE, KELVRA_LOAD_STATE_STREAM);

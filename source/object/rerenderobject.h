@@ -47,6 +47,8 @@ private:
   void OnDelivery(BaseObject* op, PointDelivery& delivery);
   Bool OnReport(KelvraCloudReport& answer);
   Bool OnSurvey(KelvraSurvey& answer, const LVector& origin);
+  void ColorStoreByHeight(BaseObject* op);
+  void ColorAgain(BaseObject* op);
   void Load(BaseObject* op, Bool folderMode);
   void StoreChanged(BaseObject* op);
   template <class Export>

@@ -95,6 +95,19 @@ TEST_F(RenderCommand, OnePixelIsExplainedAsItIsRendered) {
       EXPECT_NEAR(picture.At(at[0], at[1])[i], color[i] + behind * background[i], 5e-6) << text;
   }
   EXPECT_TRUE(through) << "some pixel shows points and background";
+  // With several rays a pixel their mean is the picture's.
+  const std::vector<std::string> small = {"--size", "33x33", "--set", "transparency=0.6"};
+  std::vector<std::string> explain = small, draw = small;
+  explain.insert(explain.end(), {"--pixel", "12,20"});
+  draw.insert(draw.end(), {"-o", folder_ / "mean.png"});
+  const std::string text = Render(explain).out;
+  ASSERT_EQ(Render(draw).status, 0);
+  const host::Picture mean = Read(folder_ / "mean.png");
+  std::string value = "in an 8-bit file";
+  for (int i = 0; i < 3; ++i) value += " " + std::to_string(std::lround(mean.At(12, 20)[i] * 255));
+  for (const std::string& part :
+       {std::string("ray 4 of 4"), value, std::string("cloud.xyz, point "), std::string(" of 400, at ")})
+    EXPECT_TRUE(Holds(text, part)) << part << "\n" << text;
   EXPECT_TRUE(Holds(Render({"--pixel", "0,0", "--size", "33x33"}).out, "misses the points' box"));
   EXPECT_TRUE(Holds(Render({"--pixel", "0,0", "--set", "1000=0"}).out, "no points are rendered"));
 }

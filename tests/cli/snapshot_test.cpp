@@ -107,21 +107,90 @@ TEST(Snapshot, CloudWithoutColoursIsShownByHeight) {
   Image image;
   std::string error;
   ASSERT_TRUE(host::gl::ReadPng(picture, &image, &error)) << error;
-  // Heights rise to the east, so the picture holds dark points on its left and bright ones on its right.
-  int brightRight = 0, darkLeft = 0;
+  // Heights rise to the east, so the ramp runs from purple on the left to yellow on the right.
+  int yellowRight = 0, purpleLeft = 0;
   for (int y = 0; y < image.height; ++y)
     for (int x = 0; x < image.width; ++x) {
-      brightRight += x > 160 && image.At(x, y)[0] > 200;
-      darkLeft += x < 160 && image.At(x, y)[0] < 60;
+      const std::uint8_t* p = image.At(x, y);
+      yellowRight += x > 160 && p[0] > 150 && p[1] > 150 && p[2] < 100;
+      purpleLeft += x < 160 && p[0] > 50 && p[1] < 40 && p[2] > 60;
     }
-  EXPECT_GT(brightRight, 100);
-  EXPECT_GT(darkLeft, 100);
+  EXPECT_GT(yellowRight, 100);
+  EXPECT_GT(purpleLeft, 100);
+}
+
+TEST(Snapshot, APrintedCameraGivesTheSamePictureAgain) {
+  const TempFolder folder;
+  const std::string cloud = folder.Write("compass.xyz", Compass());
+  for (const std::vector<std::string>& view :
+       std::vector<std::vector<std::string>>{{"--view", "iso", "--ortho", "--roll", "30"},
+                                             {"--view", "left", "--up", "y", "--fit", "0.5"},
+                                             {}}) {
+    std::vector<std::string> arguments = {cloud, "--set", "point_size=3"};
+    arguments.insert(arguments.end(), view.begin(), view.end());
+    const Image first = Snapshot(arguments);
+    arguments.insert(arguments.begin(), "snapshot");
+    arguments.insert(arguments.end(), {"--print-camera", "--size", "320x240", "-o", folder / "x.png"});
+    const std::string out = Kelvra(arguments).out;
+    std::istringstream words(out.substr(out.find("camera: ") + 8));
+    std::vector<std::string> again = {cloud, "--set", "point_size=3"};
+    std::string line;
+    std::getline(words, line);
+    std::istringstream options(line);
+    for (std::string word; options >> word;) again.push_back(word);
+    EXPECT_EQ(Snapshot(again).samples, first.samples) << line;
+    // The cloud is not fitted: file x, y, z are the world's x, z, y.
+    if (!view.empty()) continue;
+    again.push_back("--camera-survey");
+    for (std::size_t i = 0; i < again.size(); ++i)
+      if (again[i] == "--camera" || again[i] == "--target") {
+        double p[3];
+        ASSERT_EQ(std::sscanf(again[i + 1].c_str(), "%lf,%lf,%lf", &p[0], &p[1], &p[2]), 3);
+        again[i + 1] = std::to_string(p[0]) + "," + std::to_string(p[2]) + "," + std::to_string(p[1]);
+      }
+    EXPECT_NEAR(Find(Snapshot(again), 1).x, Find(first, 1).x, 0.5);
+  }
+}
+
+TEST(Snapshot, OnePointFarAwayDoesNotShrinkTheCloud) {
+  const TempFolder folder;
+  std::string text = Compass();
+  const std::string cloud = folder.Write("compass.xyz", text);
+  const std::string stray = folder.Write("stray.xyz", text + "90000 0 0 9 9 9\n");
+  const std::string picture = folder / "view.png";
+  const Result result = Kelvra({"snapshot", stray, "-o", picture, "--legend"});
+  EXPECT_TRUE(Holds(result.out, "1 point lies far from all others")) << result.out;
+  EXPECT_TRUE(Holds(result.err, "--legend: has no effect")) << result.err;
+  EXPECT_GT(Find(Snapshot({stray, "--set", "point_size=3"}), 0).count,
+            Find(Snapshot({cloud, "--set", "point_size=3"}), 0).count / 2);
+  EXPECT_TRUE(Holds(Kelvra({"render", cloud, "-o", picture, "--preview", "--set", "color_mode=height"}).err,
+                    "--set color_mode: has no effect here"));
+}
+
+TEST(Snapshot, ATurntableIsAPictureForEachStepAndTheLegendLiesInIt) {
+  const TempFolder folder;
+  const std::string cloud = folder.Write("compass.xyz", Compass());
+  ASSERT_EQ(Kelvra({"snapshot", cloud, "-o", folder / "t##.png", "--turntable", "4", "--size", "320x240",
+                    "--set", "point_size=3", "--set", "load_color=height", "--legend"})
+                .status,
+            0);
+  std::vector<Image> images(4);
+  std::string error;
+  for (int i = 0; i < 4; ++i)
+    ASSERT_TRUE(
+        host::gl::ReadPng(folder / ("t0" + std::to_string(i) + ".png"), &images[(std::size_t)i], &error))
+        << error;
+  EXPECT_NE(images[0].samples, images[1].samples);
+  for (int y = 0; y < 240; ++y)
+    for (int x = 300; x < 312; ++x)
+      EXPECT_EQ(images[0].At(x, y)[1] > 230, images[2].At(x, y)[1] > 230) << "the legend's text stands still";
 }
 
 TEST(Snapshot, ClonesShareAndThinningHideOrRepeatPoints) {
   const TempFolder folder;
   const std::string cloud = folder.Write("patch.xyz", Patch(0, 0, 0, 255, 0, 0));
-  const std::vector<std::string> view = {cloud, "--camera", "0,200,-10", "--target", "0,0,0"};
+  const std::vector<std::string> view = {cloud,   "--camera",     "0,200,-10",    "--target", "0,0,0",
+                                         "--set", "point_size=1", "--background", "#808080"};
   const auto with = [&](std::vector<std::string> more) {
     more.insert(more.begin(), view.begin(), view.end());
     return Differing(Snapshot(more), 128);
@@ -154,6 +223,10 @@ TEST(Snapshot, WrongUseIsReported) {
       {{"--set", "point_size"}, "point_size"},
       {{"--set", "color_mode=purple"}, "purple"},
       {{"--fov", "500"}, "--fov"},
+      {{"--view", "north"}, "--view"},
+      {{"--fit", "0"}, "--fit"},
+      {{"--edl", "maybe"}, "--edl"},
+      {{"--turntable", "3"}, "####"},
   };
   for (const auto& c : cases) {
     std::vector<std::string> arguments = {"snapshot", cloud, "-o", picture};

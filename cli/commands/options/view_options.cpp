@@ -4,6 +4,7 @@
 #include "cli/commands/options/typed_option.h"
 #include "host/render.h"
 
+#include <cmath>
 #include <regex>
 
 namespace cli {
@@ -12,6 +13,34 @@ namespace {
 
 /** Most pixels on a side of a picture. */
 const int kMostPixels = 16384;
+const double kFieldOfView = 45.0, kFieldOfViewInside = 80.0;
+
+/**
+ * Directions of view, as shares of right, up and away from a viewer who looks at the front. Files with z up
+ * have their front in the south.
+ */
+const struct NamedView {
+  const char* name;
+  Vector direction;
+} kViews[] = {{"front", Vector(0, 0, 1)},
+              {"back", Vector(0, 0, -1)},
+              {"left", Vector(1, 0, 0)},
+              {"right", Vector(-1, 0, 0)},
+              {"top", Vector(0, -1, 0)},
+              {"bottom", Vector(0, 1, 0)},
+              {"iso", Vector(-1, -0.816496580927726, 1)}, // each axis is shortened alike
+              {kInsideView, Vector(0, 0, 1)}};
+
+const NamedView* FindView(const std::string& name) {
+  for (const NamedView& view : kViews)
+    if (name == view.name) return &view;
+  return nullptr;
+}
+
+std::string ParseView(const std::string& name) {
+  if (!FindView(name)) throw UsageError{"expected front, back, left, right, top, bottom, iso or inside"};
+  return name;
+}
 
 /** "WxH" */
 PictureSize ParseSize(const std::string& text) {
@@ -32,6 +61,35 @@ double ParseFieldOfView(const std::string& text) {
   return ParseNumberWithin(text, 1.0, 170.0);
 }
 
+double ParseFit(const std::string& text) {
+  const double fit = ParseNumberWithin(text, 0.0, 1000.0);
+  if (fit < 0.01) throw UsageError{"expected a number from 0.01 to 1000"};
+  return fit;
+}
+
+bool ParseUp(const std::string& text) {
+  if (text != "y" && text != "z") throw UsageError{"expected y or z"};
+  return text == "y";
+}
+
+/** Axes of a viewer who looks at the front, in world space. */
+struct ViewerAxes {
+  Vector right, up, away;
+  Vector Place(const Vector& shares) const { return !(right * shares.x + up * shares.y + away * shares.z); }
+};
+ViewerAxes AxesOf(const ViewOptions& view) {
+  // World y is the z of files, world z their y. Programs with y up look at the front against their z.
+  if (view.upIsY) return {Vector(1, 0, 0), Vector(0, 0, 1), Vector(0, -1, 0)};
+  return {Vector(1, 0, 0), Vector(0, 1, 0), Vector(0, 0, 1)};
+}
+
+/** From amid the points, which are densest around the scanner, looking level. */
+void StandInside(const WorldExtent& extent, const ViewerAxes& axes, host::ViewCamera* camera) {
+  const Vector size = extent.high - extent.low;
+  camera->position = extent.middle;
+  camera->target = camera->position + axes.away * std::max(0.25 * size.GetLength(), 1e-3);
+}
+
 } // namespace
 
 void AddView(CLI::App& command, ViewOptions& view) {
@@ -43,26 +101,60 @@ void AddView(CLI::App& command, ViewOptions& view) {
   for (CLI::Option* position : {camera, target}) position->delimiter(',')->expected(3)->type_name("NUMBER");
   camera->needs(target);
   target->needs(camera);
+  command.add_flag("--camera-survey", view.survey, "--camera and --target are coordinates of the files")
+      ->needs(camera);
   AddTyped(command, "--fov", view.fieldOfView, ParseFieldOfView, "Vertical field of view, 1 to 170 degrees")
       ->type_name("DEGREES");
+  CLI::Option* named = AddTyped(command, "--view", view.view, ParseView,
+                                "front, back, left, right, top, bottom, iso or inside")
+                           ->type_name("NAME");
+  CLI::Option* fit = AddTyped(command, "--fit", view.fit, ParseFit,
+                              "Size of the cloud in the picture; 1 fills it, 2 is twice as large")
+                         ->type_name("FACTOR");
+  for (CLI::Option* framed : {named, fit}) framed->excludes(camera);
+  command.add_flag("--ortho", view.parallel, "Without perspective");
+  AddTyped(command, "--roll", view.roll, ParseNumber, "Turn the picture clockwise")->type_name("DEGREES");
+  AddTyped(command, "--up", view.upIsY, ParseUp, "y or z: which axis of the files is shown upwards, z")
+      ->type_name("AXIS");
+  command.add_flag("--print-camera", view.print, "Print the camera as options for the next call");
 }
 
 void CheckView(const ViewOptions& view) {
   if (view.camera && *view.camera == *view.target)
     throw UsageError{"--camera: the camera stands on its --target and looks nowhere"};
+  if (view.view == kInsideView && view.parallel)
+    throw UsageError{"--ortho: has no effect with --view inside; a view without perspective has no place"};
 }
 
-host::ViewCamera CameraOf(const ViewOptions& view, const WorldExtent& extent) {
+host::ViewCamera CameraOf(const ViewOptions& view, const WorldExtent& extent, bool wholeTurn) {
+  const ViewerAxes axes = AxesOf(view);
+  const bool inside = view.view == kInsideView && !view.camera;
   host::ViewCamera camera;
-  camera.fieldOfView = view.fieldOfView;
+  camera.fieldOfView = view.fieldOfView.value_or(inside ? kFieldOfViewInside : kFieldOfView);
+  camera.up = axes.up;
+  camera.roll = view.roll;
+  camera.parallel = view.parallel;
   if (view.camera) {
     camera.position = *view.camera;
     camera.target = *view.target;
-  } else if (extent.valid) {
-    camera =
-        host::FrameBox(extent.low, extent.high, view.fieldOfView, (double)view.size.width / view.size.height);
+    return camera;
   }
-  return camera;
+  if (!extent.valid) return camera;
+  if (inside) {
+    StandInside(extent, axes, &camera);
+    return camera;
+  }
+  host::Framing framing;
+  framing.low = extent.low;
+  framing.high = extent.high;
+  framing.aspect = (double)view.size.width / view.size.height;
+  framing.size = view.fit;
+  framing.wholeTurn = wholeTurn;
+  if (const NamedView* named = FindView(view.view))
+    framing.forward = axes.Place(named->direction);
+  else if (view.upIsY)
+    framing.forward = axes.Place(host::Framing::UsualDirection());
+  return host::FrameBox(camera, framing);
 }
 
 } // namespace cli

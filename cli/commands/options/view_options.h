@@ -5,8 +5,12 @@
 
 #include <CLI/CLI.hpp>
 #include <optional>
+#include <string>
 
 namespace cli {
+
+/** The view from amid the points. */
+const char* const kInsideView = "inside";
 
 struct PictureSize {
   int width = 1280, height = 720; ///< pixels
@@ -14,23 +18,31 @@ struct PictureSize {
 
 struct ViewOptions {
   PictureSize size;
-  std::optional<Vector> camera, target; ///< both or neither, world space
-  double fieldOfView = 45.0;            ///< vertical, degrees
+  std::optional<Vector> camera, target; ///< both or neither
+  bool survey = false;                  ///< they are in file coordinates, not in world space
+  std::string view;                     ///< "front" and so on, or empty
+  std::optional<double> fieldOfView;    ///< vertical, degrees
+  double fit = 1.0;                     ///< size of the cloud in the picture
+  double roll = 0.0;                    ///< degrees, clockwise
+  bool parallel = false;
+  bool upIsY = false; ///< of the files: their y is shown upwards, not their z
+  bool print = false; ///< print the camera as options
 };
 
-/** --size, --camera, --target and --fov. */
+/** --size, --camera, --target, --fov, and what chooses a view without coordinates. */
 void AddView(CLI::App& command, ViewOptions& view);
 
-/** Throws UsageError for a camera that stands on its target. */
+/** Throws UsageError for a camera that stands on its target, and for options that exclude each other. */
 void CheckView(const ViewOptions& view);
 
 /** What the view shows when nobody chose a camera: a box in world space, if there is anything. */
 struct WorldExtent {
   Vector low, high;
+  Vector middle; ///< as many points on each side of it, on each axis; for the view from inside
   bool valid = false;
 };
 
-/** The chosen camera, else one that has the whole box in the picture. */
-host::ViewCamera CameraOf(const ViewOptions& view, const WorldExtent& extent);
+/** The chosen camera, else one that has the whole box in the picture, over a whole turn if asked for. */
+host::ViewCamera CameraOf(const ViewOptions& view, const WorldExtent& extent, bool wholeTurn = false);
 
 } // namespace cli

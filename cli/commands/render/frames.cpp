@@ -11,7 +11,7 @@ host::ViewCamera GoToFrame(CloudSession& session, const RenderPlan& plan, const 
   BaseDocument* doc = session.Document();
   doc->SetTime(BaseTime((Real)frame, (Real)doc->GetFps()));
   const FrameRange frames = plan.Frames();
-  return TurnedCamera(camera, plan.turn * ((double)(frame - frames.first) / frames.Count()));
+  return host::TurnedCamera(camera, plan.turn * ((double)(frame - frames.first) / frames.Count()));
 }
 
 host::Picture PictureOf(const host::RenderBuffer& buffer) {

@@ -7,6 +7,7 @@
 #include "cli/commands/render/recorder.h"
 #include "host/render.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <regex>
 #include <set>
@@ -31,6 +32,9 @@ Pixel ParsePixel(const std::string& text) {
     throw UsageError{"expected X,Y, counted from 0,0 at the top left"};
   return {std::stoi(match[1]), std::stoi(match[2])};
 }
+
+/** Of a picture's side that a preview has. */
+const int kPreviewPart = 4;
 
 /** An option without effect is a slip, and the picture would not be the one that was wanted. */
 void CheckTogether(const RenderPlan& plan) {
@@ -112,7 +116,10 @@ void AddPictureOptions(CLI::App& command, RenderPlan& plan, const std::string& f
   AddTyped(command, "--ground-mirror", plan.groundMirror, ParseShare,
            "Share of light that the ground mirrors, 0 to 1")
       ->type_name("NUMBER");
-  command.add_option("--supersample", plan.supersample, "N x N rays a pixel, 2")->check(CLI::Range(1, 16));
+  CLI::Option* supersample = command.add_option("--supersample", plan.supersample, "N x N rays a pixel, 2")
+                                 ->check(CLI::Range(1, 16));
+  command.add_flag("--preview", plan.preview, "A quarter of the width and height, and one ray a pixel")
+      ->excludes(supersample);
   command.add_option("--depth", plan.depth, "Bits a sample: 8, 16 or 32")->check(CLI::IsMember({8, 16, 32}));
   AddTyped(command, "--frames", plan.frames, ParseFrames, "Frames of an animation")->type_name("FIRST-LAST");
   AddTyped(command, "--turn", plan.turn, ParseNumber,
@@ -128,8 +135,7 @@ void AddRenderOptions(CLI::App& command, RenderPlan& plan) {
   AddPictureOptions(command, plan, "PNG, TIFF or EXR");
   AddPath(command, "--record", plan.record, "Folder in which the recorder stores each frame with 16 bits")
       ->type_name("FOLDER");
-  AddTyped(command, "--pixel", plan.pixel, ParsePixel,
-           "X,Y: print what the ray through this pixel does instead")
+  AddTyped(command, "--pixel", plan.pixel, ParsePixel, "X,Y: print what the rays of this pixel do instead")
       ->type_name("NUMBER")
       ->delimiter(',')
       ->expected(2)
@@ -137,6 +143,11 @@ void AddRenderOptions(CLI::App& command, RenderPlan& plan) {
 }
 
 void CheckPlan(RenderPlan& plan) {
+  if (plan.preview) {
+    plan.supersample = 1;
+    for (int* side : {&plan.view.size.width, &plan.view.size.height})
+      *side = std::max(1, *side / kPreviewPart);
+  }
   CheckView(plan.view);
   CheckTogether(plan);
   if (plan.pixel) {

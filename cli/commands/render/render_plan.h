@@ -23,6 +23,7 @@ struct RenderPlan {
   std::optional<double> groundHeight; ///< world units; without it just below the lowest point
   double groundMirror = 0.0;          ///< share of light
   int supersample = 2;                ///< rays a pixel and axis
+  bool preview = false;               ///< a quarter of the size, one ray a pixel
   int threads = 0;                    ///< 0 for all cores
   Vector background{0xc3 / 255.0, 0xd2 / 255.0, 0xe2 / 255.0};
 

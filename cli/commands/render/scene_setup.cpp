@@ -1,11 +1,14 @@
 #include "cli/commands/render/scene_setup.h"
 
-#include "cli/commands/render/height_colors.h"
+#include "cli/commands/options/camera_choice.h"
+#include "cli/session/cloud_colors.h"
+#include "cli/session/cloud_extent.h"
 #include "cli/session/cloud_parameters.h"
 #include "cli/text/format.h"
 #include "host/render.h"
 #include "host/viewport.h"
 #include "otallyframe.h"
+#include "vpkelvrarender.h"
 
 #include <algorithm>
 #include <cmath>
@@ -15,9 +18,9 @@ namespace cli {
 
 namespace {
 
-WorldExtent ExtentOf(const CloudSession& session) {
+WorldExtent ExtentOf(const CloudSession& session, std::string* note) {
   WorldExtent extent;
-  extent.valid = session.Extent(&extent.low, &extent.high);
+  extent.valid = FramedExtent(session, &extent.low, &extent.high, note);
   return extent;
 }
 
@@ -25,17 +28,14 @@ WorldExtent ExtentOf(const CloudSession& session) {
 const double kRadiusPerSpacing = 1.1;
 const double kLeastRadius = 0.05;
 
-/** Distance in scene units between neighbouring 32-bit numbers at the cloud's coordinates. */
-double StorageStep(const CloudStats& stats, const Vector& displaySize) {
-  const Box source = stats.Bounds();
-  double step = 0.0;
-  for (int axis = 0; axis < 2; ++axis) { // file x and y, which are the display's x and z
-    const double width = source.max[axis] - source.min[axis];
-    const double most = std::max(std::abs(source.min[axis]), std::abs(source.max[axis]));
-    if (!(width > 0.0) || !(most > 0.0)) continue;
-    step = std::max(step, std::ldexp(1.0, std::ilogb(most) - 23) * displaySize[axis * 2] / width);
-  }
-  return step;
+/** Of a cloud, or of a video post, whose parameter has the same number. */
+void SetRadius(BaseContainer* data, double wanted, std::vector<std::string>* notes) {
+  static_assert((LONG)KELVRA_POINT_RADIUS == (LONG)KELVRA_RENDER_POINT_RADIUS, "they share one number");
+  const double radius = std::max(kLeastRadius, wanted);
+  if (!(radius < 1e6)) return;
+  data->SetReal(KELVRA_POINT_RADIUS, radius);
+  notes->push_back("point radius " + Fixed(radius, 3) +
+                   ", chosen by density (--set point_radius=... to change it)");
 }
 
 /**
@@ -46,18 +46,23 @@ double StorageStep(const CloudStats& stats, const Vector& displaySize) {
 void ChooseRadius(CloudSession& session, BaseObject* cloud, std::vector<std::string>* notes) {
   BaseContainer* data = cloud->GetDataInstance();
   if (session.WasSet(KELVRA_POINT_RADIUS) || data->FindIndex(KELVRA_POINT_RADIUS) != NOTOK) return;
-  CloudStats stats;
-  Vector low, high;
-  if (!ReadCloudStats(cloud, &stats) || stats.Points() < 1 || !host::WorldBox(cloud, &low, &high)) return;
-  const Vector size = high - low;
-  // The largest face of the box: most scans are surfaces seen from one side.
-  const double area = std::max({size.x * size.z, size.x * size.y, size.y * size.z});
-  const double spacing = std::max(std::sqrt(area / (double)stats.Points()), StorageStep(stats, size));
-  const double radius = std::max(kLeastRadius, kRadiusPerSpacing * spacing);
-  if (!(radius < 1e6)) return;
-  data->SetReal(KELVRA_POINT_RADIUS, radius);
-  notes->push_back("point radius " + Fixed(radius, 3) +
-                   ", chosen by density (--set point_radius=... to change it)");
+  const double spacing = MeanSpacing(cloud);
+  if (!(spacing > 0.0)) return;
+  SetRadius(data, kRadiusPerSpacing * spacing, notes);
+}
+
+/** The same for a point object or a spline that a video post has rendered: it stands for a cloud. */
+void ChooseRadiusOfGeometry(BaseDocument* doc, std::vector<std::string>* notes) {
+  for (BaseVideoPost* post = doc->GetActiveRenderData()->GetFirstVideoPost(); post; post = post->GetNext()) {
+    BaseContainer* data = post->GetDataInstance();
+    BaseObject* linked = data->GetObjectLink(KELVRA_RENDER_OBJECT, doc);
+    if (!linked || (linked->GetType() != Opolygon && linked->GetType() != Ospline)) continue;
+    if (data->FindIndex(KELVRA_RENDER_POINT_RADIUS) != NOTOK) continue;
+    Vector low, high;
+    const LONG points = static_cast<PointObject*>(linked)->GetPointCount();
+    if (points < 1 || !host::WorldBox(linked, &low, &high)) continue;
+    SetRadius(data, kRadiusPerSpacing * SpacingOf(high - low, points), notes);
+  }
 }
 
 /** A square below the cloud, several times its size. */
@@ -96,21 +101,17 @@ WorldExtent WithDiscs(const CloudSession& session, WorldExtent extent) {
 
 } // namespace
 
-host::ViewCamera TurnedCamera(const host::ViewCamera& camera, double degrees) {
-  host::ViewCamera turned = camera;
-  const Vector arm = camera.position - camera.target;
-  const double c = std::cos(Rad(degrees)), s = std::sin(Rad(degrees));
-  turned.position = camera.target + Vector(arm.x * c + arm.z * s, arm.y, arm.z * c - arm.x * s);
-  return turned;
-}
-
 RenderScene PrepareScene(CloudSession& session, const RenderPlan& plan) {
   RenderScene scene;
   for (BaseObject* cloud : session.Clouds()) {
     ChooseRadius(session, cloud, &scene.notes);
-    if (RenderByHeight(session, cloud)) scene.notes.push_back("shown by height: the cloud has no colours");
+    const std::string colors = ColorIfPlain(session, cloud);
+    if (!colors.empty()) scene.notes.push_back(colors);
   }
-  const WorldExtent extent = ExtentOf(session);
+  if (session.Clouds().empty()) ChooseRadiusOfGeometry(session.Document(), &scene.notes);
+  std::string apart;
+  const WorldExtent extent = ExtentOf(session, &apart);
+  if (!apart.empty() && !plan.view.camera) scene.notes.push_back(apart);
   bool hasLight = false;
   for (BaseObject* op = session.Document()->GetFirstObject(); op; op = op->GetNext())
     hasLight = hasLight || op->GetType() == Olight;
@@ -124,7 +125,8 @@ RenderScene PrepareScene(CloudSession& session, const RenderPlan& plan) {
   render.height = plan.view.size.height;
   render.supersample = plan.supersample;
   render.threads = plan.threads;
-  render.camera = CameraOf(plan.view, WithDiscs(session, extent));
+  render.camera = CameraFor(session, plan.view, WithDiscs(session, extent), plan.turn != 0.0);
+  if (plan.view.print) scene.notes.push_back(CameraText(session, plan.view, render.camera));
   render.background = plan.background;
   return scene;
 }

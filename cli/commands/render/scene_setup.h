@@ -15,7 +15,4 @@ struct RenderScene {
 
 RenderScene PrepareScene(CloudSession& session, const RenderPlan& plan);
 
-/** The camera turned around the vertical through its target, degrees, clockwise from above. */
-host::ViewCamera TurnedCamera(const host::ViewCamera& camera, double degrees);
-
 } // namespace cli

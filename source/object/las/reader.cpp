@@ -18,7 +18,7 @@ namespace kelvra {
 
 LasFile::LasFile() = default;
 
-bool LasFile::Open(const std::string& path) {
+bool LasFile::Open(const std::string& path, Intensities intensities) {
   library_.reset();
   refusal_.clear();
   libraryMessages_.clear();
@@ -33,7 +33,7 @@ bool LasFile::Open(const std::string& path) {
     findings_ = ValidateLas(*file_);
     if (!findings_.complaints.empty()) problem = findings_.complaints.front();
   }
-  if (problem.empty() && !OpenLibrary(path))
+  if (problem.empty() && !OpenLibrary(path, intensities))
     problem = "LASlib cannot open it" + (libraryMessages_.empty() ? "" : ": " + libraryMessages_.front());
   if (!problem.empty()) {
     library_.reset();
@@ -114,8 +114,9 @@ LASreader* OpenPatched(LasStream& stream) {
 }
 
 // The library's point reader on our own stream rather than on the C file that the opener reads through.
-std::unique_ptr<LASreadPoint> StartPoints(const LasHeader& header, LASreader& reader, LasStream& stream) {
-  auto points = std::make_unique<LASreadPoint>(kLayers);
+std::unique_ptr<LASreadPoint> StartPoints(const LasHeader& header, LASreader& reader, LasStream& stream,
+                                          U32 layers) {
+  auto points = std::make_unique<LASreadPoint>(layers);
   LASzip* compression = reader.header.laszip;
   const bool ready = compression ? points->setup(compression->num_items, compression->items, compression)
                                  : points->setup(reader.point.num_items, reader.point.items);
@@ -125,7 +126,9 @@ std::unique_ptr<LASreadPoint> StartPoints(const LasHeader& header, LASreader& re
 
 } // namespace
 
-bool LasFile::OpenLibrary(const std::string& path) {
+bool LasFile::OpenLibrary(const std::string& path, Intensities intensities) {
+  const U32 layers = kLayers | (intensities == kReadIntensities ? LASZIP_DECOMPRESS_SELECTIVE_INTENSITY : 0);
+  wantsIntensity_ = intensities == kReadIntensities;
   library_ = std::make_unique<Library>(*file_, findings_);
 #if KELVRA_LASLIB_BUILT
   kelvra_las_message(&LasFile::OnMessage, this);
@@ -139,7 +142,7 @@ bool LasFile::OpenLibrary(const std::string& path) {
     }
     library_->reserve.Check();
     if (!library_->reader) return false;
-    library_->points = StartPoints(findings_.header, *library_->reader, library_->stream);
+    library_->points = StartPoints(findings_.header, *library_->reader, library_->stream, layers);
   } catch (const std::bad_alloc&) {
     throw;
   } catch (...) {
@@ -183,6 +186,8 @@ void LasFile::Get(LasPoint& point) const {
   // The library's plain classification is 0 for the classes above 31 of point formats 6 to 10.
   point.classification = from.extended_point_type ? from.extended_classification : from.classification;
   point.keyPoint = from.keypoint_flag;
+  point.returnNumber = from.extended_point_type ? from.extended_return_number : from.return_number;
+  point.intensity = wantsIntensity_ ? from.intensity : std::uint16_t{0};
 }
 
 #else
@@ -194,7 +199,7 @@ LasFile::~LasFile() = default;
 bool LasFile::Available() {
   return false;
 }
-bool LasFile::OpenLibrary(const std::string&) {
+bool LasFile::OpenLibrary(const std::string&, Intensities) {
   return false;
 }
 bool LasFile::HasColor() const {

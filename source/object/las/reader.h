@@ -12,6 +12,8 @@ struct LasPoint {
   std::uint16_t r, g, b;       // 0 where the point format carries no colour
   std::uint8_t classification; // 0 to 31 in point formats 0 to 5, else 0 to 255
   bool keyPoint;               // bit 6 of the classification byte, or its equivalent in point formats 6 to 10
+  std::uint8_t returnNumber;   // as in the file: 1 for the first return of a pulse
+  std::uint16_t intensity;     // 0 unless Open was told that it is wanted
 };
 
 // At most one LasFile of a thread receives the library's messages: the one opened last.
@@ -23,8 +25,10 @@ public:
   LasFile& operator=(const LasFile&) = delete;
 
   // Checks and opens the file, `path` being UTF-8. False when it is refused: Refusal() says why, in one
-  // sentence without the file's name. May throw std::bad_alloc.
-  bool Open(const std::string& path);
+  // sentence without the file's name. Intensities of newer compressed files are decoded only where they are
+  // wanted. May throw std::bad_alloc.
+  enum Intensities { kSkipIntensities, kReadIntensities };
+  bool Open(const std::string& path, Intensities intensities = kSkipIntensities);
   const std::string& Refusal() const { return refusal_; }
 
   // What the checks found. Its number of readable points bounds how often Next can return true.
@@ -46,7 +50,7 @@ public:
 
 private:
   struct Library;
-  bool OpenLibrary(const std::string& path);
+  bool OpenLibrary(const std::string& path, Intensities intensities);
   static void OnMessage(void* context, const char* text);
 
   LasFindings findings_;
@@ -55,6 +59,7 @@ private:
   std::unique_ptr<FileBytes> file_;
   std::unique_ptr<Library> library_;
   std::uint64_t remaining_ = 0; // points that may still be asked for
+  bool wantsIntensity_ = false;
 };
 
 } // namespace kelvra

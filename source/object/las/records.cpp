@@ -68,6 +68,20 @@ struct LoopResult {
   unsigned colorBits = 0; // of all colour components together
 };
 
+std::uint32_t ValueOf(const LasPoint& point, LasAttribute attribute) {
+  switch (attribute) {
+  case LasAttribute::kIntensity:
+    return point.intensity;
+  case LasAttribute::kClass:
+    return point.classification;
+  case LasAttribute::kReturnNumber:
+    return point.returnNumber;
+  case LasAttribute::kNone:
+    break;
+  }
+  return 0;
+}
+
 void FillRecord(const LasPoint& point, bool hasColor, SourceRecord& record, unsigned& colorBits) {
   LasColor color = {point.r, point.g, point.b};
   if (!hasColor) color = ColorOfClass(point.classification, point.z);
@@ -112,6 +126,8 @@ LoopResult ReadPoints(LasFile& file, const LasReadOptions& options, const Plan& 
     if (cloud.key > 1 && (point.classification & 31) == 0) continue;
     box.Add(point.x, point.y, point.z);
     FillRecord(point, hasColor, cloud.records[kept], result.colorBits);
+    if (options.attribute != LasAttribute::kNone)
+      cloud.records[kept].intensity = ValueOf(point, options.attribute);
     ++kept;
     if ((kept & kProgressMask) == 0 && !meter.Report(kept)) {
       result.stopped = true;
@@ -275,7 +291,8 @@ LasCloud ReadLas(const std::string& path, const LasReadOptions& options, RecordM
   LasCloud cloud;
   try {
     LasFile file;
-    if (file.Open(path)) {
+    if (file.Open(path, options.attribute == LasAttribute::kIntensity ? LasFile::kReadIntensities
+                                                                      : LasFile::kSkipIntensities)) {
       Load(file, options, memory, progress, cloud);
     } else {
       cloud.report.Refuse(file.Refusal());

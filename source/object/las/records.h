@@ -20,12 +20,16 @@ public:
   virtual void Free(void* memory) = 0;
 };
 
+// What a record's intensity field holds of a LAS point.
+enum class LasAttribute { kNone, kIntensity, kClass, kReturnNumber };
+
 struct LasReadOptions {
   std::int64_t limit = 60000000;        // at most limit + 1 points are kept; none below 0
   std::int64_t step = 1;                // every step-th point is kept; values below 1 count as 1
   std::int64_t most = kMostBlockPoints; // kept points at which the load ends whatever the limit
   std::function<bool()> stopped;        // asked once per 1,024 points that are read; true ends the load
-  bool refuseDoubtful = false;          // a file that announces far more points than its bytes usually hold
+  LasAttribute attribute = LasAttribute::kNone;
+  bool refuseDoubtful = false; // a file that announces far more points than its bytes usually hold
 };
 
 // Points kept so far, points that a whole load would keep, and the whole percentage; false stops the load.

@@ -4,6 +4,7 @@
 #include "cloud/local_origin.h"
 #include "host_text.h"
 #include "object/las/records.h"
+#include "object/load/attribute_colors.h"
 #include "object/load/loaded_file.h"
 
 #include <algorithm>
@@ -70,6 +71,7 @@ void LoadLasFile(const std::string& path, const LoadOptions& options, LoadedFile
   read.limit = options.limit;
   read.step = options.everyNth;
   read.stopped = [] { return UserStopped() != FALSE; };
+  read.attribute = AttributeFor(options.colorBy);
   read.refuseDoubtful = options.refuseDoubtful != FALSE;
   LasCloud cloud = ReadLas(path, read, memory, [](std::int64_t kept, std::int64_t total, int percent) {
     ShowLoading(kept, total, percent);
@@ -81,6 +83,7 @@ void LoadLasFile(const std::string& path, const LoadOptions& options, LoadedFile
       options.choosesOrigin ? ChooseOrigin(Bounds(cloud), cloud.pointBox, cloud.scale) : options.origin;
   loaded.fileStep = std::max({std::abs(cloud.scale[0]), std::abs(cloud.scale[1]), std::abs(cloud.scale[2])});
   const Bool filled = FillBlock(cloud.records, (LONG)loaded.report.kept, 1, loaded.origin, loaded.block);
+  if (filled) ColorByAttribute(cloud.records, read.attribute, options, loaded);
   memory.Free(cloud.records);
   if (!filled) {
     RefuseForMemory(loaded);

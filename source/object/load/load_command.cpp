@@ -98,6 +98,7 @@ public:
     LoadOptions options = target_.options;
     options.choosesOrigin = options.localOrigin && target_.store.CountBlocks() == 0;
     options.origin = target_.origin;
+    options.rampRange = target_.rampRange;
     loaded.choseOrigin = options.choosesOrigin;
     try {
       LoadFile(file, options, loaded);
@@ -119,10 +120,9 @@ private:
     NoteAbsurdExtent(block, loaded.report);
     block.Finish(kFinishRecomputeBox);
     if (block.header.key > 1) block.Finish(kFinishRecomputeBox);
-    if (Merge(block))
-      target_.origin = loaded.origin;
-    else
-      RefuseForMemory(loaded);
+    if (!Merge(block)) return RefuseForMemory(loaded);
+    target_.origin = loaded.origin;
+    if (loaded.rampRange.valid) target_.rampRange = loaded.rampRange;
   }
 
   Bool Merge(PointBlock& block) {

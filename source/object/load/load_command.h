@@ -23,6 +23,8 @@ struct LoadTarget {
   LoadOptions options;
   /** Counts the stored points; changes with the first file when the options ask for a local origin. */
   LVector& origin;
+  /** Values that the colours of loaded points stand for; a later file keeps those of the first. */
+  RampRange& rampRange;
   /** Called once before the store changes; the object records its undo step here. */
   std::function<void()> beforeChange;
 };

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "c4d.h"
+#include "cloud/height_colors.h"
 #include "cloud/load_report.h"
 #include "cloud/point_block.h"
 
@@ -19,8 +20,11 @@ struct LoadOptions {
   Bool localOrigin = FALSE; ///< the object takes an origin from the first file that is loaded into it
   /** The same, and there is no point yet: the file gives the origin. Otherwise it counts from `origin`. */
   Bool choosesOrigin = FALSE;
-  LVector origin;              ///< file axes
-  LONG fitText = 0;            ///< KELVRA_FIT_TEXT_OFF and so on; without effect when localOrigin is off
+  LVector origin;   ///< file axes
+  LONG fitText = 0; ///< KELVRA_FIT_TEXT_OFF and so on; without effect when localOrigin is off
+  LONG colorBy = 0; ///< KELVRA_LOAD_COLOR_FILE and so on
+  RampSettings ramp;
+  RampRange rampRange;         ///< of the points that are there; invalid where the file gives its own
   Bool refuseDoubtful = FALSE; ///< files that announce more points than their bytes are likely to hold
 };
 
@@ -30,6 +34,7 @@ struct LoadedFile {
   LVector origin;           ///< that the block counts from
   Bool choseOrigin = FALSE; ///< the origin is this file's own choice
   LReal fileStep = 0.0;     ///< coarsest step of the file's coordinates
+  RampRange rampRange;      ///< of the values that its colours stand for
 };
 
 /** Both fill the block, its header and its settings. `path` is UTF-8. */

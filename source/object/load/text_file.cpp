@@ -3,6 +3,7 @@
 #include "cloud/local_origin.h"
 #include "grouped_number.h"
 #include "host_text.h"
+#include "object/load/attribute_colors.h"
 #include "object/load/loaded_file.h"
 #include "otallyframe.h"
 #include "text/text_driver.h"
@@ -126,7 +127,15 @@ void FillPoints(const TextResult& text, const LoadOptions& options, LoadedFile& 
   loaded.origin = options.choosesOrigin ? ChooseOrigin(text.box, text.box, step) : options.origin;
   loaded.fileStep = kTextStep;
   if (!FillBlock(text.points, text.count, kTextColorMultiplier, loaded.origin, loaded.block))
-    RefuseForMemory(loaded);
+    return RefuseForMemory(loaded);
+  const LasAttribute attribute = AttributeFor(options.colorBy);
+  if (attribute == LasAttribute::kNone) return;
+  if (attribute == LasAttribute::kIntensity && loaded.report.reader == kReaderPts)
+    ColorByAttribute(text.points, attribute, options, loaded);
+  else
+    loaded.report.Note(
+        NoteSeverity::kWarning,
+        "the file has no column that Color at Load asks for: its points keep the colours that it gives");
 }
 
 TextResult ReadText(BaseFile* file, Bool pts, const LoadOptions& options) {

@@ -203,6 +203,8 @@ RENDERRESULT Gather(VoxelData& data, const Source& collected, BaseVideoPost* pos
   RenderObjectRecord record;
   UWORD index = 0;
   if (!FillRecord(settings, source.global, &record)) return RENDERRESULT_OUTOFMEMORY;
+  record.source = source.op;
+  record.firstItem = (LONG)data.items.size;
   if (!data.AddRecord(record, &index)) {
     FreeRecord(record);
     return RENDERRESULT_OUTOFMEMORY;

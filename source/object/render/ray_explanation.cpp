@@ -37,7 +37,8 @@ const char* Ending(LLONG count) {
 /** Writes each step of a trace as a line. */
 class Lines : public TraceObserver {
 public:
-  explicit Lines(String& text) : text_(text) {}
+  Lines(String& text, const VoxelData& data, PointDescriber describe)
+      : text_(text), data_(data), describe_(describe) {}
 
   void Add(const char* format, ...) {
     char line[256];
@@ -82,6 +83,9 @@ public:
           "left",
           shaded_, hit.item, hit.entry, hit.exit, shaded.opacity, shaded.weight, color.x, color.y, color.z,
           shaded.left);
+    const RenderObjectRecord& record = data_.records.data[data_.items.data[hit.item].recordIndex];
+    const String point = describe_(record.source, (LONG)hit.item - record.firstItem);
+    if (point.Content()) text_ += "     " + point + "\n";
   }
   void End(const TracedLight& light) {
     if (!clipped_)
@@ -102,17 +106,19 @@ private:
   }
 
   String& text_;
+  const VoxelData& data_;
+  PointDescriber describe_;
   Bool clipped_ = FALSE;
   LONG lines_ = 0, filled_ = 0, empty_ = 0, found_ = 0, different_ = 0, shaded_ = 0;
 };
 
 } // namespace
 
-Bool ExplainRay(const RenderScene& scene, KelvraRayExplanation& explanation) {
+Bool ExplainRay(const RenderScene& scene, PointDescriber describe, KelvraRayExplanation& explanation) {
   if (!scene.lists) return FALSE;
   VolumeData& vd = *explanation.vd;
   const TracedRay ray = VolumetricRay(vd);
-  Lines lines(*explanation.text);
+  Lines lines(*explanation.text, scene.data, describe);
   lines.Add("ray from (%.6g, %.6g, %.6g) along (%.6f, %.6f, %.6f)", ray.origin.x, ray.origin.y, ray.origin.z,
             vd.ray->v.x, vd.ray->v.y, vd.ray->v.z);
   if (ray.farLimit < kNoSurface)

@@ -7,7 +7,11 @@
 
 namespace kelvra {
 
+/** What a person should know about one of an object's points: its file, its place there; empty for nothing.
+ */
+typedef String (*PointDescriber)(BaseObject* source, LONG number);
+
 /** Traces the ray as the renderer would and writes each step. FALSE while nothing is rendered. */
-Bool ExplainRay(const RenderScene& scene, KelvraRayExplanation& explanation);
+Bool ExplainRay(const RenderScene& scene, PointDescriber describe, KelvraRayExplanation& explanation);
 
 } // namespace kelvra

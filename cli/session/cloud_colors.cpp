@@ -1,0 +1,47 @@
+#include "cli/session/cloud_colors.h"
+
+#include "cli/session/cloud_parameters.h"
+#include "cli/text/format.h"
+#include "host/application.h"
+#include "otallyframe.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace cli {
+
+namespace {
+
+/** Decimals that tell the ends of a range apart. */
+int DecimalsFor(double range) {
+  if (!(range > 0.0)) return 2;
+  return (int)std::clamp(2.0 - std::floor(std::log10(range)), 0.0, 6.0);
+}
+
+std::string RampWithoutEffect(const CloudSession& session) {
+  for (const CloudSession::Setting& setting : session.Settings())
+    if (setting.id == KELVRA_RAMP || setting.id == KELVRA_RAMP_LOW || setting.id == KELVRA_RAMP_HIGH)
+      return "--set " + setting.name +
+             ": has no effect: the cloud keeps the colours of its files (--set load_color=height or "
+             "load_color=intensity replaces them)";
+  return std::string();
+}
+
+} // namespace
+
+std::string ColorIfPlain(CloudSession& session, BaseObject* cloud) {
+  BaseContainer* data = cloud->GetDataInstance();
+  const LONG chosen = data->GetLong(KELVRA_LOAD_COLOR);
+  CloudStats stats;
+  if (!ReadCloudStats(cloud, &stats) || stats.Points() == 0) return std::string();
+  if (chosen != KELVRA_LOAD_COLOR_FILE) return std::string();
+  // Present although it says what is usual: somebody wants it so.
+  if (data->FindIndex(KELVRA_LOAD_COLOR) != NOTOK || stats.HasColor()) return RampWithoutEffect(session);
+  session.App().PressButton(cloud, KELVRA_COLOR_AGAIN);
+  const double from = RealParameter(cloud, KELVRA_RAMP_FROM), to = RealParameter(cloud, KELVRA_RAMP_TO);
+  const int decimals = DecimalsFor(to - from);
+  return "shown by height, " + Fixed(from, decimals) + " to " + Fixed(to, decimals) +
+         ": the cloud has no colours (--set load_color=... to choose)";
+}
+
+} // namespace cli

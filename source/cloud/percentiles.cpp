@@ -1,0 +1,56 @@
+#include "cloud/percentiles.h"
+
+#include <cstring>
+
+namespace kelvra {
+
+namespace {
+
+const std::size_t kBins = 65536;
+const std::uint32_t kSign = 0x80000000u;
+
+SReal ValueOf(std::uint32_t key) {
+  const std::uint32_t bits = key & kSign ? key ^ kSign : ~key;
+  SReal value;
+  std::memcpy(&value, &bits, sizeof value);
+  return value;
+}
+
+} // namespace
+
+std::uint32_t PercentileSearch::Key(SReal value) {
+  std::uint32_t bits;
+  std::memcpy(&bits, &value, sizeof bits);
+  return bits & kSign ? ~bits : bits ^ kSign;
+}
+
+PercentileSearch::PercentileSearch(LReal lowShare, LReal highShare)
+    : upper_(kBins),
+      wanted_{{FCut(lowShare, 0.0, 1.0), 0, 0, std::vector<std::uint32_t>(kBins)},
+              {FCut(highShare, 0.0, 1.0), 0, 0, std::vector<std::uint32_t>(kBins)}} {}
+
+void PercentileSearch::EndFirst() {
+  for (const std::uint32_t inBin : upper_) count_ += inBin;
+  if (count_ == 0) return;
+  for (Wanted& wanted : wanted_) {
+    wanted.rank = (std::uint64_t)(wanted.share * (LReal)(count_ - 1) + 0.5);
+    for (wanted.bin = 0; wanted.rank >= upper_[wanted.bin]; ++wanted.bin) wanted.rank -= upper_[wanted.bin];
+  }
+}
+
+SReal PercentileSearch::Find(const Wanted& wanted) const {
+  std::uint64_t left = wanted.rank;
+  std::uint32_t lower = 0;
+  for (; left >= wanted.lower[lower]; ++lower) left -= wanted.lower[lower];
+  return ValueOf(wanted.bin << 16 | lower);
+}
+
+FloatRange PercentileSearch::Result() const {
+  FloatRange range;
+  if (count_ == 0) return range;
+  range.low = Find(wanted_[0]);
+  range.high = Find(wanted_[1]);
+  return range;
+}
+
+} // namespace kelvra
