@@ -190,8 +190,8 @@ private:
     // edge shows whatever is met, there is room for everything.
     const LVector halfCell = HalfCell();
     PackedCells& packed = data_.packed;
-    packed.showing = data_.AnyHardEdge() ? kAllShow
-                                         : (SReal)(ReachErrors(halfCell + LVector(1.0), 1.0, error) * 1.00001);
+    packed.showing =
+        data_.AnyHardEdge() ? kAllShow : (SReal)(ReachErrors(halfCell + LVector(1.0), 1.0, error) * 1.00001);
     const LReal most = data_.LargestRadius();
     packed.mostReach =
         PackedReach(most, ReachErrors(halfCell + LVector(most), most, error) * 1.00001, kAllShow);
@@ -243,11 +243,12 @@ private:
     const LLONG walked = (LLONG)grid_->nx * grid_->ny * grid_->nz;
     for (LLONG place = 0; place < walked; ++place) {
       const CellSpan& span = data_.packed.spans[place];
-      if (span.bounds > 0)
-        grouping_.Group(data_.packed, span, data_.leaves.numbers + span.firstNumber, half);
+      if (span.bounds > 0) grouping_.Group(data_.packed, span, data_.leaves.numbers + span.firstNumber, half);
     }
   }
-  LVector HalfCell() const { return LVector(grid_->cellSize[0], grid_->cellSize[1], grid_->cellSize[2]) * 0.5; }
+  LVector HalfCell() const {
+    return LVector(grid_->cellSize[0], grid_->cellSize[1], grid_->cellSize[2]) * 0.5;
+  }
   LVector CentreOfCell(LONG x, LONG y, LONG z) const {
     return LVector(root_->boxMin[0] + (x + 0.5) * grid_->cellSize[0],
                    root_->boxMin[1] + (y + 0.5) * grid_->cellSize[1],
