@@ -80,9 +80,7 @@ void LoadLasFile(const std::string& path, const LoadOptions& options, LoadedFile
   loaded.origin =
       options.choosesOrigin ? ChooseOrigin(Bounds(cloud), cloud.pointBox, cloud.scale) : options.origin;
   loaded.fileStep = std::max({std::abs(cloud.scale[0]), std::abs(cloud.scale[1]), std::abs(cloud.scale[2])});
-  const Bool filled = FillBlock(cloud.records, (LONG)loaded.report.kept, 1, loaded.origin, loaded.block);
-  memory.Free(cloud.records);
-  if (!filled) {
+  if (!FillBlockAndFree(cloud.records, (LONG)loaded.report.kept, 1, loaded.origin, loaded.block)) {
     RefuseForMemory(loaded);
     return;
   }

@@ -87,12 +87,14 @@ void FillDescription(const LoadOptions& options, const TextResult& text, const L
   settings.counts.dropped = report.dropped.noData + report.dropped.notFinite + report.dropped.noMemory;
 }
 
-void FillPoints(const TextResult& text, const LoadOptions& options, LoadedFile& loaded) {
+/** Takes the points from the result. */
+void FillPoints(TextResult& text, const LoadOptions& options, LoadedFile& loaded) {
   const LReal step[3] = {kTextStep, kTextStep, kTextStep};
   loaded.origin = options.choosesOrigin ? ChooseOrigin(text.box, text.box, step) : options.origin;
   loaded.fileStep = kTextStep;
-  if (!FillBlock(text.points, text.count, kTextColorMultiplier, loaded.origin, loaded.block))
+  if (!FillBlockAndFree(text.points, text.count, kTextColorMultiplier, loaded.origin, loaded.block))
     RefuseForMemory(loaded);
+  text.points = NULL;
 }
 
 TextResult ReadText(BaseFile* file, Bool pts, const LoadOptions& options) {
