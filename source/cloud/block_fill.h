@@ -18,4 +18,11 @@ namespace kelvra {
 Bool FillBlock(const SourceRecord* records, LONG count, LONG colorMultiplier, const LVector& origin,
                PointBlock& block);
 
+/**
+ * The same for records in the host's memory, which are freed: converted from the last one on, they are given
+ * back part by part, so that a point takes little more than its record at any time.
+ */
+Bool FillBlockAndFree(SourceRecord* records, LONG count, LONG colorMultiplier, const LVector& origin,
+                      PointBlock& block);
+
 } // namespace kelvra

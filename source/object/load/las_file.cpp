@@ -82,9 +82,15 @@ void LoadLasFile(const std::string& path, const LoadOptions& options, LoadedFile
   loaded.origin =
       options.choosesOrigin ? ChooseOrigin(Bounds(cloud), cloud.pointBox, cloud.scale) : options.origin;
   loaded.fileStep = std::max({std::abs(cloud.scale[0]), std::abs(cloud.scale[1]), std::abs(cloud.scale[2])});
-  const Bool filled = FillBlock(cloud.records, (LONG)loaded.report.kept, 1, loaded.origin, loaded.block);
-  if (filled) ColorByAttribute(cloud.records, read.attribute, options, loaded);
-  memory.Free(cloud.records);
+  const LONG kept = (LONG)loaded.report.kept;
+  Bool filled;
+  if (read.attribute == LasAttribute::kNone) {
+    filled = FillBlockAndFree(cloud.records, kept, 1, loaded.origin, loaded.block);
+  } else { // the colours come from the records, which stay until they are made
+    filled = FillBlock(cloud.records, kept, 1, loaded.origin, loaded.block);
+    if (filled) ColorByAttribute(cloud.records, read.attribute, options, loaded);
+    memory.Free(cloud.records);
+  }
   if (!filled) {
     RefuseForMemory(loaded);
     return;

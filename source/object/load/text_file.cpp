@@ -122,17 +122,23 @@ void FillDescription(const LoadOptions& options, const TextResult& text, const L
   settings.counts.dropped = report.dropped.noData + report.dropped.notFinite + report.dropped.noMemory;
 }
 
-void FillPoints(const TextResult& text, const LoadOptions& options, LoadedFile& loaded) {
+/** Takes the points from the result. */
+void FillPoints(TextResult& text, const LoadOptions& options, LoadedFile& loaded) {
   const LReal step[3] = {kTextStep, kTextStep, kTextStep};
   loaded.origin = options.choosesOrigin ? ChooseOrigin(text.box, text.box, step) : options.origin;
   loaded.fileStep = kTextStep;
-  if (!FillBlock(text.points, text.count, kTextColorMultiplier, loaded.origin, loaded.block))
-    return RefuseForMemory(loaded);
   const LasAttribute attribute = AttributeFor(options.colorBy);
-  if (attribute == LasAttribute::kNone) return;
-  if (attribute == LasAttribute::kIntensity && loaded.report.reader == kReaderPts)
-    ColorByAttribute(text.points, attribute, options, loaded);
-  else
+  if (attribute == LasAttribute::kIntensity && loaded.report.reader == kReaderPts) {
+    // The colours come from the records, which stay until they are made.
+    if (!FillBlock(text.points, text.count, kTextColorMultiplier, loaded.origin, loaded.block))
+      return RefuseForMemory(loaded);
+    return ColorByAttribute(text.points, attribute, options, loaded);
+  }
+  const Bool filled =
+      FillBlockAndFree(text.points, text.count, kTextColorMultiplier, loaded.origin, loaded.block);
+  text.points = NULL;
+  if (!filled) return RefuseForMemory(loaded);
+  if (attribute != LasAttribute::kNone)
     loaded.report.Note(
         NoteSeverity::kWarning,
         "the file has no column that Color at Load asks for: its points keep the colours that it gives");

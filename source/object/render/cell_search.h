@@ -3,11 +3,7 @@
 #pragma once
 
 #include "object/render/packed_cells.h"
-
-#if defined(__SSE2__) || defined(_M_X64)
-#include <emmintrin.h>
-#define KELVRA_SSE2 1
-#endif
+#include "object/render/sse2.h"
 
 namespace kelvra {
 

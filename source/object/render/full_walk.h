@@ -73,7 +73,7 @@ private:
   const CellGrid& grid_;
   const RaySegment& ray_;
   SReal dx_, dy_, dz_;
-  LVector corner_; ///< from the ray's start to the centre of cell (0, 0, 0)
+  LVector corner_;              ///< from the ray's start to the centre of cell (0, 0, 0)
   LReal squaredDiagonal_ = 0.0; ///< of a cell
 };
 

@@ -1,5 +1,6 @@
 // Building the grid: one pass over the items counts what each cell gets, a second one puts it there, and a
 // third one, over the cells, groups what they got. All lists lie in one block, in the order of their places.
+#include "object/render/cell_search.h"
 #include "object/render/voxel_grid.h"
 
 #include <algorithm>
@@ -11,6 +12,8 @@ namespace kelvra {
 
 namespace {
 
+/** Items ahead whose places are fetched. */
+const LLONG kAhead = 16;
 /** Cells with as many items or fewer are not grouped. */
 const ULONG kLeastGrouped = 16;
 
@@ -34,6 +37,7 @@ public:
     CountItems();
     grouped_ = ShouldGroup();
     if (!MakeLeaves()) return FALSE;
+    GeFree(counts_);
     FillCells();
     if (data_.packed.numbers) GroupCells();
     return TRUE;
@@ -81,20 +85,19 @@ private:
     }
     return range;
   }
-  template <class Visit>
-  static void ForEachCell(const CellRange& range, Visit visit) {
-    for (LONG z = range.first[2]; z <= range.last[2]; ++z)
-      for (LONG y = range.first[1]; y <= range.last[1]; ++y)
-        for (LONG x = range.first[0]; x <= range.last[0]; ++x) visit(x, y, z);
-  }
 
   /** Numbers the leaves in the order in which their cells get a first item. */
   void CountItems() {
-    for (LLONG i = 0; i < data_.items.size; ++i)
-      ForEachCell(RangeOf(data_.items.data[i]), [this](LONG x, LONG y, LONG z) {
-        const LLONG place = grid_->IndexOf(x, y, z);
-        if (counts_[place]++ == 0) PlaceLeaf(place, x, y, z);
-      });
+    for (LLONG i = 0; i < data_.items.size; ++i) {
+      if (i + kAhead < data_.items.size) Prefetch(&counts_[FirstPlace(data_.items.data[i + kAhead])], 1);
+      const CellRange range = RangeOf(data_.items.data[i]);
+      for (LONG z = range.first[2]; z <= range.last[2]; ++z)
+        for (LONG y = range.first[1]; y <= range.last[1]; ++y)
+          for (LONG x = range.first[0]; x <= range.last[0]; ++x) {
+            const LLONG place = grid_->IndexOf(x, y, z);
+            if (counts_[place]++ == 0) PlaceLeaf(place, x, y, z);
+          }
+    }
   }
   void PlaceLeaf(LLONG place, LONG x, LONG y, LONG z) {
     grid_->cells[place] = ++leafCount_;
@@ -175,8 +178,9 @@ private:
   /** Puts each item into the lists of all cells that its box overlaps, and packs it there for the walk. */
   void FillCells() {
     // Count again, from 0: now as the number of items that each list holds so far.
-    const LLONG walked = (LLONG)grid_->nx * grid_->ny * grid_->nz;
-    std::memset(counts_, 0, (std::size_t)grid_->TableSize() * sizeof(ULONG));
+    PackedCells& packed = data_.packed;
+    for (LLONG place = 0; place < grid_->TableSize(); ++place) packed.spans[place].count = 0;
+    walked_ = (LLONG)grid_->nx * grid_->ny * grid_->nz;
 
     // Find how exact the centres of cells are: they are rounded like numbers of the size of the box's
     // coordinates.
@@ -184,48 +188,69 @@ private:
     for (LONG axis = 0; axis < 3; ++axis)
       farthest = std::max(
           {farthest, std::abs(root_->boxMin[axis]), std::abs(root_->boxMin[axis] + grid_->extent[axis])});
-    const LReal error = farthest * std::numeric_limits<LReal>::epsilon();
+    error_ = farthest * std::numeric_limits<LReal>::epsilon();
 
     // Find how large errors of items are that lie with their cell and whose radius is below 1. Where a hard
     // edge shows whatever is met, there is room for everything.
-    const LVector halfCell = HalfCell();
-    PackedCells& packed = data_.packed;
-    packed.showing = data_.AnyHardEdge() ? kAllShow
-                                         : (SReal)(ReachErrors(halfCell + LVector(1.0), 1.0, error) * 1.00001);
+    packed.showing = data_.AnyHardEdge() ? kAllShow : (SReal)(CellErrors(1.0) * 1.00001);
     const LReal most = data_.LargestRadius();
-    packed.mostReach =
-        PackedReach(most, ReachErrors(halfCell + LVector(most), most, error) * 1.00001, kAllShow);
+    packed.mostReach = PackedReach(most, CellErrors(most) * 1.00001, kAllShow);
 
-    for (LLONG i = 0; i < data_.items.size; ++i) {
-      const RenderItem& item = data_.items.data[i];
-      const LVector centre = CentreOf(item);
-      const CellRange range = RangeOf(item);
-      if (range.last[0] >= grid_->nx || range.last[1] >= grid_->ny) AddFolded((ULONG)i);
-      ForEachCell(range, [&](LONG x, LONG y, LONG z) {
-        // Append the item's number to the cell's list.
-        const LLONG place = grid_->IndexOf(x, y, z);
-        const CellSpan& span = data_.packed.spans[place];
-        const ULONG nth = counts_[place]++;
-        data_.leaves.numbers[span.firstNumber + nth] = (ULONG)i;
-        if (place >= walked || !data_.packed.fours) return; // rays visit no cell of the spare layer
-
-        // Pack it relative to the centre of the cell that rays know the place as: an item of a far face lies
-        // with the cell that its own one shares the place with.
-        const LVector cell =
-            x < grid_->nx && y < grid_->ny
-                ? CentreOfCell(x, y, z)
-                : CentreOfCell((LONG)(place % grid_->nx), (LONG)(place / grid_->nx % grid_->ny),
-                               (LONG)(place / grid_->nx / grid_->ny));
-        const LVector offset = centre - cell;
-        PackedFour& four = packed.fours[span.firstFour + span.bounds + nth / 4];
-        four.x[nth % 4] = (SReal)offset.x;
-        four.y[nth % 4] = (SReal)offset.y;
-        four.z[nth % 4] = (SReal)offset.z;
-        four.reach[nth % 4] =
-            PackedReach(item.radius, ReachErrors(offset, item.radius, error), packed.showing);
-      });
+    const LLONG count = data_.items.size;
+    for (LLONG i = 0; i < count; ++i) {
+      // Neighbours in the file need not be neighbours in space: fetch what the next items go to.
+      if (i + kAhead < count) Prefetch(&packed.spans[FirstPlace(data_.items.data[i + kAhead])], 1);
+      if (i + kAhead / 2 < count) PrefetchLists(packed.spans[FirstPlace(data_.items.data[i + kAhead / 2])]);
+      FillCellsOf((ULONG)i);
     }
   }
+  void FillCellsOf(ULONG number) {
+    const RenderItem& item = data_.items.data[number];
+    const LVector centre = CentreOf(item);
+    const CellRange range = RangeOf(item);
+    if (range.last[0] >= grid_->nx || range.last[1] >= grid_->ny) AddFolded(number);
+    const SReal reach = PackedReach(item.radius, CellErrors(item.radius), data_.packed.showing);
+    for (LONG z = range.first[2]; z <= range.last[2]; ++z)
+      for (LONG y = range.first[1]; y <= range.last[1]; ++y)
+        for (LONG x = range.first[0]; x <= range.last[0]; ++x) {
+          // Append the item's number to the cell's list. Rays visit no cell of the spare layer.
+          const LLONG place = grid_->IndexOf(x, y, z);
+          CellSpan& span = data_.packed.spans[place];
+          const ULONG nth = span.count++;
+          data_.leaves.numbers[span.firstNumber + nth] = number;
+          if (place >= walked_ || !data_.packed.fours) continue;
+
+          // Pack it relative to the centre of the cell that rays know the place as: an item of a far face
+          // lies with the cell that its own one shares the place with.
+          if (x < grid_->nx && y < grid_->ny) {
+            Pack(span, nth, centre - CentreOfCell(x, y, z), reach);
+          } else {
+            const LVector offset =
+                centre - CentreOfCell((LONG)(place % grid_->nx), (LONG)(place / grid_->nx % grid_->ny),
+                                      (LONG)(place / grid_->nx / grid_->ny));
+            Pack(span, nth, offset,
+                 PackedReach(item.radius, ReachErrors(offset, item.radius, error_), data_.packed.showing));
+          }
+        }
+  }
+  void Pack(const CellSpan& span, ULONG nth, const LVector& offset, SReal reach) {
+    PackedFour& four = data_.packed.fours[span.firstFour + span.bounds + nth / 4];
+    four.x[nth % 4] = (SReal)offset.x;
+    four.y[nth % 4] = (SReal)offset.y;
+    four.z[nth % 4] = (SReal)offset.z;
+    four.reach[nth % 4] = reach;
+  }
+  /** At least the errors of an item that lies with its cell. */
+  LReal CellErrors(LReal radius) const { return ReachErrors(HalfCell() + LVector(radius), radius, error_); }
+
+  LLONG FirstPlace(const RenderItem& item) const {
+    return grid_->IndexOf(Cell(item.boxMin[0], 0), Cell(item.boxMin[1], 1), Cell(item.boxMin[2], 2));
+  }
+  void PrefetchLists(const CellSpan& span) const {
+    Prefetch(data_.leaves.numbers + span.firstNumber + span.count, 1);
+    if (data_.packed.fours) Prefetch(data_.packed.fours + span.firstFour + span.bounds + span.count / 4, 1);
+  }
+
   /** Notes an item that a cell far from it lists too. */
   void AddFolded(ULONG item) {
     PackedCells& packed = data_.packed;
@@ -243,11 +268,12 @@ private:
     const LLONG walked = (LLONG)grid_->nx * grid_->ny * grid_->nz;
     for (LLONG place = 0; place < walked; ++place) {
       const CellSpan& span = data_.packed.spans[place];
-      if (span.bounds > 0)
-        grouping_.Group(data_.packed, span, data_.leaves.numbers + span.firstNumber, half);
+      if (span.bounds > 0) grouping_.Group(data_.packed, span, data_.leaves.numbers + span.firstNumber, half);
     }
   }
-  LVector HalfCell() const { return LVector(grid_->cellSize[0], grid_->cellSize[1], grid_->cellSize[2]) * 0.5; }
+  LVector HalfCell() const {
+    return LVector(grid_->cellSize[0], grid_->cellSize[1], grid_->cellSize[2]) * 0.5;
+  }
   LVector CentreOfCell(LONG x, LONG y, LONG z) const {
     return LVector(root_->boxMin[0] + (x + 0.5) * grid_->cellSize[0],
                    root_->boxMin[1] + (y + 0.5) * grid_->cellSize[1],
@@ -259,6 +285,8 @@ private:
   CellGrid* grid_ = NULL;
   ULONG* counts_ = NULL; ///< by place: items so far
   ULONG leafCount_ = 0;
+  LLONG walked_ = 0;  ///< places of cells that rays visit
+  LReal error_ = 0.0; ///< of the centre of a cell
   Bool grouped_ = FALSE;
   ULONG mostGrouped_ = 0; ///< items in a cell with groups
   CellGrouping grouping_;

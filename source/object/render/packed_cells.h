@@ -129,8 +129,8 @@ public:
   /** Makes room for cells of up to `most` items. FALSE when memory is refused. */
   Bool Prepare(ULONG most);
   /**
-   * The items of the span lie in its fours in the order of the list, `list` holds their numbers. `halfCell` is
-   * half the size of a cell.
+   * The items of the span lie in its fours in the order of the list, `list` holds their numbers. `halfCell`
+   * is half the size of a cell.
    */
   void Group(PackedCells& packed, const CellSpan& span, const ULONG* list, const LVector& halfCell);
 

@@ -1,6 +1,7 @@
 // A ray from a start to an end, with what the walk and the tests need of it.
 #pragma once
 
+#include "object/render/sse2.h"
 #include "object/render/voxel_grid.h"
 
 namespace kelvra {
@@ -44,6 +45,67 @@ inline LONG WalkedCoordinate(LReal place, LReal most) {
 }
 
 /**
+ * Where a ray leaves the current cell on each axis, as t, and how much t it takes to cross a cell. No branch
+ * depends on the axis that comes next: no processor could guess it.
+ */
+class CellBoundaries {
+public:
+  CellBoundaries(const LReal first[3], const LReal increment[3]) {
+    for (LONG axis = 0; axis < 3; ++axis) {
+      t_[axis] = LaneOf(first[axis]);
+      increment_[axis] = LaneOf(increment[axis]);
+    }
+  }
+
+#ifdef KELVRA_SSE2
+
+  /** Steps over the nearest boundary, and returns its t. `taken` is 1 for its axis and 0 for the others. */
+  LReal Step(LONG taken[3]) {
+    const Lane x = _mm_and_pd(_mm_cmplt_sd(t_[0], t_[1]), _mm_cmplt_sd(t_[0], t_[2]));
+    const Lane upper = _mm_cmplt_sd(t_[1], t_[2]);
+    const Lane y = _mm_andnot_pd(x, upper);
+    const Lane z = _mm_andnot_pd(_mm_or_pd(x, upper), _mm_castsi128_pd(_mm_set1_epi32(-1)));
+    taken[0] = _mm_movemask_pd(x) & 1;
+    taken[1] = _mm_movemask_pd(y) & 1;
+    taken[2] = 1 - taken[0] - taken[1];
+    const LReal nearest =
+        _mm_cvtsd_f64(_mm_or_pd(_mm_or_pd(_mm_and_pd(x, t_[0]), _mm_and_pd(y, t_[1])), _mm_and_pd(z, t_[2])));
+    t_[0] = _mm_add_sd(t_[0], _mm_and_pd(x, increment_[0]));
+    t_[1] = _mm_add_sd(t_[1], _mm_and_pd(y, increment_[1]));
+    t_[2] = _mm_add_sd(t_[2], _mm_and_pd(z, increment_[2]));
+    return nearest;
+  }
+
+private:
+  typedef __m128d Lane;
+  static Lane LaneOf(LReal v) {
+    return _mm_set_sd(v);
+  }
+
+#else
+
+  LReal Step(LONG taken[3]) {
+    taken[0] = t_[0] < t_[1] && t_[0] < t_[2];
+    taken[1] = !taken[0] && t_[1] < t_[2];
+    taken[2] = 1 - taken[0] - taken[1];
+    const LONG axis = taken[1] + 2 * taken[2];
+    const LReal nearest = t_[axis];
+    t_[axis] += increment_[axis];
+    return nearest;
+  }
+
+private:
+  typedef LReal Lane;
+  static Lane LaneOf(LReal v) {
+    return v;
+  }
+
+#endif
+
+  Lane t_[3], increment_[3];
+};
+
+/**
  * Walks the cells of a grid along the clipped part of a ray (3D digital differential analyser, after
  * Amanatides and Woo) and calls visit(cell) for each that lies inside the grid, until visit returns false.
  *
@@ -80,25 +142,29 @@ void WalkCells(const GridNode& root, const CellGrid& grid, const RaySegment& ray
     increment[axis] = std::abs(grid.cellSize[axis] * ray.inverseDelta[axis]);
   }
 
-  WalkedCell cell;
-  cell.entry = range.entry;
+  CellBoundaries boundaries(boundary, increment);
+  LONG x = at[0], y = at[1], z = at[2];
+  LONG leftX = remaining[0], leftY = remaining[1], leftZ = remaining[2];
+  const LONG signX = ray.sign[0], signY = ray.sign[1], signZ = ray.sign[2];
+  const ULONG nx = (ULONG)grid.nx, ny = (ULONG)grid.ny, nz = (ULONG)grid.nz;
+  LReal entry = range.entry;
   for (;;) {
     // Visit the cell if it is one: a ray that starts on a far face of the box begins beyond the last cell.
-    for (LONG axis = 0; axis < 3; ++axis) cell.at[axis] = at[axis];
-    const Bool inside = ((ULONG)at[0] < (ULONG)grid.nx) & ((ULONG)at[1] < (ULONG)grid.ny) &
-                        ((ULONG)at[2] < (ULONG)grid.nz);
-    if (inside && !visit(cell)) return;
-    if ((remaining[0] | remaining[1] | remaining[2]) == 0) return;
+    if ((((ULONG)x < nx) & ((ULONG)y < ny) & ((ULONG)z < nz)) != 0 && !visit(WalkedCell{{x, y, z}, entry}))
+      return;
+    if ((leftX | leftY | leftZ) == 0) return;
 
     // Step over the nearest boundary. An axis that has no step left may still be the nearest one, by
-    // rounding: the ray is at its end then. No branch depends on the axis, as no processor could guess it.
-    const LONG x = (boundary[0] < boundary[1]) & (boundary[0] < boundary[2]);
-    const LONG y = (x ^ 1) & (boundary[1] < boundary[2]);
-    const LONG axis = 2 - y - 2 * x;
-    cell.entry = boundary[axis];
-    at[axis] += ray.sign[axis];
-    boundary[axis] += increment[axis];
-    if (--remaining[axis] < 0) return;
+    // rounding: the ray is at its end then.
+    LONG taken[3];
+    entry = boundaries.Step(taken);
+    x += signX & -taken[0];
+    y += signY & -taken[1];
+    z += signZ & -taken[2];
+    leftX -= taken[0];
+    leftY -= taken[1];
+    leftZ -= taken[2];
+    if ((leftX | leftY | leftZ) < 0) return;
   }
 }
 

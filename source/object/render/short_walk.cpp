@@ -49,8 +49,8 @@ public:
       // A ray almost along the planes of an axis passes them anywhere.
       if (std::abs(ray.unit[axis]) < 1.0e-4) continue;
       const LReal inverse = 1.0 / ray.unit[axis];
-      const LReal plane = ray.sign[axis] > 0 ? root.boxMin[axis] - wider
-                                             : root.boxMin[axis] + grid.cellSize[axis] + wider;
+      const LReal plane =
+          ray.sign[axis] > 0 ? root.boxMin[axis] - wider : root.boxMin[axis] + grid.cellSize[axis] + wider;
       base_[axis] = (plane - ray.start[axis]) * inverse - slack;
       step_[axis] = grid.cellSize[axis] * inverse;
     }
@@ -155,8 +155,7 @@ private:
   }
   void Add(const HitRecord& hit, LReal place) {
     const RenderItem& item = data_.items.data[hit.item];
-    const LReal least =
-        LeastOpacity(ray_, hit, place, item, data_.records.data[item.recordIndex]);
+    const LReal least = LeastOpacity(ray_, hit, place, item, data_.records.data[item.recordIndex]);
     least_[list_.count] = least;
     covered_ += least;
     list_.AddShowing(hit, place);
