@@ -38,18 +38,19 @@ public:
    * Lengths are taken from the cell's centre, so that 32 bits suffice however far the cell is from the
    * origin.
    */
-  LaneRay In(const LONG at[3], LaneDetail detail) const {
+  LaneRay In(const LONG at[3], const CellSpan& span, LaneDetail detail) const {
     const LVector toCentre(corner_.x + at[0] * grid_.cellSize[0], corner_.y + at[1] * grid_.cellSize[1],
                            corner_.z + at[2] * grid_.cellSize[2]);
     const LReal along = toCentre * ray_.unit;
     const LVector nearest = ray_.unit * along - toCentre;
     const PackedCells& packed = data_.packed;
     const SReal margin = (SReal)PackedMargin(along, squaredDiagonal_) * kRoundUp;
-    const SReal met = packed.mostReach + margin;
     LaneRay ray = {(SReal)nearest.x, (SReal)nearest.y, (SReal)nearest.z, dx_, dy_, dz_, margin, kAllShow};
+    if (detail != kMetOnly)
+      ray.showing = (packed.showing + (SReal)ShowingMargin(along, squaredDiagonal_)) * kRoundUp;
+    if (span.bounds == 0) return ray;
+    const SReal met = packed.mostReach + margin;
     ray.farthestMet = ray.farthestShowing = std::sqrt(met) * kRoundUp;
-    if (detail == kMetOnly) return ray;
-    ray.showing = (packed.showing + (SReal)ShowingMargin(along, squaredDiagonal_)) * kRoundUp;
     if (detail == kShowingRough)
       ray.farthestShowing =
           std::sqrt(std::min(met, packed.mostReach * packed.mostReach + ray.showing)) * kRoundUp;
@@ -159,7 +160,7 @@ private:
     observer_.Cell(ahead.cell, span.count);
     if (span.count == 0) return true;
     if (!data_.packed.fours) return TestAll(span);
-    const LaneRay lanes = frame_.In(ahead.cell.at, kMetOnly);
+    const LaneRay lanes = frame_.In(ahead.cell.at, span, kMetOnly);
     return span.bounds > 0 ? LookThroughGroups(span, lanes) : LookThroughList(span, lanes);
   }
 

@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <limits>
+#include <optional>
 
 namespace kelvra {
 
@@ -83,7 +84,6 @@ public:
         detail_(detail),
         frame_(data, segment),
         end_(data, segment, ray.farLimit, frame_.SquaredDiagonal()),
-        earliest_(data, segment),
         canEndEarly_(ray.mode == kRayVolumetric && data.packed.foldedCount <= PackedCells::kMostFolded) {}
 
   /** False when the ray needs no further cell. */
@@ -128,8 +128,8 @@ private:
 
   bool LookThrough(const Ahead& ahead) {
     if (covered_ >= kCovered && canEndEarly_ && IsDecided(ahead.cell)) return false;
-    const Searched found = SearchItems(frame_.In(ahead.cell.at, detail_), frame_.ItemsOf(*ahead.span),
-                                       (ULONG)(kMostHits - met_), near_);
+    const Searched found = SearchItems(frame_.In(ahead.cell.at, *ahead.span, detail_),
+                                       frame_.ItemsOf(*ahead.span), (ULONG)(kMostHits - met_), near_);
     met_ += (LONG)found.met;
     if (met_ >= kMostHits) return End(kTooMany);
     for (ULONG i = 0; i < found.showing; ++i) Prefetch(&data_.items.data[near_[i]], 2);
@@ -163,7 +163,8 @@ private:
 
   /** Do hits before all that this cell and later ones can hold use up the light? */
   Bool IsDecided(const WalkedCell& cell) {
-    const LReal earliest = earliest_.From(cell.at);
+    if (!earliest_) earliest_.emplace(data_, segment_);
+    const LReal earliest = earliest_->From(cell.at);
     LReal covered = 0.0;
     for (LONG i = 0; i < list_.count; ++i)
       if (list_.hits[i].entry < earliest) covered += least_[i];
@@ -191,7 +192,7 @@ private:
   LaneDetail detail_;
   CellFrame frame_;
   WalkEnd end_;
-  EarliestHit earliest_;
+  std::optional<EarliestHit> earliest_; ///< most rays never ask
   Bool canEndEarly_;
   WalkOutcome outcome_ = kWalked;
   LONG met_ = 0; ///< at least as many as the hits of the full walk so far
