@@ -132,7 +132,7 @@ int RunSnapshot(const SnapshotOptions& options) {
 Run AddSnapshot(CLI::App& command) {
   const auto options = std::make_shared<SnapshotOptions>();
   AddInput(command, options->input);
-  AddOutput(command, options->output, "PNG to write")->required();
+  ExpectSuffix(AddOutput(command, options->output, "PNG to write"), {".png"})->required();
   AddView(command, options->view);
   AddTyped(command, "--clones", options->clones, ParseCloneGrid, "Copies on a grid")
       ->type_name("NXxNYxNZ:SPACING");

@@ -48,6 +48,8 @@ LoadOptions ReadOptions(BaseObject* op) {
   options.everyNthLine = options.everyNth > 1 ? options.everyNth : LMax(1, data->GetLong(KELVRA_THIN_VIEW));
   options.localOrigin = data->GetLong(KELVRA_LOCAL_ORIGIN) == KELVRA_LOCAL_ORIGIN_AUTOMATIC;
   options.fitText = data->GetLong(KELVRA_FIT_TEXT);
+  options.reader = data->GetLong(KELVRA_LOAD_READER);
+  options.countClasses = data->GetBool(KELVRA_LOAD_COUNT_CLASSES);
   options.refuseDoubtful = data->GetBool(KELVRA_LOAD_REFUSE_DOUBTFUL);
   return options;
 }
@@ -151,7 +153,7 @@ Bool KelvraObject::Message(GeListNode* node, LONG type, void* data) {
   case KELVRA_MESSAGE_SURVEY:
     return data && OnSurvey(*(KelvraSurvey*)data, OriginOf(op));
   case KELVRA_MESSAGE_REPORT:
-    return data && OnReport(*(KelvraCloudReport*)data);
+    return data && OnReport(op, *(KelvraCloudReport*)data);
   default:
     break;
   }
@@ -171,9 +173,9 @@ void KelvraObject::Answer(BaseObject* op, PointArray* answer, Export exportTo) {
     answer->count = 0;
 }
 
-Bool KelvraObject::OnReport(KelvraCloudReport& answer) {
+Bool KelvraObject::OnReport(BaseObject* op, KelvraCloudReport& answer) {
   try {
-    return reporter_.Fill(store, loadReports, answer);
+    return reporter_.Fill(store, loadReports, op->GetDataInstance()->GetReal(KELVRA_OBJECT_SIZE), answer);
   } catch (const std::bad_alloc&) {
     return FALSE;
   }
@@ -195,7 +197,8 @@ void KelvraObject::Load(BaseObject* op, Bool folderMode) {
   if (!chosen.FileSelect(FILESELECTTYPE_ANYTHING, folderMode ? FILESELECT_DIRECTORY : FILESELECT_LOAD,
                          "Point Cloud"))
     return;
-  const std::string path = Utf8(chosen.GetString());
+  const String shown = op->GetDataInstance()->GetString(KELVRA_LOAD_NAME);
+  const std::string path = Utf8(shown.Content() ? shown : chosen.GetString());
   const std::vector<NamedFile> files = folderMode ? FilesOf(chosen) : std::vector<NamedFile>{{chosen, path}};
   if (files.empty()) PrintLine(path, "the folder holds no file to load");
 

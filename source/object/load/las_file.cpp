@@ -70,6 +70,7 @@ void LoadLasFile(const std::string& path, const LoadOptions& options, LoadedFile
   read.limit = options.limit;
   read.step = options.everyNth;
   read.stopped = [] { return UserStopped() != FALSE; };
+  read.countClasses = options.countClasses != FALSE;
   read.refuseDoubtful = options.refuseDoubtful != FALSE;
   LasCloud cloud = ReadLas(path, read, memory, [](std::int64_t kept, std::int64_t total, int percent) {
     ShowLoading(kept, total, percent);

@@ -21,6 +21,8 @@ struct LoadOptions {
   Bool choosesOrigin = FALSE;
   LVector origin;              ///< file axes
   LONG fitText = 0;            ///< KELVRA_FIT_TEXT_OFF and so on; without effect when localOrigin is off
+  LONG reader = kReaderNone;   ///< for all files; kReaderNone: by suffix
+  Bool countClasses = FALSE;   ///< for the report
   Bool refuseDoubtful = FALSE; ///< files that announce more points than their bytes are likely to hold
 };
 
