@@ -27,6 +27,21 @@ const cli::Command* FindCommand(const std::string& name) {
   return nullptr;
 }
 
+/** The usage line of the command that was begun, or where the commands are listed. */
+std::string UsageOf(const CLI::App& app) {
+  const std::vector<CLI::App*> commands = app.get_subcommands();
+  if (commands.empty()) return "kelvra --help lists the commands";
+  const CLI::App& command = *commands.front();
+  std::string usage = "usage: kelvra " + command.get_name();
+  for (const CLI::Option* option : command.get_options()) {
+    if (option->get_positional())
+      usage += " " + option->get_name() + (option->get_items_expected_max() > 1 ? "..." : "");
+    if (!option->get_positional() && option->get_required())
+      usage += " " + option->get_name() + " " + option->get_type_name();
+  }
+  return usage + " [OPTIONS]; kelvra " + command.get_name() + " --help lists them";
+}
+
 int Run(int argc, char** argv) {
   CLI::App app("Kelvra: laser-scan point clouds");
   app.allow_windows_style_options(false); // a path may begin with a slash anywhere
@@ -48,7 +63,7 @@ int Run(int argc, char** argv) {
     app.parse((int)words.size(), words.data());
   } catch (const CLI::ParseError& e) {
     if (e.get_exit_code() == 0) return app.exit(e); // help or version
-    throw cli::UsageError{std::string(e.what()) + " (kelvra --help lists the commands)"};
+    throw cli::UsageError{std::string(e.what()) + " (" + UsageOf(app) + ")"};
   }
   return status;
 }

@@ -67,6 +67,24 @@ enum {
   // warning.
   KELVRA_LOAD_REFUSE_DOUBTFUL = 1183,
 
+  // Container of a point cloud object while it loads, bool: the report gets the points of each class.
+  KELVRA_LOAD_COUNT_CLASSES = 1184,
+
+  // Container of a point cloud object while it loads, integer: KELVRA_READER_LAS, _XYZ or _PTS reads all files,
+  // whatever their suffix.
+  KELVRA_LOAD_READER = 1185,
+
+  // Container of a point cloud object while it loads one file, string: the name that lines, reports and the scene
+  // give to the file. Set by drivers that load a copy of what the user named.
+  KELVRA_LOAD_NAME = 1186,
+
+  // KelvraLoadReport::unit
+  KELVRA_UNIT_UNKNOWN = 0,
+  KELVRA_UNIT_METRE = 1,
+  KELVRA_UNIT_FOOT = 2,
+  KELVRA_UNIT_US_FOOT = 3,
+  KELVRA_UNIT_DEGREE = 4,
+
   // KelvraLoadNote::severity
   KELVRA_NOTE_INFO = 0,
   KELVRA_NOTE_WARNING = 1,
@@ -112,19 +130,27 @@ struct KelvraLoadReport {
   LLONG everyNth;                // of the points or lines; the first one is kept
   LReal step; // distance of neighbouring stored coordinates where it is largest, file units
   LONG epsg;  // code of the coordinate system that the file names; 0 for none
+  const CHAR* crs;                 // name of the coordinate system; empty where the file has none
+  LONG unit;                       // of its coordinates
+  LONG versionMajor, versionMinor; // of LAS; 0 of text
+  LONG pointFormat;                // of LAS; -1 of text
+  LVector min, max;                // of the kept points, in the file's own coordinates; without meaning for none
+  const LLONG* classes;            // 256 counts of kept points, NULL unless they were asked for
   LReal seconds;
   LONG noteCount;
   const KelvraLoadNote* notes;
 };
 
-/** The points of one file. The box is in stored coordinates, in the axes of files: x east, y north, z up. */
+/** The points of one file. The first box is in stored coordinates, in the axes of files: x east, y north, z up. */
 struct KelvraBlockReport {
   const CHAR* source; // path of the file; empty for points from another plug-in
   LONG group;         // number of the load command that brought it, from 0
   LONG points;
   LONG reader;
-  LONG hasBox; // 1 when min and max count
+  LONG hasBox; // 1 when the boxes count
   LVector min, max;
+  Vector shownMin, shownMax; // where they are shown, in the object's own coordinates and axes
+  LONG fitted;               // 1 when they are fitted to the object's size
   LONG hasColor; // 1 when its points differ in colour and the colour comes from the file
   LONG isBlack;  // 1 when all its points are black, or as dark as readers make points without colour
 };
@@ -136,7 +162,7 @@ struct KelvraBlockReport {
  * object.
  */
 struct KelvraCloudReport {
-  LONG version;   // 1
+  LONG version;   // 2
   LONG filesOnly; // set by the asker: 1 leaves out the blocks, whose description takes a look at every point
   LONG fileCount;
   const KelvraLoadReport* files; // in the order in which they were loaded

@@ -36,27 +36,35 @@ const struct Mode {
   LONG value;
   long long bytes;    ///< that one point takes while it is converted
   const char* suffix; ///< of the file that can hold the result, NULL for none
+  Axes axes;          ///< that programs expect in such a file
 } kModes[] = {
-    {"point", KELVRA_CONVERT_MODE_POINTS, sizeof(Vector) + 3 * sizeof(SReal), ".ply"},
-    {"hair", KELVRA_CONVERT_MODE_HAIR, 3 * sizeof(Vector), NULL},
+    {"point", KELVRA_CONVERT_MODE_POINTS, sizeof(Vector) + 3 * sizeof(SReal), ".ply", Axes::ZUp},
+    {"hair", KELVRA_CONVERT_MODE_HAIR, 3 * sizeof(Vector), NULL, Axes::Host},
     {"particles", KELVRA_CONVERT_MODE_THINKING_PARTICLES,
-     sizeof(host::ParticleSlot) + sizeof(Vector) + 3 * sizeof(SReal), NULL},
-    {"emitter", KELVRA_CONVERT_MODE_EMITTER, sizeof(host::EmitterParticle), NULL},
-    {"spline", KELVRA_CONVERT_MODE_SPLINE, sizeof(Vector) + sizeof(Segment), ".obj"},
+     sizeof(host::ParticleSlot) + sizeof(Vector) + 3 * sizeof(SReal), NULL, Axes::Host},
+    {"emitter", KELVRA_CONVERT_MODE_EMITTER, sizeof(host::EmitterParticle), NULL, Axes::Host},
+    {"spline", KELVRA_CONVERT_MODE_SPLINE, sizeof(Vector) + sizeof(Segment), ".obj", Axes::YUp},
 };
 
 struct ConvertOptions {
   InputOptions input;
   const Mode* mode = nullptr;
-  std::string ratio;   ///< share of the points, as the parameter takes it; empty keeps the cloud's
-  std::string step;    ///< longest step within a spline segment; empty keeps the cloud's
-  std::string output;  ///< geometry file; empty for none
-  bool survey = false; ///< the geometry file has the coordinates of the files
-  std::string scene;   ///< scene with the result in the cloud's place; empty for none
+  std::string ratio;     ///< share of the points, as the parameter takes it; empty keeps the cloud's
+  std::string step;      ///< longest step within a spline segment; empty keeps the cloud's
+  std::string output;    ///< geometry file; empty for none
+  bool hostAxes = false; ///< the geometry file has the axes of the scene
+  bool survey = false;   ///< the geometry file has the coordinates of the files
+  std::string scene;     ///< scene with the result in the cloud's place; empty for none
 };
 
 /** Results from here on are announced before they are made. */
 const long long kLargeResult = 256LL << 20;
+
+/** Are they the host's own? */
+bool ParseAxes(const std::string& name) {
+  if (name != "right-handed" && name != "host") throw UsageError{"expected right-handed or host"};
+  return name == "host";
+}
 
 const Mode* ParseMode(const std::string& name) {
   for (const Mode& mode : kModes)
@@ -132,6 +140,7 @@ void WriteResult(CloudSession& session, BaseObject* cloud, const ConvertOptions&
   const std::string& path = options.output;
   BaseObject* built = cloud->GetCache(NULL);
   Placement place;
+  place.axes = options.hostAxes ? Axes::Host : mode.axes;
   if (built) place.global = cloud->GetMg() * built->GetMl();
   const bool hasPoints = built && (built->GetType() == Opolygon || built->GetType() == Ospline);
   if (hasPoints && options.survey) place.survey = Survey(cloud, ((PointObject*)built)->GetPointCount());
@@ -176,6 +185,8 @@ void WriteScene(CloudSession& session, const std::string& path) {
 
 void CheckOutputs(const ConvertOptions& options) {
   CheckOutputKind(*options.mode, options.output);
+  if (options.survey && options.hostAxes)
+    throw UsageError{"--axes host: expected without --survey, whose axes are x east, y north, z up"};
   if (options.survey && options.output.empty())
     throw UsageError{"--survey: expected --output, a file for the coordinates"};
   if (!options.output.empty() && options.output == options.scene)
@@ -236,6 +247,9 @@ Run AddConvert(CLI::App& command) {
   command.add_option("--ratio", options->ratio, "Share of the points, from the first one on; 1 is all");
   command.add_option("--step", options->step, "Longest step within one spline segment");
   AddOutput(command, options->output, "PLY for points, OBJ for splines");
+  AddTyped(command, "--axes", options->hostAxes, ParseAxes,
+           "right-handed (PLY z up, OBJ y up), or host: left-handed, y up, as in the scene")
+      ->type_name("AXES");
   command.add_flag("--survey", options->survey, "Write the coordinates of the files, x east, y north, z up");
   AddPath(command, "--scene", options->scene, "Save a scene in which the result takes the cloud's place");
   return [options] { return RunConvert(*options); };

@@ -1,5 +1,6 @@
 #include "cli/commands/commands.h"
 
+#include "cli/commands/info/file_facts.h"
 #include "cli/commands/options/input_options.h"
 #include "cli/commands/output/file_reports.h"
 #include "cli/commands/output/json_text.h"
@@ -10,8 +11,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
-#include <cstdlib>
 #include <iostream>
 
 namespace cli {
@@ -21,47 +20,26 @@ namespace {
 struct InfoOptions {
   InputOptions input;
   bool json = false;
+  bool stats = false;
 };
 
-/** The sum of a float and its origin, without the digits that neither had. */
-double Kept(double value, double step) {
-  const int most = 9;
-  const int decimals = step > 0 ? std::clamp((int)std::ceil(-std::log10(step)), 0, most) : most;
-  const double rounded = std::strtod(Fixed(value, decimals).c_str(), nullptr);
-  return std::abs(rounded - value) < step ? rounded : value;
-}
-
-nlohmann::json BoxJson(const Box& box, double step) {
-  if (!box.valid) return nullptr;
-  nlohmann::json corners;
+SceneBox BoxOf(const Vector& low, const Vector& high) {
+  SceneBox box;
+  box.valid = true;
   for (int axis = 0; axis < 3; ++axis) {
-    corners["min"].push_back(Kept(box.min[axis], step));
-    corners["max"].push_back(Kept(box.max[axis], step));
+    box.min[axis] = low[axis];
+    box.max[axis] = high[axis];
   }
-  return corners;
-}
-
-const char* Name(FileOutcome outcome) {
-  switch (outcome) {
-  case FileOutcome::Whole:
-    return "whole";
-  case FileOutcome::Partial:
-    return "partial";
-  case FileOutcome::Empty:
-    return "empty";
-  case FileOutcome::Refused:
-    return "refused";
-  case FileOutcome::Stopped:
-    return "stopped";
-  }
-  return "";
+  return box;
 }
 
 /** What the clouds of a document hold together. */
 struct Totals {
   long long points = 0, blocks = 0;
   LONG groups = 0;
-  Box box;                                  ///< in file coordinates
+  Box box; ///< in file coordinates
+  SceneBox sceneBox;
+  std::vector<BlockStats> blockStats;
   double step = 0;                          ///< the coarsest
   std::array<double, 3> origin = {0, 0, 0}; ///< of the first cloud
 };
@@ -74,6 +52,7 @@ Totals Total(const CloudSession& session) {
     if (!ReadCloudStats(cloud, &stats)) continue;
     total.points += stats.Points();
     total.blocks += (long long)stats.blocks.size();
+    total.blockStats.insert(total.blockStats.end(), stats.blocks.begin(), stats.blocks.end());
     total.groups += stats.groups;
     const Box box = stats.FileBounds();
     total.box.Add(box);
@@ -81,32 +60,35 @@ Totals Total(const CloudSession& session) {
     if (first) std::copy(stats.origin, stats.origin + 3, total.origin.begin());
     first = false;
   }
+  Vector low, high;
+  if (session.Extent(&low, &high)) total.sceneBox = BoxOf(low, high);
   return total;
 }
 
-/** As many decimals as are kept; zeros at the end are left out. */
-std::string Coordinate(double value, double step) {
-  const int most = 9;
-  const int decimals = step > 0 ? std::clamp((int)std::floor(-std::log10(step)), 0, most) : most;
-  std::string text = Fixed(value, decimals);
-  if (text.find('.') == std::string::npos) return text;
-  text.erase(text.find_last_not_of('0') + 1);
-  if (text.back() == '.') text.pop_back();
-  return text;
+/** Each file's place in the scene: that of the next block that came from it. */
+std::vector<SceneBox> ScenePlaces(const CloudSession& session, const Totals& total) {
+  std::vector<SceneBox> places;
+  std::size_t next = 0;
+  for (const FileReport& report : session.Reports()) {
+    std::size_t block = next;
+    while (block < total.blockStats.size() && total.blockStats[block].source != report.path) ++block;
+    const bool found = report.facts.box.valid && block < total.blockStats.size();
+    places.push_back(found ? BoxOf(total.blockStats[block].shownMin, total.blockStats[block].shownMax)
+                           : SceneBox());
+    if (found) next = block + 1;
+  }
+  return places;
 }
 
 void PrintJson(const CloudSession& session, const Totals& total) {
   nlohmann::json files = nlohmann::json::array();
-  for (const FileReport& report : session.Reports())
-    files.push_back({{"path", report.path},
-                     {"points", report.points},
-                     {"outcome", Name(report.outcome)},
-                     {"message", report.message},
-                     {"details", report.details}});
+  const std::vector<SceneBox> places = ScenePlaces(session, total);
+  for (std::size_t i = 0; i < places.size(); ++i) files.push_back(FactsJson(session.Reports()[i], places[i]));
   const nlohmann::json info = {{"points", total.points},
                                {"groups", total.groups},
                                {"blocks", total.blocks},
                                {"bbox", BoxJson(total.box, total.step)},
+                               {"scene_box", BoxJson(total.sceneBox, kSceneStep)},
                                {"origin", total.origin},
                                {"step", total.step},
                                {"files", files},
@@ -114,15 +96,6 @@ void PrintJson(const CloudSession& session, const Totals& total) {
                                {"seconds", session.LoadSeconds()},
                                {"peak_memory_bytes", session.PeakMemory()}};
   std::cout << JsonText(info, 2) << "\n";
-}
-
-/** "x 1..2, y 3..4, z 5..6" in file axes. */
-std::string BoxText(const Box& box, double step) {
-  std::string text;
-  for (int axis = 0; axis < 3; ++axis)
-    text += std::string(axis ? ", " : "") + "xyz"[axis] + " " + Coordinate(box.min[axis], step) + ".." +
-            Coordinate(box.max[axis], step);
-  return text;
 }
 
 /** What a scene holds besides its clouds' own points, such as what clouds were converted to. */
@@ -134,7 +107,13 @@ void PrintContents(const CloudSession& session) {
 }
 
 void PrintText(const CloudSession& session, const Totals& total, bool verbose) {
-  PrintReports(session, verbose);
+  const std::vector<SceneBox> places = ScenePlaces(session, total);
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    const FileReport& report = session.Reports()[i];
+    PrintReport(report, verbose);
+    for (const std::string& line : FactLines(report, places[i])) Line(std::cout) << "  " << line;
+  }
+  PrintWarnings(session);
   const double seconds = session.LoadSeconds();
   std::cout << "total: " << Counted(total.points, "point") << " in " << Counted(total.blocks, "block") << ", "
             << Counted(total.groups, "group") << ", " << Fixed(seconds, 2) << " s";
@@ -142,11 +121,14 @@ void PrintText(const CloudSession& session, const Totals& total, bool verbose) {
   std::cout << ", memory " << Bytes(session.PeakMemory()) << "\n";
   if (total.box.valid)
     std::cout << "box: " << BoxText(total.box, total.step) << ", step " << TwoDigits(total.step) << "\n";
+  if (total.sceneBox.valid)
+    std::cout << "box in the scene: " << BoxText(total.sceneBox, kSceneStep) << " (x east, y up, z north)\n";
   PrintContents(session);
 }
 
 int RunInfo(const InfoOptions& options) {
   CloudSession session(options.input.faults);
+  if (options.stats) session.CountClasses();
   session.Open(options.input.files, options.input.settings, options.input.trust);
   WarnOfIgnored(session, Purpose::Info);
   const Totals total = Total(session);
@@ -163,6 +145,7 @@ Run AddInfo(CLI::App& command) {
   const auto options = std::make_shared<InfoOptions>();
   AddInput(command, options->input);
   command.add_flag("--json", options->json, "Print JSON");
+  command.add_flag("--stats", options->stats, "Count the points of each class (LAS, LAZ)");
   return [options] { return RunInfo(*options); };
 }
 

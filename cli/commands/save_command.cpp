@@ -41,7 +41,9 @@ int RunSave(const SaveOptions& options) {
 Run AddSave(CLI::App& command) {
   const auto options = std::make_shared<SaveOptions>();
   AddInput(command, options->input);
-  AddOutput(command, options->output, "Scene to write")->required();
+  RefuseOtherFormats(AddOutput(command, options->output, "Scene to write"),
+                     "a scene is written: expected a name such as cloud.scene")
+      ->required();
   return [options] { return RunSave(*options); };
 }
 

@@ -1,8 +1,10 @@
 #include "cli/session/cloud_session.h"
 
+#include "cli/csv/text_of_table.h"
 #include "cli/session/preferences_page.h"
 #include "cli/system/preferences_folder.h"
 #include "cli/system/process_memory.h"
+#include "cli/system/silence.h"
 #include "cli/text/format.h"
 #include "host/application.h"
 #include "host/base/utf8.h"
@@ -32,6 +34,30 @@ const char* const kModuleName = "kelvra.so";
 #endif
 
 const char* const kNotUtf8 = "the name is not UTF-8; rename it";
+
+/** Files of other formats, by suffix: as text, the numbers in them would become points that are none. */
+const struct {
+  const char *suffix, *what;
+} kOtherFormats[] = {
+    {".ply", "a PLY file"},    {".obj", "an OBJ file"}, {".stl", "an STL file"},  {".off", "an OFF file"},
+    {".e57", "an E57 file"},   {".pcd", "a PCD file"},  {".ptx", "a PTX file"},   {".png", "a picture"},
+    {".jpg", "a picture"},     {".jpeg", "a picture"},  {".tif", "a picture"},    {".tiff", "a picture"},
+    {".exr", "a picture"},     {".pdf", "a document"},  {".json", "a JSON file"}, {".xml", "an XML file"},
+    {".html", "an HTML file"}, {".zip", "an archive"},  {".gz", "an archive"}};
+
+/** Why a file is not loaded although its text might hold numbers; empty where nothing speaks against it. */
+std::string OtherFormat(const std::string& path) {
+  std::string suffix = fs::u8path(path).extension().u8string();
+  for (char& c : suffix) c = c >= 'A' && c <= 'Z' ? (char)(c + 32) : c;
+  for (const auto& format : kOtherFormats)
+    if (suffix == format.suffix)
+      return std::string("this is ") + format.what +
+             ", expected LAS, LAZ, XYZ or PTS (--as xyz reads its text all the same)";
+  return std::string();
+}
+
+/** Number of the reader that --as names; KELVRA_READER_NONE: by suffix. */
+LONG chosenReader = KELVRA_READER_NONE;
 
 bool IsFolder(const std::string& path) {
   std::error_code ignored;
@@ -82,6 +108,10 @@ std::string Advice(LONG cut) {
 
 } // namespace
 
+void ReadAs(LONG reader) {
+  chosenReader = reader;
+}
+
 CloudSession::CloudSession(const std::vector<std::string>& faults)
     : application_(new host::Application(PreferencesFolder())) {
   PrintConsole(application_->GetConsole(), 0); // what is wrong with the preferences
@@ -91,7 +121,7 @@ CloudSession::CloudSession(const std::vector<std::string>& faults)
   const fs::path module = fs::u8path(ProgramFolder()) / kModuleName;
   if (!application_->LoadModule(module.u8string(), &error)) throw std::runtime_error(error);
   host::InstallInterruptHandler();
-  application_->GetConsole().ShowProgress(true);
+  application_->GetConsole().ShowProgress(!IsSilent());
   application_->KeepUndo(false);
   host::memory::RefuseBeyondFree(true);
   document_ = application_->NewDocument();
@@ -203,19 +233,41 @@ void CloudSession::LoadCloud(const std::string& path) {
     reports_.push_back({path, 0, obstacle, FileOutcome::Refused, {}});
     return;
   }
+  const std::string otherFormat = chosenReader || IsFolder(path) ? "" : OtherFormat(path);
+  if (!otherFormat.empty()) {
+    reports_.push_back({path, 0, otherFormat, FileOutcome::Refused, {}});
+    return;
+  }
+  std::unique_ptr<TextOfTable> table;
+  if (!chosenReader && !IsFolder(path) && TextOfTable::IsTable(path)) {
+    try {
+      table = std::make_unique<TextOfTable>(path);
+    } catch (const std::exception& e) {
+      reports_.push_back({path, 0, e.what(), FileOutcome::Refused, {}});
+      return;
+    }
+  }
   if (!target_) target_ = NewCloud();
-  application_->GetDialogs().AnswerFile(path);
+  application_->GetDialogs().AnswerFile(table ? table->Path() : path);
   BaseContainer* data = target_->GetDataInstance();
+  if (table) data->SetString(KELVRA_LOAD_NAME, String(path.c_str(), STRINGENCODING_UTF8));
   if (!trust_) data->SetBool(KELVRA_LOAD_REFUSE_DOUBTFUL, TRUE);
+  if (chosenReader) data->SetLong(KELVRA_LOAD_READER, chosenReader);
+  if (countClasses_) data->SetBool(KELVRA_LOAD_COUNT_CLASSES, TRUE);
   application_->PressButton(target_, IsFolder(path) ? KELVRA_LOAD_FOLDER : KELVRA_LOAD_FILE);
-  data->RemoveData(KELVRA_LOAD_REFUSE_DOUBTFUL); // not a setting: scenes do not get it
+  // Not settings: scenes do not get them.
+  data->RemoveData(KELVRA_LOAD_REFUSE_DOUBTFUL);
+  data->RemoveData(KELVRA_LOAD_COUNT_CLASSES);
+  data->RemoveData(KELVRA_LOAD_READER);
+  data->RemoveData(KELVRA_LOAD_NAME);
   std::vector<FileReport> loaded = ReadFileReports(target_);
   for (FileReport& report : loaded) {
     const std::string why = report.outcome == FileOutcome::Refused ? ReadObstacle(report.path) : "";
+    const bool plainPts = report.facts.reader == KELVRA_READER_PTS && report.outcome == FileOutcome::Refused;
     if (!why.empty())
       report.message = why; // the module's interface gives it no reason
     else
-      report.message += Advice(report.cut);
+      report.message += Advice(report.cut) + (plainPts ? "; --as xyz reads x y z without intensity" : "");
   }
   reports_.insert(reports_.end(), loaded.begin(), loaded.end());
   const std::vector<std::string> unnamed = IsFolder(path) ? NotUtf8In(path) : std::vector<std::string>();

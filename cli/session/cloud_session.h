@@ -10,6 +10,9 @@
 
 namespace cli {
 
+/** From here on cloud files go to this reader (KELVRA_READER_...), whatever their suffix. */
+void ReadAs(LONG reader);
+
 class CloudSession {
 public:
   /** Starts the application and loads the module that lies beside this program. Throws std::runtime_error. */
@@ -23,6 +26,9 @@ public:
    * to hold is loaded only if it is trusted. Throws UsageError.
    */
   void Open(const std::vector<std::string>& files, const std::vector<std::string>& settings, bool trust);
+
+  /** To be called before Open: reports then say how many points of each class were loaded. */
+  void CountClasses() { countClasses_ = true; }
 
   BaseDocument* Document() const { return document_; }
   /** The cloud objects of the document in tree order. */
@@ -69,7 +75,7 @@ private:
   std::vector<std::string> settings_;
   std::vector<Setting> appliedSettings_;
   std::vector<FileReport> reports_;
-  bool trust_ = false;
+  bool trust_ = false, countClasses_ = false;
   double loadSeconds_ = 0;
   long long idleMemory_ = 0;
 };

@@ -59,7 +59,7 @@ namespace {
 /** What the answer points to is the object's, and stays until it is asked again. */
 bool Ask(BaseList2D* object, bool filesOnly, KelvraCloudReport* answer) {
   *answer = KelvraCloudReport();
-  answer->version = 1;
+  answer->version = 2;
   answer->filesOnly = filesOnly;
   return object->GetType() == KELVRA_CLOUD && object->Message(KELVRA_MESSAGE_REPORT, answer);
 }
@@ -72,6 +72,10 @@ BlockStats StatsOf(const KelvraBlockReport& block) {
     stats.box.min[axis] = block.min[axis];
     stats.box.max[axis] = block.max[axis];
   }
+  stats.source = block.source;
+  stats.shownMin = block.shownMin;
+  stats.shownMax = block.shownMax;
+  stats.fitted = block.fitted != 0;
   stats.hasColor = block.hasColor != 0;
   stats.black = block.isBlack != 0;
   return stats;
@@ -92,8 +96,27 @@ FileOutcome OutcomeOf(const KelvraLoadReport& file) {
   }
 }
 
+FileFacts FactsOf(const KelvraLoadReport& file) {
+  FileFacts facts;
+  facts.reader = file.reader;
+  facts.versionMajor = file.versionMajor;
+  facts.versionMinor = file.versionMinor;
+  facts.pointFormat = file.pointFormat;
+  facts.crs = file.crs;
+  facts.epsg = file.epsg;
+  facts.unit = file.unit;
+  facts.step = file.step;
+  facts.box.valid = file.kept > 0;
+  for (int axis = 0; axis < 3 && facts.box.valid; ++axis) {
+    facts.box.min[axis] = file.min[axis];
+    facts.box.max[axis] = file.max[axis];
+  }
+  if (file.classes) facts.classes.assign(file.classes, file.classes + 256);
+  return facts;
+}
+
 FileReport ReportOf(const KelvraLoadReport& file) {
-  FileReport report{file.path, file.kept, file.line, OutcomeOf(file), {}, file.cut};
+  FileReport report{file.path, file.kept, file.line, OutcomeOf(file), {}, file.cut, FactsOf(file)};
   for (LONG i = 0; i < file.noteCount; ++i)
     if (file.notes[i].severity == KELVRA_NOTE_INFO) report.details.push_back(file.notes[i].text);
   return report;

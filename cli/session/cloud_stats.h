@@ -19,8 +19,11 @@ struct Box {
 struct BlockStats {
   LONG points = 0;
   Box box;
-  bool hasColor = false; ///< its points differ in colour and the colour comes from the file
-  bool black = false;    ///< all its points are black, or as dark as the reader makes those without colour
+  std::string source;        ///< path of the file; empty for points of another plug-in
+  Vector shownMin, shownMax; ///< in the object's coordinates and axes
+  bool fitted = false;       ///< to the object's size
+  bool hasColor = false;     ///< its points differ in colour and the colour comes from the file
+  bool black = false; ///< all its points are black, or as dark as the reader makes those without colour
 };
 
 struct CloudStats {
@@ -39,6 +42,18 @@ struct CloudStats {
 /** How loading a file turned out. Empty, Refused and Stopped gave no points. */
 enum class FileOutcome { Whole, Partial, Empty, Refused, Stopped };
 
+/** What a file says about itself. */
+struct FileFacts {
+  LONG reader = 0;                         ///< KELVRA_READER_...
+  LONG versionMajor = 0, versionMinor = 0; ///< of LAS
+  LONG pointFormat = -1;                   ///< of LAS
+  std::string crs;
+  LONG epsg = 0, unit = 0;        ///< KELVRA_UNIT_...
+  Box box;                        ///< of the loaded points, the file's coordinates
+  double step = 0;                ///< of stored coordinates
+  std::vector<long long> classes; ///< empty unless they were counted
+};
+
 struct FileReport {
   std::string path;
   long long points = 0;
@@ -46,6 +61,7 @@ struct FileReport {
   FileOutcome outcome = FileOutcome::Refused;
   std::vector<std::string> details; ///< findings that the line leaves out
   LONG cut = 0;                     ///< KELVRA_CUT_...: why points are missing
+  FileFacts facts;
 };
 
 /** Asks an object of any kind. False when it is not a point cloud or could not answer. */

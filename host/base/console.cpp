@@ -17,6 +17,9 @@ namespace host {
 namespace {
 
 const int kBarWidth = 30;
+/** Between lines of progress, in percent; work that is shorter has none. */
+const int kLineStep = 10;
+const std::chrono::seconds kShortWork(10);
 
 } // namespace
 
@@ -52,25 +55,47 @@ void Console::SetSink(std::function<void(const std::string&)> sink) {
 
 void Console::SetStatusText(const std::string& text) {
   statusTexts_.push_back(text);
-  DrawProgress();
+  ShowStep();
 }
 
 void Console::SetStatusBar(int percent) {
   percent_ = std::clamp(percent, 0, 100);
   statusBars_.push_back(percent);
-  DrawProgress();
+  ShowStep();
 }
 
 void Console::ClearStatus() {
   const std::lock_guard<std::mutex> lock(mutex_);
   percent_ = 0;
+  workStart_ = std::chrono::steady_clock::time_point();
   if (drawn_) std::fputs("\r\x1b[K", stderr);
   drawn_ = false;
 }
 
-void Console::DrawProgress() {
+void Console::ShowStep() {
   static const bool terminal = isatty(fileno(stderr)) != 0;
-  if (!showProgress_ || !terminal) return;
+  if (!showProgress_) return;
+  if (terminal)
+    DrawProgress();
+  else
+    PrintProgress();
+}
+
+void Console::PrintProgress() {
+  const auto now = std::chrono::steady_clock::now();
+  // Work begins where nothing was under way, and where the percentage falls back.
+  if (workStart_ == std::chrono::steady_clock::time_point() || percent_ < printedPercent_) {
+    workStart_ = now;
+    printedPercent_ = 0;
+  }
+  if (percent_ < printedPercent_ + kLineStep || now - workStart_ < kShortWork) return;
+  printedPercent_ = percent_ / kLineStep * kLineStep;
+  const std::lock_guard<std::mutex> lock(mutex_);
+  std::fprintf(stderr, "%d %% %s\n", percent_,
+               statusTexts_.empty() ? "" : Printable(statusTexts_.back()).c_str());
+}
+
+void Console::DrawProgress() {
   const std::lock_guard<std::mutex> lock(mutex_);
   const int full = percent_ * kBarWidth / 100;
   const std::string bar =

@@ -1,6 +1,7 @@
 // The console and the status line.
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <mutex>
 #include <string>
@@ -23,14 +24,19 @@ public:
   void SetStatusText(const std::string& text);
   void SetStatusBar(int percent);
   void ClearStatus();
-  /** Draws a progress bar on standard error; off unless it is a terminal and the driver asks for it. */
+  /**
+   * Shows progress on standard error if the driver asks for it: a bar on a terminal, elsewhere a line every
+   * ten percent of work that takes longer than ten seconds.
+   */
   void ShowProgress(bool on) { showProgress_ = on; }
   /** Every status text and percentage so far. */
   const std::vector<std::string>& StatusTexts() const { return statusTexts_; }
   const std::vector<int>& StatusBars() const { return statusBars_; }
 
 private:
+  void ShowStep();
   void DrawProgress();
+  void PrintProgress();
 
   mutable std::mutex mutex_;
   std::vector<std::string> lines_;
@@ -38,7 +44,8 @@ private:
   std::vector<std::string> statusTexts_;
   std::vector<int> statusBars_;
   bool showProgress_ = false, drawn_ = false;
-  int percent_ = 0;
+  int percent_ = 0, printedPercent_ = 0;
+  std::chrono::steady_clock::time_point workStart_;
 };
 
 } // namespace host

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "cloud/reader_kind.h"
+#include "cloud/source_record.h"
 
 #include <cstdint>
 #include <string>
@@ -33,6 +34,9 @@ enum class LoadCut {
 };
 
 enum class NoteSeverity { kInfo, kWarning, kError };
+
+// Of the coordinates of a file.
+enum class LengthUnit { kUnknown, kMetre, kFoot, kUsFoot, kDegree };
 
 // A finding about the file, a sentence without the file's name and without a full stop.
 struct LoadNote {
@@ -67,6 +71,12 @@ struct LoadReport {
   std::int64_t everyNth = 1; // of the points or lines; the first one is kept
   double step = 0.0;         // distance of neighbouring stored coordinates where it is largest, file units
   unsigned epsg = 0;         // code of the coordinate system that the file names; 0 for none
+  std::string crs;           // name of that system, if the file has one
+  LengthUnit unit = LengthUnit::kUnknown;
+  unsigned versionMajor = 0, versionMinor = 0; // LAS and LAZ
+  int pointFormat = -1;                        // LAS and LAZ
+  SourceBox box;                               // of the kept points
+  std::vector<std::int64_t> classes;           // kept points by class, when asked for; else empty
   double seconds = 0.0;
   std::vector<LoadNote> notes;
 

@@ -9,7 +9,7 @@ namespace kelvra {
 
 namespace {
 
-const LONG kReportVersion = 1;
+const LONG kReportVersion = 2;
 /** Channel of points that the text readers give no colour: 1 of 255, stored with 16 bits. */
 const UWORD kDarkest = 257;
 
@@ -26,6 +26,12 @@ static_assert((LONG)LoadCut::kNone == KELVRA_CUT_NONE && (LONG)LoadCut::kFileEnd
                   (LONG)LoadCut::kNoMemory == KELVRA_CUT_NO_MEMORY &&
                   (LONG)LoadCut::kStopped == KELVRA_CUT_STOPPED && (LONG)LoadCut::kDoubt == KELVRA_CUT_DOUBT,
               "reasons for a cut are handed out by number");
+static_assert((LONG)LengthUnit::kUnknown == KELVRA_UNIT_UNKNOWN &&
+                  (LONG)LengthUnit::kMetre == KELVRA_UNIT_METRE &&
+                  (LONG)LengthUnit::kFoot == KELVRA_UNIT_FOOT &&
+                  (LONG)LengthUnit::kUsFoot == KELVRA_UNIT_US_FOOT &&
+                  (LONG)LengthUnit::kDegree == KELVRA_UNIT_DEGREE,
+              "units are handed out by number");
 static_assert((LONG)NoteSeverity::kInfo == KELVRA_NOTE_INFO &&
                   (LONG)NoteSeverity::kWarning == KELVRA_NOTE_WARNING &&
                   (LONG)NoteSeverity::kError == KELVRA_NOTE_ERROR,
@@ -78,13 +84,23 @@ void CloudReporter::AddFile(const LoadReport& report) {
   file.everyNth = report.everyNth;
   file.step = report.step;
   file.epsg = (LONG)report.epsg;
+  file.crs = Keep(report.crs);
+  file.unit = (LONG)report.unit;
+  file.versionMajor = (LONG)report.versionMajor;
+  file.versionMinor = (LONG)report.versionMinor;
+  file.pointFormat = report.pointFormat;
+  const SourceBox& box = report.box;
+  file.min = LVector(box.minimum[0], box.minimum[1], box.minimum[2]);
+  file.max = LVector(box.maximum[0], box.maximum[1], box.maximum[2]);
+  classes_.emplace_back(report.classes.begin(), report.classes.end());
+  file.classes = report.classes.empty() ? NULL : classes_.back().data();
   file.seconds = report.seconds;
   file.noteCount = (LONG)notes_.back().size();
   file.notes = notes_.back().data();
   files_.push_back(file);
 }
 
-void CloudReporter::AddBlock(const PointBlock& block, VLONG group) {
+void CloudReporter::AddBlock(const PointBlock& block, VLONG group, const PointMapping& mapping) {
   const bool oneColor = HasOneColor(block);
   KelvraBlockReport entry = {};
   entry.source = Keep(Utf8(block.settings.name));
@@ -94,20 +110,28 @@ void CloudReporter::AddBlock(const PointBlock& block, VLONG group) {
   entry.hasBox = block.box.valid;
   entry.min = InFileAxes(block.box.min);
   entry.max = InFileAxes(block.box.max);
+  GrowingBox shown;
+  for (const Vector& corner : {block.box.min, block.box.max}) {
+    const SReal stored[3] = {(SReal)corner.x, (SReal)corner.y, (SReal)corner.z};
+    shown.Add(mapping.Map(stored));
+  }
+  entry.shownMin = shown.min;
+  entry.shownMax = shown.max;
+  entry.fitted = !mapping.IsIdentity();
   entry.hasColor = !oneColor && block.settings.reader.kind != kReaderLasByClass;
   entry.isBlack =
       oneColor && block.count > 0 && *std::max_element(block.attrib3, block.attrib3 + 3) <= kDarkest;
   blocks_.push_back(entry);
 }
 
-Bool CloudReporter::Fill(const PointStore& store, const std::vector<LoadReport>& reports,
+Bool CloudReporter::Fill(const PointStore& store, const std::vector<LoadReport>& reports, LReal size,
                          KelvraCloudReport& answer) {
   if (answer.version != kReportVersion) return FALSE;
   *this = CloudReporter();
   for (const LoadReport& report : reports) AddFile(report);
   if (!answer.filesOnly)
-    store.VisitBlocks([this](const PointBlock& block, VLONG group) {
-      AddBlock(block, group);
+    store.VisitBlocks([&](const PointBlock& block, VLONG group) {
+      AddBlock(block, group, PointMapping(store.HeaderFor(block), size));
       return true;
     });
   answer.fileCount = (LONG)files_.size();

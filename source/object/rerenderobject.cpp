@@ -73,6 +73,8 @@ LoadOptions ReadOptions(BaseObject* op) {
   options.fitText = data->GetLong(KELVRA_FIT_TEXT);
   options.colorBy = data->GetLong(KELVRA_LOAD_COLOR);
   options.ramp = ReadRamp(*data);
+  options.reader = data->GetLong(KELVRA_LOAD_READER);
+  options.countClasses = data->GetBool(KELVRA_LOAD_COUNT_CLASSES);
   options.refuseDoubtful = data->GetBool(KELVRA_LOAD_REFUSE_DOUBTFUL);
   return options;
 }
@@ -177,7 +179,7 @@ Bool KelvraObject::Message(GeListNode* node, LONG type, void* data) {
   case KELVRA_MESSAGE_SURVEY:
     return data && OnSurvey(*(KelvraSurvey*)data, OriginOf(op));
   case KELVRA_MESSAGE_REPORT:
-    return data && OnReport(*(KelvraCloudReport*)data);
+    return data && OnReport(op, *(KelvraCloudReport*)data);
   case KELVRA_MESSAGE_LEGEND:
     return data && AnswerLegend(op, store, *(KelvraLegend*)data);
   case KELVRA_MESSAGE_SPREAD:
@@ -201,9 +203,9 @@ void KelvraObject::Answer(BaseObject* op, PointArray* answer, Export exportTo) {
     answer->count = 0;
 }
 
-Bool KelvraObject::OnReport(KelvraCloudReport& answer) {
+Bool KelvraObject::OnReport(BaseObject* op, KelvraCloudReport& answer) {
   try {
-    return reporter_.Fill(store, loadReports, answer);
+    return reporter_.Fill(store, loadReports, op->GetDataInstance()->GetReal(KELVRA_OBJECT_SIZE), answer);
   } catch (const std::bad_alloc&) {
     return FALSE;
   }
@@ -225,7 +227,8 @@ void KelvraObject::Load(BaseObject* op, Bool folderMode) {
   if (!chosen.FileSelect(FILESELECTTYPE_ANYTHING, folderMode ? FILESELECT_DIRECTORY : FILESELECT_LOAD,
                          "Point Cloud"))
     return;
-  const std::string path = Utf8(chosen.GetString());
+  const String shown = op->GetDataInstance()->GetString(KELVRA_LOAD_NAME);
+  const std::string path = Utf8(shown.Content() ? shown : chosen.GetString());
   std::vector<NamedFile> files;
   if (folderMode)
     files = FilesOf(chosen);

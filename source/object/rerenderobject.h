@@ -45,7 +45,7 @@ private:
   void OnParameter(BaseObject* op, LONG id);
   void OnMenuPrepare(BaseObject* op, BaseDocument* doc);
   void OnDelivery(BaseObject* op, PointDelivery& delivery);
-  Bool OnReport(KelvraCloudReport& answer);
+  Bool OnReport(BaseObject* op, KelvraCloudReport& answer);
   Bool OnSurvey(KelvraSurvey& answer, const LVector& origin);
   void ColorStoreByHeight(BaseObject* op);
   void ColorAgain(BaseObject* op);

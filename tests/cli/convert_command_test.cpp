@@ -45,6 +45,8 @@ TEST_F(ConvertCommand, PrintsTheTreeWithItsCounts) {
 
 TEST_F(ConvertCommand, PlyHoldsEveryPointWithItsColour) {
   const std::string path = folder_ / "out.ply";
+  ASSERT_EQ(Convert({"--mode", "point", "-o", path, "--axes", "host"}).status, 0);
+  const std::string host = TempFolder::Read(path);
   ASSERT_EQ(Convert({"--mode", "point", "-o", path}).status, 0);
   const std::string ply = TempFolder::Read(path), end = "end_header\n";
   const std::string header = ply.substr(0, ply.find(end));
@@ -59,7 +61,9 @@ TEST_F(ConvertCommand, PlyHoldsEveryPointWithItsColour) {
     int rgb[3];
     source >> x >> y >> z >> rgb[0] >> rgb[1] >> rgb[2];
     std::memcpy(found, body.data() + i * 27, sizeof found);
-    EXPECT_EQ(std::vector<double>(found, found + 3), (std::vector<double>{x, z, y}));
+    EXPECT_EQ(std::vector<double>(found, found + 3), (std::vector<double>{x, y, z})) << "right-handed, z up";
+    std::memcpy(found, host.data() + host.size() - body.size() + (std::size_t)i * 27, sizeof found);
+    EXPECT_EQ(std::vector<double>(found, found + 3), (std::vector<double>{x, z, y})) << "left-handed, y up";
     // Stored as 16 bits, value times 256, out of 65535.
     for (int channel = 0; channel < 3; ++channel)
       EXPECT_NEAR((unsigned char)body[i * 27 + 24 + channel], rgb[channel] * 256 * 255 / 65535.0, 0.51);
@@ -69,12 +73,14 @@ TEST_F(ConvertCommand, PlyHoldsEveryPointWithItsColour) {
 TEST_F(ConvertCommand, ObjHoldsALineForEachSegment) {
   const std::string path = folder_ / "out.obj";
   ASSERT_EQ(Convert({"--mode", "spline", "--step", "1.5", "--ratio", "0.8", "-o", path}).status, 0);
-  EXPECT_EQ(TempFolder::Read(path), "v 1 3 2\nv 2 3 2\nv 3 3 2\nv 100 3 2\nl 1 2 3\np 4\n");
+  EXPECT_EQ(TempFolder::Read(path), "v 1 3 -2\nv 2 3 -2\nv 3 3 -2\nv 100 3 -2\nl 1 2 3\np 4\n");
 }
 
 TEST_F(ConvertCommand, MistakesEndWithTwoAndOneLineAndWriteNothing) {
   const std::vector<std::vector<std::string>> cases = {
       {"--mode", "fly"},
+      {"--mode", "point", "-o", folder_ / "x.ply", "--axes", "left"},
+      {"--mode", "point", "-o", folder_ / "x.ply", "--axes", "host", "--survey"},
       {"--mode", "point", "--ratio", "half"},
       {"--mode", "point", "--ratio", "-1"},
       {"--mode", "spline", "--step", "far"},

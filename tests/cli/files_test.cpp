@@ -18,7 +18,12 @@ TEST(Info, ReportsPointsAndBoxInFileAxes) {
   EXPECT_EQ(info["bbox"]["min"], nlohmann::json({-7.0, 2.0, 3.0}));
   EXPECT_EQ(info["bbox"]["max"], nlohmann::json({4.0, 8.5, 9.0}));
   EXPECT_EQ(info["files"][0]["path"], cloud);
-  EXPECT_EQ(info["files"][0]["points"], 3);
+  const nlohmann::json& file = info["files"][0];
+  EXPECT_EQ(file["points"], 3);
+  EXPECT_EQ(file["status"], "whole");
+  EXPECT_EQ(file["box"], info["bbox"]);
+  EXPECT_EQ(file["scene_box"]["min"], nlohmann::json({-7.0, 3.0, 2.0})) << "y up";
+  EXPECT_EQ(file["scene_box"], info["scene_box"]);
   EXPECT_FALSE(info["files"][0]["message"].get<std::string>().empty());
   EXPECT_GE(info["seconds"].get<double>(), 0.0);
   EXPECT_GE(info["peak_memory_bytes"].get<long long>(), 0);
@@ -36,6 +41,16 @@ TEST(Info, WhatLoadedIsKeptWhenAnotherFileIsRefused) {
   EXPECT_EQ(info["files"][0]["points"], 0);
   EXPECT_NE(info["files"][0]["message"].get<std::string>().find("not a point cloud"), std::string::npos);
   EXPECT_EQ(info["files"][1]["points"], 3);
+}
+
+TEST(Info, WarnsOfCloudsThatLieFarApart) {
+  const TempFolder folder;
+  const std::string near = folder.Write("near.xyz", "0 0 0\n10 10 1\n"),
+                    far = folder.Write("far.xyz", "9000 0 0\n9010 5 1\n");
+  EXPECT_EQ(Kelvra({"info", near, near}).err, "");
+  const std::string err = Kelvra({"info", near, far}).err;
+  for (const char* part : {"near.xyz (x 0.00..10.00, ", "far.xyz (x 9000.00..9010.00, ", " lie 8,990 apart"})
+    EXPECT_TRUE(Holds(err, part)) << err;
 }
 
 TEST(Info, SaysWhyAFileCannotBeRead) {
@@ -191,6 +206,41 @@ TEST(Terminal, NamesOfFilesCannotCommandIt) {
       EXPECT_EQ(result.Json()["files"][0]["path"], cloud);
     }
   }
+}
+
+TEST(Table, IsReadByTheNamesOfItsColumns) {
+  const TempFolder folder;
+  const std::string table = folder.Write(
+      "t.csv", "\xef\xbb\xbfid;Height;Northing;Easting;R;G;B\n7;3,25;5570000,5;691000,125;1;0,5;0\n");
+  ASSERT_EQ(Kelvra({"export", table, "--survey", "-o", folder / "t.txt", "--quiet"}).out, "");
+  EXPECT_EQ(TempFolder::Read(folder / "t.txt"), "691000.125 5570000.5 3.25 254 127 0\n");
+  EXPECT_EQ(Kelvra({"info", "--json", table}).Json()["files"][0]["path"], table);
+  const std::pair<const char*, const char*> mistakes[] = {
+      {"x,y\n1,2\n", "line 1: expected the names of the columns, x, y and z"},
+      {"x,y,z\n1,2,3\n1,2,3m\n", "line 3, column 3: \"3m\" is not a number"},
+      {"x,y,z\n1,2\n", "line 2 has 2 columns, expected at least 3 as in the header"},
+      {"x,y,z,X\n", "line 1, column 4: the second x of the header"},
+      {"", "the file is empty"}};
+  for (const auto& [content, reason] : mistakes) {
+    const Result result = Kelvra({"info", folder.Write("bad.csv", content)});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_TRUE(Holds(result.err, reason)) << result.err;
+  }
+}
+
+TEST(Usage, SuffixesOfOtherFormatsAreRefused) {
+  const TempFolder folder;
+  const std::string cloud = folder.Write("c.xyz", kPoints), mesh = folder.Write("c.ply", kPoints);
+  for (const auto& [command, output] :
+       {std::pair("export", "x.LAS"), {"snapshot", "x.jpg"}, {"save", "x.ply"}}) {
+    const Result result = Kelvra({command, cloud, "-o", folder / output});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_TRUE(Holds(result.err, std::string(output) + ": ") && Holds(result.err, "expected a name"))
+        << result.err;
+  }
+  EXPECT_TRUE(Holds(Kelvra({"info", mesh}).err, "this is a PLY file, expected LAS"));
+  EXPECT_EQ(Kelvra({"info", mesh, "--as", "xyz"}).status, 0);
+  EXPECT_TRUE(Holds(Kelvra({"info", cloud, "--wrong"}).err, "(usage: kelvra info FILE... [OPTIONS]"));
 }
 
 TEST(Usage, MistakesExitWithTwo) {

@@ -187,6 +187,42 @@ TEST_F(Records, HeaderBoxHoldsWhenItEnclosesTheKeptPoints) {
   EXPECT_FALSE(cloud.headerBoxHolds);
 }
 
+TEST_F(Records, OneStrayPointOfAHundredDoesNotPlaceTheCloud) {
+  for (const int strays : {2, 3}) {
+    std::vector<TestPoint> points = Row(200);
+    for (int i = 0; i < strays; ++i) points[(std::size_t)i * 7].y = 2000000000;
+    Read(MakeLas(0, points));
+    EXPECT_EQ(cloud.headerBoxHolds, strays == 2);
+    EXPECT_EQ(cloud.report.notes.at(0).text,
+              strays == 2
+                  ? "2 of 200 points lie outside the header's bounds, which place the cloud all the same"
+                  : "the header's bounds do not enclose the points; the points' own bounds are used");
+  }
+}
+
+TEST(CoordinateSystem, IsNamedWithItsUnit) {
+  using kelvra::LengthUnit;
+  const struct {
+    const char *text, *name;
+    LengthUnit unit;
+  } cases[] = {
+      {"PROJCS[\"a\",GEOGCS[\"b\",UNIT[\"degree\",0.0174]],UNIT[\"metre\",1,AUTHORITY[\"EPSG\",\"9001\"]]]",
+       "a", LengthUnit::kMetre},
+      {"COMPD_CS[\"c\",PROJCS[\"a\",UNIT[\"foot\",0.3048006096012192]],VERT_CS[\"v\",UNIT[\"metre\",1]]]",
+       "a", LengthUnit::kUsFoot},
+      {"PROJCRS[\"a\",CS[Cartesian,2],LENGTHUNIT[\"foot\",0.3048]]", "a", LengthUnit::kFoot},
+      {"GEOGCS[\"WGS 84\",UNIT[\"degree\",0.0174]]", "WGS 84", LengthUnit::kDegree},
+      {"PROJCS[\"never closed", "never closed", LengthUnit::kUnknown},
+      {"PROJCS[", "", LengthUnit::kUnknown},
+      {"no system", "", LengthUnit::kUnknown},
+  };
+  for (const auto& c : cases) {
+    const kelvra::CoordinateSystem system = kelvra::ReadSystemText(c.text);
+    EXPECT_EQ(system.name, c.name);
+    EXPECT_EQ(system.unit, c.unit) << c.text;
+  }
+}
+
 TEST_F(Records, ProgressIsTheWholePercentageOfKeptPointsAndCanStop) {
   const Bytes file = MakeLas(0, Row(5000));
   std::vector<std::int64_t> seen;

@@ -164,12 +164,12 @@ TEST(LoadLine, CutsSayWhatCameAndWhatWasThere) {
 }
 
 TEST_F(LoadReportTest, TheMessageHandsOutReportsAndBlocks) {
-  KelvraCloudReport answer = {2};
+  KelvraCloudReport answer = {3};
   EXPECT_FALSE(op_->Message(KELVRA_MESSAGE_REPORT, &answer)) << "a later version";
   Load(Write("a.xyz", "1 2 3 1 1 1\n4 5 6 2 2 2\n"));
   const std::string bad = Write("bad.las", "~V");
   const std::string line = Load(bad).at(0);
-  answer.version = 1;
+  answer.version = 2;
   ASSERT_TRUE(op_->Message(KELVRA_MESSAGE_REPORT, &answer));
   ASSERT_EQ(answer.fileCount, 1) << "of the last command only";
   EXPECT_EQ(answer.files[0].outcome, KELVRA_LOAD_REFUSED);

@@ -1,11 +1,24 @@
 #include "cli/commands/options/output_option.h"
 
 #include "cli/commands/options/typed_option.h"
+#include "cli/system/silence.h"
 #include "host/base/replacing_file.h"
+
+#include <algorithm>
 
 namespace cli {
 
 namespace {
+
+/** Suffixes that say what a file holds, none of them text or a scene. */
+const char* const kOtherFormats[] = {".las", ".laz", ".pts",  ".ply",  ".obj", ".e57", ".pcd", ".csv",
+                                     ".png", ".jpg", ".jpeg", ".tiff", ".tif", ".exr", ".bmp"};
+
+bool EndsIn(const std::string& path, const std::string& suffix) {
+  if (path.size() <= suffix.size()) return false;
+  return std::equal(suffix.begin(), suffix.end(), path.end() - (std::ptrdiff_t)suffix.size(),
+                    [](char a, char b) { return a == (b >= 'A' && b <= 'Z' ? (char)(b + 32) : b); });
+}
 
 std::string ParsePath(const std::string& text) {
   if (text.empty()) throw UsageError{"expected a name"};
@@ -22,7 +35,28 @@ CLI::Option* AddOutput(CLI::App& command, std::string& path, const std::string& 
   command.add_flag_callback(
       "--force", [] { host::SetProtectedFiles(host::ProtectedFiles::Replace); },
       "Replace a file that is write-protected or belongs to another user");
+  command.add_flag_callback("--quiet", Silence, "Print problems only");
   return AddPath(command, "-o,--output", path, help + "; - is standard output");
+}
+
+CLI::Option* ExpectSuffix(CLI::Option* output, std::vector<std::string> suffixes) {
+  return output->check([suffixes](const std::string& path) {
+    std::string names;
+    for (const std::string& suffix : suffixes) {
+      if (EndsIn(path, suffix)) return std::string();
+      names += (names.empty() ? "" : " or ") + suffix;
+    }
+    if (path == "-" || path.empty()) return std::string();
+    throw UsageError{"--output " + path + ": expected a name that ends in " + names};
+  });
+}
+
+CLI::Option* RefuseOtherFormats(CLI::Option* output, const std::string& instead) {
+  return output->check([instead](const std::string& path) {
+    for (const char* suffix : kOtherFormats)
+      if (EndsIn(path, suffix)) throw UsageError{"--output " + path + ": " + instead + ", not " + suffix};
+    return std::string();
+  });
 }
 
 } // namespace cli

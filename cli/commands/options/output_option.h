@@ -3,13 +3,20 @@
 
 #include <CLI/CLI.hpp>
 #include <string>
+#include <vector>
 
 namespace cli {
 
 /** An option that takes the name of a file or folder. */
 CLI::Option* AddPath(CLI::App& command, const std::string& name, std::string& path, const std::string& help);
 
-/** -o, --output and --force. */
+/** -o, --output, --force and --quiet. */
 CLI::Option* AddOutput(CLI::App& command, std::string& path, const std::string& help);
+
+/** Refuses other names before anything is loaded; "-" is right for all. */
+CLI::Option* ExpectSuffix(CLI::Option* output, std::vector<std::string> suffixes);
+
+/** Refuses names that promise another format than what is written: `instead` says what that is. */
+CLI::Option* RefuseOtherFormats(CLI::Option* output, const std::string& instead);
 
 } // namespace cli

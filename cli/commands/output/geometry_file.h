@@ -9,12 +9,27 @@
 
 namespace cli {
 
+/** Axes of a geometry file. The host's are left-handed with y up: other programs would show a mirror image.
+ */
+enum class Axes {
+  Host,
+  ZUp, ///< right-handed: east, north, up
+  YUp  ///< right-handed: east, up, south
+};
+
 /** Where the points of an object are: in world space, or where a survey has them. */
 struct Placement {
   Matrix global;
   std::vector<LVector> survey; ///< one a point, in the axes of files; empty: world space
+  Axes axes = Axes::Host;      ///< of world space in the file
   Vector Of(PointObject* points, LONG i) const {
-    return survey.empty() ? global * points->GetPointR()[i] : Vector(survey[(std::size_t)i]);
+    return survey.empty() ? InFile(global * points->GetPointR()[i]) : Vector(survey[(std::size_t)i]);
+  }
+
+private:
+  Vector InFile(const Vector& p) const {
+    if (axes == Axes::ZUp) return Vector(p.x, p.z, p.y);
+    return axes == Axes::YUp ? Vector(p.x, p.y, 0.0 - p.z) : p;
   }
 };
 

@@ -1,6 +1,7 @@
 #include "cli/commands/output/output_file.h"
 
 #include "cli/system/exit_status.h"
+#include "cli/system/silence.h"
 #include "host/base/replacing_file.h"
 
 #include <cstdio>
@@ -43,7 +44,7 @@ void RequireReplaceable(const std::string& path, const std::vector<std::string>&
   const bool forced = host::ReplacingFile(path, nullptr, host::ProtectedFiles::Replace).Obstacle().empty();
   if (!obstacle.empty()) Refuse(path, obstacle + (forced ? " (--force replaces it)" : ""));
   if (host::IsStandardOutput(path)) {
-    std::cout.rdbuf(std::cerr.rdbuf());
+    if (!IsSilent()) std::cout.rdbuf(std::cerr.rdbuf());
     return;
   }
   std::error_code ignored;

@@ -34,7 +34,9 @@ std::string SnapshotPlan::PictureName(int number) const {
 
 void AddSnapshotOptions(CLI::App& command, SnapshotPlan& plan) {
   AddInput(command, plan.input);
-  AddOutput(command, plan.output, "PNG to write; #### is the number of a turntable's picture")->required();
+  ExpectSuffix(AddOutput(command, plan.output, "PNG to write; #### is the number of a turntable's picture"),
+               {".png"})
+      ->required();
   AddView(command, plan.view);
   AddTyped(command, "--clones", plan.clones, ParseCloneGrid, "Copies on a grid")
       ->type_name("NXxNYxNZ:SPACING");

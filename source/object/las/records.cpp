@@ -125,6 +125,7 @@ LoopResult ReadPoints(LasFile& file, const LasReadOptions& options, const Plan& 
     // so they all stay; the rule is kept for the day a reader sets another key.
     if (cloud.key > 1 && (point.classification & 31) == 0) continue;
     box.Add(point.x, point.y, point.z);
+    if (!report.classes.empty()) ++report.classes[point.classification];
     FillRecord(point, hasColor, cloud.records[kept], result.colorBits);
     if (options.attribute != LasAttribute::kNone)
       cloud.records[kept].intensity = ValueOf(point, options.attribute);
@@ -136,7 +137,7 @@ LoopResult ReadPoints(LasFile& file, const LasReadOptions& options, const Plan& 
   }
   report.read = read;
   report.kept = kept;
-  cloud.pointBox = box;
+  cloud.pointBox = report.box = box;
   return result;
 }
 
@@ -165,10 +166,45 @@ bool BoxHolds(const LasHeader& header, const SourceBox& outer, const SourceBox& 
   return true;
 }
 
+// A few damaged points do not decide where a whole scan is placed: its header knows better.
+constexpr std::int64_t kStrayShare = 100; // at most one of so many
+
+// How many points lie outside of the header's bounds; counting ends when they are too many to be strays.
+std::int64_t CountStrays(const LasHeader& header, const LasCloud& cloud) {
+  const std::int64_t most = cloud.report.kept / kStrayShare;
+  std::int64_t strays = 0;
+  for (std::int64_t i = 0; i < cloud.report.kept && strays <= most; ++i) {
+    SourceBox point;
+    point.Add(cloud.records[i].x, cloud.records[i].y, cloud.records[i].z);
+    strays += !BoxHolds(header, cloud.headerBox, point);
+  }
+  return strays;
+}
+
+// Decides whether the cloud is placed by the header's bounds or by those of its points.
+void JudgeHeaderBox(const LasHeader& header, LasCloud& cloud) {
+  if (cloud.report.kept == 0) return;
+  cloud.headerBoxHolds = BoxHolds(header, cloud.headerBox, cloud.pointBox);
+  if (cloud.headerBoxHolds) return;
+  const std::int64_t strays = CountStrays(header, cloud);
+  cloud.headerBoxHolds = strays <= cloud.report.kept / kStrayShare;
+  const std::string count = Grouped(static_cast<std::uint64_t>(strays)) + " of " +
+                            Counted(static_cast<std::uint64_t>(cloud.report.kept), "point");
+  cloud.report.Note(NoteSeverity::kWarning,
+                    cloud.headerBoxHolds
+                        ? count + " lie outside the header's bounds, which place the cloud all the same"
+                        : "the header's bounds do not enclose the points; the points' own bounds are used");
+}
+
 void TakeHeader(const LasFile& file, LasCloud& cloud) {
   const LasFindings& findings = file.Findings();
   cloud.report.announced = Clamped(findings.header.Points());
   cloud.report.epsg = OfferedCode(findings.geoKey);
+  cloud.report.crs = findings.system.name;
+  cloud.report.unit = findings.system.unit;
+  cloud.report.versionMajor = findings.header.versionMajor;
+  cloud.report.versionMinor = findings.header.versionMinor;
+  cloud.report.pointFormat = static_cast<int>(findings.header.PointFormat());
   cloud.report.notes = findings.notes;
   cloud.hasColor = file.HasColor();
   cloud.report.reader = cloud.hasColor ? kReaderLas : kReaderLasByClass;
@@ -209,9 +245,6 @@ void FindCut(const LasFile& file, const LasReadOptions& options, const Plan& pla
 void AddNotes(const LasFile& file, LasCloud& cloud) {
   for (const std::string& message : file.LibraryMessages())
     cloud.report.Note(NoteSeverity::kInfo, "LASlib: " + message);
-  if (cloud.report.kept > 0 && !cloud.headerBoxHolds)
-    cloud.report.Note(NoteSeverity::kWarning,
-                      "the header's bounds do not enclose the points; the points' own bounds are used");
 }
 
 void Release(RecordMemory& memory, LasCloud& cloud) {
@@ -252,6 +285,7 @@ void Load(LasFile& file, const LasReadOptions& options, RecordMemory& memory, co
   }
   const Plan plan = MakePlan(options, file.Findings().readable);
   report.everyNth = plan.step;
+  if (options.countClasses) report.classes.assign(256, 0);
   if (plan.capacity > 0) {
     const std::size_t bytes = (std::size_t)plan.capacity * sizeof(SourceRecord);
     cloud.records = static_cast<SourceRecord*>(memory.Allocate(bytes));
@@ -273,9 +307,9 @@ void Load(LasFile& file, const LasReadOptions& options, RecordMemory& memory, co
   // The library may have ended before the last point that seemed readable.
   report.available = result.atEnd ? report.read : Clamped(file.Findings().readable);
   if (report.kept > 0 && result.colorBits > 0 && result.colorBits <= 255) WidenColors(cloud);
-  cloud.headerBoxHolds = report.kept > 0 && BoxHolds(file.Findings().header, cloud.headerBox, cloud.pointBox);
   FindCut(file, options, plan, report);
   AddNotes(file, cloud);
+  JudgeHeaderBox(file.Findings().header, cloud);
   if (report.kept > 0) {
     report.Conclude();
   } else {

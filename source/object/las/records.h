@@ -29,6 +29,7 @@ struct LasReadOptions {
   std::int64_t most = kMostBlockPoints; // kept points at which the load ends whatever the limit
   std::function<bool()> stopped;        // asked once per 1,024 points that are read; true ends the load
   LasAttribute attribute = LasAttribute::kNone;
+  bool countClasses = false;
   bool refuseDoubtful = false; // a file that announces far more points than its bytes usually hold
 };
 
@@ -44,7 +45,7 @@ struct LasCloud {
   double scale[3] = {}, offset[3] = {}; // of the raw integers
   SourceBox headerBox;                  // as the file says
   SourceBox pointBox;                   // of the kept points
-  bool headerBoxHolds = false;          // headerBox is finite and encloses every kept point
+  bool headerBoxHolds = false;          // headerBox is finite and encloses the kept points, all or nearly
   unsigned key = 0;                     // of the new block
 };
 

@@ -213,6 +213,7 @@ LasFindings ValidateLas(ByteSource& file) {
 
   HideLasRecords(file, findings);
   findings.geoKey = FindGeoKey(file, findings.records);
+  findings.system = FindCoordinateSystem(file, findings.records);
   CountReadable(file, findings);
   std::sort(findings.patches.begin(), findings.patches.end(),
             [](const LasPatch& a, const LasPatch& b) { return a.offset < b.offset; });

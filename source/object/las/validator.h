@@ -5,6 +5,7 @@
 
 #include "cloud/load_report.h"
 #include "object/las/chunks.h"
+#include "object/las/coordinate_system.h"
 #include "object/las/geokeys.h"
 
 namespace kelvra {
@@ -27,6 +28,7 @@ struct LasFindings {
   std::vector<LasRecord> records; // variable-length records, then extended ones, those hidden below included
   LasCompression compression;     // of compressed files
   GeoKey geoKey;                  // see FindGeoKey
+  CoordinateSystem system;
   // Points that may be asked for: those announced, or fewer where the file ends early.
   std::uint64_t readable = 0;
   std::uint64_t pointBytes = 0;  // of the file from its first point on

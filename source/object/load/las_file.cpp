@@ -72,6 +72,7 @@ void LoadLasFile(const std::string& path, const LoadOptions& options, LoadedFile
   read.step = options.everyNth;
   read.stopped = [] { return UserStopped() != FALSE; };
   read.attribute = AttributeFor(options.colorBy);
+  read.countClasses = options.countClasses != FALSE;
   read.refuseDoubtful = options.refuseDoubtful != FALSE;
   LasCloud cloud = ReadLas(path, read, memory, [](std::int64_t kept, std::int64_t total, int percent) {
     ShowLoading(kept, total, percent);

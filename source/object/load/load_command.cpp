@@ -27,10 +27,13 @@ bool HasSuffix(const std::string& path, const std::string& suffix) {
 }
 
 void LoadFile(const NamedFile& file, const LoadOptions& options, LoadedFile& loaded) {
-  if (HasSuffix(file.path, "las") || HasSuffix(file.path, "laz"))
+  const bool las = HasSuffix(file.path, "las") || HasSuffix(file.path, "laz");
+  const LONG bySuffix = las ? kReaderLas : HasSuffix(file.path, "pts") ? kReaderPts : kReaderXyz;
+  const LONG reader = options.reader != kReaderNone ? options.reader : bySuffix;
+  if (reader == kReaderLas)
     LoadLasFile(file.path, options, loaded);
   else
-    LoadTextFile(file.name, file.path, HasSuffix(file.path, "pts"), options, loaded);
+    LoadTextFile(file.name, file.path, reader == kReaderPts, options, loaded);
 }
 
 /** Distance between neighbouring stored coordinates where the cloud is farthest from its origin. */

@@ -32,6 +32,22 @@ public:
   std::string text;
 };
 
+/** Files that name no unit are taken to be in metres. */
+const char* UnitName(LengthUnit unit) {
+  switch (unit) {
+  case LengthUnit::kFoot:
+    return "ft";
+  case LengthUnit::kUsFoot:
+    return "US ft";
+  case LengthUnit::kDegree:
+    return "degrees";
+  case LengthUnit::kUnknown:
+  case LengthUnit::kMetre:
+    break;
+  }
+  return "m";
+}
+
 /** How many points came, how fast, and how exactly they are stored. */
 std::string Summary(const LoadReport& report) {
   const std::int64_t expected = report.Expected();
@@ -42,7 +58,7 @@ std::string Summary(const LoadReport& report) {
   text += ", " + Number(report.seconds, "%.2f") + " s";
   if (report.seconds > 0.0)
     text += ", " + Number((double)report.kept / report.seconds / 1e6, "%.1f") + " M points/s";
-  return text + ", positions are stored to " + Number(report.step, "%.2g") + " m";
+  return text + ", positions are stored to " + Number(report.step, "%.2g") + " " + UnitName(report.unit);
 }
 
 /** Where a file breaks off. The numbers follow unless the summary has them: it counts kept points only. */

@@ -25,6 +25,8 @@ struct LoadOptions {
   LONG colorBy = 0; ///< KELVRA_LOAD_COLOR_FILE and so on
   RampSettings ramp;
   RampRange rampRange;         ///< of the points that are there; invalid where the file gives its own
+  LONG reader = kReaderNone;   ///< for all files; kReaderNone: by suffix
+  Bool countClasses = FALSE;   ///< for the report
   Bool refuseDoubtful = FALSE; ///< files that announce more points than their bytes are likely to hold
 };
 

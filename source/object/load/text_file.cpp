@@ -81,6 +81,7 @@ void Refuse(const TextResult& text, Bool pts, LoadReport& report) {
 void FillReport(const TextResult& text, LoadReport& report) {
   report.available = report.read = text.lines;
   report.kept = text.count;
+  report.box = text.box;
   report.thinned = text.thinned;
   report.rejected = text.rejected;
   report.firstRejected = text.firstRejected;

@@ -1,0 +1,182 @@
+#include "cli/commands/info/file_facts.h"
+
+#include "cli/text/format.h"
+#include "kelvra_messages.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+
+namespace cli {
+
+namespace {
+
+const char* Name(FileOutcome outcome) {
+  switch (outcome) {
+  case FileOutcome::Whole:
+    return "whole";
+  case FileOutcome::Partial:
+    return "partial";
+  case FileOutcome::Empty:
+    return "empty";
+  case FileOutcome::Refused:
+    return "refused";
+  case FileOutcome::Stopped:
+    return "stopped";
+  }
+  return "";
+}
+
+/** Empty where the file names no unit. */
+std::string UnitName(LONG unit) {
+  switch (unit) {
+  case KELVRA_UNIT_METRE:
+    return "m";
+  case KELVRA_UNIT_FOOT:
+    return "ft";
+  case KELVRA_UNIT_US_FOOT:
+    return "US ft";
+  case KELVRA_UNIT_DEGREE:
+    return "degrees";
+  default:
+    return std::string();
+  }
+}
+
+/** What each point of a LAS point format has beside its position. */
+std::vector<std::string> AttributesOf(LONG format) {
+  std::vector<std::string> names = {"intensity", "returns", "class"};
+  const auto add = [&](std::initializer_list<LONG> formats, const char* name) {
+    if (std::find(formats.begin(), formats.end(), format) != formats.end()) names.push_back(name);
+  };
+  add({1, 3, 4, 5, 6, 7, 8, 9, 10}, "GPS time");
+  add({2, 3, 5, 7, 8, 10}, "colour");
+  add({8, 10}, "near infrared");
+  add({4, 5, 9, 10}, "waveforms");
+  return names;
+}
+
+bool IsLas(const FileFacts& facts) {
+  return facts.reader == KELVRA_READER_LAS || facts.reader == KELVRA_READER_LAS_BY_CLASS;
+}
+
+std::string VersionText(const FileFacts& facts) {
+  return std::to_string(facts.versionMajor) + "." + std::to_string(facts.versionMinor);
+}
+
+std::string SystemText(const FileFacts& facts) {
+  if (facts.epsg == 0) return facts.crs;
+  const std::string code = "EPSG " + std::to_string(facts.epsg);
+  return facts.crs.empty() ? code : facts.crs + " (" + code + ")";
+}
+
+/** Mean distance of neighbours, as if the points covered the largest face of their box: most scans are
+ * surfaces.
+ */
+double SpacingOf(const FileReport& report) {
+  const Box& box = report.facts.box;
+  if (!box.valid || report.points < 1) return 0.0;
+  const double x = box.max[0] - box.min[0], y = box.max[1] - box.min[1], z = box.max[2] - box.min[2];
+  return std::sqrt(std::max({x * y, x * z, y * z}) / (double)report.points);
+}
+
+/** The sum of a float and its origin, without the digits that neither had. */
+double Kept(double value, double step) {
+  const int most = 9;
+  const int decimals = step > 0 ? std::clamp((int)std::ceil(-std::log10(step)), 0, most) : most;
+  const double rounded = std::strtod(Fixed(value, decimals).c_str(), nullptr);
+  return std::abs(rounded - value) < step ? rounded : value;
+}
+
+std::string Joined(const std::vector<std::string>& parts, const char* separator) {
+  std::string text;
+  for (const std::string& part : parts) text += (text.empty() ? "" : separator) + part;
+  return text;
+}
+
+std::string KindLine(const FileReport& report) {
+  const FileFacts& facts = report.facts;
+  std::vector<std::string> parts;
+  if (IsLas(facts)) {
+    parts.push_back("LAS " + VersionText(facts) + ", point format " + std::to_string(facts.pointFormat) +
+                    ": " + Joined(AttributesOf(facts.pointFormat), ", "));
+    const std::string system = SystemText(facts), unit = UnitName(facts.unit);
+    parts.push_back(system.empty() ? "no coordinate system" : system);
+    parts.push_back(unit.empty() ? "no unit named" : "unit " + unit);
+  }
+  const std::string unit = UnitName(facts.unit);
+  parts.push_back("spacing about " + TwoDigits(SpacingOf(report)) + (unit.empty() ? "" : " " + unit));
+  return Joined(parts, "; ");
+}
+
+} // namespace
+
+std::string Coordinate(double value, double step) {
+  const int most = 9;
+  const int decimals = step > 0 ? std::clamp((int)std::floor(-std::log10(step)), 0, most) : most;
+  std::string text = Fixed(value, decimals);
+  if (text.find('.') == std::string::npos) return text;
+  text.erase(text.find_last_not_of('0') + 1);
+  if (text.back() == '.') text.pop_back();
+  return text == "-0" ? "0" : text;
+}
+
+std::string BoxText(const Box& box, double step) {
+  std::string text;
+  for (int axis = 0; axis < 3; ++axis)
+    text += std::string(axis ? ", " : "") + "xyz"[axis] + " " + Coordinate(box.min[axis], step) + ".." +
+            Coordinate(box.max[axis], step);
+  return text;
+}
+
+nlohmann::json BoxJson(const Box& box, double step) {
+  if (!box.valid) return nullptr;
+  nlohmann::json corners;
+  for (int axis = 0; axis < 3; ++axis) {
+    corners["min"].push_back(Kept(box.min[axis], step));
+    corners["max"].push_back(Kept(box.max[axis], step));
+  }
+  return corners;
+}
+
+std::vector<std::string> FactLines(const FileReport& report, const SceneBox& scene) {
+  const FileFacts& facts = report.facts;
+  std::vector<std::string> lines;
+  if (!facts.box.valid) return lines;
+  lines.push_back(KindLine(report));
+  lines.push_back("box " + BoxText(facts.box, facts.step) +
+                  (scene.valid ? "; in the scene " + BoxText(scene, kSceneStep) : ""));
+  std::vector<std::string> classes;
+  for (std::size_t i = 0; i < facts.classes.size(); ++i)
+    if (facts.classes[i] > 0) classes.push_back(std::to_string(i) + ": " + Grouped(facts.classes[i]));
+  if (!classes.empty()) lines.push_back("points by class " + Joined(classes, ", "));
+  return lines;
+}
+
+nlohmann::json FactsJson(const FileReport& report, const SceneBox& scene) {
+  const FileFacts& facts = report.facts;
+  const std::string unit = UnitName(facts.unit), system = SystemText(facts);
+  nlohmann::json json = {{"path", report.path},
+                         {"points", report.points},
+                         {"outcome", Name(report.outcome)},
+                         {"status", Name(report.outcome)},
+                         {"message", report.message},
+                         {"details", report.details},
+                         {"box", BoxJson(facts.box, facts.step)},
+                         {"scene_box", BoxJson(scene, kSceneStep)},
+                         {"step", facts.step},
+                         {"spacing", SpacingOf(report)},
+                         {"unit", unit.empty() ? nlohmann::json() : nlohmann::json(unit)},
+                         {"crs", system.empty() ? nlohmann::json() : nlohmann::json(system)}};
+  if (IsLas(facts)) {
+    json["version"] = VersionText(facts);
+    json["point_format"] = facts.pointFormat;
+    json["attributes"] = AttributesOf(facts.pointFormat);
+  }
+  if (!facts.classes.empty()) json["classes"] = nlohmann::json::object();
+  for (std::size_t i = 0; i < facts.classes.size(); ++i)
+    if (facts.classes[i] > 0) json["classes"][std::to_string(i)] = facts.classes[i];
+  return json;
+}
+
+} // namespace cli

@@ -1,0 +1,201 @@
+#include "cli/csv/csv_text.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <stdexcept>
+#include <vector>
+
+namespace cli {
+
+namespace {
+
+enum Column { kX, kY, kZ, kRed, kGreen, kBlue, kIntensity, kColumns };
+
+const struct {
+  const char* name;
+  Column column;
+} kNames[] = {{"x", kX},         {"easting", kX}, {"east", kX},    {"y", kY},
+              {"northing", kY},  {"north", kY},   {"z", kZ},       {"height", kZ},
+              {"elevation", kZ}, {"r", kRed},     {"red", kRed},   {"g", kGreen},
+              {"green", kGreen}, {"b", kBlue},    {"blue", kBlue}, {"intensity", kIntensity}};
+
+/** Longest line that a table can have. */
+const std::size_t kMostLineBytes = 64 * 1024;
+const std::size_t kShownBytes = 40;
+const int kMissing = -1;
+
+struct TableError {
+  std::string text;
+};
+
+std::string Trimmed(std::string text) {
+  const char* const blanks = " \t\r\"";
+  const std::size_t first = text.find_first_not_of(blanks);
+  if (first == std::string::npos) return std::string();
+  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+}
+
+std::vector<std::string> Fields(const std::string& line, char separator) {
+  std::vector<std::string> fields;
+  for (std::size_t from = 0;;) {
+    const std::size_t end = line.find(separator, from);
+    fields.push_back(Trimmed(line.substr(from, end - from)));
+    if (end == std::string::npos) return fields;
+    from = end + 1;
+  }
+}
+
+/** Where a field stands, for people. */
+std::string Place(std::int64_t line, std::size_t column) {
+  return "line " + std::to_string(line) + ", column " + std::to_string(column + 1) + ": ";
+}
+
+class Table {
+public:
+  explicit Table(std::istream& in) : in_(in) { ReadHeader(); }
+
+  bool Has(Column column) const { return places_[column] != kMissing; }
+  bool HasColor() const { return Has(kRed) && Has(kGreen) && Has(kBlue); }
+
+  /** Goes to the next row that is not empty; false behind the last one. */
+  bool Next() {
+    std::string line;
+    while (ReadLine(line)) {
+      if (Trimmed(line).empty()) continue;
+      fields_ = Fields(line, separator_);
+      return true;
+    }
+    return false;
+  }
+  /** The number as it stands in the row, with a decimal point. */
+  std::string Text(Column column, double* value) const {
+    const std::size_t place = (std::size_t)places_[column];
+    if (place >= fields_.size())
+      throw TableError{"line " + std::to_string(line_) + " has " + std::to_string(fields_.size()) +
+                       " columns, expected at least " + std::to_string(place + 1) + " as in the header"};
+    std::string text = fields_[place];
+    if (separator_ != ',') std::replace(text.begin(), text.end(), ',', '.');
+    if (!text.empty() && text[0] == '+') text.erase(0, 1);
+    const std::from_chars_result read = std::from_chars(text.data(), text.data() + text.size(), *value);
+    if (read.ec != std::errc() || read.ptr != text.data() + text.size() || !std::isfinite(*value))
+      throw TableError{Place(line_, place) + "\"" + fields_[place].substr(0, kShownBytes) +
+                       "\" is not a number"};
+    return text;
+  }
+  double Number(Column column) const {
+    double value = 0.0;
+    Text(column, &value);
+    return value;
+  }
+  void GoBack() {
+    in_.clear();
+    in_.seekg(0);
+    line_ = 0;
+    std::string header;
+    ReadLine(header);
+  }
+
+private:
+  bool ReadLine(std::string& line) {
+    if (!std::getline(in_, line)) return false;
+    ++line_;
+    if (line.size() > kMostLineBytes)
+      throw TableError{"line " + std::to_string(line_) + " is longer than " + std::to_string(kMostLineBytes) +
+                       " bytes"};
+    return true;
+  }
+
+  void ReadHeader() {
+    std::string header;
+    places_.fill(kMissing);
+    if (!ReadLine(header)) throw TableError{"the file is empty"};
+    if (header.rfind("\xEF\xBB\xBF", 0) == 0) header.erase(0, 3);
+    for (const char separator : {',', ';', '\t'})
+      if (std::count(header.begin(), header.end(), separator) >
+          std::count(header.begin(), header.end(), separator_))
+        separator_ = separator;
+    const std::vector<std::string> names = Fields(header, separator_);
+    for (std::size_t i = 0; i < names.size(); ++i) TakeName(names[i], (int)i);
+    if (!Has(kX) || !Has(kY) || !Has(kZ))
+      throw TableError{
+          "line 1: expected the names of the columns, x, y and z among them, separated by commas, "
+          "semicolons or tabs (--as xyz reads lines without a header)"};
+  }
+
+  void TakeName(std::string name, int place) {
+    for (char& c : name) c = c >= 'A' && c <= 'Z' ? (char)(c + 32) : c;
+    for (const auto& known : kNames) {
+      if (name != known.name) continue;
+      if (Has(known.column))
+        throw TableError{Place(1, (std::size_t)place) + "the second " + name + " of the header"};
+      places_[known.column] = place;
+    }
+  }
+
+  std::istream& in_;
+  char separator_ = ',';
+  std::array<int, kColumns> places_;
+  std::int64_t line_ = 0;
+  std::vector<std::string> fields_;
+};
+
+/** What a channel's value is multiplied by to be one of 0 to 255. */
+double ScaleOf(double highest, bool decimals) {
+  if (highest <= 1.0 && decimals) return 255.0;
+  return highest > 255.0 ? 255.0 / 65535.0 : 1.0;
+}
+
+/** Reads every number once, so that nothing is written of a table with a mistake. */
+double FindScale(Table& table) {
+  double highest = 0.0, ignored = 0.0;
+  bool decimals = false;
+  while (table.Next()) {
+    for (const Column column : {kX, kY, kZ}) table.Text(column, &ignored);
+    if (table.HasColor())
+      for (const Column column : {kRed, kGreen, kBlue}) {
+        double value = 0.0;
+        decimals = table.Text(column, &value).find('.') != std::string::npos || decimals;
+        highest = std::max(highest, value);
+      }
+    else if (table.Has(kIntensity))
+      highest = std::max(highest, table.Number(kIntensity));
+  }
+  if (table.HasColor()) return ScaleOf(highest, decimals);
+  return highest > 0.0 ? 255.0 / highest : 0.0;
+}
+
+int Channel(double value, double scale) {
+  return (int)std::lround(std::clamp(value * scale, 0.0, 255.0));
+}
+
+void WriteRows(Table& table, double scale, std::ostream& out) {
+  double ignored = 0.0;
+  while (table.Next()) {
+    out << table.Text(kX, &ignored) << ' ' << table.Text(kY, &ignored) << ' ' << table.Text(kZ, &ignored);
+    if (table.HasColor())
+      for (const Column column : {kRed, kGreen, kBlue}) out << ' ' << Channel(table.Number(column), scale);
+    else if (table.Has(kIntensity))
+      for (int i = 0; i < 3; ++i) out << ' ' << Channel(table.Number(kIntensity), scale);
+    out << '\n';
+  }
+}
+
+} // namespace
+
+bool ConvertTable(std::istream& in, std::ostream& out, std::string* error) {
+  try {
+    Table table(in);
+    const double scale = FindScale(table);
+    table.GoBack();
+    WriteRows(table, scale, out);
+  } catch (const TableError& e) {
+    *error = e.text;
+    return false;
+  }
+  return true;
+}
+
+} // namespace cli

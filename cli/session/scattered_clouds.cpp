@@ -1,0 +1,84 @@
+#include "cli/session/scattered_clouds.h"
+
+#include "cli/text/format.h"
+
+#include <algorithm>
+
+namespace cli {
+
+namespace {
+
+/** Distance, in sizes of the larger cloud, from which on two of them do not belong together. */
+const double kFarSizes = 10.0;
+
+struct Cloud {
+  std::string name;
+  Box box; ///< in file coordinates
+  bool fitted = false;
+};
+
+std::vector<Cloud> CloudsOf(const CloudSession& session) {
+  std::vector<Cloud> clouds;
+  for (BaseObject* object : session.Clouds()) {
+    CloudStats stats;
+    if (!ReadCloudStats(object, &stats)) continue;
+    for (BlockStats& block : stats.blocks) {
+      if (!block.box.valid) continue;
+      for (int axis = 0; axis < 3; ++axis) {
+        block.box.min[axis] += stats.origin[axis];
+        block.box.max[axis] += stats.origin[axis];
+      }
+      clouds.push_back(
+          {block.source.empty() ? "points of another plug-in" : block.source, block.box, block.fitted});
+    }
+  }
+  return clouds;
+}
+
+double SizeOf(const Box& box) {
+  double size = 0.0;
+  for (int axis = 0; axis < 3; ++axis) size = std::max(size, box.max[axis] - box.min[axis]);
+  return size;
+}
+
+/** Largest gap along an axis; 0 where the boxes overlap along all. */
+double Gap(const Box& a, const Box& b) {
+  double gap = 0.0;
+  for (int axis = 0; axis < 3; ++axis)
+    gap = std::max({gap, a.min[axis] - b.max[axis], b.min[axis] - a.max[axis]});
+  return gap;
+}
+
+std::string Described(const Cloud& cloud) {
+  std::string text = cloud.name + " (";
+  for (int axis = 0; axis < 3; ++axis)
+    text += std::string(axis ? ", " : "") + "xyz"[axis] + " " + Fixed(cloud.box.min[axis], 2) + ".." +
+            Fixed(cloud.box.max[axis], 2);
+  return text + ")";
+}
+
+} // namespace
+
+std::vector<std::string> FindScattered(const CloudSession& session) {
+  std::vector<std::string> warnings;
+  const std::vector<Cloud> clouds = CloudsOf(session);
+  for (std::size_t i = 1; i < clouds.size() && warnings.empty(); ++i) {
+    const double size = std::max(SizeOf(clouds[0].box), SizeOf(clouds[i].box)),
+                 gap = Gap(clouds[0].box, clouds[i].box);
+    if (size > 0.0 && gap > kFarSizes * size)
+      warnings.push_back(
+          Described(clouds[0]) + " and " + Described(clouds[i]) + " lie " + Grouped((long long)gap) +
+          " apart, more than ten times their size: check that both are in the same coordinate system");
+  }
+  const auto other = std::find_if(clouds.begin(), clouds.end(),
+                                  [&](const Cloud& cloud) { return cloud.fitted != clouds.front().fitted; });
+  if (other != clouds.end()) {
+    const Cloud &fitted = other->fitted ? *other : clouds.front(),
+                &stored = other->fitted ? clouds.front() : *other;
+    warnings.push_back(Described(fitted) + " is fitted to the size of the object, but " + Described(stored) +
+                       " is not: their scales differ (--set fit_text=on fits both)");
+  }
+  return warnings;
+}
+
+} // namespace cli

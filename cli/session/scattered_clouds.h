@@ -1,0 +1,14 @@
+// Clouds that hardly belong into one picture.
+#pragma once
+
+#include "cli/session/cloud_session.h"
+
+namespace cli {
+
+/**
+ * A line for the first pair of files that lie more than ten times their size apart, and one where only some
+ * of the clouds are fitted to the object's size, so that their scales differ. Both boxes are in the lines.
+ */
+std::vector<std::string> FindScattered(const CloudSession& session);
+
+} // namespace cli

@@ -1,0 +1,26 @@
+#include "cli/system/silence.h"
+
+#include <iostream>
+
+namespace cli {
+
+namespace {
+
+/** Takes everything and keeps nothing. */
+class NoBuffer : public std::streambuf {
+  int_type overflow(int_type c) override { return traits_type::not_eof(c); }
+};
+
+NoBuffer nothing;
+
+} // namespace
+
+void Silence() {
+  std::cout.rdbuf(&nothing);
+}
+
+bool IsSilent() {
+  return std::cout.rdbuf() == &nothing;
+}
+
+} // namespace cli
