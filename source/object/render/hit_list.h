@@ -53,6 +53,8 @@ struct HitList {
   LONG visitedCount = 0;
   LONG visited[kMostHits + 1] = {};
   LONG found = 0; ///< hits, including those found earlier in another cell; at most kMostHits
+  /** The ray before had about as many hits as there can be: the next one takes the full walk at once. */
+  Bool crowded = FALSE;
 
   void Prepare(RayMode rayMode, LONG rayBits);
   Bool IsFull() const { return found >= kMostHits; }

@@ -239,7 +239,10 @@ Bool TraceShort(const VoxelData& data, const TracedRay& ray, const RaySegment& s
     WalkCells(root, *data.Root(), segment, range,
               [&walk](const WalkedCell& cell) { return walk.Visit(cell); });
     walk.Finish();
-    if (walk.Outcome() == kTooMany) continue;
+    if (walk.Outcome() == kTooMany) {
+      if (data.packed.numbers) continue;
+      break; // without groups the second count is the first
+    }
     if (walk.Outcome() == kFoldedHit) return FALSE;
     if (ray.mode == kRayShadow && walk.IsCovered())
       result->transmission = 0.0;
@@ -247,6 +250,7 @@ Bool TraceShort(const VoxelData& data, const TracedRay& ray, const RaySegment& s
       *result = BlendBefore(walk.Before(), data, ray, segment, lists, light);
     return TRUE;
   }
+  lists.own.crowded = TRUE;
   return FALSE;
 }
 

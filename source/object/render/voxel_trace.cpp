@@ -109,14 +109,18 @@ TracedLight TraceFull(const VoxelData& data, const TracedRay& ray, ThreadLists l
 } // namespace
 
 TracedLight Trace(const VoxelData& data, const TracedRay& ray, ThreadLists lists, Illumination* light) {
-#ifndef KELVRA_FULL_WALK
+  NoObserver none;
+#ifdef KELVRA_FULL_WALK
+  return TraceFull(data, ray, lists, light, none);
+#else
   TracedLight result;
   if (!Begin(data, ray, lists) ||
-      TraceShort(data, ray, RaySegment(ray.origin, ray.end), lists, light, &result))
+      (!lists.own.crowded && TraceShort(data, ray, RaySegment(ray.origin, ray.end), lists, light, &result)))
     return result;
+  result = TraceFull(data, ray, lists, light, none);
+  lists.own.crowded = lists.own.found > kMostHits * 3 / 4;
+  return result;
 #endif
-  NoObserver none;
-  return TraceFull(data, ray, lists, light, none);
 }
 
 TracedLight TraceObserved(const VoxelData& data, const TracedRay& ray, ThreadLists lists, Illumination* light,
