@@ -24,6 +24,8 @@ public:
    */
   void Open(const std::vector<std::string>& files, const std::vector<std::string>& settings, bool trust);
 
+  /** Works in another document of the application from now on; the old one is closed. */
+  void Use(BaseDocument* document);
   BaseDocument* Document() const { return document_; }
   /** The cloud objects of the document in tree order. */
   std::vector<BaseObject*> Clouds() const;

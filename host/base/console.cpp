@@ -52,13 +52,13 @@ void Console::SetSink(std::function<void(const std::string&)> sink) {
 
 void Console::SetStatusText(const std::string& text) {
   statusTexts_.push_back(text);
-  DrawProgress();
+  ReportProgress();
 }
 
 void Console::SetStatusBar(int percent) {
   percent_ = std::clamp(percent, 0, 100);
   statusBars_.push_back(percent);
-  DrawProgress();
+  ReportProgress();
 }
 
 void Console::ClearStatus() {
@@ -66,6 +66,11 @@ void Console::ClearStatus() {
   percent_ = 0;
   if (drawn_) std::fputs("\r\x1b[K", stderr);
   drawn_ = false;
+}
+
+void Console::ReportProgress() {
+  DrawProgress();
+  if (progressSink_) progressSink_(statusTexts_.empty() ? std::string() : statusTexts_.back(), percent_);
 }
 
 void Console::DrawProgress() {

@@ -68,7 +68,7 @@ const House kHouses[] = {
     {"host",
      {"base", "memory", "picture resource", "gl", "plugins", "nodes", "parameters", "undo", "scene",
       "geometry", "hair particles", "view", "render", "seam", "."}},
-    {"cli", {"system text", "session", "commands", "."}},
+    {"cli", {"system text", "session", "commands", "view reference", "."}},
 };
 
 struct Room {
