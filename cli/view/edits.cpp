@@ -1,6 +1,6 @@
 #include "cli/view/edits.h"
 
-#include "host/application.h"
+#include "host/parameter_step.h"
 
 namespace cli {
 
@@ -12,13 +12,8 @@ const LONG kVisibleInEditor = 901, kShown = 2, kHidden = 1;
 } // namespace
 
 bool Edits::SetParameter(BaseList2D* node, const DescID& id, const GeData& value, bool held) {
-  BaseDocument* doc = node->GetDocument();
   const bool goesOn = held && held_ == node && heldId_ == id[0].id;
-  if (doc && !goesOn) {
-    doc->StartUndo();
-    doc->AddUndo(UNDOTYPE_CHANGE_SMALL, node);
-    doc->EndUndo();
-  }
+  if (!goesOn) host::KeepParameters(node);
   held_ = held ? node : NULL;
   heldId_ = id[0].id;
   return node->SetParameter(id, value, DESCFLAGS_SET_USERINTERACTION) != FALSE;

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <imgui.h>
 #include <imgui_stdlib.h>
+#include <utility>
 
 namespace fs = std::filesystem;
 

@@ -57,7 +57,7 @@ void ViewApplication::OpenFirst() {
   }
   for (const std::string& note : viewport_.PrepareClouds()) Report(note);
   Select(session_.Document()->GetFirstObject());
-  savedStamp_ = DocumentStamp(session_.Document());
+  TakeAsSaved();
 }
 
 void ViewApplication::LoadClouds(const std::vector<std::string>& files) {
@@ -107,7 +107,7 @@ void ViewApplication::OpenScene(const std::string& path) {
   viewport_.PrepareClouds();
   viewport_.FrameAll();
   Select(doc->GetFirstObject());
-  savedStamp_ = DocumentStamp(doc);
+  TakeAsSaved();
   wantsView_ = true;
 }
 

@@ -152,12 +152,12 @@ void ViewApplication::RunTasks() {
 void ViewApplication::EndWork() {
   working_ = false;
   // The button stopped this work only.
-  if (busy_.text == "stopping") host::ClearInterrupt();
+  if (busy_.text == kStopping) host::ClearInterrupt();
 }
 
 void ViewApplication::Progress(const std::string& text, int percent) {
   if (!working_ || inFrame_) return;
-  if (busy_.text != "stopping") busy_.text = text.empty() ? "working" : text;
+  if (busy_.text != kStopping) busy_.text = text.empty() ? "working" : text;
   busy_.percent = percent;
   if (Now() - busy_.lastFrame < kBusyInterval) return;
   Frame(0.0);
@@ -190,6 +190,11 @@ BaseList2D* ViewApplication::Selected() const {
 BaseObject* ViewApplication::SelectedObject() const {
   BaseList2D* node = showsPreferences_ ? NULL : selected_.GetLink(session_.Document());
   return node && node->IsInstanceOf(Obase) ? static_cast<BaseObject*>(node) : NULL;
+}
+
+void ViewApplication::TakeAsSaved() {
+  viewport_.Update(stamp_ = DocumentStamp(session_.Document())); // the first drawing settles the objects
+  savedStamp_ = DocumentStamp(session_.Document());
 }
 
 bool ViewApplication::IsChanged() const {

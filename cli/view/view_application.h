@@ -17,6 +17,9 @@
 
 namespace cli {
 
+/** What is shown once the user stopped the work. */
+const char* const kStopping = "stopping";
+
 class ViewApplication {
 public:
   explicit ViewApplication(const ViewPlan& plan);
@@ -89,11 +92,16 @@ private:
   void DrawStatus();
   void DrawQuestion();
   void DrawHelp();
-  void TakeShortcuts();
+  void TakeShortcuts(const Window::Key& key);
+  void Stop();
 
   BaseObject* SelectedObject() const;
   BaseList2D* Selected() const;
   bool IsChanged() const;
+  /** Work is under way that says so; brief tasks do not. */
+  bool IsBusy() const { return working_ && !busy_.text.empty(); }
+  /** The document as it is now needs no saving. */
+  void TakeAsSaved();
 
   ViewPlan plan_;
   KeptSettings kept_;

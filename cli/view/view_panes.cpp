@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <imgui.h>
 #include <imgui_stdlib.h>
+#include <utility>
 
 namespace cli {
 
@@ -59,12 +60,13 @@ void ViewApplication::DrawAll() {
   const float scale = window_.Scale();
   const ImVec2 size = ImGui::GetIO().DisplaySize;
   const bool modal = browser_.IsOpen() || !question_.text.empty();
-  if (!modal) TakeShortcuts();
+  for (const Window::Key& key : window_.TakeKeys())
+    if (!modal) TakeShortcuts(key);
   float top = 0.0f;
   const float status = panels_ ? ImGui::GetFrameHeight() + 8 * scale : 0.0f;
   const float left = panels_ ? std::min(380 * scale, size.x * 0.4f) : 0.0f;
   const float console = panels_ ? std::min(130 * scale, size.y * 0.25f) : 0.0f;
-  ImGui::BeginDisabled(working_ && !modal);
+  ImGui::BeginDisabled(IsBusy() && !modal);
   if (panels_) {
     DrawMenu();
     top = ImGui::GetFrameHeight();
@@ -86,7 +88,7 @@ void ViewApplication::DrawAll() {
   ImGui::End();
   ImGui::PopStyleVar();
   ImGui::EndDisabled();
-  if (panels_ || working_) {
+  if (panels_ || IsBusy()) {
     Place(0, size.y - ImGui::GetFrameHeight() - 8 * scale, size.x, ImGui::GetFrameHeight() + 8 * scale);
     if (ImGui::Begin("Status", nullptr, kPane | ImGuiWindowFlags_NoTitleBar | ImGuiWindowFlags_NoScrollbar))
       DrawStatus();
@@ -97,35 +99,48 @@ void ViewApplication::DrawAll() {
   DrawHelp();
 }
 
-void ViewApplication::TakeShortcuts() {
-  const ImGuiIO& io = ImGui::GetIO();
-  const auto pressed = [](int key) { return ImGui::IsKeyPressed(key, false); };
-  if (working_) {
-    if (pressed(kEscapeKey)) {
-      host::RequestInterrupt();
-      busy_.text = "stopping";
+void ViewApplication::TakeShortcuts(const Window::Key& key) {
+  if (IsBusy()) {
+    if (key.number == kEscapeKey) Stop();
+    return;
+  }
+  if (key.number == kF12) Later([this] { Screenshot(); });
+  if (key.number == kF1) showsHelp_ = !showsHelp_;
+  if (ImGui::GetIO().WantTextInput) return;
+  if (key.control) {
+    switch (key.number) {
+    case 'N':
+      return Later([this] { NewScene(); });
+    case 'O':
+      return Later([this] { OpenScene(std::string()); });
+    case 'S':
+      return Later([this, asNew = key.shift] { SaveScene(asNew); });
+    case 'L':
+      return Later([this] { LoadByDialog(false); });
+    case 'R':
+      return Later([this] { RenderPicture(); });
+    case 'D':
+      return Later([this] { DuplicateSelected(); });
+    case 'Z':
+      return Later([this, redo = key.shift] { Undo(redo); });
+    case 'Y':
+      return Later([this] { Undo(true); });
+    case 'Q':
+      quit_ = true;
+      return;
+    default:
+      return;
     }
-    return;
   }
-  if (pressed(kF12)) Later([this] { Screenshot(); });
-  if (pressed(kF1)) showsHelp_ = !showsHelp_;
-  if (io.WantTextInput) return;
-  if (io.KeyCtrl) {
-    if (pressed('N')) Later([this] { NewScene(); });
-    if (pressed('O')) Later([this] { OpenScene(std::string()); });
-    if (pressed('S')) Later([this, asNew = io.KeyShift] { SaveScene(asNew); });
-    if (pressed('L')) Later([this] { LoadByDialog(false); });
-    if (pressed('R')) Later([this] { RenderPicture(); });
-    if (pressed('D')) Later([this] { DuplicateSelected(); });
-    if (pressed('Z')) Later([this, redo = io.KeyShift] { Undo(redo); });
-    if (pressed('Y')) Later([this] { Undo(true); });
-    if (pressed('Q')) quit_ = true;
-    return;
-  }
-  if (pressed('F')) viewport_.FrameAll();
-  if (pressed(kDeleteKey)) Later([this] { DeleteSelected(); });
+  if (key.number == 'F') viewport_.FrameAll();
+  if (key.number == kDeleteKey) Later([this] { DeleteSelected(); });
   for (const Side& side : kSides)
-    if (pressed(side.key[0])) viewport_.FrameAll(side.direction);
+    if (key.number == side.key[0]) viewport_.FrameAll(side.direction);
+}
+
+void ViewApplication::Stop() {
+  host::RequestInterrupt();
+  busy_.text = kStopping;
 }
 
 void ViewApplication::DrawMenu() {
@@ -303,14 +318,11 @@ void ViewApplication::DrawConsole() {
 }
 
 void ViewApplication::DrawStatus() {
-  if (working_ && !browser_.IsOpen() && question_.text.empty()) {
+  if (IsBusy() && !browser_.IsOpen() && question_.text.empty()) {
     const std::string text = busy_.text + " " + std::to_string(busy_.percent) + " %";
     ImGui::ProgressBar((float)busy_.percent / 100.0f, ImVec2(300 * window_.Scale(), 0), text.c_str());
     ImGui::SameLine();
-    if (ImGui::Button("Stop (Esc)")) {
-      host::RequestInterrupt();
-      busy_.text = "stopping";
-    }
+    if (ImGui::Button("Stop (Esc)")) Stop();
     return;
   }
   const std::string name =

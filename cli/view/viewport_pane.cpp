@@ -9,6 +9,7 @@
 #include <chrono>
 #include <cmath>
 #include <imgui.h>
+#include <utility>
 
 namespace cli {
 
@@ -175,7 +176,10 @@ void ViewportPane::MoveWithMouse(double paneWidth, double paneHeight, const Pict
   const bool turns = held && ImGui::IsMouseDragging(ImGuiMouseButton_Left, 3.0f);
   const bool slides = held && (ImGui::IsMouseDragging(ImGuiMouseButton_Middle, 1.0f) ||
                                ImGui::IsMouseDragging(ImGuiMouseButton_Right, 1.0f));
-  if (ImGui::IsItemDeactivated() && !dragging_ && ImGui::IsMouseReleased(ImGuiMouseButton_Left)) click_ = at;
+  // A quick drag may begin and end between two frames.
+  const bool strayed = io.MouseDragMaxDistanceSqr[ImGuiMouseButton_Left] > 9.0f;
+  if (ImGui::IsItemDeactivated() && !dragging_ && !strayed && ImGui::IsMouseReleased(ImGuiMouseButton_Left))
+    click_ = at;
   dragging_ = held && (dragging_ || turns || slides);
   const bool still = io.MouseDelta.x == 0.0f && io.MouseDelta.y == 0.0f;
   if (still || !(turns || slides)) return;

@@ -12,6 +12,7 @@
 #include <imgui_impl_glfw.h>
 #include <imgui_impl_opengl3.h>
 #include <stdexcept>
+#include <utility>
 
 namespace cli {
 
@@ -63,6 +64,7 @@ Window::Window(int width, int height, const std::string& title) {
   glfwSwapInterval(1);
   glfwSetWindowUserPointer(window_, this);
   glfwSetDropCallback(window_, OnDrop);
+  glfwSetKeyCallback(window_, OnKey); // the interface calls it before its own
   SetUpInterface();
 }
 
@@ -142,6 +144,16 @@ void Window::EndFrame(host::gl::Image* copy) {
 void Window::OnDrop(GLFWwindow* window, int count, const char** paths) {
   Window& self = *static_cast<Window*>(glfwGetWindowUserPointer(window));
   self.dropped_.insert(self.dropped_.end(), paths, paths + count);
+}
+
+void Window::OnKey(GLFWwindow* window, int key, int, int action, int modifiers) {
+  Window& self = *static_cast<Window*>(glfwGetWindowUserPointer(window));
+  if (action == GLFW_PRESS)
+    self.keys_.push_back({key, (modifiers & GLFW_MOD_CONTROL) != 0, (modifiers & GLFW_MOD_SHIFT) != 0});
+}
+
+std::vector<Window::Key> Window::TakeKeys() {
+  return std::exchange(keys_, {});
 }
 
 std::vector<std::string> Window::TakeDropped() {

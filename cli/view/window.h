@@ -29,6 +29,12 @@ public:
 
   /** Files dropped onto the window since the last call. */
   std::vector<std::string> TakeDropped();
+  struct Key {
+    int number = 0; ///< of the window system; letters and digits are their characters
+    bool control = false, shift = false;
+  };
+  /** Keys pressed since the last call, however short: a press may begin and end between two frames. */
+  std::vector<Key> TakeKeys();
   /** How much larger than on an ordinary screen things are drawn. */
   float Scale() const { return scale_; }
   void Size(int* width, int* height) const;
@@ -48,12 +54,14 @@ public:
 
 private:
   void SetUpInterface();
+  static void OnKey(GLFWwindow* window, int key, int code, int action, int modifiers);
   static void OnDrop(GLFWwindow* window, int count, const char** paths);
 
   GLFWwindow* window_ = nullptr;
   float scale_ = 1.0f;
   int lively_ = 3; ///< frames to draw without waiting: the interface settles over a few
   std::vector<std::string> dropped_;
+  std::vector<Key> keys_;
 };
 
 /** A picture that the user interface can show. */

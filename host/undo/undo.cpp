@@ -281,13 +281,13 @@ bool UndoHistory::End() {
 }
 
 std::unique_ptr<Change> UndoHistory::MakeChange(UNDOTYPE type, Node& node) {
+  if (type == kUndoParameters) return ParameterChange::Make(node);
   switch (type) {
   case UNDOTYPE_CHANGE:
     return ContentChange::Make(node, true);
   case UNDOTYPE_CHANGE_NOCHILDREN:
-    return ContentChange::Make(node, false);
   case UNDOTYPE_CHANGE_SMALL:
-    return ParameterChange::Make(node);
+    return ContentChange::Make(node, false);
   case UNDOTYPE_NEW:
   case UNDOTYPE_DELETE:
     return std::make_unique<PlaceChange>(node, type == UNDOTYPE_NEW);
