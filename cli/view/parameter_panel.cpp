@@ -236,7 +236,9 @@ bool ParameterPanel::ShowVector(const Parameter& parameter, GeData* value) {
     value->SetVector(Vector(rgb[0], rgb[1], rgb[2]));
     return true;
   }
-  double xyz[3] = {vector.x * shown.factor, vector.y * shown.factor, vector.z * shown.factor};
+  // Adding zero turns a negative zero into a plain one.
+  double xyz[3] = {vector.x * shown.factor + 0.0, vector.y * shown.factor + 0.0,
+                   vector.z * shown.factor + 0.0};
   const float speed = (float)(StepOf(parameter, vector.GetLength()) * shown.factor * 0.5);
   if (!ImGui::DragScalarN("##value", ImGuiDataType_Double, xyz, 3, speed, nullptr, nullptr, shown.format))
     return false;

@@ -165,8 +165,10 @@ void ViewApplication::Explain(const Pixel& pixel) {
 
 void ViewApplication::Pick(const PicturePlace& place) {
   const double reach = kPickReach / viewport_.HalfHeight();
+  const bool saved = !IsChanged();
   const std::optional<PickedPoint> picked =
       PickPoint(session_, viewport_.Camera(), viewport_.Aspect(), place, reach);
+  if (saved) savedStamp_ = DocumentStamp(session_.Document());
   if (!picked) return viewport_.Mark(std::nullopt);
   viewport_.Mark(picked->world, picked->Text());
   std::string line = picked->Text();

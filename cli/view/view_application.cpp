@@ -93,8 +93,7 @@ int ViewApplication::Run() {
   bool more = true;
   while (!Closing()) {
     RunTasks();
-    stamp_ = DocumentStamp(session_.Document());
-    more = viewport_.Update(stamp_);
+    more = UpdateView();
     if (!more && readySince_ < 0.0) readySince_ = Now();
     const bool soon = more || viewport_.IsMoving() || plan_.exitAfter;
     Frame(soon ? 0.01 : kIdle);
@@ -192,9 +191,20 @@ BaseObject* ViewApplication::SelectedObject() const {
   return node && node->IsInstanceOf(Obase) ? static_cast<BaseObject*>(node) : NULL;
 }
 
+bool ViewApplication::UpdateView() {
+  const std::size_t before = DocumentStamp(session_.Document());
+  const bool saved = before == savedStamp_;
+  const bool more = viewport_.Update(before);
+  // What drawing touched, such as thinning while the view moves, is no change of the user's.
+  stamp_ = DocumentStamp(session_.Document());
+  if (stamp_ != before) viewport_.Settle(stamp_);
+  if (saved) savedStamp_ = stamp_;
+  return more;
+}
+
 void ViewApplication::TakeAsSaved() {
-  viewport_.Update(stamp_ = DocumentStamp(session_.Document())); // the first drawing settles the objects
   savedStamp_ = DocumentStamp(session_.Document());
+  UpdateView();
 }
 
 bool ViewApplication::IsChanged() const {

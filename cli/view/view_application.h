@@ -102,6 +102,8 @@ private:
   bool IsBusy() const { return working_ && !busy_.text.empty(); }
   /** The document as it is now needs no saving. */
   void TakeAsSaved();
+  /** Draws what changed; true while there is more to do. */
+  bool UpdateView();
 
   ViewPlan plan_;
   KeptSettings kept_;

@@ -31,23 +31,31 @@ double Now() {
  */
 class Thinned {
 public:
-  Thinned(const std::vector<BaseObject*>& clouds, LONG everyNth) : clouds_(clouds) {
+  Thinned(const std::vector<BaseObject*>& clouds, LONG everyNth) : clouds_(clouds), everyNth_(everyNth) {
     for (BaseObject* cloud : clouds_) {
       BaseContainer* data = cloud->GetDataInstance();
-      own_.push_back(*data);
+      own_.push_back(data->GetDataPointer(KELVRA_THIN_VIEW) ? *data->GetDataPointer(KELVRA_THIN_VIEW)
+                                                            : GeData());
       const LONG own = std::max<LONG>(1, data->GetLong(KELVRA_THIN_VIEW));
       if (everyNth > 1) data->SetLong(KELVRA_THIN_VIEW, own * everyNth);
     }
   }
   ~Thinned() {
-    for (std::size_t i = 0; i < clouds_.size(); ++i) *clouds_[i]->GetDataInstance() = own_[i];
+    for (std::size_t i = 0; everyNth_ > 1 && i < clouds_.size(); ++i) {
+      BaseContainer* data = clouds_[i]->GetDataInstance();
+      if (own_[i].GetType() == DA_NIL)
+        data->RemoveData(KELVRA_THIN_VIEW);
+      else
+        data->SetData(KELVRA_THIN_VIEW, own_[i]);
+    }
   }
   Thinned(const Thinned&) = delete;
   Thinned& operator=(const Thinned&) = delete;
 
 private:
   const std::vector<BaseObject*>& clouds_;
-  std::vector<BaseContainer> own_;
+  LONG everyNth_;
+  std::vector<GeData> own_; ///< no value where the description's default counts
 };
 
 } // namespace

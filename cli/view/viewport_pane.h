@@ -46,6 +46,8 @@ public:
   double FramesPerSecond() const { return drawSeconds_ > 0 ? 1.0 / drawSeconds_ : 0.0; }
   bool& EyeDome() { return eyeDome_; }
   void Redraw() { stale_ = true; }
+  /** Drawing itself may touch the document: this is what it is like now. */
+  void Settle(std::size_t documentStamp) { stamp_ = documentStamp; }
 
 private:
   bool Draw(LONG everyNth);
