@@ -3,8 +3,10 @@
 # give the same bytes. Then unpacks the zip and loads its module under Wine.
 #
 #   ./package.sh [WINDOWS_BUILD_FOLDER]     without a folder it builds the preset windows
+#   ./package.sh --deb                      makes out/kelvra_<version>_amd64.deb for Debian instead, and checks it
 set -euo pipefail
 cd "$(dirname "$0")"
+[ "${1:-}" != --deb ] || exec scripts/debian_package.sh "${2:-}"
 scripts/install_dependencies.sh g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine64 googletest zip unzip
 build=${1:-build/windows}
 if [ $# -eq 0 ]; then

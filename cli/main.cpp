@@ -1,5 +1,6 @@
 // kelvra: point clouds without the application. Parses the command line and runs one command.
 #include "cli/commands/commands.h"
+#include "cli/reference/reference.h"
 #include "cli/system/exit_status.h"
 #include "cli/system/program_arguments.h"
 #include "cli/text/line.h"
@@ -53,6 +54,16 @@ int Run(int argc, char** argv) {
     const cli::Run run = command.add(*parser);
     parser->callback([run, &status] { status = run(); });
   }
+  // Without a group: the help does not list it, as it is for those who package the program.
+  app.add_option_function<std::string>(
+         "--reference",
+         [&app](const std::string& form) {
+           cli::WriteReference(app, form, std::cout);
+           throw CLI::Success();
+         },
+         "Print the options as a manual page (man) or for completion (bash, zsh)")
+      ->group("")
+      ->trigger_on_parse();
   const cli::Command* command = argc > 1 ? FindCommand(argv[1]) : nullptr;
   if (argc > 1 && argv[1][0] != '-' && !command)
     throw cli::UsageError{"there is no command \"" + std::string(argv[1]) + "\"; expected " + CommandNames()};

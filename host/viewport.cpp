@@ -76,9 +76,8 @@ public:
     state_->pointsDrawn = 0;
     state_->frame = MakeFrame(camera_, Aspect());
     FitSceneRange();
-    {
-      for (BaseObject* op : AllObjects(doc_)) DrawOne(op);
-    }
+    for (BaseObject* op : AllObjects(doc_))
+      if (IsShownInViews(op)) DrawOne(op);
     state_->pointsDrawn += DrawGeometry(doc_, *drawer_, state_->frame);
     if (state_->context->ErrorCount() == 0) return true;
     *error = "OpenGL reported " + std::to_string(state_->context->ErrorCount()) +

@@ -3,6 +3,7 @@
 
 #include "c4d.h"
 #include "host/geometry/clone_tag.h"
+#include "host/nodes/visible_objects.h"
 #include "host/picture/image.h"
 #include "host/view/eye_dome.h"
 #include "host/view/view_camera.h"

@@ -6,6 +6,8 @@ packages=(
   ca-certificates g++ cmake ninja-build pkg-config git python3
   libgtest-dev libbenchmark-dev               # tests, benches
   libepoxy-dev libegl-dev libegl1 libegl-mesa0 libgl1-mesa-dri # OpenGL off screen
+  libglfw3-dev libimgui-dev fonts-dejavu-core   # window
+  xvfb xdotool                                # tests of the window
   libpng-dev libtiff-dev libopenexr-dev libxxhash-dev # pictures, scene checksums
   nlohmann-json3-dev libcli11-dev             # command line
   libembree-dev                               # surfaces in rendered pictures

@@ -6,6 +6,7 @@ const std::vector<Command>& Commands() {
   static const std::vector<Command> commands = {
       {"info", "Points, box, speed and memory of files", AddInfo},
       {"snapshot", "Draw one viewport picture", AddSnapshot},
+      {"view", "Open a window to look at points and to work on a scene", AddWindow},
       {"render", "Render a picture with light and shadow", AddRender},
       {"sequence", "Render many frames, or run a command on many files, here or on a cluster", AddSequence,
        true},

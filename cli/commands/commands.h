@@ -23,6 +23,7 @@ const std::vector<Command>& Commands();
 
 Run AddInfo(CLI::App& command);
 Run AddSnapshot(CLI::App& command);
+Run AddWindow(CLI::App& command);
 Run AddRender(CLI::App& command);
 Run AddSequence(CLI::App& command);
 Run AddSave(CLI::App& command);

@@ -130,6 +130,13 @@ CloudSession::CloudSession(const std::vector<std::string>& faults)
 
 CloudSession::~CloudSession() {}
 
+void CloudSession::Use(BaseDocument* document) {
+  if (document_ && document_ != document) application_->CloseDocument(document_);
+  document_ = document;
+  target_ = nullptr;
+  reports_.clear();
+}
+
 long long CloudSession::Points() const {
   long long points = 0;
   for (BaseObject* cloud : Clouds()) {

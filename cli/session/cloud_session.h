@@ -30,6 +30,8 @@ public:
   /** To be called before Open: reports then say how many points of each class were loaded. */
   void CountClasses() { countClasses_ = true; }
 
+  /** Works in another document of the application from now on; the old one is closed. */
+  void Use(BaseDocument* document);
   BaseDocument* Document() const { return document_; }
   /** The cloud objects of the document in tree order. */
   std::vector<BaseObject*> Clouds() const;

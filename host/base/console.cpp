@@ -55,13 +55,13 @@ void Console::SetSink(std::function<void(const std::string&)> sink) {
 
 void Console::SetStatusText(const std::string& text) {
   statusTexts_.push_back(text);
-  ShowStep();
+  ReportProgress();
 }
 
 void Console::SetStatusBar(int percent) {
   percent_ = std::clamp(percent, 0, 100);
   statusBars_.push_back(percent);
-  ShowStep();
+  ReportProgress();
 }
 
 void Console::ClearStatus() {
@@ -70,6 +70,11 @@ void Console::ClearStatus() {
   workStart_ = std::chrono::steady_clock::time_point();
   if (drawn_) std::fputs("\r\x1b[K", stderr);
   drawn_ = false;
+}
+
+void Console::ReportProgress() {
+  ShowStep();
+  if (progressSink_) progressSink_(statusTexts_.empty() ? std::string() : statusTexts_.back(), percent_);
 }
 
 void Console::ShowStep() {

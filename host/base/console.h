@@ -21,6 +21,14 @@ public:
   /** Also called for every line; NULL for nothing. */
   void SetSink(std::function<void(const std::string&)> sink);
 
+  /**
+   * Also called with the status text and percentage whenever one of them changes; NULL for nothing. It may
+   * run for a while, as the work that reports its progress waits.
+   */
+  void SetProgressSink(std::function<void(const std::string& text, int percent)> sink) {
+    progressSink_ = std::move(sink);
+  }
+
   void SetStatusText(const std::string& text);
   void SetStatusBar(int percent);
   void ClearStatus();
@@ -35,12 +43,14 @@ public:
 
 private:
   void ShowStep();
+  void ReportProgress();
   void DrawProgress();
   void PrintProgress();
 
   mutable std::mutex mutex_;
   std::vector<std::string> lines_;
   std::function<void(const std::string&)> sink_;
+  std::function<void(const std::string&, int)> progressSink_;
   std::vector<std::string> statusTexts_;
   std::vector<int> statusBars_;
   bool showProgress_ = false, drawn_ = false;

@@ -49,6 +49,8 @@ bool Dialogs::SelectFile(FILESELECT kind, const std::string& title, const std::s
   if (!files_.empty()) {
     record.answer = files_.front();
     files_.pop_front();
+  } else if (choose_) {
+    record.answer = choose_({kind, title, forceSuffix});
   }
   if (!record.answer.empty() && kind == FILESELECT_SAVE && !forceSuffix.empty())
     record.answer = WithSuffix(record.answer, forceSuffix);

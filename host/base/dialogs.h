@@ -1,4 +1,4 @@
-// Scripted dialogs: a driver queues answers, the module's dialogs take them in order.
+// Dialogs without windows of their own: a driver queues answers or shows the questions itself.
 #pragma once
 
 #include "c4d_enums.h"
@@ -25,10 +25,17 @@ public:
   void AnswerFile(const std::string& path) { files_.push_back(path); }
   /** Queues the answer to the next question. */
   void AnswerQuestion(GEMB_R answer) { answers_.push_back(answer); }
-  /** Asked when the queues are empty; without it a file dialog is cancelled and a message is confirmed. */
+  /** Asked when no answer is queued; without it a message is confirmed. */
   void SetInteractive(std::function<GEMB_R(const std::string& text, GEMB flags)> ask) {
     ask_ = std::move(ask);
   }
+  /** What a file dialog asks for. */
+  struct FileQuestion {
+    FILESELECT kind;
+    std::string title, suffix; ///< the suffix that a saved file gets, or empty
+  };
+  /** Asked when no path is queued; returns an empty one to cancel. */
+  void SetFileChooser(std::function<std::string(const FileQuestion&)> choose) { choose_ = std::move(choose); }
   const std::vector<DialogRecord>& Shown() const { return shown_; }
   void Clear();
 
@@ -40,6 +47,7 @@ private:
   std::deque<std::string> files_;
   std::deque<GEMB_R> answers_;
   std::function<GEMB_R(const std::string&, GEMB)> ask_;
+  std::function<std::string(const FileQuestion&)> choose_;
   std::vector<DialogRecord> shown_;
 };
 

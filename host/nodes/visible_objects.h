@@ -15,5 +15,9 @@ void UpdateAllCaches(BaseDocument* doc, BUILDFLAGS flags);
  * deform cache or a cache is replaced by it. Children follow their parents.
  */
 void VisitVisibleObjects(BaseDocument* doc, const std::function<void(BaseObject*, const Matrix&)>& visit);
+/** The same without objects that are hidden in views. */
+void VisitObjectsInViews(BaseDocument* doc, const std::function<void(BaseObject*, const Matrix&)>& visit);
+/** By the object's own "Visible in Editor", else by that of the nearest object above that says. */
+bool IsShownInViews(BaseObject* op);
 
 } // namespace host

@@ -219,6 +219,12 @@ const resource::Description* FindDescription(Node& node, const DescID* single, D
   return node.plugin->description.empty() ? nullptr : LoadDescription(node.type, std::string(), &node);
 }
 
+bool IsEnabled(Node& node, const DescID& id, const GeData& value) {
+  if (!node.data) return true;
+  return CallModule("GetDEnabling", node.plugin->Node().GetDEnabling, node.data, Api(&node), id, value,
+                    DESCFLAGS_ENABLE_0, static_cast<const BaseContainer*>(NULL)) != FALSE;
+}
+
 bool GetParameter(Node& node, const DescID& id, GeData& data, DESCFLAGS_GET flags) {
   if (node.data) {
     CallModule("GetDParameter", node.plugin->Node().GetDParameter, node.data, Api(&node), id, data, flags);

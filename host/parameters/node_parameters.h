@@ -27,6 +27,9 @@ const resource::Description* FindDescription(Node& node, const DescID* single = 
 /** By the name of the resource, or for name "" by the type that it is bound to. */
 const resource::Description* LoadDescription(LONG type, const std::string& name, Node* node);
 
+/** False for a parameter that the plug-in says cannot be used now: it is shown grey. */
+bool IsEnabled(Node& node, const DescID& id, const GeData& value);
+
 /** The plug-in is asked first, then the container; what is not set has the description's default. */
 bool GetParameter(Node& node, const DescID& id, GeData& data, DESCFLAGS_GET flags);
 /**

@@ -45,6 +45,20 @@ struct Parameter {
   std::vector<CycleEntry> cycle;
   std::vector<std::int32_t> accept; // numbers of types; empty for no restriction
   bool hidden = false;
+
+  // What a user interface shows beyond the value.
+  int group = -1; // place in Description::layout; -1 outside of groups
+  std::optional<Numbers> sliderMin, sliderMax, step;
+  bool isSlider = false;
+};
+
+/** A group of the user interface; groups nest. */
+struct Group {
+  std::int32_t id = 0; // 0 for one that only arranges its elements
+  std::string title;
+  int parent = -1; // place in Description::layout
+  int columns = 1;
+  bool isOpen = false; // at first
 };
 
 struct Description {
@@ -52,6 +66,7 @@ struct Description {
   std::string title;
   std::vector<Parameter> parameters;     // in order of appearance, included ones where they are included
   std::set<std::int32_t> groups;         // those that have a number
+  std::vector<Group> layout;             // parents before children
   SymbolTable symbols;                   // its own and those of what it includes
   std::vector<std::string> missingTexts; // own identifiers that no language has a text for
 

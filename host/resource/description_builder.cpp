@@ -81,6 +81,7 @@ private:
   void AddParameter(const ElementSyntax& element) {
     CheckRoom(element.place);
     Parameter parameter;
+    parameter.group = group_;
     parameter.type = element.type;
     parameter.origin = out_.name;
     if (element.id) {
@@ -124,8 +125,6 @@ private:
     }
   }
 
-  /** Groups are for user interfaces; here they only hold elements, but their numbers and texts are checked.
-   */
   void AddGroup(const ElementSyntax& element) {
     CheckRoom(element.place);
     if (element.id) {
@@ -134,7 +133,50 @@ private:
       // A group that is there already, as those of an included description, is opened again.
       if (out_.groups.insert(id).second) TextsOf(element.id->text);
     }
+    const int outer = group_;
+    group_ = OpenGroup(element);
     AddStatements(element.children);
+    group_ = outer;
+  }
+
+  int FindGroup(std::int32_t id) const {
+    const auto same = [id](const Group& group) { return group.id == id; };
+    const auto found = std::find_if(out_.layout.begin(), out_.layout.end(), same);
+    return id == 0 || found == out_.layout.end() ? -1 : int(found - out_.layout.begin());
+  }
+
+  int OpenGroup(const ElementSyntax& element) {
+    Group group;
+    group.parent = group_;
+    if (element.id) {
+      group.id = ResolveId(*element.id);
+      const int known = FindGroup(group.id);
+      if (known >= 0) return known;
+      if (const Texts* texts = FindTexts(*input_.tables, element.id->text)) group.title = texts->longText;
+    }
+    for (const AttributeSyntax& attribute : element.attributes) {
+      if (attribute.values.empty()) continue;
+      if (attribute.info->keyword == std::string_view("COLUMNS"))
+        group.columns = std::clamp(int(attribute.values[0].integer), 1, 16);
+      if (attribute.info->attribute == Attribute::kDefault) group.isOpen = attribute.values[0].integer != 0;
+    }
+    out_.layout.push_back(std::move(group));
+    return int(out_.layout.size()) - 1;
+  }
+
+  /** Adds the groups of an included description inside the open one; returns where each of them is now. */
+  std::vector<int> IncludeGroups(const Description& included) {
+    std::vector<int> places;
+    for (Group group : included.layout) {
+      group.parent = group.parent < 0 ? group_ : places[std::size_t(group.parent)];
+      int place = FindGroup(group.id);
+      if (place < 0) {
+        place = int(out_.layout.size());
+        out_.layout.push_back(std::move(group));
+      }
+      places.push_back(place);
+    }
+    return places;
   }
 
   void Include(const Token& name) {
@@ -144,9 +186,11 @@ private:
     if (!included) Fail(name.place, "cannot include " + name.text + ": " + error);
     out_.symbols.Merge(included->symbols);
     out_.groups.insert(included->groups.begin(), included->groups.end());
-    for (const Parameter& parameter : included->parameters) {
+    const std::vector<int> places = IncludeGroups(*included);
+    for (Parameter parameter : included->parameters) {
       CheckRoom(name.place);
-      Store(parameter);
+      parameter.group = parameter.group < 0 ? group_ : places[std::size_t(parameter.group)];
+      Store(std::move(parameter));
     }
   }
 
@@ -162,6 +206,7 @@ private:
   Description& out_;
   ParameterContext context_;
   std::set<std::string> included_;
+  int group_ = -1; // the open one
 };
 
 } // namespace

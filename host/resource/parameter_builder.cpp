@@ -61,7 +61,7 @@ private:
       TakeExclusive(attribute, &parameter_.max, &parameter_.maxExclusive);
       break;
     case Attribute::kShownNumbers:
-      ReadNumbers(attribute);
+      TakeShown(attribute);
       break;
     case Attribute::kCycle:
       TakeCycle(attribute);
@@ -80,8 +80,11 @@ private:
       for (const Token& type : attribute.values)
         if (type.isInteger) parameter_.accept.push_back(context_.resolveId(type));
       break;
-    case Attribute::kUnit:
     case Attribute::kLayout:
+      if (attribute.info->keyword == std::string_view("CUSTOMGUI"))
+        parameter_.isSlider = attribute.values[0].text.find("SLIDER") != std::string::npos;
+      break;
+    case Attribute::kUnit:
       break;
     }
   }
@@ -115,6 +118,14 @@ private:
   void TakeExclusive(const AttributeSyntax& attribute, std::optional<Numbers>* limit, bool* exclusive) {
     *exclusive = true;
     if (!attribute.values.empty()) *limit = ReadNumbers(attribute);
+  }
+
+  void TakeShown(const AttributeSyntax& attribute) {
+    const std::string_view keyword = attribute.info->keyword;
+    std::optional<Numbers>& taken = keyword == "STEP"        ? parameter_.step
+                                    : keyword == "MINSLIDER" ? parameter_.sliderMin
+                                                             : parameter_.sliderMax;
+    taken = ReadNumbers(attribute);
   }
 
   void TakeCycle(const AttributeSyntax& attribute) {

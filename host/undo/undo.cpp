@@ -144,6 +144,67 @@ private:
   StandIns stands_;
 };
 
+bool SameValue(const GeData* a, const GeData* b) {
+  return a && b ? *a == *b : a == b;
+}
+
+/** The numbers of values that the two differ in. */
+std::vector<LONG> Differences(const BaseContainer& a, const BaseContainer& b) {
+  std::vector<LONG> ids;
+  for (const BaseContainer* bc : {&a, &b})
+    for (LONG i = 0; i < bc->GetCount(); ++i) {
+      const LONG id = bc->GetIndexId(i);
+      const bool known = bc == &b && a.GetDataPointer(id);
+      if (!known && !SameValue(a.GetDataPointer(id), b.GetDataPointer(id))) ids.push_back(id);
+    }
+  return ids;
+}
+
+/**
+ * The node's parameters, name and place in space. The plug-in's data stay: a step for each slider would
+ * otherwise copy all that the node holds. The plug-in hears of each parameter that went back.
+ */
+class ParameterChange : public Change {
+public:
+  static std::unique_ptr<Change> Make(const Node& node) {
+    std::unique_ptr<ParameterChange> change(new ParameterChange(node));
+    return change->container_.GetCount() == node.container.GetCount() ? std::move(change) : nullptr;
+  }
+
+  void Exchange(bool) override {
+    Node* node = FindNode(target_);
+    if (!node) return; // freed in the meantime
+    const std::vector<LONG> changed = Differences(node->container, container_);
+    std::swap(node->name, name_);
+    std::swap(node->container, container_);
+    std::swap(node->bits, bits_);
+    if (node->kind == NodeKind::Object) {
+      std::swap(static_cast<Object*>(node)->ml, ml_);
+      static_cast<Object*>(node)->cacheBuilt = false;
+    }
+    ++node->dataDirty;
+    ++node->matrixDirty;
+    for (LONG number : changed) {
+      const DescID id(number);
+      DescriptionPostSetValue message;
+      message.descid = &id;
+      SendMessage(*node, MSG_DESCRIPTION_POSTSETPARAMETER, &message);
+    }
+  }
+
+private:
+  explicit ParameterChange(const Node& node)
+      : target_(node.linkId), name_(node.name), container_(node.container), bits_(node.bits) {
+    if (node.kind == NodeKind::Object) ml_ = static_cast<const Object&>(node).ml;
+  }
+
+  LULONG target_;
+  String name_;
+  BaseContainer container_;
+  LONG bits_;
+  Matrix ml_;
+};
+
 /** A node that came or went: where it lies, or lay. While it is away this keeps it. */
 class PlaceChange : public Change {
 public:
@@ -228,6 +289,7 @@ bool UndoHistory::End() {
 }
 
 std::unique_ptr<Change> UndoHistory::MakeChange(UNDOTYPE type, Node& node) {
+  if (type == kUndoParameters) return ParameterChange::Make(node);
   switch (type) {
   case UNDOTYPE_CHANGE:
     return ContentChange::Make(node, true);

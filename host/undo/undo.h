@@ -10,6 +10,9 @@
 
 namespace host {
 
+/** Beside the types that plug-ins use: parameters, name and place of a node, but not its plug-in's data. */
+const UNDOTYPE kUndoParameters = static_cast<UNDOTYPE>(60);
+
 /** One change to one node. Undo and redo are the same exchange of what is and what was kept. */
 class Change {
 public:

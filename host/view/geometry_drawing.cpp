@@ -153,7 +153,7 @@ void PrimitiveBatch::Flush() {
 
 LLONG DrawGeometry(BaseDocument* doc, gl::PrimitiveDrawer& drawer, const ViewFrame& frame) {
   Painter painter(drawer, frame);
-  VisitVisibleObjects(doc,
+  VisitObjectsInViews(doc,
                       [&painter](BaseObject* op, const Matrix& global) { painter.Draw(*Impl(op), global); });
   for (const ParticleGroup* group : GroupsWithParticles(*Impl(doc))) painter.Particles(*group);
   return painter.vertices;

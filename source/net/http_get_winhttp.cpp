@@ -80,6 +80,12 @@ public:
 
   /** The request tells it, on threads of the library, until its handle is closed. */
   static bool Attach(HINTERNET request, const std::shared_ptr<Pending>& pending) {
+    // The library may call after the request has been given up, so this code must stay: the module is kept
+    // loaded until the process ends.
+    HMODULE self = NULL;
+    if (!GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
+                            (LPCWSTR)&Pending::OnStatus, &self))
+      return false;
     auto* shared = new std::shared_ptr<Pending>(pending);
     DWORD_PTR context = (DWORD_PTR)shared;
     if (!WinHttpSetOption(request, WINHTTP_OPTION_CONTEXT_VALUE, &context, sizeof context)) {

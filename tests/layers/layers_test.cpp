@@ -76,7 +76,7 @@ const House kHouses[] = {
     {"host",
      {"base", "memory", "picture resource", "gl", "plugins", "nodes", "parameters", "undo", "scene",
       "geometry", "hair particles", "view", "render", "seam", "."}},
-    {"cli", {"system text csv", "session", "commands", "."}},
+    {"cli", {"system text csv", "session", "commands", "view reference", "."}},
 };
 
 struct Room {

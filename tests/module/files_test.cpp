@@ -61,7 +61,7 @@ TEST_F(RealFiles, LoadAsOtherReadersFoundThem) {
     ASSERT_EQ(stored.Points(), outcome["points"].get<long long>());
     ASSERT_FALSE(lines.empty());
     for (const std::string& line : lines) EXPECT_EQ(line.rfind(cloud.path + ": ", 0), 0u) << line;
-    KelvraCloudReport report = {1};
+    KelvraCloudReport report = {2};
     ASSERT_TRUE(op_->Message(KELVRA_MESSAGE_REPORT, &report));
     ASSERT_EQ(report.fileCount, 1);
     EXPECT_EQ(report.files[0].outcome == KELVRA_LOAD_PARTIAL, outcome.contains("partial")) << lines[0];

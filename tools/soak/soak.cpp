@@ -100,7 +100,7 @@ private:
 
   static LLONG Points(BaseObject* cloud) {
     KelvraCloudReport report = {};
-    report.version = 1;
+    report.version = 2;
     Require(cloud->Message(KELVRA_MESSAGE_REPORT, &report), "the cloud gives no report");
     LLONG points = 0;
     for (LONG i = 0; i < report.blockCount; ++i) points += report.blocks[i].points;

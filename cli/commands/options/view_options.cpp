@@ -92,8 +92,12 @@ void StandInside(const WorldExtent& extent, const ViewerAxes& axes, host::ViewCa
 
 } // namespace
 
+void AddSize(CLI::App& command, PictureSize& size) {
+  AddTyped(command, "--size", size, ParseSize, "In pixels, 1280x720")->type_name("WIDTHxHEIGHT");
+}
+
 void AddView(CLI::App& command, ViewOptions& view) {
-  AddTyped(command, "--size", view.size, ParseSize, "In pixels, 1280x720")->type_name("WIDTHxHEIGHT");
+  AddSize(command, view.size);
   CLI::Option* camera = AddTyped(command, "--camera", view.camera, ParsePosition,
                                  "X,Y,Z in world space: left-handed, y up, north +z");
   CLI::Option* target =

@@ -29,6 +29,9 @@ struct ViewOptions {
   bool print = false; ///< print the camera as options
 };
 
+/** --size. */
+void AddSize(CLI::App& command, PictureSize& size);
+
 /** --size, --camera, --target, --fov, and what chooses a view without coordinates. */
 void AddView(CLI::App& command, ViewOptions& view);
 

@@ -1,0 +1,50 @@
+#include "cli/view/kept_settings.h"
+
+#include "cli/system/preferences_folder.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+
+namespace fs = std::filesystem;
+
+namespace cli {
+
+namespace {
+
+fs::path PathOfSettings() {
+  const std::string folder = PreferencesFolder();
+  return folder.empty() ? fs::path() : fs::u8path(folder) / "window.json";
+}
+
+} // namespace
+
+KeptSettings KeptSettings::Load() {
+  KeptSettings kept;
+  std::ifstream file(PathOfSettings());
+  const nlohmann::json json = nlohmann::json::parse(file, nullptr, false);
+  if (!json.is_object()) return kept;
+  const auto number = [&json](const char* name, int usual, int low, int high) {
+    const auto found = json.find(name);
+    return found != json.end() && found->is_number_integer() ? std::clamp(found->get<int>(), low, high)
+                                                             : usual;
+  };
+  kept.width = number("width", kept.width, 320, 16384);
+  kept.height = number("height", kept.height, 240, 16384);
+  kept.renderWidth = number("render_width", kept.renderWidth, 16, 16384);
+  if (json.contains("folder") && json["folder"].is_string()) kept.folder = json["folder"];
+  return kept;
+}
+
+void KeptSettings::Save() const {
+  const fs::path path = PathOfSettings();
+  if (path.empty()) return;
+  std::error_code ignored;
+  fs::create_directories(path.parent_path(), ignored);
+  const nlohmann::json json = {
+      {"width", width}, {"height", height}, {"render_width", renderWidth}, {"folder", folder}};
+  std::ofstream(path) << json.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) << "\n";
+}
+
+} // namespace cli

@@ -1,0 +1,19 @@
+// What the window remembers from one day to the next.
+#pragma once
+
+#include <string>
+
+namespace cli {
+
+struct KeptSettings {
+  int width = 1280, height = 800; ///< of the window, pixels
+  std::string folder;             ///< last one that a file was taken from
+  int renderWidth = 960;          ///< pixels
+
+  /** Those of the preferences folder; what is missing or unreadable stays as usual. */
+  static KeptSettings Load();
+  /** A preferences folder that cannot be written keeps nothing, which is no reason to fail. */
+  void Save() const;
+};
+
+} // namespace cli

@@ -1,0 +1,160 @@
+#include "cli/view/render_pane.h"
+
+#include "cli/commands/render/scene_setup.h"
+#include "cli/text/format.h"
+#include "host/application.h"
+#include "kelvra_messages.h"
+
+#include <algorithm>
+#include <cmath>
+#include <imgui.h>
+#include <regex>
+#include <set>
+
+namespace cli {
+
+namespace {
+
+/** A document with lights for one render; whatever was added is taken out again. */
+class LitScene {
+public:
+  LitScene(CloudSession& session, const RenderPlan& plan) : doc_(session.Document()) {
+    for (BaseObject* op = doc_->GetFirstObject(); op; op = op->GetNext()) before_.insert(op);
+    scene_ = PrepareScene(session, plan);
+  }
+  ~LitScene() {
+    for (BaseObject *op = doc_->GetFirstObject(), *next = NULL; op; op = next) {
+      next = op->GetNext();
+      if (before_.count(op)) continue;
+      op->Remove();
+      BaseObject::Free(op);
+    }
+  }
+  LitScene(const LitScene&) = delete;
+  LitScene& operator=(const LitScene&) = delete;
+  host::RenderOptions& Options() { return scene_.render; }
+
+private:
+  BaseDocument* doc_;
+  std::set<BaseObject*> before_;
+  RenderScene scene_;
+};
+
+std::uint8_t Shown(float sample) {
+  return sample > 0.0f ? (std::uint8_t)std::lround(std::min(sample, 1.0f) * 255.0f) : 0;
+}
+
+/** Distance at which the ray enters the first point, out of the explanation; negative without one. */
+double FirstEntry(const std::string& text) {
+  std::smatch match;
+  if (!std::regex_search(text, match, std::regex("point [0-9]+, entry ([-+.0-9e]+)"))) return -1.0;
+  return std::stod(match[1]);
+}
+
+} // namespace
+
+void RenderPane::Take(const host::RenderBuffer& buffer) {
+  picture_.width = buffer.Width();
+  picture_.height = buffer.Height();
+  picture_.channels = 3;
+  const std::size_t pixels = (std::size_t)picture_.width * picture_.height;
+  picture_.samples.resize(pixels * 3);
+  host::gl::Image image;
+  image.width = picture_.width;
+  image.height = picture_.height;
+  image.channels = 3;
+  image.samples.resize(pixels * 3);
+  for (std::size_t i = 0; i < pixels; ++i)
+    for (std::size_t c = 0; c < 3; ++c) {
+      picture_.samples[i * 3 + c] = buffer.Samples()[i * host::RenderBuffer::kComponents + c];
+      image.samples[i * 3 + c] = Shown(picture_.samples[i * 3 + c]);
+    }
+  texture_.Upload(image);
+}
+
+std::string RenderPane::Render(const host::ViewCamera& camera, double aspect,
+                               const std::function<void(double)>& goOn) {
+  camera_ = camera;
+  plan_.view.size.height = std::max(1, (int)std::lround(plan_.view.size.width / aspect));
+  plan_.view.camera = camera.position;
+  plan_.view.target = camera.target;
+  plan_.view.fieldOfView = camera.fieldOfView;
+  marked_.reset();
+  LitScene scene(session_, plan_);
+  scene.Options().camera = camera;
+  host::RenderJob* running = nullptr;
+  scene.Options().progress = [&](double share) {
+    Take(running->Buffer());
+    goOn(share);
+  };
+  host::RenderJob job(session_.Document(), scene.Options());
+  running = &job;
+  const host::RenderOutcome outcome = job.RenderFrame();
+  if (!outcome.Ok()) return "rendering: " + outcome.message;
+  Take(job.Buffer());
+  return "rendered " + std::to_string(picture_.width) + "x" + std::to_string(picture_.height) + " in " +
+         Fixed(outcome.seconds, 1) + " s; click a pixel to see what made it";
+}
+
+std::string RenderPane::Explain(const Pixel& pixel, std::optional<Vector>* place) {
+  marked_ = pixel;
+  LitScene scene(session_, plan_);
+  host::RenderOptions& render = scene.Options();
+  render.camera = camera_;
+  render.probeX = pixel.x;
+  render.probeY = pixel.y;
+  std::string explanation = "pixel " + std::to_string(pixel.x) + "," + std::to_string(pixel.y) + "\n";
+  int rays = 0;
+  render.probe = [&](VolumeData* vd) {
+    String text;
+    KelvraRayExplanation question = {1, vd, &text};
+    BaseSceneHook* hook = session_.Document()->FindSceneHook(KELVRA_HOOK);
+    if (!hook || !hook->Message(KELVRA_MESSAGE_EXPLAIN_RAY, &question)) return;
+    const std::string lines = host::Utf8(text);
+    explanation += "ray " + std::to_string(++rays) + "\n" + lines;
+    const double entry = FirstEntry(lines);
+    if (!*place && entry >= 0.0) *place = Vector(vd->ray->p) + Vector(vd->ray->v) * entry;
+  };
+  host::RenderJob job(session_.Document(), render);
+  const host::RenderOutcome outcome = job.RenderFrame();
+  if (!outcome.Ok()) return outcome.message;
+  return rays > 0 ? explanation : explanation + "no points are rendered\n";
+}
+
+std::string RenderPane::Save(const std::string& path) const {
+  host::PictureFormat format = host::PictureFormat::Png8;
+  std::string error;
+  if (host::ChoosePictureFormat(path, 0, &format, &error) &&
+      host::SavePicture(picture_, path, format, &error, &session_.App().GetFaults()))
+    return std::string();
+  return error;
+}
+
+void RenderPane::Forget() {
+  picture_ = host::Picture();
+  marked_.reset();
+}
+
+std::optional<Pixel> RenderPane::Show() {
+  if (!HasPicture()) return std::nullopt;
+  const ImVec2 corner = ImGui::GetCursorScreenPos(), room = ImGui::GetContentRegionAvail();
+  const float scale = std::min(room.x / (float)picture_.width, room.y / (float)picture_.height);
+  const ImVec2 size(std::max(1.0f, picture_.width * scale), std::max(1.0f, picture_.height * scale));
+  const ImVec2 start(corner.x + (room.x - size.x) / 2, corner.y + (room.y - size.y) / 2);
+  ImGui::SetCursorScreenPos(start);
+  const bool clicked = ImGui::InvisibleButton("picture", size);
+  ImDrawList& list = *ImGui::GetWindowDrawList();
+  list.AddImage(texture_.Handle(), start, ImVec2(start.x + size.x, start.y + size.y));
+  if (marked_) {
+    const ImVec2 at(start.x + ((float)marked_->x + 0.5f) * scale,
+                    start.y + ((float)marked_->y + 0.5f) * scale);
+    list.AddCircle(at, 8.0f, IM_COL32(0, 0, 0, 255), 24, 4.0f);
+    list.AddCircle(at, 8.0f, IM_COL32(255, 220, 60, 255), 24, 2.0f);
+  }
+  if (!clicked) return std::nullopt;
+  const ImVec2 mouse = ImGui::GetIO().MousePos;
+  return Pixel{std::clamp((int)((mouse.x - start.x) / scale), 0, picture_.width - 1),
+               std::clamp((int)((mouse.y - start.y) / scale), 0, picture_.height - 1)};
+}
+
+} // namespace cli

@@ -1,0 +1,46 @@
+// The rendered picture: it fills in while it is rendered, is saved, and explains its pixels.
+#pragma once
+
+#include "cli/commands/render/render_plan.h"
+#include "cli/session/cloud_session.h"
+#include "cli/view/window.h"
+#include "host/render.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace cli {
+
+class RenderPane {
+public:
+  explicit RenderPane(CloudSession& session) : session_(session) {}
+
+  /**
+   * Renders what the camera sees, in the proportions of its view. `goOn` is called with the share that is
+   * done a few times a second, between frames of the interface. Returns a line about how it ended.
+   */
+  std::string Render(const host::ViewCamera& camera, double aspect, const std::function<void(double)>& goOn);
+  /** Asks the module about the pixel; *place becomes that of the first point that its ray meets. */
+  std::string Explain(const Pixel& pixel, std::optional<Vector>* place);
+  /** Empty, or one line that says why it was not saved. */
+  std::string Save(const std::string& path) const;
+  void Forget();
+
+  /** Draws the picture into the current window; returns the pixel that was clicked. */
+  std::optional<Pixel> Show();
+  bool HasPicture() const { return picture_.width > 0; }
+  RenderPlan& Plan() { return plan_; }
+
+private:
+  void Take(const host::RenderBuffer& buffer);
+
+  CloudSession& session_;
+  RenderPlan plan_;
+  host::Picture picture_;
+  Texture texture_;
+  host::ViewCamera camera_; ///< of the picture
+  std::optional<Pixel> marked_;
+};
+
+} // namespace cli

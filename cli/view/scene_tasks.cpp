@@ -1,0 +1,210 @@
+#include "cli/commands/output/file_reports.h"
+#include "cli/text/format.h"
+#include "cli/view/document_stamp.h"
+#include "cli/view/point_pick.h"
+#include "cli/view/view_application.h"
+#include "host/application.h"
+#include "otallyframe.h"
+
+#include <filesystem>
+#include <stdexcept>
+
+namespace fs = std::filesystem;
+
+namespace cli {
+
+namespace {
+
+/** Pixels around the pointer in which a point counts as meant. */
+const double kPickReach = 5.0;
+
+/** "kelvra_0001.png", the first that is free in the folder. */
+std::string FreePictureName(const std::string& folder) {
+  for (int number = 1;; ++number) {
+    char name[32];
+    std::snprintf(name, sizeof name, "kelvra_%04d.png", number);
+    const fs::path path = fs::u8path(folder.empty() ? "." : folder) / name;
+    std::error_code ignored;
+    if (!fs::exists(path, ignored)) return path.u8string();
+  }
+}
+
+} // namespace
+
+void ViewApplication::Report(const std::string& line) {
+  session_.App().GetConsole().Print(line);
+}
+
+void ViewApplication::UseDocument(BaseDocument* doc) {
+  viewport_.Forget();
+  render_.Forget();
+  explanation_.clear();
+  selected_.SetLink(NULL);
+  showsPreferences_ = false;
+  session_.Use(doc);
+  stamp_ = savedStamp_ = DocumentStamp(doc);
+}
+
+void ViewApplication::OpenFirst() {
+  BaseDocument* before = session_.Document();
+  busy_.text = "loading";
+  if (!plan_.input.files.empty()) session_.Open(plan_.input.files, plan_.input.settings, plan_.input.trust);
+  PrintReports(session_, plan_.input.verbose);
+  status_ = session_.ExitStatus();
+  if (session_.Document() != before) {
+    viewport_.Forget();
+    path_ = plan_.input.files.front();
+  }
+  for (const std::string& note : viewport_.PrepareClouds()) Report(note);
+  Select(session_.Document()->GetFirstObject());
+  TakeAsSaved();
+}
+
+void ViewApplication::LoadClouds(const std::vector<std::string>& files) {
+  if (files.size() == 1 && host::IsSceneFile(files.front())) return OpenScene(files.front());
+  const bool first = session_.Clouds().empty();
+  session_.Use(session_.Document());
+  session_.Open(files, {}, plan_.input.trust);
+  for (const FileReport& report : session_.Reports())
+    if (report.outcome != FileOutcome::Whole) Report(report.path + ": " + report.message);
+  if (!files.empty()) kept_.folder = fs::u8path(files.front()).parent_path().u8string();
+  for (const std::string& note : viewport_.PrepareClouds()) Report(note);
+  if (first) viewport_.FrameAll();
+  const std::vector<BaseObject*> clouds = session_.Clouds();
+  if (!clouds.empty()) Select(clouds.front());
+  wantsView_ = true;
+}
+
+void ViewApplication::LoadByDialog(bool folder) {
+  const std::string path = AskFile({folder ? FILESELECT_DIRECTORY : FILESELECT_LOAD,
+                                    folder ? "Load a folder of scans" : "Load a scan", ""});
+  if (!path.empty()) LoadClouds({path});
+}
+
+bool ViewApplication::MayDiscard() {
+  if (!IsChanged()) return true;
+  const int answer = Ask("The scene has changes that are not saved.", {"Save", "Don't save", "Cancel"});
+  return answer == 0 ? SaveScene(false) : answer == 1;
+}
+
+void ViewApplication::NewScene() {
+  if (!MayDiscard()) return;
+  UseDocument(session_.App().NewDocument());
+  path_.clear();
+}
+
+void ViewApplication::OpenScene(const std::string& path) {
+  if (!MayDiscard()) return;
+  const std::string chosen = path.empty() ? AskFile({FILESELECT_LOAD, "Open a scene", ""}) : path;
+  if (chosen.empty()) return;
+  if (!host::IsSceneFile(chosen)) return LoadClouds({chosen});
+  std::string error;
+  busy_.text = "opening";
+  BaseDocument* doc = session_.App().LoadScene(chosen, &error);
+  if (!doc) return Report(error);
+  UseDocument(doc);
+  path_ = chosen;
+  viewport_.PrepareClouds();
+  viewport_.FrameAll();
+  Select(doc->GetFirstObject());
+  TakeAsSaved();
+  wantsView_ = true;
+}
+
+bool ViewApplication::SaveScene(bool asNew) {
+  std::string path = path_;
+  if (asNew || path.empty()) path = AskFile({FILESELECT_SAVE, "Save the scene", ""});
+  if (path.empty()) return false;
+  if (fs::u8path(path).extension().empty()) path += ".scene";
+  std::string error;
+  if (!session_.App().SaveScene(session_.Document(), path, &error)) {
+    Report(error);
+    return false;
+  }
+  path_ = path;
+  savedStamp_ = DocumentStamp(session_.Document());
+  Report("saved " + path);
+  return true;
+}
+
+void ViewApplication::Press(BaseList2D* node, LONG id) {
+  session_.App().PressButton(node, id);
+  edits_.LetGo();
+  viewport_.Redraw();
+}
+
+void ViewApplication::ChooseFile(BaseList2D* node, LONG id) {
+  const std::string path = AskFile({FILESELECT_LOAD, "", ""});
+  if (!path.empty()) edits_.SetParameter(node, DescID(id), GeData(Filename(host::FromUtf8(path))), false);
+}
+
+void ViewApplication::RenderPicture() {
+  session_.RequireContent();
+  explanation_.clear();
+  wantsPicture_ = true;
+  busy_.text = "rendering";
+  Report(render_.Render(viewport_.Camera(), viewport_.Aspect(),
+                        [this](double share) { Progress("rendering", (int)(share * 100.0)); }));
+  viewport_.Redraw();
+}
+
+void ViewApplication::SavePicture() {
+  std::string path = AskFile({FILESELECT_SAVE, "Save the picture (.png, .tif or .exr)", ""});
+  if (path.empty()) return;
+  if (fs::u8path(path).extension().empty()) path += ".png";
+  const std::string error = render_.Save(path);
+  Report(error.empty() ? "saved " + path : error);
+}
+
+void ViewApplication::Explain(const Pixel& pixel) {
+  std::optional<Vector> place;
+  busy_.text = "explaining";
+  explanation_ = render_.Explain(pixel, &place);
+  viewport_.Mark(place, place ? "first point of the pixel" : "");
+}
+
+void ViewApplication::Pick(const PicturePlace& place) {
+  const double reach = kPickReach / viewport_.HalfHeight();
+  const bool saved = !IsChanged();
+  const std::optional<PickedPoint> picked =
+      PickPoint(session_, viewport_.Camera(), viewport_.Aspect(), place, reach);
+  if (saved) savedStamp_ = DocumentStamp(session_.Document());
+  if (!picked) return viewport_.Mark(std::nullopt);
+  viewport_.Mark(picked->world, picked->Text());
+  std::string line = picked->Text();
+  for (char& c : line)
+    if (c == '\n') c = ' ';
+  Report(line);
+}
+
+void ViewApplication::Screenshot() {
+  host::gl::Image image;
+  Frame(0.0, &image);
+  const std::string path = FreePictureName(kept_.folder);
+  std::string error;
+  Report(host::gl::WritePng(image, path, &error) ? "saved " + path : error);
+}
+
+void ViewApplication::Undo(bool redo) {
+  BaseDocument* doc = session_.Document();
+  if (!(redo ? doc->DoRedo() : doc->DoUndo())) Report(redo ? "nothing to redo" : "nothing to undo");
+  edits_.LetGo();
+  viewport_.Redraw();
+}
+
+void ViewApplication::Select(BaseList2D* node) {
+  showsPreferences_ = false;
+  selected_.SetLink(node);
+  if (BaseObject* op = SelectedObject()) session_.Document()->SetActiveObject(op);
+}
+
+void ViewApplication::DeleteSelected() {
+  if (BaseObject* op = SelectedObject()) Edits::Delete(op);
+}
+
+void ViewApplication::DuplicateSelected() {
+  BaseObject* op = SelectedObject();
+  if (BaseObject* copy = op ? Edits::Duplicate(op) : NULL) Select(copy);
+}
+
+} // namespace cli

@@ -1,0 +1,136 @@
+// The application that one sits at: panes around the host's viewport, and work that keeps the window alive.
+#pragma once
+
+#include "cli/session/cloud_session.h"
+#include "cli/view/edits.h"
+#include "cli/view/file_browser.h"
+#include "cli/view/kept_settings.h"
+#include "cli/view/parameter_panel.h"
+#include "cli/view/render_pane.h"
+#include "cli/view/view_plan.h"
+#include "cli/view/viewport_pane.h"
+
+#include <deque>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace cli {
+
+/** What is shown once the user stopped the work. */
+const char* const kStopping = "stopping";
+
+class ViewApplication {
+public:
+  explicit ViewApplication(const ViewPlan& plan);
+  ~ViewApplication();
+  ViewApplication(const ViewApplication&) = delete;
+  ViewApplication& operator=(const ViewApplication&) = delete;
+
+  /** Until the window is closed. */
+  int Run();
+
+private:
+  /** Work that takes a while: it reports its progress, and the user can stop it. */
+  struct Busy {
+    std::string text;
+    int percent = 0;
+    double lastFrame = 0.0;
+  };
+  struct Question {
+    std::string text;
+    std::vector<std::string> answers;
+    int answer = -1;
+  };
+
+  // The life of the window, in view_application.cpp.
+  void Frame(double patience, host::gl::Image* copy = nullptr);
+  void RunTasks();
+  void EndWork();
+  void Later(std::function<void()> task) { tasks_.push_back(std::move(task)); }
+  void Progress(const std::string& text, int percent);
+  std::string AskFile(const host::Dialogs::FileQuestion& question);
+  /** Number of the answer that was chosen; the last one if the window is closed. */
+  int Ask(const std::string& text, const std::vector<std::string>& answers);
+  void ConnectHost();
+  bool IsTimeUp() const;
+  bool Closing();
+
+  // What the user can do with documents, in scene_tasks.cpp.
+  void OpenFirst();
+  void LoadClouds(const std::vector<std::string>& files);
+  void LoadByDialog(bool folder);
+  void OpenScene(const std::string& path);
+  void NewScene();
+  bool SaveScene(bool asNew);
+  /** Asks about changes that were not saved; false to stay. */
+  bool MayDiscard();
+  void UseDocument(BaseDocument* doc);
+  void Press(BaseList2D* node, LONG id);
+  void ChooseFile(BaseList2D* node, LONG id);
+  void RenderPicture();
+  void SavePicture();
+  void Explain(const Pixel& pixel);
+  void Pick(const PicturePlace& place);
+  void Screenshot();
+  void Undo(bool redo);
+  void Select(BaseList2D* node);
+  void DeleteSelected();
+  void DuplicateSelected();
+  void Report(const std::string& line);
+
+  // What is drawn, in view_panes.cpp.
+  void DrawAll();
+  void DrawMenu();
+  void DrawObjects();
+  void DrawObject(BaseObject* op);
+  void DrawParameters();
+  void DrawCentre();
+  void DrawPicture();
+  void DrawWelcome();
+  void DrawConsole();
+  void DrawStatus();
+  void DrawQuestion();
+  void DrawHelp();
+  void TakeShortcuts(const Window::Key& key);
+  void Stop();
+
+  BaseObject* SelectedObject() const;
+  BaseList2D* Selected() const;
+  bool IsChanged() const;
+  /** Work is under way that says so; brief tasks do not. */
+  bool IsBusy() const { return working_ && !busy_.text.empty(); }
+  /** The document as it is now needs no saving. */
+  void TakeAsSaved();
+  /** Draws what changed; true while there is more to do. */
+  bool UpdateView();
+
+  ViewPlan plan_;
+  KeptSettings kept_;
+  Window window_;
+  CloudSession session_;
+  ViewportPane viewport_;
+  RenderPane render_;
+  Edits edits_;
+  ParameterPanel panel_;
+  FileBrowser browser_;
+  Question question_;
+
+  std::deque<std::function<void()>> tasks_;
+  bool working_ = false, inFrame_ = false;
+  Busy busy_;
+  BaseLink selected_;
+  bool showsPreferences_ = false;
+  std::string path_; ///< of the scene, empty before it is saved
+  std::size_t savedStamp_ = 0, stamp_ = 0;
+  int status_ = 0;
+
+  std::vector<std::string> lines_;
+  std::size_t taken_ = 0; ///< console lines so far
+  bool panels_ = true, showsHelp_ = false, wantsPicture_ = false, wantsView_ = false, quit_ = false;
+  bool pictureShown_ = false;
+  std::string explanation_, renaming_;
+  double readySince_ = -1.0; ///< when the first files were drawn
+};
+
+} // namespace cli

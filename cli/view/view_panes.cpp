@@ -1,0 +1,372 @@
+#include "cli/session/preferences_page.h"
+#include "cli/text/format.h"
+#include "cli/view/document_stamp.h"
+#include "cli/view/view_application.h"
+#include "host/application.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <imgui.h>
+#include <imgui_stdlib.h>
+#include <utility>
+
+namespace cli {
+
+namespace {
+
+const int kPane = ImGuiWindowFlags_NoMove | ImGuiWindowFlags_NoResize | ImGuiWindowFlags_NoCollapse |
+                  ImGuiWindowFlags_NoBringToFrontOnFocus | ImGuiWindowFlags_NoSavedSettings;
+
+// Key numbers of the window system.
+const int kF1 = 290, kF12 = 301, kDeleteKey = 261, kEscapeKey = 256;
+
+struct Side {
+  const char* name;
+  const char* key;
+  Vector direction;
+};
+const Side kSides[] = {{"From the usual side", "0", host::Framing::UsualDirection()},
+                       {"From the top", "1", Vector(0, -1, 0)},
+                       {"From the south", "2", Vector(0, 0, 1)},
+                       {"From the north", "3", Vector(0, 0, -1)},
+                       {"From the west", "4", Vector(1, 0, 0)},
+                       {"From the east", "5", Vector(-1, 0, 0)}};
+
+const char* const kHelp = "Load           drop files onto the window, or File > Load Scan...\n"
+                          "Turn           drag, or the arrow keys\n"
+                          "Move           drag with the right button, or W A S D, Q and E\n"
+                          "Zoom           the wheel, to the pointer; or + and -\n"
+                          "Whole cloud    F; from the sides: 0 to 5\n"
+                          "Ask a point    click it\n"
+                          "Render         Ctrl+R; then click a pixel to see what made it\n"
+                          "Stop           Esc\n"
+                          "Undo, redo     Ctrl+Z, Ctrl+Y\n"
+                          "Scene          Ctrl+N new, Ctrl+O open, Ctrl+S save\n"
+                          "Screenshot     F12\n"
+                          "Panes          Ctrl+Tab goes to the next, Alt to the menu";
+
+void Place(float x, float y, float width, float height) {
+  ImGui::SetNextWindowPos(ImVec2(x, y));
+  ImGui::SetNextWindowSize(ImVec2(std::max(1.0f, width), std::max(1.0f, height)));
+}
+
+} // namespace
+
+void ViewApplication::DrawAll() {
+  const std::vector<std::string> fresh = session_.App().GetConsole().Lines(taken_);
+  taken_ += fresh.size();
+  lines_.insert(lines_.end(), fresh.begin(), fresh.end());
+
+  const float scale = window_.Scale();
+  const ImVec2 size = ImGui::GetIO().DisplaySize;
+  const bool modal = browser_.IsOpen() || !question_.text.empty();
+  for (const Window::Key& key : window_.TakeKeys())
+    if (!modal) TakeShortcuts(key);
+  float top = 0.0f;
+  const float status = panels_ ? ImGui::GetFrameHeight() + 8 * scale : 0.0f;
+  const float left = panels_ ? std::min(380 * scale, size.x * 0.4f) : 0.0f;
+  const float console = panels_ ? std::min(130 * scale, size.y * 0.25f) : 0.0f;
+  ImGui::BeginDisabled(IsBusy() && !modal);
+  if (panels_) {
+    DrawMenu();
+    top = ImGui::GetFrameHeight();
+    const float middle = top + (size.y - top - status) * 0.28f;
+    Place(0, top, left, middle - top);
+    if (ImGui::Begin("Objects", nullptr, kPane)) DrawObjects();
+    ImGui::End();
+    Place(0, middle, left, size.y - middle - status);
+    if (ImGui::Begin("Parameters", nullptr, kPane)) DrawParameters();
+    ImGui::End();
+    Place(left, size.y - console - status, size.x - left, console);
+    if (ImGui::Begin("Console", nullptr, kPane)) DrawConsole();
+    ImGui::End();
+  }
+  Place(left, top, size.x - left, size.y - top - console - status);
+  ImGui::PushStyleVar(ImGuiStyleVar_WindowPadding, ImVec2(panels_ ? 4.0f : 0.0f, panels_ ? 4.0f : 0.0f));
+  if (ImGui::Begin("View", nullptr, kPane | ImGuiWindowFlags_NoTitleBar | ImGuiWindowFlags_NoNavInputs))
+    DrawCentre();
+  ImGui::End();
+  ImGui::PopStyleVar();
+  ImGui::EndDisabled();
+  if (panels_ || IsBusy()) {
+    Place(0, size.y - ImGui::GetFrameHeight() - 8 * scale, size.x, ImGui::GetFrameHeight() + 8 * scale);
+    if (ImGui::Begin("Status", nullptr, kPane | ImGuiWindowFlags_NoTitleBar | ImGuiWindowFlags_NoScrollbar))
+      DrawStatus();
+    ImGui::End();
+  }
+  browser_.Show(scale);
+  DrawQuestion();
+  DrawHelp();
+}
+
+void ViewApplication::TakeShortcuts(const Window::Key& key) {
+  if (IsBusy()) {
+    if (key.number == kEscapeKey) Stop();
+    return;
+  }
+  if (key.number == kF12) Later([this] { Screenshot(); });
+  if (key.number == kF1) showsHelp_ = !showsHelp_;
+  if (ImGui::GetIO().WantTextInput) return;
+  if (key.control) {
+    switch (key.number) {
+    case 'N':
+      return Later([this] { NewScene(); });
+    case 'O':
+      return Later([this] { OpenScene(std::string()); });
+    case 'S':
+      return Later([this, asNew = key.shift] { SaveScene(asNew); });
+    case 'L':
+      return Later([this] { LoadByDialog(false); });
+    case 'R':
+      return Later([this] { RenderPicture(); });
+    case 'D':
+      return Later([this] { DuplicateSelected(); });
+    case 'Z':
+      return Later([this, redo = key.shift] { Undo(redo); });
+    case 'Y':
+      return Later([this] { Undo(true); });
+    case 'Q':
+      quit_ = true;
+      return;
+    default:
+      return;
+    }
+  }
+  if (key.number == 'F') viewport_.FrameAll();
+  if (key.number == kDeleteKey) Later([this] { DeleteSelected(); });
+  for (const Side& side : kSides)
+    if (key.number == side.key[0]) viewport_.FrameAll(side.direction);
+}
+
+void ViewApplication::Stop() {
+  host::RequestInterrupt();
+  busy_.text = kStopping;
+}
+
+void ViewApplication::DrawMenu() {
+  if (!ImGui::BeginMainMenuBar()) return;
+  const auto item = [this](const char* name, const char* keys, auto action, bool enabled = true) {
+    if (ImGui::MenuItem(name, keys, false, enabled)) Later(action);
+  };
+  if (ImGui::BeginMenu("File")) {
+    item("Load Scan...", "Ctrl+L", [this] { LoadByDialog(false); });
+    item("Load Folder of Scans...", "", [this] { LoadByDialog(true); });
+    ImGui::Separator();
+    item("New Scene", "Ctrl+N", [this] { NewScene(); });
+    item("Open Scene...", "Ctrl+O", [this] { OpenScene(std::string()); });
+    item("Save Scene", "Ctrl+S", [this] { SaveScene(false); });
+    item("Save Scene As...", "Ctrl+Shift+S", [this] { SaveScene(true); });
+    ImGui::Separator();
+    item("Screenshot", "F12", [this] { Screenshot(); });
+    item("Quit", "Ctrl+Q", [this] { quit_ = true; });
+    ImGui::EndMenu();
+  }
+  if (ImGui::BeginMenu("Edit")) {
+    const bool object = SelectedObject() != NULL;
+    item("Undo", "Ctrl+Z", [this] { Undo(false); });
+    item("Redo", "Ctrl+Y", [this] { Undo(true); });
+    ImGui::Separator();
+    item(
+        "Duplicate Object", "Ctrl+D", [this] { DuplicateSelected(); }, object);
+    item(
+        "Delete Object", "Del", [this] { DeleteSelected(); }, object);
+    ImGui::Separator();
+    item("Preferences", "", [this] { showsPreferences_ = true; });
+    ImGui::EndMenu();
+  }
+  if (ImGui::BeginMenu("View")) {
+    if (ImGui::MenuItem("Whole Cloud", "F")) viewport_.FrameAll();
+    for (const Side& side : kSides)
+      if (ImGui::MenuItem(side.name, side.key)) viewport_.FrameAll(side.direction);
+    ImGui::Separator();
+    if (ImGui::MenuItem("Shade by Depth", "", &viewport_.EyeDome())) viewport_.Redraw();
+    ImGui::EndMenu();
+  }
+  if (ImGui::BeginMenu("Render")) {
+    item("Render Picture", "Ctrl+R", [this] { RenderPicture(); });
+    item(
+        "Save Picture...", "", [this] { SavePicture(); }, render_.HasPicture());
+    ImGui::Separator();
+    ImGui::SetNextItemWidth(120 * window_.Scale());
+    ImGui::InputInt("Width in pixels", &render_.Plan().view.size.width, 160);
+    render_.Plan().view.size.width = std::clamp(render_.Plan().view.size.width, 16, 16384);
+    ImGui::SetNextItemWidth(120 * window_.Scale());
+    ImGui::SliderInt("Rays a pixel and axis", &render_.Plan().supersample, 1, 8);
+    ImGui::EndMenu();
+  }
+  if (ImGui::BeginMenu("Help")) {
+    if (ImGui::MenuItem("Mouse and Keys", "F1")) showsHelp_ = true;
+    ImGui::EndMenu();
+  }
+  ImGui::EndMainMenuBar();
+}
+
+void ViewApplication::DrawObject(BaseObject* op) {
+  ImGui::PushID(op);
+  const std::string name = host::Utf8(op->GetName());
+  bool visible = host::IsShownInViews(op);
+  if (ImGui::Checkbox("##visible", &visible)) Edits::SetVisible(op, visible);
+  if (ImGui::IsItemHovered()) ImGui::SetTooltip("shown in the view");
+  ImGui::SameLine();
+  const bool selected = SelectedObject() == op;
+  const int flags = ImGuiTreeNodeFlags_DefaultOpen | ImGuiTreeNodeFlags_OpenOnArrow |
+                    ImGuiTreeNodeFlags_SpanAvailWidth | (selected ? ImGuiTreeNodeFlags_Selected : 0) |
+                    (op->GetDown() ? 0 : ImGuiTreeNodeFlags_Leaf);
+  const bool open = ImGui::TreeNodeEx("##node", flags, "%s", name.empty() ? "(no name)" : name.c_str());
+  if (ImGui::IsItemClicked() || (ImGui::IsItemFocused() && ImGui::IsItemActivated())) Select(op);
+  if (ImGui::BeginPopupContextItem()) {
+    Select(op);
+    if (ImGui::MenuItem("Duplicate")) Later([this] { DuplicateSelected(); });
+    if (ImGui::MenuItem("Delete")) Later([this] { DeleteSelected(); });
+    ImGui::EndPopup();
+  }
+  if (open) {
+    for (BaseObject* child = op->GetDown(); child; child = child->GetNext()) DrawObject(child);
+    ImGui::TreePop();
+  }
+  ImGui::PopID();
+}
+
+void ViewApplication::DrawObjects() {
+  if (ImGui::SmallButton("Load Scan...")) Later([this] { LoadByDialog(false); });
+  ImGui::SameLine();
+  if (ImGui::SmallButton("Render")) Later([this] { RenderPicture(); });
+  BaseDocument* doc = session_.Document();
+  for (BaseObject* op = doc->GetFirstObject(); op; op = op->GetNext()) DrawObject(op);
+  RenderData* settings = doc->GetActiveRenderData();
+  BaseVideoPost* post = settings ? settings->GetFirstVideoPost() : NULL;
+  if (post) ImGui::TextDisabled("Effects of the render");
+  for (; post; post = post->GetNext()) {
+    ImGui::PushID(post);
+    const bool selected = !showsPreferences_ && selected_.GetLink(doc) == post;
+    if (ImGui::Selectable(host::Utf8(post->GetName()).c_str(), selected)) Select(post);
+    ImGui::PopID();
+  }
+}
+
+void ViewApplication::DrawParameters() {
+  BaseList2D* node = Selected();
+  if (!node) return ImGui::TextDisabled("Select an object to see its parameters.");
+  panel_.Show(node, window_.Scale());
+}
+
+void ViewApplication::DrawCentre() {
+  if (!panels_) {
+    viewport_.Show(!working_ && !ImGui::GetIO().WantTextInput);
+    return;
+  }
+  if (!ImGui::BeginTabBar("centre")) return;
+  const int viewFlags = std::exchange(wantsView_, false) ? ImGuiTabItemFlags_SetSelected : 0;
+  if (ImGui::BeginTabItem("View", nullptr, viewFlags)) {
+    const bool keys = !working_ && !ImGui::GetIO().WantTextInput && ImGui::IsWindowFocused();
+    const ImVec2 corner = ImGui::GetCursorScreenPos();
+    viewport_.Show(keys);
+    if (const auto click = viewport_.TakeClick()) Later([this, click] { Pick(*click); });
+    if (!session_.Document()->GetFirstObject() && !working_) {
+      ImGui::SetCursorScreenPos(corner);
+      DrawWelcome();
+    }
+    ImGui::EndTabItem();
+  }
+  const int pictureFlags = std::exchange(wantsPicture_, false) ? ImGuiTabItemFlags_SetSelected : 0;
+  if (ImGui::BeginTabItem("Picture", nullptr, pictureFlags)) {
+    DrawPicture();
+    ImGui::EndTabItem();
+  }
+  ImGui::EndTabBar();
+}
+
+void ViewApplication::DrawWelcome() {
+  const ImVec2 room = ImGui::GetContentRegionAvail(), start = ImGui::GetCursorPos();
+  const char* text = "Drop laser scans here: LAS, LAZ, XYZ or PTS";
+  ImGui::SetCursorPos(ImVec2(start.x + (room.x - ImGui::CalcTextSize(text).x) / 2, start.y + room.y * 0.42f));
+  ImGui::TextUnformatted(text);
+  const float width = 160 * window_.Scale();
+  ImGui::SetCursorPos(
+      ImVec2(start.x + (room.x - width) / 2, start.y + room.y * 0.42f + 2 * ImGui::GetFrameHeight()));
+  if (ImGui::Button("Load Scan...", ImVec2(width, 0))) Later([this] { LoadByDialog(false); });
+}
+
+void ViewApplication::DrawPicture() {
+  if (ImGui::Button(render_.HasPicture() ? "Render again" : "Render")) Later([this] { RenderPicture(); });
+  ImGui::SameLine();
+  ImGui::BeginDisabled(!render_.HasPicture());
+  if (ImGui::Button("Save Picture...")) Later([this] { SavePicture(); });
+  ImGui::EndDisabled();
+  ImGui::SameLine();
+  ImGui::TextDisabled(render_.HasPicture() ? "Click a pixel to see what made it."
+                                           : "Renders what the view shows, with light and shadow.");
+  const float room = ImGui::GetContentRegionAvail().x;
+  const float text = explanation_.empty() ? 0.0f : std::min(430 * window_.Scale(), room * 0.45f);
+  if (ImGui::BeginChild("picture", ImVec2(room - text, 0)))
+    if (const auto pixel = render_.Show()) Later([this, pixel] { Explain(*pixel); });
+  ImGui::EndChild();
+  if (explanation_.empty()) return;
+  ImGui::SameLine();
+  if (ImGui::BeginChild("explanation", ImVec2(0, 0), true, ImGuiWindowFlags_HorizontalScrollbar))
+    ImGui::TextUnformatted(explanation_.c_str());
+  ImGui::EndChild();
+}
+
+void ViewApplication::DrawConsole() {
+  ImGuiListClipper clipper;
+  clipper.Begin((int)lines_.size());
+  while (clipper.Step())
+    for (int i = clipper.DisplayStart; i < clipper.DisplayEnd; ++i)
+      ImGui::TextUnformatted(lines_[(std::size_t)i].c_str());
+  if (ImGui::GetScrollY() >= ImGui::GetScrollMaxY()) ImGui::SetScrollHereY(1.0f);
+}
+
+void ViewApplication::DrawStatus() {
+  if (IsBusy() && !browser_.IsOpen() && question_.text.empty()) {
+    const std::string text = busy_.text + " " + std::to_string(busy_.percent) + " %";
+    ImGui::ProgressBar((float)busy_.percent / 100.0f, ImVec2(300 * window_.Scale(), 0), text.c_str());
+    ImGui::SameLine();
+    if (ImGui::Button("Stop (Esc)")) Stop();
+    return;
+  }
+  const std::string name =
+      path_.empty() ? "no scene file" : std::filesystem::u8path(path_).filename().u8string();
+  ImGui::Text("%s%s", name.c_str(), stamp_ != savedStamp_ ? ", changed" : "");
+  ImGui::SameLine(360 * window_.Scale());
+  ImGui::Text("%s of %s drawn, %.0f frames a second", Grouped(viewport_.PointsDrawn()).c_str(),
+              Counted(viewport_.PointsShown(), "point").c_str(), viewport_.FramesPerSecond());
+}
+
+void ViewApplication::DrawQuestion() {
+  if (question_.text.empty()) return;
+  if (!ImGui::IsPopupOpen("Kelvra###question")) ImGui::OpenPopup("Kelvra###question");
+  ImGui::SetNextWindowPos(ImGui::GetMainViewport()->GetCenter(), ImGuiCond_Appearing, ImVec2(0.5f, 0.5f));
+  if (!ImGui::BeginPopupModal("Kelvra###question", nullptr, ImGuiWindowFlags_AlwaysAutoResize)) return;
+  ImGui::PushTextWrapPos(460 * window_.Scale());
+  ImGui::TextUnformatted(question_.text.c_str());
+  ImGui::PopTextWrapPos();
+  ImGui::Spacing();
+  for (std::size_t i = 0; i < question_.answers.size(); ++i) {
+    if (i > 0) ImGui::SameLine();
+    if (ImGui::IsWindowAppearing() && i == 0) ImGui::SetKeyboardFocusHere();
+    if (ImGui::Button(question_.answers[i].c_str())) question_.answer = (int)i;
+  }
+  if (ImGui::IsKeyPressed(kEscapeKey)) question_.answer = (int)question_.answers.size() - 1;
+  if (question_.answer >= 0) ImGui::CloseCurrentPopup();
+  ImGui::EndPopup();
+}
+
+void ViewApplication::DrawHelp() {
+  if (!showsHelp_) return;
+  ImGui::SetNextWindowPos(ImGui::GetMainViewport()->GetCenter(), ImGuiCond_Appearing, ImVec2(0.5f, 0.5f));
+  if (ImGui::Begin("Mouse and Keys", &showsHelp_,
+                   ImGuiWindowFlags_AlwaysAutoResize | ImGuiWindowFlags_NoSavedSettings)) {
+    const std::string help = kHelp;
+    for (std::size_t start = 0; start < help.size();) {
+      const std::size_t end = std::min(help.find('\n', start), help.size());
+      ImGui::TextUnformatted(help.substr(start, 14).c_str());
+      ImGui::SameLine(130 * window_.Scale());
+      ImGui::TextUnformatted(help.substr(start + 15, end - start - 15).c_str());
+      start = end + 1;
+    }
+  }
+  ImGui::End();
+}
+
+} // namespace cli

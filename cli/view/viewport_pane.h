@@ -1,0 +1,78 @@
+// The pane that shows the document as the host's viewport draws it, and moves its camera.
+#pragma once
+
+#include "cli/session/cloud_session.h"
+#include "cli/view/camera_moves.h"
+#include "cli/view/window.h"
+#include "host/viewport.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace cli {
+
+class ViewportPane {
+public:
+  ViewportPane(CloudSession& session, Window& window) : session_(session), window_(window) {}
+
+  /** For another document: nothing of the old one is used any more. */
+  void Forget();
+  /** Has the points in the picture, seen along that direction. */
+  void FrameAll(const Vector& direction = host::Framing::UsualDirection());
+  /** Colours clouds that bring none, and sizes their points, as a first picture does. */
+  std::vector<std::string> PrepareClouds();
+
+  /** Draws when something changed, outside of frames of the interface. True while there is more to do. */
+  bool Update(std::size_t documentStamp);
+  /** The pane's content, filling the current window; takes the mouse and, if they are free, the keys. */
+  void Show(bool takesKeys);
+
+  /** Where the user clicked since the last call. */
+  std::optional<PicturePlace> TakeClick();
+  /** Marks a place in the picture until the next call; nothing without one. */
+  void Mark(const std::optional<Vector>& place, const std::string& label = std::string());
+
+  /** Half the height of the pane, pixels. */
+  double HalfHeight() const { return height_ > 1 ? height_ * 0.5 : 1.0; }
+  /** True while it moves, or did so lately. */
+  bool IsMoving() const;
+  const host::ViewCamera& Camera() const { return camera_; }
+  double Aspect() const { return height_ > 0 ? (double)width_ / height_ : 1.0; }
+  long long PointsDrawn() const { return pointsDrawn_; }
+  /** Those that it left out while it moves, too. */
+  long long PointsShown() const { return pointsShown_; }
+  double FramesPerSecond() const { return drawSeconds_ > 0 ? 1.0 / drawSeconds_ : 0.0; }
+  bool& EyeDome() { return eyeDome_; }
+  void Redraw() { stale_ = true; }
+  /** Drawing itself may touch the document: this is what it is like now. */
+  void Settle(std::size_t documentStamp) { stamp_ = documentStamp; }
+
+private:
+  bool Draw(LONG everyNth);
+  void MoveWithMouse(double paneWidth, double paneHeight, const PicturePlace& at);
+  void MoveWithKeys();
+  void DrawMark(float x, float y, float width, float height) const;
+  void Moved();
+
+  CloudSession& session_;
+  Window& window_;
+  std::unique_ptr<host::Viewport> viewport_;
+  Texture texture_;
+  host::ViewCamera camera_;
+  int width_ = 0, height_ = 0; ///< of the pane, pixels
+  int drawnWidth_ = 0, drawnHeight_ = 0;
+  std::size_t stamp_ = 0;
+  bool stale_ = true, eyeDome_ = false, framed_ = false;
+  LONG movingNth_ = 1; ///< while the view moves
+  bool thinned_ = false;
+  double lastMove_ = -1.0, drawSeconds_ = 0.0;
+  long long pointsDrawn_ = 0, pointsShown_ = 0;
+  std::optional<PicturePlace> click_;
+  std::optional<Vector> mark_;
+  std::string markLabel_, error_;
+  bool dragging_ = false;
+};
+
+} // namespace cli

@@ -1,0 +1,194 @@
+#include "cli/view/window.h"
+
+// Before GLFW, which would bring another loader's header.
+#include <epoxy/gl.h>
+
+#define GLFW_INCLUDE_NONE
+#include <GLFW/glfw3.h>
+#include <algorithm>
+#include <cstring>
+#include <filesystem>
+#include <imgui.h>
+#include <imgui_impl_glfw.h>
+#include <imgui_impl_opengl3.h>
+#include <stdexcept>
+#include <utility>
+
+namespace cli {
+
+namespace {
+
+const float kFontPixels = 15.0f;
+/** Has the letters of most of Europe; without it the interface draws in a small font of its own. */
+const char* const kFont = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
+
+std::string lastError;
+
+void OnError(int, const char* text) {
+  lastError = text;
+}
+
+[[noreturn]] void Refuse() {
+  throw std::runtime_error("no window can be opened: " + (lastError.empty() ? "no display" : lastError) +
+                           " (snapshot and render draw without one)");
+}
+
+void LoadFont(float scale) {
+  static const ImWchar ranges[] = {0x20,   0x24f,  0x370,  0x3ff,  0x400,  0x4ff, 0x2010,
+                                   0x206f, 0x2190, 0x21ff, 0x25a0, 0x25ff, 0};
+  ImFontAtlas& fonts = *ImGui::GetIO().Fonts;
+  std::error_code ignored;
+  if (std::filesystem::exists(kFont, ignored))
+    fonts.AddFontFromFileTTF(kFont, kFontPixels * scale, nullptr, ranges);
+  if (!fonts.Fonts.empty()) return;
+  ImFontConfig plain;
+  plain.SizePixels = 13.0f * scale;
+  fonts.AddFontDefault(&plain);
+}
+
+} // namespace
+
+Window::Window(int width, int height, const std::string& title) {
+  glfwSetErrorCallback(OnError);
+  lastError.clear();
+  if (!glfwInit()) Refuse();
+  glfwWindowHint(GLFW_CONTEXT_VERSION_MAJOR, 3);
+  glfwWindowHint(GLFW_CONTEXT_VERSION_MINOR, 3);
+  glfwWindowHint(GLFW_OPENGL_PROFILE, GLFW_OPENGL_CORE_PROFILE);
+  window_ = glfwCreateWindow(width, height, title.c_str(), nullptr, nullptr);
+  if (!window_) {
+    glfwTerminate();
+    Refuse();
+  }
+  glfwMakeContextCurrent(window_);
+  glfwSwapInterval(1);
+  glfwSetWindowUserPointer(window_, this);
+  glfwSetDropCallback(window_, OnDrop);
+  glfwSetKeyCallback(window_, OnKey); // the interface calls it before its own
+  SetUpInterface();
+}
+
+void Window::SetUpInterface() {
+  float scaleY = 1.0f;
+  glfwGetWindowContentScale(window_, &scale_, &scaleY);
+  scale_ = std::clamp(scale_, 1.0f, 4.0f);
+  ImGui::CreateContext();
+  ImGuiIO& io = ImGui::GetIO();
+  io.IniFilename = nullptr; // panes have fixed places
+  io.ConfigFlags |= ImGuiConfigFlags_NavEnableKeyboard;
+  ImGui::StyleColorsDark();
+  ImGuiStyle& style = ImGui::GetStyle();
+  style.WindowRounding = 0.0f;
+  style.FrameRounding = 3.0f;
+  style.Colors[ImGuiCol_WindowBg] = ImVec4(0.13f, 0.14f, 0.16f, 1.0f);
+  style.Colors[ImGuiCol_PopupBg] = ImVec4(0.16f, 0.17f, 0.20f, 1.0f);
+  style.ScaleAllSizes(scale_);
+  LoadFont(scale_);
+  ImGui_ImplGlfw_InitForOpenGL(window_, true);
+  ImGui_ImplOpenGL3_Init("#version 330");
+}
+
+Window::~Window() {
+  ImGui_ImplOpenGL3_Shutdown();
+  ImGui_ImplGlfw_Shutdown();
+  ImGui::DestroyContext();
+  glfwDestroyWindow(window_);
+  glfwTerminate();
+}
+
+bool Window::WantsToClose() const {
+  return glfwWindowShouldClose(window_) != 0;
+}
+
+void Window::KeepOpen() {
+  glfwSetWindowShouldClose(window_, GLFW_FALSE);
+}
+
+void Window::BeginFrame(double patience) {
+  if (lively_ > 0 || patience <= 0.0) {
+    glfwPollEvents();
+    --lively_;
+  } else {
+    const double start = glfwGetTime();
+    glfwWaitEventsTimeout(patience);
+    if (glfwGetTime() - start < patience * 0.95) lively_ = 3;
+  }
+  ImGui_ImplOpenGL3_NewFrame();
+  ImGui_ImplGlfw_NewFrame();
+  ImGui::NewFrame();
+}
+
+void Window::EndFrame(host::gl::Image* copy) {
+  ImGui::Render();
+  int width = 0, height = 0;
+  glfwGetFramebufferSize(window_, &width, &height);
+  glViewport(0, 0, width, height);
+  glClearColor(0.1f, 0.1f, 0.1f, 1.0f);
+  glClear(GL_COLOR_BUFFER_BIT);
+  ImGui_ImplOpenGL3_RenderDrawData(ImGui::GetDrawData());
+  if (copy) {
+    copy->width = width;
+    copy->height = height;
+    copy->channels = 3;
+    std::vector<std::uint8_t> rows((std::size_t)width * height * 3);
+    glPixelStorei(GL_PACK_ALIGNMENT, 1);
+    glReadPixels(0, 0, width, height, GL_RGB, GL_UNSIGNED_BYTE, rows.data());
+    copy->samples.resize(rows.size());
+    const std::size_t row = (std::size_t)width * 3;
+    for (int y = 0; y < height; ++y)
+      std::memcpy(&copy->samples[(std::size_t)(height - 1 - y) * row], &rows[(std::size_t)y * row], row);
+  }
+  glfwSwapBuffers(window_);
+}
+
+void Window::OnDrop(GLFWwindow* window, int count, const char** paths) {
+  Window& self = *static_cast<Window*>(glfwGetWindowUserPointer(window));
+  self.dropped_.insert(self.dropped_.end(), paths, paths + count);
+}
+
+void Window::OnKey(GLFWwindow* window, int key, int, int action, int modifiers) {
+  Window& self = *static_cast<Window*>(glfwGetWindowUserPointer(window));
+  if (action == GLFW_PRESS)
+    self.keys_.push_back({key, (modifiers & GLFW_MOD_CONTROL) != 0, (modifiers & GLFW_MOD_SHIFT) != 0});
+}
+
+std::vector<Window::Key> Window::TakeKeys() {
+  return std::exchange(keys_, {});
+}
+
+std::vector<std::string> Window::TakeDropped() {
+  return std::exchange(dropped_, {});
+}
+
+void Window::Size(int* width, int* height) const {
+  glfwGetWindowSize(window_, width, height);
+}
+
+void Window::SetTitle(const std::string& title) {
+  glfwSetWindowTitle(window_, title.c_str());
+}
+
+Window::Aside::Aside(const Window& window) : window_(window) {
+  glfwMakeContextCurrent(nullptr);
+}
+Window::Aside::~Aside() {
+  glfwMakeContextCurrent(window_.window_);
+}
+
+Texture::~Texture() {
+  if (name_) glDeleteTextures(1, &name_);
+}
+
+void Texture::Upload(const host::gl::Image& image) {
+  if (!name_) glGenTextures(1, &name_);
+  glBindTexture(GL_TEXTURE_2D, name_);
+  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
+  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
+  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
+  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
+  glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
+  glTexImage2D(GL_TEXTURE_2D, 0, GL_RGB8, image.width, image.height, 0, GL_RGB, GL_UNSIGNED_BYTE,
+               image.samples.data());
+}
+
+} // namespace cli

@@ -1,0 +1,15 @@
+// Undo of what a user does to parameters.
+#pragma once
+
+#include "c4d.h"
+
+namespace host {
+
+/**
+ * One undo step with the parameters, name and place of a node as they are now, before they change. Unlike the
+ * steps of plug-ins it copies none of what the node's plug-in holds, and tells the plug-in of each parameter
+ * that goes back. False for a node outside of documents.
+ */
+bool KeepParameters(BaseList2D* node);
+
+} // namespace host
