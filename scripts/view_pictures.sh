@@ -23,7 +23,7 @@ Xvfb -displayfd "$number" -screen 0 1280x800x24 >/dev/null 2>&1 &
 server=$!
 read -r -t 60 -u "$number" display
 export DISPLAY=:$display XDG_CONFIG_HOME=$work/config
-"$bin/make_cloud" "$work/landscape.laz" --points 200000
+"$bin/make_cloud" "$work/landscape.laz" --points 100000
 cd "$work"
 "$bin/kelvra" view landscape.laz --size 1280x800 --set load_color=height --exit-after 120 >/dev/null &
 program=$!
@@ -43,7 +43,7 @@ picture() {
 xdotool windowfocus "$window" mousemove --window "$window" 800 350
 picture window.png
 xdotool key --window "$window" ctrl+r
-sleep 25 # rendered
+sleep "${RENDER_SECONDS:-25}"
 xdotool mousemove --window "$window" 700 420 click 1
 sleep 6 # explained
 picture window_picture.png
