@@ -19,13 +19,13 @@ finish() {
 trap finish EXIT
 
 exec {number}<> <(:)
-Xvfb -displayfd "$number" -screen 0 1280x800x24 >/dev/null 2>&1 &
+Xvfb -displayfd "$number" -screen 0 960x600x24 >/dev/null 2>&1 &
 server=$!
 read -r -t 60 -u "$number" display
 export DISPLAY=:$display XDG_CONFIG_HOME=$work/config
-"$bin/make_cloud" "$work/landscape.laz" --points 100000
+"$bin/make_cloud" "$work/landscape.laz" --points 50000
 cd "$work"
-"$bin/kelvra" view landscape.laz --size 1280x800 --set load_color=height --exit-after 120 >/dev/null &
+"$bin/kelvra" view landscape.laz --size 960x600 --set load_color=height --exit-after 120 >/dev/null &
 program=$!
 window=$(xdotool search --sync --onlyvisible --name '^Kelvra$' | tail -1)
 sleep 8 # loaded and drawn
@@ -40,10 +40,10 @@ picture() {
   mv "$work"/kelvra_0001.png "$images/$1"
   echo "docs/images/$1"
 }
-xdotool windowfocus "$window" mousemove --window "$window" 800 350
+xdotool windowfocus "$window" mousemove --window "$window" 650 250
 picture window.png
 xdotool key --window "$window" ctrl+r
 sleep "${RENDER_SECONDS:-25}"
-xdotool mousemove --window "$window" 700 420 click 1
+xdotool mousemove --window "$window" 600 300 click 1
 sleep 6 # explained
 picture window_picture.png

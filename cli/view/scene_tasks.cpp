@@ -143,8 +143,11 @@ void ViewApplication::RenderPicture() {
   explanation_.clear();
   wantsPicture_ = true;
   busy_.text = "rendering";
+  const bool saved = !IsChanged();
   Report(render_.Render(viewport_.Camera(), viewport_.Aspect(),
                         [this](double share) { Progress("rendering", (int)(share * 100.0)); }));
+  // Effects that every render has, and the radius chosen for it, are no change of the user's.
+  if (saved) savedStamp_ = DocumentStamp(session_.Document());
   viewport_.Redraw();
 }
 

@@ -55,8 +55,8 @@ protected:
         "wait_for display; export DISPLAY=:$(cat display)\n'" +
             std::string(KELVRA_BIN_DIR) + "/kelvra' view " + arguments +
             " >printed 2>errors & program=$!\n"
-            "w=$(xdotool search --sync --onlyvisible --name '^Kelvra$' | tail -1)\n"
-            "xdotool windowfocus $w\nkey() { xdotool key --window $w \"$@\"; sleep 0.3; }\n" +
+            "w=$(timeout 20 xdotool search --sync --onlyvisible --name '^Kelvra$' | tail -1)\n"
+            "[ -n \"$w\" ] && xdotool windowfocus $w\nkey() { xdotool key --window $w \"$@\"; sleep 0.3; }\n" +
             hands + "\nwait $program; status=$?; kill $server; exit $status\n");
     const int status = std::system(("bash '" + script + "'").c_str());
     return WEXITSTATUS(status);
@@ -77,8 +77,9 @@ TEST_F(Window, ShowsTheFilesThatItIsGivenAndTurnsThem) {
   ASSERT_EQ(Run("squares.xyz --size 900x600 --no-panels --screenshot end.png --exit-after 20",
                 "key F12; wait_for kelvra_0001.png\n"
                 "key 3; key F12; wait_for kelvra_0002.png\n"
-                "xdotool mousemove --window $w 400 300 mousedown 1 mousemove_relative --sync 60 90 "
-                "mousemove_relative --sync 60 90 mouseup 1; sleep 1"),
+                "xdotool mousemove --window $w 400 300; sleep 0.3; xdotool mousedown 1; sleep 0.3\n"
+                "for i in 1 2 3 4; do xdotool mousemove_relative 30 40; sleep 0.2; done\n"
+                "xdotool mouseup 1; sleep 0.3"),
             0)
       << TempFolder::Read(folder_ / "errors");
   const Image first = Picture("kelvra_0001.png"), back = Picture("kelvra_0002.png"), end = Picture("end.png");
