@@ -23,7 +23,7 @@ Xvfb -displayfd "$number" -screen 0 960x600x24 >/dev/null 2>&1 &
 server=$!
 read -r -t 60 -u "$number" display
 export DISPLAY=:$display XDG_CONFIG_HOME=$work/config
-"$bin/make_cloud" "$work/landscape.laz" --points 50000
+"$bin/make_cloud" "$work/landscape.laz" --points 40000
 cd "$work"
 "$bin/kelvra" view landscape.laz --size 960x600 --set load_color=height --exit-after 120 >/dev/null &
 program=$!
