@@ -70,12 +70,12 @@ enum {
   // Container of a point cloud object while it loads, bool: the report gets the points of each class.
   KELVRA_LOAD_COUNT_CLASSES = 1184,
 
-  // Container of a point cloud object while it loads, integer: KELVRA_READER_LAS, _XYZ or _PTS reads all files,
-  // whatever their suffix.
+  // Container of a point cloud object while it loads, integer: KELVRA_READER_LAS, _XYZ or _PTS reads all
+  // files, whatever their suffix.
   KELVRA_LOAD_READER = 1185,
 
-  // Container of a point cloud object while it loads one file, string: the name that lines, reports and the scene
-  // give to the file. Set by drivers that load a copy of what the user named.
+  // Container of a point cloud object while it loads one file, string: the name that lines, reports and the
+  // scene give to the file. Set by drivers that load a copy of what the user named.
   KELVRA_LOAD_NAME = 1186,
 
   // KelvraLoadReport::unit
@@ -128,20 +128,21 @@ struct KelvraLoadReport {
   LLONG notFinite;               // coordinates that are not finite 32-bit floats
   LLONG noMemory;                // memory was refused for them
   LLONG everyNth;                // of the points or lines; the first one is kept
-  LReal step; // distance of neighbouring stored coordinates where it is largest, file units
-  LONG epsg;  // code of the coordinate system that the file names; 0 for none
-  const CHAR* crs;                 // name of the coordinate system; empty where the file has none
-  LONG unit;                       // of its coordinates
+  LReal step;      // distance of neighbouring stored coordinates where it is largest, file units
+  LONG epsg;       // code of the coordinate system that the file names; 0 for none
+  const CHAR* crs; // name of the coordinate system; empty where the file has none
+  LONG unit;       // of its coordinates
   LONG versionMajor, versionMinor; // of LAS; 0 of text
   LONG pointFormat;                // of LAS; -1 of text
-  LVector min, max;                // of the kept points, in the file's own coordinates; without meaning for none
-  const LLONG* classes;            // 256 counts of kept points, NULL unless they were asked for
+  LVector min, max;     // of the kept points, in the file's own coordinates; without meaning for none
+  const LLONG* classes; // 256 counts of kept points, NULL unless they were asked for
   LReal seconds;
   LONG noteCount;
   const KelvraLoadNote* notes;
 };
 
-/** The points of one file. The first box is in stored coordinates, in the axes of files: x east, y north, z up. */
+/** The points of one file. The first box is in stored coordinates, in the axes of files: x east, y north, z
+ * up. */
 struct KelvraBlockReport {
   const CHAR* source; // path of the file; empty for points from another plug-in
   LONG group;         // number of the load command that brought it, from 0
@@ -151,8 +152,8 @@ struct KelvraBlockReport {
   LVector min, max;
   Vector shownMin, shownMax; // where they are shown, in the object's own coordinates and axes
   LONG fitted;               // 1 when they are fitted to the object's size
-  LONG hasColor; // 1 when its points differ in colour and the colour comes from the file
-  LONG isBlack;  // 1 when all its points are black, or as dark as readers make points without colour
+  LONG hasColor;             // 1 when its points differ in colour and the colour comes from the file
+  LONG isBlack; // 1 when all its points are black, or as dark as readers make points without colour
 };
 
 /**
@@ -198,7 +199,8 @@ struct KelvraLegend {
 
 /**
  * The box that leaves the given share of the points out at each end of each axis, then grown by a part of its
- * width on each side, in the object's own coordinates. The object's first file's x east, y north, z up is shown at
+ * width on each side, in the object's own coordinates. The object's first file's x east, y north, z up is
+ * shown at
  * ((x - origin.x) * scale.x, (z - origin.z) * scale.z, (y - origin.y) * scale.y).
  */
 struct KelvraSpread {

@@ -1,6 +1,6 @@
-// Memory for LASlib. Its objects hold bare pointers that they set one after the other: when memory is refused in
-// between, an exception would leave some unset, and what the others hold would be lost. So a refused request spends a
-// reserve and is answered after all; the caller sees that the reserve is spent and stops.
+// Memory for LASlib. Its objects hold bare pointers that they set one after the other: when memory is refused
+// in between, an exception would leave some unset, and what the others hold would be lost. So a refused
+// request spends a reserve and is answered after all; the caller sees that the reserve is spent and stops.
 #pragma once
 
 #include <cstddef>

@@ -1,5 +1,5 @@
-// Included before everything else in each source of the library: `new` draws on the reserve from here on. The headers of
-// the C++ library come first, since they place objects with a `new` of their own.
+// Included before everything else in each source of the library: `new` draws on the reserve from here on. The
+// headers of the C++ library come first, since they place objects with a `new` of their own.
 #pragma once
 
 #include "laslib_memory.h"

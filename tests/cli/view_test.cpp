@@ -56,7 +56,8 @@ protected:
             std::string(KELVRA_BIN_DIR) + "/kelvra' view " + arguments +
             " >printed 2>errors & program=$!\n"
             "w=$(timeout 20 xdotool search --sync --onlyvisible --name '^Kelvra$' | tail -1)\n"
-            "[ -n \"$w\" ] && xdotool windowfocus $w\nkey() { xdotool key --window $w \"$@\"; sleep 0.3; }\n" +
+            "[ -n \"$w\" ] && xdotool windowfocus $w\nkey() { xdotool key --window $w \"$@\"; sleep 0.3; "
+            "}\n" +
             hands + "\nwait $program; status=$?; kill $server; exit $status\n");
     const int status = std::system(("bash '" + script + "'").c_str());
     return WEXITSTATUS(status);
