@@ -26,5 +26,7 @@ private:
 
 /** Cleared memory that operator delete takes back: a destructor finds NULL where nothing was set. */
 void* Allocate(std::size_t size);
+/** The same for operator delete[]. */
+void* AllocateArray(std::size_t size);
 
 } // namespace kelvra_las

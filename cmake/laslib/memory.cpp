@@ -29,11 +29,23 @@ bool Reserve::Spend() {
   return true;
 }
 
-void* Allocate(std::size_t size) {
-  void* block = ::operator new(size, std::nothrow);
-  if (!block && reserve && reserve->Spend()) block = ::operator new(size, std::nothrow);
+namespace {
+
+template <class Request>
+void* Cleared(std::size_t size, Request request) {
+  void* block = request();
+  if (!block && reserve && reserve->Spend()) block = request();
   if (!block) throw std::bad_alloc();
   return std::memset(block, 0, size);
+}
+
+} // namespace
+
+void* Allocate(std::size_t size) {
+  return Cleared(size, [size] { return ::operator new(size, std::nothrow); });
+}
+void* AllocateArray(std::size_t size) {
+  return Cleared(size, [size] { return ::operator new[](size, std::nothrow); });
 }
 
 } // namespace kelvra_las

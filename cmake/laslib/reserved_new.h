@@ -28,14 +28,14 @@ inline void* operator new(std::size_t size, const kelvra_las::Reserved&) {
   return kelvra_las::Allocate(size);
 }
 inline void* operator new[](std::size_t size, const kelvra_las::Reserved&) {
-  return kelvra_las::Allocate(size);
+  return kelvra_las::AllocateArray(size);
 }
 // For constructors that throw.
 inline void operator delete(void* block, const kelvra_las::Reserved&) {
   ::operator delete(block);
 }
 inline void operator delete[](void* block, const kelvra_las::Reserved&) {
-  ::operator delete(block);
+  ::operator delete[](block);
 }
 
 #define new new (kelvra_las::Reserved())
