@@ -11,7 +11,8 @@ class NoBuffer : public std::streambuf {
   int_type overflow(int_type c) override { return traits_type::not_eof(c); }
 };
 
-NoBuffer nothing;
+/** Never freed: the stream is flushed once more after everything static is gone. */
+NoBuffer& nothing = *new NoBuffer;
 
 } // namespace
 
