@@ -35,20 +35,20 @@ sequence() {
   local out=$1
   shift
   mkdir -p "$folder/$out"
-  "$kelvra" sequence "$folder/scan.laz" --turntable 20 --chunk 2 -o "$folder/$out/frame_##.png" "$@" \
+  "$kelvra" sequence "$folder/scan.laz" --turntable 20 -o "$folder/$out/frame_##.png" "$@" \
     -- --size 240x136
 }
 job_of() { grep -o '"jobs":.*' "$folder/$1/frame.sequence/jobs.json"; }
-is_on() { squeue --noheader --states=RUNNING --format=%N | grep -qx "$1"; }
+has_begun_on() { grep -qs "start on $1" "$folder"/lost/frame.sequence/*.log; }
 
 build/release/bin/make_cloud "$folder/scan.laz" --points 200000
 sequence alone --local
 cluster_start "$folder/cluster"
 
-sequence lost --slurm >"$folder/lost.txt" 2>&1 &
+# One part for each node, so that the lost one is still busy with its only part.
+sequence lost --slurm --chunk 10 >"$folder/lost.txt" 2>&1 &
 following=$!
-cluster_wait 60 has_frames lost 3
-cluster_wait 10 is_on node2
+cluster_wait 60 has_begun_on node2 && cluster_wait 60 has_frames lost 1 || { cat "$folder/lost.txt" >&2; exit 1; }
 echo "ending node2 with $(frames lost) of 20 frames rendered"
 cluster_lose node2
 status=0
@@ -59,7 +59,7 @@ check "its frames are those of one machine, byte for byte" same_frames lost
 two_starts() { grep -l 'start on node2' "$folder"/lost/frame.sequence/*.log | xargs grep -lq 'start on node1'; }
 check "the part of the lost node was begun again elsewhere" two_starts
 
-sequence left --slurm >"$folder/left.txt" 2>&1 &
+sequence left --slurm --chunk 2 >"$folder/left.txt" 2>&1 &
 following=$!
 cluster_wait 60 has_frames left 2
 kill -INT "$(pgrep --parent $following)" # the program itself
@@ -67,13 +67,13 @@ status=0
 wait $following || status=$?
 job=$(job_of left)
 check "a sequence that is left goes on without the program" [ $status -eq 1 -a -n "$(squeue --noheader)" ]
-sequence left --slurm >"$folder/left.txt" 2>&1
+sequence left --slurm --chunk 2 >"$folder/left.txt" 2>&1
 check "the same command follows the same job" [ "$(job_of left)" = "$job" ]
 check "and finds the same frames" same_frames left
 rm "$folder/left/frame_07.png"
 printf 'x' | dd of="$folder/left/frame_11.png" bs=1 seek=900 conv=notrunc status=none
 kept=$(stat --format=%Y.%i "$folder/left/frame_08.png")
-sequence left --slurm >"$folder/left.txt" 2>&1
+sequence left --slurm --chunk 2 >"$folder/left.txt" 2>&1
 check "only missing and damaged frames are rendered again" \
   [ "$(grep -c '18 frames of 20 already there' "$folder/left.txt") $(stat --format=%Y.%i "$folder/left/frame_08.png")" = "1 $kept" ]
 check "and are the same again" same_frames left
