@@ -19,7 +19,7 @@
 
 namespace {
 
-const int kRounds = 5;
+constexpr int kRounds = 5;
 
 struct Scene {
   const char* name;

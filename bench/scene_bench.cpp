@@ -128,10 +128,10 @@ int main(int argc, char** argv) {
   const LONG points = argc > 2 ? std::atoi(argv[2]) : 10000000;
   const std::string path = folder + "/bench.scene";
   host::Application application;
-  if (!RegisterObjectPlugin(kCloud, "Cloud", 0, Cloud::Alloc, String(), NULL, 1))
+  if (!RegisterObjectPlugin(kCloud, "Cloud", 0, Cloud::Alloc, String(), nullptr, 1))
     Stop("the object was refused");
   BaseDocument* doc = application.NewDocument();
-  doc->InsertObject(BaseObject::Alloc(kCloud), NULL, NULL);
+  doc->InsertObject(BaseObject::Alloc(kCloud), nullptr, nullptr);
   CloudOf(doc).parts = MakeParts(points);
   const std::vector<Part>& parts = CloudOf(doc).parts;
 
@@ -146,7 +146,7 @@ int main(int argc, char** argv) {
     if (run % 2) plainSave.push_back(Seconds(plain));
     save.push_back(Seconds(ours));
     if (run % 2 == 0) plainSave.push_back(Seconds(plain));
-    BaseDocument* opened = NULL;
+    BaseDocument* opened = nullptr;
     open.push_back(Seconds([&] { opened = host::ReadScene(path, &error); }));
     if (!opened) Stop(error);
     std::vector<Part> read;

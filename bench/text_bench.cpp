@@ -39,22 +39,22 @@ int Channel() {
 }
 
 int WriteOdd(char* line, std::size_t size) {
-  static const char* const kReals[] = {"0x1.8p3",
-                                       "nan",
-                                       "inf",
-                                       "-Infinity",
-                                       "1e",
-                                       "1e400",
-                                       "4.9e-324",
-                                       "1e-400",
-                                       "+.5",
-                                       "5.",
-                                       "0x",
-                                       "nan(7)",
-                                       "9007199254740993",
-                                       "2.2250738585072011e-308",
-                                       "-0",
-                                       "1,5"};
+  static constexpr const char* kReals[] = {"0x1.8p3",
+                                           "nan",
+                                           "inf",
+                                           "-Infinity",
+                                           "1e",
+                                           "1e400",
+                                           "4.9e-324",
+                                           "1e-400",
+                                           "+.5",
+                                           "5.",
+                                           "0x",
+                                           "nan(7)",
+                                           "9007199254740993",
+                                           "2.2250738585072011e-308",
+                                           "-0",
+                                           "1,5"};
   const auto odd = [] { return kReals[random() % (sizeof kReals / sizeof *kReals)]; };
   if (random() % 8 == 0)
     return std::snprintf(line, size, "%.*f\t%0400d %s \r\n", 300, Uniform(-9, 9), 7, odd());

@@ -17,7 +17,7 @@ struct Reading {
   Bool read[4] = {FALSE, FALSE, FALSE, FALSE};
 };
 
-const std::size_t kNone = std::string::npos;
+constexpr std::size_t kNone = std::string::npos;
 
 /** A text that does not begin with a finite number changes nothing. */
 void ReadNumber(const std::string& text, Reading& reading, int index) {

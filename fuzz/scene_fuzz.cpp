@@ -47,7 +47,7 @@ std::string Saved(BaseDocument* doc) {
 BaseDocument* Loaded(const std::string& bytes) {
   host::ByteSource source;
   std::string error;
-  return source.OpenMemory(bytes.data(), bytes.size()) ? host::ReadSceneStream(source, &error) : NULL;
+  return source.OpenMemory(bytes.data(), bytes.size()) ? host::ReadSceneStream(source, &error) : nullptr;
 }
 
 } // namespace

@@ -211,7 +211,7 @@ bool Application::SaveScene(BaseDocument* doc, const std::string& path, std::str
 BaseDocument* Application::LoadScene(const std::string& path, std::string* error) {
   const Work work;
   BaseDocument* doc = ReadScene(path, error);
-  if (!doc) return NULL;
+  if (!doc) return nullptr;
   host::Impl(doc)->path = std::filesystem::absolute(std::filesystem::u8path(path)).u8string();
   return Api(impl_->Adopt(host::Impl(doc)));
 }
@@ -263,9 +263,9 @@ bool Application::SavePreferences(std::string* error) {
 
 BaseObject* CreateObjectFromMenu(BaseDocument* api, LONG type) {
   Document& doc = *Impl(api);
-  if (!TheServices().libraries.Offers(type)) return NULL;
+  if (!TheServices().libraries.Offers(type)) return nullptr;
   Object* op = static_cast<Object*>(MakeNode(NodeKind::Object, type));
-  if (!op) return NULL;
+  if (!op) return nullptr;
   const Work work;
   const std::vector<Node*> before = Hierarchy(doc);
   SendMessage(*op, MSG_MENUPREPARE, api);
@@ -273,7 +273,7 @@ BaseObject* CreateObjectFromMenu(BaseDocument* api, LONG type) {
   // What the plug-in puts into the document at that message comes and goes with the object.
   for (Node* node : Hierarchy(doc))
     if (std::find(before.begin(), before.end(), node) == before.end()) api->AddUndo(UNDOTYPE_NEW, Api(node));
-  api->InsertObject(Api(op), NULL, NULL, TRUE);
+  api->InsertObject(Api(op), nullptr, nullptr, TRUE);
   api->AddUndo(UNDOTYPE_NEW, Api(op));
   api->EndUndo();
   doc.activeObject = 0;

@@ -7,7 +7,7 @@
 namespace kelvra {
 
 /** Bytes of one vertex record: position and colour, three 32-bit floats each. */
-const LONG kVertexBytes = 24;
+constexpr LONG kVertexBytes = 24;
 
 /** The two attributes of a record, and pointers to them as the host's factory expects. */
 struct VertexSet {

@@ -13,7 +13,7 @@ namespace kelvra {
 
 namespace {
 
-const char* const kUpdatePath = "/php/send/mail/update.php";
+constexpr const char* kUpdatePath = "/php/send/mail/update.php";
 
 /** The body of the answer, without content when there is none. */
 HeldText Ask(const String& url) {

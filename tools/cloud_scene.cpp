@@ -42,7 +42,7 @@ void Paint(ScanPoint* point, double r, double g, double b, int classification) {
   point->classification = (std::uint8_t)classification;
 }
 
-const double kBuildingCell = 60.0, kTreeCell = 14.0, kWaterLevel = 14.0;
+constexpr double kBuildingCell = 60.0, kTreeCell = 14.0, kWaterLevel = 14.0;
 
 } // namespace
 

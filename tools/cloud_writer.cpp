@@ -71,7 +71,7 @@ private:
 #ifdef KELVRA_HAVE_LASLIB
 
 /** Base record lengths of the point formats 0 to 10. */
-const int kRecordLength[] = {20, 28, 26, 34, 57, 63, 30, 36, 38, 59, 67};
+constexpr int kRecordLength[] = {20, 28, 26, 34, 57, 63, 30, 36, 38, 59, 67};
 
 class LasWriter : public CloudWriter {
 public:

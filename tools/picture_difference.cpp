@@ -9,7 +9,7 @@
 namespace {
 
 /** Share of pixels that may differ by more than one step. */
-const double kMostDiffering = 0.0001;
+constexpr double kMostDiffering = 0.0001;
 
 /** The largest difference among the samples of one pixel. */
 int Steps(const std::uint8_t* a, const std::uint8_t* b, int channels) {

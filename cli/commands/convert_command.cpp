@@ -39,10 +39,10 @@ const struct Mode {
   Axes axes;          ///< that programs expect in such a file
 } kModes[] = {
     {"point", KELVRA_CONVERT_MODE_POINTS, sizeof(Vector) + 3 * sizeof(SReal), ".ply", Axes::ZUp},
-    {"hair", KELVRA_CONVERT_MODE_HAIR, 3 * sizeof(Vector), NULL, Axes::Host},
+    {"hair", KELVRA_CONVERT_MODE_HAIR, 3 * sizeof(Vector), nullptr, Axes::Host},
     {"particles", KELVRA_CONVERT_MODE_THINKING_PARTICLES,
-     sizeof(host::ParticleSlot) + sizeof(Vector) + 3 * sizeof(SReal), NULL, Axes::Host},
-    {"emitter", KELVRA_CONVERT_MODE_EMITTER, sizeof(host::EmitterParticle), NULL, Axes::Host},
+     sizeof(host::ParticleSlot) + sizeof(Vector) + 3 * sizeof(SReal), nullptr, Axes::Host},
+    {"emitter", KELVRA_CONVERT_MODE_EMITTER, sizeof(host::EmitterParticle), nullptr, Axes::Host},
     {"spline", KELVRA_CONVERT_MODE_SPLINE, sizeof(Vector) + sizeof(Segment), ".obj", Axes::YUp},
 };
 
@@ -58,7 +58,7 @@ struct ConvertOptions {
 };
 
 /** Results from here on are announced before they are made. */
-const long long kLargeResult = 256LL << 20;
+constexpr long long kLargeResult = 256LL << 20;
 
 /** Are they the host's own? */
 bool ParseAxes(const std::string& name) {
@@ -138,7 +138,7 @@ std::vector<LVector> Survey(BaseObject* cloud, LONG count) {
 void WriteResult(CloudSession& session, BaseObject* cloud, const ConvertOptions& options) {
   const Mode& mode = *options.mode;
   const std::string& path = options.output;
-  BaseObject* built = cloud->GetCache(NULL);
+  BaseObject* built = cloud->GetCache(nullptr);
   Placement place;
   place.axes = options.hostAxes ? Axes::Host : mode.axes;
   if (built) place.global = cloud->GetMg() * built->GetMl();

@@ -64,7 +64,7 @@ bool DrawPictures(CloudSession& session, const SnapshotPlan& plan, const Scenery
       host::Viewport::Create(session.Document(), plan.view.size.width, plan.view.size.height, &error);
   if (!view) throw std::runtime_error(error);
   view->SetGradient(plan.background.value_or(kTop), plan.background.value_or(kBottom));
-  view->SetEyeDome(scenery.eyeDome ? &plan.eyeDomeSettings : NULL);
+  view->SetEyeDome(scenery.eyeDome ? &plan.eyeDomeSettings : nullptr);
   for (int number = 0; number < plan.Pictures(); ++number) {
     view->SetCamera(host::TurnedCamera(scenery.camera, 360.0 * number / plan.Pictures()));
     const ConsoleLines console(session.App().GetConsole());

@@ -27,10 +27,10 @@ bool AskOnTerminal() {
 }
 
 /** What the module shows when the second request got no answer. */
-const char* const kMailProblem = "There was a problem sending the email";
+constexpr const char* kMailProblem = "There was a problem sending the email";
 
 /** Most characters of a dialog's text that are shown: it may hold what a server sent. */
-const std::size_t kMostShown = 500;
+constexpr std::size_t kMostShown = 500;
 
 /** Shows one dialog of the module on the terminal and returns the button that is pressed. */
 GEMB_R Show(const std::string& text, GEMB flags, Consent consent) {

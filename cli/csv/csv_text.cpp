@@ -23,9 +23,9 @@ const struct {
               {"green", kGreen}, {"b", kBlue},    {"blue", kBlue}, {"intensity", kIntensity}};
 
 /** Longest line that a table can have. */
-const std::size_t kMostLineBytes = 64 * 1024;
-const std::size_t kShownBytes = 40;
-const int kMissing = -1;
+constexpr std::size_t kMostLineBytes = 64 * 1024;
+constexpr std::size_t kShownBytes = 40;
+constexpr int kMissing = -1;
 
 struct TableError {
   std::string text;

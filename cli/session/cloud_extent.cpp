@@ -14,12 +14,12 @@ namespace cli {
 namespace {
 
 /** Share of the points at each end of each axis that may lie apart. */
-const double kApartShare = 0.001;
+constexpr double kApartShare = 0.001;
 /** Points lie apart when they are farther out than this part of the others' width. */
-const double kMargin = 0.1;
+constexpr double kMargin = 0.1;
 /** Points that lie apart are left out when the whole box would be this many times as long as that of the
  * others. */
-const double kWorthIt = 1.2;
+constexpr double kWorthIt = 1.2;
 
 bool AskSpread(BaseObject* cloud, double share, double margin, KelvraSpread* spread) {
   *spread = KelvraSpread();

@@ -26,14 +26,14 @@ namespace cli {
 
 namespace {
 
-const char* const kCloudDescription = "Otallyframe";
+constexpr const char* kCloudDescription = "Otallyframe";
 #ifdef _WIN32
-const char* const kModuleName = "kelvra.cdl64";
+constexpr const char* kModuleName = "kelvra.cdl64";
 #else
-const char* const kModuleName = "kelvra.so";
+constexpr const char* kModuleName = "kelvra.so";
 #endif
 
-const char* const kNotUtf8 = "the name is not UTF-8; rename it";
+constexpr const char* kNotUtf8 = "the name is not UTF-8; rename it";
 
 /** Files of other formats, by suffix: as text, the numbers in them would become points that are none. */
 const struct {

@@ -9,7 +9,7 @@ namespace cli {
 namespace {
 
 /** Distance, in sizes of the larger cloud, from which on two of them do not belong together. */
-const double kFarSizes = 10.0;
+constexpr double kFarSizes = 10.0;
 
 struct Cloud {
   std::string name;

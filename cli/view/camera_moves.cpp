@@ -9,8 +9,8 @@ namespace cli {
 
 namespace {
 
-const double kSteepest = 89.9; ///< degrees: straight down has no direction to turn from
-const double kNearest = 1e-6;  ///< distance of the target, world units
+constexpr double kSteepest = 89.9; ///< degrees: straight down has no direction to turn from
+constexpr double kNearest = 1e-6;  ///< distance of the target, world units
 
 double Distance(const host::ViewCamera& camera) {
   return std::max((camera.target - camera.position).GetLength(), kNearest);

@@ -10,7 +10,7 @@ namespace cli {
 
 namespace {
 
-const float kReach = 9.0f; ///< pixels within which a knot is taken
+constexpr float kReach = 9.0f; ///< pixels within which a knot is taken
 
 /** The next power of two above all values, so that the frame stands still while a knot moves. */
 double HeightOf(const std::vector<Vector>& knots) {

@@ -19,7 +19,7 @@ std::size_t DocumentStamp(BaseDocument* doc) {
   };
   VisitObjects(doc->GetFirstObject(), add);
   RenderData* settings = doc->GetActiveRenderData();
-  for (BaseVideoPost* post = settings ? settings->GetFirstVideoPost() : NULL; post; post = post->GetNext())
+  for (BaseVideoPost* post = settings ? settings->GetFirstVideoPost() : nullptr; post; post = post->GetNext())
     add(post);
   return stamp;
 }

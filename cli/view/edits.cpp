@@ -7,14 +7,14 @@ namespace cli {
 namespace {
 
 /** "Visible in Editor" and its values, in the description of every object. */
-const LONG kVisibleInEditor = 901, kShown = 2, kHidden = 1;
+constexpr LONG kVisibleInEditor = 901, kShown = 2, kHidden = 1;
 
 } // namespace
 
 bool Edits::SetParameter(BaseList2D* node, const DescID& id, const GeData& value, bool held) {
   const bool goesOn = held && held_ == node && heldId_ == id[0].id;
   if (!goesOn) host::KeepParameters(node);
-  held_ = held ? node : NULL;
+  held_ = held ? node : nullptr;
   heldId_ = id[0].id;
   return node->SetParameter(id, value, DESCFLAGS_SET_USERINTERACTION) != FALSE;
 }
@@ -30,8 +30,8 @@ void Edits::Delete(BaseObject* op) {
 
 BaseObject* Edits::Duplicate(BaseObject* op) {
   BaseDocument* doc = op->GetDocument();
-  BaseObject* copy = static_cast<BaseObject*>(op->GetClone(COPYFLAGS_0, NULL));
-  if (!copy) return NULL;
+  BaseObject* copy = static_cast<BaseObject*>(op->GetClone(COPYFLAGS_0, nullptr));
+  if (!copy) return nullptr;
   doc->StartUndo();
   doc->InsertObject(copy, op->GetUp(), op, TRUE);
   doc->AddUndo(UNDOTYPE_NEW, copy);

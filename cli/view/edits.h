@@ -10,14 +10,14 @@ public:
   /** Sets a parameter as a user does. All values that one held widget gives a parameter are one step. */
   bool SetParameter(BaseList2D* node, const DescID& id, const GeData& value, bool held);
   /** The held widget was let go: the next value begins a step of its own. */
-  void LetGo() { held_ = NULL; }
+  void LetGo() { held_ = nullptr; }
 
   static void Delete(BaseObject* op);
   static BaseObject* Duplicate(BaseObject* op);
   static bool SetVisible(BaseObject* op, bool visible);
 
 private:
-  BaseList2D* held_ = NULL;
+  BaseList2D* held_ = nullptr;
   LONG heldId_ = 0;
 };
 

@@ -273,7 +273,7 @@ bool ParameterPanel::ShowText(const Parameter& parameter, GeData* value) {
 
 bool ParameterPanel::ShowLink(const Parameter& parameter, GeData* value) {
   BaseDocument* doc = node_->GetDocument();
-  BaseList2D* target = doc ? value->GetLink(doc) : NULL;
+  BaseList2D* target = doc ? value->GetLink(doc) : nullptr;
   if (!ImGui::BeginCombo("##value", target ? host::Utf8(target->GetName()).c_str() : "(none)")) return false;
   bool changed = false;
   const auto offer = [&](BaseList2D* candidate, const std::string& name) {
@@ -286,7 +286,7 @@ bool ParameterPanel::ShowLink(const Parameter& parameter, GeData* value) {
     }
     ImGui::PopID();
   };
-  offer(NULL, "(none)");
+  offer(nullptr, "(none)");
   for (BaseList2D* candidate : actions_.candidates(parameter))
     offer(candidate, host::Utf8(candidate->GetName()));
   ImGui::EndCombo();

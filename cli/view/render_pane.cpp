@@ -23,7 +23,7 @@ public:
     scene_ = PrepareScene(session, plan);
   }
   ~LitScene() {
-    for (BaseObject *op = doc_->GetFirstObject(), *next = NULL; op; op = next) {
+    for (BaseObject *op = doc_->GetFirstObject(), *next = nullptr; op; op = next) {
       next = op->GetNext();
       if (before_.count(op)) continue;
       op->Remove();

@@ -16,7 +16,7 @@ namespace cli {
 namespace {
 
 /** Pixels around the pointer in which a point counts as meant. */
-const double kPickReach = 5.0;
+constexpr double kPickReach = 5.0;
 
 /** "kelvra_0001.png", the first that is free in the folder. */
 std::string FreePictureName(const std::string& folder) {
@@ -39,7 +39,7 @@ void ViewApplication::UseDocument(BaseDocument* doc) {
   viewport_.Forget();
   render_.Forget();
   explanation_.clear();
-  selected_.SetLink(NULL);
+  selected_.SetLink(nullptr);
   showsPreferences_ = false;
   session_.Use(doc);
   stamp_ = savedStamp_ = DocumentStamp(doc);
@@ -207,7 +207,7 @@ void ViewApplication::DeleteSelected() {
 
 void ViewApplication::DuplicateSelected() {
   BaseObject* op = SelectedObject();
-  if (BaseObject* copy = op ? Edits::Duplicate(op) : NULL) Select(copy);
+  if (BaseObject* copy = op ? Edits::Duplicate(op) : nullptr) Select(copy);
 }
 
 } // namespace cli

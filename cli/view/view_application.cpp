@@ -12,8 +12,8 @@ namespace cli {
 
 namespace {
 
-const double kIdle = 0.25; ///< seconds between frames while nothing happens
-const double kBusyInterval = 0.06;
+constexpr double kIdle = 0.25; ///< seconds between frames while nothing happens
+constexpr double kBusyInterval = 0.06;
 
 double Now() {
   return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
@@ -187,8 +187,8 @@ BaseList2D* ViewApplication::Selected() const {
 }
 
 BaseObject* ViewApplication::SelectedObject() const {
-  BaseList2D* node = showsPreferences_ ? NULL : selected_.GetLink(session_.Document());
-  return node && node->IsInstanceOf(Obase) ? static_cast<BaseObject*>(node) : NULL;
+  BaseList2D* node = showsPreferences_ ? nullptr : selected_.GetLink(session_.Document());
+  return node && node->IsInstanceOf(Obase) ? static_cast<BaseObject*>(node) : nullptr;
 }
 
 bool ViewApplication::UpdateView() {

@@ -18,7 +18,7 @@
 namespace cli {
 
 /** What is shown once the user stopped the work. */
-const char* const kStopping = "stopping";
+constexpr const char* kStopping = "stopping";
 
 class ViewApplication {
 public:

@@ -14,11 +14,11 @@ namespace cli {
 
 namespace {
 
-const int kPane = ImGuiWindowFlags_NoMove | ImGuiWindowFlags_NoResize | ImGuiWindowFlags_NoCollapse |
-                  ImGuiWindowFlags_NoBringToFrontOnFocus | ImGuiWindowFlags_NoSavedSettings;
+constexpr int kPane = ImGuiWindowFlags_NoMove | ImGuiWindowFlags_NoResize | ImGuiWindowFlags_NoCollapse |
+                      ImGuiWindowFlags_NoBringToFrontOnFocus | ImGuiWindowFlags_NoSavedSettings;
 
 // Key numbers of the window system.
-const int kF1 = 290, kF12 = 301, kDeleteKey = 261, kEscapeKey = 256;
+constexpr int kF1 = 290, kF12 = 301, kDeleteKey = 261, kEscapeKey = 256;
 
 struct Side {
   const char* name;
@@ -32,18 +32,18 @@ const Side kSides[] = {{"From the usual side", "0", host::Framing::UsualDirectio
                        {"From the west", "4", Vector(1, 0, 0)},
                        {"From the east", "5", Vector(-1, 0, 0)}};
 
-const char* const kHelp = "Load           drop files onto the window, or File > Load Scan...\n"
-                          "Turn           drag, or the arrow keys\n"
-                          "Move           drag with the right button, or W A S D, Q and E\n"
-                          "Zoom           the wheel, to the pointer; or + and -\n"
-                          "Whole cloud    F; from the sides: 0 to 5\n"
-                          "Ask a point    click it\n"
-                          "Render         Ctrl+R; then click a pixel to see what made it\n"
-                          "Stop           Esc\n"
-                          "Undo, redo     Ctrl+Z, Ctrl+Y\n"
-                          "Scene          Ctrl+N new, Ctrl+O open, Ctrl+S save\n"
-                          "Screenshot     F12\n"
-                          "Panes          Ctrl+Tab goes to the next, Alt to the menu";
+constexpr const char* kHelp = "Load           drop files onto the window, or File > Load Scan...\n"
+                              "Turn           drag, or the arrow keys\n"
+                              "Move           drag with the right button, or W A S D, Q and E\n"
+                              "Zoom           the wheel, to the pointer; or + and -\n"
+                              "Whole cloud    F; from the sides: 0 to 5\n"
+                              "Ask a point    click it\n"
+                              "Render         Ctrl+R; then click a pixel to see what made it\n"
+                              "Stop           Esc\n"
+                              "Undo, redo     Ctrl+Z, Ctrl+Y\n"
+                              "Scene          Ctrl+N new, Ctrl+O open, Ctrl+S save\n"
+                              "Screenshot     F12\n"
+                              "Panes          Ctrl+Tab goes to the next, Alt to the menu";
 
 void Place(float x, float y, float width, float height) {
   ImGui::SetNextWindowPos(ImVec2(x, y));
@@ -162,7 +162,7 @@ void ViewApplication::DrawMenu() {
     ImGui::EndMenu();
   }
   if (ImGui::BeginMenu("Edit")) {
-    const bool object = SelectedObject() != NULL;
+    const bool object = SelectedObject() != nullptr;
     item("Undo", "Ctrl+Z", [this] { Undo(false); });
     item("Redo", "Ctrl+Y", [this] { Undo(true); });
     ImGui::Separator();
@@ -234,7 +234,7 @@ void ViewApplication::DrawObjects() {
   BaseDocument* doc = session_.Document();
   for (BaseObject* op = doc->GetFirstObject(); op; op = op->GetNext()) DrawObject(op);
   RenderData* settings = doc->GetActiveRenderData();
-  BaseVideoPost* post = settings ? settings->GetFirstVideoPost() : NULL;
+  BaseVideoPost* post = settings ? settings->GetFirstVideoPost() : nullptr;
   if (post) ImGui::TextDisabled("Effects of the render");
   for (; post; post = post->GetNext()) {
     ImGui::PushID(post);

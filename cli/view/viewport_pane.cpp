@@ -17,11 +17,11 @@ namespace {
 
 const Vector kTop(0.17, 0.20, 0.26), kBottom(0.05, 0.06, 0.08);
 /** Seconds after the last move at which the view is at rest and everything is drawn. */
-const double kRest = 0.25;
+constexpr double kRest = 0.25;
 /** Seconds that a picture may take while the view moves. */
-const double kLongest = 1.0 / 25.0, kShortest = 1.0 / 60.0;
-const LONG kThinnest = 64;
-const double kDegreesPerPixel = 0.35, kDegreesPerSecond = 90.0, kWalkPerSecond = 0.8, kZoomStep = 0.85;
+constexpr double kLongest = 1.0 / 25.0, kShortest = 1.0 / 60.0;
+constexpr LONG kThinnest = 64;
+constexpr double kDegreesPerPixel = 0.35, kDegreesPerSecond = 90.0, kWalkPerSecond = 0.8, kZoomStep = 0.85;
 
 double Now() {
   return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();

@@ -18,9 +18,9 @@ namespace cli {
 
 namespace {
 
-const float kFontPixels = 15.0f;
+constexpr float kFontPixels = 15.0f;
 /** Has the letters of most of Europe; without it the interface draws in a small font of its own. */
-const char* const kFont = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
+constexpr const char* kFont = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
 
 std::string lastError;
 

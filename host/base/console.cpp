@@ -16,9 +16,9 @@ namespace host {
 
 namespace {
 
-const int kBarWidth = 30;
+constexpr int kBarWidth = 30;
 /** Between lines of progress, in percent; work that is shorter has none. */
-const int kLineStep = 10;
+constexpr int kLineStep = 10;
 const std::chrono::seconds kShortWork(10);
 
 } // namespace

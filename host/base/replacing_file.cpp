@@ -14,9 +14,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const char kTemporaryStart[] = ".save-";
+constexpr char kTemporaryStart[] = ".save-";
 /** What the name of an unfinished file is followed by when its writer makes one of its own. */
-const char kPartEnd[] = ".part";
+constexpr char kPartEnd[] = ".part";
 
 std::atomic<ProtectedFiles> protectedFiles{ProtectedFiles::Refuse};
 

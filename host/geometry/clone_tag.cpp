@@ -6,7 +6,7 @@ namespace host {
 
 namespace {
 
-const LONG kMostClones = 10000000;
+constexpr LONG kMostClones = 10000000;
 
 class CloneTag : public Tag {
 public:
@@ -17,7 +17,7 @@ public:
     GetMoDataMessage* asked = (GetMoDataMessage*)payload;
     if (number != MSG_GET_MODATA || !asked) return false;
     // The tag keeps its data: the asker does not own it.
-    asked->modata = asked->index == 0 && !clones.matrices.empty() ? Api(&clones) : NULL;
+    asked->modata = asked->index == 0 && !clones.matrices.empty() ? Api(&clones) : nullptr;
     asked->user_owned = FALSE;
     return true;
   }
@@ -53,7 +53,7 @@ public:
   void SwapOwn(Node& other) override { std::swap(clones, ((CloneTag&)other).clones); }
 
 private:
-  static const LONG kReals = sizeof(Matrix) / sizeof(LReal);
+  static constexpr LONG kReals = sizeof(Matrix) / sizeof(LReal);
 };
 
 CloneTag* FindCloneTag(BaseObject* op) {

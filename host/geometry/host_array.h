@@ -50,7 +50,7 @@ public:
 
 private:
   static_assert(std::is_trivially_copyable<T>::value, "elements are moved as bytes");
-  T* data_ = NULL;
+  T* data_ = nullptr;
   VLONG count_ = 0;
 };
 

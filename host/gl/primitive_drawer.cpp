@@ -6,7 +6,7 @@ namespace host::gl {
 
 namespace {
 
-const char* const kVertexText = R"(#version 330 core
+constexpr const char* kVertexText = R"(#version 330 core
 layout(location = 0) in vec3 position;
 layout(location = 1) in vec3 color;
 uniform mat4 toClip;
@@ -18,7 +18,7 @@ void main() {
   shade = color;
 }
 )";
-const char* const kFragmentText = R"(#version 330 core
+constexpr const char* kFragmentText = R"(#version 330 core
 in vec3 shade;
 out vec4 result;
 void main() {
@@ -26,7 +26,7 @@ void main() {
 }
 )";
 
-const GLenum kModes[] = {GL_POINTS, GL_LINES, GL_TRIANGLES};
+constexpr GLenum kModes[] = {GL_POINTS, GL_LINES, GL_TRIANGLES};
 
 void PointAttribute(GLuint location, std::size_t offset) {
   glEnableVertexAttribArray(location);

@@ -30,8 +30,8 @@ ProgramFactory::~ProgramFactory() {
 }
 
 const char* ProgramFactory::Describe(State state) {
-  static const char* const kNames[] = {"before AddParameters", "before Init", "before HeaderFinished",
-                                       "before CompilePrograms", "after CompilePrograms"};
+  static constexpr const char* kNames[] = {"before AddParameters", "before Init", "before HeaderFinished",
+                                           "before CompilePrograms", "after CompilePrograms"};
   return kNames[(int)state];
 }
 

@@ -62,9 +62,9 @@ std::string AssembleFragment(const ProgramText& program) {
 } // namespace
 
 const char* TypeKeyword(UniformType type) {
-  static const char* const kKeywords[] = {"float", "vec2",  "vec3",  "vec4", "int",
-                                          "ivec2", "ivec3", "ivec4", "uint", "uvec2",
-                                          "uvec3", "uvec4", "mat2",  "mat3", "mat4"};
+  static constexpr const char* kKeywords[] = {"float", "vec2",  "vec3",  "vec4", "int",
+                                              "ivec2", "ivec3", "ivec4", "uint", "uvec2",
+                                              "uvec3", "uvec4", "mat2",  "mat3", "mat4"};
   const int index = (int)type;
   return index >= 0 && index <= (int)UniformType::Matrix4 ? kKeywords[index] : nullptr;
 }

@@ -37,7 +37,7 @@ std::string FirstFault(const VertexAttribute& attribute) {
 } // namespace
 
 int ComponentSize(unsigned dataType) {
-  static const int kSizes[] = {1, 1, 2, 2, 4, 4, 4, 0, 0, 0, 8}; // GL_BYTE (0x1400) .. GL_DOUBLE (0x140a)
+  static constexpr int kSizes[] = {1, 1, 2, 2, 4, 4, 4, 0, 0, 0, 8}; // GL_BYTE (0x1400) .. GL_DOUBLE (0x140a)
   return dataType >= 0x1400 && dataType <= 0x140a ? kSizes[dataType - 0x1400] : 0;
 }
 

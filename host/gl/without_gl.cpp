@@ -9,7 +9,7 @@ namespace host::gl {
 
 namespace {
 
-const char* const kReason = "the viewport is not available in this build: it has no OpenGL";
+constexpr const char* kReason = "the viewport is not available in this build: it has no OpenGL";
 
 bool Refused(std::string* error) {
   *error = kReason;

@@ -17,7 +17,7 @@ bool Accept(HyperFile* hf, const std::string& wrong) {
 }
 
 /** The number of segments in a file of an object without guides. */
-const LONG kNoGuides = 0;
+constexpr LONG kNoGuides = 0;
 
 /** Points of a guide, and of all of them, are numbers that plug-ins ask for. */
 bool IsPossible(LONG count, LONG segments) {

@@ -11,7 +11,7 @@ namespace host {
 
 namespace {
 
-const std::size_t kCommitStep = 1 << 20;
+constexpr std::size_t kCommitStep = 1 << 20;
 
 LONG CALLBACK CommitOnTouch(EXCEPTION_POINTERS* info) {
   const EXCEPTION_RECORD& record = *info->ExceptionRecord;

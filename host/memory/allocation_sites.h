@@ -29,7 +29,7 @@ private:
     std::string place;
     std::atomic<long long> blocks{0}, bytes{0};
   };
-  static const std::uint32_t kSites = 8192;
+  static constexpr std::uint32_t kSites = 8192;
 
   std::uint32_t Add(const char* file, int line);
 

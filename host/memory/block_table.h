@@ -37,7 +37,7 @@ private:
     bool Grow();
     void Erase(std::size_t slot);
   };
-  static const std::size_t kShards = 64;
+  static constexpr std::size_t kShards = 64;
 
   Shard& ShardOf(void* address) const;
 

@@ -15,7 +15,7 @@ namespace host {
 
 namespace {
 
-const long long kUnlimited = std::numeric_limits<long long>::max();
+constexpr long long kUnlimited = std::numeric_limits<long long>::max();
 
 /** Sum of the entries of these names in a file of lines "name number". */
 long long Sum(const std::string& path, const std::vector<std::string>& names) {

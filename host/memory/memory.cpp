@@ -46,7 +46,7 @@ std::atomic<LLONG> shortageWanted{0}, shortageFree{0}, refusedRequests{0};
 
 void* Refuse() {
   refusedRequests.fetch_add(1, std::memory_order_relaxed);
-  return NULL;
+  return nullptr;
 }
 
 /** Would filling these bytes take more than there is? */
@@ -60,10 +60,10 @@ bool IsBeyondFree(VLONG bytes) {
 }
 
 /** Enough for every structure, and nothing beside the work that large blocks are asked for. */
-const VLONG kGarbageBytes = 4096;
+constexpr VLONG kGarbageBytes = 4096;
 
 /** Blocks from this size on get large pages where the system has them. */
-const VLONG kLargePageBlock = VLONG(4) << 20;
+constexpr VLONG kLargePageBlock = VLONG(4) << 20;
 
 /** Memory that nobody cleared holds anything but zeros, so that reading it shows in each run alike. */
 void FillWithGarbage(void* block, VLONG from, VLONG size) {
@@ -97,7 +97,7 @@ void Count(const Block& block, int sign) {
 void* Note(const Block& block) {
   if (!Blocks().Insert(block)) {
     Release(block);
-    return NULL;
+    return nullptr;
   }
   Count(block, 1);
   return block.address;
@@ -114,7 +114,7 @@ void ReportForeign(const char* call, void* address) {
 void* Move(const Block& old, VLONG size, Block* moved) {
   moved->mapped = size >= kLargeBlock;
   void* target = Obtain(size, moved->mapped, false);
-  if (!target) return NULL;
+  if (!target) return nullptr;
   std::memcpy(target, old.address, std::min(old.size, (std::size_t)size));
   Release(old);
   return target;
@@ -123,7 +123,7 @@ void* Move(const Block& old, VLONG size, Block* moved) {
 } // namespace
 
 void* Allocate(VLONG size, bool clear, LONG line, const CHAR* file) {
-  if (size < 1) return NULL;
+  if (size < 1) return nullptr;
   if (size > kLargestBlock || Refused(size) || IsBeyondFree(size)) return Refuse();
   Block block;
   block.mapped = size >= kLargeBlock;
@@ -141,7 +141,7 @@ void* Reallocate(void* address, VLONG size, LONG line, const CHAR* file) {
   Block old;
   if (!Blocks().Remove(address, &old)) {
     ReportForeign("realloc", address);
-    return NULL;
+    return nullptr;
   }
   if (IsBeyondFree(size - (VLONG)old.size)) {
     Blocks().Insert(old); // its slot was just given up: the table need not grow

@@ -4,7 +4,7 @@ namespace host {
 
 namespace {
 
-const LONG kDefaultFps = 30, kMostFps = 1000;
+constexpr LONG kDefaultFps = 30, kMostFps = 1000;
 
 } // namespace
 

@@ -27,7 +27,7 @@ void FreeData(Node& node) {
   const NODEPLUGIN& np = node.plugin->Node();
   CallModule("Free", np.Free, node.data, Api(&node));
   CallModule("Destructor", np.Destructor, node.data);
-  node.data = NULL;
+  node.data = nullptr;
   --liveNodeData;
 }
 

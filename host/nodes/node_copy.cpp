@@ -26,7 +26,7 @@ bool CopyContent(Node& source, Node& dest, COPYFLAGS flags) {
   ++dest.matrixDirty;
   if (!source.CopyOwn(dest)) return false;
   if (!source.data) return true;
-  AliasTrans* const noTranslation = NULL; // links of plug-in data are the plug-in's own affair
+  AliasTrans* const noTranslation = nullptr; // links of plug-in data are the plug-in's own affair
   return CallModule("CopyTo", source.plugin->Node().CopyTo, source.data, dest.data, Api(&source), Api(&dest),
                     flags, noTranslation) != FALSE;
 }
@@ -96,7 +96,8 @@ bool CopyNode(Node& source, Node& dest, COPYFLAGS flags) {
   if (&source == &dest) return true;
   for (Node* owner = dest.Owner(); owner; owner = owner->Owner())
     if (owner == &source && !Has(flags, COPYFLAGS_NO_HIERARCHY)) return false; // it would hold itself
-  if (source.kind != dest.kind || source.type != dest.type || (source.data != NULL) != (dest.data != NULL))
+  if (source.kind != dest.kind || source.type != dest.type ||
+      (source.data != nullptr) != (dest.data != nullptr))
     return false;
   std::vector<LinkChange> changes{{source.linkId, dest.linkId}};
   if (!CopyContent(source, dest, flags)) return false;

@@ -41,7 +41,7 @@ bool NeedsCache(const Object& op) {
 BaseObject* UpdateCache(BaseObject* api, BaseDocument* doc, BUILDFLAGS flags) {
   Object& op = *Impl(api);
   const OBJECTPLUGIN* plugin = PluginOf(op);
-  if (!plugin || !plugin->GetVirtualObjects) return NULL;
+  if (!plugin || !plugin->GetVirtualObjects) return nullptr;
   Work work;
   BuildHelp help{&work, Impl(doc), flags};
   // What it depends on is noted before: a change while building asks for another build.
@@ -65,7 +65,7 @@ BaseObject* UpdateCache(BaseObject* api, BaseDocument* doc, BUILDFLAGS flags) {
 BaseObject* TakeCache(BaseObject* api) {
   Object& op = *Impl(api);
   Object* built = static_cast<Object*>(op.cache.first);
-  if (!built) return NULL;
+  if (!built) return nullptr;
   RemoveNode(*built);
   op.cacheBuilt = false;
   return Api(built);

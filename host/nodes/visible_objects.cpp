@@ -14,7 +14,7 @@ void UpdateBelow(BaseObject* first, BaseDocument* doc, BUILDFLAGS flags) {
 }
 
 /** Number and values of "Visible in Editor", which is in the description of every object. */
-const LONG kVisibleInEditor = 901, kVisible = 0, kHidden = 1;
+constexpr LONG kVisibleInEditor = 901, kVisible = 0, kHidden = 1;
 
 void Visit(BaseObject* op, const Matrix& global, bool inViews,
            const std::function<void(BaseObject*, const Matrix&)>& visit) {

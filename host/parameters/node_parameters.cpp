@@ -222,7 +222,7 @@ const resource::Description* FindDescription(Node& node, const DescID* single, D
 bool IsEnabled(Node& node, const DescID& id, const GeData& value) {
   if (!node.data) return true;
   return CallModule("GetDEnabling", node.plugin->Node().GetDEnabling, node.data, Api(&node), id, value,
-                    DESCFLAGS_ENABLE_0, static_cast<const BaseContainer*>(NULL)) != FALSE;
+                    DESCFLAGS_ENABLE_0, static_cast<const BaseContainer*>(nullptr)) != FALSE;
 }
 
 bool GetParameter(Node& node, const DescID& id, GeData& data, DESCFLAGS_GET flags) {

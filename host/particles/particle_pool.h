@@ -45,8 +45,8 @@ public:
   bool IsFull() const { return limit >= 0 && live_ >= limit; }
 
 private:
-  static const LONG kBlock = 4096;
-  static const LONG kMost = MAXLONGl - kBlock;
+  static constexpr LONG kBlock = 4096;
+  static constexpr LONG kMost = MAXLONGl - kBlock;
 
   std::vector<HostArray<ParticleSlot>> blocks_;
   ParticleSlot* free_ = nullptr;

@@ -11,7 +11,7 @@ namespace host {
 
 class Bitmap {
 public:
-  static const LONG kLargestSide = 32768;
+  static constexpr LONG kLargestSide = 32768;
 
   Bitmap();
   Bitmap(const Bitmap& other);

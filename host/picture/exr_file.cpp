@@ -15,7 +15,7 @@ namespace host {
 
 namespace {
 
-const char* const kChannels[] = {"R", "G", "B", "A"};
+constexpr const char* kChannels[] = {"R", "G", "B", "A"};
 
 class ExrSink : public Imf::OStream {
 public:

@@ -8,7 +8,7 @@ namespace host {
 namespace {
 
 /** More than any entry that we write; longer ones of other programs are passed over. */
-const std::size_t kLongestEntry = 1 << 16;
+constexpr std::size_t kLongestEntry = 1 << 16;
 
 PictureTexts ReadTexts(BufferedFile& file) {
   gl::PngChunkReader chunks(file);

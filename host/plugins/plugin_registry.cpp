@@ -102,8 +102,8 @@ Plugin* PluginRegistry::Register(PLUGINTYPE kind, LONG id, const String& name, c
       // What these point to lives no longer than the call.
       NODEPLUGIN& np = static_cast<NODEPLUGIN&>(*plugin.Base());
       if (np.icon) plugin.icon.reset(new Bitmap(*Bitmap::From(np.icon)));
-      np.icon = NULL;
-      np.description = NULL;
+      np.icon = nullptr;
+      np.description = nullptr;
     }
     return &plugin;
   }

@@ -18,7 +18,7 @@ namespace {
 using nlohmann::json;
 namespace fs = std::filesystem;
 
-const int kDeepest = 32;
+constexpr int kDeepest = 32;
 
 json ToJson(const BaseContainer& bc);
 
@@ -152,7 +152,7 @@ std::string Dump(const json& root) {
 }
 
 /** No preferences come near this size. */
-const std::uintmax_t kMostBytes = 16 << 20;
+constexpr std::uintmax_t kMostBytes = 16 << 20;
 
 /** The content of a regular file; false with the reason. */
 bool ReadWhole(const fs::path& path, std::string* text, std::string* reason) {

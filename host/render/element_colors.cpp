@@ -21,8 +21,8 @@ struct HairPluginMessageData {
 static_assert(offsetof(HairPluginMessageData, data) == 2 * sizeof(void*), "the third pointer-sized field");
 
 /** A record begins with version and size; calc_sample, the colour of one element, stands at this byte. */
-const LONG kRecordVersion = 1000;
-const std::size_t kCalcSample = 72;
+constexpr LONG kRecordVersion = 1000;
+constexpr std::size_t kCalcSample = 72;
 
 ElementColors RecordOf(Node& shader) {
   HairPluginMessageData question;

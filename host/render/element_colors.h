@@ -12,7 +12,7 @@
 namespace host {
 
 /** As the hair system asks nodes; data is HairPluginMessageData. */
-const LONG kMessageObjectType = 1018952;
+constexpr LONG kMessageObjectType = 1018952;
 
 struct ElementColors {
   NodeData* shader = nullptr;

@@ -13,9 +13,9 @@ namespace host {
 namespace {
 
 /** Distance of a surface that is not there, as plug-ins expect it. */
-const double kNothing = 1.0e20;
+constexpr double kNothing = 1.0e20;
 /** Shares of light below this are not followed. */
-const double kInvisible = 1.0e-4;
+constexpr double kInvisible = 1.0e-4;
 
 const VIDEOPOSTPLUGIN& PluginOf(const VideoPost& post) {
   return post.plugin->As<VIDEOPOSTPLUGIN>();
@@ -65,7 +65,7 @@ void RayTracer::MakeUsable(bool usable) {
   volume_.fps = scene_.fps;
   volume_.time = scene_.time;
   volume_.calc_illum = 1;
-  volume_.op = NULL;
+  volume_.op = nullptr;
   volume_.ambient = options_.ambient;
   for (const RayLight& light : scene_.lights)
     if (light.ambient) volume_.ambient += light.color;
@@ -93,7 +93,7 @@ void RayTracer::SetRay(Ray* ray, RAYBIT bits, LONG depth, double distance) {
   volume_.raydepth = depth;
   volume_.dist = distance;
   volume_.p = ray->p + ray->v * distance;
-  volume_.xlight = NULL;
+  volume_.xlight = nullptr;
   volume_.col = Vector();
   volume_.trans = Vector(1.0);
 }

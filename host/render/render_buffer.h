@@ -9,7 +9,7 @@ namespace host {
 
 class RenderBuffer {
 public:
-  static const LONG kComponents = 4;
+  static constexpr LONG kComponents = 4;
 
   RenderBuffer(LONG width, LONG height) : width_(width), height_(height) {
     samples_.resize((std::size_t)width * height * kComponents);

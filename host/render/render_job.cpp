@@ -19,7 +19,7 @@ namespace host {
 namespace {
 
 /** Bit of a video post that the user switched off. */
-const LONG kPostDisabled = 1 << 2;
+constexpr LONG kPostDisabled = 1 << 2;
 
 const char* ReasonOf(RENDERRESULT result) {
   switch (result) {
@@ -119,7 +119,7 @@ VideoPostStruct RenderJob::Struct(VIDEOPOSTCALL call, bool open) {
   vps.error = &error_;
   vps.vd = mainTracer_ && (call == VIDEOPOSTCALL_RENDER || call == VIDEOPOSTCALL_INNER)
                ? mainTracer_->Volume()
-               : NULL;
+               : nullptr;
   if (vps.vd) mainTracer_->MakeUsable(call == VIDEOPOSTCALL_INNER);
   vps.doc = doc_;
   vps.thread = work_->Api();

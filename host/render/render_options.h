@@ -8,7 +8,7 @@
 
 namespace host {
 
-const int kMostRenderThreads = 64;
+constexpr int kMostRenderThreads = 64;
 
 struct RenderOptions {
   int width = 1280, height = 720; ///< pixels

@@ -9,7 +9,7 @@ namespace host {
 namespace {
 
 /** Distance from which light without a position comes. */
-const double kFarAway = 1.0e20;
+constexpr double kFarAway = 1.0e20;
 
 RayLight MakeLight(BaseObject* op, const Matrix& global) {
   const BaseContainer& data = *op->GetDataInstance();

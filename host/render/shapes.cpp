@@ -12,7 +12,7 @@ namespace host {
 
 namespace {
 
-const double kLeastRadius = 1e-6;
+constexpr double kLeastRadius = 1e-6;
 
 SurfaceMaterial MaterialOf(BaseObject* op) {
   const BaseContainer& data = *op->GetDataInstance();

@@ -17,7 +17,7 @@ struct Shape {
   enum class Kind { Triangles, Spheres, Curves };
 
   Kind kind = Kind::Triangles;
-  BaseObject* op = NULL;                ///< NULL for particles of a group
+  BaseObject* op = nullptr;             ///< NULL for particles of a group
   const ParticleGroup* group = nullptr; ///< NULL for objects
   const EmitterNode* emitter = nullptr; ///< op as an emitter, whose particles have colours of their own
   Matrix space;                         ///< from the elements to world space

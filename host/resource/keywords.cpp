@@ -64,8 +64,8 @@ const std::vector<AttributeInfo>& Attributes() {
 }
 
 // Words without a value that are legal on every element.
-const char* const kPlainWords[] = {"SCALE_H",      "SCALE_V",   "FIT_H", "NEWLINE",       "JOINEND",
-                                   "JOINENDSCALE", "ALIGNLEFT", "PAGE",  "FORBID_SCALING"};
+constexpr const char* kPlainWords[] = {"SCALE_H",      "SCALE_V",   "FIT_H", "NEWLINE",       "JOINEND",
+                                       "JOINENDSCALE", "ALIGNLEFT", "PAGE",  "FORBID_SCALING"};
 
 std::vector<AttributeInfo> PlainAttributes() {
   std::vector<AttributeInfo> plain;

@@ -58,7 +58,7 @@ private:
       NodeHead head;
       if (!head.Read(reader_, id)) return false;
       visitor_.BeginNode(NodeChunkName(id), head.type, Utf8(head.name), head.diskLevel);
-      visitor_.Head(head.number, head.bits, head.chunk == NodeChunk::Object ? &head.matrix : NULL,
+      visitor_.Head(head.number, head.bits, head.chunk == NodeChunk::Object ? &head.matrix : nullptr,
                     head.container);
     }
     const bool good = Chunks();

@@ -6,7 +6,7 @@ namespace host {
 
 namespace {
 
-const char kHead[] = "HSCN", kTail[] = "HEND";
+constexpr char kHead[] = "HSCN", kTail[] = "HEND";
 
 std::string Hex(std::uint64_t value) {
   char text[32];

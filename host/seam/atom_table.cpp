@@ -40,7 +40,7 @@ struct AtomEntries {
 
   static GeListNode* Alloc(PLUGINTYPE plugin, LONG type) {
     NodeKind kind;
-    if (!KindOfPlugin(plugin, &kind) || !TheServices().libraries.Offers(type)) return NULL;
+    if (!KindOfPlugin(plugin, &kind) || !TheServices().libraries.Offers(type)) return nullptr;
     return Api(MakeNode(kind, type));
   }
   static void Free(GeListNode* node) {
@@ -75,7 +75,7 @@ struct AtomEntries {
   }
   static BaseShader* GetFirstShader(const BaseList2D* bl) {
     NodeList* list = ListFor(*const_cast<Node*>(Impl(bl)), NodeKind::Shader);
-    return list ? Api((Shader*)list->first) : NULL;
+    return list ? Api((Shader*)list->first) : nullptr;
   }
   static void InsertShader(BaseList2D* bl, BaseShader* shader, BaseShader* pred) {
     if (!shader) return;
@@ -99,20 +99,20 @@ struct AtomEntries {
   static LULONG GetLinkID(const C4DAtomGoal* node) { return node ? Impl(node)->linkId : 0; }
   static BaseList2D* ResolveLink(LULONG id, const BaseDocument* doc, LONG instanceof) {
     Node* node = FindNode(id);
-    if (!node || (doc && node->GetDocument() != Impl(doc))) return NULL;
-    return instanceof == 0 || host::IsInstanceOf(*node, instanceof) ? Api(node) : NULL;
+    if (!node || (doc && node->GetDocument() != Impl(doc))) return nullptr;
+    return instanceof == 0 || host::IsInstanceOf(*node, instanceof) ? Api(node) : nullptr;
   }
   static GeListNode* GetNext(GeListNode* node) { return Api(Impl(node)->next); }
   static GeListNode* GetPred(GeListNode* node) { return Api(Impl(node)->pred); }
   static GeListNode* GetUp(GeListNode* node) {
     Node* impl = Impl(node);
     if (impl->kind == NodeKind::ParticleGroup) return Api(static_cast<ParticleGroup*>(impl)->Up());
-    return impl->kind == NodeKind::Object ? Api(static_cast<Object*>(impl)->Up()) : NULL;
+    return impl->kind == NodeKind::Object ? Api(static_cast<Object*>(impl)->Up()) : nullptr;
   }
   static GeListNode* GetDown(GeListNode* node) {
     Node* impl = Impl(node);
     if (impl->kind == NodeKind::ParticleGroup) return Api(impl->Groups()->first);
-    return impl->kind == NodeKind::Object ? Api(static_cast<Object*>(impl)->children.first) : NULL;
+    return impl->kind == NodeKind::Object ? Api(static_cast<Object*>(impl)->children.first) : nullptr;
   }
   static void Remove(GeListNode* node) { RemoveNode(*Impl(node)); }
   static NodeData* GetNodeData(GeListNode* node) { return Impl(node)->data; }

@@ -14,11 +14,11 @@ namespace {
 struct BitmapEntries {
   static BaseBitmap* Alloc() {
     Bitmap* made = new (std::nothrow) Bitmap;
-    return made ? made->Api() : NULL;
+    return made ? made->Api() : nullptr;
   }
   static BaseBitmap* AllocMultipass(LONG bx, LONG by, COLORMODE mode) {
     std::unique_ptr<Bitmap> made(new (std::nothrow) Bitmap);
-    if (!made || made->Init(bx, by, mode) != IMAGERESULT_OK) return NULL;
+    if (!made || made->Init(bx, by, mode) != IMAGERESULT_OK) return nullptr;
     return made.release()->Api();
   }
   static void Free(BaseBitmap* bmp) { delete Bitmap::From(bmp); }

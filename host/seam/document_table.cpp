@@ -57,7 +57,7 @@ struct DocumentEntries {
   static BaseObject* GetFirstObject(BaseDocument* doc) { return Api((Object*)Impl(doc)->objects.first); }
   static BaseObject* GetActiveObject(BaseDocument* doc) {
     Node* node = FindNode(Impl(doc)->activeObject);
-    return node && node->GetDocument() == Impl(doc) ? Api((Object*)node) : NULL;
+    return node && node->GetDocument() == Impl(doc) ? Api((Object*)node) : nullptr;
   }
   static void InsertObject(BaseDocument* doc, BaseObject* op, BaseObject* parent, BaseObject* pred,
                            Bool checknames) {
@@ -77,11 +77,11 @@ struct DocumentEntries {
   static BaseSceneHook* FindSceneHook(const BaseDocument* doc, LONG id) {
     if (id == ID_THINKINGPARTICLES) {
       Document& impl = *const_cast<Document*>(Impl(doc));
-      return TheServices().libraries.particles ? Api((SceneHook*)SystemOf(impl)) : NULL;
+      return TheServices().libraries.particles ? Api((SceneHook*)SystemOf(impl)) : nullptr;
     }
     for (Node* hook = Impl(doc)->hooks.first; hook; hook = hook->next)
       if (hook->type == id) return Api((SceneHook*)hook);
-    return NULL;
+    return nullptr;
   }
 
   static Bool StartUndo(BaseDocument* doc) {

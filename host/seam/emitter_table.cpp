@@ -28,7 +28,7 @@ struct EmitterEntries {
 
   static EmitterLibrary* Get() {
     Libraries& libraries = TheServices().libraries;
-    return libraries.emitter ? reinterpret_cast<EmitterLibrary*>(&libraries) : NULL;
+    return libraries.emitter ? reinterpret_cast<EmitterLibrary*>(&libraries) : nullptr;
   }
   static Bool SetCount(BaseObject* op, LONG count) {
     EmitterNode* emitter = Emitter(op);

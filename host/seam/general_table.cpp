@@ -61,7 +61,7 @@ struct GeneralEntries {
   }
   static BaseThread* GetCurrentThread() {
     Work* work = Work::Current();
-    return work ? work->Api() : NULL;
+    return work ? work->Api() : nullptr;
   }
   static Bool IsMainThread() { return std::this_thread::get_id() == TheServices().mainThread; }
   static Bool TestBreak(const BaseThread* thread) {
@@ -84,7 +84,7 @@ struct GeneralEntries {
   }
   static BasePlugin* FindPlugin(LONG id, PLUGINTYPE type) {
     Plugin* plugin = TheServices().plugins.Find(id, type);
-    return plugin ? plugin->Api() : NULL;
+    return plugin ? plugin->Api() : nullptr;
   }
   static BaseContainer* GetPluginContainer(BasePlugin* plugin) { return &Plugin::From(plugin)->container; }
   static BaseContainer* GetWorldPluginData(LONG id) { return TheServices().worldData.Get(id); }

@@ -74,7 +74,7 @@ struct GlEntries {
                                       const GlVertexBufferAttributeInfo* const* attributes, LONG attributeCnt,
                                       const GlVertexBufferVectorInfo* const* vectors, LONG vectorCnt) {
     ViewState* view = CheckedView(bd, "GlProgramFactory::GetFactory");
-    if (!view || Strikes(Fault::ProgramFactory)) return NULL;
+    if (!view || Strikes(Fault::ProgramFactory)) return nullptr;
     std::vector<gl::VertexAttribute> layout;
     for (LONG i = 0; i < vectorCnt; ++i) layout.push_back(Convert(*vectors[i]));
     std::vector<gl::InputVector> inputs;
@@ -183,7 +183,7 @@ struct GlEntries {
   static GlVertexBuffer* GetVertexBuffer(const BaseDraw* bd, const C4DAtom* obj, LONG index, void* identity,
                                          VLONG identityLen, ULONG) {
     ViewState* view = CheckedView(bd, "GlVertexBuffer::GetVertexBuffer");
-    if (!view || Strikes(Fault::VertexBuffer)) return NULL;
+    if (!view || Strikes(Fault::VertexBuffer)) return nullptr;
     const std::string key = Identity(identity, identityLen);
     for (const auto& buffer : view->buffers)
       if (buffer->object == obj && buffer->index == index && buffer->identity == key)

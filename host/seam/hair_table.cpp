@@ -27,7 +27,7 @@ struct HairEntries {
 
   static HairGuides* AllocGuides(LONG count, LONG segments) {
     GuideSet* made = MakeGuides(count, segments);
-    return made ? made->Api() : NULL;
+    return made ? made->Api() : nullptr;
   }
   static void FreeGuides(HairGuides* guides) {
     GuideSet* set = GuideSet::From(guides);
@@ -52,7 +52,7 @@ struct HairEntries {
   }
   static HairGuides* GetGuides(HairObject* op) {
     const HairNode* hair = HairThatIs(true, op, "GetGuides");
-    return hair && hair->guides ? hair->guides->Api() : NULL;
+    return hair && hair->guides ? hair->guides->Api() : nullptr;
   }
   static Bool SetGuides(HairObject* op, HairGuides* guides, Bool clone) {
     HairNode* hair = HairThatIs(true, op, "SetGuides");

@@ -33,7 +33,7 @@ public:
     if (!entry_) *error = "no entry: found no exported function c4d_main, expected one";
     return entry_ != nullptr;
   }
-  LONG Call(LONG action, void* p1 = NULL, void* p2 = NULL, void* p3 = NULL) const {
+  LONG Call(LONG action, void* p1 = nullptr, void* p2 = nullptr, void* p3 = nullptr) const {
     return CallModule("c4d_main", entry_, action, p1, p2, p3);
   }
 
@@ -51,7 +51,7 @@ public:
   }
   bool Initialise(OperatingSystem* os, const std::string& path, std::string* error) {
     Filename file(FromUtf8(path));
-    const LONG answer = library_.Call(C4DPL_INIT_SYS, os, NULL, &file);
+    const LONG answer = library_.Call(C4DPL_INIT_SYS, os, nullptr, &file);
     if (answer == 1) return initialised_ = true;
     *error = "system initialisation refused: found answer " + std::to_string(answer) + ", expected 1";
     if (answer == C4DPL_ERROR_VERSION)

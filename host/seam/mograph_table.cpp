@@ -17,14 +17,14 @@ struct MoGraphEntries {
     *count = 0;
     if (id == MODATA_MATRIX && (type == MD_NONE || type == MD_MATRIX)) return Content(clones.matrices, count);
     if (id == MODATA_FLAGS && (type == MD_NONE || type == MD_LONG)) return Content(clones.flags, count);
-    return NULL;
+    return nullptr;
   }
 
 private:
   template <class T>
   static void* Content(std::vector<T>& array, LONG* count) {
     *count = (LONG)array.size();
-    return array.empty() ? NULL : array.data();
+    return array.empty() ? nullptr : array.data();
   }
 };
 

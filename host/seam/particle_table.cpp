@@ -165,7 +165,7 @@ struct ParticleEntries {
   }
   static TP_PGroup* Group(TP_MasterSystem* system, LONG pid) {
     ParticleSlot* slot = Living(system, pid, "Group");
-    return slot ? slot->group->Api() : NULL;
+    return slot ? slot->group->Api() : nullptr;
   }
   static void SetPosition(TP_MasterSystem* system, LONG pid, const Vector& position) {
     if (ParticleSlot* slot = Living(system, pid, "SetPosition")) slot->values.position = position;
@@ -202,8 +202,8 @@ struct ParticleEntries {
   static TP_ParticleNode* GetFirstNode(TP_PGroup* api) {
     ParticleGroup* group = GroupOf(api);
     // Numbers are handed out of the system's pool only.
-    if (!group || (group->System() && !group->Settle())) return NULL;
-    return group->first ? group->first->Api() : NULL;
+    if (!group || (group->System() && !group->Settle())) return nullptr;
+    return group->first ? group->first->Api() : nullptr;
   }
   static LONG GetGroupSize(TP_PGroup* group) {
     const ParticleGroup* impl = GroupOf(group);
@@ -218,11 +218,11 @@ struct ParticleEntries {
   static LONG GetNodeParticle(TP_ParticleNode* node) { return ParticleSlot::From(node)->id; }
   static TP_ParticleNode* GetNextNode(TP_ParticleNode* node) {
     ParticleSlot* next = ParticleSlot::From(node)->next;
-    return next ? next->Api() : NULL;
+    return next ? next->Api() : nullptr;
   }
   static TP_ParticleNode* GetPrevNode(TP_ParticleNode* node) {
     ParticleSlot* pred = ParticleSlot::From(node)->pred;
-    return pred ? pred->Api() : NULL;
+    return pred ? pred->Api() : nullptr;
   }
 };
 

@@ -39,7 +39,7 @@ T* ApiAs(Node* node) {
 struct PointEntries {
   static PolygonObject* AllocPolygon(LONG pcnt, LONG vcnt) {
     RequireMainThread("Point::AllocPolygon");
-    return vcnt < 0 ? NULL : ApiAs<PolygonObject>(MakePoints(Opolygon, pcnt, vcnt));
+    return vcnt < 0 ? nullptr : ApiAs<PolygonObject>(MakePoints(Opolygon, pcnt, vcnt));
   }
   static SplineObject* AllocSpline(LONG pcnt, SPLINETYPE type) {
     RequireMainThread("Point::AllocSpline");
@@ -66,7 +66,7 @@ struct PointEntries {
   }
   static Vector* GetPoints(PointObject* op) {
     PointNode* node = Points(op);
-    return node ? node->points.Data() : NULL;
+    return node ? node->points.Data() : nullptr;
   }
   static LONG GetPolygonCount(const PolygonObject* op) {
     const PolygonNode* node = Polygons(op);
@@ -74,7 +74,7 @@ struct PointEntries {
   }
   static CPolygon* GetPolygons(PolygonObject* op) {
     PolygonNode* node = Polygons(op);
-    return node ? node->polygons.Data() : NULL;
+    return node ? node->polygons.Data() : nullptr;
   }
   static SPLINETYPE GetInterpolationType(const SplineObject* op) {
     const SplineNode* node = dynamic_cast<const SplineNode*>(Points(op));
@@ -90,7 +90,7 @@ struct PointEntries {
   }
   static void* GetDataAddress(VariableTag* tag) {
     VariableTagNode* node = Values(tag);
-    return node ? node->bytes.Data() : NULL;
+    return node ? node->bytes.Data() : nullptr;
   }
 
   static Bool Resize(PointObject* op, LONG pcnt, LONG parts) {

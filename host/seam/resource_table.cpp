@@ -11,7 +11,7 @@ namespace host {
 
 namespace {
 
-const char* const kLanguage = "us";
+constexpr const char* kLanguage = "us";
 
 struct ResourceEntries {
   static constexpr bool kMainThread = true;
@@ -22,7 +22,7 @@ struct ResourceEntries {
     made->path = Utf8(path);
     if (!made->folder.Open(std::filesystem::u8path(made->path), kLanguage, &error)) {
       TheServices().console.Print(error);
-      return NULL;
+      return nullptr;
     }
     TheServices().resources.push_back(std::move(made));
     return TheServices().resources.back()->Api();

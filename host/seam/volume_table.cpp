@@ -50,16 +50,16 @@ struct VolumeEntries {
   }
   static RayLight* GetLight(VolumeData* vd, LONG index) {
     RayTracer* tracer = TracerOf(vd, "GetLight");
-    if (!tracer || index < 0 || index >= (LONG)tracer->Scene().lights.size()) return NULL;
+    if (!tracer || index < 0 || index >= (LONG)tracer->Scene().lights.size()) return nullptr;
     return &tracer->Scene().lights[(std::size_t)index];
   }
   static const RayParameter* GetRayParameter(const VolumeData* vd) {
     RayTracer* tracer = OwnerOf(vd, "GetRayParameter"); // known as soon as a render opens
-    return tracer ? &tracer->Scene().parameter : NULL;
+    return tracer ? &tracer->Scene().parameter : nullptr;
   }
   static const RayCamera* GetRayCamera(const VolumeData* vd) {
     RayTracer* tracer = TracerOf(vd, "GetRayCamera");
-    return tracer ? &tracer->Scene().camera : NULL;
+    return tracer ? &tracer->Scene().camera : nullptr;
   }
   static void IlluminanceSurfacePoint(VolumeData* vd, IlluminanceSurfacePointData* f, Vector* diffuse,
                                       Vector* specular) {
@@ -74,9 +74,9 @@ struct VolumeEntries {
   }
 
   static VPBuffer* GetBuffer(const Render* render, LONG id, LONG) {
-    if (!RequireMainThread("Volume::GetBuffer")) return NULL;
+    if (!RequireMainThread("Volume::GetBuffer")) return nullptr;
     const RenderJob* job = RenderJob::From(render);
-    return job && id == VPBUFFER_RGBA ? job->Buffer().Api() : NULL;
+    return job && id == VPBUFFER_RGBA ? job->Buffer().Api() : nullptr;
   }
   static LONG GetBufferInfo(const VPBuffer* buffer, VPGETINFO type) {
     return RenderBuffer::From(buffer)->GetInfo(type);

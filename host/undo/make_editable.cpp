@@ -11,7 +11,7 @@ BaseObject* MakeEditable(BaseObject* generator, std::string* error) {
   BaseObject* built = UpdateCache(generator, generator->GetDocument(), BUILDFLAGS_0);
   if (!built || !op.list) {
     *error = "the object builds nothing that could take its place";
-    return NULL;
+    return nullptr;
   }
   Object& result = *Impl(built);
   if (op.GetDocument()) op.GetDocument()->undo->Clear();

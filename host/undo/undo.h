@@ -23,7 +23,7 @@ public:
 class UndoHistory : public UndoSteps {
 public:
   /** Older steps are forgotten. */
-  static const std::size_t kMostSteps = 30;
+  static constexpr std::size_t kMostSteps = 30;
 
   explicit UndoHistory(Document& doc) : doc_(doc) {}
   ~UndoHistory() override;

@@ -9,12 +9,12 @@ namespace host {
 namespace {
 
 /** Height of the viewer over the horizon when a box is framed. */
-const double kElevation = 38.0;
+constexpr double kElevation = 38.0;
 /** Part of the half picture that a framed box fills. */
-const double kFill = 0.96;
+constexpr double kFill = 0.96;
 
 /** A parallel camera stands this far in front of what it shows, as a share of its distance. */
-const double kRoom = 0.05;
+constexpr double kRoom = 0.05;
 
 Vector Corner(const Vector& low, const Vector& high, int index) {
   return Vector(index & 1 ? high.x : low.x, index & 2 ? high.y : low.y, index & 4 ? high.z : low.z);
@@ -29,7 +29,7 @@ Vector Turned(const Vector& v, const Vector& axis, double degrees) {
 
 /** The corners of a box, or what they pass through while they turn around its middle. */
 std::vector<Vector> OutlineOf(const Framing& framing, const Vector& axis) {
-  const int kSteps = 36;
+  constexpr int kSteps = 36;
   const Vector middle = (framing.low + framing.high) * 0.5;
   std::vector<Vector> outline;
   for (int i = 0; i < 8; ++i)

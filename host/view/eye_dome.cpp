@@ -8,12 +8,12 @@ namespace host {
 
 namespace {
 
-const float kNothing = std::numeric_limits<float>::infinity();
-const int kNeighbours = 8;
+constexpr float kNothing = std::numeric_limits<float>::infinity();
+constexpr int kNeighbours = 8;
 /** Darkening for each doubling of the distance: neighbours in a cloud differ by a thousandth of that. */
-const double kResponse = 120.0;
+constexpr double kResponse = 120.0;
 /** Part of the light that is left in the deepest crease. */
-const double kLeast = 0.12;
+constexpr double kLeast = 0.12;
 
 /** Neighbour i of a pixel on a ring, rounded to whole pixels. */
 void NeighbourAt(int i, double radius, int* dx, int* dy) {

@@ -16,10 +16,10 @@ namespace host {
 
 namespace {
 
-const std::size_t kBatch = 49152; // vertices; a multiple of those of a point, a line and a triangle
-const float kPointPixels = 2.0f;
+constexpr std::size_t kBatch = 49152; // vertices; a multiple of those of a point, a line and a triangle
+constexpr float kPointPixels = 2.0f;
 /** Light of a triangle that is seen edge-on; one that faces the viewer has 1. */
-const double kLeastLight = 0.35;
+constexpr double kLeastLight = 0.35;
 
 bool IsFinite(const Vector& v) {
   return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);

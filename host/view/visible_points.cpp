@@ -40,7 +40,7 @@ std::vector<const ParticleGroup*> GroupsWithParticles(Document& doc) {
 }
 
 MapColors::MapColors(const Object& op) {
-  static const char* const kNames[] = {"Red", "Green", "Blue"};
+  static constexpr const char* kNames[] = {"Red", "Green", "Blue"};
   const PointNode* points = AsPoints(&op);
   for (const Node* tag = op.tags.first; points && tag; tag = tag->next) {
     const VariableTagNode* map = AsVariable(static_cast<const Tag*>(tag));

@@ -5,7 +5,7 @@ namespace kelvra {
 namespace {
 
 /** Records that are converted before their memory is given back: 64 MiB of them. */
-const LONG kGivenBack = 1 << 20;
+constexpr LONG kGivenBack = 1 << 20;
 
 /** Converts records into the block, from the point `first` on. */
 void Convert(const SourceRecord* records, LONG first, LONG end, LONG colorMultiplier, const LVector& origin,

@@ -6,7 +6,7 @@ namespace kelvra {
 
 namespace {
 
-const LONG kMostTerms = 7;
+constexpr LONG kMostTerms = 7;
 
 /** Coefficients of red, green and blue, from the constant term up. */
 struct Polynomial {
@@ -34,9 +34,9 @@ const Polynomial kTurbo = {{{0.13572138, 0.09140261, 0.10667330},
 
 /** Our own tints after the habit of maps: green lowlands, yellow, brown, white summits. Straight in between.
  */
-const LReal kTints[][3] = {
+constexpr LReal kTints[][3] = {
     {0.18, 0.36, 0.24}, {0.48, 0.60, 0.30}, {0.83, 0.76, 0.48}, {0.62, 0.43, 0.30}, {0.95, 0.94, 0.92}};
-const LONG kTintSteps = (LONG)(sizeof kTints / sizeof *kTints) - 1;
+constexpr LONG kTintSteps = (LONG)(sizeof kTints / sizeof *kTints) - 1;
 
 LReal Evaluate(const Polynomial& p, LONG channel, LReal share) {
   LReal value = 0.0;

@@ -30,7 +30,7 @@ public:
   }
 
 private:
-  static const LONG kSteps = 1023;
+  static constexpr LONG kSteps = 1023;
   StoredColor colors_[kSteps + 1];
   LReal from_, scale_, offset_;
 };

@@ -8,10 +8,10 @@ namespace kelvra {
 
 namespace {
 
-const LReal kPowers[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12};
-const LONG kMostDecimals = 12;
+constexpr LReal kPowers[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12};
+constexpr LONG kMostDecimals = 12;
 /** Whole numbers up to here, 2 to the 53rd, are exact. */
-const LReal kMostExact = 9007199254740992.0;
+constexpr LReal kMostExact = 9007199254740992.0;
 
 bool IsWhole(LReal value, LReal tolerance) {
   return std::fabs(value - std::nearbyint(value)) <= tolerance;

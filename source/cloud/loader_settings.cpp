@@ -4,7 +4,7 @@ namespace kelvra {
 
 namespace {
 
-const LONG kVersion = 1;
+constexpr LONG kVersion = 1;
 
 } // namespace
 

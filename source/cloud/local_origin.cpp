@@ -7,8 +7,8 @@ namespace kelvra {
 namespace {
 
 /** Part of the file's step that storing may cost. */
-const LReal kKeptPart = 0.1;
-const LReal kUnits[] = {100.0, 10.0, 1.0};
+constexpr LReal kKeptPart = 0.1;
+constexpr LReal kUnits[] = {100.0, 10.0, 1.0};
 
 LReal ChooseOnAxis(LReal middle, LReal low, LReal high, LReal step) {
   const auto isFine = [&](LReal origin) {

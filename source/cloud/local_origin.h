@@ -10,7 +10,7 @@ namespace kelvra {
 LReal FloatStep(LReal distance);
 
 /** Step of text files, which do not declare one: a millimetre. */
-const LReal kTextStep = 0.001;
+constexpr LReal kTextStep = 0.001;
 
 /**
  * Chooses the origin for a file: 0 on each axis where floats already keep a tenth of the file's step,

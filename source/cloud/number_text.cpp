@@ -7,7 +7,7 @@ namespace kelvra {
 
 namespace {
 
-const SReal kLeastPlain = 1e-5f, kMostPlain = 1e9f;
+constexpr SReal kLeastPlain = 1e-5f, kMostPlain = 1e9f;
 
 } // namespace
 

@@ -6,7 +6,7 @@
 namespace kelvra {
 
 /** Most characters that WriteShortest writes. */
-const LONG kMostNumberChars = 48;
+constexpr LONG kMostNumberChars = 48;
 
 /**
  * Writes the shortest decimal that reads back to the same 32-bit float, and of those the one nearest to it;

@@ -6,8 +6,8 @@ namespace kelvra {
 
 namespace {
 
-const std::size_t kBins = 65536;
-const std::uint32_t kSign = 0x80000000u;
+constexpr std::size_t kBins = 65536;
+constexpr std::uint32_t kSign = 0x80000000u;
 
 SReal ValueOf(std::uint32_t key) {
   const std::uint32_t bits = key & kSign ? key ^ kSign : ~key;

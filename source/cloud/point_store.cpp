@@ -4,11 +4,11 @@ namespace kelvra {
 
 namespace {
 
-const LReal kFullChannel = 65535.0;
+constexpr LReal kFullChannel = 65535.0;
 /** Narrowed to 32 bits, a 16-bit channel times this is the channel divided by kFullChannel, for all 65,536.
  */
-const LReal kPerFullChannel = 1.0 / kFullChannel;
-const LONG kVertexFloats = 6;
+constexpr LReal kPerFullChannel = 1.0 / kFullChannel;
+constexpr LONG kVertexFloats = 6;
 
 LReal LesserOf(LReal v, LReal low) {
   return v < low ? v : low;

@@ -7,9 +7,9 @@ namespace kelvra {
 
 namespace {
 
-const LONG kBufferBytes = 1 << 20;
+constexpr LONG kBufferBytes = 1 << 20;
 /** Six numbers and their separators. */
-const LONG kMostLineBytes = 6 * (kMostNumberChars + 1);
+constexpr LONG kMostLineBytes = 6 * (kMostNumberChars + 1);
 
 /** Header of the first block that has a key, NULL without one. */
 const PointHeader* FindTemplate(const PointStore& store) {

@@ -7,7 +7,7 @@
 namespace kelvra {
 
 /** Most bytes of the head of an answer. */
-const std::size_t kMostHeadBytes = 1 << 16;
+constexpr std::size_t kMostHeadBytes = 1 << 16;
 
 /** Bounds of one exchange. */
 struct HttpStep {

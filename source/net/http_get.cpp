@@ -11,10 +11,10 @@ namespace kelvra {
 
 namespace {
 
-const int kStatusOk = 200;
-const LONG kFirstCapacity = 4096;
+constexpr int kStatusOk = 200;
+constexpr LONG kFirstCapacity = 4096;
 /** Characters of a refused address that the console shows. */
-const std::size_t kShownCharacters = 80;
+constexpr std::size_t kShownCharacters = 80;
 
 /** The body in a block of the host that grows. */
 class HostBody : public HttpBody {

@@ -15,7 +15,7 @@ struct HttpOptions {
 };
 
 /** Most redirects that are followed; one from https to http never is. */
-const int kMostRedirects = 5;
+constexpr int kMostRedirects = 5;
 
 /**
  * The body of the answer, terminated by a 0 byte, which the caller frees with GeFree; NULL unless the status

@@ -22,7 +22,7 @@ namespace kelvra {
 
 namespace {
 
-const DWORD kReadBytes = 16384;
+constexpr DWORD kReadBytes = 16384;
 
 class InternetHandle {
 public:
@@ -92,7 +92,7 @@ public:
       delete shared;
       return false;
     }
-    const DWORD kinds = WINHTTP_CALLBACK_FLAG_ALL_COMPLETIONS | WINHTTP_CALLBACK_FLAG_HANDLES;
+    constexpr DWORD kinds = WINHTTP_CALLBACK_FLAG_ALL_COMPLETIONS | WINHTTP_CALLBACK_FLAG_HANDLES;
     return WinHttpSetStatusCallback(request, &Pending::OnStatus, kinds, 0) != WINHTTP_INVALID_STATUS_CALLBACK;
   }
 

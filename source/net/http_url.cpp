@@ -6,7 +6,7 @@ namespace kelvra {
 
 namespace {
 
-const int kMostPort = 65535;
+constexpr int kMostPort = 65535;
 
 bool IsSendable(char c) {
   return c > ' ' && c < 0x7f && c != '#';

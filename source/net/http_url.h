@@ -6,7 +6,7 @@
 namespace kelvra {
 
 /** Longest address, in bytes. */
-const std::size_t kMostUrlBytes = 16384;
+constexpr std::size_t kMostUrlBytes = 16384;
 
 struct HttpUrl {
   std::string text;   ///< the whole address, unchanged

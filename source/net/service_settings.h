@@ -17,7 +17,7 @@ enum {
 };
 
 /** This product's number at the update server, unless the container has another one. */
-const LONG kProductIdentifier = 1;
+constexpr LONG kProductIdentifier = 1;
 
 /** The plug-in's container itself; NULL when the host has none yet. Fetch it again for each use. */
 BaseContainer* PreferencesContainer();

@@ -53,7 +53,7 @@ struct AutoBuffer {
   }
 
 private:
-  static const LLONG kMostBytes = LLONG(1) << 46;
+  static constexpr LLONG kMostBytes = LLONG(1) << 46;
 
   Bool Grow() {
     const LLONG wanted = growth;

@@ -15,10 +15,10 @@ namespace kelvra {
 
 namespace {
 
-const LONG kAnswerVersion = 1;
+constexpr LONG kAnswerVersion = 1;
 /** Colours that show a ramp. */
-const LONG kRampEntries = 64;
-const LONG kClasses = 256, kReturns = 8;
+constexpr LONG kRampEntries = 64;
+constexpr LONG kClasses = 256, kReturns = 8;
 
 Vector Shown(const UWORD* rgb) {
   return Vector(rgb[0] / 65535.0, rgb[1] / 65535.0, rgb[2] / 65535.0);

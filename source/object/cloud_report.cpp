@@ -9,9 +9,9 @@ namespace kelvra {
 
 namespace {
 
-const LONG kReportVersion = 2;
+constexpr LONG kReportVersion = 2;
 /** Channel of points that the text readers give no colour: 1 of 255, stored with 16 bits. */
-const UWORD kDarkest = 257;
+constexpr UWORD kDarkest = 257;
 
 static_assert((LONG)LoadOutcome::kWhole == KELVRA_LOAD_WHOLE &&
                   (LONG)LoadOutcome::kPartial == KELVRA_LOAD_PARTIAL &&

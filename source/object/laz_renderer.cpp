@@ -12,7 +12,7 @@ namespace kelvra {
 
 namespace {
 
-const LONG kExplanationVersion = 1;
+constexpr LONG kExplanationVersion = 1;
 
 /** What a render with points asks the host for. */
 const VIDEOPOSTINFO kRayInfo = VIDEOPOSTINFO_CALCVOLUMETRIC | VIDEOPOSTINFO_CALCSHADOW;

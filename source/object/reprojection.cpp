@@ -12,9 +12,9 @@ namespace kelvra {
 
 namespace {
 
-const LONG kRequestDigits = 9, kShownDigits = 8;
+constexpr LONG kRequestDigits = 9, kShownDigits = 8;
 /** The host's conversion asks for a frame rate; it plays no part in reals. */
-const LONG kFrameRate = 30;
+constexpr LONG kFrameRate = 30;
 
 String Decimal(LReal value, LONG digits) {
   return RealToString(value, -1, digits, FALSE, '0');

@@ -7,7 +7,7 @@
 namespace kelvra {
 
 /** Spatial reference of the answer: longitude and latitude in degrees. */
-const LONG kGeographicReference = 4326;
+constexpr LONG kGeographicReference = 4326;
 
 /** Two planimetric points, x (longitude) first. */
 struct CornerPair {

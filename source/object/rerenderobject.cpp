@@ -34,9 +34,9 @@ void DropBadBlocks(PointGroup& group) {
     if (!group.blocks[i].IsWhole()) group.blocks.Remove(i);
 }
 
-const LONG kDefaultBudget = 100; ///< millions, where the object has no entry
-const LONG kSurveyVersion = 1;
-const LLONG kMillion = 1000000;
+constexpr LONG kDefaultBudget = 100; ///< millions, where the object has no entry
+constexpr LONG kSurveyVersion = 1;
+constexpr LLONG kMillion = 1000000;
 
 RampSettings ReadRamp(const BaseContainer& data) {
   RampSettings settings;

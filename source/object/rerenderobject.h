@@ -13,7 +13,7 @@
 namespace kelvra {
 
 /** Size at which the uniform scale of converted geometry is 1. */
-const LReal kUnitObjectSize = 200.0;
+constexpr LReal kUnitObjectSize = 200.0;
 
 class KelvraObject : public ObjectData {
   INSTANCEOF(KelvraObject, ObjectData)

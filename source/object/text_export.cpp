@@ -18,7 +18,7 @@ COLORSPACETRANSFORMATION DocumentTransformation(BaseDocument* doc) {
   return linear ? COLORSPACETRANSFORMATION_SRGB_TO_LINEAR : COLORSPACETRANSFORMATION_NONE;
 }
 
-const char* const kNoMemory = "not enough memory to write the points";
+constexpr const char* kNoMemory = "not enough memory to write the points";
 
 /** Writes the whole file. FALSE with the reason; what was written may stay. */
 Bool WriteText(const PointStore& store, const TextExportOptions& options, const Filename& path,

@@ -7,7 +7,7 @@ namespace kelvra {
 
 namespace {
 
-const LONG kLookupVersion = 1000;
+constexpr LONG kLookupVersion = 1000;
 
 } // namespace
 

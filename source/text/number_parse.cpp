@@ -19,12 +19,12 @@ bool IsDigit(char c) {
 }
 
 /** Powers of ten that a double holds exactly. */
-const double kPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
-                          1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-const int kLargestPower = 22;
-const std::uint64_t kLargestExact = std::uint64_t(1) << 53;
+constexpr double kPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                              1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+constexpr int kLargestPower = 22;
+constexpr std::uint64_t kLargestExact = std::uint64_t(1) << 53;
 /** More digits than these may not fit the mantissa. */
-const int kMostDigits = 19;
+constexpr int kMostDigits = 19;
 
 double WithSign(double value, bool negative) {
   const double signs[] = {1.0, -1.0};

@@ -11,12 +11,12 @@ namespace kelvra {
 namespace {
 
 /** A file whose first lines hold nothing but their points goes on so: looking further would cost time. */
-const std::int64_t kPlainLines = 1000;
+constexpr std::int64_t kPlainLines = 1000;
 /** Lines at the start of a file in which words count. */
-const std::int64_t kHeaderLines = 20;
-const double kBrightest = 255.0;
+constexpr std::int64_t kHeaderLines = 20;
+constexpr double kBrightest = 255.0;
 /** x y z, three more of a normal, and three channels. */
-const std::size_t kMostFields = 9;
+constexpr std::size_t kMostFields = 9;
 
 /** Words of headers by what they announce, the surest first. */
 const struct {
@@ -40,7 +40,7 @@ bool IsLetter(char c) {
 }
 
 struct Field {
-  const char *begin = nullptr, *end = nullptr;
+  const char *begin = NULL, *end = NULL;
   bool Holds(char c) const { return std::find(begin, end, c) != end; }
 };
 
@@ -64,7 +64,7 @@ enum class Channels { kNone, kWhole, kDecimal, kNegative };
 Channels ChannelsIn(const Field* fields, const char* lineEnd) {
   bool decimal = false;
   for (int i = 0; i < 3; ++i) {
-    const char* end = nullptr;
+    const char* end = NULL;
     const double value = ParseReal(fields[i].begin, lineEnd, &end);
     if (end != fields[i].end || !(value <= kBrightest)) return Channels::kNone;
     if (value < 0.0) return Channels::kNegative;

@@ -11,12 +11,12 @@ namespace kelvra {
 namespace {
 
 /** Bytes asked for at a time. */
-const std::size_t kChunk = 64 * 1024;
+constexpr std::size_t kChunk = 64 * 1024;
 /** A look at the encoding takes these, however few each read gives. */
-const std::size_t kMarkBytes = 4;
-const std::size_t kShownBytes = 60;
+constexpr std::size_t kMarkBytes = 4;
+constexpr std::size_t kShownBytes = 60;
 /** Bytes of "1 2 3" and its line feed: no line with a point is shorter. */
-const std::int64_t kShortestLine = 6;
+constexpr std::int64_t kShortestLine = 6;
 
 /** Which form the file's lines have, once one was accepted. */
 enum class Form { Any, Extended, Plain };

@@ -12,14 +12,14 @@
 namespace kelvra {
 
 /** Longest line that is parsed, in bytes; longer ones are rejected without being kept. */
-const std::size_t kMostLineBytes = 64 * 1024;
+constexpr std::size_t kMostLineBytes = 64 * 1024;
 /** Points at or below this height mean "no data" in the files of the field. */
-const double kNoDataHeight = -9999.0;
+constexpr double kNoDataHeight = -9999.0;
 /**
  * Elements of the first growth request; each later one asks for twice as many. A refused one is followed by
  * requests for what the rest of the file can hold.
  */
-const std::int64_t kFirstGrowth = 0x10000000;
+constexpr std::int64_t kFirstGrowth = 0x10000000;
 
 struct TextInput {
   /** Up to size bytes; 0 at the end. */
@@ -35,7 +35,7 @@ struct TextInput {
 };
 
 struct TextResult {
-  TextPoint* points = nullptr; ///< the caller's, from reallocate; NULL without points
+  TextPoint* points = NULL; ///< the caller's, from reallocate; NULL without points
   std::int32_t count = 0;
   SourceBox box;          ///< of the accepted points
   std::int64_t lines = 0; ///< that were read

@@ -12,14 +12,14 @@ public:
   FieldReader(const char* line, std::int32_t length) : next_(line), lineEnd_(line + length) {}
 
   bool Real(double& field) {
-    const char* end = nullptr;
+    const char* end = NULL;
     const double value = ParseReal(next_, lineEnd_, &end);
     if (!Advance(end)) return false;
     field = value;
     return true;
   }
   bool Integer(std::int32_t& value) {
-    const char* end = nullptr;
+    const char* end = NULL;
     const std::int32_t parsed = ParseInteger(next_, &end);
     if (!Advance(end)) return false;
     value = parsed;

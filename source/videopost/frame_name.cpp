@@ -7,7 +7,7 @@ namespace kelvra {
 namespace {
 
 /** OpenEXR. A constant of our own: the release may not have a name for the format. */
-const LONG kFilterExr = 1016606;
+constexpr LONG kFilterExr = 1016606;
 
 struct KnownSuffix {
   const CHAR* text;

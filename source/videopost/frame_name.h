@@ -22,6 +22,6 @@ FrameFormat FrameFormatOf(const String& fileName);
  */
 String FrameFileName(const String& pattern, LONG frame);
 
-const CHAR* const kDefaultPattern = "frame_####";
+constexpr const CHAR* kDefaultPattern = "frame_####";
 
 } // namespace kelvra

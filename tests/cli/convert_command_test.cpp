@@ -7,7 +7,7 @@ namespace {
 namespace fs = std::filesystem;
 
 /** Three points near each other and two far off; the host's height is the file's third number. */
-const char* const kCloud =
+constexpr const char* kCloud =
     "1 2 3 10 20 30\n2 2 3 40 50 60\n3 2 3 255 0 0\n100 2 3 0 255 0\n101 2.5 -3 1 2 3\n";
 
 class ConvertCommand : public testing::Test {

@@ -4,7 +4,7 @@
 namespace cli_test {
 namespace {
 
-const char* const kPoints = "1 2 3 10 20 30\n4 5 6 40 50 60\n-7 8.5 9 255 0 0\n";
+constexpr const char* kPoints = "1 2 3 10 20 30\n4 5 6 40 50 60\n-7 8.5 9 255 0 0\n";
 
 TEST(Info, ReportsPointsAndBoxInFileAxes) {
   const TempFolder folder;

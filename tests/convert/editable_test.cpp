@@ -15,7 +15,7 @@ TEST_F(Editable, TheResultTakesPlaceNameAndChildren) {
     op_->SetName("cloud");
     op_->SetMl(kPlace);
     BaseObject* child = BaseObject::Alloc(Onull);
-    doc_->InsertObject(child, op_, NULL);
+    doc_->InsertObject(child, op_, nullptr);
     const std::vector<Vector> places = InWorld(Positions());
     Build(mode);
     std::string error;
@@ -23,7 +23,7 @@ TEST_F(Editable, TheResultTakesPlaceNameAndChildren) {
     ASSERT_NE(result, nullptr) << error;
     EXPECT_TRUE(doc_->GetFirstObject() == result && result->GetNext() == next && result->GetDown() == child);
     EXPECT_EQ(result->GetName(), String("cloud"));
-    EXPECT_EQ(result->GetCache(NULL), nullptr);
+    EXPECT_EQ(result->GetCache(nullptr), nullptr);
     if (mode != kPoints && mode != kSpline) continue;
     for (std::size_t i = 0; i < places.size(); ++i)
       ExpectNear(result->GetMg() * PointsOf(result)[i], places[i], 1e-9);

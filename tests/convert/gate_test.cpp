@@ -27,8 +27,8 @@ TEST_F(Gate, RefusesEveryModeSilentlyUntilItOpens) {
       EXPECT_EQ(built->GetType(), open ? results[mode] : Onull);
       EXPECT_EQ(application_->GetConsole().Lines().size(), lines);
       // Nothing outside of the cache either.
-      EXPECT_EQ(op_->GetNext() != NULL, mode < 5 || (mode == 5 && open));
-      const bool linked = op_->GetDataInstance()->GetLink(KELVRA_PARTICLE_GROUP, doc_) != NULL;
+      EXPECT_EQ(op_->GetNext() != nullptr, mode < 5 || (mode == 5 && open));
+      const bool linked = op_->GetDataInstance()->GetLink(KELVRA_PARTICLE_GROUP, doc_) != nullptr;
       EXPECT_EQ(linked, mode < 4 || (mode == 4 && open));
     }
 }

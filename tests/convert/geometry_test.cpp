@@ -63,7 +63,7 @@ TEST_F(Geometry, HairStandsOnEachPointAtTheSameHeight) {
       ASSERT_EQ(hair->GetType(), Ohair);
       EXPECT_EQ(Cloud().display.box.valid, share.count > 0);
       EXPECT_FALSE(hair->IsLocked());
-      ASSERT_TRUE(hair->Lock(doc_, NULL, FALSE, 0));
+      ASSERT_TRUE(hair->Lock(doc_, nullptr, FALSE, 0));
       HairGuides* guides = hair->GetGuides();
       ASSERT_NE(guides, nullptr);
       EXPECT_EQ(guides->GetCount(), share.count);

@@ -12,7 +12,7 @@ protected:
     Give(Scatter(30));
     Give(Scatter(10, 30), 1);
   }
-  TP_PGroup* AddGroup(const char* name, TP_PGroup* under = NULL, int particles = 0) {
+  TP_PGroup* AddGroup(const char* name, TP_PGroup* under = nullptr, int particles = 0) {
     TP_PGroup* group = System()->AllocParticleGroup();
     group->SetName(name);
     EXPECT_TRUE(System()->SetPGroupHierarchy(under, group, TP_INSERT_UNDERLAST));
@@ -22,7 +22,7 @@ protected:
   void ExpectFilled(TP_PGroup* group) {
     ASSERT_NE(group, nullptr);
     EXPECT_EQ(ParticlesOf(group), InWorld(Positions()));
-    EXPECT_EQ(System()->GetGroupParticleCount(NULL), (LONG)Positions().size()) << "none elsewhere";
+    EXPECT_EQ(System()->GetGroupParticleCount(nullptr), (LONG)Positions().size()) << "none elsewhere";
     for (TP_ParticleNode* node = group->GetFirstNode(); node; node = node->GetNext())
       EXPECT_EQ(System()->Life(node->GetParticleID()).Get(), 9.0e18);
   }
@@ -42,7 +42,7 @@ TEST_F(Particles, AGroupIsMadeLinkedAndFilledAgainWithoutDuplicates) {
 }
 
 TEST_F(Particles, AGroupOfTheGeneratorsNameIsFoundAnywhereInTheTree) {
-  TP_PGroup* outer = AddGroup("other", NULL, 4);
+  TP_PGroup* outer = AddGroup("other", nullptr, 4);
   TP_PGroup* inner = AddGroup("cloud", outer, 3);
   AddGroup("cloud");
   Build(kParticles);
@@ -58,7 +58,7 @@ TEST_F(Particles, AGroupOfTheGeneratorsNameIsFoundAnywhereInTheTree) {
 }
 
 TEST_F(Particles, TheLinkedGroupIsFilledWhateverNamesSay) {
-  TP_PGroup* linked = AddGroup("mine", NULL, 5);
+  TP_PGroup* linked = AddGroup("mine", nullptr, 5);
   AddGroup("cloud");
   Data().SetLink(KELVRA_PARTICLE_GROUP, linked);
   Build(kParticles);
@@ -123,8 +123,8 @@ TEST_F(Emitter, StandsAfterTheGeneratorAndIsFilledAgain) {
 
 TEST_F(Emitter, TwoCloudsOfOneNameHaveOneEach) {
   Build(kEmitter);
-  BaseObject *first = op_, *other = static_cast<BaseObject*>(op_->GetClone(COPYFLAGS_0, NULL));
-  doc_->InsertObject(other, NULL, op_->GetNext());
+  BaseObject *first = op_, *other = static_cast<BaseObject*>(op_->GetClone(COPYFLAGS_0, nullptr));
+  doc_->InsertObject(other, nullptr, op_->GetNext());
   op_ = other;
   Build(kEmitter);
   ASSERT_NE(other->GetNext(), nullptr);
@@ -145,9 +145,9 @@ TEST_F(Emitter, TwoCloudsOfOneNameHaveOneEach) {
 
 TEST_F(Emitter, ParticlesFollowTheCloudThatMoves) {
   BaseObject* parent = BaseObject::Alloc(Onull);
-  doc_->InsertObject(parent, NULL, NULL);
+  doc_->InsertObject(parent, nullptr, nullptr);
   op_->Remove();
-  doc_->InsertObject(op_, parent, NULL);
+  doc_->InsertObject(op_, parent, nullptr);
   for (const bool ofParent : {false, true}) {
     Build(kEmitter);
     (ofParent ? parent : op_)->SetMl(MatrixMove(Vector(100, 20, 3)));
@@ -163,9 +163,9 @@ TEST_F(Emitter, ParticlesFollowTheCloudThatMoves) {
 TEST_F(Emitter, IsFoundWhereverItWasMoved) {
   Build(kEmitter);
   BaseObject *emitter = op_->GetNext(), *folder = BaseObject::Alloc(Onull);
-  doc_->InsertObject(folder, NULL, op_);
+  doc_->InsertObject(folder, nullptr, op_);
   emitter->Remove();
-  doc_->InsertObject(emitter, folder, NULL);
+  doc_->InsertObject(emitter, folder, nullptr);
   Cloud().settingsChanged = 1;
   Build(kEmitter);
   EXPECT_EQ(op_->GetNext(), folder);

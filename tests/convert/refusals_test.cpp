@@ -23,7 +23,7 @@ protected:
   BaseObject* Again() {
     Cloud().settingsChanged = 1;
     // The group is found by its name; particles and the emitter are made again.
-    Data().SetLink(KELVRA_PARTICLE_GROUP, NULL);
+    Data().SetLink(KELVRA_PARTICLE_GROUP, nullptr);
     if (GetParam() == kParticles) System()->FreeAllParticles();
     if (BaseObject* emitter = op_->GetNext()) BaseObject::Free(emitter);
     return Build(GetParam());
@@ -34,7 +34,7 @@ protected:
     found.type = built->GetType();
     if (found.type == Ohair) {
       HairObject* hair = (HairObject*)built;
-      EXPECT_TRUE(hair->Lock(doc_, NULL, FALSE, 0)) << "left locked";
+      EXPECT_TRUE(hair->Lock(doc_, nullptr, FALSE, 0)) << "left locked";
       if (HairGuides* guides = hair->GetGuides())
         found.points.assign(guides->GetPoints(), guides->GetPoints() + guides->GetPointCount());
       hair->Unlock();
@@ -67,7 +67,7 @@ TEST_P(Refusals, LeaveAKnownResultAndTheNextBuildIsWhole) {
   BaseObject* null = BaseObject::Alloc(Onull); // the host keeps the name of a type from its first object on
   BaseObject::Free(null);
   const host::LiveCounts before = application_.Live();
-  BaseObject* built = NULL;
+  BaseObject* built = nullptr;
   const auto build = [&] { built = Again(); };
   FailEach(application_, host::Fault::Allocation, build, [&](bool struck) {
     const Outcome found = Look(built);

@@ -120,7 +120,7 @@ protected:
   }
 };
 
-const char* const kLines = "x y z r g b\n1 2 3 4 5 6\n7 8 9 10 11 12\n-1 nan 2 0 0 0\n3 4 5 6 7 8\n";
+constexpr const char* kLines = "x y z r g b\n1 2 3 4 5 6\n7 8 9 10 11 12\n-1 nan 2 0 0 0\n3 4 5 6 7 8\n";
 
 TEST_F(Fence, HoldsWhileTextLoads) {
   const std::string file = Write("points.txt", kLines);
@@ -153,7 +153,7 @@ TEST_F(Fence, HoldsWhileAnObjectIsCopiedConvertedAndSaved) {
   Give(op_, kThree);
   RefuseAll(
       [&] {
-        if (C4DAtom* copy = op_->GetClone(COPYFLAGS_0, NULL)) {
+        if (C4DAtom* copy = op_->GetClone(COPYFLAGS_0, nullptr)) {
           BaseObject* object = (BaseObject*)copy;
           BaseObject::Free(object);
         }

@@ -86,9 +86,9 @@ protected:
   void SetUp() override {
     GeometryTest::SetUp();
     ASSERT_TRUE(resource.Init(Filename(KELVRA_SOURCE_DIR "/res")));
-    ASSERT_TRUE(RegisterObjectPlugin(kCurved, "Curved", 0, Curved::Alloc, "Otallyframe", NULL, 0));
+    ASSERT_TRUE(RegisterObjectPlugin(kCurved, "Curved", 0, Curved::Alloc, "Otallyframe", nullptr, 0));
     op_ = BaseObject::Alloc(kCurved);
-    doc_->InsertObject(op_, NULL, NULL);
+    doc_->InsertObject(op_, nullptr, nullptr);
   }
   void TearDown() override {
     resource.Free();
@@ -101,7 +101,7 @@ protected:
     EXPECT_EQ(taken, error.empty());
     return error;
   }
-  BaseObject* op_ = NULL;
+  BaseObject* op_ = nullptr;
 };
 
 TEST_F(CurveParameter, IsGivenAsKnotsOfText) {

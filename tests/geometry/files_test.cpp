@@ -6,7 +6,7 @@ TEST_F(GeometryTest, ScenesBringGeometryBack) {
   PolygonObject* figure = AddFigure();
   ((VertexMapTag*)figure->MakeVariableTag(Tvertexmap, 6))->GetDataAddressW()[4] = 0.75f;
   SplineObject* spline = AddSpline();
-  doc_->InsertObject(PolygonObject::Alloc(0, 0), spline, NULL);
+  doc_->InsertObject(PolygonObject::Alloc(0, 0), spline, nullptr);
   const auto all = [](BaseObject* first) {
     return std::vector<std::string>{Content(first), Content(first->GetDown()), Content(first->GetNext())};
   };

@@ -31,19 +31,19 @@ TEST_F(GeometryTest, RefusedMemoryChangesNothing) {
   for (int i = 0; i < 2; ++i) figure->MakeVariableTag(Tvertexmap, 6);
   SplineObject* spline = AddSpline();
   SplineObject* plain = SplineObject::Alloc(2, SPLINETYPE_LINEAR);
-  doc_->InsertObject(plain, NULL, NULL);
+  doc_->InsertObject(plain, nullptr, nullptr);
   const struct {
     const char* name;
     int blocks; ///< at least so many are asked for
     std::function<bool()> call;
   } cases[] = {
-      {"allocate polygons", 2, [] { return (PolygonObject*)AutoAlloc<PolygonObject>(3, 1) != NULL; }},
-      {"allocate a tag", 1, [] { return (VertexMapTag*)AutoAlloc<VertexMapTag>(9) != NULL; }},
+      {"allocate polygons", 2, [] { return (PolygonObject*)AutoAlloc<PolygonObject>(3, 1) != nullptr; }},
+      {"allocate a tag", 1, [] { return (VertexMapTag*)AutoAlloc<VertexMapTag>(9) != nullptr; }},
       {"resize polygons", 2, [&] { return figure->ResizeObject(7, 3) != FALSE; }},
       {"resize segments", 2, [&] { return spline->ResizeObject(4, 3) != FALSE; }},
       {"give segments", 2, [&] { return plain->ResizeObject(3, 1) != FALSE; }},
-      {"clone", 4, [&] { return (BaseObject*)AutoFree<BaseObject>(Clone(figure)) != NULL; }},
-      {"copy tags", 2, [&] { return figure->CopyTagsTo(plain, NOTOK, NOTOK, NOTOK, NULL) != FALSE; }},
+      {"clone", 4, [&] { return (BaseObject*)AutoFree<BaseObject>(Clone(figure)) != nullptr; }},
+      {"copy tags", 2, [&] { return figure->CopyTagsTo(plain, NOTOK, NOTOK, NOTOK, nullptr) != FALSE; }},
   };
   for (const auto& item : cases) {
     SCOPED_TRACE(item.name);
@@ -54,7 +54,7 @@ TEST_F(GeometryTest, RefusedMemoryChangesNothing) {
 
 TEST_F(GeometryTest, BoxHoldsAllFinitePoints) {
   PolygonObject* op = PolygonObject::Alloc(4, 0);
-  doc_->InsertObject(op, NULL, NULL);
+  doc_->InsertObject(op, nullptr, nullptr);
   op->SetMl(MatrixMove(Vector(100, 0, 0)));
   Vector low, high;
   const Vector points[] = {Vector(-1, 2, 3), Vector(std::nan(""), 50, 50), Vector(1, -2, 4),
@@ -92,7 +92,7 @@ TEST_F(GeometryTest, CopiedTagsAreThoseAskedForInOrder) {
                {TRUE, FALSE, FALSE, {}},         {NOTOK, NOTOK, TRUE, {}}};
   for (const auto& item : cases) {
     PolygonObject* to = AddFigure();
-    ASSERT_TRUE(from->CopyTagsTo(to, item.visible, item.variable, item.hierarchical, NULL));
+    ASSERT_TRUE(from->CopyTagsTo(to, item.visible, item.variable, item.hierarchical, nullptr));
     std::vector<LONG> types;
     for (BaseTag* tag = to->GetFirstTag(); tag; tag = tag->GetNext()) types.push_back(tag->GetType());
     EXPECT_EQ(types, item.types);
@@ -114,7 +114,7 @@ TEST_F(GeometryTest, NodesAreInsertedOnlyWhereTheyCanLie) {
   const std::string before = Save();
   a->InsertAfter(c);
   b->InsertAfter(tag);
-  b->InsertUnder(NULL);
+  b->InsertUnder(nullptr);
   EXPECT_EQ(Save(), before) << "what was refused moved nothing";
   const std::string start = "host misbehaves: a node is inserted ";
   expected_ = {start + "below itself", start + "where nodes of its kind cannot lie", start + "at no place"};

@@ -62,8 +62,8 @@ protected:
   }
 
   host::Application application_;
-  BaseDocument* doc_ = NULL;
-  BaseObject* op_ = NULL;
+  BaseDocument* doc_ = nullptr;
+  BaseObject* op_ = nullptr;
 };
 
 TEST_F(SoundModule, RegistersWorksAndLeavesNothingAlive) {

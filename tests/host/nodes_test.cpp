@@ -48,10 +48,10 @@ TEST_F(Nodes, TheTreeKeepsOrderAndGlobalMatrices) {
   b->Remove();
   EXPECT_EQ(a->GetDown(), c);
   EXPECT_EQ(b->GetDocument(), nullptr);
-  doc_->InsertObject(b, NULL, NULL, TRUE);
+  doc_->InsertObject(b, nullptr, nullptr, TRUE);
   BaseObject* twin = BaseObject::Alloc(kProbe);
   twin->SetName("b");
-  doc_->InsertObject(twin, NULL, b, TRUE);
+  doc_->InsertObject(twin, nullptr, b, TRUE);
   EXPECT_EQ(Text(twin->GetName()), "b.1");
 }
 
@@ -65,10 +65,10 @@ TEST_F(Nodes, LinksOutliveTheirTargets) {
   EXPECT_EQ(link(Rbase), nullptr) << "another type than asked for";
   target->Remove();
   EXPECT_EQ(link(0), nullptr) << "it does not lie in the document";
-  EXPECT_EQ(holder->GetDataInstance()->GetLink(5, NULL), target);
+  EXPECT_EQ(holder->GetDataInstance()->GetLink(5, nullptr), target);
   BaseObject::Free(target);
   Add(Onull, "another at the same address, perhaps");
-  EXPECT_EQ(holder->GetDataInstance()->GetLink(5, NULL), nullptr);
+  EXPECT_EQ(holder->GetDataInstance()->GetLink(5, nullptr), nullptr);
 }
 
 TEST_F(Nodes, ClonesLinkAmongThemselves) {
@@ -81,19 +81,19 @@ TEST_F(Nodes, ClonesLinkAmongThemselves) {
   nested.SetLink(2, root);
   nested.SetLink(3, outside);
   child->GetDataInstance()->SetContainer(9, nested);
-  BaseObject* clone = (BaseObject*)root->GetClone(COPYFLAGS_0, NULL);
+  BaseObject* clone = (BaseObject*)root->GetClone(COPYFLAGS_0, nullptr);
   ASSERT_NE(clone, nullptr);
-  doc_->InsertObject(clone, NULL, NULL);
+  doc_->InsertObject(clone, nullptr, nullptr);
   EXPECT_EQ(NumberOf(clone->GetDown()), 77);
   EXPECT_EQ(clone->GetDataInstance()->GetLink(1, doc_), clone->GetDown());
   const BaseContainer inner = clone->GetDown()->GetDataInstance()->GetContainer(9);
   EXPECT_EQ(inner.GetLink(2, doc_), clone);
   EXPECT_EQ(inner.GetLink(3, doc_), outside);
-  BaseObject* bare = (BaseObject*)root->GetClone(COPYFLAGS_NO_HIERARCHY, NULL);
+  BaseObject* bare = (BaseObject*)root->GetClone(COPYFLAGS_NO_HIERARCHY, nullptr);
   EXPECT_EQ(bare->GetDown(), nullptr);
   BaseObject::Free(bare);
   Probe::failCopy = true;
-  EXPECT_EQ(root->GetClone(COPYFLAGS_0, NULL), nullptr);
+  EXPECT_EQ(root->GetClone(COPYFLAGS_0, nullptr), nullptr);
 }
 
 TEST_F(Nodes, DirtyCountsFollowTheirKind) {
@@ -104,15 +104,15 @@ TEST_F(Nodes, DirtyCountsFollowTheirKind) {
   EXPECT_EQ(op->GetDirty(DIRTYFLAGS_MATRIX), matrix);
   op->SetMl(MatrixMove(Vector(1)));
   EXPECT_GT(op->GetDirty(DIRTYFLAGS_MATRIX), matrix);
-  EXPECT_TRUE(op->CheckCache(NULL));
+  EXPECT_TRUE(op->CheckCache(nullptr));
   host::UpdateCache(op, doc_, BUILDFLAGS_0);
-  EXPECT_FALSE(op->CheckCache(NULL));
+  EXPECT_FALSE(op->CheckCache(nullptr));
   op->SetDirty(DIRTYFLAGS_DATA);
-  EXPECT_TRUE(op->CheckCache(NULL));
+  EXPECT_TRUE(op->CheckCache(nullptr));
   // Each flag is compared with what it was itself, children or not.
   Add(kProbe, "child", op);
   host::UpdateCache(op, doc_, BUILDFLAGS_0);
-  EXPECT_FALSE(op->CheckCache(NULL) || op->IsDirty(DIRTYFLAGS_DATA) || op->IsDirty(DIRTYFLAGS_MATRIX));
+  EXPECT_FALSE(op->CheckCache(nullptr) || op->IsDirty(DIRTYFLAGS_DATA) || op->IsDirty(DIRTYFLAGS_MATRIX));
   op->SetMl(MatrixMove(Vector(2)));
   EXPECT_TRUE(op->IsDirty(DIRTYFLAGS_MATRIX));
   EXPECT_FALSE(op->IsDirty(DIRTYFLAGS_DATA));
@@ -181,8 +181,8 @@ TEST_F(Undo, AChangeGoesBackAndForth) {
 
 TEST_F(Undo, NewAndDeletedNodesComeAndGo) {
   BaseObject* first = Add(kProbe, "first");
-  BaseObject* op = Add(kProbe, "op", NULL, first);
-  BaseObject* holder = Add(Onull, "holder", NULL, op);
+  BaseObject* op = Add(kProbe, "op", nullptr, first);
+  BaseObject* holder = Add(Onull, "holder", nullptr, op);
   holder->GetDataInstance()->SetLink(1, op);
   Step(UNDOTYPE_NEW, op);
   ASSERT_TRUE(doc_->StartUndo());
@@ -240,7 +240,7 @@ TEST_F(Undo, BreachesAreRefusedAndReported) {
 }
 
 TEST_F(Undo, AnObjectFromTheMenuHearsOfItAndIsPlacedSelectedAndUndoable) {
-  BaseDocument* told = NULL;
+  BaseDocument* told = nullptr;
   Probe::onMessage = [&](Probe&, GeListNode*, LONG type, void* data) {
     if (type == MSG_MENUPREPARE) told = (BaseDocument*)data;
     return TRUE;

@@ -7,10 +7,10 @@ namespace {
 
 constexpr LONG kDescribed = 1099301;
 enum { kSize = 1000, kCount, kShade, kName, kPlace, kPartner, kButton, kOn, kOwn, kPath };
-const char* const kNames[] = {"Size",    "Count",  "Shade", "Name", "Place",
-                              "Partner", "Button", "On",    "Own",  "Path"};
+constexpr const char* kNames[] = {"Size",    "Count",  "Shade", "Name", "Place",
+                                  "Partner", "Button", "On",    "Own",  "Path"};
 
-const char* const kContainer = R"(CONTAINER Oprobe
+constexpr const char* kContainer = R"(CONTAINER Oprobe
 {
   NAME Oprobe;
   INCLUDE Obase;
@@ -67,7 +67,7 @@ protected:
     strings += "PROBE_SHADE_DARK \"Rather Dark\"; PROBE_SHADE_LIGHT \"Light\";";
     files_.WriteDescription("oprobe", header + " };", kContainer, "STRINGTABLE Oprobe {" + strings + "}");
     ASSERT_TRUE(resource.Init(Filename(files_.Path().string().c_str())));
-    ASSERT_TRUE(RegisterObjectPlugin(kDescribed, "Described", 0, Described::Alloc, "Oprobe", NULL, 0));
+    ASSERT_TRUE(RegisterObjectPlugin(kDescribed, "Described", 0, Described::Alloc, "Oprobe", nullptr, 0));
     op_ = Add(kDescribed, "op");
     Probe::onMessage = [this](Probe&, GeListNode*, LONG type, void* data) {
       if (type == MSG_DESCRIPTION_POSTSETPARAMETER)
@@ -103,7 +103,7 @@ protected:
   }
 
   const ResourceFiles files_;
-  BaseObject* op_ = NULL;
+  BaseObject* op_ = nullptr;
   std::vector<LONG> told_;
   LONG pressed_ = 0;
 };
@@ -151,10 +151,10 @@ TEST_F(Parameters, WhatIsNotSetHasItsDefault) {
 
 TEST_F(Parameters, ARefusedDescriptionLeavesNothingRegistered) {
   const std::size_t before = application_->Plugins().size();
-  EXPECT_FALSE(RegisterObjectPlugin(kDescribed + 1, "No", 0, Described::Alloc, "Onothing", NULL, 0));
+  EXPECT_FALSE(RegisterObjectPlugin(kDescribed + 1, "No", 0, Described::Alloc, "Onothing", nullptr, 0));
   EXPECT_EQ(application_->Plugins().size(), before);
-  EXPECT_TRUE(RegisterObjectPlugin(kDescribed + 1, "Yes", 0, Described::Alloc, "Oprobe", NULL, 0));
-  EXPECT_FALSE(RegisterObjectPlugin(kDescribed + 1, "Twice", 0, Described::Alloc, "Oprobe", NULL, 0));
+  EXPECT_TRUE(RegisterObjectPlugin(kDescribed + 1, "Yes", 0, Described::Alloc, "Oprobe", nullptr, 0));
+  EXPECT_FALSE(RegisterObjectPlugin(kDescribed + 1, "Twice", 0, Described::Alloc, "Oprobe", nullptr, 0));
 }
 
 TEST_F(Parameters, OnlyWhatTheUserSetsIsClamped) {

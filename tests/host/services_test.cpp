@@ -56,17 +56,18 @@ TEST_F(HostServices, RegistrationsThatAreWrongAreRefused) {
   EXPECT_FALSE(submit(PLUGINTYPE_OBJECT, 5, sizeof sound)) << "no functions";
   EXPECT_FALSE(submit(PLUGINTYPE_OBJECT, 5, sizeof sound - 8)) << "a short structure";
   EXPECT_FALSE(submit(PLUGINTYPE_LIBRARY, 5, sizeof sound)) << "a kind that is not taken";
-  EXPECT_FALSE(C4DOS.general->RegisterPlugin(PLUGINTYPE_OBJECT, 5, "x", NULL, sizeof sound));
-  EXPECT_FALSE(RegisterObjectPlugin(5, "x", 0, NULL, String(), NULL, 0)) << "no allocator";
-  EXPECT_FALSE(RegisterObjectPlugin(kProbe, "x", 0, Probe::Alloc, String(), NULL, 0)) << "the id is taken";
+  EXPECT_FALSE(C4DOS.general->RegisterPlugin(PLUGINTYPE_OBJECT, 5, "x", nullptr, sizeof sound));
+  EXPECT_FALSE(RegisterObjectPlugin(5, "x", 0, nullptr, String(), nullptr, 0)) << "no allocator";
+  EXPECT_FALSE(RegisterObjectPlugin(kProbe, "x", 0, Probe::Alloc, String(), nullptr, 0)) << "the id is taken";
   EXPECT_FALSE(RegisterVideoPostPlugin(kProbe, "x", 0, ProbePost::Alloc, String(), 0, 0))
       << "by another kind too";
-  EXPECT_FALSE(RegisterMessagePlugin(5, "x", 0, NULL));
+  EXPECT_FALSE(RegisterMessagePlugin(5, "x", 0, nullptr));
   EXPECT_EQ(application_->Misbehaviour().size(), 7u) << "the interface itself refused the last";
-  EXPECT_FALSE(RegisterObjectPlugin(6, "x", 0, Probe::Alloc, "Onothing", NULL, 0)) << "no such description";
+  EXPECT_FALSE(RegisterObjectPlugin(6, "x", 0, Probe::Alloc, "Onothing", nullptr, 0))
+      << "no such description";
   application_->GetFaults().FailAt(host::Fault::Registration, 1);
-  EXPECT_FALSE(RegisterObjectPlugin(7, "x", 0, Probe::Alloc, String(), NULL, 0));
-  EXPECT_TRUE(RegisterObjectPlugin(7, "x", 0, Probe::Alloc, String(), NULL, 0));
+  EXPECT_FALSE(RegisterObjectPlugin(7, "x", 0, Probe::Alloc, String(), nullptr, 0));
+  EXPECT_TRUE(RegisterObjectPlugin(7, "x", 0, Probe::Alloc, String(), nullptr, 0));
 }
 
 TEST_F(HostServices, WorkCanBeStopped) {

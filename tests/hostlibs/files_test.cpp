@@ -6,7 +6,7 @@ class LibraryFiles : public HostLibsTest {
 protected:
   /** Hair with and without guides, an emitter, and groups with particles. */
   void Fill() {
-    doc_->InsertObject(HairObject::Alloc(), NULL, NULL);
+    doc_->InsertObject(HairObject::Alloc(), nullptr, nullptr);
     hair_ = AddHair(Guides(2, 3));
     emitter_ = AddEmitter(kThree, EMITTER_OPTION_WORLD);
     EmitterLibrary::Get()->Reserve(emitter_, 100); // what is only reserved is not saved
@@ -14,7 +14,7 @@ protected:
     inner_->SetColor(Vector(0.25, 0.5, 1));
     hair_->GetDataInstance()->SetLink(5000, inner_);
     AddParticles(inner_, 3);
-    AddParticles(NULL, 1, 9);
+    AddParticles(nullptr, 1, 9);
   }
   static std::string Content(BaseDocument* doc) {
     std::string text = Held(System(doc));
@@ -22,9 +22,9 @@ protected:
       text += Held(op) + NameOf(op->GetDataInstance()->GetLink(5000, doc, ID_TP_PGROUP));
     return text;
   }
-  HairObject* hair_ = NULL;
-  BaseObject* emitter_ = NULL;
-  TP_PGroup* inner_ = NULL;
+  HairObject* hair_ = nullptr;
+  BaseObject* emitter_ = nullptr;
+  TP_PGroup* inner_ = nullptr;
 };
 
 TEST_F(LibraryFiles, ScenesAndCopiesBringEverythingBack) {
@@ -36,16 +36,16 @@ TEST_F(LibraryFiles, ScenesAndCopiesBringEverythingBack) {
   EXPECT_EQ(Content(doc_), before);
   EXPECT_EQ(Save(), bytes);
   EXPECT_EQ(System()->NumParticles(), 4) << "numbers of one pool";
-  BaseDocument* copy = (BaseDocument*)doc_->GetClone(COPYFLAGS_0, NULL);
+  BaseDocument* copy = (BaseDocument*)doc_->GetClone(COPYFLAGS_0, nullptr);
   EXPECT_EQ(Content(copy), before);
   System(copy)->FreeParticle(1);
   EXPECT_EQ(Content(doc_), before);
   System()->FreeAllParticles();
-  EXPECT_EQ(System(copy)->GetGroupParticleCount(NULL), 3);
+  EXPECT_EQ(System(copy)->GetGroupParticleCount(nullptr), 3);
   BaseDocument::Free(copy);
   doc_ = Reload();
   System()->FreeAllParticles();
-  EXPECT_EQ(System()->GetGroupParticleCount(NULL), 0) << "those of groups that were just loaded, too";
+  EXPECT_EQ(System()->GetGroupParticleCount(nullptr), 0) << "those of groups that were just loaded, too";
   System(first)->FreeParticleGroup(inner_);
   EXPECT_EQ(hair_->GetDataInstance()->GetLink(5000, first), nullptr);
 }
@@ -106,13 +106,13 @@ TEST_F(LibraryFiles, MissingLibrariesMakeNothingButKeepWhatScenesHold) {
     libraries.*missing = false;
     AsModule([&] {
       EXPECT_EQ(InitThinkingParticles() != FALSE, libraries.particles);
-      EXPECT_EQ((BaseObject*)AutoFree<BaseObject>(HairObject::Alloc()) != NULL, libraries.hair);
-      EXPECT_EQ((BaseObject*)AutoFree<BaseObject>(BaseObject::Alloc(Oemitter_external)) != NULL,
+      EXPECT_EQ((BaseObject*)AutoFree<BaseObject>(HairObject::Alloc()) != nullptr, libraries.hair);
+      EXPECT_EQ((BaseObject*)AutoFree<BaseObject>(BaseObject::Alloc(Oemitter_external)) != nullptr,
                 libraries.emitter);
-      EXPECT_EQ(EmitterLibrary::Get() != NULL, libraries.emitter);
+      EXPECT_EQ(EmitterLibrary::Get() != nullptr, libraries.emitter);
     });
     doc_ = Reload();
-    EXPECT_EQ(System() != NULL, libraries.particles);
+    EXPECT_EQ(System() != nullptr, libraries.particles);
     EXPECT_EQ(Save(), bytes);
   }
   libraries = host::Libraries();

@@ -26,21 +26,21 @@ TEST_F(LibraryObjects, MisuseOfTheLockOfHairIsReportedAndChangesNothing) {
     EXPECT_FALSE(hair->SetGuides(mine, FALSE));
     hair->Unlock();
     EXPECT_FALSE(hair->IsLocked());
-    ASSERT_TRUE(hair->Lock(doc_, NULL, FALSE, 0));
-    EXPECT_FALSE(hair->Lock(doc_, NULL, FALSE, 0));
+    ASSERT_TRUE(hair->Lock(doc_, nullptr, FALSE, 0));
+    EXPECT_FALSE(hair->Lock(doc_, nullptr, FALSE, 0));
     EXPECT_FALSE(hair->Update(doc_));
     HairGuides* owned = hair->GetGuides();
     HairGuides::Free(owned);
     EXPECT_FALSE(Give(other, hair->GetGuides()));
-    EXPECT_FALSE(Give(other, NULL, TRUE));
+    EXPECT_FALSE(Give(other, nullptr, TRUE));
     EXPECT_TRUE(hair->IsLocked());
     hair->Unlock();
     EXPECT_TRUE(hair->Update(doc_));
-    EXPECT_FALSE(((HairObject*)plain)->Lock(doc_, NULL, FALSE, 0));
+    EXPECT_FALSE(((HairObject*)plain)->Lock(doc_, nullptr, FALSE, 0));
     HairObject* dropped = HairObject::Alloc();
-    dropped->Lock(NULL, NULL, FALSE, 0);
+    dropped->Lock(nullptr, nullptr, FALSE, 0);
     HairObject::Free(dropped);
-    other->Lock(NULL, NULL, FALSE, 0);
+    other->Lock(nullptr, nullptr, FALSE, 0);
   });
   EXPECT_EQ(Held(hair) + Held(other), before);
   EXPECT_EQ(mine->GetPoints()[3], Vector(3, 9, -3)) << "refused guides stay the caller's";
@@ -63,7 +63,7 @@ TEST_F(LibraryObjects, GuidesAreTakenOverOrCopied) {
     EXPECT_EQ(HairGuides::Alloc(count, segments), nullptr) << count << " " << segments;
   HairObject* hair = AddHair(Guides(1, 2));
   HairGuides* guides = Guides(3, 4);
-  ASSERT_TRUE(hair->Lock(NULL, NULL, FALSE, 0));
+  ASSERT_TRUE(hair->Lock(nullptr, nullptr, FALSE, 0));
   ASSERT_TRUE(hair->SetGuides(guides, TRUE));
   ASSERT_NE(hair->GetGuides(), guides);
   guides->GetPoints()[14] = Vector(7);
@@ -107,14 +107,14 @@ TEST_F(LibraryObjects, RefusedMemoryChangesNothing) {
   const auto state = [&] { return Held(hair) + Held(emitter); };
   const auto make = [] {
     HairGuides* made = HairGuides::Alloc(3, 3);
-    const bool done = made != NULL;
+    const bool done = made != nullptr;
     HairGuides::Free(made);
     return done;
   };
   RefuseEachBlock(2, make, state);
   for (BaseObject* op : {(BaseObject*)hair, emitter})
     RefuseEachBlock(
-        1, [&] { return (BaseObject*)AutoFree<BaseObject>(Clone(op)) != NULL; }, state);
+        1, [&] { return (BaseObject*)AutoFree<BaseObject>(Clone(op)) != nullptr; }, state);
   RefuseEachBlock(
       2, [&] { return Give(hair, guides, TRUE); }, state);
   HairGuides::Free(guides);

@@ -17,7 +17,7 @@ protected:
 
 TEST_F(ParticlesTest, NumbersOfFreedParticlesAreUsedAgain) {
   TP_MasterSystem* system = System();
-  AddParticles(NULL, 6);
+  AddParticles(nullptr, 6);
   system->FreeParticle(1);
   system->FreeParticle(4);
   EXPECT_FALSE(system->Alive(4));
@@ -34,7 +34,7 @@ TEST_F(ParticlesTest, NumbersOfFreedParticlesAreUsedAgain) {
 
 TEST_F(ParticlesTest, NumbersOfNoParticleAreReportedAndChangeNothing) {
   TP_MasterSystem* system = System();
-  AddParticles(NULL, 2);
+  AddParticles(nullptr, 2);
   TP_PGroup* group = AddGroup("Other");
   system->FreeParticle(0);
   const std::string before = Held(system);
@@ -63,7 +63,7 @@ TEST_F(ParticlesTest, TheLimitAndRefusedMemoryEndInNotOk) {
       1, [&] { return system->AllocParticle() != NOTOK; }, state);
   const auto list = [&] {
     TP_PGroupArray groups;
-    return system->GetParticleGroups(NULL, &groups, TP_GETPGROUP_ALL, TRUE) != NOTOK;
+    return system->GetParticleGroups(nullptr, &groups, TP_GETPGROUP_ALL, TRUE) != NOTOK;
   };
   RefuseEachBlock(1, list, state);
   host::SetParticleLimit(doc_, 5);
@@ -107,19 +107,19 @@ TEST_F(ParticlesTest, GroupsFormATreeThatIsListedParentsFirst) {
   AddParticles(b2, 2);
   AddParticles(c, 1);
   c->SetBit(BIT_ACTIVE);
-  EXPECT_EQ(Groups(NULL, TP_GETPGROUP_ALL), "All a b b1 b2 b3 c ");
-  EXPECT_EQ(Groups(NULL, TP_GETPGROUP_WITHPARTICLES), "All b2 c ");
-  EXPECT_EQ(Groups(NULL, TP_GETPGROUP_SELECTED), "All c ");
+  EXPECT_EQ(Groups(nullptr, TP_GETPGROUP_ALL), "All a b b1 b2 b3 c ");
+  EXPECT_EQ(Groups(nullptr, TP_GETPGROUP_WITHPARTICLES), "All b2 c ");
+  EXPECT_EQ(Groups(nullptr, TP_GETPGROUP_SELECTED), "All c ");
   EXPECT_EQ(Groups(b, TP_GETPGROUP_ALL), "b b1 b2 b3 ");
   EXPECT_EQ(Groups(b, TP_GETPGROUP_ALL, FALSE), "b ");
   EXPECT_EQ(system->GetGroupParticleCount(b, FALSE), 0);
-  EXPECT_EQ(system->GetGroupParticleCount(NULL), 3);
+  EXPECT_EQ(system->GetGroupParticleCount(nullptr), 3);
   ASSERT_TRUE(system->SetPGroupHierarchy(b, c, TP_INSERT_BEFORE));
   ASSERT_TRUE(system->SetPGroupHierarchy(c, b2, TP_INSERT_UNDERLAST));
-  EXPECT_EQ(Groups(NULL, TP_GETPGROUP_ALL), "All a c b2 b b1 b3 ");
+  EXPECT_EQ(Groups(nullptr, TP_GETPGROUP_ALL), "All a c b2 b b1 b3 ");
   EXPECT_EQ(IdsOf(b2), (std::vector<LONG>{0, 1})) << "particles go with their group";
-  ASSERT_TRUE(system->SetPGroupHierarchy(NULL, b, TP_INSERT_NONE));
-  EXPECT_EQ(Groups(NULL, TP_GETPGROUP_ALL), "All a c b2 ");
+  ASSERT_TRUE(system->SetPGroupHierarchy(nullptr, b, TP_INSERT_NONE));
+  EXPECT_EQ(Groups(nullptr, TP_GETPGROUP_ALL), "All a c b2 ");
 
   TP_PGroup* all = (TP_PGroup*)c->GetUp();
   const struct {
@@ -129,7 +129,7 @@ TEST_F(ParticlesTest, GroupsFormATreeThatIsListedParentsFirst) {
   } wrong[] = {
       {b2, c, TP_INSERT_UNDERLAST, "a particle group is inserted at itself or below itself"},
       {c, c, TP_INSERT_AFTER, "a particle group is inserted at itself or below itself"},
-      {NULL, c, TP_INSERT_BEFORE, "a particle group is inserted beside the built-in one"},
+      {nullptr, c, TP_INSERT_BEFORE, "a particle group is inserted beside the built-in one"},
       {c, all, TP_INSERT_UNDERLAST, "the built-in particle group is given another place"},
       {b, c, TP_INSERT_AFTER, "a particle group is inserted at one that does not lie in the system"}};
   for (const auto& item : wrong) {
@@ -138,7 +138,7 @@ TEST_F(ParticlesTest, GroupsFormATreeThatIsListedParentsFirst) {
   }
   AsModule([&] { system->FreeParticleGroup(all); });
   ExpectReports({"the built-in particle group is freed"});
-  EXPECT_EQ(Groups(NULL, TP_GETPGROUP_ALL), "All a c b2 ");
+  EXPECT_EQ(Groups(nullptr, TP_GETPGROUP_ALL), "All a c b2 ");
   system->FreeParticleGroup(b);
 }
 
@@ -168,7 +168,8 @@ TEST_F(ParticlesTest, UndoBringsParticlesBack) {
   }
   LONG living = 0;
   for (LONG id = 0; id < System()->NumParticles(); ++id) living += System()->Alive(id);
-  EXPECT_EQ(living, System()->GetGroupParticleCount(NULL) + 1) << "and that of the removed group, no other";
+  EXPECT_EQ(living, System()->GetGroupParticleCount(nullptr) + 1)
+      << "and that of the removed group, no other";
 }
 
 } // namespace

@@ -11,7 +11,7 @@ const double kHalfHeight = std::tan(Rad(45.0) / 2); ///< of the picture, at dist
 
 class PicturesTest : public HostLibsTest {
 protected:
-  static const int kSize = 97;
+  static constexpr int kSize = 97;
   const host::ViewCamera camera_{Vector(0, 0, -10), Vector(), 45.0};
   std::function<Vector(int, int)> pixel_; ///< of the latest picture
   LLONG vertices_ = 0;
@@ -79,7 +79,7 @@ protected:
 
   template <class T>
   T* Placed(T* op, const Vector& color) {
-    doc_->InsertObject(op, NULL, NULL);
+    doc_->InsertObject(op, nullptr, nullptr);
     op->GetDataInstance()->SetVector(host::kSurfaceColor, color);
     op->GetDataInstance()->SetReal(host::kPointRadius, 0.2);
     return op;
@@ -108,7 +108,7 @@ protected:
     op->GetPolygonW()[0] = CPolygon(0, 1, 2, 3);
     return op;
   }
-  TP_PGroup* AddDots(const std::vector<Vector>& places, const Vector& color, TP_PGroup* parent = NULL) {
+  TP_PGroup* AddDots(const std::vector<Vector>& places, const Vector& color, TP_PGroup* parent = nullptr) {
     TP_PGroup* group = AddGroup("Dots", parent);
     group->SetColor(color);
     group->GetDataInstance()->SetReal(host::kPointRadius, 0.2);

@@ -14,7 +14,7 @@ struct RefusedCase {
   const char* complaint; // its decisive part: place, value, bound
 };
 
-const double kInfinity = std::numeric_limits<double>::infinity();
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 /** A record with a payload of ten bytes at the end of the header, of which it claims one more. */
 void AddLongRecord(Bytes& f) {

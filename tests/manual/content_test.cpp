@@ -131,8 +131,9 @@ std::vector<std::string> Literals(const std::string& code) {
 
 /** What the user is shown: the calls that show something, up to their end. */
 std::string ShowingCode(const std::string& code) {
-  static const char* const kCalls[] = {"GePrint(",   "MessageDialog(", "QuestionDialog(", "StatusSetText(",
-                                       "PrintLine(", ".Note(",         "Refuse(",         "refusal = "};
+  static constexpr const char* kCalls[] = {"GePrint(",       "MessageDialog(", "QuestionDialog(",
+                                           "StatusSetText(", "PrintLine(",     ".Note(",
+                                           "Refuse(",        "refusal = "};
   // Whole files whose functions put a reason together.
   if (code.find("std::string LoadLine(") != std::string::npos ||
       code.find("String ReasonOf(") != std::string::npos || code.find("String Record(") != std::string::npos)
@@ -145,7 +146,7 @@ std::string ShowingCode(const std::string& code) {
 }
 
 /** Pieces shorter than this are joints of a message, not the message. */
-const std::size_t kLeastPiece = 6;
+constexpr std::size_t kLeastPiece = 6;
 
 TEST(ManualContent, MessagesOfTheModuleAreExplained) {
   const ManualText manual;

@@ -116,9 +116,9 @@ protected:
   }
   void TearDown() override { application_.Close(); }
 
-  LONG Initialise(OperatingSystem* os) { return entry_(1, os, NULL, &file_); }
-  LONG Message(LONG id) { return entry_(6, (void*)(VLONG)id, NULL, NULL); }
-  LONG Call(LONG action) { return entry_(action, NULL, NULL, NULL); }
+  LONG Initialise(OperatingSystem* os) { return entry_(1, os, nullptr, &file_); }
+  LONG Message(LONG id) { return entry_(6, (void*)(VLONG)id, nullptr, nullptr); }
+  LONG Call(LONG action) { return entry_(action, nullptr, nullptr, nullptr); }
 
   typedef LONG EntryPoint(LONG action, void* p1, void* p2, void* p3);
   host::DynamicLibrary library_;

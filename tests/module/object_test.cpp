@@ -68,8 +68,8 @@ TEST_F(ObjectTest, WithoutPointsMemoryOrRecordNothingIsHandedOut) {
   EXPECT_EQ(answer.data, &untouched) << "without points only the count is written";
   Load(Write("cloud.xyz", "1 2 3\n4 5 6\n"));
   for (const LONG message : {kColors, kPositions}) {
-    op_->Message(message, NULL);
-    answer = {-7, NULL};
+    op_->Message(message, nullptr);
+    answer = {-7, nullptr};
     application_.GetFaults().FailAt(host::Fault::Allocation, 1, -1);
     op_->Message(message, &answer);
     application_.GetFaults().Clear();

@@ -32,7 +32,7 @@ protected:
   static BaseObject* Rendered(BaseDocument* doc) {
     for (BaseVideoPost* post = doc->GetActiveRenderData()->GetFirstVideoPost(); post; post = post->GetNext())
       if (post->GetType() == kVoxelPost) return post->GetDataInstance()->GetObjectLink(1003, doc);
-    return NULL;
+    return nullptr;
   }
 };
 
@@ -52,7 +52,7 @@ TEST_F(SceneTest, PointsAndParametersComeBack) {
 
 TEST_F(SceneTest, ACopyHasPointsOfItsOwn) {
   const StoredCloud before = Stored();
-  BaseObject* copy = (BaseObject*)op_->GetClone(COPYFLAGS_0, NULL);
+  BaseObject* copy = (BaseObject*)op_->GetClone(COPYFLAGS_0, nullptr);
   ASSERT_NE(copy, nullptr);
   EXPECT_EQ(*copy->GetDataInstance(), *op_->GetDataInstance());
   Load(Write("c.xyz", "0 0 0\n"));

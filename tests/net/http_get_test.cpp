@@ -11,7 +11,7 @@
 namespace kelvra {
 namespace {
 
-const std::size_t kMostBody = 1 << 20;
+constexpr std::size_t kMostBody = 1 << 20;
 
 class HttpGetTest : public ObjectTest {
 protected:

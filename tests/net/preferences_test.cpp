@@ -40,7 +40,7 @@ protected:
     for (const host::DialogRecord& dialog : application_->GetDialogs().Shown()) texts.push_back(dialog.text);
     return texts;
   }
-  BaseList2D* page_ = NULL;
+  BaseList2D* page_ = nullptr;
 };
 
 TEST_F(Preferences, ElementsLieUnderKeysOfTheirOwn) {

@@ -11,7 +11,7 @@ namespace {
 
 using host::Utf8;
 
-const char* const kAnswer =
+constexpr const char* kAnswer =
     R"({"geometryType":"esriGeometryPoint","geometries":[{"x":12.5,"y":47.25},{"x":-13.125,"y":-48.5}]})";
 
 class Reprojection : public ObjectTest {

@@ -93,7 +93,7 @@ TEST_F(ColorsTest, TheButtonColorsStoredPointsAndCanBeUndone) {
   Load(Heights("cloud.xyz", {1, 2, 3, 4, 5}));
   const Rgb own = Colors();
   EXPECT_EQ(At(0), (Rgb{10 * 256, 20 * 256, 30 * 256})) << "nothing is coloured unasked";
-  BaseObject* copy = static_cast<BaseObject*>(op_->GetClone(COPYFLAGS_0, NULL));
+  BaseObject* copy = static_cast<BaseObject*>(op_->GetClone(COPYFLAGS_0, nullptr));
   Set(KELVRA_RAMP, KELVRA_RAMP_GRAY);
   op_->GetDataInstance()->SetReal(KELVRA_RAMP_LOW, 0.0);
   op_->GetDataInstance()->SetReal(KELVRA_RAMP_HIGH, 1.0);

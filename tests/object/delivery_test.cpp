@@ -78,7 +78,7 @@ TEST_F(DeliveryTest, BlocksWithACountThatCannotBeAreLeftOut) {
 TEST_F(DeliveryTest, WithoutDataIsHarmless) {
   for (const LONG message : {(LONG)kelvra::kMessageDeliverPoints, (LONG)MSG_DESCRIPTION_COMMAND,
                              (LONG)MSG_DESCRIPTION_POSTSETPARAMETER, (LONG)MSG_MENUPREPARE})
-    EXPECT_TRUE(op_->Message(message, NULL)) << message;
+    EXPECT_TRUE(op_->Message(message, nullptr)) << message;
 }
 
 } // namespace

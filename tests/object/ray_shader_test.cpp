@@ -25,7 +25,7 @@ protected:
   }
   /** As a renderer does: asks for the record, calls what lies at byte 72. */
   Vector Color(LONG index) {
-    void* fields[3] = {NULL, NULL, NULL};
+    void* fields[3] = {nullptr, nullptr, nullptr};
     EXPECT_TRUE(host::SendMessage(*node_, 1018952, fields));
     const char* record = (const char*)fields[2];
     LONG head[2];
@@ -53,8 +53,8 @@ TEST_F(RayShaderTest, HandsOutTheLinkedCloudsColoursWhileItRenders) {
   EXPECT_EQ(Color(0), white);
   EXPECT_EQ(Color(1), cyan);
   for (const LONG outside : {-1, 2, MAXLONGl}) EXPECT_EQ(Color(outside), white) << outside;
-  EXPECT_EQ(Data().Output(NULL, NULL), Vector());
-  Data().FreeRender(NULL);
+  EXPECT_EQ(Data().Output(nullptr, nullptr), Vector());
+  Data().FreeRender(nullptr);
   EXPECT_EQ(Color(1), white);
   Prepare(); // freed with the shader
 }

@@ -135,8 +135,8 @@ TEST_F(SurveyTest, TheOriginGoesWhereItsPointsGo) {
   ASSERT_TRUE(doc_->DoRedo());
   EXPECT_EQ(Exported(op_), survey);
 
-  BaseObject* copy = (BaseObject*)op_->GetClone(COPYFLAGS_0, NULL);
-  doc_->InsertObject(copy, NULL, NULL);
+  BaseObject* copy = (BaseObject*)op_->GetClone(COPYFLAGS_0, nullptr);
+  doc_->InsertObject(copy, nullptr, nullptr);
   op_->GetDataInstance()->SetLong(kOriginMode, 0);
   EXPECT_EQ(Exported(op_), survey) << "the parameter moves no stored point";
   EXPECT_EQ(Exported(copy), survey);

@@ -54,7 +54,8 @@ TEST_F(UndoneViews, CopiesMayForgetTheirViewsOnAnotherThread) {
   NEEDS_VIEW(view);
   Give(op_, kThree);
   std::vector<BaseObject*> copies;
-  for (int i = 0; i < 50; ++i) copies.push_back(static_cast<BaseObject*>(op_->GetClone(COPYFLAGS_0, NULL)));
+  for (int i = 0; i < 50; ++i)
+    copies.push_back(static_cast<BaseObject*>(op_->GetClone(COPYFLAGS_0, nullptr)));
   const std::shared_ptr<kelvra::ViewUploads> uploads = Cloud(op_).display.uploads;
   std::thread other([&] {
     for (BaseObject* copy : copies) uploads->Forget(copy);
@@ -101,7 +102,7 @@ TEST_F(UndoneViews, ClonesOfTheParentStandInItsSpace) {
   std::unique_ptr<Viewport> view = NewView();
   NEEDS_VIEW(view);
   BaseObject* carrier = BaseObject::Alloc(Onull);
-  doc_->InsertObject(carrier, NULL, NULL);
+  doc_->InsertObject(carrier, nullptr, nullptr);
   BaseObject* child = Add(carrier);
   child->SetMl(MatrixMove(Vector(0, 1000, 0))); // clones replace the object's own place
   Give(child, {Vector(0, 0, 0)});

@@ -78,7 +78,7 @@ TEST_F(BitmapTest, SizesDepthsAndModesThatAreNotOfferedAreRefused) {
   AutoAlloc<BaseBitmap> bmp;
   for (const LONG depth : {1, 8, 16, 64, 0})
     EXPECT_EQ(bmp->Init(4, 4, depth), IMAGERESULT_PARAM_ERROR) << depth;
-  EXPECT_EQ(bmp->Save(File("a.png"), FILTER_PNG, NULL, SAVEBIT_0), IMAGERESULT_PARAM_ERROR)
+  EXPECT_EQ(bmp->Save(File("a.png"), FILTER_PNG, nullptr, SAVEBIT_0), IMAGERESULT_PARAM_ERROR)
       << "it has no pixel";
   EXPECT_EQ(bmp->Init(4, 3, 96), IMAGERESULT_OK);
   EXPECT_EQ(bmp->GetColorMode(), COLORMODE_RGBf);
@@ -107,7 +107,7 @@ TEST_F(BitmapTest, SavedFilesHaveTheAskedForDepthAndAlpha) {
       {"e.exr", FILTER_EXR, SAVEBIT_0, 3, fine},
   };
   for (const auto& c : cases) {
-    const IMAGERESULT saved = bmp->Save(File(c.name), c.format, NULL, c.savebits);
+    const IMAGERESULT saved = bmp->Save(File(c.name), c.format, nullptr, c.savebits);
     if (!Offered(c.format)) {
       EXPECT_EQ(saved, IMAGERESULT_WRONGTYPE);
       continue;
@@ -128,13 +128,13 @@ TEST_F(BitmapTest, SavedFilesHaveTheAskedForDepthAndAlpha) {
 TEST_F(BitmapTest, RefusedSavesSayWhy) {
   AutoAlloc<BaseBitmap> bmp;
   ASSERT_EQ(bmp->Init(64, 64), IMAGERESULT_OK);
-  EXPECT_EQ(bmp->Save(File("missing/a.png"), FILTER_PNG, NULL, SAVEBIT_0), IMAGERESULT_NOTEXISTING);
-  EXPECT_EQ(bmp->Save(File("a.jpg"), 1104, NULL, SAVEBIT_0), IMAGERESULT_WRONGTYPE);
-  EXPECT_EQ(bmp->Save(File("a.png"), FILTER_PNG, NULL, SAVEBIT_32BITCHANNELS), IMAGERESULT_WRONGTYPE);
+  EXPECT_EQ(bmp->Save(File("missing/a.png"), FILTER_PNG, nullptr, SAVEBIT_0), IMAGERESULT_NOTEXISTING);
+  EXPECT_EQ(bmp->Save(File("a.jpg"), 1104, nullptr, SAVEBIT_0), IMAGERESULT_WRONGTYPE);
+  EXPECT_EQ(bmp->Save(File("a.png"), FILTER_PNG, nullptr, SAVEBIT_32BITCHANNELS), IMAGERESULT_WRONGTYPE);
   for (const LONG format : {FILTER_PNG, FILTER_TIF, FILTER_EXR}) {
     if (!Offered(format)) continue;
     application_.GetFaults().FailAt(host::Fault::FileWrite, 2);
-    EXPECT_EQ(bmp->Save(File("a"), format, NULL, SAVEBIT_0), IMAGERESULT_FILEERROR) << format;
+    EXPECT_EQ(bmp->Save(File("a"), format, nullptr, SAVEBIT_0), IMAGERESULT_FILEERROR) << format;
   }
   EXPECT_EQ(folder_.Entries(), 0u);
 }

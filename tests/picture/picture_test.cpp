@@ -55,8 +55,8 @@ TEST_P(PictureTest, ComesBackAsItWas) {
 }
 
 TEST_P(PictureTest, IntegersAreCutAndFloatsKept) {
-  const float kNan = std::numeric_limits<float>::quiet_NaN(),
-              kInfinity = std::numeric_limits<float>::infinity();
+  constexpr float kNan = std::numeric_limits<float>::quiet_NaN(),
+                  kInfinity = std::numeric_limits<float>::infinity();
   const Picture written = {3, 1, 3, {-0.5f, 0.0f, 1.0f, 2.5f, kNan, kInfinity, -kInfinity, 1e-9f, 0.999999f}};
   const std::string path = (folder_ / GetParam().name);
   Picture read;

@@ -27,7 +27,7 @@ protected:
     ExpectReports(application_);
   }
 
-  void Enable(const std::string& folder, const char* pattern = NULL, Bool enabled = TRUE) {
+  void Enable(const std::string& folder, const char* pattern = nullptr, Bool enabled = TRUE) {
     host::RenderJob makesThePosts(doc_, options_);
     BaseVideoPost* post = doc_->GetActiveRenderData()->GetFirstVideoPost();
     ASSERT_TRUE(post && post->GetType() == KELVRA_RECORDER);
@@ -48,7 +48,7 @@ protected:
   }
 
   host::Application application_;
-  BaseDocument* doc_ = NULL;
+  BaseDocument* doc_ = nullptr;
   host::RenderOptions options_;
   const TempFolder folder_;
   std::vector<RENDERRESULT> results_;
@@ -57,7 +57,7 @@ protected:
 using Lines = std::vector<std::string>;
 
 TEST_F(RecorderTest, IsOffUntilItIsEnabled) {
-  Enable(folder_.Name(), NULL, FALSE);
+  Enable(folder_.Name(), nullptr, FALSE);
   EXPECT_EQ(Render(0, 1), Lines());
   EXPECT_EQ(folder_.Entries(), 0u);
 }

@@ -3,7 +3,7 @@
 
 namespace rays {
 
-const SReal kGrey[] = {0.5f, 0.5f, 0.5f};
+constexpr SReal kGrey[] = {0.5f, 0.5f, 0.5f};
 
 TEST_F(RaysTest, CountsFollowExtentAndMeanRadius) {
   const struct {

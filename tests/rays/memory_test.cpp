@@ -27,7 +27,7 @@ struct ShadowCaster : Illumination {
     ray.origin = p;
     ray.end = p + LVector(5, 80, 3);
     ray.farLimit = LVector(5, 80, 3).GetLength();
-    return LVector(Trace(data, ray, thread.For(kRayShadow), NULL).transmission) + normal * 0.25;
+    return LVector(Trace(data, ray, thread.For(kRayShadow), nullptr).transmission) + normal * 0.25;
   }
   LVector Ambient() override { return LVector(0.1); }
 };

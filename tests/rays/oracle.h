@@ -120,7 +120,7 @@ struct FakeLight : Illumination {
     LONG alt, excluded;
     LVector Sum() const { return LVector(0.5 + normal.x, 1 + normal.y + alt, 1.5 + std::sin(p.x + p.z)); }
   };
-  const HitList* shadow = NULL;
+  const HitList* shadow = nullptr;
   std::vector<Call> calls;
   LVector At(const LVector& p, const LVector& normal, LONG alt) override {
     calls.push_back({p, normal, alt, shadow->excluded});

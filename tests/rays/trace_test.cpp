@@ -228,7 +228,7 @@ TEST_F(RaysTest, WeightsSumToOne) {
     const auto seen = Trace(data, AlongX(LVector(-5, 0, 0), 1.0), thread.For(kRayVolumetric), &light);
     EXPECT_EQ(seen.color, LVector(item.covered * 0.5)) << item.transparency;
     EXPECT_EQ(seen.transmission, 1.0 - item.covered) << item.transparency;
-    const auto away = Trace(data, AlongX(LVector(-5, 0, 0), -1.0), thread.For(kRayShadow), NULL);
+    const auto away = Trace(data, AlongX(LVector(-5, 0, 0), -1.0), thread.For(kRayShadow), nullptr);
     EXPECT_TRUE(away.color == LVector() && away.transmission == 1.0) << "nothing is there";
   }
 }
@@ -249,7 +249,8 @@ TEST_F(RaysTest, CloudSoFarOutThatItHasNoExtentIsMet) {
   VoxelData data;
   MakeSpheres(data, {LVector(0, 1e17, 0)}, 0.25, 0.0);
   oracle::Thread thread;
-  EXPECT_EQ(Trace(data, AlongX(LVector(-5, 1e17, 0), 1.0), thread.For(kRayShadow), NULL).transmission, 0.0);
+  EXPECT_EQ(Trace(data, AlongX(LVector(-5, 1e17, 0), 1.0), thread.For(kRayShadow), nullptr).transmission,
+            0.0);
 }
 
 } // namespace rays

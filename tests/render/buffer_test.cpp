@@ -41,8 +41,8 @@ TEST(Buffer, WrongLinesAreRefusedAndTouchNothing) {
     EXPECT_FALSE(buffer.GetLine(c.x, c.y, c.count, line, c.depth)) << c.x << " " << c.y << " " << c.count;
     EXPECT_FALSE(buffer.SetLine(c.x, c.y, c.count, line, c.depth)) << c.x << " " << c.y << " " << c.count;
   }
-  EXPECT_FALSE(buffer.GetLine(0, 0, 1, NULL, 32));
-  EXPECT_FALSE(buffer.SetLine(0, 0, 1, NULL, 32));
+  EXPECT_FALSE(buffer.GetLine(0, 0, 1, nullptr, 32));
+  EXPECT_FALSE(buffer.SetLine(0, 0, 1, nullptr, 32));
   EXPECT_EQ(buffer.Samples(), before);
   EXPECT_EQ(line[0], 5.0f);
   EXPECT_TRUE(buffer.GetLine(4, 2, 0, line, 32)) << "nothing, at the end of the line";

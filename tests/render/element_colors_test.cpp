@@ -3,7 +3,7 @@
 
 namespace {
 
-const LONG kRayShader = 1037072, kShaderObject = 1000;
+constexpr LONG kRayShader = 1037072, kShaderObject = 1000;
 
 /** Three points of an object and, above them, three guides, each with the module's shader on it. */
 class ElementColorTest : public RenderTest {
@@ -11,7 +11,7 @@ protected:
   void SetUp() override {
     RenderTest::SetUp();
     // The cloud itself is not rendered: it only lends its colours.
-    FirstPost()->GetDataInstance()->SetLink(1003, NULL);
+    FirstPost()->GetDataInstance()->SetLink(1003, nullptr);
     Add({{Vector(0, 0, 0), 255, 0, 0}, {Vector(0, 0, 1), 0, 255, 0}});
     PolygonObject* points = PolygonObject::Alloc(3, 0);
     HairObject* hair = HairObject::Alloc();
@@ -20,7 +20,7 @@ protected:
       points->GetPointW()[i] = Vector(3.0 * (i - 1), 0, 0);
       for (LONG end = 0; end < 2; ++end) guides->GetPoints()[2 * i + end] = Vector(3.0 * (i - 1), 2 + end, 0);
     }
-    ASSERT_TRUE(hair->Lock(doc_, NULL, FALSE, 0) && hair->SetGuides(guides, FALSE));
+    ASSERT_TRUE(hair->Lock(doc_, nullptr, FALSE, 0) && hair->SetGuides(guides, FALSE));
     hair->Unlock();
     for (BaseObject* op : {(BaseObject*)points, (BaseObject*)hair}) {
       op->GetDataInstance()->SetReal(host::kPointRadius, 1.0);
@@ -28,7 +28,7 @@ protected:
       ASSERT_NE(shader, nullptr);
       shader->GetDataInstance()->SetLink(kShaderObject, op_);
       op->InsertShader(shader);
-      doc_->InsertObject(op, NULL, NULL);
+      doc_->InsertObject(op, nullptr, nullptr);
     }
   }
 };

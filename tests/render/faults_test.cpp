@@ -115,7 +115,7 @@ TEST_F(Explanation, IsOnlyGivenWhileAFrameIsRendered) {
   BaseSceneHook* hook = doc_->FindSceneHook(KELVRA_HOOK);
   EXPECT_FALSE(hook->Message(KELVRA_MESSAGE_EXPLAIN_RAY, &question)) << "nothing stays in the hook";
   VolumeData::Free(vd);
-  FirstPost()->GetDataInstance()->SetLink(KELVRA_RENDER_OBJECT, NULL);
+  FirstPost()->GetDataInstance()->SetLink(KELVRA_RENDER_OBJECT, nullptr);
   EXPECT_TRUE(Explain(16, 16).empty()) << "no points are rendered";
 }
 

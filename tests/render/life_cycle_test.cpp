@@ -37,7 +37,7 @@ public:
 
   RENDERRESULT Execute(BaseVideoPost* node, VideoPostStruct* vps) override {
     const bool usable = vps->vd && vps->vd->fps == vps->fps;
-    heard.push_back({node->GetType(), vps->vp, vps->open != FALSE, vps->vd != NULL, usable,
+    heard.push_back({node->GetType(), vps->vp, vps->open != FALSE, vps->vd != nullptr, usable,
                      *vps->error == RENDERRESULT_OK, asked});
     EXPECT_NE(vps->doc, nullptr);
     EXPECT_NE(vps->thread, nullptr);
@@ -135,7 +135,7 @@ TEST_F(LifeCycle, LegalButUnfriendlyOrdersGiveTheSamePicture) {
     Witness::asksForBreak = false;
     EXPECT_EQ(Render().samples, whole.samples) << "after a break without closes, " << n;
   }
-  BaseDocument* copy = static_cast<BaseDocument*>(doc_->GetClone(COPYFLAGS_0, NULL));
+  BaseDocument* copy = static_cast<BaseDocument*>(doc_->GetClone(COPYFLAGS_0, nullptr));
   ASSERT_NE(copy, nullptr);
   Shot inner;
   host::RenderOptions plain = options_;

@@ -108,7 +108,7 @@ TEST_F(Surfaces, PointsThrowShadowsWhereALightAsksForThem) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     Data().SetReal(KELVRA_TRANSPARENCY, c.transparency);
-    FirstPost()->GetDataInstance()->SetLink(KELVRA_RENDER_OBJECT, c.linked ? op_ : NULL);
+    FirstPost()->GetDataInstance()->SetLink(KELVRA_RENDER_OBJECT, c.linked ? op_ : nullptr);
     BaseContainer& light = AddLight(Vector(0, 20, 0));
     light.SetBool(host::kLightShadow, c.shadow);
     if (c.distant) {

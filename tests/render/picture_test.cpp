@@ -82,7 +82,7 @@ TEST_F(Picture, OnlyWhatAPostLinksIsRendered) {
   const auto unlink = [this](BaseObject* op) {
     for (BaseVideoPost* post = FirstPost(); post; post = post->GetNext())
       if (post->GetType() == kVoxelPost && post->GetDataInstance()->GetObjectLink(1003, doc_) == op)
-        post->GetDataInstance()->SetLink(KELVRA_RENDER_OBJECT, NULL);
+        post->GetDataInstance()->SetLink(KELVRA_RENDER_OBJECT, nullptr);
   };
   unlink(op_);
   EXPECT_EQ(seen(), "g");
@@ -97,7 +97,7 @@ TEST_F(Picture, CloudsBuiltBelowALinkedOneAreRenderedWhereTheyStand) {
   // One that built something itself is looked for in what it built: it has a video post of its own.
   BaseObject* child = BaseObject::Alloc(kCloud);
   MakePlain(child->GetDataInstance());
-  doc_->InsertObject(child, op_, NULL);
+  doc_->InsertObject(child, op_, nullptr);
   AddTo(child, {{Vector(2, 0, 0), 0, 0, 255}});
   const Shot shot = Render();
   const Blob red = Find(shot, 0), green = Find(shot, 1);
@@ -122,7 +122,7 @@ TEST_F(Picture, PointsOfLinkedGeometryTakeTheirColoursFromVertexMaps) {
   BaseContainer* post = FirstPost()->GetDataInstance();
   MakePlain(post);
   for (PointObject* op : {(PointObject*)polygons, (PointObject*)spline}) {
-    doc_->InsertObject(op, NULL, NULL);
+    doc_->InsertObject(op, nullptr, nullptr);
     op->GetPointW()[0] = Vector(-2, 0, 0);
     op->GetPointW()[1] = Vector(2, 0, 0);
     post->SetLink(KELVRA_RENDER_OBJECT, op);
@@ -143,7 +143,7 @@ TEST_F(Picture, PointsOfLinkedGeometryTakeTheirColoursFromVertexMaps) {
     ExpectNear(shot.At(16 - 8, 16), Vector(0.25, 0.5, 1)); // the missing map counts as white
     ExpectNear(shot.At(16 + 8, 16), Vector(1, 0, 1));
     ExpectNear(shot.Middle(), kBehind);
-    PointObject* deformed = static_cast<PointObject*>(op->GetClone(COPYFLAGS_0, NULL));
+    PointObject* deformed = static_cast<PointObject*>(op->GetClone(COPYFLAGS_0, nullptr));
     deformed->GetPointW()[0] = Vector(0, 2, 0);
     host::SetDeformCache(*host::Impl(op), host::Impl(deformed));
     const Shot bent = Render();

@@ -27,8 +27,8 @@ protected:
     ASSERT_TRUE(!plugins || RegisterPayloads());
   }
 
-  static BaseObject* Add(BaseDocument* doc, LONG type, const char* name, BaseObject* parent = NULL,
-                         BaseObject* pred = NULL) {
+  static BaseObject* Add(BaseDocument* doc, LONG type, const char* name, BaseObject* parent = nullptr,
+                         BaseObject* pred = nullptr) {
     BaseObject* op = BaseObject::Alloc(type);
     op->SetName(String(name));
     doc->InsertObject(op, parent, pred);
@@ -175,7 +175,7 @@ TEST_F(SceneFile, WellSealedNonsenseDoesNoHarm) {
     std::string error;
     ASSERT_TRUE(source.OpenMemory(bytes.data(), bytes.size()));
     BaseDocument* doc = host::ReadSceneStream(source, &error);
-    EXPECT_EQ(doc == NULL, !error.empty());
+    EXPECT_EQ(doc == nullptr, !error.empty());
     if (doc) BaseDocument::Free(doc);
   }
 }
@@ -281,7 +281,7 @@ TEST_F(SceneFile, WhatAnOlderPlugInLeavesUnreadIsSkipped) {
 
 TEST_F(SceneFile, HierarchiesAreSavedAsDeepAsTheyCanBeRead) {
   BaseDocument* doc = application_->NewDocument();
-  BaseObject* last = NULL;
+  BaseObject* last = nullptr;
   for (int i = 0; i < 1000; ++i) last = Add(doc, Onull, "level", last);
   Save(doc, "deep.scene");
   BaseObject* op = Load("deep.scene")->GetFirstObject();

@@ -217,7 +217,7 @@ TEST_F(ValueStream, NestingBeyondTheLimitsIsRefusedOnBothSides) {
 TEST_F(ValueStream, ArraysThatCannotBeAreRefusedBeforeTheyAreTouched) {
   const LReal data[2] = {};
   const std::tuple<const LReal*, LONG, LONG> cases[] = {
-      {data, 8, -1}, {data, 7, 2}, {data, -8, 2}, {NULL, 8, 2}};
+      {data, 8, -1}, {data, 7, 2}, {data, -8, 2}, {nullptr, 8, 2}};
   for (const auto& [from, increment, count] : cases) {
     BufferedFile file(nullptr);
     ASSERT_TRUE(file.Open(Path("array"), disk::Access::Write));

@@ -36,7 +36,7 @@ TEST_F(SdkValues, TextOutsideItsPreconditionsEndsTheProgram) {
   EXPECT_DEATH(s.SubStr(5, 0), "outside the text");
   EXPECT_DEATH(s.SubStr(-1, 2), "outside the text");
   EXPECT_DEATH(at += s[5], "outside the text");
-  EXPECT_DEATH(s.FindFirst('i', NULL), "no place for its hit");
+  EXPECT_DEATH(s.FindFirst('i', nullptr), "no place for its hit");
 }
 
 TEST_F(SdkValues, FindingStartsAtTheGivenPlace) {

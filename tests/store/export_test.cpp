@@ -38,7 +38,7 @@ TEST_F(Export, PositionsAreAPrefixInStoreOrderAndSetTheBox) {
     EXPECT_EQ(box.valid, count > 0);
   }
   EXPECT_TRUE(box.min == all[0] && box.max == all[1]);
-  store.ExportPositions(NULL, 0, &box, 200);
+  store.ExportPositions(nullptr, 0, &box, 200);
   EXPECT_TRUE(box.min == Vector(1.0e308) && box.max == Vector(-1.0e308));
 }
 

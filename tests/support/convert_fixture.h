@@ -80,7 +80,7 @@ protected:
   TP_MasterSystem* System() { return (TP_MasterSystem*)doc_->FindSceneHook(ID_THINKINGPARTICLES); }
   std::vector<TP_PGroup*> Groups() {
     TP_PGroupArray groups;
-    System()->GetParticleGroups(NULL, &groups, TP_GETPGROUP_ALL, TRUE);
+    System()->GetParticleGroups(nullptr, &groups, TP_GETPGROUP_ALL, TRUE);
     std::vector<TP_PGroup*> found;
     for (LONG i = 0; i < groups.GetCount(); ++i) found.push_back(groups.GetIndex(i));
     return found;

@@ -44,7 +44,7 @@ protected:
     for (LONG i = 0; i < 6; ++i) op->GetPointW()[i] = Vector(i, i * i, -i);
     op->GetPolygonW()[0] = CPolygon(0, 1, 2, 3);
     op->GetPolygonW()[1] = CPolygon(3, 4, 5, 5);
-    doc_->InsertObject(op, NULL, NULL);
+    doc_->InsertObject(op, nullptr, nullptr);
     return op;
   }
   /** Two segments of two and three points. */
@@ -54,7 +54,7 @@ protected:
     Segment* segments = (Segment*)op->MakeVariableTag(Tsegment, 2)->GetLowlevelDataAddressW();
     segments[0] = {2, FALSE};
     segments[1] = {3, TRUE};
-    doc_->InsertObject(op, NULL, NULL);
+    doc_->InsertObject(op, nullptr, nullptr);
     return op;
   }
 
@@ -76,7 +76,7 @@ protected:
     return text;
   }
 
-  static BaseObject* Clone(BaseObject* op) { return (BaseObject*)op->GetClone(COPYFLAGS_0, NULL); }
+  static BaseObject* Clone(BaseObject* op) { return (BaseObject*)op->GetClone(COPYFLAGS_0, nullptr); }
 
   std::string Save() {
     std::string error;
@@ -117,6 +117,6 @@ protected:
   }
 
   std::unique_ptr<host::Application> application_;
-  BaseDocument* doc_ = NULL;
+  BaseDocument* doc_ = nullptr;
   std::vector<std::string> expected_;
 };

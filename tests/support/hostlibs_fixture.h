@@ -26,7 +26,7 @@ protected:
     return guides;
   }
   static bool Give(HairObject* hair, HairGuides* guides, Bool clone = FALSE) {
-    if (!hair->Lock(NULL, NULL, FALSE, 0)) return false;
+    if (!hair->Lock(nullptr, nullptr, FALSE, 0)) return false;
     const Bool given = hair->SetGuides(guides, clone);
     hair->Unlock();
     return given != FALSE;
@@ -34,11 +34,12 @@ protected:
   HairObject* AddHair(HairGuides* guides) {
     HairObject* hair = HairObject::Alloc();
     EXPECT_TRUE(Give(hair, guides));
-    doc_->InsertObject(hair, NULL, NULL);
+    doc_->InsertObject(hair, nullptr, nullptr);
     return hair;
   }
 
-  TP_PGroup* AddGroup(const char* name, TP_PGroup* parent = NULL, TP_InsertMode mode = TP_INSERT_UNDERLAST) {
+  TP_PGroup* AddGroup(const char* name, TP_PGroup* parent = nullptr,
+                      TP_InsertMode mode = TP_INSERT_UNDERLAST) {
     TP_PGroup* group = System()->AllocParticleGroup();
     group->SetName(name);
     EXPECT_TRUE(System()->SetPGroupHierarchy(parent, group, mode));
@@ -58,7 +59,7 @@ protected:
   }
   BaseObject* AddEmitter(const std::vector<host::EmitterParticle>& particles, LONG option = 0) {
     BaseObject* emitter = BaseObject::Alloc(Oemitter_external);
-    doc_->InsertObject(emitter, NULL, NULL);
+    doc_->InsertObject(emitter, nullptr, nullptr);
     EmitterLibrary* library = EmitterLibrary::Get();
     EXPECT_TRUE(library->SetCount(emitter, (LONG)particles.size()));
     library->SetOption(emitter, option);
@@ -98,7 +99,7 @@ protected:
   /** The groups from the built-in one on, with their particles in order; numbers of particles may differ. */
   static std::string Held(TP_MasterSystem* system) {
     TP_PGroupArray groups;
-    system->GetParticleGroups(NULL, &groups, TP_GETPGROUP_ALL, TRUE);
+    system->GetParticleGroups(nullptr, &groups, TP_GETPGROUP_ALL, TRUE);
     std::string text;
     for (LONG i = 0; i < groups.GetCount(); ++i) {
       TP_PGroup* group = groups.GetIndex(i);

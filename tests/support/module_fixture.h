@@ -82,6 +82,6 @@ protected:
   }
 
   host::Application application_;
-  BaseDocument* doc_ = NULL;
-  BaseObject* op_ = NULL;
+  BaseDocument* doc_ = nullptr;
+  BaseObject* op_ = nullptr;
 };

@@ -13,7 +13,7 @@ protected:
     application_.reset(new host::Application);
     // Resources are looked for beside the module's file.
     sdk::SetPluginFile(Filename(KELVRA_SOURCE_DIR "/kelvra.so"));
-    ASSERT_TRUE(PluginMessage(C4DPL_INIT_SYS, NULL));
+    ASSERT_TRUE(PluginMessage(C4DPL_INIT_SYS, nullptr));
     ASSERT_TRUE(PluginStart());
     doc_ = application_->NewDocument();
     op_ = Add();
@@ -28,9 +28,9 @@ protected:
     application_.reset();
   }
 
-  BaseObject* Add(BaseObject* parent = NULL) {
+  BaseObject* Add(BaseObject* parent = nullptr) {
     BaseObject* op = BaseObject::Alloc(kelvra::kPointCloudId);
-    doc_->InsertObject(op, parent, NULL);
+    doc_->InsertObject(op, parent, nullptr);
     return op;
   }
 
@@ -54,7 +54,7 @@ protected:
   }
 
   std::unique_ptr<host::Application> application_;
-  BaseDocument* doc_ = NULL;
-  BaseObject* op_ = NULL;
+  BaseDocument* doc_ = nullptr;
+  BaseObject* op_ = nullptr;
   std::vector<std::string> expected_; ///< reports of misbehaviour
 };

@@ -37,7 +37,7 @@ public:
     if (twist == Twist::RefuseWrite) return FALSE;
     if (twist == Twist::EndForeignChunk) hf->WriteChunkEnd();
     if (twist == Twist::LeaveChunkOpen) hf->WriteChunkStart(5, 0);
-    if (twist == Twist::IgnoreWriteError) hf->WriteArray(NULL, HYPERFILEARRAY_LONG, 4, 3);
+    if (twist == Twist::IgnoreWriteError) hf->WriteArray(nullptr, HYPERFILEARRAY_LONG, 4, 3);
     return hf->WriteLong(number) && hf->WriteString(text) && hf->WriteLong((LONG)reals.size()) &&
            hf->WriteArray(reals.data(), HYPERFILEARRAY_SREAL, sizeof(SReal), (LONG)reals.size()) &&
            hf->WriteChunkStart(7, 2) && hf->WriteContainer(extra) && hf->WriteChunkEnd();
@@ -66,7 +66,7 @@ public:
 };
 
 inline Bool RegisterPayloads() {
-  return RegisterObjectPlugin(kPayloadObject, "Payload", OBJECT_GENERATOR, Payload::Alloc, String(), NULL,
+  return RegisterObjectPlugin(kPayloadObject, "Payload", OBJECT_GENERATOR, Payload::Alloc, String(), nullptr,
                               3) &&
          RegisterVideoPostPlugin(kPayloadPost, "Payload Post", 0, PayloadPost::Alloc, String(), 1, 0);
 }

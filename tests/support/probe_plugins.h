@@ -59,8 +59,8 @@ protected:
     Probe::failCopy = false;
     Probe::freed = 0;
     application_.reset(new host::Application);
-    ASSERT_TRUE(RegisterObjectPlugin(kProbe, "Probe", OBJECT_GENERATOR, Probe::Alloc, String(), NULL, 0));
-    ASSERT_TRUE(RegisterObjectPlugin(kStubborn, "Stubborn", 0, Stubborn::Alloc, String(), NULL, 0));
+    ASSERT_TRUE(RegisterObjectPlugin(kProbe, "Probe", OBJECT_GENERATOR, Probe::Alloc, String(), nullptr, 0));
+    ASSERT_TRUE(RegisterObjectPlugin(kStubborn, "Stubborn", 0, Stubborn::Alloc, String(), nullptr, 0));
     ASSERT_TRUE(RegisterVideoPostPlugin(kProbePost, "Post", PLUGINFLAG_VIDEOPOST_INHERENT, ProbePost::Alloc,
                                         String(), 0, 7));
     ASSERT_TRUE(RegisterSceneHookPlugin(kProbeHook, "Hook", 0, ProbeHook::Alloc, 0, 0));
@@ -73,7 +73,7 @@ protected:
     Probe::onMessage = nullptr;
   }
 
-  BaseObject* Add(LONG type, const char* name, BaseObject* parent = NULL, BaseObject* pred = NULL) {
+  BaseObject* Add(LONG type, const char* name, BaseObject* parent = nullptr, BaseObject* pred = nullptr) {
     BaseObject* op = BaseObject::Alloc(type);
     op->SetName(String(name));
     doc_->InsertObject(op, parent, pred);
@@ -89,6 +89,6 @@ protected:
   }
 
   std::unique_ptr<host::Application> application_;
-  BaseDocument* doc_ = NULL;
+  BaseDocument* doc_ = nullptr;
   bool cleanExpected_ = true;
 };

@@ -70,10 +70,10 @@ protected:
   /** A cloud with points that an object below the linked one built: it stands in that object's cache. */
   BaseObject* AddBuilt(const Matrix& place, const std::vector<Dot>& dots) {
     BaseObject *builder = BaseObject::Alloc(Onull), *cloud = BaseObject::Alloc(kCloud);
-    doc_->InsertObject(builder, op_, NULL);
+    doc_->InsertObject(builder, op_, nullptr);
     builder->SetMl(place);
     MakePlain(cloud->GetDataInstance());
-    doc_->InsertObject(cloud, builder, NULL);
+    doc_->InsertObject(cloud, builder, nullptr);
     AddTo(cloud, dots);
     host::RemoveNode(*host::Impl(cloud));
     host::AppendNode(host::Impl(builder)->cache, *host::Impl(cloud));
@@ -85,7 +85,7 @@ protected:
     PolygonObject* op = PolygonObject::Alloc(4, 1);
     std::copy(corners.begin(), corners.end(), op->GetPointW());
     op->GetPolygonW()[0] = CPolygon(0, 1, 2, 3);
-    doc_->InsertObject(op, NULL, NULL);
+    doc_->InsertObject(op, nullptr, nullptr);
     return *op->GetDataInstance();
   }
   /** A square that faces the camera. */
@@ -98,7 +98,7 @@ protected:
   BaseContainer& AddLight(const Vector& p) {
     BaseObject* light = BaseObject::Alloc(Olight);
     light->SetMl(MatrixMove(p));
-    doc_->InsertObject(light, NULL, NULL);
+    doc_->InsertObject(light, nullptr, nullptr);
     return *light->GetDataInstance();
   }
 

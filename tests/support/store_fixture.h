@@ -49,7 +49,7 @@ public:
 
   template <class T>
   bool Record(const T& written) {
-    host::HyperFileImpl stream(*this, NULL);
+    host::HyperFileImpl stream(*this, nullptr);
     return written.Write(stream.Api());
   }
   void Replay(HyperFile* hf, std::size_t first) const {

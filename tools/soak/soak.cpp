@@ -35,10 +35,10 @@ struct Holding {
 };
 
 /** Cycles after which caches, pools and the driver hold what they keep. */
-const int kWarmUp = 100;
+constexpr int kWarmUp = 100;
 /** Growth that is not a leak: pages that the allocator has not given back, and a cycle's lines on the
  * console. */
-const long long kMemorySlack = 16 << 20, kHeapPerCycle = 4096;
+constexpr long long kMemorySlack = 16 << 20, kHeapPerCycle = 4096;
 
 [[noreturn]] void Fail(const std::string& what) {
   throw std::runtime_error(what);
@@ -72,9 +72,9 @@ public:
     Require(Points(cloud) > 0, file + ": no points");
     Require(doc->DoUndo() && Points(cloud) == 0, "undo left points");
     Require(doc->DoRedo() && Points(cloud) > 0, "redo brought no points");
-    BaseObject* copy = (BaseObject*)cloud->GetClone(COPYFLAGS_0, NULL);
+    BaseObject* copy = (BaseObject*)cloud->GetClone(COPYFLAGS_0, nullptr);
     Require(copy, "no copy");
-    doc->InsertObject(copy, NULL, cloud);
+    doc->InsertObject(copy, nullptr, cloud);
     Draw(doc);
     Render(doc);
     const LONG modes[] = {KELVRA_CONVERT_MODE_POINTS, KELVRA_CONVERT_MODE_HAIR,

@@ -10,7 +10,7 @@ namespace cli {
 /** Where a file's points are shown, in the axes of the scene; not valid where that is not known. */
 using SceneBox = Box;
 /** Scenes are looked at, not measured: what is smaller does not count. */
-const double kSceneStep = 0.001;
+constexpr double kSceneStep = 0.001;
 
 /** As many decimals as the step keeps; zeros at the end are left out. */
 std::string Coordinate(double value, double step);

@@ -11,7 +11,7 @@ namespace cli {
 namespace {
 
 /** Digits that a picture can show, and some more. */
-const int kDigits = 10;
+constexpr int kDigits = 10;
 
 /** Rounded to a step; without zeros at the end. */
 std::string Short(double value, int decimals) {

@@ -8,7 +8,7 @@ namespace cli {
 
 namespace {
 
-const long kMostClones = 10000;
+constexpr long kMostClones = 10000;
 
 } // namespace
 

@@ -12,7 +12,7 @@ namespace cli {
 namespace {
 
 /** Beyond any cloud and still far from overflow: farther values are slips of the keyboard. */
-const double kFarthest = 1e12;
+constexpr double kFarthest = 1e12;
 
 } // namespace
 

@@ -11,8 +11,8 @@ namespace cli {
 namespace {
 
 /** Suffixes that say what a file holds, none of them text or a scene. */
-const char* const kOtherFormats[] = {".las", ".laz", ".pts",  ".ply",  ".obj", ".e57", ".pcd", ".csv",
-                                     ".png", ".jpg", ".jpeg", ".tiff", ".tif", ".exr", ".bmp"};
+constexpr const char* kOtherFormats[] = {".las", ".laz", ".pts",  ".ply",  ".obj", ".e57", ".pcd", ".csv",
+                                         ".png", ".jpg", ".jpeg", ".tiff", ".tif", ".exr", ".bmp"};
 
 bool EndsIn(const std::string& path, const std::string& suffix) {
   if (path.size() <= suffix.size()) return false;

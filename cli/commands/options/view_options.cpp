@@ -12,8 +12,8 @@ namespace cli {
 namespace {
 
 /** Most pixels on a side of a picture. */
-const int kMostPixels = 16384;
-const double kFieldOfView = 45.0, kFieldOfViewInside = 80.0;
+constexpr int kMostPixels = 16384;
+constexpr double kFieldOfView = 45.0, kFieldOfViewInside = 80.0;
 
 /**
  * Directions of view, as shares of right, up and away from a viewer who looks at the front. Files with z up

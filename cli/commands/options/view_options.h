@@ -10,7 +10,7 @@
 namespace cli {
 
 /** The view from amid the points. */
-const char* const kInsideView = "inside";
+constexpr const char* kInsideView = "inside";
 
 struct PictureSize {
   int width = 1280, height = 720; ///< pixels

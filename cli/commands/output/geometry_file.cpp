@@ -41,7 +41,7 @@ VertexMapTag* FindMap(PointObject* points, const char* name) {
         map->GetDataAddressR())
       return map;
   }
-  return NULL;
+  return nullptr;
 }
 
 /** Shortest form that reads back to the same number. */

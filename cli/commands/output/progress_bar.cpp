@@ -14,7 +14,7 @@ namespace cli {
 
 namespace {
 
-const int kWidth = 40;
+constexpr int kWidth = 40;
 
 } // namespace
 

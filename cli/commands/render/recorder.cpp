@@ -12,7 +12,7 @@ namespace cli {
 
 namespace {
 
-const char* const kPattern = "frame_####.png";
+constexpr const char* kPattern = "frame_####.png";
 
 bool TimeOf(const std::string& path, fs::file_time_type* written) {
   std::error_code code;

@@ -34,7 +34,7 @@ Pixel ParsePixel(const std::string& text) {
 }
 
 /** Of a picture's side that a preview has. */
-const int kPreviewPart = 4;
+constexpr int kPreviewPart = 4;
 
 /** An option without effect is a slip, and the picture would not be the one that was wanted. */
 void CheckTogether(const RenderPlan& plan) {

@@ -10,7 +10,7 @@ namespace cli {
 
 namespace {
 
-const char* const kForms =
+constexpr const char* kForms =
     "expected sun:AZIMUTH,ELEVATION, point:X,Y,Z or ambient, each with :BRIGHTNESS and :#RRGGBB if you like";
 
 /** Axes of a light that shines from that compass direction. */
@@ -70,7 +70,7 @@ void AddLights(BaseDocument* doc, const std::vector<SceneLight>& lights) {
     data->SetReal(host::kLightBrightness, light.brightness);
     data->SetLong(host::kLightType, light.type);
     op->SetMl(light.place);
-    doc->InsertObject(op, NULL, NULL);
+    doc->InsertObject(op, nullptr, nullptr);
   }
 }
 

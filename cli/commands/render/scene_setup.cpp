@@ -25,8 +25,8 @@ WorldExtent ExtentOf(const CloudSession& session, std::string* note) {
 }
 
 /** Radius, as a multiple of the mean distance of neighbours, at which points close the surface. */
-const double kRadiusPerSpacing = 1.1;
-const double kLeastRadius = 0.05;
+constexpr double kRadiusPerSpacing = 1.1;
+constexpr double kLeastRadius = 0.05;
 
 /** Of a cloud, or of a video post, whose parameter has the same number. */
 void SetRadius(BaseContainer* data, double wanted, std::vector<std::string>* notes) {
@@ -82,7 +82,7 @@ void AddGround(CloudSession& session, const WorldExtent& extent, const RenderPla
   BaseContainer* data = ground->GetDataInstance();
   data->SetVector(host::kSurfaceColor, Vector(0.55, 0.55, 0.53));
   data->SetReal(host::kSurfaceReflection, plan.groundMirror);
-  session.Document()->InsertObject(ground, NULL, NULL);
+  session.Document()->InsertObject(ground, nullptr, nullptr);
 }
 
 /** Widens the box of a small cloud by the discs of its points, which would stand out of it. */

@@ -23,7 +23,7 @@ namespace cli {
 namespace {
 
 /** Exit statuses from here on are those of a child that a signal ended. */
-const int kSignalled = 128;
+constexpr int kSignalled = 128;
 
 void Replace(std::string& text, const std::string& from, const std::string& to) {
   for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))

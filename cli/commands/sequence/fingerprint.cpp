@@ -16,7 +16,7 @@ namespace cli {
 
 namespace {
 
-const std::size_t kPiece = 1 << 20;
+constexpr std::size_t kPiece = 1 << 20;
 
 std::string Hexadecimal(std::uint64_t value) {
   std::string digits(16, '0');

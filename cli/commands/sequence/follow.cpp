@@ -26,17 +26,17 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-const double kFastestPoll = 0.1; ///< seconds
+constexpr double kFastestPoll = 0.1; ///< seconds
 
 /**
  * A part's results may show up on a shared disk some time after its process is gone; it counts as ended too
  * early once it was looked at this often without it.
  */
-const int kLooks = 3;
+constexpr int kLooks = 3;
 
 /** Without a terminal a line of progress is printed at each of these shares, of jobs that take a while. */
-const double kLineShare = 0.1;
-const double kLineSeconds = 10.0;
+constexpr double kLineShare = 0.1;
+constexpr double kLineSeconds = 10.0;
 
 double Since(Clock::time_point start) {
   return std::chrono::duration<double>(Clock::now() - start).count();

@@ -18,12 +18,12 @@ namespace cli {
 
 namespace {
 
-const char* const kFingerprint = "Kelvra-Fingerprint";
-const char* const kFrame = "Kelvra-Frame";
-const char* const kOptions = "Kelvra-Options";
-const char* const kClouds = "Kelvra-Clouds";
-const char* const kWhole = "whole";
-const char* const kInPart = "loaded in part";
+constexpr const char* kFingerprint = "Kelvra-Fingerprint";
+constexpr const char* kFrame = "Kelvra-Frame";
+constexpr const char* kOptions = "Kelvra-Options";
+constexpr const char* kClouds = "Kelvra-Clouds";
+constexpr const char* kWhole = "whole";
+constexpr const char* kInPart = "loaded in part";
 
 std::string TextOf(const host::PictureTexts& texts, const std::string& key) {
   for (const host::PictureText& entry : texts)

@@ -9,7 +9,7 @@ namespace cli {
 
 namespace {
 
-const int kMostItems = 1000000;
+constexpr int kMostItems = 1000000;
 
 void CheckCluster(const SequencePlan& plan) {
 #ifdef _WIN32

@@ -15,7 +15,7 @@ namespace cli {
 namespace {
 
 /** Lines of many users' jobs would take long to send: only our own. One line a task. */
-const char* const kQueue = "squeue --me --noheader --array --format='%F %K %T'";
+constexpr const char* kQueue = "squeue --me --noheader --array --format='%F %K %T'";
 
 std::string FirstLine(const std::string& text) {
   return text.substr(0, text.find('\n'));

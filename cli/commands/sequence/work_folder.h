@@ -9,7 +9,7 @@
 namespace cli {
 
 /** Attempts at a part before it is given up. */
-const int kMostTries = 3;
+constexpr int kMostTries = 3;
 
 class WorkFolder {
 public:

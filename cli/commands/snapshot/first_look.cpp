@@ -14,12 +14,12 @@ namespace cli {
 namespace {
 
 /** Share of the points below and above the heights that the colour modes span. */
-const double kHeightShare = 0.01;
+constexpr double kHeightShare = 0.01;
 /** Points slightly larger than their distance close a surface. */
-const double kPointsPerSpacing = 1.3;
-const double kLeastPoint = 2.0, kLargestPoint = 6.0;
+constexpr double kPointsPerSpacing = 1.3;
+constexpr double kLeastPoint = 2.0, kLargestPoint = 6.0;
 /** Inside, the nearest points are seen, which stand farther apart in the picture. */
-const double kLeastInside = 6.0;
+constexpr double kLeastInside = 6.0;
 
 bool ByHeight(LONG mode) {
   return mode == KELVRA_COLOR_MODE_HEIGHT || mode == KELVRA_COLOR_MODE_POINT_BY_HEIGHT;

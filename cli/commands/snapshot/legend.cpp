@@ -14,12 +14,12 @@ namespace cli {
 namespace {
 
 // Lengths in pixels at scale 1.
-const int kMargin = 8, kPadding = 6, kSwatch = 8, kBarWidth = 12, kBarHeight = 150, kTick = 3;
+constexpr int kMargin = 8, kPadding = 6, kSwatch = 8, kBarWidth = 12, kBarHeight = 150, kTick = 3;
 /** Height of a picture in which the text has scale 1. */
-const int kSmallPicture = 360;
+constexpr int kSmallPicture = 360;
 /** What is left of the picture's light behind the legend. */
-const double kPanel = 0.35;
-const int kMostTicks = 6;
+constexpr double kPanel = 0.35;
+constexpr int kMostTicks = 6;
 
 struct Box2 {
   int left, top, width, height;

@@ -4,7 +4,7 @@ namespace cli {
 
 namespace {
 
-const int kWidth = 5, kHeight = 8;
+constexpr int kWidth = 5, kHeight = 8;
 
 /** Rows from the top, eight of five pixels; the last row is for what hangs below the line. */
 const struct Glyph {

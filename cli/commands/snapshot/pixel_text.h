@@ -8,7 +8,7 @@
 namespace cli {
 
 /** Pixels between the tops of two lines, and from one character to the next, at scale 1. */
-const int kLinePixels = 11, kCharacterPixels = 6;
+constexpr int kLinePixels = 11, kCharacterPixels = 6;
 
 /** White text with its top left corner there; what lies outside the picture is left out. */
 void DrawText(host::gl::Image* image, int x, int y, int scale, const std::string& text);

@@ -11,7 +11,7 @@ namespace cli {
 
 namespace {
 
-const int kMostPictures = 10000;
+constexpr int kMostPictures = 10000;
 
 bool ParseSwitch(const std::string& text) {
   if (text != "on" && text != "off") throw UsageError{"expected on or off"};

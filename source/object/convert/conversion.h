@@ -58,7 +58,7 @@ public:
   GeDynamicArray<LONG> lengths;
 
 private:
-  static const VLONG kLengthStep = 16384;
+  static constexpr VLONG kLengthStep = 16384;
   Real breakDistance_;
   LONG points_ = 0;
   Vector last_;

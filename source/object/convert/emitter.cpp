@@ -21,8 +21,8 @@ namespace kelvra {
 namespace {
 
 /** Parameters of the emitter, and the option that its library needs before it is filled. */
-const LONG kEmitterSwitch = 10080, kEmitterCount = 10020, kEmitterFlag = 10175;
-const LONG kEmitterOption = 16;
+constexpr LONG kEmitterSwitch = 10080, kEmitterCount = 10020, kEmitterFlag = 10175;
+constexpr LONG kEmitterOption = 16;
 
 /** The first emitter that suits, among these objects and anywhere below them. */
 template <class Suits>

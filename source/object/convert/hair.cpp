@@ -7,7 +7,7 @@ namespace kelvra {
 namespace {
 
 /** Height of the hair on each point, whatever the size of the cloud. */
-const Real kHairHeight = 0.01;
+constexpr Real kHairHeight = 0.01;
 
 /** Gives each point a guide. FALSE when memory is refused; without memory for guides the hair has none. */
 Bool SetGuides(HairObject* hair, const ConversionRequest& request) {

@@ -8,7 +8,7 @@ namespace kelvra {
 namespace {
 
 /** Lifetime of a particle in seconds: longer than any animation. */
-const Real kForever = 9.0e18;
+constexpr Real kForever = 9.0e18;
 
 /** A new group with that name below root; NULL when the system refuses. */
 TP_PGroup* MakeGroup(TP_MasterSystem* system, TP_PGroup* root, const String& name) {

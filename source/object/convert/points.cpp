@@ -4,7 +4,7 @@ namespace kelvra {
 
 namespace {
 
-const char* const kMapNames[3] = {"Red", "Green", "Blue"};
+constexpr const char* kMapNames[3] = {"Red", "Green", "Blue"};
 
 /**
  * Makes the three maps in order, from colours that stand in place of the first `written` positions; the rest

@@ -12,7 +12,7 @@ namespace {
 /** The host uses it to tell our buffers and programs from those of other plug-ins on the same object. */
 CHAR identity[4] = {'K', 'L', 'V', 'R'};
 
-const LLONG kMostBufferBytes = 2147483647;
+constexpr LLONG kMostBufferBytes = 2147483647;
 
 /** Points that one vertex buffer can hold. */
 LONG DisplayCount(const PointStore& store) {

@@ -11,7 +11,7 @@ namespace {
  * Colour passes from the vertex to the fragment stage; no colour conversion; no shadows; after lighting;
  * noise functions in the vertex stage.
  */
-const LULONG kProgramParameters = 0x1281040;
+constexpr LULONG kProgramParameters = 0x1281040;
 
 struct UniformDeclaration {
   const char* name;

@@ -68,7 +68,7 @@ public:
   bool Read(std::uint64_t offset, void* bytes, std::size_t count) override;
 
 private:
-  std::FILE* file_ = nullptr;
+  std::FILE* file_ = NULL;
   std::uint64_t size_ = 0;
 };
 

@@ -149,7 +149,7 @@ LasChunkPlan PlanLasChunks(ByteSource& file, const LasHeader& header, const LasC
   }
   // 4. Layered chunks tell their lengths: follow them to the first one that does not fit.
   if (compression.Layered())
-    FollowLayeredChunks(file, header, compression, plan.withoutTable ? nullptr : &table, plan);
+    FollowLayeredChunks(file, header, compression, plan.withoutTable ? NULL : &table, plan);
   if (plan.cut == LoadCut::kNone && plan.withoutTable) {
     plan.cut = table.position > file.Size() ? LoadCut::kFileEnd : LoadCut::kDamage;
     plan.cutPlace = tableProblem;

@@ -23,7 +23,7 @@ std::string ReadText(ByteSource& file, const LasRecord& record) {
 const LasRecord* Find(const std::vector<LasRecord>& records, unsigned id) {
   const auto found = std::find_if(records.begin(), records.end(),
                                   [id](const LasRecord& record) { return record.Is("LASF_Projection", id); });
-  return found == records.end() ? nullptr : &*found;
+  return found == records.end() ? NULL : &*found;
 }
 
 // A name is shown to people, and comes from anywhere.
@@ -113,8 +113,7 @@ CoordinateSystem ReadSystemText(const std::string& text) {
     // The last unit is that of the plane; those before it belong to the globe.
     const std::size_t unit = part.rfind("UNIT[\"");
     const std::size_t factor = unit == std::string::npos ? unit : part.find(',', unit);
-    if (factor != std::string::npos)
-      system.unit = UnitOfFactor(std::strtod(part.c_str() + factor + 1, nullptr));
+    if (factor != std::string::npos) system.unit = UnitOfFactor(std::strtod(part.c_str() + factor + 1, NULL));
     return system;
   }
   for (const char* keyword : {"GEOGCS[", "GEOGCRS[", "GEODCRS["}) {

@@ -73,11 +73,11 @@ constexpr LasColor kFurther[] = {
     Bytes(200, 80, 20),  // 16 wire connector
 };
 
-const char* const kNames[] = {"never classified",  "unclassified",    "ground",    "low vegetation",
-                              "medium vegetation", "high vegetation", "building",  "low noise",
-                              "key point",         "water",           "rail",      "road",
-                              "overlap",           "wire guard",      "wire",      "tower",
-                              "wire connector",    "bridge deck",     "high noise"};
+constexpr const char* kNames[] = {"never classified",  "unclassified",    "ground",    "low vegetation",
+                                  "medium vegetation", "high vegetation", "building",  "low noise",
+                                  "key point",         "water",           "rail",      "road",
+                                  "overlap",           "wire guard",      "wire",      "tower",
+                                  "wire connector",    "bridge deck",     "high noise"};
 
 // Bright colours, each far from those of the numbers before: steps of the golden ratio around the circle of
 // hues.

@@ -65,7 +65,7 @@ struct LasFile::Library {
   ~Library() {
     reader.reset();
 #if KELVRA_LASLIB_BUILT
-    kelvra_las_message(nullptr, nullptr);
+    kelvra_las_message(NULL, NULL);
 #endif
   }
 
@@ -110,7 +110,7 @@ bool SuitsOpener(const std::string& path) {
 LASreader* OpenPatched(LasStream& stream) {
   auto reader = std::make_unique<LASreaderLAS>();
   reader->set_delete_stream(FALSE);
-  return reader->open(&stream) ? reader.release() : nullptr;
+  return reader->open(&stream) ? reader.release() : NULL;
 }
 
 // The library's point reader on our own stream rather than on the C file that the opener reads through.
@@ -120,7 +120,7 @@ std::unique_ptr<LASreadPoint> StartPoints(const LasHeader& header, LASreader& re
   LASzip* compression = reader.header.laszip;
   const bool ready = compression ? points->setup(compression->num_items, compression->items, compression)
                                  : points->setup(reader.point.num_items, reader.point.items);
-  if (!ready || !stream.seek(header.pointOffset) || !points->init(&stream)) return nullptr;
+  if (!ready || !stream.seek(header.pointOffset) || !points->init(&stream)) return NULL;
   return points;
 }
 

@@ -249,7 +249,7 @@ void AddNotes(const LasFile& file, LasCloud& cloud) {
 
 void Release(RecordMemory& memory, LasCloud& cloud) {
   if (cloud.records) memory.Free(cloud.records);
-  cloud.records = nullptr;
+  cloud.records = NULL;
   cloud.report.kept = 0;
 }
 

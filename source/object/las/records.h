@@ -37,10 +37,10 @@ struct LasReadOptions {
 using LasProgress = std::function<bool(std::int64_t kept, std::int64_t total, int percent)>;
 
 struct LasCloud {
-  LoadReport report;               // all but the step of storage and the seconds
-  SourceRecord* records = nullptr; // report.kept of them; the caller's, freed by the RecordMemory it gave
-  bool hasColor = false;           // the point format carries colour
-  bool widened = false;            // 8-bit colours were multiplied by 255
+  LoadReport report;            // all but the step of storage and the seconds
+  SourceRecord* records = NULL; // report.kept of them; the caller's, freed by the RecordMemory it gave
+  bool hasColor = false;        // the point format carries colour
+  bool widened = false;         // 8-bit colours were multiplied by 255
   unsigned pointFormat = 0;
   double scale[3] = {}, offset[3] = {}; // of the raw integers
   SourceBox headerBox;                  // as the file says

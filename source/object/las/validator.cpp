@@ -137,7 +137,7 @@ void FillRecords(ByteSource& file, LasFindings& findings) {
 
 // The record of the compressor is there exactly when the point format says so.
 void CheckCompression(ByteSource& file, LasFindings& findings) {
-  const LasRecord* found = nullptr;
+  const LasRecord* found = NULL;
   for (const LasRecord& record : findings.records) {
     if (record.userId != "laszip encoded") continue;
     if (record.recordId != 22204 || found) {
@@ -148,7 +148,7 @@ void CheckCompression(ByteSource& file, LasFindings& findings) {
     }
     found = &record;
   }
-  if (findings.header.Compressed() != (found != nullptr)) {
+  if (findings.header.Compressed() != (found != NULL)) {
     findings.complaints.push_back(
         found ? "the file has a compression record, its point format (byte 104) is uncompressed"
               : "point format (byte 104) is compressed, the file has no compression record");

@@ -15,9 +15,9 @@ namespace kelvra {
 namespace {
 
 /** How much higher than wide a cloud in degrees is at least. */
-const LReal kDegreeRatio = 20.0;
+constexpr LReal kDegreeRatio = 20.0;
 /** A cloud as wide as this and yet so high is no building. */
-const LReal kManyDegrees = 10.0;
+constexpr LReal kManyDegrees = 10.0;
 
 /** Compares a path's suffix without regard to the case of ASCII letters; needs no memory of the host. */
 bool HasSuffix(const std::string& path, const std::string& suffix) {
@@ -73,7 +73,7 @@ void NoteDegrees(const LoaderSettings& settings, LoadReport& report) {
 }
 
 /** A float holds such coordinates, but no view, renderer or survey has use for them. */
-const double kFarthestSensible = 1e15;
+constexpr double kFarthestSensible = 1e15;
 
 /** Says when coordinates are too large to be any. */
 void NoteAbsurdExtent(const PointBlock& block, LoadReport& report) {

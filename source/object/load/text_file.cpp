@@ -16,7 +16,7 @@ namespace {
 
 /** Makes 16-bit colours of the 8-bit ones of text files. Scenes hold the products, so the factor must stay.
  */
-const LONG kTextColorMultiplier = 256;
+constexpr LONG kTextColorMultiplier = 256;
 
 /** "line 3 has", "12 lines (the first is line 3) have" */
 std::string Have(const LineCount& lines) {
@@ -92,7 +92,7 @@ void FillReport(const TextResult& text, LoadReport& report) {
 }
 
 /** A cloud this many times as wide as the object is large counts as large. */
-const LReal kLargeFactor = 10.0;
+constexpr LReal kLargeFactor = 10.0;
 
 bool Fits(const LoadOptions& options, const LVector& extent) {
   if (!options.localOrigin || options.fitText == KELVRA_FIT_TEXT_OFF) return false;

@@ -36,7 +36,7 @@ struct SearchedItems {
 };
 
 /** Most numbers that a search writes beyond `room`: lanes of one group. */
-const ULONG kSearchSpare = kGroupItems;
+constexpr ULONG kSearchSpare = kGroupItems;
 
 struct Searched {
   ULONG met = 0;     ///< at least as many items as the ray meets

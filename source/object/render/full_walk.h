@@ -145,9 +145,9 @@ public:
   TraceCounts counts;
 
 private:
-  static const LONG kAhead = 8;   ///< cells in the queue
-  static const ULONG kBatch = 64; ///< items that take the quick test before some take the exact one
-  static const ULONG kRoom = 512; ///< items of a cell with groups that take the exact test
+  static constexpr LONG kAhead = 8;   ///< cells in the queue
+  static constexpr ULONG kBatch = 64; ///< items that take the quick test before some take the exact one
+  static constexpr ULONG kRoom = 512; ///< items of a cell with groups that take the exact test
   struct Ahead {
     WalkedCell cell;
     const CellSpan* span;

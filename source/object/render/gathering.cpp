@@ -13,10 +13,10 @@ namespace kelvra {
 namespace {
 
 /** Points after which the user is asked for a break, and after which the status bar moves. */
-const LONG kBreakStep = 1023, kStatusStep = 8191;
+constexpr LONG kBreakStep = 1023, kStatusStep = 8191;
 
 /** A 16-bit colour channel at its full. */
-const LReal kFullChannel = 65535.0;
+constexpr LReal kFullChannel = 65535.0;
 
 /** An object and its place in the world, which objects in a cache do not know themselves. */
 struct Source {

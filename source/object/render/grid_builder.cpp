@@ -13,9 +13,9 @@ namespace kelvra {
 namespace {
 
 /** Items ahead whose places are fetched. */
-const LLONG kAhead = 16;
+constexpr LLONG kAhead = 16;
 /** Cells with as many items or fewer are not grouped. */
-const ULONG kLeastGrouped = 16;
+constexpr ULONG kLeastGrouped = 16;
 
 struct CellRange {
   LONG first[3], last[3];

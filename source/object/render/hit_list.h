@@ -8,13 +8,13 @@
 namespace kelvra {
 
 /** Most hits that a ray collects; the walk ends there. */
-const LONG kMostHits = 1024;
+constexpr LONG kMostHits = 1024;
 /** Most render threads of the host. */
-const LONG kRenderThreads = 64;
+constexpr LONG kRenderThreads = 64;
 
 enum RayMode { kRayVolumetric = 0, kRayShadow = 1 };
 
-const LONG kNoItem = -1;
+constexpr LONG kNoItem = -1;
 
 /** One item that the ray meets. Distances are from the ray's start, in scene units. */
 struct HitRecord {
@@ -89,7 +89,7 @@ struct HitList {
   Bool Visit(LONG item);
 
 private:
-  static const LONG kSlots = 2 * kMostHits;
+  static constexpr LONG kSlots = 2 * kMostHits;
   struct Slot {
     LONG item;
     ULONG ray;

@@ -8,9 +8,9 @@ namespace kelvra {
 
 namespace {
 
-const SReal kUnused = -1.0e30f;
+constexpr SReal kUnused = -1.0e30f;
 /** Squared radius of the bound of a group that no test may reject. */
-const LReal kMetByAll = 1.0e18;
+constexpr LReal kMetByAll = 1.0e18;
 
 /** The lower 5 bits of n, each followed by two zeros. */
 ULONG Spread(ULONG n) {

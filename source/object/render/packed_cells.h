@@ -23,9 +23,9 @@ struct PackedFour {
 static_assert(sizeof(PackedFour) == 64, "one cache line");
 
 /** Items of a group: two fours. Four groups share a four of bounds. */
-const ULONG kGroupItems = 8;
+constexpr ULONG kGroupItems = 8;
 /** In place of PackedCells::showing: whatever is met may show. */
-const SReal kAllShow = 1.0e30f;
+constexpr SReal kAllShow = 1.0e30f;
 
 /** Where a cell's items are. */
 struct CellSpan {
@@ -42,9 +42,9 @@ struct CellSpan {
 /** All cells that rays visit. Owns its arrays. */
 struct PackedCells {
   /** Items that overlap so many cells that this is not enough would cost more packed than they save. */
-  static const LULONG kMostBytes = 4ull << 30;
+  static constexpr LULONG kMostBytes = 4ull << 30;
   /** Most items in `folded`. */
-  static const LONG kMostFolded = 64;
+  static constexpr LONG kMostFolded = 64;
 
   CellSpan* spans = NULL;        ///< by place in the cell table
   LULONG* filled = NULL;         ///< one bit for each place: does its list hold anything?
@@ -76,9 +76,9 @@ private:
  * Error of the exact test, as a share of the squared distance along the ray: TestItem subtracts the square of
  * a distance that it has rounded to 32 bits, so far along a ray it accepts items beyond their radius too.
  */
-const LReal kRoundingOfSquare = 1.3e-7;
+constexpr LReal kRoundingOfSquare = 1.3e-7;
 /** Error of the quick test, which computes in 32 bits, as a share of the squared lengths in it. */
-const LReal kPackedRounding = 6.0e-6;
+constexpr LReal kPackedRounding = 6.0e-6;
 
 /**
  * The ray's share of the quick test's bound in one cell. `along` is the distance along the ray to the point
@@ -140,7 +140,7 @@ private:
     ULONG number;
     ULONG key;
   };
-  static const LONG kMostKeyBits = 15;
+  static constexpr LONG kMostKeyBits = 15;
 
   Item* items_ = NULL;
   Item* sorted_ = NULL;

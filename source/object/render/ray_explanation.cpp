@@ -10,7 +10,7 @@ namespace kelvra {
 namespace {
 
 /** Most lines of each list; further ones are only counted. */
-const LONG kMostLines = 200;
+constexpr LONG kMostLines = 200;
 
 const char* FateText(HitFate fate) {
   switch (fate) {

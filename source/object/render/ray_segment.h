@@ -116,7 +116,7 @@ private:
 template <class Visit>
 void WalkCells(const GridNode& root, const CellGrid& grid, const RaySegment& ray, const ParameterRange& range,
                Visit visit) {
-  const LReal kNever = 1.0e308;
+  constexpr LReal kNever = 1.0e308;
   LONG at[3];         // the current cell
   LONG remaining[3];  // steps left to the last cell
   LReal boundary[3];  // t at which the ray leaves the current cell on this axis

@@ -33,7 +33,7 @@ inline LVector CentreOf(const RenderItem& item) {
 
 /** A curve over heights, as a table of equal steps. Plain data; the record that holds it owns `values`. */
 struct HeightCurve {
-  static const LONG kSteps = 1024;
+  static constexpr LONG kSteps = 1024;
   SReal* values = NULL; ///< kSteps + 1 of them; NULL: 1 everywhere
   LReal low = 0.0, high = 1.0;
 

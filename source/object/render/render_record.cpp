@@ -9,8 +9,8 @@ namespace kelvra {
 
 namespace {
 
-const LReal kLeastRadius = 1.0e-6, kMostRadius = 1.0e15;
-const LReal kLeastBias = 1.0e-6;
+constexpr LReal kLeastRadius = 1.0e-6, kMostRadius = 1.0e15;
+constexpr LReal kLeastBias = 1.0e-6;
 
 LReal Finite(LReal v, LReal instead) {
   return std::isfinite(v) ? v : instead;

@@ -7,7 +7,7 @@ namespace kelvra {
 namespace {
 
 /** Room for the rounding of an opacity that is computed with logarithms. */
-const LReal kOpacitySlack = 1.0 - 1.0e-6;
+constexpr LReal kOpacitySlack = 1.0 - 1.0e-6;
 
 /** Applies what an object sets for all its points to the opacity on the disc. */
 LReal Scaled(LReal a, const TracedRay& ray, const HitRecord& hit, const RenderItem& item,

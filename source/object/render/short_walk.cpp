@@ -12,8 +12,8 @@ namespace kelvra {
 namespace {
 
 /** Sum of opacities at which nothing is left, whatever the order of the sum rounds to. */
-const LReal kCovered = 1.0 + 1.0e-6;
-const LReal kNowhere = std::numeric_limits<LReal>::infinity();
+constexpr LReal kCovered = 1.0 + 1.0e-6;
+constexpr LReal kNowhere = std::numeric_limits<LReal>::infinity();
 
 /**
  * A distance along the ray before which no hit begins that is found in a cell or in those after it.
@@ -120,7 +120,7 @@ public:
   LReal Before() const { return before_; }
 
 private:
-  static const LONG kAhead = 4; ///< cells in the queue
+  static constexpr LONG kAhead = 4; ///< cells in the queue
   struct Ahead {
     WalkedCell cell;
     const CellSpan* span;

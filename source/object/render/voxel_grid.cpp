@@ -8,12 +8,12 @@ namespace kelvra {
 namespace {
 
 /** Bounds of the mean radius that decides how many cells an axis gets. */
-const LReal kLeastRadius = 1.0, kMostRadius = 48.0;
+constexpr LReal kLeastRadius = 1.0, kMostRadius = 48.0;
 /** Most cells of an axis at a mean radius of 1. */
-const LReal kCellsAtLeastRadius = 256.0;
-const LONG kLeastCells = 2;
+constexpr LReal kCellsAtLeastRadius = 256.0;
+constexpr LONG kLeastCells = 2;
 
-const LLONG kMostRecords = 65535;
+constexpr LLONG kMostRecords = 65535;
 
 Bool IsFinite(const LVector& v) {
   return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);

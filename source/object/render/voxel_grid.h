@@ -11,7 +11,7 @@
 namespace kelvra {
 
 /** Entry of a cell table: the cell has no node. */
-const ULONG kNoNode = 0xFFFFFFFF;
+constexpr ULONG kNoNode = 0xFFFFFFFF;
 
 /** A grid of cells over a box. Owns its table. */
 struct CellGrid {
@@ -50,7 +50,7 @@ struct GridNode {
 static_assert(sizeof(GridNode) == 64, "one node a cache line");
 
 /** First growth of the list of a cell. */
-const LLONG kCellListGrowth = 8;
+constexpr LLONG kCellListGrowth = 8;
 
 /**
  * Memory of all leaves: contents, lists and what the lists hold, in one block each. A grid has up to millions
@@ -75,7 +75,7 @@ struct VoxelData {
   /** The same lists, packed for the walk. */
   PackedCells packed;
 
-  static const LLONG kItemGrowth = 67108864, kRecordGrowth = 64;
+  static constexpr LLONG kItemGrowth = 67108864, kRecordGrowth = 64;
 
   VoxelData() {}
   ~VoxelData() { Clear(); }

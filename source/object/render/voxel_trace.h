@@ -9,7 +9,7 @@
 namespace kelvra {
 
 /** Distance at which a surface or light counts as not there. */
-const LReal kNoSurface = 1.0e20;
+constexpr LReal kNoSurface = 1.0e20;
 
 /** A ray as the host gives it; world space. */
 struct TracedRay {

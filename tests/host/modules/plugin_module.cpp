@@ -15,9 +15,9 @@ public:
     if (type != MSG_DESCRIPTION_COMMAND) return TRUE;
     switch (((DescriptionCommand*)data)->id[0].id) {
     case kLeakBlock:
-      return GeAlloc(1000) != NULL;
+      return GeAlloc(1000) != nullptr;
     case kLeakNode:
-      return BaseObject::Alloc(1099101) != NULL;
+      return BaseObject::Alloc(1099101) != nullptr;
     case kThrow:
       throw std::runtime_error("button of doom");
     case kFreeTwice: {
@@ -43,7 +43,7 @@ public:
 } // namespace
 
 Bool PluginStart() {
-  RegisterObjectPlugin(1099101, "Worker", OBJECT_GENERATOR, Worker::Alloc, String(), NULL, 2);
+  RegisterObjectPlugin(1099101, "Worker", OBJECT_GENERATOR, Worker::Alloc, String(), nullptr, 2);
   RegisterMessagePlugin(1099102, String(), 0, gNew Listener);
 #if MODULE_START_REFUSED
   return FALSE;
