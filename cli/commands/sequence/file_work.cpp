@@ -43,8 +43,7 @@ void WriteText(const std::string& text, const std::string& path) {
                              ": cannot be written: " + (reason.empty() ? file.File().Error() : reason));
 }
 
-} // namespace
-
+/** A line of words with blanks between them; quotes of either kind hold words together. Throws UsageError. */
 std::vector<std::string> WordsOf(const std::string& line) {
   std::vector<std::string> words;
   std::string word;
@@ -67,6 +66,8 @@ std::vector<std::string> WordsOf(const std::string& line) {
   if (inWord) words.push_back(word);
   return words;
 }
+
+} // namespace
 
 FileWork::FileWork(const std::string& folder, const std::string& command, const std::string& output)
     : command_(command), output_(output), words_(WordsOf(command)), folder_(output) {
