@@ -2,12 +2,12 @@
 
 #include "cli/commands/commands.h"
 #include "cli/commands/output/json_text.h"
+#include "cli/commands/output/output_file.h"
 #include "cli/commands/sequence/fingerprint.h"
 #include "cli/system/child_process.h"
 #include "cli/system/exit_status.h"
 #include "cli/system/process_memory.h"
 #include "cli/text/line.h"
-#include "host/base/replacing_file.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -33,14 +33,6 @@ void Replace(std::string& text, const std::string& from, const std::string& to) 
 std::string ReadText(const std::string& path) {
   std::ifstream file(fs::u8path(path), std::ios::binary);
   return std::string(std::istreambuf_iterator<char>(file), {});
-}
-
-void WriteText(const std::string& text, const std::string& path) {
-  host::ReplacingFile file(path);
-  std::string reason;
-  if (!file.Open(&reason) || !file.File().Write(text.data(), text.size()) || !file.Commit(&reason))
-    throw std::runtime_error(path +
-                             ": cannot be written: " + (reason.empty() ? file.File().Error() : reason));
 }
 
 /** A line of words with blanks between them; quotes of either kind hold words together. Throws UsageError. */
@@ -151,8 +143,8 @@ void FileWork::MakeOne(int item) const {
   nlohmann::json output = nlohmann::json::parse(text, nullptr, false);
   if (output.is_discarded()) output = text;
   WriteText(
-      JsonText({{"fingerprint", fingerprint}, {"file", File(item)}, {"status", status}, {"output", output}}),
-      ResultPath(item));
+      ResultPath(item),
+      JsonText({{"fingerprint", fingerprint}, {"file", File(item)}, {"status", status}, {"output", output}}));
   fs::remove(fs::u8path(printed), ignored);
   Line(std::cout) << File(item) << ": status " << status;
   std::cout.flush(); // the log of a job is read while it runs
@@ -165,7 +157,7 @@ void FileWork::Finish() {
     result.erase("fingerprint");
     files.push_back(result);
   }
-  WriteText(JsonText({{"command", command_}, {"files", files}}, 2) + "\n", output_);
+  WriteText(output_, JsonText({{"command", command_}, {"files", files}}, 2) + "\n");
 }
 
 } // namespace cli
