@@ -1,4 +1,4 @@
-// Where the points of clouds are shown, and how that belongs to the coordinates of their files.
+// Where the points of clouds are shown, and how that relates to the coordinates of their files.
 #pragma once
 
 #include "cli/session/cloud_session.h"

@@ -4,6 +4,7 @@
 #include "cli/session/preferences_page.h"
 #include "cli/system/preferences_folder.h"
 #include "cli/system/process_memory.h"
+#include "cli/system/program_path.h"
 #include "cli/system/silence.h"
 #include "cli/text/format.h"
 #include "host/application.h"

@@ -1,4 +1,4 @@
-// A box along the axes that grows with what it holds.
+// A box along the axes that grows with what is added to it.
 #pragma once
 
 #include "c4d.h"

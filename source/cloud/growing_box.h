@@ -4,8 +4,8 @@
 namespace kelvra {
 
 /**
- * Box of points V, which are made of one number for all axes and have an index. Starts inverted, so that the
- * first point sets both corners.
+ * Box of points of type V, which one number for all axes makes and an axis indexes. Starts inverted, so that
+ * the first point sets both corners.
  */
 template <class V>
 struct GrowingBox {

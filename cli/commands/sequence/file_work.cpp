@@ -6,7 +6,7 @@
 #include "cli/commands/sequence/fingerprint.h"
 #include "cli/system/child_process.h"
 #include "cli/system/exit_status.h"
-#include "cli/system/process_memory.h"
+#include "cli/system/program_path.h"
 #include "cli/text/line.h"
 
 #include <algorithm>
