@@ -8,7 +8,7 @@ namespace {
 class LibraryObjects : public HostLibsTest {
 protected:
   static void ExpectBox(BaseObject* op, const Vector& low, const Vector& high) {
-    const Box found = host::WorldBox(op);
+    const host::Box found = host::WorldBox(op);
     EXPECT_EQ(found.low, low);
     EXPECT_EQ(found.high, high);
   }
