@@ -2,6 +2,8 @@
 
 #include "cloud/block_fill.h"
 
+#include <thread>
+
 namespace kelvra {
 namespace {
 
@@ -57,6 +59,21 @@ TEST_F(Block, CopyOwnsItsArrays) {
   for (std::size_t i = 0; i < before.items.size(); ++i)
     EXPECT_EQ(after.items.at(i).bytes, before.items[i].bytes);
   EXPECT_EQ(copy.settings.name, String("a.las"));
+}
+
+TEST_F(Block, ThoseThatShareArraysMayBeFreedOnAnotherThread) {
+  PointBlock source = MakeBlock(4);
+  std::vector<PointBlock> copies(20000);
+  for (PointBlock& copy : copies) ASSERT_TRUE(source.ShareTo(copy));
+  std::thread other([&copies] { copies.clear(); });
+  for (std::size_t i = 0; i < 20000; ++i) {
+    PointBlock copy;
+    EXPECT_TRUE(source.ShareTo(copy));
+  }
+  other.join();
+  const SReal* positions = source.positions;
+  EXPECT_TRUE(source.OwnArrays());
+  EXPECT_EQ(source.positions, positions) << "the only owner again";
 }
 
 TEST_F(Block, FinishingShrinksToTheCountAndComputesTheBoxWhenAsked) {
