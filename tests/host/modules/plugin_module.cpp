@@ -71,8 +71,7 @@ Bool PluginMessage(LONG id, void* data) {
     return TRUE;
   }
   if (id == C4DPL_INIT_SYS) GePrint("initialise");
-#else
-  (void)data;
 #endif
+  (void)data;
   return id == C4DPL_INIT_SYS;
 }
