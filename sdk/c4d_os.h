@@ -1,7 +1,8 @@
 // The seam between host and module: tables of function pointers, handed over at system initialisation.
 // Each table is written once, as a list with its contract, in tables/<name>.inc; its names are the host's
 // own. Values cross as the SDK layer's types, which both sides build from the same sources; no exception
-// crosses.
+// crosses. Entries say where they may be called: [main] on the main thread; [document] there, or on a thread
+// that works on a document which no other thread uses, as a render of a copy does; [any thread].
 // ours: this file
 #pragma once
 

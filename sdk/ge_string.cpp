@@ -139,8 +139,9 @@ LONG String::LexCompare(const String& s) const {
 
 Bool String::FindFirst(const String& s, LONG* pos, LONG start) const {
   if (!pos) sdk::EndMisuse("FindFirst has no place for its hit", __LINE__, __FILE__);
+  if (start < 0 || start > length_) sdk::EndMisuse("FindFirst begins outside the text", __LINE__, __FILE__);
   if (s.length_ == 0) return FALSE;
-  for (LONG i = start < 0 ? 0 : start; i <= length_ - s.length_; ++i)
+  for (LONG i = start; i <= length_ - s.length_; ++i)
     if (!std::memcmp(text_ + i, s.text_, (std::size_t)s.length_ * sizeof(UWORD))) {
       *pos = i;
       return TRUE;

@@ -15,6 +15,10 @@
 
 #include <type_traits>
 
+#ifndef __C4D_NO_NEW_DELETE__
+#error "without it the vendor's operator new gives NULL, where the C++ library expects an exception"
+#endif
+
 namespace {
 
 template <class C, class Signature>
@@ -99,6 +103,7 @@ FUNCTION(Bool, QuestionDialog, (const String&));
 FUNCTION(void, EventAdd, (EVENT));
 FUNCTION(BaseThread*, GeGetCurrentThread, ());
 FUNCTION(LReal, GeGetMilliSeconds, ());
+FUNCTION(LONG, GeGetCPUCount, ());
 FUNCTION(Vector, TransformColor, (const Vector&, COLORSPACETRANSFORMATION));
 FUNCTION(BaseContainer*, GetWorldPluginData, (LONG));
 FUNCTION(Bool, SetWorldPluginData, (LONG, const BaseContainer&, Bool));
@@ -201,6 +206,7 @@ METHOD(void, GlVertexBuffer, SetDirty, (Bool));
 METHOD(GlVertexSubBufferData*, GlVertexBuffer, AllocSubBuffer,
        (const BaseDraw*, GlVertexBufferSubBufferType, VLONG, const void*));
 METHOD(Bool, GlVertexBuffer, FreeBuffer, (const BaseDraw*, GlVertexSubBufferData*));
+METHOD_CONST(LONG, GlVertexBuffer, GetSubBufferCount, ());
 STATIC(Bool, GlVertexBuffer, DrawSubBuffer,
        (const BaseDraw*, const GlVertexSubBufferData*, const GlVertexSubBufferData*, LONG,
         const GlVertexBufferDrawSubbuffer*, LONG, const GlVertexBufferVectorInfo* const*,
@@ -213,6 +219,7 @@ METHOD(Bool, C4DAtom, CopyTo, (C4DAtom*, COPYFLAGS, AliasTrans*));
 METHOD(void, C4DAtom, SetDirty, (DIRTYFLAGS));
 
 METHOD(GeListNode*, GeListNode, GetNext, ());
+METHOD(GeListNode*, GeListNode, GetPred, ());
 METHOD(GeListNode*, GeListNode, GetUp, ());
 METHOD(GeListNode*, GeListNode, GetDown, ());
 METHOD(void, GeListNode, Remove, ());
@@ -444,6 +451,7 @@ METHOD_CONST(Vector, BaseContainer, GetVector, (LONG, const Vector&));
 METHOD_CONST(String, BaseContainer, GetString, (LONG, const String&));
 METHOD_CONST(Filename, BaseContainer, GetFilename, (LONG, const Filename&));
 METHOD_CONST(CustomDataType*, BaseContainer, GetCustomDataType, (LONG, LONG));
+METHOD_CONST(LONG, BaseContainer, FindIndex, (LONG, GeData**));
 METHOD_CONST(LONG, BaseContainer, GetType, (LONG));
 METHOD_CONST(BaseList2D*, BaseContainer, GetLink, (LONG, const BaseDocument*, LONG));
 METHOD_CONST(BaseObject*, BaseContainer, GetObjectLink, (LONG, const BaseDocument*));
@@ -484,6 +492,7 @@ METHOD_CONST(LONG, String, GetCString, (CHAR*, LONG, STRINGENCODING));
 METHOD_CONST(CHAR*, String, GetCStringCopy, (STRINGENCODING));
 
 METHOD_CONST(Real, BaseTime, Get, ());
+METHOD_CONST(LONG, BaseTime, GetFrame, (Real));
 
 STATIC(HairGuides*, HairGuides, Alloc, (LONG, LONG));
 STATIC(void, HairGuides, Free, (HairGuides*&));

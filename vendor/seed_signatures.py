@@ -57,7 +57,8 @@ SEEDS = [
 
 def compiles(compiler, sdk):
     here = pathlib.Path(__file__).parent
-    command = [compiler, '-std=c++17', '-fsyntax-only', '-fpermissive', '-w', '-I', str(sdk), str(here / 'interface_signatures.cpp')]
+    command = [compiler, '-std=c++17', '-fsyntax-only', '-fpermissive', '-w', '-D__C4D_NO_NEW_DELETE__', '-I', str(sdk),
+               str(here / 'interface_signatures.cpp')]
     return subprocess.run(command, capture_output=True).returncode == 0
 
 

@@ -48,14 +48,16 @@ void Console::Clear() {
 }
 
 void Console::SetStatusText(const std::string& text) {
+  std::unique_lock<std::mutex> lock(mutex_);
   statusTexts_.push_back(text);
-  ReportProgress();
+  ReportProgress(std::move(lock));
 }
 
 void Console::SetStatusBar(int percent) {
+  std::unique_lock<std::mutex> lock(mutex_);
   percent_ = std::clamp(percent, 0, 100);
   statusBars_.push_back(percent);
-  ReportProgress();
+  ReportProgress(std::move(lock));
 }
 
 void Console::ClearStatus() {
@@ -66,9 +68,13 @@ void Console::ClearStatus() {
   drawn_ = false;
 }
 
-void Console::ReportProgress() {
+void Console::ReportProgress(std::unique_lock<std::mutex> lock) {
   ShowStep();
-  if (progressSink_) progressSink_(statusTexts_.empty() ? std::string() : statusTexts_.back(), percent_);
+  if (!progressSink_) return;
+  const std::string text = statusTexts_.empty() ? std::string() : statusTexts_.back();
+  const int percent = percent_;
+  lock.unlock();
+  progressSink_(text, percent);
 }
 
 void Console::ShowStep() {
@@ -89,13 +95,11 @@ void Console::PrintProgress() {
   }
   if (percent_ < printedPercent_ + kLineStep || now - workStart_ < kShortWork) return;
   printedPercent_ = percent_ / kLineStep * kLineStep;
-  const std::lock_guard<std::mutex> lock(mutex_);
   std::fprintf(stderr, "%d %% %s\n", percent_,
                statusTexts_.empty() ? "" : Printable(statusTexts_.back()).c_str());
 }
 
 void Console::DrawProgress() {
-  const std::lock_guard<std::mutex> lock(mutex_);
   const int full = percent_ * kBarWidth / 100;
   const std::string bar =
       std::string((std::size_t)full, '#') + std::string((std::size_t)(kBarWidth - full), '.');

@@ -9,7 +9,7 @@
 
 namespace host {
 
-/** Collects console lines and the status line. Print is safe from any thread, the rest is the main thread's.
+/** Collects console lines and the status line, which may come from any thread; the rest is the main thread's.
  */
 class Console {
 public:
@@ -39,8 +39,9 @@ public:
   const std::vector<int>& StatusBars() const { return statusBars_; }
 
 private:
+  void ReportProgress(std::unique_lock<std::mutex> lock);
+  // Under the mutex.
   void ShowStep();
-  void ReportProgress();
   void DrawProgress();
   void PrintProgress();
 

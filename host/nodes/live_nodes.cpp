@@ -1,50 +1,71 @@
-// Which nodes are alive, by the number that links carry.
+// Which nodes are alive, by the number that links carry. Any thread.
 #include "host/nodes/node.h"
 
+#include <atomic>
+#include <mutex>
 #include <unordered_map>
 
 namespace host {
 
 namespace {
 
-std::unordered_map<LULONG, Node*>& LiveTable() {
-  static auto& table = *new std::unordered_map<LULONG, Node*>;
-  return table;
-}
+struct LiveTable {
+  std::mutex mutex;
+  std::unordered_map<LULONG, Node*> nodes;
+};
+
+/** The table, for as long as the result lives this thread's alone. */
+class LockedTable {
+public:
+  std::unordered_map<LULONG, Node*>* operator->() { return &table_.nodes; }
+  std::unordered_map<LULONG, Node*>& operator*() { return table_.nodes; }
+
+private:
+  static LiveTable& Table() {
+    static LiveTable& table = *new LiveTable;
+    return table;
+  }
+  LiveTable& table_ = Table();
+  const std::lock_guard<std::mutex> lock_{table_.mutex};
+};
 
 } // namespace
 
 Node::Node(NodeKind nodeKind, LONG nodeType) : kind(nodeKind), type(nodeType), linkId(ReserveLinkId()) {
-  LiveTable()[linkId] = this;
+  LockedTable table;
+  (*table)[linkId] = this;
 }
 
 Node::~Node() {
-  LiveTable().erase(linkId);
+  LockedTable()->erase(linkId);
 }
 
 LULONG ReserveLinkId() {
-  static LULONG last = 0;
+  static std::atomic<LULONG> last{0};
   return ++last;
 }
 
 void SetLinkId(Node& node, LULONG id) {
-  LiveTable().erase(node.linkId);
+  LockedTable table;
+  table->erase(node.linkId);
   node.linkId = id;
-  LiveTable()[id] = &node;
+  (*table)[id] = &node;
 }
 
 Node* FindNode(LULONG linkId) {
-  const auto found = LiveTable().find(linkId);
-  return found == LiveTable().end() ? nullptr : found->second;
+  LockedTable table;
+  const auto found = table->find(linkId);
+  return found == table->end() ? nullptr : found->second;
 }
 
 LLONG LiveNodes() {
-  return (LLONG)LiveTable().size();
+  return (LLONG)LockedTable()->size();
 }
 
 std::vector<Node*> NodesOfPlugin(const Plugin& plugin) {
   std::vector<Node*> nodes;
-  for (const auto& entry : LiveTable())
+  LockedTable table;
+  for (const auto& entry : *table)
     if (entry.second->plugin == &plugin) nodes.push_back(entry.second);
   return nodes;
 }

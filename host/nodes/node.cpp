@@ -5,11 +5,13 @@
 #include "host/nodes/node_watcher.h"
 #include "host/nodes/services.h"
 
+#include <atomic>
+
 namespace host {
 
 namespace {
 
-LLONG liveNodeData = 0;
+std::atomic<LLONG> liveNodeData{0};
 
 /** Makes the plug-in's part of a node; false leaves the node without one. */
 bool GiveData(Node& node, Plugin& plugin) {

@@ -1,5 +1,5 @@
-// Nodes of documents: what the opaque pointers of the plug-in interface point to in this host. Main thread
-// only.
+// Nodes of documents: what the opaque pointers of the plug-in interface point to in this host. A node
+// is used by one thread at a time: the main thread or a DocumentThread.
 //
 // A node lies in one list of its owner (an object's children or tags, a document's objects, render settings'
 // video posts...) or in none, and then belongs to whoever made it. Lists own their nodes: FreeNode takes what

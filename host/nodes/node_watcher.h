@@ -5,7 +5,7 @@ namespace host {
 
 struct Node;
 
-/** Hears of every node that dies while the watcher lives. Main thread. */
+/** Hears of every node that dies while the watcher lives, on the thread that frees it. */
 class NodeWatcher {
 public:
   NodeWatcher();

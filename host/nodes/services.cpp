@@ -9,6 +9,7 @@ namespace host {
 namespace {
 
 std::atomic<Services*> living{nullptr};
+thread_local int documentThreads = 0;
 
 } // namespace
 
@@ -22,6 +23,16 @@ Services::Services() {
 
 Services::~Services() {
   living = nullptr;
+}
+
+DocumentThread::DocumentThread() {
+  ++documentThreads;
+}
+DocumentThread::~DocumentThread() {
+  --documentThreads;
+}
+bool DocumentThread::IsHere() {
+  return documentThreads > 0;
 }
 
 Services& TheServices() {

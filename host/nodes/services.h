@@ -37,6 +37,20 @@ struct Services {
   const std::thread::id mainThread = std::this_thread::get_id();
 };
 
+/**
+ * While one lives, its thread may do with nodes what the main thread may: for work on a document that no
+ * other thread uses meanwhile, such as a copy that is rendered. No view may be drawn at the same time.
+ */
+class DocumentThread {
+public:
+  DocumentThread();
+  ~DocumentThread();
+  DocumentThread(const DocumentThread&) = delete;
+  DocumentThread& operator=(const DocumentThread&) = delete;
+
+  static bool IsHere();
+};
+
 /** Those of the living application; ends the program with a message when there is none. Any thread. */
 Services& TheServices();
 /** NULL without an application. Any thread. */

@@ -3,7 +3,7 @@
 // FRAMESEQUENCE, FRAME, SUBFRAME, RENDER and INNER open in this order and close in reverse; a post that heard
 // an open hears its close, whatever went wrong between. What the posts want (GetRenderInfo) they are asked
 // before the sequence opens, once RENDER is open, and after it closed; only what they say both times at
-// first counts. Main thread; the pixels are computed on threads of their own.
+// first counts. Main thread or a DocumentThread; the pixels are computed on threads of their own.
 #pragma once
 
 #include "host/nodes/node.h"

@@ -36,7 +36,7 @@ void PlaceNode(Node* node, Node* other, LISTPLACE place) {
 }
 
 struct AtomEntries {
-  static constexpr bool kMainThread = true;
+  static constexpr bool kDocumentThread = true;
 
   static GeListNode* Alloc(PLUGINTYPE plugin, LONG type) {
     NodeKind kind;

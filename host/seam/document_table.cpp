@@ -45,7 +45,7 @@ void SetBit(Node& node, LONG bit, bool on) {
 }
 
 struct DocumentEntries {
-  static constexpr bool kMainThread = true;
+  static constexpr bool kDocumentThread = true;
 
   static BaseDocument* Alloc() { return Api(MakeDocument()); }
   static void Free(BaseDocument* doc) { FreeNode(Impl(doc)); }

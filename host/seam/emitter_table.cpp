@@ -24,7 +24,7 @@ EmitterNode* Prepared(BaseObject* op, const char* call) {
 }
 
 struct EmitterEntries {
-  static constexpr bool kMainThread = true;
+  static constexpr bool kDocumentThread = true;
 
   static EmitterLibrary* Get() {
     Libraries& libraries = TheServices().libraries;

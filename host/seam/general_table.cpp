@@ -35,13 +35,13 @@ struct GeneralEntries {
   }
   static void Print(const String& text) { TheServices().console.Print(Utf8(text)); }
   static void StatusSetText(const String& text) {
-    if (RequireMainThread("General::StatusSetText")) TheServices().console.SetStatusText(Utf8(text));
+    if (RequireDocumentThread("General::StatusSetText")) TheServices().console.SetStatusText(Utf8(text));
   }
   static void StatusSetBar(LONG percent) {
-    if (RequireMainThread("General::StatusSetBar")) TheServices().console.SetStatusBar(percent);
+    if (RequireDocumentThread("General::StatusSetBar")) TheServices().console.SetStatusBar(percent);
   }
   static void StatusClear() {
-    if (RequireMainThread("General::StatusClear")) TheServices().console.ClearStatus();
+    if (RequireDocumentThread("General::StatusClear")) TheServices().console.ClearStatus();
   }
   static GEMB_R OutString(const String& text, GEMB flags) {
     if (!RequireMainThread("General::OutString")) return GEMB_R_UNDEFINED;

@@ -23,7 +23,7 @@ HairNode* HairThatIs(bool locked, HairObject* op, const char* call) {
 }
 
 struct HairEntries {
-  static constexpr bool kMainThread = true;
+  static constexpr bool kDocumentThread = true;
 
   static HairGuides* AllocGuides(LONG count, LONG segments) {
     GuideSet* made = MakeGuides(count, segments);

@@ -7,7 +7,7 @@ namespace host {
 namespace {
 
 struct MoGraphEntries {
-  static constexpr bool kMainThread = true;
+  static constexpr bool kDocumentThread = true;
 
   static MoData* Alloc() { return Api(new CloneData); }
   static void Free(MoData* data) { delete reinterpret_cast<CloneData*>(data); }

@@ -28,7 +28,7 @@ void PlaceTag(Object& op, Node& tag, BaseTag* pred) {
 }
 
 struct ObjectEntries {
-  static constexpr bool kMainThread = true;
+  static constexpr bool kDocumentThread = true;
 
   static void GetMl(const BaseObject* op, Matrix* m) { *m = Impl(op)->ml; }
   static void SetMl(BaseObject* op, const Matrix& m) {

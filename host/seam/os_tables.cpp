@@ -26,6 +26,10 @@ bool RequireMainThread(const char* entry) {
   return false;
 }
 
+bool RequireDocumentThread(const char* entry) {
+  return DocumentThread::IsHere() || RequireMainThread(entry);
+}
+
 namespace {
 
 constexpr OperatingSystem kTables = {

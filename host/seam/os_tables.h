@@ -9,8 +9,9 @@
 // This defines kHyperFileTable, constant-initialised. An entry without a function ends the program with its
 // name. Each function runs behind a fence: an exception is reported as the host's misbehaviour and the caller
 // gets R{}. It counts as the host's own work; one that is noexcept counts as its caller's, as memory does. A
-// struct that says `static constexpr bool kMainThread = true;` has all its entries report calls from other
-// threads; single functions that belong to the main thread call RequireMainThread themselves.
+// struct that says `static constexpr bool kMainThread = true;` or `kDocumentThread` has all its entries
+// report calls from other threads; single functions call RequireMainThread or RequireDocumentThread
+// themselves.
 #pragma once
 
 #include "c4d_os.h"
@@ -26,11 +27,18 @@ namespace host {
 void ReportEntryException(const char* entry, const char* what);
 /** False, and a report, on other threads than the application's main thread. */
 bool RequireMainThread(const char* entry);
+/** The same, but a DocumentThread will do. */
+bool RequireDocumentThread(const char* entry);
 
 template <class E, class = void>
 struct IsMainThreadTable : std::false_type {};
 template <class E>
 struct IsMainThreadTable<E, std::void_t<decltype(E::kMainThread)>> : std::bool_constant<E::kMainThread> {};
+template <class E, class = void>
+struct IsDocumentThreadTable : std::false_type {};
+template <class E>
+struct IsDocumentThreadTable<E, std::void_t<decltype(E::kDocumentThread)>>
+    : std::bool_constant<E::kDocumentThread> {};
 
 template <class Signature, class Name>
 struct NoEntry;
@@ -46,6 +54,7 @@ struct GuardedEntry<R (*)(A...), Own, function, Name, E> {
   static R Call(A... arguments) noexcept {
     try {
       if constexpr (IsMainThreadTable<E>::value) RequireMainThread(Name::Text());
+      if constexpr (IsDocumentThreadTable<E>::value) RequireDocumentThread(Name::Text());
       if constexpr (std::is_nothrow_invocable_v<Own, A...>) {
         return function(static_cast<A>(arguments)...);
       } else {

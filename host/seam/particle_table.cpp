@@ -60,7 +60,7 @@ bool FindPlace(ParticleGroup& other, TP_InsertMode mode, NodeList** list, Node**
 }
 
 struct ParticleEntries {
-  static constexpr bool kMainThread = true;
+  static constexpr bool kDocumentThread = true;
 
   static Bool Init() { return TheServices().libraries.particles; }
 

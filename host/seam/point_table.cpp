@@ -38,17 +38,17 @@ T* ApiAs(Node* node) {
 
 struct PointEntries {
   static PolygonObject* AllocPolygon(LONG pcnt, LONG vcnt) {
-    RequireMainThread("Point::AllocPolygon");
+    RequireDocumentThread("Point::AllocPolygon");
     return vcnt < 0 ? nullptr : ApiAs<PolygonObject>(MakePoints(Opolygon, pcnt, vcnt));
   }
   static SplineObject* AllocSpline(LONG pcnt, SPLINETYPE type) {
-    RequireMainThread("Point::AllocSpline");
+    RequireDocumentThread("Point::AllocSpline");
     PointNode* spline = MakePoints(Ospline, pcnt, 0);
     if (spline) static_cast<SplineNode*>(spline)->interpolation = type;
     return ApiAs<SplineObject>(spline);
   }
   static VariableTag* AllocVariableTag(LONG type, LONG count) {
-    RequireMainThread("Point::AllocVariableTag");
+    RequireDocumentThread("Point::AllocVariableTag");
     return ApiAs<VariableTag>(host::MakeVariableTag(type, count));
   }
 
@@ -94,18 +94,18 @@ struct PointEntries {
   }
 
   static Bool Resize(PointObject* op, LONG pcnt, LONG parts) {
-    RequireMainThread("Point::Resize");
+    RequireDocumentThread("Point::Resize");
     PointNode* node = Points(op);
     return node && node->Resize(pcnt, parts);
   }
   static VariableTag* MakeVariableTag(BaseObject* op, LONG type, LONG count, BaseTag* pred) {
-    RequireMainThread("Point::MakeVariableTag");
+    RequireDocumentThread("Point::MakeVariableTag");
     VariableTagNode* tag = host::MakeVariableTag(type, count);
     if (tag) op->InsertTag(Api((Tag*)tag), pred);
     return ApiAs<VariableTag>(tag);
   }
   static Bool CopyTagsTo(BaseObject* op, BaseObject* dest, LONG visible, LONG variable, LONG hierarchical) {
-    RequireMainThread("Point::CopyTagsTo");
+    RequireDocumentThread("Point::CopyTagsTo");
     std::vector<Node*> copies;
     bool good = true;
     for (Node* tag = Impl(op)->tags.first; tag && good; tag = tag->next) {

@@ -5,6 +5,8 @@
 #include "host/render/render_job.h"
 #include "host/seam/os_tables.h"
 
+#include <cmath>
+
 namespace host {
 
 namespace {
@@ -22,6 +24,16 @@ RayTracer* TracerOf(const VolumeData* vd, const char* call) {
     ReportCaller(std::string(call) +
                  " before INNER opens or after it closed, when volume data is not usable");
   return tracer;
+}
+
+bool IsTruth(Bool b) {
+  return b == FALSE || b == TRUE;
+}
+
+/** An application calls the model and looks into the other data: whoever has none must say so. */
+bool IsFilled(const IlluminanceSurfacePointData& f) {
+  return !f.local_mat && !f.model && !f.customdata && std::isfinite(f.specular_exponent) &&
+         IsTruth(f.receive_gi) && IsTruth(f.receive_caustics);
 }
 
 struct VolumeEntries {
@@ -64,6 +76,7 @@ struct VolumeEntries {
   static void IlluminanceSurfacePoint(VolumeData* vd, IlluminanceSurfacePointData* f, Vector* diffuse,
                                       Vector* specular) {
     RayTracer* tracer = TracerOf(vd, "IlluminanceSurfacePoint");
+    if (!IsFilled(*f)) ReportModule("IlluminanceSurfacePoint is given fields that nothing was written to");
     *diffuse = tracer ? tracer->Illuminate(*f) : Vector();
     *specular = Vector();
   }
@@ -74,7 +87,7 @@ struct VolumeEntries {
   }
 
   static VPBuffer* GetBuffer(const Render* render, LONG id, LONG) {
-    if (!RequireMainThread("Volume::GetBuffer")) return nullptr;
+    if (!RequireDocumentThread("Volume::GetBuffer")) return nullptr;
     const RenderJob* job = RenderJob::From(render);
     return job && id == VPBUFFER_RGBA ? job->Buffer().Api() : nullptr;
   }

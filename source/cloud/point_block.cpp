@@ -1,6 +1,7 @@
 #include "cloud/point_block.h"
 
 #include <cmath>
+#include <new>
 #include <utility>
 
 namespace kelvra {
@@ -80,9 +81,9 @@ Bool PointBlock::ShareTo(PointBlock& dest) const {
   dest.Clear();
   if (count > 0) {
     if (!owners_) {
-      owners_ = GeAllocType(LONG, 1);
-      if (!owners_) return FALSE;
-      *owners_ = 1;
+      void* memory = GeAlloc(sizeof *owners_);
+      if (!memory) return FALSE;
+      owners_ = new (memory) std::atomic<LONG>(1);
     }
     ++*owners_;
     dest.owners_ = owners_;

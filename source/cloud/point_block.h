@@ -7,6 +7,8 @@
 #include "cloud/point_header.h"
 #include "cloud/source_record.h"
 
+#include <atomic>
+
 namespace kelvra {
 
 /** Index into PointBlock::reals. */
@@ -17,9 +19,10 @@ enum { kFinishRecomputeBox = 2 };
 
 /**
  * Owns its four arrays, which are all there with `count` points or all missing. Blocks that share arrays own
- * them together: nothing writes into the arrays of a block that is in a store. Positions are x, height, y of
- * the file (the host's axes: y up), as 32-bit floats. Main thread; render threads may read. No member may
- * hold an address inside the block: the host's arrays move blocks byte by byte.
+ * them together, and may be freed on any thread: nothing writes into the arrays of a block that is in a
+ * store. Positions are x, height, y of the file (the host's axes: y up), as 32-bit floats. Main thread;
+ * render threads may read. No member may hold an address inside the block: the host's arrays move blocks byte
+ * by byte.
  */
 struct PointBlock {
   PointBlock() { Clear(); }
@@ -80,7 +83,8 @@ struct PointBlock {
 private:
   void FreeArrays();
   void CopyDescription(PointBlock& dest) const;
-  mutable LONG* owners_ = NULL; ///< number of blocks that have these arrays; NULL for this one alone
+  /** Number of blocks that have these arrays; NULL for this one alone. */
+  mutable std::atomic<LONG>* owners_ = NULL;
 };
 
 } // namespace kelvra

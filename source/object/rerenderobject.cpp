@@ -89,11 +89,11 @@ void RecordUndo(BaseObject* op) {
   BaseDocument* doc = op->GetDocument();
   KelvraObject* cloud = GetCloudData(op);
   if (!doc || !cloud) return;
-  doc->StartUndo();
+  const Bool started = doc->StartUndo(); // not within somebody else's step, which is not ours to end
   cloud->addsPoints = TRUE;
   doc->AddUndo(UNDOTYPE_CHANGE, op);
   cloud->addsPoints = FALSE;
-  doc->EndUndo();
+  if (started) doc->EndUndo();
 }
 
 Bool KelvraObject::Init(GeListNode* node) {

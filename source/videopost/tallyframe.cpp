@@ -3,6 +3,8 @@
 #include "videopost/frame_file.h"
 #include "videopost/frame_name.h"
 
+#include <mutex>
+
 namespace kelvra {
 
 namespace {
@@ -13,6 +15,9 @@ struct RecorderState {
 };
 
 RecorderState* recorderState = NULL;
+
+/** Of the state and the files: renders may run at once, and copies of a document record under one name. */
+std::mutex recording;
 
 /** A render that failed or that the user stopped is not recorded. */
 Bool IsGood(const VideoPostStruct& vps) {
@@ -54,6 +59,7 @@ RENDERRESULT Tallyframe::Execute(BaseVideoPost* node, VideoPostStruct* vps) {
   if (vps->vp != VIDEOPOSTCALL_RENDER || vps->open || !IsGood(*vps)) return RENDERRESULT_OK;
   const BaseContainer* settings = static_cast<BaseList2D*>(node)->GetDataInstance();
   if (!settings || !settings->GetBool(KELVRA_RECORDER_ENABLE)) return RENDERRESULT_OK;
+  const std::lock_guard<std::mutex> lock(recording);
   String problem;
   if (!Record(*settings, *vps, &problem))
     ReportFailure(problem);
@@ -75,6 +81,7 @@ void FreeTallyframe() {
 }
 
 LLONG FramesRecorded() {
+  const std::lock_guard<std::mutex> lock(recording);
   return recorderState ? recorderState->framesRecorded : 0;
 }
 

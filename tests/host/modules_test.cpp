@@ -73,6 +73,8 @@ TEST_F(SoundModule, RegistersWorksAndLeavesNothingAlive) {
   EXPECT_EQ(plugins[0].name, "Worker");
   EXPECT_EQ(plugins[0].diskLevel, 2);
   EXPECT_EQ(plugins[0].module, Module("sound"));
+  EXPECT_EQ(application_.GetConsole().Lines(),
+            (std::vector<std::string>{"initialise", "priority 0", "start"}));
   std::string error;
   EXPECT_FALSE(application_.LoadModule(Module("sound"), &error));
   EXPECT_TRUE(Contains(error, "loaded already"));

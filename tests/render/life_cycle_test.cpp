@@ -1,5 +1,9 @@
 // What video posts hear from a render, in which order, and that every open is closed whatever happens.
+#include "host/nodes/services.h"
 #include "support/render_fixture.h"
+#include "xkelvra_shader.h"
+
+#include <thread>
 
 namespace {
 
@@ -147,6 +151,46 @@ TEST_F(LifeCycle, LegalButUnfriendlyOrdersGiveTheSamePicture) {
   EXPECT_EQ(Render().samples, whole.samples) << "while a copy of the document is rendered";
   EXPECT_EQ(inner.samples, whole.samples);
   BaseDocument::Free(copy);
+}
+
+using TwoRenders = RenderTest;
+
+TEST_F(TwoRenders, OfCopiesOfADocumentOnTwoThreadsAreLikeOne) {
+  std::vector<Dot> dots;
+  for (int i = 0; i < 9000; ++i) dots.push_back({Vector(i % 7 - 3, i % 5 - 2, i % 3)});
+  Add(dots);
+  Data().SetReal(KELVRA_TRANSPARENCY, 0.5);
+  BaseShader* shader = BaseShader::Alloc(kShader);
+  shader->GetDataInstance()->SetLink(KELVRA_SHADER_OBJECT, op_);
+  op_->InsertShader(shader);
+  options_.threads = 2;
+  host::RenderJob(doc_, options_); // makes the recorder
+  BaseContainer& recorder = *FirstPost(kRecorder)->GetDataInstance();
+  recorder.SetBool(KELVRA_RECORDER_ENABLE, TRUE);
+  recorder.SetFilename(KELVRA_RECORDER_FOLDER, Filename(host::FromUtf8(Path("recorded"))));
+  std::filesystem::create_directory(Path("recorded"));
+  const Shot whole = Render();
+  const std::string recorded = Read(Path("recorded/frame_0000.png"));
+  EXPECT_FALSE(recorded.empty());
+  EXPECT_NE(whole.Middle(), kBehind);
+
+  const std::size_t lines = application_.GetConsole().Lines().size();
+  BaseDocument* copies[2];
+  std::vector<std::thread> threads;
+  for (BaseDocument*& copy : copies) copy = static_cast<BaseDocument*>(doc_->GetClone(COPYFLAGS_0, nullptr));
+  for (BaseDocument* copy : copies)
+    threads.emplace_back([&, copy] {
+      const host::DocumentThread here;
+      for (int frame = 0; frame < 8; ++frame) {
+        host::RenderJob job(copy, options_);
+        EXPECT_EQ(Take(job).samples, whole.samples) << frame;
+      }
+    });
+  for (std::thread& thread : threads) thread.join();
+  for (BaseDocument*& copy : copies) BaseDocument::Free(copy);
+  EXPECT_EQ(LinesSince(application_, lines), std::vector<std::string>()) << "both record under one name";
+  EXPECT_EQ(Read(Path("recorded/frame_0000.png")), recorded);
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(Path("recorded")), {}), 1);
 }
 
 TEST_F(LifeCycle, OnlyWhatWasAskedForIsCalled) {

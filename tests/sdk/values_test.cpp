@@ -48,7 +48,7 @@ TEST_F(SdkValues, FindingStartsAtTheGivenPlace) {
   EXPECT_EQ(at, 1);
   at = 77;
   EXPECT_FALSE(s.FindFirst("x", &at));
-  EXPECT_FALSE(s.FindFirst("{", &at, 99));
+  EXPECT_DEATH(s.FindFirst("{", &at, 99), "outside the text");
   EXPECT_EQ(at, 77) << "untouched without a hit";
 }
 

@@ -2,6 +2,8 @@
 
 #include "cloud/block_fill.h"
 
+#include <thread>
+
 namespace kelvra {
 namespace {
 
@@ -57,6 +59,24 @@ TEST_F(Block, CopyOwnsItsArrays) {
   for (std::size_t i = 0; i < before.items.size(); ++i)
     EXPECT_EQ(after.items.at(i).bytes, before.items[i].bytes);
   EXPECT_EQ(copy.settings.name, String("a.las"));
+}
+
+TEST_F(Block, CopiesThatShareArraysMayBeFreedOnAnotherThread) {
+  PointBlock source = MakeBlock(4), kept;
+  ASSERT_TRUE(source.ShareTo(kept));
+  const auto shareAndFree = [&source] {
+    for (int i = 0; i < 30000; ++i) {
+      PointBlock copy;
+      source.ShareTo(copy);
+    }
+  };
+  std::thread other(shareAndFree);
+  shareAndFree();
+  other.join();
+  kept.Clear();
+  const SReal* positions = source.positions;
+  EXPECT_TRUE(source.OwnArrays());
+  EXPECT_EQ(source.positions, positions) << "the only owner again";
 }
 
 TEST_F(Block, FinishingShrinksToTheCountAndComputesTheBoxWhenAsked) {

@@ -67,7 +67,7 @@ public:
   }
 
   LONG Count() const { return carrier_ ? message_.modata->GetCount() : 1; }
-  /** Without flags every clone is shown. */
+  /** Without flags every clone is shown. Bit 1, which marks a clone as disabled, is not looked at. */
   Bool IsShown(LONG i) const {
     return !carrier_ ||
            (message_.modata->GetLongArray(MODATA_FLAGS, MOGENFLAG_CLONE_ON)[i] & MOGENFLAG_CLONE_ON) != 0;

@@ -1,5 +1,7 @@
 #include "object/draw/point_program.h"
 
+#include "fence.h"
+
 #include <cstring>
 #include <initializer_list>
 
@@ -36,7 +38,7 @@ const UniformDeclaration kDeclarations[kUniformCount] = {
     {"index_count", VertexProgram, UniformInt1},      {"index_nth", VertexProgram, UniformInt1}};
 
 LONG PrintError(GlProgramType, const char* message) {
-  GePrint(String("glerror") + String(message));
+  Fence("the compiler's error handler", [message] { GePrint(String("glerror") + String(message)); });
   return 0;
 }
 

@@ -43,6 +43,9 @@ public:
 } // namespace
 
 Bool PluginStart() {
+#if MODULE_SOUND
+  GePrint("start");
+#endif
   RegisterObjectPlugin(1099101, "Worker", OBJECT_GENERATOR, Worker::Alloc, String(), nullptr, 2);
   RegisterMessagePlugin(1099102, String(), 0, gNew Listener);
 #if MODULE_START_REFUSED
@@ -58,9 +61,17 @@ void PluginEnd() {
   GePrint("end");
 }
 
-Bool PluginMessage(LONG id, void*) {
+Bool PluginMessage(LONG id, void* data) {
 #if MODULE_MESSAGE_REFUSED
   if (id == C4DPL_INIT_SYS) return FALSE;
+#elif MODULE_SOUND
+  if (id == C4DMSG_PRIORITY) {
+    GePrint("priority " + LongToString(*(LONG*)data));
+    *(LONG*)data = 850;
+    return TRUE;
+  }
+  if (id == C4DPL_INIT_SYS) GePrint("initialise");
 #endif
+  (void)data;
   return id == C4DPL_INIT_SYS;
 }
