@@ -7,11 +7,17 @@
 
 namespace host {
 
+namespace {
+constexpr std::uintptr_t kPage = 4096;
+} // namespace
+
 void* ReserveSpace(std::size_t size) {
   void* space =
       mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
   if (space == MAP_FAILED) return nullptr;
-  PreferLargePages(space, size);
+  // To the end of its last page: a part with other advice would be an area of its own, and ResizeSpace moves
+  // only one.
+  PreferLargePages(space, (size + kPage - 1) / kPage * kPage);
   return space;
 }
 
@@ -26,8 +32,8 @@ void ReleaseSpace(void* space, std::size_t size) {
 
 void PreferLargePages(void* address, std::size_t size) {
   // Whole pages inside the block only: its neighbours belong to others.
-  const std::uintptr_t page = 4096, start = ((std::uintptr_t)address + page - 1) / page * page;
-  const std::uintptr_t end = ((std::uintptr_t)address + size) / page * page;
+  const std::uintptr_t start = ((std::uintptr_t)address + kPage - 1) / kPage * kPage;
+  const std::uintptr_t end = ((std::uintptr_t)address + size) / kPage * kPage;
   if (end > start) madvise((void*)start, end - start, MADV_HUGEPAGE);
 }
 

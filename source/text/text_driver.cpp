@@ -188,12 +188,20 @@ private:
     const std::int64_t most = std::numeric_limits<std::int64_t>::max() / (std::int64_t)sizeof(TextPoint) / 2;
     if (growth_ <= most) growth_ *= 2;
     if (wanted <= most && Ask(wanted)) return true;
-    // As many points as the shortest lines would make of the rest, or else as many as usual lines would.
     const std::int64_t held = result_.count, rest = std::max<std::int64_t>(0, input_.fileSize - bytesDone_);
+    // After refusals ever more points are lost before it asks again: each request costs more than a line.
+    if (held == refusedAt_ && (result_.noMemory & (result_.noMemory - 1)) != 0) return false;
+    // As many points as the shortest lines would make of the rest, or else as many as usual lines would, or
+    // else as lines like those before.
     for (const std::int64_t bytes : {kShortestLine, (std::int64_t)loader_.BytesPerLine()}) {
       const std::int64_t enough = held + std::max((rest + 1) / bytes, held / 2) + 1;
       if (enough < wanted && Ask(std::min<std::int64_t>(enough, input_.most))) return true;
     }
+    if (held > 0) {
+      const std::int64_t likely = (std::int64_t)((double)rest * (double)held / (double)bytesDone_);
+      if (Ask(std::min<std::int64_t>(held + likely + held / 64 + 1, input_.most))) return true;
+    }
+    refusedAt_ = held;
     return false;
   }
 
@@ -236,6 +244,7 @@ private:
   Form form_ = Form::Any;
   std::int32_t counter_ = 0;
   std::int64_t capacity_ = 0, growth_, bytesDone_ = 0, nextShown_ = 0;
+  std::int64_t refusedAt_ = -1; ///< so many points were held when nothing of any use could be had
   int shown_ = -1;
 };
 

@@ -54,7 +54,7 @@ TEST_F(HostMemory, UntouchedGigabytesCostNothing) {
   block[0] = 1;
   block[7 * kGiB + 5] = 2;
   block[16 * kGiB - 1] = 3;
-  for (const VLONG size : {32 * kGiB, 512 * kGiB, 16 * kGiB}) {
+  for (const VLONG size : {20 * kGiB + 1, 32 * kGiB, 512 * kGiB, 16 * kGiB}) { // not whole pages, too
     char* moved = (char*)GeReallocNC(block, size);
     ASSERT_NE(moved, nullptr) << size;
     block = moved;
