@@ -1,6 +1,7 @@
 #include "cli/session/cloud_session.h"
 
 #include "cli/csv/text_of_table.h"
+#include "cli/session/parameter_list.h"
 #include "cli/session/preferences_page.h"
 #include "cli/system/preferences_folder.h"
 #include "cli/system/process_memory.h"
@@ -310,11 +311,11 @@ void CloudSession::ApplySetting(BaseObject* object, const std::string& setting) 
     throw UsageError{"--set " + setting + ": expected ID=VALUE or NAME=VALUE"};
   const std::string name = setting.substr(0, equals);
   LONG id = -1;
-  if (name.find_first_not_of("0123456789") == std::string::npos && name.size() < 10)
-    id = (LONG)std::stol(name);
-  else
-    id = application_->FindParameter(object, name);
-  if (id < 0) throw UsageError{"--set " + setting + ": the object has no parameter called " + name};
+  try {
+    id = FindSettable(*application_, object, name);
+  } catch (const UsageError& e) {
+    throw UsageError{"--set " + setting + ": " + e.text};
+  }
   std::string error;
   if (!application_->SetParameterFromText(object, id, setting.substr(equals + 1), &error))
     throw UsageError{"--set " + setting + ": " + error};

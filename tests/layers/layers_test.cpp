@@ -56,7 +56,7 @@ TEST(Layers, NobodyReachesAcrossTheSeam) {
       std::regex(
           "^host/(?!picture/(image|picture)\\.h|base/"
           "(replacing_file|printable|utf8)\\.h|scene/checksum\\.h|memory/(free_memory|memory)\\.h|parameters/"
-          "node_parameters\\.h|geometry/(point_nodes|variable_tag)\\.h|hair/hair_object\\.h|"
+          "(node_parameters|parameter_text)\\.h|geometry/(point_nodes|variable_tag)\\.h|hair/hair_object\\.h|"
           "particles/\\w+\\.h)\\w+/"));
 }
 
