@@ -90,7 +90,8 @@ void CheckOutputKind(const std::string& output) {
 /** Ten times as many points as there are is rarely meant. */
 std::string ParseRatio(const std::string& text) {
   const bool percent = !text.empty() && text.back() == '%';
-  const double ratio = ParseNumber(percent ? text.substr(0, text.size() - 1) : text) / (percent ? 100.0 : 1.0);
+  const double ratio =
+      ParseNumber(percent ? text.substr(0, text.size() - 1) : text) / (percent ? 100.0 : 1.0);
   if (ratio < 0.0) throw UsageError{"expected a number from 0 to 1, or from 0% to 100%"};
   return text;
 }
@@ -101,9 +102,10 @@ void CheckRatio(const ConvertOptions& options) {
   const bool percent = text.back() == '%';
   const double ratio = ParseNumber(percent ? text.substr(0, text.size() - 1) : text);
   if (ratio <= (percent ? 100.0 : 1.0)) return;
-  throw UsageError{"--ratio " + text + ": more points than there are" +
-                   (!percent && ratio <= 100.0 ? "; did you mean " + text + "%?" : "; expected at most 100%") +
-                   " (--allow-padding adds points at the origin)"};
+  throw UsageError{
+      "--ratio " + text + ": more points than there are" +
+      (!percent && ratio <= 100.0 ? "; did you mean " + text + "%?" : "; expected at most 100%") +
+      " (--allow-padding adds points at the origin)"};
 }
 
 /** An option that sets a parameter of the cloud; an empty one leaves it. */
@@ -153,7 +155,8 @@ const char* AxesText(Axes axes) {
 void WriteResult(CloudSession& session, BaseObject* cloud, const ConvertOptions& options) {
   const std::string& path = options.output;
   const Shape shape = ShapeOf(session, cloud, options.survey);
-  if (shape.points == 0) throw std::runtime_error(path + ": the conversion built nothing that this file can hold");
+  if (shape.points == 0)
+    throw std::runtime_error(path + ": the conversion built nothing that this file can hold");
   const Axes axes = options.hostAxes ? Axes::Host : IsObj(options) ? Axes::YUp : Axes::ZUp;
   std::string error;
   if (!(IsObj(options) ? WriteObj : WritePly)(shape, axes, path, &error, &session.App().GetFaults()))

@@ -115,7 +115,8 @@ nlohmann::json ParameterJson(const Place& place, const Parameter& parameter) {
   nlohmann::json values = nlohmann::json::array();
   for (const host::resource::CycleEntry& entry : parameter.cycle)
     if (!entry.isDivider)
-      values.push_back({{"name", host::EntryName(parameter, entry)}, {"number", entry.id}, {"shown_as", entry.text}});
+      values.push_back(
+          {{"name", host::EntryName(parameter, entry)}, {"number", entry.id}, {"shown_as", entry.text}});
   const auto limit = [](const std::optional<host::resource::Numbers>& numbers) {
     return numbers ? nlohmann::json((*numbers)[0]) : nlohmann::json();
   };

@@ -23,8 +23,8 @@ std::vector<const Parameter*> SettableParameters(const host::resource::Descripti
 
 LONG FindSettable(const host::Application& application, BaseList2D* node, const std::string& name,
                   const std::string& prefix) {
-  const bool isNumber = !name.empty() && name.size() < 10 &&
-                        name.find_first_not_of("0123456789") == std::string::npos;
+  const bool isNumber =
+      !name.empty() && name.size() < 10 && name.find_first_not_of("0123456789") == std::string::npos;
   const host::resource::Description* description = host::FindDescription(*host::Impl(node));
   if (!description) throw std::runtime_error("the module describes no parameters");
   LONG id = -1;

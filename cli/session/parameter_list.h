@@ -10,8 +10,8 @@
 namespace cli {
 
 /** Those that the description declares itself and that have a value which users see. */
-std::vector<const host::resource::Parameter*> SettableParameters(
-    const host::resource::Description& description);
+std::vector<const host::resource::Parameter*>
+SettableParameters(const host::resource::Description& description);
 
 /** Number of a node's parameter from a name or a number; throws UsageError that names the nearest ones. */
 LONG FindSettable(const host::Application& application, BaseList2D* node, const std::string& name,

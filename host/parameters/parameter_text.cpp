@@ -117,8 +117,7 @@ bool ParseVector(const Parameter& parameter, std::string text, GeData* value, st
   Vector v;
   for (LONG axis = 0; axis < 3; ++axis) {
     if (!(in >> part)) return Fail("three numbers, X,Y,Z", error);
-    if (!CheckedNumber(parameter, (std::size_t)axis, part, "three numbers", &v[axis], error))
-      return false;
+    if (!CheckedNumber(parameter, (std::size_t)axis, part, "three numbers", &v[axis], error)) return false;
   }
   if (in >> part) return Fail("three numbers, X,Y,Z", error);
   value->SetVector(v);
@@ -159,8 +158,7 @@ bool ParseLink(const std::string& text, Document* doc, GeData* value, std::strin
     const auto found = std::find_if(nodes.begin(), nodes.end(), [&](const Node* node) {
       return node->kind == NodeKind::Object && node->name == name;
     });
-    if (found == nodes.end())
-      return Fail("the name of an object in the document, or nothing", error);
+    if (found == nodes.end()) return Fail("the name of an object in the document, or nothing", error);
     link.target = (*found)->linkId;
   }
   value->SetBaseLink(&link);

@@ -37,7 +37,7 @@ public:
 
   /**
    * The description `name`, spelled as after CONTAINER; its files are named in lower case. The application's
-   * own base descriptions are found too. "help/" beside the texts may hold a sentence on each parameter. Read once, then kept; null with one line in `error` when a file is
+   * own base descriptions are found too. Read once, then kept; null with one line in `error` when a file is
    * missing or wrong.
    */
   const Description* LoadDescription(const std::string& name, std::string* error);

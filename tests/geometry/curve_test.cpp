@@ -108,8 +108,7 @@ TEST_F(CurveParameter, IsGivenAsKnotsOfText) {
   EXPECT_EQ(Held(op_->GetData()), "none");
   EXPECT_EQ(Set(" 1 , -2.5 ; 0,50%"), "");
   EXPECT_EQ(Held(op_->GetData()), "0.000000,0.500000;1.000000,-2.500000;");
-  const std::string expected =
-      "; expected x,y with x from 0 to 1 and y finite, and at most 4096 knots";
+  const std::string expected = "; expected x,y with x from 0 to 1 and y finite, and at most 4096 knots";
   const std::string bad[][3] = {
       {"0,1;1.5,1", "1.5,1", "2"}, {"0,1;;1,1", "", "2"}, {"0,1e999", "0,1e999", "1"}};
   for (const auto& [text, knot, number] : bad) {

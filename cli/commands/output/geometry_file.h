@@ -28,8 +28,9 @@ struct Shape {
 };
 
 /**
- * Binary little-endian PLY: x, y, z as 64-bit reals, red, green, blue as bytes, lines as edges. An existing file
- * is replaced only by a whole new one. False with one line that names file and reason. faults may be NULL.
+ * Binary little-endian PLY: x, y, z as 64-bit reals, red, green, blue as bytes, lines as edges. An existing
+ * file is replaced only by a whole new one. False with one line that names file and reason. faults may be
+ * NULL.
  */
 bool WritePly(const Shape& shape, Axes axes, const std::string& path, std::string* error,
               host::Faults* faults);
