@@ -6,20 +6,18 @@
 #include "cli/session/preferences_page.h"
 #include "cli/system/preferences_folder.h"
 #include "cli/system/process_memory.h"
+#include "cli/system/program_path.h"
 #include "cli/system/silence.h"
 #include "cli/text/format.h"
 #include "host/application.h"
-#include "host/base/utf8.h"
 #include "host/memory/memory.h"
 #include "host/viewport.h"
 #include "kelvra_messages.h"
 #include "otallyframe.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <chrono>
 #include <filesystem>
-#include <fstream>
 #include <stdexcept>
 
 namespace fs = std::filesystem;
@@ -97,28 +95,19 @@ void CloudSession::RequirePoints() const {
 }
 
 void CloudSession::RequireContent() const {
-  Vector low, high;
-  if (Points() == 0 && !host::GeometryBox(document_, &low, &high)) RequirePoints();
+  if (Points() == 0 && host::GeometryBox(document_).IsEmpty()) RequirePoints();
 }
 
-bool CloudSession::Extent(Vector* low, Vector* high) const {
-  bool any = false;
-  for (BaseObject* cloud : Clouds()) {
-    Vector cloudLow, cloudHigh;
-    if (!host::WorldBox(cloud, &cloudLow, &cloudHigh)) continue;
-    for (int axis = 0; axis < 3; ++axis) {
-      (*low)[axis] = any ? std::min((*low)[axis], cloudLow[axis]) : cloudLow[axis];
-      (*high)[axis] = any ? std::max((*high)[axis], cloudHigh[axis]) : cloudHigh[axis];
-    }
-    any = true;
-  }
-  if (any || host::GeometryBox(document_, low, high)) return true;
-  if (Points() == 0) return false;
+host::Box CloudSession::Extent() const {
+  host::Box box;
+  for (BaseObject* cloud : Clouds()) box.Add(host::WorldBox(cloud));
+  if (box.IsEmpty()) box = host::GeometryBox(document_);
+  if (!box.IsEmpty() || Points() == 0) return box;
   // All points at one place: a box without size.
   Vector centre, half;
   host::GetObjectBox(Cloud(), &centre, &half);
-  *low = *high = Cloud()->GetMg() * centre;
-  return true;
+  box.Add(Cloud()->GetMg() * centre);
+  return box;
 }
 
 long long CloudSession::PeakMemory() const {
@@ -168,8 +157,7 @@ void CloudSession::OpenScene(const std::string& path) {
     const std::size_t clouds = Clouds().size();
     report.message =
         clouds == 0 ? "scene without point clouds" : "scene, " + Counted((long long)clouds, "point cloud");
-    Vector low, high;
-    const bool content = report.points > 0 || host::GeometryBox(document_, &low, &high);
+    const bool content = report.points > 0 || !host::GeometryBox(document_).IsEmpty();
     report.outcome = content ? FileOutcome::Whole : FileOutcome::Refused;
     for (BaseObject* cloud : Clouds()) // what is wrong with points of the scene
       for (const FileReport& found : ReadFileReports(cloud)) {

@@ -28,8 +28,8 @@ void VisitPoints(const CloudSession& session, const std::function<void(const Vec
 /** A box in cells of one size, each with its distance in cells to the nearest one that holds a point. */
 class Cells {
 public:
-  Cells(const Vector& low, const Vector& high) : low_(low) {
-    const Vector size = high - low;
+  explicit Cells(const host::Box& box) : low_(box.low) {
+    const Vector size = box.Size();
     cell_ = std::max({size.x, size.y, size.z, 1e-9}) / kMostCells;
     for (int axis = 0; axis < 3; ++axis)
       count_[axis] = std::clamp((int)(size[axis] / cell_) + 1, 1, kMostCells + 1);
@@ -100,9 +100,9 @@ private:
 
 } // namespace
 
-Vector FreePlace(const CloudSession& session, const Vector& wished, double clearance, const Vector& low,
-                 const Vector& high) {
-  Cells cells(low, high);
+Vector FreePlace(const CloudSession& session, const Vector& wished, double clearance,
+                 const host::Box& box) {
+  Cells cells(box);
   bool free = true;
   VisitPoints(session, [&](const Vector& p) {
     free = free && (p - wished).GetLength() >= clearance;
