@@ -4,6 +4,7 @@
 #include "cli/system/exit_status.h"
 #include "cli/system/program_arguments.h"
 #include "cli/text/line.h"
+#include "cli/text/nearest.h"
 
 #include <algorithm>
 #include <csignal>
@@ -11,15 +12,16 @@
 
 namespace {
 
-/** "info, snapshot, ... or update-check" */
-std::string CommandNames() {
-  const std::vector<cli::Command>& commands = cli::Commands();
-  std::string names;
-  for (std::size_t i = 0; i < commands.size(); ++i) {
-    if (i > 0) names += i + 1 < commands.size() ? ", " : " or ";
-    names += commands[i].name;
-  }
-  return names;
+/** "; did you mean render?", or all commands where none is near. */
+std::string Suggestion(const std::string& word) {
+  std::vector<std::string> names;
+  for (const cli::Command& command : cli::Commands()) names.push_back(command.name);
+  const std::string near = cli::DidYouMean(word, names);
+  if (!near.empty()) return near;
+  std::string all;
+  for (std::size_t i = 0; i < names.size(); ++i)
+    all += (i == 0 ? "; expected " : i + 1 < names.size() ? ", " : " or ") + names[i];
+  return all;
 }
 
 const cli::Command* FindCommand(const std::string& name) {
@@ -66,7 +68,7 @@ int Run(int argc, char** argv) {
       ->trigger_on_parse();
   const cli::Command* command = argc > 1 ? FindCommand(argv[1]) : nullptr;
   if (argc > 1 && argv[1][0] != '-' && !command)
-    throw cli::UsageError{"there is no command \"" + std::string(argv[1]) + "\"; expected " + CommandNames()};
+    throw cli::UsageError{"there is no command \"" + std::string(argv[1]) + "\"" + Suggestion(argv[1])};
   try {
     std::vector<char*> words(argv, argv + argc);
     if (command && command->dashesOnlySeparate)

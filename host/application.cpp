@@ -228,14 +228,14 @@ bool Application::SetParameterFromText(BaseList2D* api, LONG id, const std::stri
   const resource::Description* description = FindDescription(node);
   const resource::Parameter* parameter = description ? description->FindParameter(id) : nullptr;
   if (!parameter) {
-    *error = Utf8(TypeName(node)) + " has no parameter with number " + std::to_string(id);
+    *error = Utf8(TypeName(node)) + " has no parameter " + std::to_string(id);
     return false;
   }
   GeData data;
   if (!ParseParameter(*parameter, value, node.GetDocument(), &data, error)) return false;
   const Work work;
   if (SetParameter(node, DescID(id), data, DESCFLAGS_SET_USERINTERACTION)) return true;
-  *error = "\"" + value + "\" for " + parameter->identifier + " is refused by " + Utf8(TypeName(node));
+  *error = "refused by " + Utf8(TypeName(node));
   return false;
 }
 

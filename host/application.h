@@ -93,8 +93,8 @@ public:
    * its end after the first underscore in any case (point_size). -1 when there is none.
    */
   LONG FindParameter(BaseList2D* node, const std::string& name) const;
-  /** Sets a parameter from text by its type in the description. False with one line naming value and range.
-   */
+  /** Sets a parameter from text by its type in the description. False with what is expected instead; the
+   * caller names the parameter and the value. */
   bool SetParameterFromText(BaseList2D* node, LONG id, const std::string& value, std::string* error);
   /** Presses a button: MSG_DESCRIPTION_COMMAND with that id. */
   void PressButton(BaseList2D* node, LONG id);

@@ -15,6 +15,7 @@ const std::vector<Command>& Commands() {
       {"scene", "Print every node and value of a scene file", AddScene},
       {"convert", "Build the application's own geometry from the points", AddConvert},
       {"reproject", "Ask the geometry service for a cloud's corners in degrees", AddReproject},
+      {"params", "List the parameters: range, default, and what they do", AddParams},
       {"prefs", "Show or change the preferences", AddPrefs},
       {"update-check", "Ask the update server for a newer version", AddUpdateCheck},
   };

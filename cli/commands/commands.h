@@ -31,6 +31,7 @@ Run AddExport(CLI::App& command);
 Run AddScene(CLI::App& command);
 Run AddConvert(CLI::App& command);
 Run AddReproject(CLI::App& command);
+Run AddParams(CLI::App& command);
 Run AddPrefs(CLI::App& command);
 Run AddUpdateCheck(CLI::App& command);
 

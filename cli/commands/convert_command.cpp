@@ -1,12 +1,13 @@
 #include "cli/commands/commands.h"
 
 #include "cli/commands/options/input_options.h"
+#include "cli/commands/options/number.h"
 #include "cli/commands/options/output_option.h"
 #include "cli/commands/options/typed_option.h"
 #include "cli/commands/output/console_lines.h"
 #include "cli/commands/output/file_reports.h"
-#include "cli/commands/output/geometry_file.h"
 #include "cli/commands/output/output_file.h"
+#include "cli/commands/output/result_shape.h"
 #include "cli/commands/output/result_tree.h"
 #include "cli/session/cloud_parameters.h"
 #include "cli/session/cloud_session.h"
@@ -34,22 +35,22 @@ namespace {
 const struct Mode {
   const char* name;
   LONG value;
-  long long bytes;    ///< that one point takes while it is converted
-  const char* suffix; ///< of the file that can hold the result, NULL for none
-  Axes axes;          ///< that programs expect in such a file
+  long long bytes; ///< that one point takes while it is converted
+  bool lines;      ///< standard output gets them as OBJ, points as PLY
 } kModes[] = {
-    {"point", KELVRA_CONVERT_MODE_POINTS, sizeof(Vector) + 3 * sizeof(SReal), ".ply", Axes::ZUp},
-    {"hair", KELVRA_CONVERT_MODE_HAIR, 3 * sizeof(Vector), nullptr, Axes::Host},
+    {"point", KELVRA_CONVERT_MODE_POINTS, sizeof(Vector) + 3 * sizeof(SReal), false},
+    {"hair", KELVRA_CONVERT_MODE_HAIR, 3 * sizeof(Vector), true},
     {"particles", KELVRA_CONVERT_MODE_THINKING_PARTICLES,
-     sizeof(host::ParticleSlot) + sizeof(Vector) + 3 * sizeof(SReal), nullptr, Axes::Host},
-    {"emitter", KELVRA_CONVERT_MODE_EMITTER, sizeof(host::EmitterParticle), nullptr, Axes::Host},
-    {"spline", KELVRA_CONVERT_MODE_SPLINE, sizeof(Vector) + sizeof(Segment), ".obj", Axes::YUp},
+     sizeof(host::ParticleSlot) + sizeof(Vector) + 3 * sizeof(SReal), false},
+    {"emitter", KELVRA_CONVERT_MODE_EMITTER, sizeof(host::EmitterParticle), false},
+    {"spline", KELVRA_CONVERT_MODE_SPLINE, sizeof(Vector) + sizeof(Segment), true},
 };
 
 struct ConvertOptions {
   InputOptions input;
   const Mode* mode = nullptr;
   std::string ratio;     ///< share of the points, as the parameter takes it; empty keeps the cloud's
+  bool padding = false;  ///< a share above 1 is meant
   std::string step;      ///< longest step within a spline segment; empty keeps the cloud's
   std::string output;    ///< geometry file; empty for none
   bool hostAxes = false; ///< the geometry file has the axes of the scene
@@ -76,13 +77,35 @@ bool EndsWith(const std::string& text, const std::string& end) {
   return text.size() > end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
 }
 
-void CheckOutputKind(const Mode& mode, const std::string& output) {
-  if (output.empty() || (mode.suffix && (output == "-" || EndsWith(output, mode.suffix)))) return;
-  if (!mode.suffix)
-    throw UsageError{"--output " + output + ": " + mode.name +
-                     " can be stored in a scene only (--scene); .ply takes points and .obj splines"};
-  throw UsageError{"--output " + output + ": expected a name that ends in " + mode.suffix + " for --mode " +
-                   mode.name};
+/** Goes by the suffix. */
+bool IsObj(const ConvertOptions& options) {
+  return options.output == "-" ? options.mode->lines : EndsWith(options.output, ".obj");
+}
+
+void CheckOutputKind(const std::string& output) {
+  if (output.empty() || output == "-" || EndsWith(output, ".ply") || EndsWith(output, ".obj")) return;
+  throw UsageError{"--output " + output + ": expected a name that ends in .ply or .obj"};
+}
+
+/** Ten times as many points as there are is rarely meant. */
+std::string ParseRatio(const std::string& text) {
+  const bool percent = !text.empty() && text.back() == '%';
+  const double ratio =
+      ParseNumber(percent ? text.substr(0, text.size() - 1) : text) / (percent ? 100.0 : 1.0);
+  if (ratio < 0.0) throw UsageError{"expected a number from 0 to 1, or from 0% to 100%"};
+  return text;
+}
+
+void CheckRatio(const ConvertOptions& options) {
+  const std::string& text = options.ratio;
+  if (text.empty() || options.padding) return;
+  const bool percent = text.back() == '%';
+  const double ratio = ParseNumber(percent ? text.substr(0, text.size() - 1) : text);
+  if (ratio <= (percent ? 100.0 : 1.0)) return;
+  throw UsageError{
+      "--ratio " + text + ": more points than there are" +
+      (!percent && ratio <= 100.0 ? "; did you mean " + text + "%?" : "; expected at most 100%") +
+      " (--allow-padding adds points at the origin)"};
 }
 
 /** An option that sets a parameter of the cloud; an empty one leaves it. */
@@ -124,38 +147,23 @@ void Announce(const Mode& mode, double points) {
   std::cout << text << std::endl;
 }
 
-/** The points of a result where the files have them. Throws when the result holds points that no file has. */
-std::vector<LVector> Survey(BaseObject* cloud, LONG count) {
-  std::vector<LVector> positions((std::size_t)count);
-  KelvraSurvey survey = {1, count, positions.data()};
-  if (count > 0 && (!cloud->Message(KELVRA_MESSAGE_SURVEY, &survey) || survey.count != count))
-    throw std::runtime_error(
-        "the result holds points that are in no file; --survey cannot place them (is --ratio "
-        "above 1?)");
-  return positions;
+const char* AxesText(Axes axes) {
+  if (axes == Axes::Host) return "x east, y up, z north";
+  return axes == Axes::ZUp ? "x east, y north, z up" : "x east, y up, z south";
 }
 
 void WriteResult(CloudSession& session, BaseObject* cloud, const ConvertOptions& options) {
-  const Mode& mode = *options.mode;
   const std::string& path = options.output;
-  BaseObject* built = cloud->GetCache(nullptr);
-  Placement place;
-  place.axes = options.hostAxes ? Axes::Host : mode.axes;
-  if (built) place.global = cloud->GetMg() * built->GetMl();
-  const bool hasPoints = built && (built->GetType() == Opolygon || built->GetType() == Ospline);
-  if (hasPoints && options.survey) place.survey = Survey(cloud, ((PointObject*)built)->GetPointCount());
-  host::Faults& faults = session.App().GetFaults();
+  const Shape shape = ShapeOf(session, cloud, options.survey);
+  if (shape.points == 0)
+    throw std::runtime_error(path + ": the conversion built nothing that this file can hold");
+  const Axes axes = options.hostAxes ? Axes::Host : IsObj(options) ? Axes::YUp : Axes::ZUp;
   std::string error;
-  bool written = false;
-  if (mode.value == KELVRA_CONVERT_MODE_POINTS && built && built->GetType() == Opolygon)
-    written = WritePly((PointObject*)built, place, path, &error, &faults);
-  else if (mode.value == KELVRA_CONVERT_MODE_SPLINE && built && built->GetType() == Ospline)
-    written = WriteObj((SplineObject*)built, place, path, &error, &faults);
-  else
-    error = path + ": the conversion built nothing that this file can hold";
-  if (!written) throw std::runtime_error(error);
-  Line(std::cout) << OutputName(path) << ": " << Counted(((PointObject*)built)->GetPointCount(), "point")
-                  << " written";
+  if (!(IsObj(options) ? WriteObj : WritePly)(shape, axes, path, &error, &session.App().GetFaults()))
+    throw std::runtime_error(error);
+  Line(std::cout) << OutputName(path) << ": " << Counted(shape.points, "point")
+                  << (shape.lines > 0 ? " in " + Counted(shape.lines, "line") : "") << " written, "
+                  << AxesText(axes) << (options.survey ? ", in file units" : "");
 }
 
 /** What renders the cloud renders its result as well, which has no settings of its own: it gets the cloud's.
@@ -184,9 +192,13 @@ void WriteScene(CloudSession& session, const std::string& path) {
 }
 
 void CheckOutputs(const ConvertOptions& options) {
-  CheckOutputKind(*options.mode, options.output);
+  CheckOutputKind(options.output);
+  CheckRatio(options);
+  if (!options.step.empty() && options.mode->value != KELVRA_CONVERT_MODE_SPLINE)
+    throw UsageError{"--step " + options.step + ": has no effect with --mode " + options.mode->name +
+                     "; it ends the segments of splines"};
   if (options.survey && options.hostAxes)
-    throw UsageError{"--axes host: expected without --survey, whose axes are x east, y north, z up"};
+    throw UsageError{"--axes host: expected without --survey, whose files are right-handed"};
   if (options.survey && options.output.empty())
     throw UsageError{"--survey: expected --output, a file for the coordinates"};
   if (!options.output.empty() && options.output == options.scene)
@@ -244,13 +256,17 @@ Run AddConvert(CLI::App& command) {
   AddTyped(command, "--mode", options->mode, ParseMode, "point, hair, particles, emitter or spline")
       ->required()
       ->type_name("MODE");
-  command.add_option("--ratio", options->ratio, "Share of the points, from the first one on; 1 is all");
+  AddTyped(command, "--ratio", options->ratio, ParseRatio,
+           "Share of the points, from the first one on: 0.1 or 10%; 1 is all")
+      ->type_name("SHARE");
+  command.add_flag("--allow-padding", options->padding,
+                   "Take a --ratio above 1, which adds points at the origin");
   command.add_option("--step", options->step, "Longest step within one spline segment");
-  AddOutput(command, options->output, "PLY for points, OBJ for splines");
+  AddOutput(command, options->output, "PLY or OBJ: points, hair and splines as lines");
   AddTyped(command, "--axes", options->hostAxes, ParseAxes,
            "right-handed (PLY z up, OBJ y up), or host: left-handed, y up, as in the scene")
       ->type_name("AXES");
-  command.add_flag("--survey", options->survey, "Write the coordinates of the files, x east, y north, z up");
+  command.add_flag("--survey", options->survey, "Write the coordinates of the files instead of the scene's");
   AddPath(command, "--scene", options->scene, "Save a scene in which the result takes the cloud's place");
   return [options] { return RunConvert(*options); };
 }

@@ -6,6 +6,7 @@
 #include "cli/commands/output/json_text.h"
 #include "cli/commands/output/result_tree.h"
 #include "cli/session/ignored_parameters.h"
+#include "cli/system/silence.h"
 #include "cli/text/format.h"
 #include "cli/text/line.h"
 
@@ -68,6 +69,7 @@ std::vector<SceneBox> ScenePlaces(const CloudSession& session, const Totals& tot
 }
 
 void PrintJson(const CloudSession& session, const Totals& total) {
+  const ResultTree tree = DescribeTree(session.Document());
   nlohmann::json files = nlohmann::json::array();
   const std::vector<SceneBox> places = ScenePlaces(session, total);
   for (std::size_t i = 0; i < places.size(); ++i) files.push_back(FactsJson(session.Reports()[i], places[i]));
@@ -79,28 +81,40 @@ void PrintJson(const CloudSession& session, const Totals& total) {
                                {"origin", {total.origin.x, total.origin.y, total.origin.z}},
                                {"step", total.step},
                                {"files", files},
-                               {"elements", DescribeTree(session.Document()).elements},
+                               {"elements", tree.elements},
+                               {"contents", tree.elements > 0 ? tree.lines : std::vector<std::string>()},
                                {"seconds", session.LoadSeconds()},
                                {"peak_memory_bytes", session.PeakMemory()}};
   std::cout << JsonText(info, 2) << "\n";
 }
 
 /** What a scene holds besides its clouds' own points, such as what clouds were converted to. */
-void PrintContents(const CloudSession& session) {
-  const ResultTree tree = DescribeTree(session.Document());
+void PrintContents(const ResultTree& tree) {
   if (tree.elements == 0) return;
   for (const std::string& line : tree.lines) Line(std::cout) << line;
   std::cout << Counted(tree.elements, "element") << ", " << Bytes(tree.bytes) << "\n";
+}
+
+void PrintSceneBox(const Totals& total) {
+  if (!total.sceneBox.IsEmpty())
+    std::cout << "box in the scene: " << BoxText(total.sceneBox, kSceneStep) << " (x east, y up, z north)\n";
 }
 
 void PrintText(const CloudSession& session, const Totals& total, bool verbose) {
   const std::vector<SceneBox> places = ScenePlaces(session, total);
   for (std::size_t i = 0; i < places.size(); ++i) {
     const FileReport& report = session.Reports()[i];
+    if (!report.strayIn.empty()) continue;
     PrintReport(report, verbose);
     for (const std::string& line : FactLines(report, places[i])) Line(std::cout) << "  " << line;
   }
+  PrintStrays(session.Reports(), verbose);
   PrintWarnings(session);
+  const ResultTree tree = DescribeTree(session.Document());
+  if (total.blocks == 0 && tree.elements > 0) {
+    PrintSceneBox(total);
+    return PrintContents(tree);
+  }
   const double seconds = session.LoadSeconds();
   std::cout << "total: " << Counted(total.points, "point") << " in " << Counted(total.blocks, "block") << ", "
             << Counted(total.groups, "group") << ", " << Fixed(seconds, 2) << " s";
@@ -108,9 +122,8 @@ void PrintText(const CloudSession& session, const Totals& total, bool verbose) {
   std::cout << ", memory " << Bytes(session.PeakMemory()) << "\n";
   if (!total.box.IsEmpty())
     std::cout << "box: " << BoxText(total.box, total.step) << ", step " << TwoDigits(total.step) << "\n";
-  if (!total.sceneBox.IsEmpty())
-    std::cout << "box in the scene: " << BoxText(total.sceneBox, kSceneStep) << " (x east, y up, z north)\n";
-  PrintContents(session);
+  PrintSceneBox(total);
+  PrintContents(tree);
 }
 
 int RunInfo(const InfoOptions& options) {
@@ -132,6 +145,7 @@ Run AddInfo(CLI::App& command) {
   const auto options = std::make_shared<InfoOptions>();
   AddInput(command, options->input);
   command.add_flag("--json", options->json, "Print JSON");
+  command.add_flag_callback("--quiet", Silence, "Print problems only");
   command.add_flag("--stats", options->stats, "Count the points of each class (LAS, LAZ)");
   return [options] { return RunInfo(*options); };
 }

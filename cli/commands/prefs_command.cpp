@@ -51,7 +51,8 @@ int RunPrefsSet(const PrefsOptions& options) {
   if (id == KELVRA_PREFS_VERSION || id == KELVRA_PREFS_STATUS)
     throw UsageError{options.name + " is shown by the program and cannot be set"};
   std::string error;
-  if (!session.App().SetParameterFromText(page, id, options.value, &error)) throw UsageError{error};
+  if (!session.App().SetParameterFromText(page, id, options.value, &error))
+    throw UsageError{"prefs set " + options.name + " " + options.value + ": " + error};
   if (!session.App().SavePreferences(&error)) throw std::runtime_error(error);
   return kExitWhole;
 }

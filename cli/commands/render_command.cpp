@@ -9,6 +9,8 @@
 #include "cli/commands/render/recorder.h"
 #include "cli/commands/render/render_plan.h"
 #include "cli/commands/render/scene_setup.h"
+#include "cli/commands/sequence/fingerprint.h"
+#include "cli/commands/sequence/picture_origin.h"
 #include "cli/session/ignored_parameters.h"
 #include "cli/text/format.h"
 #include "cli/text/line.h"
@@ -33,9 +35,25 @@ std::string Three(const float* rgb) {
   return "(" + Fixed(rgb[0], 6) + ", " + Fixed(rgb[1], 6) + ", " + Fixed(rgb[2], 6) + ")";
 }
 
+/** What the picture that is asked about holds there, beside what these rays give. */
+void PrintPictureValue(const RenderPlan& plan, const host::RenderOptions& render, const float* mean) {
+  host::Picture picture;
+  std::string error;
+  if (!host::LoadPicture(plan.pixelOf, &picture, &error)) throw std::runtime_error(error);
+  if (picture.width != render.width || picture.height != render.height)
+    throw std::runtime_error(plan.pixelOf + ": its size is not that of its own options; it was changed");
+  const float* held = picture.At(plan.pixel->x, plan.pixel->y);
+  bool same = true;
+  for (int channel = 0; channel < 3; ++channel) same = same && InFile(held[channel]) == InFile(mean[channel]);
+  Line(same ? std::cout : std::cerr) << plan.pixelOf << ": holds " << InFile(held[0]) << " "
+                                     << InFile(held[1]) << " " << InFile(held[2])
+                                     << (same ? ", the same" : ", which is not what these files give");
+}
+
 /** Prints what the module's scene hook says about each ray of the pixel, and what the pixel becomes. */
 int Explain(CloudSession& session, const host::RenderOptions& base, const RenderPlan& plan) {
   host::RenderOptions render = base;
+  render.camera = GoToFrame(session, plan, base.camera, plan.shownFrame);
   bool explained = false;
   const int rays = render.supersample * render.supersample;
   int ray = 0;
@@ -62,11 +80,17 @@ int Explain(CloudSession& session, const host::RenderOptions& base, const Render
   Line(std::cout) << "pixel: colour " << Three(mean) << (rays > 1 ? ", the mean of its rays" : "")
                   << ", background and surfaces included; in an 8-bit file " << InFile(mean[0]) << " "
                   << InFile(mean[1]) << " " << InFile(mean[2]);
+  if (!plan.pixelOf.empty()) PrintPictureValue(plan, render, mean);
   return session.ExitStatus();
 }
 
+bool CarriesTexts(host::PictureFormat format) {
+  return format == host::PictureFormat::Png8 || format == host::PictureFormat::Png16;
+}
+
 /** Returns the exit status: a frame that the recorder could not store makes the run incomplete. */
-int RenderFrames(CloudSession& session, host::RenderOptions& render, const RenderPlan& plan) {
+int RenderFrames(CloudSession& session, host::RenderOptions& render, const RenderPlan& plan,
+                 PictureOrigin origin) {
   const FrameRange frames = plan.Frames();
   const host::ViewCamera camera = render.camera;
   bool recorded = true, reported = false;
@@ -88,14 +112,31 @@ int RenderFrames(CloudSession& session, host::RenderOptions& render, const Rende
       reported = true;
     }
     const std::string name = FrameName(plan.output, frame);
-    SaveFrame(session, PictureOf(job.Buffer()), name, plan.format);
+    host::Picture picture = PictureOf(job.Buffer());
+    origin.frame = frame;
+    if (CarriesTexts(plan.format)) picture.texts = TextsOf(origin);
+    SaveFrame(session, picture, name, plan.format);
     Line(std::cout) << OutputName(name) << ": " << render.width << "x" << render.height << ", "
                     << ContentText(session) << ", " << Fixed(outcome.seconds, 2) << " s";
   }
   return recorded ? session.ExitStatus() : kExitIncomplete;
 }
 
-int RunRender(const RenderPlan& plan) {
+/** What the pictures are to say about themselves; empty for those that carry no texts. */
+PictureOrigin NewOrigin(const RenderPlan& plan, const nlohmann::json& options) {
+  PictureOrigin origin;
+  if (!CarriesTexts(plan.format)) return origin;
+  origin.options = options;
+  origin.frames = plan.Frames();
+  try {
+    origin.files = FingerprintOfFiles(plan.input.files);
+  } catch (const std::runtime_error&) {
+    // One of them cannot be read, as its line said; no fingerprint is better than one of the others.
+  }
+  return origin;
+}
+
+int RunRender(const RenderPlan& plan, const nlohmann::json& options) {
   CloudSession session(plan.input.faults);
   session.Open(plan.input.files, plan.input.settings, plan.input.trust);
   if (!plan.pixel) PrintReports(session, plan.input.verbose);
@@ -106,7 +147,7 @@ int RunRender(const RenderPlan& plan) {
     for (const std::string& line : scene.notes) Line(std::cout) << line;
     if (plan.pixel) return Explain(session, scene.render, plan);
     if (!plan.record.empty()) EnableRecorder(session.Document(), plan.record);
-    return RenderFrames(session, scene.render, plan);
+    return RenderFrames(session, scene.render, plan, NewOrigin(plan, options));
   } catch (const std::bad_alloc&) {
     throw std::runtime_error("rendering: out of memory");
   }
@@ -117,10 +158,17 @@ int RunRender(const RenderPlan& plan) {
 Run AddRender(CLI::App& command) {
   const auto plan = std::make_shared<RenderPlan>();
   AddRenderOptions(command, *plan);
-  return [plan] {
+  return [plan, &command] {
+    const nlohmann::json options = PictureOptions(command);
+    if (!plan->pixelOf.empty()) {
+      const PictureOrigin origin = OriginOf(plan->pixelOf);
+      *plan = PlanOfPicture(*plan, origin, options);
+      if (FingerprintOfFiles(plan->input.files) != origin.files)
+        Line(std::cerr) << plan->pixelOf << ": was made from other files than these";
+    }
     plan->progress = ErrorsAreShown();
     CheckPlan(*plan); // before anything is loaded, which may take long
-    return RunRender(*plan);
+    return RunRender(*plan, options);
   };
 }
 

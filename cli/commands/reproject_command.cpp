@@ -47,7 +47,7 @@ int RunReproject(const ReprojectOptions& options) {
   const ConsoleLines console(session.App().GetConsole());
   std::string error;
   if (!session.App().SetParameterFromText(cloud, KELVRA_EPSG, std::to_string(options.reference), &error))
-    throw UsageError{error};
+    throw UsageError{"--sr " + std::to_string(options.reference) + ": " + error};
   console.Print();
   if (Text(cloud, KELVRA_SOUTH_WEST_LONGITUDE).empty())
     throw std::runtime_error("the geometry service gave no answer with both corners");

@@ -1,6 +1,8 @@
 #include "cli/session/cloud_session.h"
 
 #include "cli/csv/text_of_table.h"
+#include "cli/session/file_kinds.h"
+#include "cli/session/parameter_list.h"
 #include "cli/session/preferences_page.h"
 #include "cli/system/preferences_folder.h"
 #include "cli/system/process_memory.h"
@@ -8,17 +10,14 @@
 #include "cli/system/silence.h"
 #include "cli/text/format.h"
 #include "host/application.h"
-#include "host/base/utf8.h"
 #include "host/memory/memory.h"
 #include "host/viewport.h"
 #include "kelvra_messages.h"
 #include "otallyframe.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <chrono>
 #include <filesystem>
-#include <fstream>
 #include <stdexcept>
 
 namespace fs = std::filesystem;
@@ -34,64 +33,8 @@ constexpr const char* kModuleName = "kelvra.cdl64";
 constexpr const char* kModuleName = "kelvra.so";
 #endif
 
-constexpr const char* kNotUtf8 = "the name is not UTF-8; rename it";
-
-/** Files of other formats, by suffix: as text, the numbers in them would become points that are none. */
-const struct {
-  const char *suffix, *what;
-} kOtherFormats[] = {
-    {".ply", "a PLY file"},    {".obj", "an OBJ file"}, {".stl", "an STL file"},  {".off", "an OFF file"},
-    {".e57", "an E57 file"},   {".pcd", "a PCD file"},  {".ptx", "a PTX file"},   {".png", "a picture"},
-    {".jpg", "a picture"},     {".jpeg", "a picture"},  {".tif", "a picture"},    {".tiff", "a picture"},
-    {".exr", "a picture"},     {".pdf", "a document"},  {".json", "a JSON file"}, {".xml", "an XML file"},
-    {".html", "an HTML file"}, {".zip", "an archive"},  {".gz", "an archive"}};
-
-/** Why a file is not loaded although its text might hold numbers; empty where nothing speaks against it. */
-std::string OtherFormat(const std::string& path) {
-  std::string suffix = fs::u8path(path).extension().u8string();
-  for (char& c : suffix) c = c >= 'A' && c <= 'Z' ? (char)(c + 32) : c;
-  for (const auto& format : kOtherFormats)
-    if (suffix == format.suffix)
-      return std::string("this is ") + format.what +
-             ", expected LAS, LAZ, XYZ or PTS (--as xyz reads its text all the same)";
-  return std::string();
-}
-
 /** Number of the reader that --as names; KELVRA_READER_NONE: by suffix. */
 LONG chosenReader = KELVRA_READER_NONE;
-
-bool IsFolder(const std::string& path) {
-  std::error_code ignored;
-  return fs::is_directory(fs::u8path(path), ignored);
-}
-
-/** Files of a folder whose names the module cannot be given. */
-std::vector<std::string> NotUtf8In(const std::string& folder) {
-  std::vector<std::string> files;
-  std::error_code failed;
-  for (fs::directory_iterator i(fs::u8path(folder), failed), end; !failed && i != end; i.increment(failed))
-    if (!host::resource::IsUtf8(i->path().u8string())) files.push_back(i->path().u8string());
-  std::sort(files.begin(), files.end());
-  return files;
-}
-
-/** Why a file or folder cannot be read as the system puts it; empty when it can. */
-std::string ReadObstacle(const std::string& path) {
-  if (!host::resource::IsUtf8(path)) return kNotUtf8;
-  std::error_code failed;
-  const fs::path file = fs::u8path(path);
-  const fs::file_status status = fs::status(file, failed);
-  if (status.type() == fs::file_type::not_found && failed != std::errc::not_a_directory)
-    return "no such file or folder";
-  if (failed) return failed.message();
-  if (fs::is_directory(status)) {
-    const fs::directory_iterator entries(file, failed);
-    return failed ? failed.message() : std::string();
-  }
-  // Opening a pipe would wait for its writer; the module refuses it.
-  if (!fs::is_regular_file(status) || std::ifstream(file, std::ios::binary)) return std::string();
-  return std::generic_category().message(errno);
-}
 
 /** Messages about a scene begin with its path, which is printed in front of every message here. */
 std::string WithoutPath(const std::string& message, const std::string& path) {
@@ -185,6 +128,8 @@ void CloudSession::Open(const std::vector<std::string>& files, const std::vector
   for (const std::string& file : files) {
     if (host::IsSceneFile(file))
       OpenScene(file);
+    else if (IsFolder(file))
+      LoadFolder(file);
     else
       LoadCloud(file);
   }
@@ -210,7 +155,8 @@ void CloudSession::OpenScene(const std::string& path) {
     document_ = scene;
     report.points = Points();
     const std::size_t clouds = Clouds().size();
-    report.message = "scene, " + std::to_string(clouds) + " point cloud object" + (clouds == 1 ? "" : "s");
+    report.message =
+        clouds == 0 ? "scene without point clouds" : "scene, " + Counted((long long)clouds, "point cloud");
     const bool content = report.points > 0 || !host::GeometryBox(document_).IsEmpty();
     report.outcome = content ? FileOutcome::Whole : FileOutcome::Refused;
     for (BaseObject* cloud : Clouds()) // what is wrong with points of the scene
@@ -223,6 +169,28 @@ void CloudSession::OpenScene(const std::string& path) {
     report.message = WithoutPath(error, path) + Advice(noMemory ? (LONG)KELVRA_CUT_NO_MEMORY : 0);
   }
   reports_.push_back(report);
+}
+
+void CloudSession::LoadFolder(const std::string& folder) {
+  const std::vector<std::string> files = FilesOfFolder(folder);
+  const std::size_t before = reports_.size();
+  // The module reads whatever it does not know as text; what only this program can tell goes file by file.
+  const bool mixed = !chosenReader && std::any_of(files.begin(), files.end(), [](const std::string& file) {
+    return TextOfTable::IsTable(file) || !OtherFormat(file).empty();
+  });
+  if (!mixed)
+    LoadCloud(folder);
+  else
+    for (const std::string& file : files) {
+      LoadCloud(file);
+      if (reports_.back().outcome == FileOutcome::Stopped) break;
+    }
+  const std::vector<std::string> unnamed = mixed ? NotUtf8In(folder) : std::vector<std::string>();
+  for (const std::string& file : unnamed) reports_.push_back({file, 0, kNotUtf8, FileOutcome::Refused, {}});
+  for (std::size_t i = before; i < reports_.size(); ++i)
+    if (reports_[i].outcome == FileOutcome::Refused && !NamesCloud(reports_[i].path) &&
+        reports_[i].path != folder)
+      reports_[i].strayIn = folder;
 }
 
 void CloudSession::LoadCloud(const std::string& path) {
@@ -301,11 +269,11 @@ void CloudSession::ApplySetting(BaseObject* object, const std::string& setting) 
     throw UsageError{"--set " + setting + ": expected ID=VALUE or NAME=VALUE"};
   const std::string name = setting.substr(0, equals);
   LONG id = -1;
-  if (name.find_first_not_of("0123456789") == std::string::npos && name.size() < 10)
-    id = (LONG)std::stol(name);
-  else
-    id = application_->FindParameter(object, name);
-  if (id < 0) throw UsageError{"--set " + setting + ": the object has no parameter called " + name};
+  try {
+    id = FindSettable(*application_, object, name);
+  } catch (const UsageError& e) {
+    throw UsageError{"--set " + setting + ": " + e.text};
+  }
   std::string error;
   if (!application_->SetParameterFromText(object, id, setting.substr(equals + 1), &error))
     throw UsageError{"--set " + setting + ": " + error};

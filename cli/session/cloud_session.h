@@ -67,6 +67,7 @@ public:
 
 private:
   void OpenScene(const std::string& path);
+  void LoadFolder(const std::string& folder);
   void LoadCloud(const std::string& path);
   BaseObject* NewCloud();
 

@@ -54,6 +54,7 @@ struct FileReport {
   std::vector<std::string> details; ///< findings that the line leaves out
   LONG cut = 0;                     ///< KELVRA_CUT_...: why points are missing
   FileFacts facts;
+  std::string strayIn; ///< the folder that was loaded, for a file in it that is no point cloud
 };
 
 /** Asks an object of any kind. False when it is not a point cloud or could not answer. */

@@ -1,6 +1,7 @@
 #include "cli/session/preferences_page.h"
 
 #include "cli/session/cloud_session.h"
+#include "cli/session/parameter_list.h"
 #include "cli/text/line.h"
 
 #include <iostream>
@@ -17,14 +18,14 @@ BaseList2D* FindPreferencesPage(host::Application& application) {
 
 LONG FindElement(host::Application& application, BaseList2D* page, const std::string& name) {
   LONG id = -1;
-  if (!name.empty() && name.size() < 10 && name.find_first_not_of("0123456789") == std::string::npos)
-    id = (LONG)std::stol(name);
-  else
-    for (const char* prefix : {"prefs_", ""})
-      if (id < 0) id = application.FindParameter(page, prefix + name);
+  try {
+    id = FindSettable(application, page, name, "prefs_");
+  } catch (const UsageError& e) {
+    throw UsageError{"prefs " + name + ": " + e.text};
+  }
   GeData value;
-  if (id < 0 || !page->GetParameter(DescID(id), value, DESCFLAGS_GET_0) || value.GetType() == DA_NIL)
-    throw UsageError{"the preferences have no value called \"" + name + "\" (kelvra prefs list shows them)"};
+  if (!page->GetParameter(DescID(id), value, DESCFLAGS_GET_0) || value.GetType() == DA_NIL)
+    throw UsageError{"prefs " + name + ": it has no value"};
   return id;
 }
 

@@ -47,15 +47,6 @@ bool ParseNumber(std::string text, double* number) {
   return true;
 }
 
-std::string Range(const Parameter& parameter, std::size_t axis) {
-  std::string text;
-  if (parameter.min) text += (parameter.minExclusive ? "above " : "from ") + Short((*parameter.min)[axis]);
-  if (parameter.max)
-    text += std::string(text.empty() ? "" : " ") + (parameter.maxExclusive ? "below " : "to ") +
-            Short((*parameter.max)[axis]);
-  return text;
-}
-
 bool InRange(const Parameter& parameter, std::size_t axis, double value) {
   if (parameter.min) {
     const double low = (*parameter.min)[axis];
@@ -68,26 +59,23 @@ bool InRange(const Parameter& parameter, std::size_t axis, double value) {
   return true;
 }
 
-bool Fail(const Parameter& parameter, const std::string& text, const std::string& expected,
-          std::string* error) {
-  *error = "found \"" + text + "\" for " + parameter.identifier + ", expected " + expected;
+bool Fail(const std::string& expected, std::string* error) {
+  *error = "expected " + expected;
   return false;
 }
 
-/** One number of `whole`, which is what the user gave. */
-bool CheckedNumber(const Parameter& parameter, std::size_t axis, const std::string& text,
-                   const std::string& whole, const char* what, double* number, std::string* error) {
-  const std::string range = Range(parameter, axis);
+bool CheckedNumber(const Parameter& parameter, std::size_t axis, const std::string& text, const char* what,
+                   double* number, std::string* error) {
+  const std::string range = RangeText(parameter, axis);
   const std::string expected = std::string(what) + (range.empty() ? "" : " " + range);
-  return (ParseNumber(text, number) && InRange(parameter, axis, *number)) ||
-         Fail(parameter, whole, expected, error);
+  return (ParseNumber(text, number) && InRange(parameter, axis, *number)) || Fail(expected, error);
 }
 
-bool ParseBool(const Parameter& parameter, const std::string& text, GeData* value, std::string* error) {
+bool ParseBool(const std::string& text, GeData* value, std::string* error) {
   const std::string word = Lower(text);
   const bool yes = word == "1" || word == "true" || word == "yes" || word == "on";
   const bool no = word == "0" || word == "false" || word == "no" || word == "off";
-  if (!yes && !no) return Fail(parameter, text, "0 or 1", error);
+  if (!yes && !no) return Fail("0 or 1", error);
   value->SetLong(yes);
   return true;
 }
@@ -106,40 +94,38 @@ bool ParseCycle(const Parameter& parameter, const std::string& text, GeData* val
       value->SetLong(entry.id);
       return true;
     }
-    expected += (expected.empty() ? "" : ", ") + std::to_string(entry.id) + " (" + entry.text + ")";
+    expected += (expected.empty() ? "" : ", ") + EntryName(parameter, entry);
   }
-  return Fail(parameter, text, "one of " + expected, error);
+  return Fail("one of " + expected, error);
 }
 
 bool ParseLong(const Parameter& parameter, const std::string& text, GeData* value, std::string* error) {
   if (!parameter.cycle.empty()) return ParseCycle(parameter, text, value, error);
   double number = 0;
-  if (!CheckedNumber(parameter, 0, text, text, "a whole number", &number, error)) return false;
+  if (!CheckedNumber(parameter, 0, text, "a whole number", &number, error)) return false;
   if (number != std::floor(number) || std::abs(number) > 2147483647.0)
-    return Fail(parameter, text, "a whole number of at most 2147483647", error);
+    return Fail("a whole number of at most 2147483647", error);
   value->SetLong((LONG)number);
   return true;
 }
 
 /** Three numbers apart by commas or blanks. */
 bool ParseVector(const Parameter& parameter, std::string text, GeData* value, std::string* error) {
-  const std::string found = text;
   std::replace(text.begin(), text.end(), ',', ' ');
   std::istringstream in(text);
   std::string part;
   Vector v;
   for (LONG axis = 0; axis < 3; ++axis) {
-    if (!(in >> part)) return Fail(parameter, found, "three numbers, X,Y,Z", error);
-    if (!CheckedNumber(parameter, (std::size_t)axis, part, found, "three numbers", &v[axis], error))
-      return false;
+    if (!(in >> part)) return Fail("three numbers, X,Y,Z", error);
+    if (!CheckedNumber(parameter, (std::size_t)axis, part, "three numbers", &v[axis], error)) return false;
   }
-  if (in >> part) return Fail(parameter, found, "three numbers, X,Y,Z", error);
+  if (in >> part) return Fail("three numbers, X,Y,Z", error);
   value->SetVector(v);
   return true;
 }
 
 /** Knots "x,y" apart by semicolons; an empty text means no curve. */
-bool ParseCurve(const Parameter& parameter, const std::string& text, GeData* value, std::string* error) {
+bool ParseCurve(const std::string& text, GeData* value, std::string* error) {
   value->Free();
   SplineData curve;
   std::istringstream in(text);
@@ -150,13 +136,13 @@ bool ParseCurve(const Parameter& parameter, const std::string& text, GeData* val
     const bool good = comma != std::string::npos && ParseNumber(Trimmed(knot.substr(0, comma)), &x) &&
                       ParseNumber(Trimmed(knot.substr(comma + 1)), &y) && x >= 0.0 && x <= 1.0;
     if (!good || number > SplineData::kMaxKnots) {
-      *error = "found \"" + knot + "\" as knot " + std::to_string(number) + " of " + parameter.identifier +
-               ", expected x,y with x from 0 to 1 and y finite, and at most " +
+      *error = "knot " + std::to_string(number) + " is \"" + knot +
+               "\"; expected x,y with x from 0 to 1 and y finite, and at most " +
                std::to_string(SplineData::kMaxKnots) + " knots";
       return false;
     }
     if (curve.InsertKnot(x, y) == NOTOK) {
-      *error = "out of memory for the knots of " + parameter.identifier;
+      *error = "not enough memory for its knots";
       return false;
     }
   }
@@ -164,8 +150,7 @@ bool ParseCurve(const Parameter& parameter, const std::string& text, GeData* val
   return true;
 }
 
-bool ParseLink(const Parameter& parameter, const std::string& text, Document* doc, GeData* value,
-               std::string* error) {
+bool ParseLink(const std::string& text, Document* doc, GeData* value, std::string* error) {
   BaseLink link;
   if (!text.empty()) {
     const String name = FromUtf8(text);
@@ -173,8 +158,7 @@ bool ParseLink(const Parameter& parameter, const std::string& text, Document* do
     const auto found = std::find_if(nodes.begin(), nodes.end(), [&](const Node* node) {
       return node->kind == NodeKind::Object && node->name == name;
     });
-    if (found == nodes.end())
-      return Fail(parameter, text, "the name of an object in the document, or nothing", error);
+    if (found == nodes.end()) return Fail("the name of an object in the document, or nothing", error);
     link.target = (*found)->linkId;
   }
   value->SetBaseLink(&link);
@@ -182,6 +166,28 @@ bool ParseLink(const Parameter& parameter, const std::string& text, Document* do
 }
 
 } // namespace
+
+std::string ParameterName(const Parameter& parameter) {
+  return Lower(parameter.identifier.substr(parameter.identifier.find('_') + 1));
+}
+
+std::string EntryName(const Parameter& parameter, const resource::CycleEntry& entry) {
+  const std::string start = parameter.identifier + "_";
+  const bool begins = entry.identifier.compare(0, start.size(), start) == 0;
+  return begins ? Lower(entry.identifier.substr(start.size())) : std::to_string(entry.id);
+}
+
+std::string RangeText(const Parameter& parameter, std::size_t axis) {
+  std::string text, percent;
+  const auto add = [&](const std::optional<resource::Numbers>& limit, const char* word) {
+    if (!limit) return;
+    text += (text.empty() ? "" : " ") + (word + Short((*limit)[axis]));
+    percent += (percent.empty() ? "" : " ") + (word + Short((*limit)[axis] * 100.0)) + "%";
+  };
+  add(parameter.min, parameter.minExclusive ? "above " : "from ");
+  add(parameter.max, parameter.maxExclusive ? "below " : "to ");
+  return parameter.unit == resource::Unit::kPercent && parameter.max ? text + ", or " + percent : text;
+}
 
 const Parameter* FindParameterByName(const resource::Description& description, const std::string& name) {
   if (name.empty()) return nullptr;
@@ -199,19 +205,19 @@ bool ParseParameter(const Parameter& parameter, const std::string& text, Documen
                     std::string* error) {
   switch (parameter.type) {
   case ElementType::kBool:
-    return ParseBool(parameter, text, value, error);
+    return ParseBool(text, value, error);
   case ElementType::kLong:
     return ParseLong(parameter, text, value, error);
   case ElementType::kVector:
   case ElementType::kColor:
     return ParseVector(parameter, text, value, error);
   case ElementType::kLink:
-    return ParseLink(parameter, text, doc, value, error);
+    return ParseLink(text, doc, value, error);
   case ElementType::kSpline:
-    return ParseCurve(parameter, text, value, error);
+    return ParseCurve(text, value, error);
   case ElementType::kReal: {
     double number = 0;
-    if (!CheckedNumber(parameter, 0, text, text, "a number", &number, error)) return false;
+    if (!CheckedNumber(parameter, 0, text, "a number", &number, error)) return false;
     value->SetReal(number);
     return true;
   }
@@ -223,14 +229,16 @@ bool ParseParameter(const Parameter& parameter, const std::string& text, Documen
     return true;
   case ElementType::kBaseTime: {
     double seconds = 0;
-    if (!CheckedNumber(parameter, 0, text, text, "a number of seconds", &seconds, error)) return false;
+    if (!CheckedNumber(parameter, 0, text, "a number of seconds", &seconds, error)) return false;
     value->SetBaseTime(BaseTime(seconds));
     return true;
   }
   case ElementType::kButton:
-    return Fail(parameter, text, "nothing: a button has no value", error);
+    *error = "a button has no value";
+    return false;
   default:
-    return Fail(parameter, text, "nothing: such a parameter cannot be given as text", error);
+    *error = "this kind of parameter cannot be set from text";
+    return false;
   }
 }
 

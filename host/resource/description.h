@@ -35,6 +35,7 @@ struct Parameter {
   std::string identifier;
   ElementType type = ElementType::kReal;
   std::string longName; // UTF-8
+  std::string help;     // one sentence; empty where no language has one
   std::string origin;   // the description that declares it
 
   std::optional<Numbers> min, max;

@@ -22,6 +22,7 @@ struct BuildInput {
   const ContainerSyntax* syntax = nullptr;
   const SymbolTable* symbols = nullptr;             // the description's own header
   const std::vector<StringTable>* tables = nullptr; // preferred language first
+  const std::vector<StringTable>* help = nullptr;   // sentences, as the texts; null for none
   IncludeLoader include;
 };
 

@@ -33,7 +33,7 @@ struct ResourceFolder::Sources {
   std::string file;
   ContainerSyntax syntax;
   SymbolTable symbols;
-  std::vector<StringTable> tables;
+  std::vector<StringTable> tables, help;
 };
 
 std::string DescriptionFileStem(const std::string& name) {
@@ -93,7 +93,8 @@ const Description* ResourceFolder::LoadDescription(const std::string& name, std:
   };
   loading_.push_back(name);
   const bool built = BuildDescription(
-      {sources.file, &sources.syntax, &sources.symbols, &sources.tables, include}, description.get(), error);
+      {sources.file, &sources.syntax, &sources.symbols, &sources.tables, &sources.help, include},
+      description.get(), error);
   loading_.pop_back();
   if (!built) return nullptr;
   return (descriptions_[name] = std::move(description)).get();
@@ -131,7 +132,9 @@ bool ResourceFolder::ReadFiles(const std::string& name, Sources* sources, std::s
   return ReadResourceFile(file, &text, error) &&
          ParseContainer(text, file.u8string(), &sources->syntax, error) &&
          ReadSymbols(path_ / "description" / (stem + ".h"), &sources->symbols, error) &&
-         ReadTables("description/" + stem + ".str", &sources->tables, error);
+         ReadTables("description/" + stem + ".str", &sources->tables, error) &&
+         (!Exists(path_ / ("strings_" + std::string(kFallbackLanguage)) / "help" / (stem + ".str")) ||
+          ReadTables("help/" + stem + ".str", &sources->help, error));
 }
 
 bool ResourceFolder::ReadTables(const std::string& relative, std::vector<StringTable>* tables,

@@ -39,7 +39,7 @@ TEST_F(ConvertCommand, PrintsTheTreeWithItsCounts) {
     for (const char* text : c.expected) EXPECT_TRUE(Holds(result.out, text)) << text << "\n" << result.out;
   }
   EXPECT_TRUE(Holds(Convert({"--mode", "hair", "--ratio", "0.5"}).out, ": 2 guides"));
-  EXPECT_TRUE(Holds(Convert({"--mode", "hair", "--ratio", "2"}).out, ": 10 guides"));
+  EXPECT_TRUE(Holds(Convert({"--mode", "hair", "--ratio", "2", "--allow-padding"}).out, ": 10 guides"));
   EXPECT_TRUE(Holds(Convert({"--mode", "spline", "--step", "1000"}).out, ": 5 points in 1 segment\n"));
 }
 
@@ -70,10 +70,32 @@ TEST_F(ConvertCommand, PlyHoldsEveryPointWithItsColour) {
   }
 }
 
-TEST_F(ConvertCommand, ObjHoldsALineForEachSegment) {
-  const std::string path = folder_ / "out.obj";
-  ASSERT_EQ(Convert({"--mode", "spline", "--step", "1.5", "--ratio", "0.8", "-o", path}).status, 0);
-  EXPECT_EQ(TempFolder::Read(path), "v 1 3 -2\nv 2 3 -2\nv 3 3 -2\nv 100 3 -2\nl 1 2 3\np 4\n");
+TEST_F(ConvertCommand, EachResultLeavesAsLinesOrPoints) {
+  const struct {
+    std::vector<std::string> options;
+    const char* text;
+  } cases[] = {
+      {{"--mode", "spline", "--step", "1.5"}, "v 1 3 -2\nv 2 3 -2\nv 3 3 -2\nv 100 3 -2\nl 1 2 3\np 4\n"},
+      {{"--mode", "hair"},
+       "v 1 3 -2\nv 1 3.01 -2\nv 2 3 -2\nv 2 3.01 -2\nv 3 3 -2\nv 3 3.01 -2\nv 100 3 -2\nv 100 3.01 "
+       "-2\nl 1 2\nl 3 4\nl 5 6\nl 7 8\n"},
+      {{"--mode", "particles"}, "v 1 3 -2\nv 2 3 -2\nv 3 3 -2\nv 100 3 -2\n"},
+      {{"--mode", "emitter", "--survey"},
+       "v 1 3 -2 0.0391 0.0781 0.1172\nv 2 3 -2 0.1563 0.1953 0.2344\nv 3 3 -2 0.9961 0.0000 0.0000\nv 100 3 "
+       "-2 0.0000 0.9961 0.0000\n"}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.options[1]);
+    std::vector<std::string> arguments = c.options;
+    arguments.insert(arguments.end(), {"--ratio", "80%", "-o", folder_ / "out.obj"});
+    ASSERT_EQ(Convert(arguments).status, 0);
+    EXPECT_EQ(TempFolder::Read(folder_ / "out.obj"), c.text) << "right-handed, y up";
+    arguments.back() = folder_ / "out.ply";
+    ASSERT_EQ(Convert(arguments).status, 0);
+    const std::string ply = TempFolder::Read(arguments.back());
+    const bool lines = Holds(c.text, "\nl ");
+    EXPECT_EQ(Holds(ply, "element edge"), lines);
+    EXPECT_EQ(Holds(ply, "uchar red"), Holds(c.text, "0.0391"));
+  }
 }
 
 TEST_F(ConvertCommand, MistakesEndWithTwoAndOneLineAndWriteNothing) {
@@ -84,10 +106,9 @@ TEST_F(ConvertCommand, MistakesEndWithTwoAndOneLineAndWriteNothing) {
       {"--mode", "point", "--ratio", "half"},
       {"--mode", "point", "--ratio", "-1"},
       {"--mode", "spline", "--step", "far"},
-      {"--mode", "point", "-o", folder_ / "x.obj"},
-      {"--mode", "spline", "-o", folder_ / "x.ply"},
-      {"--mode", "hair", "-o", folder_ / "x.ply"},
-      {"--mode", "particles", "-o", folder_ / "x.obj"},
+      {"--mode", "point", "--ratio", "10"},
+      {"--mode", "hair", "--step", "1"},
+      {"--mode", "point", "-o", folder_ / "x.stl"},
       {"--mode", "emitter", "-o", folder_ / "x"},
   };
   for (const std::vector<std::string>& arguments : cases) {
@@ -122,7 +143,7 @@ TEST_F(ConvertCommand, RefusedBeforeAnythingIsLost) {
     const char* told;
   } cases[] = {{{"--mode", "hair", "--scene", cloud}, "one of the files to read"},
                {{"--mode", "point", "-o", folder_ / "none/a.ply"}, "doesn't exist"},
-               {{"--mode", "particles", "--ratio", "1e300"}, "nothing was converted"}};
+               {{"--mode", "particles", "--ratio", "1e9", "--allow-padding"}, "nothing was converted"}};
   for (const auto& c : cases) {
     const Result result = Convert(c.arguments);
     EXPECT_EQ(result.status, 1) << c.told;

@@ -77,6 +77,21 @@ TEST(Info, SaysWhyAFileCannotBeRead) {
   EXPECT_EQ(Kelvra({"info", circle}).out.find("box"), std::string::npos) << "nothing has no box";
 }
 
+TEST(Info, LoadsTablesOfAFolderAndNamesWhatIsNoCloudInOneLine) {
+  const TempFolder folder;
+  std::filesystem::create_directory(folder / "mixed");
+  folder.Write("mixed/a.csv", "x,y,z\n1,2,3\n");
+  folder.Write("mixed/b.xyz", kPoints);
+  folder.Write("mixed/mesh.ply", "ply\n1 2 3\n");
+  folder.Write("mixed/notes.txt", "nothing here\n");
+  const Result result = Kelvra({"info", "--quiet", folder / "mixed"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.out, "");
+  EXPECT_EQ(result.err,
+            folder / "mixed" + ": 2 files are not point clouds: mesh.ply, notes.txt (--verbose says why)\n");
+  EXPECT_EQ(Kelvra({"info", "--json", folder / "mixed"}).Json()["points"], 4);
+}
+
 TEST(Save, SceneReopensWithTheSamePointsAndText) {
   const TempFolder folder;
   const std::string cloud = folder.Write("c.xyz", kPoints), scene = folder / "c.scene";

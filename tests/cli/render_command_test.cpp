@@ -70,6 +70,27 @@ TEST_F(RenderCommand, WrongUseIsOneLineBeforeAnythingIsLoaded) {
   EXPECT_EQ(Files(record), std::vector<std::string>());
 }
 
+TEST_F(RenderCommand, APictureSaysHowItWasMadeSoThatItsPixelsCanBeExplained) {
+  const std::string cloud =
+      folder_.Write("turned.xyz", "0 0 0 250 10 10\n3 1 2 10 250 10\n1 4 1 10 10 250\n");
+  ASSERT_EQ(Kelvra({"render", cloud, "-o", folder_ / "t_#.png", "--frames", "0-2", "--turn", "80", "--size",
+                    "24x16", "--light", "sun:10,40", "--light", "ambient:0.5", "--set", "point_radius=0.3"})
+                .status,
+            0);
+  const Result last = Kelvra({"render", cloud, "--pixel-of", folder_ / "t_2.png", "--pixel", "12,8"});
+  EXPECT_EQ(last.status, 0);
+  EXPECT_EQ(last.err, "");
+  EXPECT_TRUE(Holds(last.out, "pixel 12,8 of 24x16: 4 rays") && Holds(last.out, "t_2.png: holds ") &&
+              Holds(last.out, ", the same"))
+      << last.out;
+  folder_.Write("turned.xyz", "0 0 0 250 10 10\n3 1 2 10 250 10\n1 4 1.5 10 10 250\n");
+  EXPECT_TRUE(Holds(Kelvra({"render", cloud, "--pixel-of", folder_ / "t_2.png", "--pixel", "12,8"}).err,
+                    "was made from other files than these"));
+  const Result both =
+      Kelvra({"render", cloud, "--pixel-of", folder_ / "t_2.png", "--pixel", "12,8", "--size", "9x9"});
+  EXPECT_EQ(both.status, 2) << both.err;
+}
+
 TEST_F(RenderCommand, AnOutputThatCannotBeWrittenIsReportedBeforeAnythingIsLoaded) {
   const std::string out = Sub("out");
   Sub("out/f1.png");

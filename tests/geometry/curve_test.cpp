@@ -108,19 +108,18 @@ TEST_F(CurveParameter, IsGivenAsKnotsOfText) {
   EXPECT_EQ(Held(op_->GetData()), "none");
   EXPECT_EQ(Set(" 1 , -2.5 ; 0,50%"), "");
   EXPECT_EQ(Held(op_->GetData()), "0.000000,0.500000;1.000000,-2.500000;");
-  const std::string expected =
-      " of KELVRA_RADIUS_CURVE, expected x,y with x from 0 to 1 and y finite, and at most 4096 knots";
+  const std::string expected = "; expected x,y with x from 0 to 1 and y finite, and at most 4096 knots";
   const std::string bad[][3] = {
       {"0,1;1.5,1", "1.5,1", "2"}, {"0,1;;1,1", "", "2"}, {"0,1e999", "0,1e999", "1"}};
   for (const auto& [text, knot, number] : bad) {
-    EXPECT_EQ(Set(text), "found \"" + knot + "\" as knot " + number + expected);
+    EXPECT_EQ(Set(text), "knot " + number + " is \"" + knot + "\"" + expected);
     EXPECT_EQ(Held(op_->GetData()), "0.000000,0.500000;1.000000,-2.500000;")
         << "refused text changes nothing";
   }
   EXPECT_FALSE(op_->SetParameter(DescID(kCurve), GeData(1.0), DESCFLAGS_SET_0)) << "a number is not a curve";
   std::string many;
   for (LONG i = 0; i <= SplineData::kMaxKnots; ++i) many += "1,0;";
-  EXPECT_NE(Set(many).find("found \"1,0\" as knot 4097 of"), std::string::npos);
+  EXPECT_NE(Set(many).find("knot 4097 is \"1,0\""), std::string::npos);
   EXPECT_EQ(Set(""), "");
   EXPECT_EQ(Held(op_->GetData()), "none");
 }

@@ -196,24 +196,24 @@ TEST_F(Parameters, TextsAreCheckedAgainstTypeAndRange) {
        {"PROBE_SIZE=1.25", "size=125%", "count=9", "shade=5", "shade=light", "Shade=rather dark",
         "place=1,2,3", "place=1 2 3", "on=yes", "partner=Partner", "path=/x/y", "name=any text"})
     EXPECT_EQ(SetFromText(text), "") << text;
-  const std::pair<const char*, const char*> bad[] = {{"size=2.5", "from 0 to 2"},
-                                                     {"size=abc", "expected a number"},
-                                                     {"size=1.5x", "expected a number"},
-                                                     {"size=nan", "expected a number"},
-                                                     {"size=", "expected a number"},
-                                                     {"count=0", "above 0 to 9"},
-                                                     {"count=1.5", "whole number"},
-                                                     {"shade=4", "3 (Rather Dark), 5 (Light)"},
-                                                     {"place=1,2", "X,Y,Z"},
-                                                     {"place=1,2,3,4", "X,Y,Z"},
-                                                     {"place=-11,0,0", "from -10"},
-                                                     {"on=2", "0 or 1"},
-                                                     {"partner=Nobody", "name of an object"},
-                                                     {"button=1", "a button has no value"}};
+  const std::pair<const char*, const char*> bad[] = {
+      {"size=2.5", "expected a number from 0 to 2, or from 0% to 200%"},
+      {"size=abc", "expected a number"},
+      {"size=1.5x", "expected a number"},
+      {"size=nan", "expected a number"},
+      {"size=", "expected a number"},
+      {"count=0", "above 0 to 9"},
+      {"count=1.5", "whole number"},
+      {"shade=4", "one of dark, light"},
+      {"place=1,2", "X,Y,Z"},
+      {"place=1,2,3,4", "X,Y,Z"},
+      {"place=-11,0,0", "from -10"},
+      {"on=2", "0 or 1"},
+      {"partner=Nobody", "name of an object"},
+      {"button=1", "a button has no value"}};
   for (const auto& [text, part] : bad) {
-    const std::string error = SetFromText(text), value = std::strchr(text, '=') + 1;
+    const std::string error = SetFromText(text);
     EXPECT_NE(error.find(part), std::string::npos) << text << error;
-    EXPECT_NE(error.find('"' + value + '"'), std::string::npos) << error;
   }
   EXPECT_EQ(op_->GetDataInstance()->GetReal(kSize), 1.25);
   EXPECT_EQ(op_->GetDataInstance()->GetLong(kShade), 3);

@@ -2,6 +2,7 @@
 #include "support/las_files.h"
 
 #include "object/las/palette.h"
+#include "object/las/system_units.h"
 
 namespace {
 
@@ -221,6 +222,10 @@ TEST(CoordinateSystem, IsNamedWithItsUnit) {
     EXPECT_EQ(system.name, c.name);
     EXPECT_EQ(system.unit, c.unit) << c.text;
   }
+  const std::pair<unsigned, LengthUnit> codes[] = {{25832, LengthUnit::kMetre}, {2264, LengthUnit::kUsFoot},
+                                                   {2256, LengthUnit::kFoot},   {4326, LengthUnit::kDegree},
+                                                   {0, LengthUnit::kUnknown},   {2048, LengthUnit::kUnknown}};
+  for (const auto& [code, unit] : codes) EXPECT_EQ(kelvra::UnitOfSystem(code), unit) << code;
 }
 
 TEST_F(Records, ProgressIsTheWholePercentageOfKeptPointsAndCanStop) {

@@ -55,8 +55,8 @@ TEST(Layers, NobodyReachesAcrossTheSeam) {
              std::regex("^host/(?!picture/(image|picture)\\.h|base/"
                         "(box|replacing_file|printable|utf8)\\.h|scene/checksum\\.h|memory/"
                         "(free_memory|memory)\\.h|parameters/"
-                        "node_parameters\\.h|geometry/(point_nodes|variable_tag)\\.h|hair/hair_object\\.h|"
-                        "particles/\\w+\\.h)\\w+/"));
+                        "(node_parameters|parameter_text)\\.h|geometry/(point_nodes|variable_tag)\\.h|hair/"
+                        "hair_object\\.h|particles/\\w+\\.h)\\w+/"));
 }
 
 /**

@@ -86,6 +86,7 @@ TEST(ManualContent, TablesShowEveryParameterAsTheResourcesDeclareIt) {
       ASSERT_EQ(row.size(), 6u) << "no row";
       EXPECT_EQ(std::vector<std::string>(row.begin(), row.begin() + 5), expected);
       EXPECT_FALSE(row[5].empty());
+      EXPECT_EQ(p.help.empty(), p.hidden || p.type == ElementType::kButton) << "a sentence for each value";
       EXPECT_EQ(row[5].find("(hidden)") != std::string::npos, p.hidden) << row[5];
       for (const CycleEntry& entry : p.cycle)
         EXPECT_TRUE(p.hidden || row[5].find('"' + entry.text + '"') != std::string::npos) << entry.text;

@@ -1,7 +1,10 @@
 #include "cli/commands/options/camera_choice.h"
 
 #include "cli/session/cloud_extent.h"
+#include "cli/session/cloud_parameters.h"
+#include "cli/session/free_place.h"
 #include "cli/text/format.h"
+#include "otallyframe.h"
 
 #include <algorithm>
 #include <cmath>
@@ -12,6 +15,8 @@ namespace {
 
 /** Digits that a picture can show, and some more. */
 constexpr int kDigits = 10;
+/** Distance of a camera inside from the nearest point, in widths of a point. */
+constexpr double kDiscsAway = 2.0;
 
 /** Rounded to a step; without zeros at the end. */
 std::string Short(double value, int decimals) {
@@ -27,6 +32,17 @@ std::string Short(const Vector& v, int decimals) {
   return Short(v.x, decimals) + "," + Short(v.y, decimals) + "," + Short(v.z, decimals);
 }
 
+/** From points, which would else fill the picture. */
+double Clearance(const CloudSession& session) {
+  double clearance = 0.0;
+  for (BaseObject* cloud : session.Clouds()) {
+    // A rendered point covers a disc of the root of its radius.
+    const double radius = std::sqrt(std::max(0.0, RealParameter(cloud, KELVRA_POINT_RADIUS)));
+    clearance = std::max({clearance, kDiscsAway * radius, kDiscsAway * MeanSpacing(cloud)});
+  }
+  return clearance;
+}
+
 } // namespace
 
 host::ViewCamera CameraFor(const CloudSession& session, const ViewOptions& view, const WorldExtent& extent,
@@ -34,6 +50,8 @@ host::ViewCamera CameraFor(const CloudSession& session, const ViewOptions& view,
   if (view.view == kInsideView) {
     WorldExtent around = extent;
     around.middle = MiddleOf(session, extent.box);
+    if (!extent.box.IsEmpty())
+      around.middle = FreePlace(session, around.middle, Clearance(session), extent.box);
     return CameraOf(view, around, wholeTurn);
   }
   if (!view.survey) return CameraOf(view, extent, wholeTurn);

@@ -1,11 +1,22 @@
 #include "cli/commands/output/file_reports.h"
 
 #include "cli/session/scattered_clouds.h"
+#include "cli/text/format.h"
 #include "cli/text/line.h"
 
+#include <algorithm>
+#include <filesystem>
 #include <iostream>
+#include <map>
 
 namespace cli {
+
+namespace {
+
+/** Of the files that one line names. */
+constexpr std::size_t kMostNames = 8;
+
+} // namespace
 
 void PrintReport(const FileReport& report, bool verbose) {
   std::ostream& out = report.outcome == FileOutcome::Whole ? std::cout : std::cerr;
@@ -14,12 +25,32 @@ void PrintReport(const FileReport& report, bool verbose) {
   for (const std::string& detail : report.details) Line(out) << "  " << detail;
 }
 
+void PrintStrays(const std::vector<FileReport>& reports, bool verbose) {
+  std::map<std::string, std::vector<const FileReport*>> folders;
+  for (const FileReport& report : reports)
+    if (!report.strayIn.empty()) folders[report.strayIn].push_back(&report);
+  for (const auto& [folder, strays] : folders) {
+    std::string names;
+    for (std::size_t i = 0; i < strays.size() && i < kMostNames; ++i)
+      names += (i ? ", " : "") + std::filesystem::u8path(strays[i]->path).filename().u8string();
+    const std::size_t more = strays.size() - std::min(strays.size(), kMostNames);
+    Line(std::cerr) << folder << ": " << Counted((long long)strays.size(), "file")
+                    << (strays.size() == 1 ? " is not a point cloud: " : " are not point clouds: ") << names
+                    << (more > 0 ? " and " + std::to_string(more) + " more" : "")
+                    << (verbose ? "" : " (--verbose says why)");
+    for (const FileReport* stray : strays)
+      if (verbose) Line(std::cerr) << "  " << stray->path << ": " << stray->message;
+  }
+}
+
 void PrintWarnings(const CloudSession& session) {
   for (const std::string& warning : FindScattered(session)) Line(std::cerr) << warning;
 }
 
 void PrintReports(const CloudSession& session, bool verbose) {
-  for (const FileReport& report : session.Reports()) PrintReport(report, verbose);
+  for (const FileReport& report : session.Reports())
+    if (report.strayIn.empty()) PrintReport(report, verbose);
+  PrintStrays(session.Reports(), verbose);
   PrintWarnings(session);
 }
 

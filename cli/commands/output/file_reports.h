@@ -11,6 +11,9 @@ namespace cli {
  */
 void PrintReport(const FileReport& report, bool verbose);
 
+/** Prints a line for each folder, to standard error, with the files in it that are no point clouds. */
+void PrintStrays(const std::vector<FileReport>& reports, bool verbose);
+
 /** Prints what is odd about the clouds together, to standard error. */
 void PrintWarnings(const CloudSession& session);
 

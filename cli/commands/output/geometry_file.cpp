@@ -1,10 +1,11 @@
 #include "cli/commands/output/geometry_file.h"
 
+#include "cli/text/format.h"
 #include "host/base/replacing_file.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <functional>
 
 namespace cli {
@@ -27,21 +28,13 @@ bool WriteWhole(const std::string& path, std::string* error, host::Faults* fault
   return false;
 }
 
-unsigned char Channel(VertexMapTag* map, LONG i) {
-  if (!map) return 255;
-  const SReal weight = map->GetDataAddressR()[i];
-  return weight > 0.0f ? (unsigned char)(weight < 1.0f ? weight * 255.0f + 0.5f : 255.0f) : 0;
+Vector InFile(Axes axes, const Vector& p) {
+  if (axes == Axes::Host) return Vector(p.x, p.z, p.y);
+  return axes == Axes::YUp ? Vector(p.x, p.z, 0.0 - p.y) : p;
 }
 
-VertexMapTag* FindMap(PointObject* points, const char* name) {
-  BaseTag* tag = points->GetTag(Tvertexmap, 0);
-  for (LONG nr = 1; tag; tag = points->GetTag(Tvertexmap, nr++)) {
-    VertexMapTag* map = (VertexMapTag*)tag;
-    if (map->GetName() == String(name) && map->GetDataCount() == points->GetPointCount() &&
-        map->GetDataAddressR())
-      return map;
-  }
-  return nullptr;
+unsigned char Channel(double share) {
+  return share > 0.0 ? (unsigned char)(share < 1.0 ? share * 255.0 + 0.5 : 255.0) : 0;
 }
 
 /** Shortest form that reads back to the same number. */
@@ -54,39 +47,68 @@ std::string Number(double v) {
   return text;
 }
 
+/** The lines as pairs of points. */
+void WriteEdges(const Shape& shape, host::BufferedFile& output) {
+  LONG first = 0;
+  for (LONG line = 0; line < shape.lines; ++line) {
+    const LONG length = shape.length(line);
+    for (LONG i = first; i + 1 < first + length; ++i) {
+      const LONG pair[2] = {i, i + 1};
+      output.Write(pair, sizeof pair);
+    }
+    first += length;
+  }
+}
+
+LONG EdgeCount(const Shape& shape) {
+  LONG count = 0;
+  for (LONG line = 0; line < shape.lines; ++line) count += std::max<LONG>(0, shape.length(line) - 1);
+  return count;
+}
+
+std::string Three(const Vector& v) {
+  return " " + Number(v.x) + " " + Number(v.y) + " " + Number(v.z);
+}
+
 } // namespace
 
-bool WritePly(PointObject* points, const Placement& place, const std::string& path, std::string* error,
+bool WritePly(const Shape& shape, Axes axes, const std::string& path, std::string* error,
               host::Faults* faults) {
-  const LONG count = points->GetPointCount();
-  VertexMapTag* maps[3] = {FindMap(points, "Red"), FindMap(points, "Green"), FindMap(points, "Blue")};
+  const LONG edges = EdgeCount(shape);
   return WriteWhole(path, error, faults, [&](host::BufferedFile& output) {
-    Put(output, "ply\nformat binary_little_endian 1.0\nelement vertex " + std::to_string(count) +
-                    "\nproperty double x\nproperty double y\nproperty double z\nproperty uchar red\n"
-                    "property uchar green\nproperty uchar blue\nend_header\n");
-    for (LONG i = 0; i < count; ++i) {
-      const Vector p = place.Of(points, i);
-      unsigned char record[27]; // the machines that this runs on are little-endian
-      const double xyz[3] = {p.x, p.y, p.z};
-      std::memcpy(record, xyz, sizeof xyz);
-      for (int channel = 0; channel < 3; ++channel) record[24 + channel] = Channel(maps[channel], i);
-      output.Write(record, sizeof record);
+    Put(output, "ply\nformat binary_little_endian 1.0\nelement vertex " + std::to_string(shape.points) +
+                    "\nproperty double x\nproperty double y\nproperty double z\n");
+    if (shape.color) Put(output, "property uchar red\nproperty uchar green\nproperty uchar blue\n");
+    if (edges > 0)
+      Put(output, "element edge " + std::to_string(edges) + "\nproperty int vertex1\nproperty int vertex2\n");
+    Put(output, "end_header\n");
+    for (LONG i = 0; i < shape.points; ++i) {
+      const Vector p = InFile(axes, shape.position(i));
+      const double xyz[3] = {p.x, p.y, p.z}; // the machines that this runs on are little-endian
+      output.Write(xyz, sizeof xyz);
+      if (!shape.color) continue;
+      const Vector color = shape.color(i);
+      const unsigned char rgb[3] = {Channel(color.x), Channel(color.y), Channel(color.z)};
+      output.Write(rgb, sizeof rgb);
     }
+    WriteEdges(shape, output);
   });
 }
 
-bool WriteObj(SplineObject* spline, const Placement& place, const std::string& path, std::string* error,
+bool WriteObj(const Shape& shape, Axes axes, const std::string& path, std::string* error,
               host::Faults* faults) {
-  const LONG count = spline->GetPointCount();
-  const LONG segments = spline->GetSegmentCount();
   return WriteWhole(path, error, faults, [&](host::BufferedFile& output) {
-    for (LONG i = 0; i < count; ++i) {
-      const Vector p = place.Of(spline, i);
-      Put(output, "v " + Number(p.x) + " " + Number(p.y) + " " + Number(p.z) + "\n");
+    for (LONG i = 0; i < shape.points; ++i) {
+      Put(output, "v" + Three(InFile(axes, shape.position(i))));
+      if (shape.color) {
+        const Vector color = shape.color(i);
+        Put(output, " " + Fixed(color.x, 4) + " " + Fixed(color.y, 4) + " " + Fixed(color.z, 4));
+      }
+      Put(output, "\n");
     }
     LONG next = 1;
-    for (LONG s = 0; s < (segments > 0 ? segments : 1); ++s) {
-      const LONG length = segments > 0 ? spline->GetSegmentR()[s].cnt : count;
+    for (LONG line = 0; line < shape.lines; ++line) {
+      const LONG length = shape.length(line);
       // A line has two points; a lone one is a point element.
       Put(output, length > 1 ? "l" : "p");
       for (LONG i = 0; i < length; ++i) Put(output, " " + std::to_string(next++));

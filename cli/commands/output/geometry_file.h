@@ -4,8 +4,8 @@
 #include "c4d.h"
 #include "host/application.h"
 
+#include <functional>
 #include <string>
-#include <vector>
 
 namespace cli {
 
@@ -17,32 +17,26 @@ enum class Axes {
   YUp  ///< right-handed: east, up, south
 };
 
-/** Where the points of an object are: in world space, or where a survey has them. */
-struct Placement {
-  Matrix global;
-  std::vector<LVector> survey; ///< one a point, in the axes of files; empty: world space
-  Axes axes = Axes::Host;      ///< of world space in the file
-  Vector Of(PointObject* points, LONG i) const {
-    return survey.empty() ? InFile(global * points->GetPointR()[i]) : Vector(survey[(std::size_t)i]);
-  }
-
-private:
-  Vector InFile(const Vector& p) const {
-    if (axes == Axes::ZUp) return Vector(p.x, p.z, p.y);
-    return axes == Axes::YUp ? Vector(p.x, p.y, 0.0 - p.z) : p;
-  }
+/** Points in a row, and the lines that join them. */
+struct Shape {
+  LONG points = 0;
+  std::function<Vector(LONG)> position; ///< east, north, up
+  std::function<Vector(LONG)> color;    ///< 0 to 1; empty: points have none
+  LONG lines = 0;
+  /** How many points a line joins; they follow those of the line before it. */
+  std::function<LONG(LONG)> length;
 };
 
 /**
- * Points with their colours (vertex maps Red, Green, Blue; white where one is missing) as binary
- * little-endian PLY: x, y, z as 64-bit reals, red, green, blue as bytes. An existing file is replaced only by
- * a whole new one. False with one line that names file and reason. faults may be NULL.
+ * Binary little-endian PLY: x, y, z as 64-bit reals, red, green, blue as bytes, lines as edges. An existing
+ * file is replaced only by a whole new one. False with one line that names file and reason. faults may be
+ * NULL.
  */
-bool WritePly(PointObject* points, const Placement& place, const std::string& path, std::string* error,
+bool WritePly(const Shape& shape, Axes axes, const std::string& path, std::string* error,
               host::Faults* faults);
 
-/** A spline as OBJ: one vertex a point, one line element a segment. */
-bool WriteObj(SplineObject* spline, const Placement& place, const std::string& path, std::string* error,
+/** The same as OBJ: one vertex a point, colours behind the coordinates, one line element a line. */
+bool WriteObj(const Shape& shape, Axes axes, const std::string& path, std::string* error,
               host::Faults* faults);
 
 } // namespace cli

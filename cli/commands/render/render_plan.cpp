@@ -46,7 +46,7 @@ void CheckTogether(const RenderPlan& plan) {
                     {"--record", !plan.record.empty()},
                     {"--depth", plan.depth != 0}};
   for (const auto& picture : ofPictures)
-    if (plan.pixel && picture.given)
+    if (plan.pixel && plan.pixelOf.empty() && picture.given)
       throw UsageError{std::string(picture.option) +
                        " has no effect: --pixel prints text and writes no picture"};
   if (plan.turn != 0.0 && !plan.frames)
@@ -140,6 +140,9 @@ void AddRenderOptions(CLI::App& command, RenderPlan& plan) {
       ->delimiter(',')
       ->expected(2)
       ->excludes(command.get_option("--output"));
+  AddPath(command, "--pixel-of", plan.pixelOf,
+          "With --pixel: take all other options from this picture, a PNG of render or sequence")
+      ->needs(command.get_option("--pixel"));
 }
 
 void CheckPlan(RenderPlan& plan) {

@@ -28,6 +28,8 @@ struct RenderPlan {
   Vector background{0xc3 / 255.0, 0xd2 / 255.0, 0xe2 / 255.0};
 
   std::optional<Pixel> pixel;                             ///< explains this pixel's ray and writes no picture
+  std::string pixelOf;                                    ///< picture that says all other options, or empty
+  int shownFrame = 0;                                     ///< of `frames`, with `pixelOf`
   std::string output;                                     ///< empty with `pixel`
   int depth = 0;                                          ///< bits a sample, 0 for the smallest of the format
   host::PictureFormat format = host::PictureFormat::Png8; ///< by `output` and `depth`

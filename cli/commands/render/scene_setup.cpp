@@ -5,6 +5,8 @@
 #include "cli/session/cloud_extent.h"
 #include "cli/session/cloud_parameters.h"
 #include "cli/text/format.h"
+#include "host/hair/hair_object.h"
+#include "host/particles/emitter.h"
 #include "host/render.h"
 #include "host/viewport.h"
 #include "otallyframe.h"
@@ -49,6 +51,10 @@ void ChooseRadius(CloudSession& session, BaseObject* cloud, std::vector<std::str
   const double spacing = MeanSpacing(cloud);
   if (!(spacing > 0.0)) return;
   SetRadius(data, kRadiusPerSpacing * spacing, notes);
+  if (kRadiusPerSpacing * spacing < kLeastRadius && data->GetLong(KELVRA_FIT_TEXT) != KELVRA_FIT_TEXT_ON)
+    notes->push_back("the points lie " + TwoDigits(spacing) +
+                     " scene units apart, so that they overlap and render slowly (--set fit_text=on scales "
+                     "text clouds up)");
 }
 
 /** The same for a point object or a spline that a video post has rendered: it stands for a cloud. */
@@ -62,6 +68,27 @@ void ChooseRadiusOfGeometry(BaseDocument* doc, std::vector<std::string>* notes) 
     const host::Box box = host::WorldBox(linked);
     if (points < 1 || box.IsEmpty()) continue;
     SetRadius(data, kRadiusPerSpacing * SpacingOf(box.Size(), points), notes);
+  }
+}
+
+/** Radius of a true sphere, as a share of the mean distance of neighbours, at which spheres close a surface.
+ */
+constexpr double kSpherePerSpacing = 0.7;
+
+/** The same for particles and hair that a cloud was converted to, which the renderer draws itself. */
+void ChooseRadiusOfElements(BaseObject* first, std::vector<std::string>* notes) {
+  for (BaseObject* op = first; op; op = op->GetNext()) {
+    ChooseRadiusOfElements(op->GetDown(), notes);
+    const host::EmitterNode* emitter = host::AsEmitter(host::Impl(op));
+    const host::HairNode* hair = host::AsHair(host::Impl(op));
+    const LONG count = emitter ? emitter->count : hair && hair->guides ? hair->guides->count : 0;
+    BaseContainer* data = op->GetDataInstance();
+    if (count < 1 || data->FindIndex(host::kPointRadius) != NOTOK) continue;
+    const double radius = kSpherePerSpacing * SpacingOf(host::WorldBox(op).Size(), count);
+    if (!(radius > 0.0) || !(radius < 1e6)) continue;
+    data->SetReal(host::kPointRadius, radius);
+    notes->push_back("radius " + Fixed(radius, 3) + " of " + Counted(count, hair ? "hair" : "particle") +
+                     ", chosen by density");
   }
 }
 
@@ -108,7 +135,10 @@ RenderScene PrepareScene(CloudSession& session, const RenderPlan& plan) {
     const std::string colors = ColorIfPlain(session, cloud);
     if (!colors.empty()) scene.notes.push_back(colors);
   }
-  if (session.Clouds().empty()) ChooseRadiusOfGeometry(session.Document(), &scene.notes);
+  if (session.Clouds().empty()) {
+    ChooseRadiusOfGeometry(session.Document(), &scene.notes);
+    ChooseRadiusOfElements(session.Document()->GetFirstObject(), &scene.notes);
+  }
   std::string apart;
   const WorldExtent extent = ExtentOf(session, &apart);
   if (!apart.empty() && !plan.view.camera) scene.notes.push_back(apart);

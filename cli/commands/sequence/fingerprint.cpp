@@ -25,8 +25,12 @@ std::string Hexadecimal(std::uint64_t value) {
 }
 
 void AddFile(const std::string& path, host::Checksum& sum) {
-  std::ifstream file(fs::u8path(path), std::ios::binary);
-  if (!file) throw std::runtime_error(path + ": cannot be read");
+  std::error_code ignored;
+  // Opening a pipe would wait for its writer.
+  const bool regular = fs::is_regular_file(fs::u8path(path), ignored);
+  std::ifstream file;
+  if (regular) file.open(fs::u8path(path), std::ios::binary);
+  if (!file.is_open()) throw std::runtime_error(path + ": cannot be read");
   std::vector<char> piece(kPiece);
   do {
     file.read(piece.data(), (std::streamsize)piece.size());
@@ -72,7 +76,7 @@ std::string FingerprintOfProgram() {
 }
 
 std::vector<std::string> CloudFiles(const std::string& folder) {
-  static const std::set<std::string> suffixes = {".las", ".laz", ".xyz", ".pts"};
+  static const std::set<std::string> suffixes = {".las", ".laz", ".xyz", ".pts", ".csv"};
   std::vector<std::string> files;
   std::error_code failed;
   for (const fs::directory_entry& entry : fs::directory_iterator(fs::u8path(folder), failed)) {
@@ -87,9 +91,10 @@ std::vector<std::string> CloudFiles(const std::string& folder) {
 
 nlohmann::json PictureOptions(const CLI::App& command) {
   // How a picture is made and where it goes, not what it shows; the files count by their bytes.
-  static const std::set<std::string> others = {"FILE",        "--output", "--force", "--verbose", "--threads",
-                                               "--fault",     "--frames", "--local", "--slurm",   "--nodes",
-                                               "--partition", "--sbatch", "--chunk", "--part"};
+  static const std::set<std::string> others = {
+      "FILE",    "--output", "--force", "--verbose",   "--threads",     "--fault", "--frames",
+      "--local", "--slurm",  "--nodes", "--partition", "--sbatch",      "--chunk", "--part",
+      "--quiet", "--record", "--pixel", "--pixel-of",  "--print-camera"};
   nlohmann::json options = nlohmann::json::object();
   for (const CLI::Option* option : command.get_options()) {
     const std::vector<std::string>& names = option->get_lnames();

@@ -20,7 +20,6 @@ namespace {
 
 constexpr const char* kFingerprint = "Kelvra-Fingerprint";
 constexpr const char* kFrame = "Kelvra-Frame";
-constexpr const char* kOptions = "Kelvra-Options";
 constexpr const char* kClouds = "Kelvra-Clouds";
 constexpr const char* kWhole = "whole";
 constexpr const char* kInPart = "loaded in part";
@@ -33,14 +32,15 @@ std::string TextOf(const host::PictureTexts& texts, const std::string& key) {
 
 } // namespace
 
-FrameWork::FrameWork(const RenderPlan& plan, const nlohmann::json& options)
-    : plan_(plan), options_(options.dump(-1, ' ', true)) {
+FrameWork::FrameWork(const RenderPlan& plan, const nlohmann::json& options) : plan_(plan) {
+  origin_.options = options;
+  origin_.files = FingerprintOfFiles(plan.input.files);
+  origin_.frames = plan.Frames();
   // The length of a turn decides where the camera stands in each of its frames.
   const FrameRange frames = plan.Frames();
   const std::string turn =
       plan.turn != 0.0 ? std::to_string(frames.first) + "-" + std::to_string(frames.last) : std::string();
-  fingerprint_ =
-      FingerprintOf(FingerprintOfProgram() + FingerprintOfFiles(plan.input.files) + options_ + turn);
+  fingerprint_ = FingerprintOf(FingerprintOfProgram() + origin_.files + options.dump(-1, ' ', true) + turn);
 }
 
 std::string FrameWork::Names(const std::vector<int>& items) const {
@@ -88,11 +88,10 @@ int FrameWork::Render(const std::vector<int>& items) {
     console.Print();
     if (!outcome.Ok()) throw std::runtime_error("rendering: " + outcome.message);
     host::Picture picture = PictureOf(job.Buffer());
-    picture.texts = {{"Software", "kelvra " KELVRA_VERSION},
-                     {kFingerprint, fingerprint_},
-                     {kFrame, std::to_string(FrameOf(item))},
-                     {kOptions, options_},
-                     {kClouds, session.ExitStatus() == kExitWhole ? kWhole : kInPart}};
+    origin_.frame = FrameOf(item);
+    picture.texts = TextsOf(origin_);
+    picture.texts.push_back({kFingerprint, fingerprint_});
+    picture.texts.push_back({kClouds, session.ExitStatus() == kExitWhole ? kWhole : kInPart});
     SaveFrame(session, picture, Path(item), plan_.format);
     Line(std::cout) << Path(item) << ": " << picture.width << "x" << picture.height << ", "
                     << Fixed(outcome.seconds, 2) << " s";

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cli/commands/render/render_plan.h"
+#include "cli/commands/sequence/picture_origin.h"
 #include "cli/commands/sequence/sequence_work.h"
 
 #include <nlohmann/json.hpp>
@@ -27,7 +28,7 @@ private:
   int Render(const std::vector<int>& items);
 
   const RenderPlan& plan_;
-  const std::string options_;
+  PictureOrigin origin_;
   std::string fingerprint_;
 };
 

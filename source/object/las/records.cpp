@@ -3,6 +3,7 @@
 #include "object/las/geokeys.h"
 #include "object/las/palette.h"
 #include "object/las/reader.h"
+#include "object/las/system_units.h"
 
 #include <algorithm>
 #include <cmath>
@@ -199,7 +200,8 @@ void TakeHeader(const LasFile& file, LasCloud& cloud) {
   cloud.report.announced = Clamped(findings.header.Points());
   cloud.report.epsg = OfferedCode(findings.geoKey);
   cloud.report.crs = findings.system.name;
-  cloud.report.unit = findings.system.unit;
+  const bool named = findings.system.unit != LengthUnit::kUnknown;
+  cloud.report.unit = named ? findings.system.unit : UnitOfSystem(cloud.report.epsg);
   cloud.report.versionMajor = findings.header.versionMajor;
   cloud.report.versionMinor = findings.header.versionMinor;
   cloud.report.pointFormat = static_cast<int>(findings.header.PointFormat());

@@ -1,0 +1,174 @@
+#include "cli/commands/commands.h"
+
+#include "cli/commands/output/json_text.h"
+#include "cli/session/cloud_session.h"
+#include "cli/session/parameter_list.h"
+#include "cli/session/preferences_page.h"
+#include "cli/text/line.h"
+#include "cli/text/nearest.h"
+#include "host/parameters/parameter_text.h"
+
+#include <iostream>
+#include <stdexcept>
+
+namespace cli {
+
+namespace {
+
+using host::resource::ElementType;
+using host::resource::Parameter;
+using host::resource::Unit;
+
+struct ParamsOptions {
+  std::string word;
+  bool json = false;
+};
+
+/** One of the places that have parameters. */
+struct Place {
+  const char *name, *heading;
+  std::string prefix; ///< of the names, which users leave out
+  const host::resource::Description* description;
+};
+
+std::vector<Place> PlacesOf(CloudSession& session) {
+  const auto find = [&](const char* name) {
+    const host::PluginInfo* plugin = session.App().FindByDescription(name);
+    const host::resource::Description* description =
+        plugin ? host::LoadDescription(plugin->id, std::string(), nullptr) : nullptr;
+    if (!description) throw std::runtime_error(std::string("the module has no description of ") + name);
+    return description;
+  };
+  BaseList2D* page = FindPreferencesPage(session.App());
+  return {{"object", "Point cloud (--set NAME=VALUE)", "", find("Otallyframe")},
+          {"video post", "Video post, for objects that are not clouds (in the application)", "",
+           find("VPkelvrarender")},
+          {"preferences", "Preferences (kelvra prefs set NAME VALUE)", "prefs_",
+           host::FindDescription(*host::Impl(page))}};
+}
+
+std::string NameIn(const Place& place, const Parameter& parameter) {
+  const std::string name = host::ParameterName(parameter);
+  return name.compare(0, place.prefix.size(), place.prefix) == 0 ? name.substr(place.prefix.size()) : name;
+}
+
+std::string Number(double value) {
+  return JsonText(nlohmann::json(value == (double)(long long)value ? nlohmann::json((long long)value)
+                                                                   : nlohmann::json(value)));
+}
+
+const char* UnitOf(const Parameter& parameter) {
+  return parameter.unit == Unit::kPercent ? "%" : parameter.unit == Unit::kMeter ? "scene units" : "";
+}
+
+/** As it is typed. */
+std::string DefaultText(const Parameter& parameter) {
+  if (parameter.type == ElementType::kLink || parameter.type == ElementType::kSpline) return "none";
+  if (parameter.type == ElementType::kString || parameter.type == ElementType::kFilename)
+    return parameter.defaultText.value_or("").empty() ? "empty" : *parameter.defaultText;
+  const host::resource::Numbers numbers = parameter.defaultNumbers.value_or(host::resource::Numbers{});
+  for (const host::resource::CycleEntry& entry : parameter.cycle)
+    if (entry.id == (LONG)numbers[0]) return host::EntryName(parameter, entry);
+  if (parameter.type == ElementType::kVector)
+    return Number(numbers[0]) + "," + Number(numbers[1]) + "," + Number(numbers[2]);
+  if (parameter.type == ElementType::kBool) return numbers[0] != 0.0 ? "on" : "off";
+  return parameter.unit == Unit::kPercent ? Number(numbers[0] * 100.0) + "%" : Number(numbers[0]);
+}
+
+std::string RangeOf(const Parameter& parameter) {
+  std::string entries;
+  for (const host::resource::CycleEntry& entry : parameter.cycle)
+    if (!entry.isDivider) entries += (entries.empty() ? "" : ", ") + host::EntryName(parameter, entry);
+  if (!entries.empty()) return "one of " + entries;
+  switch (parameter.type) {
+  case ElementType::kBool:
+    return "on or off";
+  case ElementType::kString:
+  case ElementType::kFilename:
+    return "any text";
+  case ElementType::kLink:
+    return "name of an object";
+  case ElementType::kSpline:
+    return "knots x,y;x,y with x from 0 to 1";
+  case ElementType::kVector:
+    return "three numbers X,Y,Z";
+  default:
+    break;
+  }
+  const std::string range = host::RangeText(parameter);
+  return range.empty() ? "any number" : range;
+}
+
+bool Matches(const Place& place, const Parameter& parameter, const std::string& word) {
+  const auto lower = [](std::string text) {
+    for (char& c : text)
+      if (c >= 'A' && c <= 'Z') c = (char)(c - 'A' + 'a');
+    return text;
+  };
+  if (word == std::to_string(parameter.id)) return true;
+  const std::string wanted = lower(word);
+  return (NameIn(place, parameter) + "\n" + lower(parameter.longName + "\n" + parameter.help)).find(wanted) !=
+         std::string::npos;
+}
+
+nlohmann::json ParameterJson(const Place& place, const Parameter& parameter) {
+  nlohmann::json values = nlohmann::json::array();
+  for (const host::resource::CycleEntry& entry : parameter.cycle)
+    if (!entry.isDivider)
+      values.push_back(
+          {{"name", host::EntryName(parameter, entry)}, {"number", entry.id}, {"shown_as", entry.text}});
+  const auto limit = [](const std::optional<host::resource::Numbers>& numbers) {
+    return numbers ? nlohmann::json((*numbers)[0]) : nlohmann::json();
+  };
+  return {{"of", place.name},
+          {"name", NameIn(place, parameter)},
+          {"number", parameter.id},
+          {"shown_as", parameter.longName},
+          {"default", DefaultText(parameter)},
+          {"range", RangeOf(parameter)},
+          {"min", limit(parameter.min)},
+          {"max", limit(parameter.max)},
+          {"unit", UnitOf(parameter)},
+          {"values", values},
+          {"sentence", parameter.help}};
+}
+
+void PrintParameter(const Place& place, const Parameter& parameter) {
+  const std::string unit = parameter.unit == Unit::kMeter ? ", in scene units" : "";
+  Line(std::cout) << "  " << NameIn(place, parameter) << " (" << parameter.id << "): " << RangeOf(parameter)
+                  << unit << "; default " << DefaultText(parameter);
+  Line(std::cout) << "      " << parameter.help;
+}
+
+int RunParams(const ParamsOptions& options) {
+  CloudSession session({});
+  nlohmann::json found = nlohmann::json::array();
+  std::vector<std::string> names;
+  for (const Place& place : PlacesOf(session)) {
+    bool headed = options.json;
+    for (const Parameter* parameter : SettableParameters(*place.description)) {
+      names.push_back(NameIn(place, *parameter));
+      if (!Matches(place, *parameter, options.word)) continue;
+      found.push_back(ParameterJson(place, *parameter));
+      if (!headed) Line(std::cout) << place.heading;
+      headed = true;
+      if (!options.json) PrintParameter(place, *parameter);
+    }
+  }
+  if (found.empty())
+    throw UsageError{"params " + options.word + ": no name, number or sentence holds it" +
+                     DidYouMean(options.word, names)};
+  if (options.json) std::cout << JsonText(found, 2) << "\n";
+  return kExitWhole;
+}
+
+} // namespace
+
+Run AddParams(CLI::App& command) {
+  const auto options = std::make_shared<ParamsOptions>();
+  command.add_option("WORD", options->word, "Part of a name, a number, or a word of the sentence");
+  command.add_flag("--json", options->json, "Print JSON");
+  return [options] { return RunParams(*options); };
+}
+
+} // namespace cli

@@ -1,0 +1,97 @@
+#include "cli/session/file_kinds.h"
+
+#include "host/application.h"
+#include "host/base/utf8.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
+
+namespace fs = std::filesystem;
+
+namespace cli {
+
+namespace {
+
+/** Files of other formats, by suffix: as text, the numbers in them would become points that are none. */
+const struct {
+  const char *suffix, *what;
+} kOtherFormats[] = {
+    {".ply", "a PLY file"},    {".obj", "an OBJ file"}, {".stl", "an STL file"},  {".off", "an OFF file"},
+    {".e57", "an E57 file"},   {".pcd", "a PCD file"},  {".ptx", "a PTX file"},   {".png", "a picture"},
+    {".jpg", "a picture"},     {".jpeg", "a picture"},  {".tif", "a picture"},    {".tiff", "a picture"},
+    {".exr", "a picture"},     {".pdf", "a document"},  {".json", "a JSON file"}, {".xml", "an XML file"},
+    {".html", "an HTML file"}, {".zip", "an archive"},  {".gz", "an archive"}};
+
+/** In lower case, with its dot. */
+std::string SuffixOf(const std::string& path) {
+  std::string suffix = fs::u8path(path).extension().u8string();
+  for (char& c : suffix) c = c >= 'A' && c <= 'Z' ? (char)(c + 32) : c;
+  return suffix;
+}
+
+} // namespace
+
+std::string OtherFormat(const std::string& path) {
+  const std::string suffix = SuffixOf(path);
+  for (const auto& format : kOtherFormats)
+    if (suffix == format.suffix)
+      return std::string("this is ") + format.what +
+             ", expected LAS, LAZ, XYZ or PTS (--as xyz reads its text all the same)";
+  return std::string();
+}
+
+bool NamesCloud(const std::string& path) {
+  const std::string suffix = SuffixOf(path);
+  for (const char* cloud : {".las", ".laz", ".xyz", ".pts", ".csv"})
+    if (suffix == cloud) return true;
+  return false;
+}
+
+std::vector<std::string> FilesOfFolder(const std::string& folder) {
+  std::vector<std::string> files;
+  std::error_code failed;
+  for (fs::directory_iterator i(fs::u8path(folder), failed), end; !failed && i != end; i.increment(failed)) {
+    const std::string path = i->path().u8string(), suffix = SuffixOf(path);
+    std::error_code ignored;
+    const bool hidden = i->path().filename().u8string().compare(0, 1, ".") == 0;
+    const bool left = hidden || suffix == ".lax" || suffix == ".wdp" || i->is_directory(ignored);
+    if (!left && host::resource::IsUtf8(path)) files.push_back(path);
+  }
+  std::sort(files.begin(), files.end());
+  return files;
+}
+
+bool IsFolder(const std::string& path) {
+  std::error_code ignored;
+  return fs::is_directory(fs::u8path(path), ignored);
+}
+
+std::vector<std::string> NotUtf8In(const std::string& folder) {
+  std::vector<std::string> files;
+  std::error_code failed;
+  for (fs::directory_iterator i(fs::u8path(folder), failed), end; !failed && i != end; i.increment(failed))
+    if (!host::resource::IsUtf8(i->path().u8string())) files.push_back(i->path().u8string());
+  std::sort(files.begin(), files.end());
+  return files;
+}
+
+std::string ReadObstacle(const std::string& path) {
+  if (!host::resource::IsUtf8(path)) return kNotUtf8;
+  std::error_code failed;
+  const fs::path file = fs::u8path(path);
+  const fs::file_status status = fs::status(file, failed);
+  if (status.type() == fs::file_type::not_found && failed != std::errc::not_a_directory)
+    return "no such file or folder";
+  if (failed) return failed.message();
+  if (fs::is_directory(status)) {
+    const fs::directory_iterator entries(file, failed);
+    return failed ? failed.message() : std::string();
+  }
+  // Opening a pipe would wait for its writer; the module refuses it.
+  if (!fs::is_regular_file(status) || std::ifstream(file, std::ios::binary)) return std::string();
+  return std::generic_category().message(errno);
+}
+
+} // namespace cli

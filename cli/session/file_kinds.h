@@ -1,0 +1,28 @@
+// What a file is, as far as that can be seen before it is loaded.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace cli {
+
+bool IsFolder(const std::string& path);
+
+/** Why a file is not loaded although its text might hold numbers; empty where nothing speaks against it. */
+std::string OtherFormat(const std::string& path);
+
+/** Does the suffix promise a point cloud? */
+bool NamesCloud(const std::string& path);
+
+/** The files that a folder stands for, sorted as the module sorts them. */
+std::vector<std::string> FilesOfFolder(const std::string& folder);
+
+/** Files of a folder whose names the module cannot be given. */
+std::vector<std::string> NotUtf8In(const std::string& folder);
+
+/** Why a file or folder cannot be read as the system puts it; empty when it can. */
+std::string ReadObstacle(const std::string& path);
+
+constexpr const char* kNotUtf8 = "the name is not UTF-8; rename it";
+
+} // namespace cli

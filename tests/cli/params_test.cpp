@@ -1,0 +1,44 @@
+// The list of parameters, and what is said about wrong ones.
+#include "support/program_run.h"
+
+namespace cli_test {
+namespace {
+
+TEST(Params, TellNumberRangeAndPurpose) {
+  const Result text = Kelvra({"params", "Transparency"});
+  EXPECT_TRUE(
+      Holds(text.out, "transparency (1252): from 0 to 1, or from 0% to 100%; default 0%\n      Light "))
+      << text.out;
+  const nlohmann::json all = Kelvra({"params", "--json"}).Json();
+  std::set<std::string> places;
+  for (const nlohmann::json& parameter : all) {
+    places.insert(parameter["of"].get<std::string>());
+    EXPECT_FALSE(parameter["sentence"].get<std::string>().empty()) << parameter["name"];
+  }
+  EXPECT_EQ(places, (std::set<std::string>{"object", "preferences", "video post"}));
+  EXPECT_EQ(Kelvra({"params", "--json", "1009"}).Json()[0]["name"], "object_size");
+}
+
+TEST(Params, WrongOnesAreAnsweredWithTheNearestOrTheRange) {
+  const TempFolder folder;
+  const std::string cloud = folder.Write("c.xyz", "1 2 3\n");
+  const std::pair<std::vector<std::string>, const char*> cases[] = {
+      {{"params", "transparancy"}, "did you mean transparency?"},
+      {{"info", cloud, "--set", "transparancy=1"}, "did you mean transparency?"},
+      {{"info", cloud, "--set", "radius=1"}, "falloff_radius, point_radius or radius_variation?"},
+      {{"info", cloud, "--set", "99999=1"}, "unknown parameter (kelvra params lists them)"},
+      {{"info", cloud, "--set", "transparency=150%"}, "expected a number from 0 to 1, or from 0% to 100%"},
+      {{"info", cloud, "--set", "color_mode=plaid"}, "expected one of point, red,"},
+      {{"prefs", "get", "ca_fil"}, "did you mean ca_file?"},
+      {{"convert", cloud, "--mode", "hair", "--ratio", "10"}, "did you mean 10%?"},
+      {{"rendr"}, "did you mean render?"}};
+  for (const auto& [arguments, part] : cases) {
+    const Result result = Kelvra(arguments);
+    EXPECT_EQ(result.status, 2);
+    EXPECT_TRUE(Holds(result.err, part)) << result.err;
+    EXPECT_FALSE(Holds(result.err, "KELVRA_")) << result.err;
+  }
+}
+
+} // namespace
+} // namespace cli_test
