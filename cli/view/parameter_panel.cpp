@@ -2,6 +2,7 @@
 
 #include "cli/text/format.h"
 #include "cli/view/curve_widget.h"
+#include "cli/view/fitted_text.h"
 #include "host/application.h"
 
 #include <algorithm>
@@ -116,10 +117,10 @@ void ParameterPanel::ShowItems(const Tree& tree, std::size_t at, int depth) {
 void ParameterPanel::ShowLabel(const Parameter& parameter) const {
   const float width = ImGui::GetContentRegionAvail().x * 0.46f, left = ImGui::GetCursorPosX();
   ImGui::AlignTextToFramePadding();
-  const ImVec2 start = ImGui::GetCursorScreenPos();
-  ImGui::PushClipRect(start, ImVec2(start.x + width - 4, start.y + ImGui::GetFrameHeight()), true);
-  ImGui::TextUnformatted(parameter.longName.c_str());
-  ImGui::PopClipRect();
+  // The short name where the long one does not fit.
+  const float room = width - 6 * scale_;
+  const bool fits = ImGui::CalcTextSize(parameter.longName.c_str()).x <= room;
+  ImGui::TextUnformatted(Shortened(fits ? parameter.longName : parameter.shortName, room).c_str());
   if (ImGui::IsItemHovered()) {
     const Shown shown = ShownAs(parameter.unit);
     std::string text = parameter.longName + "\n" + parameter.identifier + ", " + std::to_string(parameter.id);

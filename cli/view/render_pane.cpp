@@ -44,11 +44,13 @@ std::uint8_t Shown(float sample) {
   return sample > 0.0f ? (std::uint8_t)std::lround(std::min(sample, 1.0f) * 255.0f) : 0;
 }
 
-/** Distance at which the ray enters the first point, out of the explanation; negative without one. */
-double FirstEntry(const std::string& text) {
-  std::smatch match;
-  if (!std::regex_search(text, match, std::regex("point [0-9]+, entry ([-+.0-9e]+)"))) return -1.0;
-  return std::stod(match[1]);
+/** Distances along the ray at which it is nearest to the points that it meets, out of the explanation. */
+std::vector<double> Met(const std::string& text) {
+  static const std::regex hit("point [0-9]+, entry ([-+.0-9e]+), exit ([-+.0-9e]+)");
+  std::vector<double> distances;
+  for (std::sregex_iterator i(text.begin(), text.end(), hit), end; i != end; ++i)
+    distances.push_back((std::stod((*i)[1]) + std::stod((*i)[2])) * 0.5);
+  return distances;
 }
 
 } // namespace
@@ -96,7 +98,7 @@ std::string RenderPane::Render(const host::ViewCamera& camera, double aspect,
          Fixed(outcome.seconds, 1) + " s; click a pixel to see what made it";
 }
 
-std::string RenderPane::Explain(const Pixel& pixel, std::optional<Vector>* place) {
+std::string RenderPane::Explain(const Pixel& pixel, std::vector<Vector>* places) {
   marked_ = pixel;
   LitScene scene(session_, plan_);
   host::RenderOptions& render = scene.Options();
@@ -112,8 +114,8 @@ std::string RenderPane::Explain(const Pixel& pixel, std::optional<Vector>* place
     if (!hook || !hook->Message(KELVRA_MESSAGE_EXPLAIN_RAY, &question)) return;
     const std::string lines = host::Utf8(text);
     explanation += "ray " + std::to_string(++rays) + "\n" + lines;
-    const double entry = FirstEntry(lines);
-    if (!*place && entry >= 0.0) *place = Vector(vd->ray->p) + Vector(vd->ray->v) * entry;
+    for (const double distance : Met(lines))
+      places->push_back(Vector(vd->ray->p) + Vector(vd->ray->v) * distance);
   };
   host::RenderJob job(session_.Document(), render);
   const host::RenderOutcome outcome = job.RenderFrame();

@@ -112,6 +112,7 @@ private:
   void NameParameter(Parameter* parameter) {
     if (IsFiller(*parameter) && !FindTexts(*input_.tables, parameter->identifier)) return;
     parameter->longName = TextsOf(parameter->identifier).longText;
+    parameter->shortName = TextsOf(parameter->identifier).shortText;
   }
 
   /** Declaring an included parameter again replaces it. */
