@@ -41,6 +41,10 @@ bool CountHeights(BaseObject* cloud, HeightHistogram* histogram) {
   std::vector<LONG> bins(kBins);
   if (!Ask(cloud, 0.0, 0.0, &bins, &heights)) return false;
   double from = heights.lowest, to = heights.highest;
+  if (!(to > from)) { // flat
+    from -= 0.5;
+    to += 0.5;
+  }
   double points = 0.0;
   for (int look = 0; look < kMostLooks && Ask(cloud, from, to, &bins, &heights); ++look) {
     points = (double)heights.below + heights.above;

@@ -35,6 +35,11 @@ double Bound(const std::optional<host::resource::Numbers>& limit, int axis, doub
   return limit ? (*limit)[(std::size_t)axis] : otherwise;
 }
 
+/** Coordinates in full: they differ in their last digits. */
+const char* FormatOf(const Shown& shown, double largest) {
+  return shown.factor == 1.0 && std::abs(largest) >= 1e5 ? "%.10g" : shown.format;
+}
+
 double StepOf(const Parameter& parameter, double value) {
   if (parameter.step) return (*parameter.step)[0];
   return std::max(0.01, std::abs(value) * 0.01);
@@ -222,7 +227,8 @@ bool ParameterPanel::ShowReal(const Parameter& parameter, GeData* value) {
     const double low = Bound(parameter.min, 0, -DBL_MAX / 1e3) * shown.factor;
     const double high = Bound(parameter.max, 0, DBL_MAX / 1e3) * shown.factor;
     const float speed = (float)(StepOf(parameter, value->GetReal()) * shown.factor * 0.5);
-    changed = ImGui::DragScalar("##value", ImGuiDataType_Double, &number, speed, &low, &high, shown.format);
+    changed = ImGui::DragScalar("##value", ImGuiDataType_Double, &number, speed, &low, &high,
+                                FormatOf(shown, number));
   }
   if (changed) value->SetReal(number / shown.factor);
   return changed;
@@ -241,7 +247,8 @@ bool ParameterPanel::ShowVector(const Parameter& parameter, GeData* value) {
   double xyz[3] = {vector.x * shown.factor + 0.0, vector.y * shown.factor + 0.0,
                    vector.z * shown.factor + 0.0};
   const float speed = (float)(StepOf(parameter, vector.GetLength()) * shown.factor * 0.5);
-  if (!ImGui::DragScalarN("##value", ImGuiDataType_Double, xyz, 3, speed, nullptr, nullptr, shown.format))
+  if (!ImGui::DragScalarN("##value", ImGuiDataType_Double, xyz, 3, speed, nullptr, nullptr,
+                          FormatOf(shown, vector.GetLength())))
     return false;
   value->SetVector(Vector(xyz[0], xyz[1], xyz[2]) / shown.factor);
   return true;

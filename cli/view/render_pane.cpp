@@ -2,13 +2,13 @@
 
 #include "cli/commands/render/scene_setup.h"
 #include "cli/text/format.h"
+#include "cli/view/pixel_explanation.h"
 #include "host/application.h"
 #include "kelvra_messages.h"
 
 #include <algorithm>
 #include <cmath>
 #include <imgui.h>
-#include <regex>
 #include <set>
 
 namespace cli {
@@ -42,15 +42,6 @@ private:
 
 std::uint8_t Shown(float sample) {
   return sample > 0.0f ? (std::uint8_t)std::lround(std::min(sample, 1.0f) * 255.0f) : 0;
-}
-
-/** Distances along the ray at which it is nearest to the points that it meets, out of the explanation. */
-std::vector<double> Met(const std::string& text) {
-  static const std::regex hit("point [0-9]+, entry ([-+.0-9e]+), exit ([-+.0-9e]+)");
-  std::vector<double> distances;
-  for (std::sregex_iterator i(text.begin(), text.end(), hit), end; i != end; ++i)
-    distances.push_back((std::stod((*i)[1]) + std::stod((*i)[2])) * 0.5);
-  return distances;
 }
 
 } // namespace
@@ -105,22 +96,19 @@ std::string RenderPane::Explain(const Pixel& pixel, std::vector<Vector>* places)
   render.camera = camera_;
   render.probeX = pixel.x;
   render.probeY = pixel.y;
-  std::string explanation = "pixel " + std::to_string(pixel.x) + "," + std::to_string(pixel.y) + "\n";
-  int rays = 0;
+  PixelExplanation explanation;
   render.probe = [&](VolumeData* vd) {
     String text;
     KelvraRayExplanation question = {1, vd, &text};
     BaseSceneHook* hook = session_.Document()->FindSceneHook(KELVRA_HOOK);
     if (!hook || !hook->Message(KELVRA_MESSAGE_EXPLAIN_RAY, &question)) return;
-    const std::string lines = host::Utf8(text);
-    explanation += "ray " + std::to_string(++rays) + "\n" + lines;
-    for (const double distance : Met(lines))
-      places->push_back(Vector(vd->ray->p) + Vector(vd->ray->v) * distance);
+    explanation.AddRay(Vector(vd->ray->p), Vector(vd->ray->v), host::Utf8(text));
   };
   host::RenderJob job(session_.Document(), render);
   const host::RenderOutcome outcome = job.RenderFrame();
   if (!outcome.Ok()) return outcome.message;
-  return rays > 0 ? explanation : explanation + "no points are rendered\n";
+  for (const PixelPoint& point : explanation.Points()) places->push_back(point.place);
+  return "pixel " + std::to_string(pixel.x) + "," + std::to_string(pixel.y) + ", " + explanation.Text();
 }
 
 std::string RenderPane::Save(const std::string& path) const {

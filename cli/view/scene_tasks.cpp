@@ -7,6 +7,7 @@
 #include "host/parameter_step.h"
 #include "otallyframe.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <stdexcept>
 
@@ -37,6 +38,13 @@ std::string FreePictureName(const std::string& folder) {
   }
 }
 
+/** Tells clouds apart by what was loaded: "scan", "scan and 2 more". */
+void NameAfterFiles(BaseObject* cloud, const std::vector<std::string>& files) {
+  std::string name = fs::u8path(files.front()).stem().u8string();
+  if (files.size() > 1) name += " and " + std::to_string(files.size() - 1) + " more";
+  cloud->SetName(host::FromUtf8(name));
+}
+
 } // namespace
 
 void ViewApplication::Report(const std::string& line) {
@@ -63,6 +71,8 @@ void ViewApplication::OpenFirst() {
   if (session_.Document() != before) {
     viewport_.Forget();
     path_ = plan_.input.files.front();
+  } else if (!session_.Clouds().empty()) {
+    NameAfterFiles(session_.Clouds().front(), plan_.input.files);
   }
   for (const std::string& note : viewport_.PrepareClouds()) Report(ForPeople(note));
   Select(session_.Document()->GetFirstObject());
@@ -71,18 +81,38 @@ void ViewApplication::OpenFirst() {
 
 void ViewApplication::LoadClouds(const std::vector<std::string>& files) {
   if (files.size() == 1 && host::IsSceneFile(files.front())) return OpenScene(files.front());
-  const bool first = session_.Clouds().empty();
-  const host::OneStep step(session_.Document());
-  session_.Use(session_.Document());
-  session_.Open(files, {}, plan_.input.trust);
-  for (const FileReport& report : session_.Reports())
-    if (report.outcome != FileOutcome::Whole) Report(report.path + ": " + report.message);
-  if (!files.empty()) kept_.folder = fs::u8path(files.front()).parent_path().u8string();
-  for (const std::string& note : viewport_.PrepareClouds()) Report(ForPeople(note));
-  if (first) viewport_.FrameAll();
-  const std::vector<BaseObject*> clouds = session_.Clouds();
+  kept_.folder = fs::u8path(files.front()).parent_path().u8string();
+  const std::size_t before = session_.Clouds().size();
+  OpenClouds(files);
+  std::vector<BaseObject*> clouds = session_.Clouds();
+  CloudStats stats;
+  if (clouds.size() > before && ReadCloudStats(clouds.front(), &stats) && stats.Points() == 0) {
+    // Nothing came of it: the scene is as it was.
+    session_.Document()->DoUndo();
+    return Select(session_.Document()->GetFirstObject());
+  }
+  if (before == 0) viewport_.FrameAll();
   if (!clouds.empty()) Select(clouds.front());
   wantsView_ = true;
+}
+
+/** Into a new cloud, as one undo step. */
+void ViewApplication::OpenClouds(const std::vector<std::string>& files) {
+  const host::OneStep step(session_.Document());
+  const std::size_t lines = session_.App().GetConsole().Lines(0).size();
+  const std::size_t before = session_.Clouds().size();
+  session_.Use(session_.Document());
+  session_.Open(files, {}, plan_.input.trust);
+  const std::vector<std::string> said = session_.App().GetConsole().Lines(lines);
+  for (const FileReport& report : session_.Reports()) {
+    const bool known = std::any_of(said.begin(), said.end(), [&report](const std::string& line) {
+      return line.compare(0, report.path.size(), report.path) == 0;
+    });
+    if (report.outcome != FileOutcome::Whole && !known) Report(report.path + ": " + report.message);
+  }
+  if (session_.Points() == 0) return;
+  for (const std::string& note : viewport_.PrepareClouds()) Report(ForPeople(note));
+  if (session_.Clouds().size() > before) NameAfterFiles(session_.Clouds().front(), files);
 }
 
 void ViewApplication::LoadByDialog(bool folder) {
@@ -220,6 +250,8 @@ void ViewApplication::Undo(bool redo) {
   if (!(redo ? doc->DoRedo() : doc->DoUndo())) Report(redo ? "nothing to redo" : "nothing to undo");
   edits_.LetGo();
   viewport_.Redraw();
+  // What was selected may be gone, or be another copy of itself.
+  if (!showsPreferences_ && !Selected()) Select(doc->GetFirstObject());
 }
 
 void ViewApplication::Select(BaseList2D* node) {

@@ -167,6 +167,7 @@ void ViewApplication::Progress(const std::string& text, int percent) {
 
 void ViewApplication::Announce(const std::string& text) {
   busy_.text = text;
+  busy_.percent = kCannotStop;
   Frame(0.0);
 }
 

@@ -20,6 +20,8 @@ namespace cli {
 
 /** What is shown once the user stopped the work. */
 constexpr const char* kStopping = "stopping";
+/** In place of a percentage: work that is too short to be stopped. */
+constexpr int kCannotStop = -1;
 
 class ViewApplication {
 public:
@@ -60,6 +62,7 @@ private:
   // What the user can do with documents, in scene_tasks.cpp.
   void OpenFirst();
   void LoadClouds(const std::vector<std::string>& files);
+  void OpenClouds(const std::vector<std::string>& files);
   void LoadByDialog(bool folder);
   void OpenScene(const std::string& path);
   void NewScene();

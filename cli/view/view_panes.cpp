@@ -389,6 +389,7 @@ void ViewApplication::DrawConsole() {
 
 void ViewApplication::DrawStatus() {
   if (IsBusy() && !browser_.IsOpen() && question_.text.empty()) {
+    if (busy_.percent == kCannotStop) return ImGui::TextUnformatted((busy_.text + "...").c_str());
     const std::string text = busy_.text + " " + std::to_string(busy_.percent) + " %";
     ImGui::ProgressBar((float)busy_.percent / 100.0f, ImVec2(300 * window_.Scale(), 0), text.c_str());
     ImGui::SameLine();
@@ -399,8 +400,11 @@ void ViewApplication::DrawStatus() {
       path_.empty() ? "no scene file" : std::filesystem::u8path(path_).filename().u8string();
   ShowFitted(name + (stamp_ != savedStamp_ ? ", changed" : ""), 340 * window_.Scale());
   ImGui::SameLine(360 * window_.Scale());
-  ImGui::Text("%s of %s drawn, %.0f frames a second", Grouped(viewport_.PointsDrawn()).c_str(),
-              Counted(viewport_.PointsShown(), "point").c_str(), viewport_.FramesPerSecond());
+  const double rate = viewport_.FramesPerSecond();
+  const std::string speed =
+      rate >= 1.0 || rate <= 0.0 ? Fixed(rate, 0) + " frames a second" : Fixed(1.0 / rate, 1) + " s a frame";
+  ImGui::Text("%s of %s drawn, %s", Grouped(viewport_.PointsDrawn()).c_str(),
+              Counted(viewport_.PointsShown(), "point").c_str(), speed.c_str());
 }
 
 void ViewApplication::DrawQuestion() {
