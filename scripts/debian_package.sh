@@ -18,7 +18,7 @@ cmake --build "$build" --target kelvra_reference
 rm -f out/kelvra_*.deb
 (cd "$build" && cpack -G DEB >/dev/null) || fail "cpack failed"
 package=$(ls out/kelvra_*.deb)
-said=$(lintian --no-tag-display-limit --fail-on error --allow-root "$package" 2>&1) || fail "lintian: $said"
+said=$(lintian --tag-display-limit 0 --fail-on error --allow-root "$package" 2>&1) || fail "lintian: $said"
 
 root=$(mktemp -d)
 trap 'rm -rf "$root"' EXIT

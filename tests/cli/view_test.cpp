@@ -98,8 +98,12 @@ TEST_F(Window, TakesAScanFromItsDropToASavedScene) {
   EXPECT_TRUE(Holds(Kelvra({"info", folder_ / "kept.scene"}).out, "1,922 points"));
 }
 
-TEST_F(Window, OpensASceneConvertsRendersAndExplains) {
-  ASSERT_EQ(Kelvra({"save", folder_ / "squares.xyz", "-o", folder_ / "kept.scene"}).status, 0);
+TEST_F(Window, OpensASceneThatConvertsRendersAndExplains) {
+  // The module shows one point; all others are those that it was converted to.
+  ASSERT_EQ(Kelvra({"save", folder_ / "squares.xyz", "-o", folder_ / "kept.scene", "--set", "convert_mode=1",
+                    "--set", "thin_view=100000"})
+                .status,
+            0);
   std::filesystem::create_directories(folder_ / "config/kelvra");
   folder_.Write("config/kelvra/window.json", "{\"render_width\": 240}");
   ASSERT_EQ(Run("kept.scene --size 900x600 --screenshot end.png",
@@ -110,6 +114,8 @@ TEST_F(Window, OpensASceneConvertsRendersAndExplains) {
   EXPECT_GT(Find(Picture("opened"), 0).count, 300);
   EXPECT_GT(Find(Picture("rendered"), 1).count, 100) << "lit green points";
   EXPECT_LT(Black(Picture("rendered")), 10000);
+  EXPECT_NE(Picture("explained").samples, Picture("rendered").samples);
+  EXPECT_EQ(Picture("asked").width, 900) << "the window stayed when leaving was called off";
 }
 
 TEST_F(Window, NeedsADisplayAndReportsWhatCannotBeLoaded) {
