@@ -1,6 +1,5 @@
 #include "host/viewport.h"
 
-#include "host/geometry/point_nodes.h"
 #include "host/nodes/object_calls.h"
 #include "host/nodes/services.h"
 #include "host/nodes/visible_objects.h"
@@ -8,8 +7,6 @@
 #include "host/view/geometry_drawing.h"
 #include "host/view/view_state.h"
 #include "host/view/visible_points.h"
-
-#include <algorithm>
 
 namespace host {
 
@@ -28,23 +25,15 @@ std::vector<BaseObject*> AllObjects(BaseDocument* doc) {
   return objects;
 }
 
-void Widen(const Vector& point, bool* any, Vector* low, Vector* high) {
-  for (int axis = 0; axis < 3; ++axis) {
-    (*low)[axis] = *any ? std::min((*low)[axis], point[axis]) : point[axis];
-    (*high)[axis] = *any ? std::max((*high)[axis], point[axis]) : point[axis];
-  }
-  *any = true;
-}
-
-/** Adds an object's own box under one matrix. */
-void AddBox(BaseObject* op, const Matrix& global, bool* any, Vector* low, Vector* high) {
+/** What an object holds itself, in its own space. */
+Box ObjectBox(BaseObject* op) {
   Vector centre, half;
   GetObjectBox(op, &centre, &half);
-  if (half == Vector() && centre == Vector()) return;
-  for (int i = 0; i < 8; ++i)
-    Widen((centre + Vector(i & 1 ? half.x : -half.x, i & 2 ? half.y : -half.y, i & 4 ? half.z : -half.z)) *
-              global,
-          any, low, high);
+  Box box;
+  if (half == Vector() && centre == Vector()) return box;
+  box.Add(centre - half);
+  box.Add(centre + half);
+  return box;
 }
 
 class OffscreenViewport : public Viewport {
@@ -119,16 +108,10 @@ private:
   }
 
   void FitSceneRange() {
-    bool any = false;
-    Vector low, high;
+    Box box = GeometryBox(doc_);
     for (BaseObject* op : AllObjects(doc_))
-      for (const Matrix& global : ObjectInstances(op)) AddBox(op, global, &any, &low, &high);
-    Vector geometryLow, geometryHigh;
-    if (GeometryBox(doc_, &geometryLow, &geometryHigh)) {
-      Widen(geometryLow, &any, &low, &high);
-      Widen(geometryHigh, &any, &low, &high);
-    }
-    if (any) FitRange(&state_->frame, low, high);
+      for (const Matrix& global : ObjectInstances(op)) box.Add(global * ObjectBox(op));
+    if (!box.IsEmpty()) FitRange(&state_->frame, box);
   }
 
   BaseDocument* doc_;
@@ -149,29 +132,25 @@ std::unique_ptr<Viewport> Viewport::Create(BaseDocument* doc, int width, int hei
   return std::make_unique<OffscreenViewport>(doc, std::make_unique<ViewState>(context, std::move(target)));
 }
 
-bool WorldBox(BaseObject* op, Vector* boxMin, Vector* boxMax) {
-  bool any = false;
-  const auto add = [&](BaseObject* object, const auto& self) -> void {
-    AddBox(object, object->GetMg(), &any, boxMin, boxMax);
+Box WorldBox(BaseObject* op) {
+  Box box;
+  const auto add = [&box](BaseObject* object, const auto& self) -> void {
+    box.Add(object->GetMg() * ObjectBox(object));
     for (BaseObject* child = object->GetDown(); child; child = child->GetNext()) self(child, self);
   };
   add(op, add);
-  return any;
+  return box;
 }
 
-bool GeometryBox(BaseDocument* doc, Vector* boxMin, Vector* boxMax) {
-  PointBox box;
+Box GeometryBox(BaseDocument* doc) {
+  Box box;
   VisitVisibleObjects(doc, [&box](BaseObject* op, const Matrix& global) {
     const Matrix space = ElementSpace(*Impl(op), global);
     VisitElements(*Impl(op), [&](const Vector& p) { box.Add(space * p); });
   });
   for (const ParticleGroup* group : GroupsWithParticles(*Impl(doc)))
     for (const ParticleSlot* slot = group->first; slot; slot = slot->next) box.Add(slot->values.position);
-  Vector centre, half;
-  box.Get(&centre, &half);
-  *boxMin = centre - half;
-  *boxMax = centre + half;
-  return !box.IsEmpty();
+  return box;
 }
 
 } // namespace host

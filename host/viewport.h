@@ -2,6 +2,7 @@
 #pragma once
 
 #include "c4d.h"
+#include "host/base/box.h"
 #include "host/geometry/clone_tag.h"
 #include "host/nodes/visible_objects.h"
 #include "host/picture/image.h"
@@ -42,10 +43,10 @@ public:
   virtual const std::vector<std::string>& GlErrors() const = 0;
 };
 
-/** Box of an object and its children in world space from GetDimension; false when it is empty. */
-bool WorldBox(BaseObject* op, Vector* boxMin, Vector* boxMax);
+/** Box of an object and its children in world space, from GetDimension. */
+Box WorldBox(BaseObject* op);
 
-/** World-space box of all visible elements of a document, caches included; false when there are none. */
-bool GeometryBox(BaseDocument* doc, Vector* boxMin, Vector* boxMax);
+/** World-space box of all visible elements of a document, caches included. */
+Box GeometryBox(BaseDocument* doc);
 
 } // namespace host

@@ -37,16 +37,22 @@ enum {
   KELVRA_MESSAGE_SPREAD = 1037614,
 
   /**
+   * To the preferences page, on the main thread: what came of its last update check in this session? Data:
+   * KelvraUpdateCheck*. FALSE, and the data stay as they are, for an unknown version.
+   */
+  KELVRA_MESSAGE_UPDATE_CHECK = 1037615,
+
+  /**
    * To a point cloud object: how many of its points lie at which heights? Data: KelvraHeights*. FALSE, and
    * the data stay as they are, for an unknown version and for an object without points.
    */
-  KELVRA_MESSAGE_HEIGHTS = 1037615,
+  KELVRA_MESSAGE_HEIGHTS = 1037616,
 
   /**
    * To a point cloud object: which of the points that it shows is met first along a line of sight? Data:
    * KelvraSight*. FALSE, and the data stay as they are, for an unknown version and where there is none.
    */
-  KELVRA_MESSAGE_SIGHT = 1037616,
+  KELVRA_MESSAGE_SIGHT = 1037617,
 
   KELVRA_CLOUD = 1037074,
   KELVRA_HOOK = 1037078,
@@ -89,6 +95,14 @@ enum {
   // Container of a point cloud object while it loads one file, string: the name that lines, reports and the
   // scene give to the file. Set by drivers that load a copy of what the user named.
   KELVRA_LOAD_NAME = 1186,
+
+  // KelvraUpdateCheck::outcome
+  KELVRA_UPDATE_NOT_ASKED = 0, // no check yet, or no order reference, without which nothing is asked
+  KELVRA_UPDATE_NO_ANSWER = 1, // the server did not name a version
+  KELVRA_UPDATE_LATEST = 2,    // there is nothing newer
+  KELVRA_UPDATE_DECLINED = 3,  // there is something newer, which the user does not want
+  KELVRA_UPDATE_MAIL_SENT = 4, // the server sends the download link
+  KELVRA_UPDATE_MAIL_FAILED = 5,
 
   // KelvraLoadReport::unit
   KELVRA_UNIT_UNKNOWN = 0,
@@ -244,6 +258,11 @@ struct KelvraSight {
   LVector file;       // result: in the coordinates of its file
   String* source;     // result: path of the file; empty for points from another plug-in
   LONG number;        // result: among the loaded points of its file, from 0
+};
+
+struct KelvraUpdateCheck {
+  LONG version; // 1
+  LONG outcome; // result
 };
 
 #endif

@@ -52,14 +52,6 @@ void ShowRegistration() {
                                                              : ". Conversion to geometry is not available."));
 }
 
-void OnButton(LONG id) {
-  const BaseContainer* container = PreferencesContainer();
-  if (id == KELVRA_PREFS_REGISTER)
-    ShowRegistration();
-  else if (id == KELVRA_PREFS_CHECK_UPDATE && container)
-    CheckForUpdate(container->GetString(kKeyOrderReference));
-}
-
 } // namespace
 
 Bool MyPrefs::Init(GeListNode* node) {
@@ -79,8 +71,22 @@ Bool MyPrefs::InitValues(const DescID& id, Description* description) {
   return TRUE;
 }
 
+void MyPrefs::OnButton(LONG id) {
+  const BaseContainer* container = PreferencesContainer();
+  if (id == KELVRA_PREFS_REGISTER)
+    ShowRegistration();
+  else if (id == KELVRA_PREFS_CHECK_UPDATE && container)
+    updateOutcome_ = CheckForUpdate(container->GetString(kKeyOrderReference));
+}
+
 Bool MyPrefs::Message(GeListNode* node, LONG type, void* data) {
   if (type == MSG_DESCRIPTION_COMMAND && data) OnButton(static_cast<DescriptionCommand*>(data)->id[0].id);
+  if (type == KELVRA_MESSAGE_UPDATE_CHECK && data) {
+    KelvraUpdateCheck& check = *static_cast<KelvraUpdateCheck*>(data);
+    if (check.version != 1) return FALSE;
+    check.outcome = updateOutcome_;
+    return TRUE;
+  }
   return SUPER::Message(node, type, data);
 }
 

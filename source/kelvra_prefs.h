@@ -4,6 +4,7 @@
 
 #include "c4d.h"
 #include "fence.h"
+#include "kelvra_messages.h"
 #include "lib_prefs.h"
 #include "net/service_settings.h"
 
@@ -28,6 +29,9 @@ protected:
 
 private:
   using SUPER = PrefsDialogObject;
+  void OnButton(LONG id);
+
+  LONG updateOutcome_ = KELVRA_UPDATE_NOT_ASKED; ///< of the last check
 };
 
 Bool RegisterPreferences();

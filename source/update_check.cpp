@@ -1,6 +1,7 @@
 #include "update_check.h"
 
 #include "host_text.h"
+#include "kelvra_messages.h"
 #include "net/http_get.h"
 #include "net/service_settings.h"
 #include "version.h"
@@ -54,12 +55,13 @@ HeldText AskForMail(String url, const String& orderReference) {
   return Ask(url);
 }
 
-void RequestDownloadMail(const String& url, const String& orderReference) {
-  if (AskForMail(url, orderReference).Content())
-    MessageDialog(
-        "An email, with a download link, has been sent. (to the email address used for your order)");
-  else
+LONG RequestDownloadMail(const String& url, const String& orderReference) {
+  if (!AskForMail(url, orderReference).Content()) {
     MessageDialog("There was a problem sending the email. Please contact support.");
+    return KELVRA_UPDATE_MAIL_FAILED;
+  }
+  MessageDialog("An email, with a download link, has been sent. (to the email address used for your order)");
+  return KELVRA_UPDATE_MAIL_SENT;
 }
 
 } // namespace
@@ -82,15 +84,18 @@ void AppendQuery(String& url, const String& name, const String& value) {
   url += String(url.FindFirst('?', &found) ? "&" : "?") + name + "=" + value;
 }
 
-void CheckForUpdate(const String& orderReference) {
+LONG CheckForUpdate(const String& orderReference) {
   const String url = UpdateServerAddress() + kUpdatePath;
-  if (!orderReference.Content()) return;
+  if (!orderReference.Content()) return KELVRA_UPDATE_NOT_ASKED;
   const HeldText latest = Ask(url);
-  if (!latest.Content()) return;
-  if (!IsNewerVersion(latest.Get()))
+  if (!latest.Content()) return KELVRA_UPDATE_NO_ANSWER;
+  if (!IsNewerVersion(latest.Get())) {
     MessageDialog("You already have the latest version of Kelvra");
-  else if (QuestionDialog(String("Do you want to download Kelvra ") + latest.Get()))
-    RequestDownloadMail(url, orderReference);
+    return KELVRA_UPDATE_LATEST;
+  }
+  if (!QuestionDialog(String("Do you want to download Kelvra ") + latest.Get()))
+    return KELVRA_UPDATE_DECLINED;
+  return RequestDownloadMail(url, orderReference);
 }
 
 } // namespace kelvra

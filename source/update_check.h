@@ -20,8 +20,8 @@ void AppendQuery(String& url, const String& name, const String& value);
 
 /**
  * Shows the result in a dialog, unless the user says "no" to the download. Without an order reference, and
- * when the server does not answer or its answer is empty, nothing is shown.
+ * when the server does not answer or its answer is empty, nothing is shown. Returns KELVRA_UPDATE_...
  */
-void CheckForUpdate(const String& orderReference);
+LONG CheckForUpdate(const String& orderReference);
 
 } // namespace kelvra

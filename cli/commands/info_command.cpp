@@ -10,7 +10,6 @@
 #include "cli/text/line.h"
 
 #include <algorithm>
-#include <array>
 #include <iostream>
 
 namespace cli {
@@ -23,25 +22,15 @@ struct InfoOptions {
   bool stats = false;
 };
 
-SceneBox BoxOf(const Vector& low, const Vector& high) {
-  SceneBox box;
-  box.valid = true;
-  for (int axis = 0; axis < 3; ++axis) {
-    box.min[axis] = low[axis];
-    box.max[axis] = high[axis];
-  }
-  return box;
-}
-
 /** What the clouds of a document hold together. */
 struct Totals {
   long long points = 0, blocks = 0;
   LONG groups = 0;
-  Box box; ///< in file coordinates
+  host::Box box; ///< in file coordinates
   SceneBox sceneBox;
   std::vector<BlockStats> blockStats;
-  double step = 0;                          ///< the coarsest
-  std::array<double, 3> origin = {0, 0, 0}; ///< of the first cloud
+  double step = 0; ///< the coarsest
+  Vector origin;   ///< of the first cloud
 };
 
 Totals Total(const CloudSession& session) {
@@ -54,14 +43,13 @@ Totals Total(const CloudSession& session) {
     total.blocks += (long long)stats.blocks.size();
     total.blockStats.insert(total.blockStats.end(), stats.blocks.begin(), stats.blocks.end());
     total.groups += stats.groups;
-    const Box box = stats.FileBounds();
+    const host::Box box = stats.FileBounds();
     total.box.Add(box);
-    if (box.valid) total.step = std::max(total.step, stats.Step());
-    if (first) std::copy(stats.origin, stats.origin + 3, total.origin.begin());
+    if (!box.IsEmpty()) total.step = std::max(total.step, stats.Step());
+    if (first) total.origin = stats.origin;
     first = false;
   }
-  Vector low, high;
-  if (session.Extent(&low, &high)) total.sceneBox = BoxOf(low, high);
+  total.sceneBox = session.Extent();
   return total;
 }
 
@@ -72,9 +60,8 @@ std::vector<SceneBox> ScenePlaces(const CloudSession& session, const Totals& tot
   for (const FileReport& report : session.Reports()) {
     std::size_t block = next;
     while (block < total.blockStats.size() && total.blockStats[block].source != report.path) ++block;
-    const bool found = report.facts.box.valid && block < total.blockStats.size();
-    places.push_back(found ? BoxOf(total.blockStats[block].shownMin, total.blockStats[block].shownMax)
-                           : SceneBox());
+    const bool found = !report.facts.box.IsEmpty() && block < total.blockStats.size();
+    places.push_back(found ? total.blockStats[block].shown : SceneBox());
     if (found) next = block + 1;
   }
   return places;
@@ -89,7 +76,7 @@ void PrintJson(const CloudSession& session, const Totals& total) {
                                {"blocks", total.blocks},
                                {"bbox", BoxJson(total.box, total.step)},
                                {"scene_box", BoxJson(total.sceneBox, kSceneStep)},
-                               {"origin", total.origin},
+                               {"origin", {total.origin.x, total.origin.y, total.origin.z}},
                                {"step", total.step},
                                {"files", files},
                                {"elements", DescribeTree(session.Document()).elements},
@@ -119,9 +106,9 @@ void PrintText(const CloudSession& session, const Totals& total, bool verbose) {
             << Counted(total.groups, "group") << ", " << Fixed(seconds, 2) << " s";
   if (seconds > 0) std::cout << ", " << Fixed((double)total.points / seconds / 1e6, 1) << " M points/s";
   std::cout << ", memory " << Bytes(session.PeakMemory()) << "\n";
-  if (total.box.valid)
+  if (!total.box.IsEmpty())
     std::cout << "box: " << BoxText(total.box, total.step) << ", step " << TwoDigits(total.step) << "\n";
-  if (total.sceneBox.valid)
+  if (!total.sceneBox.IsEmpty())
     std::cout << "box in the scene: " << BoxText(total.sceneBox, kSceneStep) << " (x east, y up, z north)\n";
   PrintContents(session);
 }

@@ -8,8 +8,8 @@
 #include "cli/commands/sequence/sequence_plan.h"
 #include "cli/commands/sequence/slurm_runner.h"
 #include "cli/system/exit_status.h"
-#include "cli/system/process_memory.h"
 #include "cli/system/program_arguments.h"
+#include "cli/system/program_path.h"
 #include "cli/text/format.h"
 #include "cli/text/line.h"
 

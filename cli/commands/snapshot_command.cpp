@@ -15,7 +15,6 @@
 #include "host/memory/free_memory.h"
 #include "host/viewport.h"
 
-#include <algorithm>
 #include <iostream>
 #include <stdexcept>
 
@@ -30,13 +29,9 @@ const Vector kTop(0.17, 0.20, 0.26), kBottom(0.05, 0.06, 0.08);
 /** The box around everything that is framed, with the box at each clone's place. */
 WorldExtent ExtentOf(const CloudSession& session, const std::vector<Matrix>& clones, std::string* note) {
   WorldExtent extent;
-  extent.valid = FramedExtent(session, &extent.low, &extent.high, note);
-  const WorldExtent one = extent;
-  for (const Matrix& clone : clones)
-    for (int axis = 0; axis < 3; ++axis) {
-      extent.low[axis] = std::min(extent.low[axis], one.low[axis] + clone.off[axis]);
-      extent.high[axis] = std::max(extent.high[axis], one.high[axis] + clone.off[axis]);
-    }
+  extent.box = FramedExtent(session, note);
+  const host::Box one = extent.box;
+  for (const Matrix& clone : clones) extent.box.Add(one.Moved(clone.off));
   return extent;
 }
 

@@ -4,6 +4,7 @@
 #include "cli/session/cloud_session.h"
 #include "cli/session/preferences_page.h"
 #include "host/base/printable.h"
+#include "kelvra_messages.h"
 #include "prefsmyprefs.h"
 
 #include <iostream>
@@ -26,9 +27,6 @@ bool AskOnTerminal() {
   return false;
 }
 
-/** What the module shows when the second request got no answer. */
-constexpr const char* kMailProblem = "There was a problem sending the email";
-
 /** Most characters of a dialog's text that are shown: it may hold what a server sent. */
 constexpr std::size_t kMostShown = 500;
 
@@ -44,6 +42,23 @@ GEMB_R Show(const std::string& text, GEMB flags, Consent consent) {
   return consent == Consent::Yes ? GEMB_R_YES : GEMB_R_NO;
 }
 
+/** The exit status for KELVRA_UPDATE_...; throws std::runtime_error where the server was not asked or is
+ * silent. */
+int StatusOf(LONG outcome) {
+  switch (outcome) {
+  // The module's own check says nothing in these two cases; on a terminal a reason is expected.
+  case KELVRA_UPDATE_NOT_ASKED:
+    throw std::runtime_error(
+        "the update check needs an order reference (kelvra prefs set order_reference REFERENCE)");
+  case KELVRA_UPDATE_NO_ANSWER:
+    throw std::runtime_error("the update server gave no answer");
+  case KELVRA_UPDATE_MAIL_FAILED:
+    return kExitIncomplete;
+  default:
+    return kExitWhole;
+  }
+}
+
 int RunUpdateCheck(Consent consent) {
   CloudSession session({});
   host::Application& application = session.App();
@@ -53,14 +68,9 @@ int RunUpdateCheck(Consent consent) {
   const ConsoleLines console(application.GetConsole());
   application.PressButton(page, KELVRA_PREFS_CHECK_UPDATE);
   console.Print();
-  const auto& shown = application.GetDialogs().Shown();
-  if (!shown.empty())
-    return shown.back().text.find(kMailProblem) == std::string::npos ? kExitWhole : kExitIncomplete;
-  // The module's own check says nothing here; on a terminal a reason is expected.
-  if (ElementText(page, KELVRA_PREFS_ORDER_REFERENCE, "order_reference").empty())
-    throw std::runtime_error(
-        "the update check needs an order reference (kelvra prefs set order_reference REFERENCE)");
-  throw std::runtime_error("the update server gave no answer");
+  KelvraUpdateCheck check = {1, KELVRA_UPDATE_NOT_ASKED};
+  page->Message(KELVRA_MESSAGE_UPDATE_CHECK, &check);
+  return StatusOf(check.outcome);
 }
 
 } // namespace

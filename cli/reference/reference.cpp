@@ -84,7 +84,7 @@ void WriteBash(const CLI::App& app, std::ostream& out) {
       << "complete -F _kelvra kelvra\n";
 }
 
-/** Within the single quotes and brackets of a specification. */
+/** For the quotes and brackets around an option in zsh's _arguments. */
 std::string Zsh(const std::string& text) {
   std::string out;
   for (char c : text) {

@@ -34,24 +34,13 @@ bool IsPlain(BaseObject* cloud) {
   return !cloud->GetDown() && cloud->GetDataInstance()->GetLong(KELVRA_CONVERT_MODE) == 0;
 }
 
-void AddCorners(const Vector& low, const Vector& high, const Matrix& global, Vector* outLow,
-                Vector* outHigh) {
-  for (int i = 0; i < 8; ++i) {
-    const Vector p = global * Vector(i & 1 ? high.x : low.x, i & 2 ? high.y : low.y, i & 4 ? high.z : low.z);
-    for (int axis = 0; axis < 3; ++axis) {
-      (*outLow)[axis] = i ? std::min((*outLow)[axis], p[axis]) : p[axis];
-      (*outHigh)[axis] = i ? std::max((*outHigh)[axis], p[axis]) : p[axis];
-    }
-  }
-}
-
 /** Distance in scene units between neighbouring 32-bit numbers at the cloud's coordinates. */
 double StorageStep(const CloudStats& stats, const Vector& displaySize) {
-  const Box source = stats.Bounds();
+  const host::Box source = stats.Bounds();
   double step = 0.0;
   for (int axis = 0; axis < 2; ++axis) { // file x and y, which are the display's x and z
-    const double width = source.max[axis] - source.min[axis];
-    const double most = std::max(std::abs(source.min[axis]), std::abs(source.max[axis]));
+    const double width = source.high[axis] - source.low[axis];
+    const double most = std::max(std::abs(source.low[axis]), std::abs(source.high[axis]));
     if (!(width > 0.0) || !(most > 0.0)) continue;
     step = std::max(step, std::ldexp(1.0, std::ilogb(most) - 23) * displaySize[axis * 2] / width);
   }
@@ -67,55 +56,46 @@ double SpacingOf(const Vector& size, long long points) {
 
 double MeanSpacing(BaseObject* cloud) {
   CloudStats stats;
-  Vector low, high;
+  if (!ReadCloudStats(cloud, &stats) || stats.Points() < 1) return 0.0;
   long long outside = 0;
-  if (!ReadCloudStats(cloud, &stats) || stats.Points() < 1 || !FramedExtent(cloud, &low, &high, &outside))
-    return 0.0;
-  const Vector size = high - low;
+  const host::Box box = FramedExtent(cloud, &outside);
+  if (box.IsEmpty()) return 0.0;
+  const Vector size = box.Size();
   return std::max(SpacingOf(size, stats.Points()), StorageStep(stats, size));
 }
 
-bool FramedExtent(BaseObject* cloud, Vector* low, Vector* high, long long* outside) {
-  if (!host::WorldBox(cloud, low, high)) return false;
+host::Box FramedExtent(BaseObject* cloud, long long* outside) {
+  const host::Box whole = host::WorldBox(cloud);
   KelvraSpread spread;
-  if (!IsPlain(cloud) || !AskSpread(cloud, kApartShare, kMargin, &spread) || spread.outside == 0) return true;
-  Vector inner[2];
-  AddCorners(spread.min, spread.max, cloud->GetMg(), &inner[0], &inner[1]);
+  if (whole.IsEmpty() || !IsPlain(cloud) || !AskSpread(cloud, kApartShare, kMargin, &spread) ||
+      spread.outside == 0)
+    return whole;
+  host::Box inner = cloud->GetMg() * host::Box{spread.min, spread.max};
   for (int axis = 0; axis < 3; ++axis) {
-    inner[0][axis] = std::max(inner[0][axis], (*low)[axis]);
-    inner[1][axis] = std::min(inner[1][axis], (*high)[axis]);
+    inner.low[axis] = std::max(inner.low[axis], whole.low[axis]);
+    inner.high[axis] = std::min(inner.high[axis], whole.high[axis]);
   }
-  const double length = (inner[1] - inner[0]).GetLength();
-  if (!(length > 0.0) || (*high - *low).GetLength() < kWorthIt * length) return true;
-  *low = inner[0];
-  *high = inner[1];
+  const double length = inner.Size().GetLength();
+  if (!(length > 0.0) || whole.Size().GetLength() < kWorthIt * length) return whole;
   *outside += spread.outside;
-  return true;
+  return inner;
 }
 
-bool FramedExtent(const CloudSession& session, Vector* low, Vector* high, std::string* note) {
-  bool any = false;
+host::Box FramedExtent(const CloudSession& session, std::string* note) {
+  host::Box box;
   long long outside = 0;
-  for (BaseObject* cloud : session.Clouds()) {
-    Vector cloudLow, cloudHigh;
-    if (!FramedExtent(cloud, &cloudLow, &cloudHigh, &outside)) continue;
-    for (int axis = 0; axis < 3; ++axis) {
-      (*low)[axis] = any ? std::min((*low)[axis], cloudLow[axis]) : cloudLow[axis];
-      (*high)[axis] = any ? std::max((*high)[axis], cloudHigh[axis]) : cloudHigh[axis];
-    }
-    any = true;
-  }
-  if (!any) return session.Extent(low, high);
+  for (BaseObject* cloud : session.Clouds()) box.Add(FramedExtent(cloud, &outside));
+  if (box.IsEmpty()) return session.Extent();
   if (outside > 0)
     *note = Counted(outside, "point") + (outside == 1 ? " lies" : " lie") +
             " far from all others and may be outside the picture";
-  return true;
+  return box;
 }
 
-Vector MiddleOf(const CloudSession& session, const Vector& low, const Vector& high) {
+Vector MiddleOf(const CloudSession& session, const host::Box& box) {
   KelvraSpread spread;
   const std::vector<BaseObject*> clouds = session.Clouds();
-  if (clouds.empty() || !AskSpread(clouds.front(), 0.5, 0.0, &spread)) return (low + high) * 0.5;
+  if (clouds.empty() || !AskSpread(clouds.front(), 0.5, 0.0, &spread)) return box.Centre();
   return clouds.front()->GetMg() * ((spread.min + spread.max) * 0.5);
 }
 

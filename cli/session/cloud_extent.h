@@ -1,4 +1,4 @@
-// Where the points of clouds are shown, and how that belongs to the coordinates of their files.
+// Where the points of clouds are shown, and how that relates to the coordinates of their files.
 #pragma once
 
 #include "cli/session/cloud_session.h"
@@ -7,18 +7,18 @@ namespace cli {
 
 /**
  * World-space box of what the session shows. A few points far away from all others are left out of it: *note
- * then says how many. False without anything to show.
+ * then says how many.
  */
-bool FramedExtent(const CloudSession& session, Vector* low, Vector* high, std::string* note);
+host::Box FramedExtent(const CloudSession& session, std::string* note);
 
-/** The same for one cloud. */
-bool FramedExtent(BaseObject* cloud, Vector* low, Vector* high, long long* outside);
+/** The same for one cloud; adds the points that it leaves out. */
+host::Box FramedExtent(BaseObject* cloud, long long* outside);
 
 /** Heights, in the object's own coordinates, between which all but a share of the points at each end lie. */
 bool HeightRange(BaseObject* cloud, double share, double* low, double* high);
 
 /** The median of a cloud's points on each axis, in world space; the box's middle where there is none. */
-Vector MiddleOf(const CloudSession& session, const Vector& low, const Vector& high);
+Vector MiddleOf(const CloudSession& session, const host::Box& box);
 
 /** Mean distance of that many points on the largest face of a box. */
 double SpacingOf(const Vector& size, long long points);

@@ -4,6 +4,7 @@
 #include "cli/session/preferences_page.h"
 #include "cli/system/preferences_folder.h"
 #include "cli/system/process_memory.h"
+#include "cli/system/program_path.h"
 #include "cli/system/silence.h"
 #include "cli/text/format.h"
 #include "host/application.h"
@@ -151,28 +152,19 @@ void CloudSession::RequirePoints() const {
 }
 
 void CloudSession::RequireContent() const {
-  Vector low, high;
-  if (Points() == 0 && !host::GeometryBox(document_, &low, &high)) RequirePoints();
+  if (Points() == 0 && host::GeometryBox(document_).IsEmpty()) RequirePoints();
 }
 
-bool CloudSession::Extent(Vector* low, Vector* high) const {
-  bool any = false;
-  for (BaseObject* cloud : Clouds()) {
-    Vector cloudLow, cloudHigh;
-    if (!host::WorldBox(cloud, &cloudLow, &cloudHigh)) continue;
-    for (int axis = 0; axis < 3; ++axis) {
-      (*low)[axis] = any ? std::min((*low)[axis], cloudLow[axis]) : cloudLow[axis];
-      (*high)[axis] = any ? std::max((*high)[axis], cloudHigh[axis]) : cloudHigh[axis];
-    }
-    any = true;
-  }
-  if (any || host::GeometryBox(document_, low, high)) return true;
-  if (Points() == 0) return false;
+host::Box CloudSession::Extent() const {
+  host::Box box;
+  for (BaseObject* cloud : Clouds()) box.Add(host::WorldBox(cloud));
+  if (box.IsEmpty()) box = host::GeometryBox(document_);
+  if (!box.IsEmpty() || Points() == 0) return box;
   // All points at one place: a box without size.
   Vector centre, half;
   host::GetObjectBox(Cloud(), &centre, &half);
-  *low = *high = Cloud()->GetMg() * centre;
-  return true;
+  box.Add(Cloud()->GetMg() * centre);
+  return box;
 }
 
 long long CloudSession::PeakMemory() const {
@@ -219,8 +211,7 @@ void CloudSession::OpenScene(const std::string& path) {
     report.points = Points();
     const std::size_t clouds = Clouds().size();
     report.message = "scene, " + std::to_string(clouds) + " point cloud object" + (clouds == 1 ? "" : "s");
-    Vector low, high;
-    const bool content = report.points > 0 || host::GeometryBox(document_, &low, &high);
+    const bool content = report.points > 0 || !host::GeometryBox(document_).IsEmpty();
     report.outcome = content ? FileOutcome::Whole : FileOutcome::Refused;
     for (BaseObject* cloud : Clouds()) // what is wrong with points of the scene
       for (const FileReport& found : ReadFileReports(cloud)) {

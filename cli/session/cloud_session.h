@@ -44,8 +44,8 @@ public:
   void RequirePoints() const;
   /** As RequirePoints, but a scene's own geometry will do. */
   void RequireContent() const;
-  /** World-space box of the clouds; of the scene's own geometry when there are none. False without either. */
-  bool Extent(Vector* low, Vector* high) const;
+  /** World-space box of the clouds; of the scene's own geometry when there are none. */
+  host::Box Extent() const;
   double LoadSeconds() const { return loadSeconds_; }
   /** Resident growth at its highest over the program before it loaded anything, in bytes. */
   long long PeakMemory() const;

@@ -8,50 +8,28 @@
 
 namespace cli {
 
-void Box::Add(const Box& other) {
-  if (!other.valid) return;
-  for (int axis = 0; axis < 3; ++axis) {
-    min[axis] = valid ? std::min(min[axis], other.min[axis]) : other.min[axis];
-    max[axis] = valid ? std::max(max[axis], other.max[axis]) : other.max[axis];
-  }
-  valid = true;
-}
-
 long long CloudStats::Points() const {
   long long total = 0;
   for (const BlockStats& block : blocks) total += block.points;
   return total;
 }
 
-Box CloudStats::Bounds() const {
-  Box bounds;
+host::Box CloudStats::Bounds() const {
+  host::Box bounds;
   for (const BlockStats& block : blocks) bounds.Add(block.box);
   return bounds;
 }
 
-Box CloudStats::FileBounds() const {
-  Box bounds = Bounds();
-  for (int axis = 0; axis < 3; ++axis) {
-    bounds.min[axis] += origin[axis];
-    bounds.max[axis] += origin[axis];
-  }
-  return bounds;
-}
-
 double CloudStats::Step() const {
-  const Box bounds = Bounds();
+  const host::Box bounds = Bounds();
   float farthest = 0;
-  for (int axis = 0; axis < 3; ++axis)
-    farthest = std::max({farthest, (float)std::abs(bounds.min[axis]), (float)std::abs(bounds.max[axis])});
+  for (int axis = 0; axis < 3 && !bounds.IsEmpty(); ++axis)
+    farthest = std::max({farthest, (float)std::abs(bounds.low[axis]), (float)std::abs(bounds.high[axis])});
   return (double)(std::nextafter(farthest, HUGE_VALF) - farthest);
 }
 
 bool CloudStats::HasColor() const {
   return std::any_of(blocks.begin(), blocks.end(), [](const BlockStats& block) { return block.hasColor; });
-}
-
-bool CloudStats::IsBlack() const {
-  return std::all_of(blocks.begin(), blocks.end(), [](const BlockStats& block) { return block.black; });
 }
 
 namespace {
@@ -67,17 +45,13 @@ bool Ask(BaseList2D* object, bool filesOnly, KelvraCloudReport* answer) {
 BlockStats StatsOf(const KelvraBlockReport& block) {
   BlockStats stats;
   stats.points = block.points;
-  stats.box.valid = block.hasBox != 0;
-  for (int axis = 0; axis < 3; ++axis) {
-    stats.box.min[axis] = block.min[axis];
-    stats.box.max[axis] = block.max[axis];
+  if (block.hasBox) {
+    stats.box = {block.min, block.max};
+    stats.shown = {block.shownMin, block.shownMax};
   }
   stats.source = block.source;
-  stats.shownMin = block.shownMin;
-  stats.shownMax = block.shownMax;
   stats.fitted = block.fitted != 0;
   stats.hasColor = block.hasColor != 0;
-  stats.black = block.isBlack != 0;
   return stats;
 }
 
@@ -106,11 +80,7 @@ FileFacts FactsOf(const KelvraLoadReport& file) {
   facts.epsg = file.epsg;
   facts.unit = file.unit;
   facts.step = file.step;
-  facts.box.valid = file.kept > 0;
-  for (int axis = 0; axis < 3 && facts.box.valid; ++axis) {
-    facts.box.min[axis] = file.min[axis];
-    facts.box.max[axis] = file.max[axis];
-  }
+  if (file.kept > 0) facts.box = {file.min, file.max};
   if (file.classes) facts.classes.assign(file.classes, file.classes + 256);
   return facts;
 }
@@ -131,7 +101,7 @@ bool ReadCloudStats(BaseList2D* object, CloudStats* stats) {
   stats->groups = answer.groups;
   GeData origin;
   if (object->GetParameter(DescID(KELVRA_ORIGIN), origin, DESCFLAGS_GET_0))
-    for (int axis = 0; axis < 3; ++axis) stats->origin[axis] = origin.GetVector()[axis];
+    stats->origin = origin.GetVector();
   for (LONG i = 0; i < answer.blockCount; ++i) stats->blocks.push_back(StatsOf(answer.blocks[i]));
   return true;
 }

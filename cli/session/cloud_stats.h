@@ -2,41 +2,33 @@
 #pragma once
 
 #include "c4d.h"
+#include "host/base/box.h"
 
 #include <string>
 #include <vector>
 
 namespace cli {
 
-/** Box in file axes (x east, y north, z up), in stored coordinates. */
-struct Box {
-  double min[3] = {0, 0, 0}, max[3] = {0, 0, 0};
-  bool valid = false;
-  void Add(const Box& other);
-};
-
 /** The points of one file. */
 struct BlockStats {
   LONG points = 0;
-  Box box;
-  std::string source;        ///< path of the file; empty for points of another plug-in
-  Vector shownMin, shownMax; ///< in the object's coordinates and axes
-  bool fitted = false;       ///< to the object's size
-  bool hasColor = false;     ///< its points differ in colour and the colour comes from the file
-  bool black = false; ///< all its points are black, or as dark as the reader makes those without colour
+  host::Box box;         ///< stored coordinates, file axes: x east, y north, z up
+  std::string source;    ///< path of the file; empty for points of another plug-in
+  host::Box shown;       ///< in the object's coordinates and axes
+  bool fitted = false;   ///< to the object's size
+  bool hasColor = false; ///< its points differ in colour and the colour comes from the file
 };
 
 struct CloudStats {
   LONG groups = 0;
-  double origin[3] = {0, 0, 0}; ///< stored coordinates plus this are those of the files
+  Vector origin; ///< stored coordinates plus this are those of the files
   std::vector<BlockStats> blocks;
   long long Points() const;
-  Box Bounds() const;
-  Box FileBounds() const;
+  host::Box Bounds() const;
+  host::Box FileBounds() const { return Bounds().Moved(origin); }
   /** Distance of neighbouring stored coordinates where it is largest. */
   double Step() const;
   bool HasColor() const;
-  bool IsBlack() const;
 };
 
 /** How loading a file turned out. Empty, Refused and Stopped gave no points. */
@@ -49,7 +41,7 @@ struct FileFacts {
   LONG pointFormat = -1;                   ///< of LAS
   std::string crs;
   LONG epsg = 0, unit = 0;        ///< KELVRA_UNIT_...
-  Box box;                        ///< of the loaded points, the file's coordinates
+  host::Box box;                  ///< of the loaded points, the file's coordinates
   double step = 0;                ///< of stored coordinates
   std::vector<long long> classes; ///< empty unless they were counted
 };

@@ -13,7 +13,7 @@ constexpr double kFarSizes = 10.0;
 
 struct Cloud {
   std::string name;
-  Box box; ///< in file coordinates
+  host::Box box; ///< in file coordinates
   bool fitted = false;
 };
 
@@ -22,38 +22,32 @@ std::vector<Cloud> CloudsOf(const CloudSession& session) {
   for (BaseObject* object : session.Clouds()) {
     CloudStats stats;
     if (!ReadCloudStats(object, &stats)) continue;
-    for (BlockStats& block : stats.blocks) {
-      if (!block.box.valid) continue;
-      for (int axis = 0; axis < 3; ++axis) {
-        block.box.min[axis] += stats.origin[axis];
-        block.box.max[axis] += stats.origin[axis];
-      }
-      clouds.push_back(
-          {block.source.empty() ? "points of another plug-in" : block.source, block.box, block.fitted});
-    }
+    for (const BlockStats& block : stats.blocks)
+      if (!block.box.IsEmpty())
+        clouds.push_back({block.source.empty() ? "points of another plug-in" : block.source,
+                          block.box.Moved(stats.origin), block.fitted});
   }
   return clouds;
 }
 
-double SizeOf(const Box& box) {
-  double size = 0.0;
-  for (int axis = 0; axis < 3; ++axis) size = std::max(size, box.max[axis] - box.min[axis]);
-  return size;
+double SizeOf(const host::Box& box) {
+  const Vector size = box.Size();
+  return std::max({size.x, size.y, size.z});
 }
 
 /** Largest gap along an axis; 0 where the boxes overlap along all. */
-double Gap(const Box& a, const Box& b) {
+double Gap(const host::Box& a, const host::Box& b) {
   double gap = 0.0;
   for (int axis = 0; axis < 3; ++axis)
-    gap = std::max({gap, a.min[axis] - b.max[axis], b.min[axis] - a.max[axis]});
+    gap = std::max({gap, a.low[axis] - b.high[axis], b.low[axis] - a.high[axis]});
   return gap;
 }
 
 std::string Described(const Cloud& cloud) {
   std::string text = cloud.name + " (";
   for (int axis = 0; axis < 3; ++axis)
-    text += std::string(axis ? ", " : "") + "xyz"[axis] + " " + Fixed(cloud.box.min[axis], 2) + ".." +
-            Fixed(cloud.box.max[axis], 2);
+    text += std::string(axis ? ", " : "") + "xyz"[axis] + " " + Fixed(cloud.box.low[axis], 2) + ".." +
+            Fixed(cloud.box.high[axis], 2);
   return text + ")";
 }
 

@@ -1,4 +1,4 @@
-// Clouds that hardly belong into one picture.
+// Clouds that hardly belong in one picture.
 #pragma once
 
 #include "cli/session/cloud_session.h"

@@ -1,8 +1,8 @@
 #ifndef _WIN32
 #include "cli/system/process_memory.h"
 
-#include <filesystem>
 #include <fstream>
+#include <string>
 
 namespace cli {
 
@@ -24,17 +24,6 @@ long long ResidentMemory() {
 }
 long long PeakResidentMemory() {
   return StatusEntry("VmHWM");
-}
-
-std::string ProgramPath() {
-  std::error_code error;
-  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
-  return error ? std::string("kelvra") : program.u8string();
-}
-
-std::string ProgramFolder() {
-  const std::string folder = std::filesystem::u8path(ProgramPath()).parent_path().u8string();
-  return folder.empty() ? "." : folder;
 }
 
 } // namespace cli

@@ -1,11 +1,10 @@
 #ifdef _WIN32
 #include "cli/system/process_memory.h"
 
-#include "cli/system/utf8_windows.h"
+// Before what needs its types.
+#include <windows.h>
 
-#include <filesystem>
 #include <psapi.h>
-#include <vector>
 
 namespace cli {
 
@@ -24,17 +23,6 @@ long long ResidentMemory() {
 }
 long long PeakResidentMemory() {
   return (long long)Counters().PeakWorkingSetSize;
-}
-
-std::string ProgramPath() {
-  std::vector<wchar_t> name(32768); // the longest path that there is
-  const DWORD length = GetModuleFileNameW(nullptr, name.data(), (DWORD)name.size());
-  return length == 0 || length >= name.size() ? std::string("kelvra.exe") : Utf8(name.data());
-}
-
-std::string ProgramFolder() {
-  const std::string folder = std::filesystem::u8path(ProgramPath()).parent_path().u8string();
-  return folder.empty() ? "." : folder;
 }
 
 } // namespace cli

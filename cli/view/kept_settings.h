@@ -10,7 +10,7 @@ struct PaneSizes {
   float left = 380.0f;      ///< width of the objects and their parameters
   float objects = 210.0f;   ///< height
   float console = 130.0f;   ///< height
-  float explained = 430.0f; ///< width of the text beside the picture
+  float explained = 320.0f; ///< width of the text beside the picture
 };
 
 struct KeptSettings {

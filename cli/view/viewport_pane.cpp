@@ -72,7 +72,8 @@ void ViewportPane::Forget() {
 void ViewportPane::FrameAll(const Vector& direction) {
   host::Framing framing;
   std::string apart;
-  if (!FramedExtent(session_, &framing.low, &framing.high, &apart)) return;
+  framing.box = FramedExtent(session_, &apart);
+  if (framing.box.IsEmpty()) return;
   framing.forward = direction;
   framing.aspect = Aspect();
   camera_ = host::FrameBox(camera_, framing);

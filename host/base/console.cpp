@@ -28,7 +28,6 @@ void Console::Print(const std::string& line) {
   lines_.push_back(line);
   if (drawn_) std::fputs("\r\x1b[K", stderr); // the bar comes back with the next percentage
   drawn_ = false;
-  if (sink_) sink_(line);
 }
 
 std::vector<std::string> Console::Lines(std::size_t from) const {
@@ -46,11 +45,6 @@ void Console::Clear() {
   lines_.clear();
   statusTexts_.clear();
   statusBars_.clear();
-}
-
-void Console::SetSink(std::function<void(const std::string&)> sink) {
-  const std::lock_guard<std::mutex> lock(mutex_);
-  sink_ = std::move(sink);
 }
 
 void Console::SetStatusText(const std::string& text) {

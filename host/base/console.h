@@ -18,12 +18,9 @@ public:
   std::vector<std::string> Lines(std::size_t from = 0) const;
   std::size_t LineCount() const;
   void Clear();
-  /** Also called for every line; NULL for nothing. */
-  void SetSink(std::function<void(const std::string&)> sink);
-
   /**
-   * Also called with the status text and percentage whenever one of them changes; NULL for nothing. It may
-   * run for a while, as the work that reports its progress waits.
+   * Called with the status text and percentage whenever one of them changes; NULL for nothing. It may run for
+   * a while, as the work that reports its progress waits.
    */
   void SetProgressSink(std::function<void(const std::string& text, int percent)> sink) {
     progressSink_ = std::move(sink);
@@ -49,7 +46,6 @@ private:
 
   mutable std::mutex mutex_;
   std::vector<std::string> lines_;
-  std::function<void(const std::string&)> sink_;
   std::function<void(const std::string&, int)> progressSink_;
   std::vector<std::string> statusTexts_;
   std::vector<int> statusBars_;

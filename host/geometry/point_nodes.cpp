@@ -4,16 +4,9 @@
 #include "host/geometry/geometry_rules.h"
 #include "host/geometry/variable_tag.h"
 
-#include <algorithm>
-#include <cmath>
-
 namespace host {
 
 namespace {
-
-bool IsFinite(const Vector& v) {
-  return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
-}
 
 /** True for an empty text; else the stream refuses with it. */
 bool Accept(HyperFile* hf, const std::string& wrong) {
@@ -29,24 +22,10 @@ const PointNode* AsPoints(const Object* op) {
   return dynamic_cast<const PointNode*>(op);
 }
 
-void PointBox::Add(const Vector& point) {
-  if (!IsFinite(point)) return;
-  any_ = true;
-  for (LONG axis = 0; axis < 3; ++axis) {
-    low_[axis] = std::min(low_[axis], point[axis]);
-    high_[axis] = std::max(high_[axis], point[axis]);
-  }
-}
-
-void PointBox::Get(Vector* centre, Vector* halfSize) const {
-  *centre = any_ ? low_ * 0.5 + high_ * 0.5 : Vector();
-  *halfSize = any_ ? high_ * 0.5 - low_ * 0.5 : Vector();
-}
-
-void PointNode::Box(Vector* centre, Vector* halfSize) const {
-  PointBox box;
+Box PointNode::OwnBox() const {
+  Box box;
   for (VLONG i = 0; i < points.Count(); ++i) box.Add(points[i]);
-  box.Get(centre, halfSize);
+  return box;
 }
 
 bool PointNode::OwnMessage(LONG number, void*) {

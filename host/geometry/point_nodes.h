@@ -16,7 +16,7 @@ struct PointNode : Object {
   /** parts: polygons or segments, NOTOK leaves them. False when memory is refused: nothing changes then. */
   virtual bool Resize(LONG pointCount, LONG parts) = 0;
   /** Of all points that are finite. */
-  void Box(Vector* centre, Vector* halfSize) const override;
+  Box OwnBox() const override;
 
   bool OwnMessage(LONG number, void* payload) override;
   bool HasOwnData() const override { return true; }
@@ -52,19 +52,6 @@ struct SplineNode : PointNode {
   bool ReadOwn(HyperFile* hf, LONG level) override;
   bool CopyOwn(Node& dest) const override;
   void SwapOwn(Node& other) override;
-};
-
-/** Box that grows with points; those that are not finite are left out. */
-class PointBox {
-public:
-  void Add(const Vector& point);
-  bool IsEmpty() const { return !any_; }
-  /** Both zero when it is empty. */
-  void Get(Vector* centre, Vector* halfSize) const;
-
-private:
-  bool any_ = false;
-  Vector low_{MAXREALr}, high_{MINREALr};
 };
 
 /** NULL for objects that are not made of points. */

@@ -5,7 +5,6 @@
 #include "host/base/text.h"
 #include "host/geometry/geometry_file.h"
 #include "host/geometry/geometry_rules.h"
-#include "host/geometry/point_nodes.h"
 #include "host/nodes/node_types.h"
 
 namespace host {
@@ -75,10 +74,10 @@ void HairNode::TakeGuides(GuideSet* made) {
   ++dataDirty;
 }
 
-void HairNode::Box(Vector* centre, Vector* halfSize) const {
-  PointBox box;
+Box HairNode::OwnBox() const {
+  Box box;
   for (VLONG i = 0; guides && i < guides->points.Count(); ++i) box.Add(guides->points[i]);
-  box.Get(centre, halfSize);
+  return box;
 }
 
 bool HairNode::WriteOwn(HyperFile* hf) {

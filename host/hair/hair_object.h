@@ -39,7 +39,7 @@ struct HairNode : Object {
   /** Takes over `made`, NULL for none. */
   void TakeGuides(GuideSet* made);
 
-  void Box(Vector* centre, Vector* halfSize) const override;
+  Box OwnBox() const override;
   bool HasOwnData() const override { return true; }
   bool WriteOwn(HyperFile* hf) override;
   bool ReadOwn(HyperFile* hf, LONG level) override;

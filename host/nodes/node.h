@@ -7,6 +7,7 @@
 #pragma once
 
 #include "c4d.h"
+#include "host/base/box.h"
 #include "host/nodes/undo_steps.h"
 
 #include <array>
@@ -96,9 +97,8 @@ struct Object : Node {
   DirtyState cacheState;      ///< what the cache was built for
   bool cacheBuilt = false;
 
-  /** Box of what the host's own types hold, in the object's own space: centre and half size, zero when empty.
-   */
-  virtual void Box(Vector* centre, Vector* halfSize) const { *centre = *halfSize = Vector(); }
+  /** Box of what the host's own types hold, in the object's own space. */
+  virtual Box OwnBox() const { return Box(); }
   /** The object above, NULL on top. */
   Object* Up() const;
   Matrix Global() const;

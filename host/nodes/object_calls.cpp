@@ -19,7 +19,9 @@ const OBJECTPLUGIN* PluginOf(const Object& op) {
 } // namespace
 
 void GetObjectBox(BaseObject* op, Vector* centre, Vector* halfSize) {
-  Impl(op)->Box(centre, halfSize);
+  const Box own = Impl(op)->OwnBox();
+  *centre = own.Centre();
+  *halfSize = own.HalfSize();
   if (const OBJECTPLUGIN* plugin = PluginOf(*Impl(op)))
     CallModule("GetDimension", plugin->GetDimension, Impl(op)->data, op, centre, halfSize);
 }

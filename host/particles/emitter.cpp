@@ -2,10 +2,7 @@
 
 #include "host/geometry/geometry_file.h"
 #include "host/geometry/geometry_rules.h"
-#include "host/geometry/point_nodes.h"
 #include "host/nodes/node_types.h"
-
-#include <algorithm>
 
 namespace host {
 
@@ -54,11 +51,11 @@ void EmitterNode::Clear() {
   for (LONG i = 0; i < count; ++i) storage[i] = kNewParticle;
 }
 
-void EmitterNode::Box(Vector* centre, Vector* halfSize) const {
+Box EmitterNode::OwnBox() const {
   const Matrix toOwn = IsInWorldSpace() ? !Global() : Matrix();
-  PointBox box;
+  Box box;
   for (LONG i = 0; i < count; ++i) box.Add(toOwn * storage[i].position);
-  box.Get(centre, halfSize);
+  return box;
 }
 
 bool EmitterNode::WriteOwn(HyperFile* hf) {

@@ -28,7 +28,7 @@ struct EmitterNode : Object {
   /** Else positions are in its own space. */
   bool IsInWorldSpace() const { return (option & EMITTER_OPTION_WORLD) != 0; }
 
-  void Box(Vector* centre, Vector* halfSize) const override;
+  Box OwnBox() const override;
   bool HasOwnData() const override { return true; }
   bool WriteOwn(HyperFile* hf) override;
   bool ReadOwn(HyperFile* hf, LONG level) override;

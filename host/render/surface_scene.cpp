@@ -1,6 +1,6 @@
 #include "host/render/surface_scene.h"
 
-#include "host/geometry/point_nodes.h"
+#include "host/base/box.h"
 #include "host/nodes/services.h"
 #include "host/render/shapes.h"
 
@@ -42,11 +42,9 @@ public:
 
 /** The library keeps 32-bit positions: they are taken from the middle of all surfaces. */
 Vector MiddleOf(const std::vector<Shape>& shapes) {
-  PointBox box;
+  Box box;
   for (const Shape& shape : shapes) shape.VisitPoints([&box](const Vector& p) { box.Add(p); });
-  Vector centre, half;
-  box.Get(&centre, &half);
-  return centre;
+  return box.Centre();
 }
 
 /** The library requires rays that stay finite: squared, these do. */

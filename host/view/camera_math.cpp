@@ -16,10 +16,6 @@ constexpr double kFill = 0.96;
 /** A parallel camera stands this far in front of what it shows, as a share of its distance. */
 constexpr double kRoom = 0.05;
 
-Vector Corner(const Vector& low, const Vector& high, int index) {
-  return Vector(index & 1 ? high.x : low.x, index & 2 ? high.y : low.y, index & 4 ? high.z : low.z);
-}
-
 /** Turns a direction around an axis of length 1, degrees, clockwise as seen against the axis. */
 Vector Turned(const Vector& v, const Vector& axis, double degrees) {
   const double c = std::cos(Rad(degrees)), s = std::sin(Rad(degrees));
@@ -30,12 +26,11 @@ Vector Turned(const Vector& v, const Vector& axis, double degrees) {
 /** The corners of a box, or what they pass through while they turn around its middle. */
 std::vector<Vector> OutlineOf(const Framing& framing, const Vector& axis) {
   constexpr int kSteps = 36;
-  const Vector middle = (framing.low + framing.high) * 0.5;
+  const Vector middle = framing.box.Centre();
   std::vector<Vector> outline;
   for (int i = 0; i < 8; ++i)
     for (int step = 0; step < (framing.wholeTurn ? kSteps : 1); ++step)
-      outline.push_back(middle +
-                        Turned(Corner(framing.low, framing.high, i) - middle, axis, step * 360.0 / kSteps));
+      outline.push_back(middle + Turned(framing.box.Corner(i) - middle, axis, step * 360.0 / kSteps));
   return outline;
 }
 
@@ -72,10 +67,10 @@ ViewFrame MakeFrame(const ViewCamera& camera, double aspect) {
   return frame;
 }
 
-void FitRange(ViewFrame* frame, const Vector& boxMin, const Vector& boxMax) {
+void FitRange(ViewFrame* frame, const Box& box) {
   double nearest = 1e300, farthest = -1e300;
   for (int i = 0; i < 8; ++i) {
-    const double depth = (Corner(boxMin, boxMax, i) - frame->position) * frame->forward;
+    const double depth = (box.Corner(i) - frame->position) * frame->forward;
     nearest = std::min(nearest, depth);
     farthest = std::max(farthest, depth);
   }
@@ -109,7 +104,7 @@ Vector Framing::UsualDirection() {
 
 ViewCamera FrameBox(const ViewCamera& wanted, const Framing& framing) {
   ViewCamera camera = wanted;
-  camera.target = (framing.low + framing.high) * 0.5;
+  camera.target = framing.box.Centre();
   camera.position = camera.target - framing.forward;
   const ViewFrame frame = MakeFrame(camera, framing.aspect);
   const double tangents[2] = {frame.tangent * framing.aspect * kFill, frame.tangent * kFill};

@@ -1,6 +1,7 @@
 // Camera geometry of a view. World space is left-handed: x right, y up, z away from the viewer.
 #pragma once
 
+#include "host/base/box.h"
 #include "host/view/view_camera.h"
 
 namespace host {
@@ -18,14 +19,14 @@ struct ViewFrame {
 ViewFrame MakeFrame(const ViewCamera& camera, double aspect);
 
 /** Puts near and far around a box so that depth is spent where the scene is. */
-void FitRange(ViewFrame* frame, const Vector& boxMin, const Vector& boxMax);
+void FitRange(ViewFrame* frame, const Box& box);
 
 /** Object space to GL clip space, 16 numbers in column order, for points given in the space of `object`. */
 void ClipMatrix(const ViewFrame& frame, const Matrix& object, float columns[16]);
 
 /** What a camera is to have in the picture, and from where. */
 struct Framing {
-  Vector low, high; ///< box in world space
+  Box box; ///< in world space
   /** Unit direction of view; the usual one is from the south, looking north and down. */
   Vector forward = UsualDirection();
   double aspect = 1.0;    ///< width / height of the picture

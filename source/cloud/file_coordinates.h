@@ -3,6 +3,7 @@
 
 #include "c4d.h"
 #include "cloud/point_block.h"
+#include "cloud/source_record.h"
 
 namespace kelvra {
 
@@ -26,6 +27,10 @@ private:
   LReal origin_ = 0.0;
   LONG decimals_ = -1; ///< of every coordinate; -1: of each as many as it takes
 };
+
+inline LVector VectorOf(const SourcePoint& point) {
+  return LVector(point[0], point[1], point[2]);
+}
 
 /** The three axes of one block, in the order of the file. */
 struct FileCoordinates {

@@ -34,8 +34,8 @@ LReal FloatStep(LReal distance) {
 LVector ChooseOrigin(const SourceBox& bounds, const SourceBox& points, const LReal step[3]) {
   LReal origin[3];
   for (int axis = 0; axis < 3; ++axis)
-    origin[axis] = ChooseOnAxis(bounds.minimum[axis] / 2.0 + bounds.maximum[axis] / 2.0, points.minimum[axis],
-                                points.maximum[axis], std::fabs(step[axis]));
+    origin[axis] = ChooseOnAxis(bounds.min[axis] / 2.0 + bounds.max[axis] / 2.0, points.min[axis],
+                                points.max[axis], std::fabs(step[axis]));
   return LVector(origin[0], origin[1], origin[2]);
 }
 

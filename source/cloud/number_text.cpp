@@ -9,22 +9,23 @@ namespace {
 
 constexpr SReal kLeastPlain = 1e-5f, kMostPlain = 1e9f;
 
-} // namespace
-
-CHAR* WriteShortest(CHAR* to, SReal value) {
-  const SReal magnitude = std::fabs(value);
+template <class R>
+CHAR* Write(CHAR* to, R value) {
+  const R magnitude = std::fabs(value);
   CHAR* const limit = to + kMostNumberChars;
   if (magnitude >= kLeastPlain && magnitude < kMostPlain)
     return std::to_chars(to, limit, value, std::chars_format::fixed).ptr;
   return std::to_chars(to, limit, value).ptr;
 }
 
+} // namespace
+
+CHAR* WriteShortest(CHAR* to, SReal value) {
+  return Write(to, value);
+}
+
 CHAR* WriteShortest(CHAR* to, LReal value) {
-  const LReal magnitude = std::fabs(value);
-  CHAR* const limit = to + kMostNumberChars;
-  if (magnitude >= kLeastPlain && magnitude < kMostPlain)
-    return std::to_chars(to, limit, value, std::chars_format::fixed).ptr;
-  return std::to_chars(to, limit, value).ptr;
+  return Write(to, value);
 }
 
 CHAR* WriteDecimals(CHAR* to, LReal value, LONG decimals) {

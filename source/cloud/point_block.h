@@ -70,7 +70,7 @@ struct PointBlock {
    */
   LReal reals[4];
   LoaderSettings settings;
-  GrowingBox box; ///< of the stored positions
+  GrowingBox<Vector> box; ///< of the stored positions
   LONG count;
   SReal* positions = NULL; ///< 3 a point
   SReal* colors = NULL;    ///< 3 a point: second triple of the source

@@ -135,8 +135,8 @@ const PointHeader& PointStore::HeaderFor(const PointBlock& block) const {
   return *found;
 }
 
-LONG PointStore::ExportPositions(Vector* dest, LONG count, GrowingBox* box, LReal size) const {
-  Vector low = GrowingBox().min, high = GrowingBox().max; // in registers while the loop runs
+LONG PointStore::ExportPositions(Vector* dest, LONG count, GrowingBox<Vector>* box, LReal size) const {
+  Vector low = GrowingBox<Vector>().min, high = GrowingBox<Vector>().max; // in registers while the loop runs
   const LONG written = VisitFirst(count, [&](const PointBlock& block, LONG taken, LONG first) {
     const PointMapping mapping(HeaderFor(block), size);
     for (LONG i = 0; i < taken; ++i) {
@@ -152,7 +152,7 @@ LONG PointStore::ExportPositions(Vector* dest, LONG count, GrowingBox* box, LRea
   return written;
 }
 
-void PointStore::AddDisplayBox(GrowingBox* box, LReal size) const {
+void PointStore::AddDisplayBox(GrowingBox<Vector>* box, LReal size) const {
   VisitBlocks([&](const PointBlock& block, VLONG) {
     if (!block.box.valid) return true;
     const PointMapping mapping(HeaderFor(block), size);
@@ -177,7 +177,7 @@ namespace {
 
 /** Writes the records of one run of points, at least one; place gives a stored position's x, y and z. */
 template <class Place>
-void FillRun(const PointBlock& block, LONG count, SReal* record, GrowingBox* box, Place place) {
+void FillRun(const PointBlock& block, LONG count, SReal* record, GrowingBox<Vector>* box, Place place) {
   const SReal* stored = block.positions;
   const UWORD* channel = block.attrib3;
   place(stored, record);
@@ -201,7 +201,7 @@ void FillRun(const PointBlock& block, LONG count, SReal* record, GrowingBox* box
 
 } // namespace
 
-LONG PointStore::FillVertices(SReal* dest, LONG count, GrowingBox* box, LReal size) const {
+LONG PointStore::FillVertices(SReal* dest, LONG count, GrowingBox<Vector>* box, LReal size) const {
   box->Reset();
   return VisitFirst(count, [&](const PointBlock& block, LONG taken, LONG first) {
     const PointMapping mapping(HeaderFor(block), size);

@@ -78,9 +78,9 @@ public:
    * Writes up to count positions in display coordinates, in store order, and sets the box to theirs. Returns
    * the number written.
    */
-  LONG ExportPositions(Vector* dest, LONG count, GrowingBox* box, LReal size) const;
+  LONG ExportPositions(Vector* dest, LONG count, GrowingBox<Vector>* box, LReal size) const;
   /** Adds the box of all points in display coordinates; the mapping keeps corners corners. */
-  void AddDisplayBox(GrowingBox* box, LReal size) const;
+  void AddDisplayBox(GrowingBox<Vector>* box, LReal size) const;
   /**
    * Calls visit(position in display coordinates, red-green-blue as 16-bit values, number in the store) for up
    * to count points in store order, until it returns false.
@@ -99,7 +99,7 @@ public:
   /** Writes up to count colours, each component 0 to 1. Returns the number written. */
   LONG ExportColors(Vector* dest, LONG count) const;
   /** Writes up to count records of six floats: position in display coordinates, colour 0 to 1. */
-  LONG FillVertices(SReal* dest, LONG count, GrowingBox* box, LReal size) const;
+  LONG FillVertices(SReal* dest, LONG count, GrowingBox<Vector>* box, LReal size) const;
 };
 
 } // namespace kelvra

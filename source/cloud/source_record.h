@@ -2,11 +2,23 @@
 // file is converted into a point block; the block narrows the records to 32-bit reals.
 #pragma once
 
-#include <algorithm>
+#include "cloud/growing_box.h"
+
 #include <cstddef>
 #include <cstdint>
 
 namespace kelvra {
+
+// A place in file axes and units.
+struct SourcePoint {
+  double at[3]; // x, y, z
+
+  explicit SourcePoint(double all) : at{all, all, all} {}
+  SourcePoint(double x, double y, double z) : at{x, y, z} {}
+  double& operator[](int axis) { return at[axis]; }
+  double operator[](int axis) const { return at[axis]; }
+};
+typedef GrowingBox<SourcePoint> SourceBox;
 
 struct SourceRecord {
   double x, y, z;          // file axes (z up), file units, absolute
@@ -19,19 +31,6 @@ struct SourceRecord {
 static_assert(sizeof(SourceRecord) == 64 && offsetof(SourceRecord, intensity) == 48 &&
                   offsetof(SourceRecord, flag) == 58,
               "a source record is 64 bytes: six reals, intensity, colour, flag, padding");
-
-// Box in file axes and units. Starts inverted, so that the first point sets both corners.
-struct SourceBox {
-  double minimum[3] = {1e308, 1e308, 1e308}, maximum[3] = {-1e308, -1e308, -1e308};
-
-  void Add(double x, double y, double z) {
-    const double position[3] = {x, y, z};
-    for (int axis = 0; axis < 3; ++axis) {
-      minimum[axis] = std::min(minimum[axis], position[axis]);
-      maximum[axis] = std::max(maximum[axis], position[axis]);
-    }
-  }
-};
 
 // Most points that one block, and so one file, can give: three values a point are counted in 32 bits.
 constexpr std::int32_t kMostBlockPoints = 715827882;

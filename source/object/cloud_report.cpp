@@ -1,5 +1,6 @@
 #include "object/cloud_report.h"
 
+#include "cloud/file_coordinates.h"
 #include "host_text.h"
 #include "object/load/load_lines.h"
 
@@ -89,9 +90,8 @@ void CloudReporter::AddFile(const LoadReport& report) {
   file.versionMajor = (LONG)report.versionMajor;
   file.versionMinor = (LONG)report.versionMinor;
   file.pointFormat = report.pointFormat;
-  const SourceBox& box = report.box;
-  file.min = LVector(box.minimum[0], box.minimum[1], box.minimum[2]);
-  file.max = LVector(box.maximum[0], box.maximum[1], box.maximum[2]);
+  file.min = VectorOf(report.box.min);
+  file.max = VectorOf(report.box.max);
   classes_.emplace_back(report.classes.begin(), report.classes.end());
   file.classes = report.classes.empty() ? NULL : classes_.back().data();
   file.seconds = report.seconds;
@@ -110,7 +110,7 @@ void CloudReporter::AddBlock(const PointBlock& block, VLONG group, const PointMa
   entry.hasBox = block.box.valid;
   entry.min = InFileAxes(block.box.min);
   entry.max = InFileAxes(block.box.max);
-  GrowingBox shown;
+  GrowingBox<Vector> shown;
   for (const Vector& corner : {block.box.min, block.box.max}) {
     const SReal stored[3] = {(SReal)corner.x, (SReal)corner.y, (SReal)corner.z};
     shown.Add(mapping.Map(stored));

@@ -373,7 +373,7 @@ void KelvraObject::OnDelivery(BaseObject* op, PointDelivery& delivery) {
 }
 
 void KelvraObject::GetDimension(BaseObject* op, Vector* mp, Vector* rad) {
-  GrowingBox box;
+  GrowingBox<Vector> box;
   store.AddDisplayBox(&box, op->GetDataInstance()->GetReal(KELVRA_OBJECT_SIZE));
   *mp = (box.Min() + box.Max()) * 0.5;
   *rad = (box.Max() - box.Min()) * 0.5;

@@ -171,7 +171,7 @@ private:
       --result_.lines; // as if it had not been read
       return;
     }
-    result_.box.Add(scratch_.x, scratch_.y, scratch_.z);
+    result_.box.Add({scratch_.x, scratch_.y, scratch_.z});
     if (result_.count >= capacity_ && !Grow()) {
       ++result_.noMemory;
       return;

@@ -32,14 +32,14 @@ TEST(Info, ReportsPointsAndBoxInFileAxes) {
 TEST(Info, WhatLoadedIsKeptWhenAnotherFileIsRefused) {
   const TempFolder folder;
   const std::string good = folder.Write("good.xyz", kPoints),
-                    bad = folder.Write("bad.las", "~VERSION INFORMATION\n");
+                    bad = folder.Write("bad.xyz", "~VERSION INFORMATION\n");
   const Result result = Kelvra({"info", "--json", bad, good, folder / "missing.laz"});
   EXPECT_EQ(result.status, 1);
   const nlohmann::json info = result.Json();
   EXPECT_EQ(info["points"], 3);
   ASSERT_EQ(info["files"].size(), 3u);
   EXPECT_EQ(info["files"][0]["points"], 0);
-  EXPECT_NE(info["files"][0]["message"].get<std::string>().find("not a point cloud"), std::string::npos);
+  EXPECT_NE(info["files"][0]["message"].get<std::string>().find("no line holds a point"), std::string::npos);
   EXPECT_EQ(info["files"][1]["points"], 3);
 }
 

@@ -34,7 +34,7 @@ TEST_F(Geometry, PointsCarryPositionsAndColoursOfTheFirstOnesAndTheBoxIsTheirs) 
     expected.resize(share.count); // beyond the store: at the origin, black
     tints.resize(share.count);
     EXPECT_EQ(PointsOf(built), expected);
-    kelvra::GrowingBox box;
+    kelvra::GrowingBox<Vector> box;
     for (LONG i = 0; i < LMin(share.count, 80); ++i) box.Add(all[i]);
     EXPECT_EQ(Cloud().display.box.min, box.min);
     EXPECT_EQ(Cloud().display.box.max, box.max);

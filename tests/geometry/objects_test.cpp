@@ -56,15 +56,13 @@ TEST_F(GeometryTest, BoxHoldsAllFinitePoints) {
   PolygonObject* op = PolygonObject::Alloc(4, 0);
   doc_->InsertObject(op, nullptr, nullptr);
   op->SetMl(MatrixMove(Vector(100, 0, 0)));
-  Vector low, high;
   const Vector points[] = {Vector(-1, 2, 3), Vector(std::nan(""), 50, 50), Vector(1, -2, 4),
                            Vector(0, INFINITY, 0)};
   for (LONG i = 0; i < 4; ++i) op->GetPointW()[i] = points[i];
-  ASSERT_TRUE(host::WorldBox(op, &low, &high));
-  EXPECT_EQ(low, Vector(99, -2, 3));
-  EXPECT_EQ(high, Vector(101, 2, 4));
+  EXPECT_EQ(host::WorldBox(op).low, Vector(99, -2, 3));
+  EXPECT_EQ(host::WorldBox(op).high, Vector(101, 2, 4));
   ASSERT_TRUE(op->ResizeObject(0, 0));
-  EXPECT_FALSE(host::WorldBox(op, &low, &high));
+  EXPECT_TRUE(host::WorldBox(op).IsEmpty());
 }
 
 TEST_F(GeometryTest, VertexMapOfAnotherLengthIsReported) {

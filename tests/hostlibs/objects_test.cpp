@@ -8,10 +8,9 @@ namespace {
 class LibraryObjects : public HostLibsTest {
 protected:
   static void ExpectBox(BaseObject* op, const Vector& low, const Vector& high) {
-    Vector foundLow, foundHigh;
-    ASSERT_TRUE(host::WorldBox(op, &foundLow, &foundHigh));
-    EXPECT_EQ(foundLow, low);
-    EXPECT_EQ(foundHigh, high);
+    const host::Box found = host::WorldBox(op);
+    EXPECT_EQ(found.low, low);
+    EXPECT_EQ(found.high, high);
   }
 };
 

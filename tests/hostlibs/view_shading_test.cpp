@@ -11,13 +11,13 @@ namespace {
 /** Largest distance of the box's corners from the picture's middle; 1 is the edge. */
 double Reach(const ViewCamera& camera, const Framing& framing) {
   ViewFrame frame = MakeFrame(camera, framing.aspect);
-  FitRange(&frame, framing.low, framing.high);
+  FitRange(&frame, framing.box);
   float m[16];
   ClipMatrix(frame, Matrix(), m);
   double reach = 0.0;
   for (int i = 0; i < 8; ++i) {
-    const double p[4] = {i & 1 ? framing.high.x : framing.low.x, i & 2 ? framing.high.y : framing.low.y,
-                         i & 4 ? framing.high.z : framing.low.z, 1.0};
+    const Vector corner = framing.box.Corner(i);
+    const double p[4] = {corner.x, corner.y, corner.z, 1.0};
     double clip[4] = {};
     for (int c = 0; c < 4; ++c)
       for (int row = 0; row < 4; ++row) clip[row] += (double)m[c * 4 + row] * p[c];
@@ -37,8 +37,7 @@ TEST(Framing, HasTheWholeBoxInThePictureFromEverywhere) {
           camera.parallel = parallel;
           camera.roll = turn ? 0.0 : 25.0;
           Framing framing;
-          framing.low = Vector(-300, 5, 1000);
-          framing.high = Vector(100, 45, 1100);
+          framing.box = {Vector(-300, 5, 1000), Vector(100, 45, 1100)};
           framing.forward = direction;
           framing.aspect = 1.6;
           framing.size = size;

@@ -175,8 +175,8 @@ TEST_F(Records, HeaderBoxHoldsWhenItEnclosesTheKeptPoints) {
   Bytes file = MakeLas(0, {{100, 0, 0}, {300, 0, 0}});
   Read(file);
   EXPECT_TRUE(cloud.headerBoxHolds);
-  EXPECT_DOUBLE_EQ(cloud.pointBox.minimum[0], 1);
-  EXPECT_DOUBLE_EQ(cloud.pointBox.maximum[0], 3);
+  EXPECT_DOUBLE_EQ(cloud.pointBox.min[0], 1);
+  EXPECT_DOUBLE_EQ(cloud.pointBox.max[0], 3);
   Read(Put(file, 179, 2.996));
   EXPECT_TRUE(cloud.headerBoxHolds) << "rounded by its writer";
   Read(Put(file, 179, 2.9));

@@ -116,31 +116,36 @@ TEST_F(Preferences, UpdateCheckSaysWhatTheServerMeans) {
       question = "Do you want to download Kelvra 1.45", query = "?reference_no=K-17&product_id=1",
       sent = "An email, with a download link, has been sent. (to the email address used for your order)",
       problem = "There was a problem sending the email. Please contact support.";
+  const LONG failed = KELVRA_UPDATE_MAIL_FAILED;
   const struct {
     const char *order, *version, *mail; ///< mail: answer to the second request; NULL is a status 500
     GEMB_R answer;
+    LONG outcome;
     std::vector<std::string> shown;
     std::vector<std::string> targets;
     const char* printed = "";
-  } cases[] = {{"", "1.45", "ok", GEMB_R_YES, {}, {}},
-               {"K-17", "", "ok", GEMB_R_YES, {}, {""}},
-               {"K-17", nullptr, "ok", GEMB_R_YES, {}, {""}},
-               {"K-17", "1.44", "ok", GEMB_R_YES, {latest}, {""}},
-               {"K-17", "none", "ok", GEMB_R_YES, {latest}, {""}},
-               {"K-17", "1.45", "ok", GEMB_R_NO, {question}, {""}},
-               {"K-17", "1.45", "ok", GEMB_R_YES, {question, sent}, {"", query}},
-               {"K-17", "1.45", "", GEMB_R_YES, {question, problem}, {"", query}},
-               {"K-17", "1.45", nullptr, GEMB_R_YES, {question, problem}, {"", query}},
-               {"K-17&product_id=1", "1.45", "ok", GEMB_R_YES, {question, sent}, {"", query}}, // from a link
-               {"K 17", "1.45", "ok", GEMB_R_YES, {question, problem}, {""}, "contains a blank"},
-               {"K#17", "1.45", "ok", GEMB_R_YES, {question, problem}, {""}, "contains the character #"},
-               {"K\xc3\xa4",
-                "1.45",
-                "ok",
-                GEMB_R_YES,
-                {question, problem},
-                {""},
-                "contains a character outside ASCII"}};
+  } cases[] = {
+      {"", "1.45", "ok", GEMB_R_YES, KELVRA_UPDATE_NOT_ASKED, {}, {}},
+      {"K-17", "", "ok", GEMB_R_YES, KELVRA_UPDATE_NO_ANSWER, {}, {""}},
+      {"K-17", nullptr, "ok", GEMB_R_YES, KELVRA_UPDATE_NO_ANSWER, {}, {""}},
+      {"K-17", "1.44", "ok", GEMB_R_YES, KELVRA_UPDATE_LATEST, {latest}, {""}},
+      {"K-17", "none", "ok", GEMB_R_YES, KELVRA_UPDATE_LATEST, {latest}, {""}},
+      {"K-17", "1.45", "ok", GEMB_R_NO, KELVRA_UPDATE_DECLINED, {question}, {""}},
+      {"K-17", "1.45", "ok", GEMB_R_YES, KELVRA_UPDATE_MAIL_SENT, {question, sent}, {"", query}},
+      {"K-17", "1.45", "", GEMB_R_YES, failed, {question, problem}, {"", query}},
+      {"K-17", "1.45", nullptr, GEMB_R_YES, failed, {question, problem}, {"", query}},
+      // Copied from a link.
+      {"K-17&product_id=1", "1.45", "ok", GEMB_R_YES, KELVRA_UPDATE_MAIL_SENT, {question, sent}, {"", query}},
+      {"K 17", "1.45", "ok", GEMB_R_YES, failed, {question, problem}, {""}, "contains a blank"},
+      {"K#17", "1.45", "ok", GEMB_R_YES, failed, {question, problem}, {""}, "contains the character #"},
+      {"K\xc3\xa4",
+       "1.45",
+       "ok",
+       GEMB_R_YES,
+       failed,
+       {question, problem},
+       {""},
+       "a character outside ASCII"}};
   for (const auto& c : cases) {
     SCOPED_TRACE(std::string(c.order) + " " + (c.version ? c.version : "500"));
     RawServer server([&, asked = 0](int s) mutable {
@@ -160,6 +165,9 @@ TEST_F(Preferences, UpdateCheckSaysWhatTheServerMeans) {
     std::vector<std::string> shown;
     for (const host::DialogRecord& dialog : application_->GetDialogs().Shown()) shown.push_back(dialog.text);
     EXPECT_EQ(shown, c.shown);
+    KelvraUpdateCheck check = {1, -1};
+    EXPECT_TRUE(page_->Message(KELVRA_MESSAGE_UPDATE_CHECK, &check));
+    EXPECT_EQ(check.outcome, c.outcome);
     std::vector<std::string> lines;
     for (const std::string& target : c.targets)
       lines.push_back("GET /php/send/mail/update.php" + target + " HTTP/1.1");

@@ -92,6 +92,8 @@ TEST_F(ServiceCommands, UpdateCheckIsAnsweredOnTheTerminalOrByAFlag) {
     EXPECT_EQ(result.status, 0) << result.err;
     EXPECT_EQ(result.out, c.out);
   }
+  Set("order_reference", "K 17");
+  EXPECT_EQ(Run({"update-check", "--yes"}).status, 1) << "no mail was sent";
 }
 
 TEST_F(ServiceCommands, ReprojectPrintsSixTextsOrThatNothingWasAnswered) {

@@ -31,6 +31,15 @@ TEST_F(LoadReportTest, OneLineTellsWhatWasKept) {
   EXPECT_EQ(Containing(lines, "1 of 2 kept"), 1);
 }
 
+TEST_F(LoadReportTest, TextIsWholeOnAMachineWithoutLargeBlocks) {
+  const std::string path = Write("a.xyz", "1 2 3\n4 5 6\n7 8 9\n");
+  application_->GetFaults().FailAt(host::Fault::LargeBlock, 1, -1);
+  const Lines lines = Load(path);
+  ASSERT_EQ(lines.size(), 1u);
+  EXPECT_EQ(lines[0].rfind(path + ": 3 points, ", 0), 0u) << lines[0];
+  EXPECT_GT(application_->GetFaults().Calls(host::Fault::LargeBlock), 0) << "a large block was asked for";
+}
+
 TEST_F(LoadReportTest, RefusalsNameTheReasonAndNoPoints) {
   const struct {
     const char *name, *content, *reason;
@@ -43,7 +52,11 @@ TEST_F(LoadReportTest, RefusalsNameTheReasonAndNoPoints) {
        "expected; line 1 has decimal commas, where decimal points are expected"},
       {"plain.pts", "3\n1 2 3\n", "expected x y z intensity"},
       {"wide.xyz", "\xFF\xFE\x31\x00", "UTF-16"},
+#if KELVRA_HAVE_LASLIB
       {"log.las", "~VERSION INFORMATION\n VERS. 2.0\n", "this is not a point cloud (it starts with ~VERSION"},
+#else
+      {"cloud.las", "LASF", "this build cannot read LAS and LAZ files: it was made without LASlib"},
+#endif
       {"nodata.xyz", "1 2 -9999\n", "every point is marked as no data"},
   };
   for (const auto& c : cases) {

@@ -62,11 +62,10 @@ protected:
   }
   std::vector<Vector> Shown(BaseObject* op) {
     std::vector<Vector> shown((std::size_t)Cloud(op).store.GetPointCount());
-    GrowingBox box;
+    kelvra::GrowingBox<Vector> box;
     Cloud(op).store.ExportPositions(shown.data(), (LONG)shown.size(), &box, 200.0);
     return shown;
   }
-  using GrowingBox = kelvra::GrowingBox;
 };
 
 TEST_F(SurveyTest, EveryFileComesOutWithinHalfItsStepAndThenStays) {

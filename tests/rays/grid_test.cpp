@@ -20,14 +20,14 @@ TEST_F(RaysTest, CountsFollowExtentAndMeanRadius) {
       {LVector(1e300, 1e18, 8), 1, 1, 256, 256, 256, 4},
   };
   for (const auto& item : cases) {
-    GrowingBoxOf<LVector> box, radius;
+    GrowingBox<LVector> box, radius;
     for (const LReal side : {0.0, 1.0}) box.Add(item.extent * side);
     for (const LReal r : {item.least, item.most}) radius.Add(LVector(r));
     const GridPlan plan = PlanGrid(box, radius);
     const std::vector<LONG> found{plan.maxCells, plan.count[0], plan.count[1], plan.count[2]};
     EXPECT_EQ(found, (std::vector<LONG>{item.maxCells, item.nx, item.ny, item.nz})) << item.extent.x;
   }
-  EXPECT_EQ(PlanGrid(GrowingBoxOf<LVector>(), GrowingBoxOf<LVector>()).count[1], 2);
+  EXPECT_EQ(PlanGrid(GrowingBox<LVector>(), GrowingBox<LVector>()).count[1], 2);
   VoxelData empty;
   EXPECT_TRUE(BuildGrid(empty) && !empty.Root());
 }

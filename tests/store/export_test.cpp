@@ -29,7 +29,7 @@ protected:
 TEST_F(Export, PositionsAreAPrefixInStoreOrderAndSetTheBox) {
   const Vector all[7] = {{-100, 0, -10000},        {0, 1000, 0}, {100, 2000, 10000}, {99900, 100000, 90000},
                          {100000, 101000, 100000}, {7, 7, 7},    {8, 17, 107}};
-  GrowingBox box;
+  GrowingBox<Vector> box;
   for (const LONG count : {7, 100, 0, 1, 3, 4, 2}) {
     Vector some[7];
     const LONG written = store.ExportPositions(some, count, &box, 200);
@@ -49,7 +49,7 @@ TEST_F(Export, VerticesAgreeWithPositionsAndColoursForEveryChannelValue) {
   const LONG count = store.GetPointCount() - 1;
   std::vector<Vector> positions((std::size_t)count), colors((std::size_t)count);
   std::vector<SReal> records((std::size_t)count * 6 + 1, -7.0f);
-  GrowingBox box, vertexBox;
+  GrowingBox<Vector> box, vertexBox;
   ASSERT_EQ(store.ExportPositions(positions.data(), count, &box, 123.4), count);
   ASSERT_EQ(store.ExportColors(colors.data(), count), count);
   ASSERT_EQ(store.FillVertices(records.data(), count, &vertexBox, 123.4), count);

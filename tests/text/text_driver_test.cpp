@@ -81,7 +81,7 @@ TEST(TextDriver, FieldsThatALineDoesNotWriteKeepTheirValue) {
   EXPECT_EQ(loaded.points[0].second[1], 0);
   EXPECT_EQ(loaded.points[2].second[1], .25);
   EXPECT_EQ(loaded.points[2].r, 1);
-  EXPECT_EQ(loaded.box.maximum[1] - loaded.box.minimum[2], 7 - 3);
+  EXPECT_EQ(loaded.box.max[1] - loaded.box.min[2], 7 - 3);
 }
 
 TEST(TextDriver, RequestsForMemoryDoubleWhetherTheySucceedOrNot) {

@@ -5,9 +5,11 @@ switches them on one at a time and runs the test suites that should notice.
     tools/seeded_faults/run.py                      the product and the tests of HEAD
     tools/seeded_faults/run.py --tests-from REV     the same faults before the tests of another revision
     tools/seeded_faults/run.py hair-height undo     only the faults whose names contain these words
+    tools/seeded_faults/run.py --in FOLDER          the same, and the build stays there for the next run
 
-All faults share one build in a scratch worktree: each becomes (SEEDED_FAULT(n) ? new : old), and the environment
-variable SEEDED_FAULT chooses n. Exit status 1: a fault goes unnoticed, or its code is no longer there.
+All chosen faults share one build in a scratch worktree: each becomes (SEEDED_FAULT(n) ? new : old), and the
+environment variable SEEDED_FAULT chooses n. Other files are compiled as always, so that a compiler cache knows them.
+Exit status 1: a fault goes unnoticed, or its code is no longer there.
 """
 import argparse
 import concurrent.futures
@@ -24,8 +26,7 @@ ROOT = HERE.parent.parent
 PRODUCT = ("source", "sdk", "host", "cli")
 SECONDS = 300  # that one run of a suite may take; a fault may also make it hang
 
-SWITCH = """#pragma once
-#ifdef __cplusplus
+SWITCH = """#ifndef SEEDED_FAULT
 #include <cstdlib>
 inline const int kSeededFault = std::getenv("SEEDED_FAULT") ? std::atoi(std::getenv("SEEDED_FAULT")) : 0;
 #define SEEDED_FAULT(n) (kSeededFault == (n))
@@ -92,7 +93,7 @@ def seed(scratch, faults):
         text = file.read_text()
         for (begin, end), seeded in sorted(changes, reverse=True):
             text = text[:begin] + seeded + text[end:]
-        file.write_text(text)
+        file.write_text(SWITCH + text)
     return lost
 
 
@@ -105,21 +106,22 @@ def call(*command, cwd=ROOT):
 
 def make_scratch(folder, tests_from):
     scratch = folder / "product"
-    call("git", "worktree", "add", "--detach", scratch, "HEAD")
+    if scratch.exists():
+        call("git", "checkout", "--force", "--detach", call("git", "rev-parse", "HEAD").strip(), cwd=scratch)
+    else:
+        call("git", "worktree", "add", "--detach", scratch, "HEAD")
     if tests_from:
         shutil.rmtree(scratch / "tests")
         call("git", "checkout", tests_from, "--", "tests", cwd=scratch)
     if (ROOT / "build/deps").is_dir():
-        shutil.copytree(ROOT / "build/deps", scratch / "build/deps")
-    (folder / "switch.h").write_text(SWITCH)
+        shutil.copytree(ROOT / "build/deps", scratch / "build/deps", dirs_exist_ok=True)
     return scratch
 
 
-def build(folder, scratch, jobs):
+def build(scratch, jobs):
     ccache = shutil.which("ccache")
     launcher = [f"-DCMAKE_CXX_COMPILER_LAUNCHER={ccache}", f"-DCMAKE_C_COMPILER_LAUNCHER={ccache}"] if ccache else []
-    call("cmake", "--preset", "release", f"-DCMAKE_CXX_FLAGS=-include {folder}/switch.h",
-         "-DCMAKE_CXX_FLAGS_RELEASE=-O1 -DNDEBUG", "-DKELVRA_WERROR=OFF", *launcher, cwd=scratch)
+    call("cmake", "--preset", "release", *launcher, cwd=scratch)
     targets = re.findall(r"^(test_\w+):", call("ninja", "-C", "build/release", "-t", "targets", "all", cwd=scratch), re.M)
     call("cmake", "--build", "--preset", "release", "-j", str(jobs), "--target", *targets, cwd=scratch)
     return sorted(scratch / "build/release/tests" / target for target in set(targets))
@@ -165,6 +167,7 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("words", nargs="*")
     parser.add_argument("--tests-from", metavar="REV")
+    parser.add_argument("--in", dest="folder", type=pathlib.Path, help="where to build; it stays there")
     parser.add_argument("--list", action="store_true", help="only check that the code of each fault is there")
     parser.add_argument("-j", "--jobs", type=int, default=os.cpu_count())
     options = parser.parse_args()
@@ -176,19 +179,20 @@ def main():
             print(f"{fault.name:32} NO LONGER APPLIES to {fault.file}")
         print(f"{len(chosen)} faults, {len(lost)} no longer apply")
         return bool(lost)
-    folder = pathlib.Path(tempfile.mkdtemp(prefix="seeded-faults-"))
+    folder = options.folder.resolve() if options.folder else pathlib.Path(tempfile.mkdtemp(prefix="seeded-faults-"))
     try:
         scratch = make_scratch(folder, options.tests_from)
-        lost = seed(scratch, faults)
-        owners = suites_of(build(folder, scratch, options.jobs))
+        lost = seed(scratch, chosen)
+        owners = suites_of(build(scratch, options.jobs))
         with concurrent.futures.ThreadPoolExecutor(options.jobs) as workers:
             pairs = sorted({(p, s) for f in chosen for s in f.suites for p in owners.get(s, ())})
             for broken in filter(None, workers.map(lambda pair: run(*pair, 0), pairs)):
                 sys.exit(f"{broken} fails without any fault")
             found = list(workers.map(lambda f: None if f in lost else notice(f, owners), chosen))
     finally:
-        subprocess.run(["git", "worktree", "remove", "--force", folder / "product"], cwd=ROOT)
-        shutil.rmtree(folder, ignore_errors=True)
+        if not options.folder:
+            subprocess.run(["git", "worktree", "remove", "--force", folder / "product"], cwd=ROOT)
+            shutil.rmtree(folder, ignore_errors=True)
     for fault, noticed in zip(chosen, found):
         what = "NO LONGER APPLIES" if fault in lost else f"noticed by {noticed}" if noticed else "NOT NOTICED"
         print(f"{fault.name:32} {what}")

@@ -108,13 +108,12 @@ private:
   }
 
   static host::ViewCamera CameraFor(BaseDocument* doc) {
-    Vector low, high;
-    Require(host::GeometryBox(doc, &low, &high) || host::WorldBox(doc->GetFirstObject(), &low, &high),
-            "an empty scene");
-    const Vector middle = (low + high) * 0.5;
+    host::Box box = host::GeometryBox(doc);
+    if (box.IsEmpty()) box = host::WorldBox(doc->GetFirstObject());
+    Require(!box.IsEmpty(), "an empty scene");
     host::ViewCamera camera;
-    camera.target = middle;
-    camera.position = middle + Vector(0.0, 1.0, -2.0) * (high - low).GetLength();
+    camera.target = box.Centre();
+    camera.position = camera.target + Vector(0.0, 1.0, -2.0) * box.Size().GetLength();
     return camera;
   }
 

@@ -74,10 +74,9 @@ std::string SystemText(const FileFacts& facts) {
  * surfaces.
  */
 double SpacingOf(const FileReport& report) {
-  const Box& box = report.facts.box;
-  if (!box.valid || report.points < 1) return 0.0;
-  const double x = box.max[0] - box.min[0], y = box.max[1] - box.min[1], z = box.max[2] - box.min[2];
-  return std::sqrt(std::max({x * y, x * z, y * z}) / (double)report.points);
+  if (report.points < 1) return 0.0;
+  const Vector size = report.facts.box.Size();
+  return std::sqrt(std::max({size.x * size.y, size.x * size.z, size.y * size.z}) / (double)report.points);
 }
 
 /** The sum of a float and its origin, without the digits that neither had. */
@@ -121,20 +120,20 @@ std::string Coordinate(double value, double step) {
   return text == "-0" ? "0" : text;
 }
 
-std::string BoxText(const Box& box, double step) {
+std::string BoxText(const host::Box& box, double step) {
   std::string text;
   for (int axis = 0; axis < 3; ++axis)
-    text += std::string(axis ? ", " : "") + "xyz"[axis] + " " + Coordinate(box.min[axis], step) + ".." +
-            Coordinate(box.max[axis], step);
+    text += std::string(axis ? ", " : "") + "xyz"[axis] + " " + Coordinate(box.low[axis], step) + ".." +
+            Coordinate(box.high[axis], step);
   return text;
 }
 
-nlohmann::json BoxJson(const Box& box, double step) {
-  if (!box.valid) return nullptr;
+nlohmann::json BoxJson(const host::Box& box, double step) {
+  if (box.IsEmpty()) return nullptr;
   nlohmann::json corners;
   for (int axis = 0; axis < 3; ++axis) {
-    corners["min"].push_back(Kept(box.min[axis], step));
-    corners["max"].push_back(Kept(box.max[axis], step));
+    corners["min"].push_back(Kept(box.low[axis], step));
+    corners["max"].push_back(Kept(box.high[axis], step));
   }
   return corners;
 }
@@ -142,10 +141,10 @@ nlohmann::json BoxJson(const Box& box, double step) {
 std::vector<std::string> FactLines(const FileReport& report, const SceneBox& scene) {
   const FileFacts& facts = report.facts;
   std::vector<std::string> lines;
-  if (!facts.box.valid) return lines;
+  if (facts.box.IsEmpty()) return lines;
   lines.push_back(KindLine(report));
   lines.push_back("box " + BoxText(facts.box, facts.step) +
-                  (scene.valid ? "; in the scene " + BoxText(scene, kSceneStep) : ""));
+                  (!scene.IsEmpty() ? "; in the scene " + BoxText(scene, kSceneStep) : ""));
   std::vector<std::string> classes;
   for (std::size_t i = 0; i < facts.classes.size(); ++i)
     if (facts.classes[i] > 0) classes.push_back(std::to_string(i) + ": " + Grouped(facts.classes[i]));

@@ -7,8 +7,8 @@
 
 namespace cli {
 
-/** Where a file's points are shown, in the axes of the scene; not valid where that is not known. */
-using SceneBox = Box;
+/** Where a file's points are shown, in the axes of the scene; empty where that is not known. */
+using SceneBox = host::Box;
 /** Scenes are looked at, not measured: what is smaller does not count. */
 constexpr double kSceneStep = 0.001;
 
@@ -16,10 +16,10 @@ constexpr double kSceneStep = 0.001;
 std::string Coordinate(double value, double step);
 
 /** "x 1..2, y 3..4, z 5..6" */
-std::string BoxText(const Box& box, double step);
+std::string BoxText(const host::Box& box, double step);
 
 /** The same as JSON, without digits that neither the floats nor their origin had; null without a box. */
-nlohmann::json BoxJson(const Box& box, double step);
+nlohmann::json BoxJson(const host::Box& box, double step);
 
 /** One line each: kind and coordinate system; the boxes; points of each class where they were counted. */
 std::vector<std::string> FactLines(const FileReport& report, const SceneBox& scene);

@@ -33,7 +33,7 @@ host::ViewCamera CameraFor(const CloudSession& session, const ViewOptions& view,
                            bool wholeTurn) {
   if (view.view == kInsideView) {
     WorldExtent around = extent;
-    around.middle = MiddleOf(session, extent.low, extent.high);
+    around.middle = MiddleOf(session, extent.box);
     return CameraOf(view, around, wholeTurn);
   }
   if (!view.survey) return CameraOf(view, extent, wholeTurn);

@@ -85,9 +85,8 @@ ViewerAxes AxesOf(const ViewOptions& view) {
 
 /** From amid the points, which are densest around the scanner, looking level. */
 void StandInside(const WorldExtent& extent, const ViewerAxes& axes, host::ViewCamera* camera) {
-  const Vector size = extent.high - extent.low;
   camera->position = extent.middle;
-  camera->target = camera->position + axes.away * std::max(0.25 * size.GetLength(), 1e-3);
+  camera->target = camera->position + axes.away * std::max(0.25 * extent.box.Size().GetLength(), 1e-3);
 }
 
 } // namespace
@@ -143,14 +142,13 @@ host::ViewCamera CameraOf(const ViewOptions& view, const WorldExtent& extent, bo
     camera.target = *view.target;
     return camera;
   }
-  if (!extent.valid) return camera;
+  if (extent.box.IsEmpty()) return camera;
   if (inside) {
     StandInside(extent, axes, &camera);
     return camera;
   }
   host::Framing framing;
-  framing.low = extent.low;
-  framing.high = extent.high;
+  framing.box = extent.box;
   framing.aspect = (double)view.size.width / view.size.height;
   framing.size = view.fit;
   framing.wholeTurn = wholeTurn;

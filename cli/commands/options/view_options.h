@@ -38,11 +38,10 @@ void AddView(CLI::App& command, ViewOptions& view);
 /** Throws UsageError for a camera that stands on its target, and for options that exclude each other. */
 void CheckView(const ViewOptions& view);
 
-/** What the view shows when nobody chose a camera: a box in world space, if there is anything. */
+/** What the view shows when nobody chose a camera: world space; empty without anything to show. */
 struct WorldExtent {
-  Vector low, high;
+  host::Box box;
   Vector middle; ///< as many points on each side of it, on each axis; for the view from inside
-  bool valid = false;
 };
 
 /** The chosen camera, else one that has the whole box in the picture, over a whole turn if asked for. */

@@ -1,4 +1,4 @@
-// How each file fared, printed.
+// Prints how each file fared.
 #pragma once
 
 #include "cli/session/cloud_session.h"

@@ -59,6 +59,14 @@ void RequireWritable(const std::string& path, const std::vector<std::string>& in
   if (!host::ReplacingFile(path).Open(&reason)) Refuse(path, reason);
 }
 
+void WriteText(const std::string& path, const std::string& text) {
+  host::ReplacingFile file(path);
+  std::string reason;
+  if (!file.Open(&reason) || !file.File().Write(text.data(), text.size()) || !file.Commit(&reason))
+    throw std::runtime_error(path +
+                             ": cannot be written: " + (reason.empty() ? file.File().Error() : reason));
+}
+
 long long FileSize(const std::string& path) {
   std::error_code error;
   const std::uintmax_t size = fs::file_size(fs::u8path(path), error);

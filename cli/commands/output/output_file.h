@@ -19,6 +19,9 @@ void RequireWritable(const std::string& path, const std::vector<std::string>& in
 /** For files that are not text: throws UsageError when standard output is asked for and is a terminal. */
 void RequireNoTerminal(const std::string& path);
 
+/** Replaces the file by one with this text. Throws std::runtime_error. */
+void WriteText(const std::string& path, const std::string& text);
+
 /** As messages name it. */
 std::string OutputName(const std::string& path);
 

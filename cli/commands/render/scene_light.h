@@ -24,7 +24,7 @@ struct SceneLight {
  */
 SceneLight ParseLight(const std::string& text);
 
-/** A sun from the north-west and light from the sky, for those who ask for nothing. */
+/** A sun in the west-north-west and light from the sky, for those who ask for nothing. */
 std::vector<SceneLight> DefaultLights();
 
 void AddLights(BaseDocument* doc, const std::vector<SceneLight>& lights);

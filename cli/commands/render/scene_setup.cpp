@@ -20,7 +20,7 @@ namespace {
 
 WorldExtent ExtentOf(const CloudSession& session, std::string* note) {
   WorldExtent extent;
-  extent.valid = FramedExtent(session, &extent.low, &extent.high, note);
+  extent.box = FramedExtent(session, note);
   return extent;
 }
 
@@ -58,21 +58,21 @@ void ChooseRadiusOfGeometry(BaseDocument* doc, std::vector<std::string>* notes) 
     BaseObject* linked = data->GetObjectLink(KELVRA_RENDER_OBJECT, doc);
     if (!linked || (linked->GetType() != Opolygon && linked->GetType() != Ospline)) continue;
     if (data->FindIndex(KELVRA_RENDER_POINT_RADIUS) != NOTOK) continue;
-    Vector low, high;
     const LONG points = static_cast<PointObject*>(linked)->GetPointCount();
-    if (points < 1 || !host::WorldBox(linked, &low, &high)) continue;
-    SetRadius(data, kRadiusPerSpacing * SpacingOf(high - low, points), notes);
+    const host::Box box = host::WorldBox(linked);
+    if (points < 1 || box.IsEmpty()) continue;
+    SetRadius(data, kRadiusPerSpacing * SpacingOf(box.Size(), points), notes);
   }
 }
 
 /** A square below the cloud, several times its size. */
-void AddGround(CloudSession& session, const WorldExtent& extent, const RenderPlan& plan) {
+void AddGround(CloudSession& session, const host::Box& box, const RenderPlan& plan) {
   PolygonObject* ground = PolygonObject::Alloc(4, 1);
   if (!ground) throw std::bad_alloc();
-  const Vector middle = (extent.low + extent.high) * 0.5, size = extent.high - extent.low;
+  const Vector middle = box.Centre(), size = box.Size();
   const double half = 4.0 * std::max({size.x, size.y, size.z, 1.0});
   // A hair below the lowest point: points that touch it are not cut.
-  const double y = plan.groundHeight.value_or(extent.low.y - 1e-3 * std::max(size.y, 1.0));
+  const double y = plan.groundHeight.value_or(box.low.y - 1e-3 * std::max(size.y, 1.0));
   Vector* points = ground->GetPointW();
   points[0] = Vector(middle.x - half, y, middle.z - half);
   points[1] = Vector(middle.x - half, y, middle.z + half);
@@ -92,10 +92,10 @@ WorldExtent WithDiscs(const CloudSession& session, WorldExtent extent) {
     const double radius = RealParameter(cloud, KELVRA_POINT_RADIUS);
     if (std::isfinite(radius)) reach = std::max(reach, std::sqrt(std::abs(radius)));
   }
-  const Vector size = extent.high - extent.low;
-  if (!extent.valid || std::max({size.x, size.y, size.z}) > 4.0 * reach) return extent;
-  extent.low -= Vector(reach);
-  extent.high += Vector(reach);
+  const Vector size = extent.box.Size();
+  if (extent.box.IsEmpty() || std::max({size.x, size.y, size.z}) > 4.0 * reach) return extent;
+  extent.box.low -= Vector(reach);
+  extent.box.high += Vector(reach);
   return extent;
 }
 
@@ -118,7 +118,7 @@ RenderScene PrepareScene(CloudSession& session, const RenderPlan& plan) {
   // A scene keeps its own lights unless others are asked for.
   if (!plan.lights.empty() || !hasLight)
     AddLights(session.Document(), plan.lights.empty() ? DefaultLights() : plan.lights);
-  if (plan.HasGround() && extent.valid) AddGround(session, extent, plan);
+  if (plan.HasGround() && !extent.box.IsEmpty()) AddGround(session, extent.box, plan);
 
   host::RenderOptions& render = scene.render;
   render.width = plan.view.size.width;

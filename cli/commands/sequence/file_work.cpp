@@ -2,12 +2,12 @@
 
 #include "cli/commands/commands.h"
 #include "cli/commands/output/json_text.h"
+#include "cli/commands/output/output_file.h"
 #include "cli/commands/sequence/fingerprint.h"
 #include "cli/system/child_process.h"
 #include "cli/system/exit_status.h"
-#include "cli/system/process_memory.h"
+#include "cli/system/program_path.h"
 #include "cli/text/line.h"
-#include "host/base/replacing_file.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -35,16 +35,7 @@ std::string ReadText(const std::string& path) {
   return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
-void WriteText(const std::string& text, const std::string& path) {
-  host::ReplacingFile file(path);
-  std::string reason;
-  if (!file.Open(&reason) || !file.File().Write(text.data(), text.size()) || !file.Commit(&reason))
-    throw std::runtime_error(path +
-                             ": cannot be written: " + (reason.empty() ? file.File().Error() : reason));
-}
-
-} // namespace
-
+/** A line of words with blanks between them; quotes of either kind hold words together. Throws UsageError. */
 std::vector<std::string> WordsOf(const std::string& line) {
   std::vector<std::string> words;
   std::string word;
@@ -67,6 +58,8 @@ std::vector<std::string> WordsOf(const std::string& line) {
   if (inWord) words.push_back(word);
   return words;
 }
+
+} // namespace
 
 FileWork::FileWork(const std::string& folder, const std::string& command, const std::string& output)
     : command_(command), output_(output), words_(WordsOf(command)), folder_(output) {
@@ -150,8 +143,8 @@ void FileWork::MakeOne(int item) const {
   nlohmann::json output = nlohmann::json::parse(text, nullptr, false);
   if (output.is_discarded()) output = text;
   WriteText(
-      JsonText({{"fingerprint", fingerprint}, {"file", File(item)}, {"status", status}, {"output", output}}),
-      ResultPath(item));
+      ResultPath(item),
+      JsonText({{"fingerprint", fingerprint}, {"file", File(item)}, {"status", status}, {"output", output}}));
   fs::remove(fs::u8path(printed), ignored);
   Line(std::cout) << File(item) << ": status " << status;
   std::cout.flush(); // the log of a job is read while it runs
@@ -164,7 +157,7 @@ void FileWork::Finish() {
     result.erase("fingerprint");
     files.push_back(result);
   }
-  WriteText(JsonText({{"command", command_}, {"files", files}}, 2) + "\n", output_);
+  WriteText(output_, JsonText({{"command", command_}, {"files", files}}, 2) + "\n");
 }
 
 } // namespace cli

@@ -44,7 +44,4 @@ private:
   WorkFolder folder_;
 };
 
-/** A line of words with blanks between them; quotes of either kind hold words together. Throws UsageError. */
-std::vector<std::string> WordsOf(const std::string& line);
-
 } // namespace cli

@@ -1,6 +1,6 @@
 #include "cli/commands/sequence/fingerprint.h"
 
-#include "cli/system/process_memory.h"
+#include "cli/system/program_path.h"
 #include "host/scene/checksum.h"
 
 #include <algorithm>

@@ -1,6 +1,7 @@
 #include "cli/commands/sequence/slurm_runner.h"
 
 #include "cli/commands/output/json_text.h"
+#include "cli/commands/output/output_file.h"
 #include "cli/commands/sequence/part.h"
 #include "cli/system/child_process.h"
 
@@ -19,12 +20,6 @@ constexpr const char* kQueue = "squeue --me --noheader --array --format='%F %K %
 
 std::string FirstLine(const std::string& text) {
   return text.substr(0, text.find('\n'));
-}
-
-void Write(const std::string& path, const std::string& text) {
-  std::ofstream file(std::filesystem::u8path(path), std::ios::binary | std::ios::trunc);
-  file << text;
-  if (!file.flush()) throw std::runtime_error(path + ": cannot be written");
 }
 
 } // namespace
@@ -58,7 +53,7 @@ void SlurmRunner::ReadState(const std::string& identity) {
 }
 
 void SlurmRunner::WriteState() const {
-  Write(folder_.Path("jobs.json"), JsonText({{"identity", identity_}, {"jobs", jobs_}}) + "\n");
+  WriteText(folder_.Path("jobs.json"), JsonText({{"identity", identity_}, {"jobs", jobs_}}) + "\n");
 }
 
 std::set<int> SlurmRunner::Alive() {
@@ -83,7 +78,7 @@ std::set<int> SlurmRunner::Alive() {
 
 void SlurmRunner::Start(const std::vector<int>& parts) {
   const std::string path = folder_.Path("job.sh");
-  Write(path, ScriptText(script_, folder_));
+  WriteText(path, ScriptText(script_, folder_));
   std::string command = "sbatch --parsable --array=" + NumberList(parts);
   if (mostNodes_ > 0) command += "%" + std::to_string(mostNodes_);
   std::string printed;

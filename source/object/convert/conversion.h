@@ -12,11 +12,11 @@ struct ConversionRequest {
   const PointStore* store;
   BaseObject* op; ///< the generator
   HierarchyHelp* hierarchy;
-  LONG count;      ///< points to convert: the first ones in store order, not every n-th
-  Real value;      ///< parameter 1006; no converter reads it
-  Real size;       ///< the size that the cloud is fitted to
-  Matrix scale;    ///< uniform, size / 200
-  GrowingBox* box; ///< of the exported positions; the object's
+  LONG count;              ///< points to convert: the first ones in store order, not every n-th
+  Real value;              ///< parameter 1006; no converter reads it
+  Real size;               ///< the size that the cloud is fitted to
+  Matrix scale;            ///< uniform, size / 200
+  GrowingBox<Vector>* box; ///< of the exported positions; the object's
 };
 
 /**

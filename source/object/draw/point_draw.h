@@ -14,7 +14,7 @@ namespace kelvra {
 struct PointDisplay {
   UniformNames uniforms;
   BaseContainer uniformCache; ///< handed to SetUniform, which does not consult it
-  GrowingBox box;             ///< of the positions written last
+  GrowingBox<Vector> box;     ///< of the positions written last
   LULONG version = 0; ///< of the points that views must show; a new one each time the upload flag is raised
   std::shared_ptr<ViewUploads> uploads; ///< shared with the copies of the object
 };

@@ -124,7 +124,7 @@ LoopResult ReadPoints(LasFile& file, const LasReadOptions& options, const Plan& 
     // Unclassified points are left out of reprojected clouds only. The key of a LAS cloud is never above 1,
     // so they all stay; the rule is kept for the day a reader sets another key.
     if (cloud.key > 1 && (point.classification & 31) == 0) continue;
-    box.Add(point.x, point.y, point.z);
+    box.Add({point.x, point.y, point.z});
     if (!report.classes.empty()) ++report.classes[point.classification];
     FillRecord(point, hasColor, cloud.records[kept], result.colorBits);
     if (options.attribute != LasAttribute::kNone)
@@ -158,10 +158,8 @@ void WidenColors(LasCloud& cloud) {
 bool BoxHolds(const LasHeader& header, const SourceBox& outer, const SourceBox& inner) {
   for (int axis = 0; axis < 3; ++axis) {
     const double slack = std::abs(header.scale[axis]) / 2;
-    if (!std::isfinite(outer.minimum[axis]) || !std::isfinite(outer.maximum[axis])) return false;
-    if (inner.minimum[axis] < outer.minimum[axis] - slack ||
-        inner.maximum[axis] > outer.maximum[axis] + slack)
-      return false;
+    if (!std::isfinite(outer.min[axis]) || !std::isfinite(outer.max[axis])) return false;
+    if (inner.min[axis] < outer.min[axis] - slack || inner.max[axis] > outer.max[axis] + slack) return false;
   }
   return true;
 }
@@ -175,7 +173,7 @@ std::int64_t CountStrays(const LasHeader& header, const LasCloud& cloud) {
   std::int64_t strays = 0;
   for (std::int64_t i = 0; i < cloud.report.kept && strays <= most; ++i) {
     SourceBox point;
-    point.Add(cloud.records[i].x, cloud.records[i].y, cloud.records[i].z);
+    point.Add({cloud.records[i].x, cloud.records[i].y, cloud.records[i].z});
     strays += !BoxHolds(header, cloud.headerBox, point);
   }
   return strays;
@@ -212,8 +210,8 @@ void TakeHeader(const LasFile& file, LasCloud& cloud) {
   for (int axis = 0; axis < 3; ++axis) {
     cloud.scale[axis] = findings.header.scale[axis];
     cloud.offset[axis] = findings.header.offset[axis];
-    cloud.headerBox.minimum[axis] = findings.header.minimum[axis];
-    cloud.headerBox.maximum[axis] = findings.header.maximum[axis];
+    cloud.headerBox.min[axis] = findings.header.minimum[axis];
+    cloud.headerBox.max[axis] = findings.header.maximum[axis];
   }
   // The key is 1 as soon as the header announces a point. Blocks of one key are placed by the first one's
   // header: that is what keeps the tiles of a survey side by side.

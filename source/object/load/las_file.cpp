@@ -21,19 +21,15 @@ public:
   void Free(void* memory) override { GeFree(memory); }
 };
 
-LVector Corner(const double* c) {
-  return LVector(c[0], c[1], c[2]);
-}
-
 const SourceBox& Bounds(const LasCloud& cloud) {
   return cloud.headerBoxHolds ? cloud.headerBox : cloud.pointBox;
 }
 
 void FillHeader(const LasCloud& cloud, const LoadOptions& options, const LVector& origin, PointBlock& block) {
   const SourceBox& box = Bounds(cloud);
-  block.header.SetBounds(Corner(box.minimum) - origin, Corner(box.maximum) - origin);
+  block.header.SetBounds(VectorOf(box.min) - origin, VectorOf(box.max) - origin);
   block.header.key = (UWORD)cloud.key;
-  const LReal width = box.maximum[0] - box.minimum[0], depth = box.maximum[1] - box.minimum[1];
+  const LReal width = box.max[0] - box.min[0], depth = box.max[1] - box.min[1];
   block.reals[0] = FitScale(block.header, options.size);
   block.reals[1] = width != 0.0 && depth / width < 1e300 ? depth / width : 0.0;
   block.reals[2] = options.size;
@@ -42,8 +38,8 @@ void FillHeader(const LasCloud& cloud, const LoadOptions& options, const LVector
     block.header.slots[kSlotStepY] = WritingStep(cloud.scale[1], cloud.offset[1]);
     block.reals[kRealStepZ] = WritingStep(cloud.scale[2], cloud.offset[2]);
   }
-  block.settings.boxMin = Corner(box.minimum);
-  block.settings.boxMax = Corner(box.maximum);
+  block.settings.boxMin = VectorOf(box.min);
+  block.settings.boxMax = VectorOf(box.max);
 }
 
 void FillSettings(const LoadReport& report, const LoadOptions& options, LoaderSettings& settings) {

@@ -1,5 +1,6 @@
 // XYZ and PTS text files through the driver, into a block.
 #include "cloud/block_fill.h"
+#include "cloud/file_coordinates.h"
 #include "cloud/local_origin.h"
 #include "grouped_number.h"
 #include "host_text.h"
@@ -112,8 +113,8 @@ void FillDescription(const LoadOptions& options, const TextResult& text, const L
   block.reals[2] = options.size;
   LoaderSettings& settings = block.settings;
   settings.name = FromUtf8(report.path);
-  settings.boxMin = LVector(text.box.minimum[0], text.box.minimum[1], text.box.minimum[2]);
-  settings.boxMax = LVector(text.box.maximum[0], text.box.maximum[1], text.box.maximum[2]);
+  settings.boxMin = VectorOf(text.box.min);
+  settings.boxMax = VectorOf(text.box.max);
   settings.reader.kind = report.reader;
   settings.reader.everyNth = options.everyNthLine;
   settings.reader.colorMultiplier = kTextColorMultiplier;

@@ -91,7 +91,7 @@ void VoxelData::Clear() {
   records.growth = kRecordGrowth;
 }
 
-GridPlan PlanGrid(const GrowingBoxOf<LVector>& itemBox, const GrowingBoxOf<LVector>& radiusBox) {
+GridPlan PlanGrid(const GrowingBox<LVector>& itemBox, const GrowingBox<LVector>& radiusBox) {
   // Large points overlap many cells: the larger they are, the fewer cells.
   GridPlan plan;
   const LReal middle = (radiusBox.Min().x + radiusBox.Max().x) * 0.5;

@@ -68,9 +68,9 @@ struct VoxelData {
   AutoBuffer<GridNode> nodes{4}; ///< 0 is the root, leaves follow in the order in which cells get items
   AutoBuffer<RenderItem> items{kItemGrowth};
   AutoBuffer<RenderObjectRecord> records{kRecordGrowth};
-  GrowingBoxOf<LVector> itemBox;
+  GrowingBox<LVector> itemBox;
   /** Of (r, r, r) of every item: smallest and largest radius. Never reset, it widens from frame to frame. */
-  GrowingBoxOf<LVector> radiusBox;
+  GrowingBox<LVector> radiusBox;
   LeafPools leaves;
   /** The same lists, packed for the walk. */
   PackedCells packed;
@@ -114,7 +114,7 @@ struct GridPlan {
   LONG maxCells; ///< most of an axis
   LONG count[3]; ///< of each axis
 };
-GridPlan PlanGrid(const GrowingBoxOf<LVector>& itemBox, const GrowingBoxOf<LVector>& radiusBox);
+GridPlan PlanGrid(const GrowingBox<LVector>& itemBox, const GrowingBox<LVector>& radiusBox);
 
 /**
  * Builds the grid over data.items. FALSE when memory is refused: what was built stays attached until the next
