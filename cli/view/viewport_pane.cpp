@@ -163,6 +163,7 @@ void ViewportPane::Show(bool takesKeys) {
   ImGui::InvisibleButton("view", ImVec2((float)width_, (float)height_),
                          ImGuiButtonFlags_MouseButtonLeft | ImGuiButtonFlags_MouseButtonMiddle |
                              ImGuiButtonFlags_MouseButtonRight);
+  ImGui::SetItemAllowOverlap(); // an empty scene has a button above the view
   ImDrawList& list = *ImGui::GetWindowDrawList();
   const ImVec2 end(corner.x + (float)width_, corner.y + (float)height_);
   if (!texture_.IsEmpty()) list.AddImage(texture_.Handle(), corner, end);

@@ -75,20 +75,23 @@ protected:
 };
 
 TEST_F(Window, TakesAScanFromItsDropToASavedScene) {
-  ASSERT_EQ(Run("--size 900x600",
-                "yes '1 2 3 0 0 255' | head -c 120M >big.xyz\n"
-                "drop big.xyz; sleep 1; key Escape; shot stopped; rm big.xyz\n"
-                "drop squares.xyz; shot dropped; key ctrl+z; shot undone; key ctrl+y; shot redone\n"
-                "point 180 390 click 1; shot heights; key ctrl+z; shot own; key 3; shot back\n"
-                "point 640 250 mousedown 1; sleep 0.3\n"
-                "for i in 1 2 3; do xdotool mousemove_relative 30 40; sleep 0.2; done\n"
-                "xdotool mouseup 1; sleep 0.3; shot turned\n"
-                "key ctrl+r; sleep 1; key Escape; shot unfinished\n"
-                "key ctrl+q; key space; xdotool type --window $w kept; sleep 0.5; key Return"),
-            0)
+  ASSERT_EQ(
+      Run("--size 900x600",
+          "yes '1 2 3 0 0 255' | head -c 120M >big.xyz\n"
+          "drop big.xyz; sleep 1; key Escape; shot stopped; rm big.xyz\n"
+          "point 640 270 click 1 sleep 1 type squares.xyz; key Return; shot loaded; key ctrl+z; shot undone\n"
+          "drop squares.xyz; shot dropped; key ctrl+z; sleep 1; key ctrl+y; shot redone\n"
+          "point 180 390 click 1; shot heights; key ctrl+z; shot own; key 3; shot back\n"
+          "point 640 250 mousedown 1; sleep 0.3\n"
+          "for i in 1 2 3; do xdotool mousemove_relative 30 40; sleep 0.2; done\n"
+          "xdotool mouseup 1; sleep 0.3; shot turned\n"
+          "key ctrl+r; sleep 1; key Escape; shot unfinished\n"
+          "key ctrl+q; key space; xdotool type --window $w kept; sleep 0.5; key Return"),
+      0)
       << TempFolder::Read(folder_ / "errors");
   EXPECT_EQ(Find(Picture("stopped"), 2).count, 0) << "nothing of a load that was stopped";
-  for (const char* name : {"dropped", "redone", "own"}) EXPECT_GT(Find(Picture(name), 0).count, 300) << name;
+  for (const char* name : {"loaded", "dropped", "redone", "own"})
+    EXPECT_GT(Find(Picture(name), 0).count, 300) << name;
   for (const char* name : {"undone", "heights"}) EXPECT_EQ(Find(Picture(name), 0).count, 0) << name;
   EXPECT_LT(Find(Picture("own"), 0).x, Find(Picture("own"), 1).x) << "the green square lies in the east";
   EXPECT_GT(Find(Picture("back"), 0).x, Find(Picture("back"), 1).x) << "seen from the north";
