@@ -74,7 +74,8 @@ show out/hair.png snapshot out/hair.scene
 
 echo "== A generated landscape in colour"
 build/release/bin/make_cloud out/landscape.xyz --points 600000 >/dev/null
-show out/landscape.png render out/landscape.xyz --view iso
+show out/landscape.png render out/landscape.xyz --view iso --fit 1.15 --light sun:150,35 --light ambient:0.4 \
+  --background '#262d35'
 
 echo "== Written"
 ls -l "${written[@]}"

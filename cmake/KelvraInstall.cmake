@@ -1,18 +1,18 @@
 # Where everything lies on a system: `cmake --install`, and a Debian package from `cpack -G DEB`. Program, module and
 # resources stay beside each other in a folder of their own; a link leads there.
 include(GNUInstallDirs)
-set(kelvra_home ${CMAKE_INSTALL_LIBDIR}/kelvra)
+set(kelvra_home ${CMAKE_INSTALL_LIBEXECDIR}/kelvra)
 install(TARGETS kelvra_cli RUNTIME DESTINATION ${kelvra_home})
-install(FILES $<TARGET_FILE:kelvra_module> DESTINATION ${kelvra_home})
+install(TARGETS kelvra_module LIBRARY DESTINATION ${kelvra_home} RUNTIME DESTINATION ${kelvra_home})
 install(DIRECTORY res DESTINATION ${kelvra_home})
 
 # From the option table of the program that was just built.
 set(kelvra_reference ${CMAKE_BINARY_DIR}/reference)
 file(MAKE_DIRECTORY ${kelvra_reference})
-file(RELATIVE_PATH kelvra_link ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR}/kelvra/kelvra)
+file(RELATIVE_PATH kelvra_link ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBEXECDIR}/kelvra/kelvra)
 file(WRITE ${kelvra_reference}/changelog
   "kelvra (${PROJECT_VERSION}) unstable; urgency=low\n\n  * Version ${PROJECT_VERSION}.\n\n"
-  " -- The Kelvra developers <kelvra@localhost.localdomain>  Thu, 01 Jan 2026 00:00:00 +0000\n")
+  " -- The Kelvra developers <kelvra@kelvra.invalid>  Thu, 01 Jan 2026 00:00:00 +0000\n")
 add_custom_target(kelvra_reference
   COMMAND $<TARGET_FILE:kelvra_cli> --reference man | gzip -9n > kelvra.1.gz
   COMMAND $<TARGET_FILE:kelvra_cli> --reference bash > kelvra.bash
@@ -37,7 +37,7 @@ install(FILES ${kelvra_reference}/changelog.gz DESTINATION ${CMAKE_INSTALL_DOCDI
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME kelvra)
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
-set(CPACK_PACKAGE_CONTACT "The Kelvra developers <kelvra@localhost.localdomain>")
+set(CPACK_PACKAGE_CONTACT "The Kelvra developers <kelvra@kelvra.invalid>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "look at laser scans, render and convert them")
 set(CPACK_PACKAGE_DESCRIPTION "Loads LAS, LAZ, XYZ and PTS files, shows them in a window, draws and renders\n pictures, and writes points, hair, particles and splines.")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)

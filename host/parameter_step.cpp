@@ -12,4 +12,12 @@ bool KeepParameters(BaseList2D* node) {
   return kept != FALSE;
 }
 
+OneStep::OneStep(BaseDocument* doc) : doc_(doc) {
+  Impl(doc_)->undo->Join(true);
+}
+
+OneStep::~OneStep() {
+  Impl(doc_)->undo->Join(false);
+}
+
 } // namespace host

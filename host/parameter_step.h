@@ -12,4 +12,16 @@ namespace host {
  */
 bool KeepParameters(BaseList2D* node);
 
+/** All undo steps that end while this lives are one. Not to be nested. */
+class OneStep {
+public:
+  explicit OneStep(BaseDocument* doc);
+  ~OneStep();
+  OneStep(const OneStep&) = delete;
+  OneStep& operator=(const OneStep&) = delete;
+
+private:
+  BaseDocument* doc_;
+};
+
 } // namespace host

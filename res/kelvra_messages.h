@@ -42,6 +42,18 @@ enum {
    */
   KELVRA_MESSAGE_UPDATE_CHECK = 1037615,
 
+  /**
+   * To a point cloud object: how many of its points lie at which heights? Data: KelvraHeights*. FALSE, and
+   * the data stay as they are, for an unknown version and for an object without points.
+   */
+  KELVRA_MESSAGE_HEIGHTS = 1037616,
+
+  /**
+   * To a point cloud object: which of the points that it shows is met first along a line of sight? Data:
+   * KelvraSight*. FALSE, and the data stay as they are, for an unknown version and where there is none.
+   */
+  KELVRA_MESSAGE_SIGHT = 1037617,
+
   KELVRA_CLOUD = 1037074,
   KELVRA_HOOK = 1037078,
   KELVRA_RECORDER = 1037073, // video post
@@ -224,6 +236,28 @@ struct KelvraSpread {
   Vector min, max; // result
   LONG outside;    // result: points outside the box
   LVector origin, scale;
+};
+
+/** The asker owns structure and array. Heights are those of the files, as ramps count them. */
+struct KelvraHeights {
+  LONG version;          // 1
+  LReal from, to;        // set by the asker: the bins divide what lies between, both ends included
+  LONG binCount;         // set by the asker; at least 1
+  LONG* bins;            // result: points of each
+  LONG below, above;     // result: points outside of the bins
+  LReal lowest, highest; // result: of all points
+};
+
+/** Places and directions are in the object's own coordinates. The asker owns structure and text. */
+struct KelvraSight {
+  LONG version;       // 1
+  Vector from, along; // set by the asker; `along` has length 1
+  LReal reach;        // set by the asker: greatest distance from the line, as a part of that from the eye
+  Vector position;    // result
+  Vector color;       // result: 0 to 1
+  LVector file;       // result: in the coordinates of its file
+  String* source;     // result: path of the file; empty for points from another plug-in
+  LONG number;        // result: among the loaded points of its file, from 0
 };
 
 struct KelvraUpdateCheck {

@@ -5,18 +5,9 @@
 #include "host/application.h"
 #include "otallyframe.h"
 
-#include <algorithm>
-#include <cmath>
-
 namespace cli {
 
 namespace {
-
-/** Decimals that tell the ends of a range apart. */
-int DecimalsFor(double range) {
-  if (!(range > 0.0)) return 2;
-  return (int)std::clamp(2.0 - std::floor(std::log10(range)), 0.0, 6.0);
-}
 
 std::string RampWithoutEffect(const CloudSession& session) {
   for (const CloudSession::Setting& setting : session.Settings())

@@ -1,6 +1,8 @@
 #include "cli/text/format.h"
 
+#include <algorithm>
 #include <charconv>
+#include <cmath>
 
 namespace cli {
 
@@ -19,6 +21,11 @@ std::string Fixed(double value, int decimals) {
   const std::to_chars_result end =
       std::to_chars(text, text + sizeof text, value, std::chars_format::fixed, decimals);
   return std::string(text, end.ptr);
+}
+
+int DecimalsFor(double range) {
+  if (!(range > 0.0)) return 2;
+  return (int)std::clamp(2.0 - std::floor(std::log10(range)), 0.0, 6.0);
 }
 
 std::string TwoDigits(double value) {

@@ -11,6 +11,8 @@ std::string Grouped(long long number);
 std::string Counted(long long number, const std::string& what);
 /** Fixed decimals. */
 std::string Fixed(double value, int decimals);
+/** Decimals that tell the ends of a range of that width apart. */
+int DecimalsFor(double range);
 /** Two digits, "0.00031". */
 std::string TwoDigits(double value);
 /** "12.3 MB". */

@@ -1,6 +1,7 @@
 #include "cli/view/file_browser.h"
 
 #include "cli/text/format.h"
+#include "cli/view/fitted_text.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -85,7 +86,10 @@ void FileBrowser::ShowEntries(float height) {
   if (ImGui::Selectable("..")) enter = folder_ + "/..";
   for (const Entry& entry : entries_) {
     if (question_.kind == FILESELECT_DIRECTORY && !entry.isFolder) continue;
-    const std::string shown = entry.isFolder ? entry.name + "/" : entry.name;
+    const std::string bytes = entry.isFolder ? std::string() : Bytes(entry.bytes);
+    const float room = ImGui::GetContentRegionAvail().x - ImGui::CalcTextSize(bytes.c_str()).x;
+    const std::string name = entry.isFolder ? entry.name + "/" : entry.name;
+    const std::string shown = Shortened(name, room - ImGui::GetFontSize()) + "###" + entry.name;
     if (ImGui::Selectable(shown.c_str(), entry.name == name_, ImGuiSelectableFlags_AllowDoubleClick)) {
       replaceAsked_ = false;
       if (entry.isFolder)
@@ -95,9 +99,9 @@ void FileBrowser::ShowEntries(float height) {
         if (ImGui::IsMouseDoubleClicked(ImGuiMouseButton_Left)) Choose();
       }
     }
+    ExplainShortened(name, room - ImGui::GetFontSize());
     if (entry.isFolder) continue;
-    const std::string bytes = Bytes(entry.bytes);
-    ImGui::SameLine(ImGui::GetContentRegionAvail().x - ImGui::CalcTextSize(bytes.c_str()).x);
+    ImGui::SameLine(room);
     ImGui::TextDisabled("%s", bytes.c_str());
   }
   ImGui::EndChild();

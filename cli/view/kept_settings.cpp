@@ -33,6 +33,13 @@ KeptSettings KeptSettings::Load() {
   kept.width = number("width", kept.width, 320, 16384);
   kept.height = number("height", kept.height, 240, 16384);
   kept.renderWidth = number("render_width", kept.renderWidth, 16, 16384);
+  const auto pane = [&number](const char* name, float* size) {
+    *size = (float)number(name, (int)*size, 40, 16384);
+  };
+  pane("left_pane", &kept.panes.left);
+  pane("objects_pane", &kept.panes.objects);
+  pane("console_pane", &kept.panes.console);
+  pane("explanation_pane", &kept.panes.explained);
   if (json.contains("folder") && json["folder"].is_string()) kept.folder = json["folder"];
   return kept;
 }
@@ -42,8 +49,14 @@ void KeptSettings::Save() const {
   if (path.empty()) return;
   std::error_code ignored;
   fs::create_directories(path.parent_path(), ignored);
-  const nlohmann::json json = {
-      {"width", width}, {"height", height}, {"render_width", renderWidth}, {"folder", folder}};
+  const nlohmann::json json = {{"width", width},
+                               {"height", height},
+                               {"render_width", renderWidth},
+                               {"folder", folder},
+                               {"left_pane", (int)panes.left},
+                               {"objects_pane", (int)panes.objects},
+                               {"console_pane", (int)panes.console},
+                               {"explanation_pane", (int)panes.explained}};
   std::ofstream(path) << json.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) << "\n";
 }
 

@@ -2,6 +2,7 @@
 
 #include "cli/text/format.h"
 #include "cli/view/curve_widget.h"
+#include "cli/view/fitted_text.h"
 #include "host/application.h"
 
 #include <algorithm>
@@ -32,6 +33,11 @@ Shown ShownAs(Unit unit) {
 
 double Bound(const std::optional<host::resource::Numbers>& limit, int axis, double otherwise) {
   return limit ? (*limit)[(std::size_t)axis] : otherwise;
+}
+
+/** Coordinates in full: they differ in their last digits. */
+const char* FormatOf(const Shown& shown, double largest) {
+  return shown.factor == 1.0 && std::abs(largest) >= 1e5 ? "%.10g" : shown.format;
 }
 
 double StepOf(const Parameter& parameter, double value) {
@@ -116,10 +122,10 @@ void ParameterPanel::ShowItems(const Tree& tree, std::size_t at, int depth) {
 void ParameterPanel::ShowLabel(const Parameter& parameter) const {
   const float width = ImGui::GetContentRegionAvail().x * 0.46f, left = ImGui::GetCursorPosX();
   ImGui::AlignTextToFramePadding();
-  const ImVec2 start = ImGui::GetCursorScreenPos();
-  ImGui::PushClipRect(start, ImVec2(start.x + width - 4, start.y + ImGui::GetFrameHeight()), true);
-  ImGui::TextUnformatted(parameter.longName.c_str());
-  ImGui::PopClipRect();
+  // The short name where the long one does not fit.
+  const float room = width - 6 * scale_;
+  const bool fits = ImGui::CalcTextSize(parameter.longName.c_str()).x <= room;
+  ImGui::TextUnformatted(Shortened(fits ? parameter.longName : parameter.shortName, room).c_str());
   if (ImGui::IsItemHovered()) {
     const Shown shown = ShownAs(parameter.unit);
     std::string text = parameter.longName + "\n" + parameter.identifier + ", " + std::to_string(parameter.id);
@@ -221,7 +227,8 @@ bool ParameterPanel::ShowReal(const Parameter& parameter, GeData* value) {
     const double low = Bound(parameter.min, 0, -DBL_MAX / 1e3) * shown.factor;
     const double high = Bound(parameter.max, 0, DBL_MAX / 1e3) * shown.factor;
     const float speed = (float)(StepOf(parameter, value->GetReal()) * shown.factor * 0.5);
-    changed = ImGui::DragScalar("##value", ImGuiDataType_Double, &number, speed, &low, &high, shown.format);
+    changed = ImGui::DragScalar("##value", ImGuiDataType_Double, &number, speed, &low, &high,
+                                FormatOf(shown, number));
   }
   if (changed) value->SetReal(number / shown.factor);
   return changed;
@@ -240,7 +247,8 @@ bool ParameterPanel::ShowVector(const Parameter& parameter, GeData* value) {
   double xyz[3] = {vector.x * shown.factor + 0.0, vector.y * shown.factor + 0.0,
                    vector.z * shown.factor + 0.0};
   const float speed = (float)(StepOf(parameter, vector.GetLength()) * shown.factor * 0.5);
-  if (!ImGui::DragScalarN("##value", ImGuiDataType_Double, xyz, 3, speed, nullptr, nullptr, shown.format))
+  if (!ImGui::DragScalarN("##value", ImGuiDataType_Double, xyz, 3, speed, nullptr, nullptr,
+                          FormatOf(shown, vector.GetLength())))
     return false;
   value->SetVector(Vector(xyz[0], xyz[1], xyz[2]) / shown.factor);
   return true;

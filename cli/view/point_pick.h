@@ -10,10 +10,10 @@ namespace cli {
 
 struct PickedPoint {
   Vector world;
-  double file[3] = {0, 0, 0}; ///< coordinates in its file
-  Vector color;               ///< 0 to 1
-  LONG index = 0;             ///< in its file, from 0
-  std::string source;         ///< path of the file; empty for points from elsewhere
+  LVector file;       ///< coordinates in its file
+  Vector color;       ///< 0 to 1
+  LONG index = 0;     ///< in its file, from 0
+  std::string source; ///< path of the file; empty for points from elsewhere
   std::string Text() const;
 };
 

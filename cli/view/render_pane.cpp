@@ -2,13 +2,13 @@
 
 #include "cli/commands/render/scene_setup.h"
 #include "cli/text/format.h"
+#include "cli/view/pixel_explanation.h"
 #include "host/application.h"
 #include "kelvra_messages.h"
 
 #include <algorithm>
 #include <cmath>
 #include <imgui.h>
-#include <regex>
 #include <set>
 
 namespace cli {
@@ -42,13 +42,6 @@ private:
 
 std::uint8_t Shown(float sample) {
   return sample > 0.0f ? (std::uint8_t)std::lround(std::min(sample, 1.0f) * 255.0f) : 0;
-}
-
-/** Distance at which the ray enters the first point, out of the explanation; negative without one. */
-double FirstEntry(const std::string& text) {
-  std::smatch match;
-  if (!std::regex_search(text, match, std::regex("point [0-9]+, entry ([-+.0-9e]+)"))) return -1.0;
-  return std::stod(match[1]);
 }
 
 } // namespace
@@ -96,29 +89,26 @@ std::string RenderPane::Render(const host::ViewCamera& camera, double aspect,
          Fixed(outcome.seconds, 1) + " s; click a pixel to see what made it";
 }
 
-std::string RenderPane::Explain(const Pixel& pixel, std::optional<Vector>* place) {
+std::string RenderPane::Explain(const Pixel& pixel, std::vector<Vector>* places) {
   marked_ = pixel;
   LitScene scene(session_, plan_);
   host::RenderOptions& render = scene.Options();
   render.camera = camera_;
   render.probeX = pixel.x;
   render.probeY = pixel.y;
-  std::string explanation = "pixel " + std::to_string(pixel.x) + "," + std::to_string(pixel.y) + "\n";
-  int rays = 0;
+  PixelExplanation explanation;
   render.probe = [&](VolumeData* vd) {
     String text;
     KelvraRayExplanation question = {1, vd, &text};
     BaseSceneHook* hook = session_.Document()->FindSceneHook(KELVRA_HOOK);
     if (!hook || !hook->Message(KELVRA_MESSAGE_EXPLAIN_RAY, &question)) return;
-    const std::string lines = host::Utf8(text);
-    explanation += "ray " + std::to_string(++rays) + "\n" + lines;
-    const double entry = FirstEntry(lines);
-    if (!*place && entry >= 0.0) *place = Vector(vd->ray->p) + Vector(vd->ray->v) * entry;
+    explanation.AddRay(Vector(vd->ray->p), Vector(vd->ray->v), host::Utf8(text));
   };
   host::RenderJob job(session_.Document(), render);
   const host::RenderOutcome outcome = job.RenderFrame();
   if (!outcome.Ok()) return outcome.message;
-  return rays > 0 ? explanation : explanation + "no points are rendered\n";
+  for (const PixelPoint& point : explanation.Points()) places->push_back(point.place);
+  return "pixel " + std::to_string(pixel.x) + "," + std::to_string(pixel.y) + ", " + explanation.Text();
 }
 
 std::string RenderPane::Save(const std::string& path) const {

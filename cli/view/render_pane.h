@@ -9,6 +9,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace cli {
 
@@ -21,8 +22,8 @@ public:
    * done a few times a second, between frames of the interface. Returns a line about how it ended.
    */
   std::string Render(const host::ViewCamera& camera, double aspect, const std::function<void(double)>& goOn);
-  /** Asks the module about the pixel; *place becomes that of the first point that its ray meets. */
-  std::string Explain(const Pixel& pixel, std::optional<Vector>* place);
+  /** Asks the module about the pixel; *places are those of the points that its rays meet, in that order. */
+  std::string Explain(const Pixel& pixel, std::vector<Vector>* places);
   /** Empty, or one line that says why it was not saved. */
   std::string Save(const std::string& path) const;
   void Forget();

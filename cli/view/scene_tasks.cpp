@@ -4,8 +4,10 @@
 #include "cli/view/point_pick.h"
 #include "cli/view/view_application.h"
 #include "host/application.h"
+#include "host/parameter_step.h"
 #include "otallyframe.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <stdexcept>
 
@@ -17,6 +19,13 @@ namespace {
 
 /** Pixels around the pointer in which a point counts as meant. */
 constexpr double kPickReach = 5.0;
+/** Points above which looking for one is noticed. */
+constexpr long long kManyPoints = 5000000;
+
+/** Without what a command line would do about it. */
+std::string ForPeople(const std::string& note) {
+  return note.substr(0, note.find(" (--"));
+}
 
 /** "kelvra_0001.png", the first that is free in the folder. */
 std::string FreePictureName(const std::string& folder) {
@@ -29,6 +38,13 @@ std::string FreePictureName(const std::string& folder) {
   }
 }
 
+/** Tells clouds apart by what was loaded: "scan", "scan and 2 more". */
+void NameAfterFiles(BaseObject* cloud, const std::vector<std::string>& files) {
+  std::string name = fs::u8path(files.front()).stem().u8string();
+  if (files.size() > 1) name += " and " + std::to_string(files.size() - 1) + " more";
+  cloud->SetName(host::FromUtf8(name));
+}
+
 } // namespace
 
 void ViewApplication::Report(const std::string& line) {
@@ -38,6 +54,7 @@ void ViewApplication::Report(const std::string& line) {
 void ViewApplication::UseDocument(BaseDocument* doc) {
   viewport_.Forget();
   render_.Forget();
+  heights_.Forget();
   explanation_.clear();
   selected_.SetLink(nullptr);
   showsPreferences_ = false;
@@ -54,25 +71,48 @@ void ViewApplication::OpenFirst() {
   if (session_.Document() != before) {
     viewport_.Forget();
     path_ = plan_.input.files.front();
+  } else if (!session_.Clouds().empty()) {
+    NameAfterFiles(session_.Clouds().front(), plan_.input.files);
   }
-  for (const std::string& note : viewport_.PrepareClouds()) Report(note);
+  for (const std::string& note : viewport_.PrepareClouds()) Report(ForPeople(note));
   Select(session_.Document()->GetFirstObject());
   TakeAsSaved();
 }
 
 void ViewApplication::LoadClouds(const std::vector<std::string>& files) {
   if (files.size() == 1 && host::IsSceneFile(files.front())) return OpenScene(files.front());
-  const bool first = session_.Clouds().empty();
-  session_.Use(session_.Document());
-  session_.Open(files, {}, plan_.input.trust);
-  for (const FileReport& report : session_.Reports())
-    if (report.outcome != FileOutcome::Whole) Report(report.path + ": " + report.message);
-  if (!files.empty()) kept_.folder = fs::u8path(files.front()).parent_path().u8string();
-  for (const std::string& note : viewport_.PrepareClouds()) Report(note);
-  if (first) viewport_.FrameAll();
-  const std::vector<BaseObject*> clouds = session_.Clouds();
+  kept_.folder = fs::u8path(files.front()).parent_path().u8string();
+  const std::size_t before = session_.Clouds().size();
+  OpenClouds(files);
+  std::vector<BaseObject*> clouds = session_.Clouds();
+  CloudStats stats;
+  if (clouds.size() > before && ReadCloudStats(clouds.front(), &stats) && stats.Points() == 0) {
+    // Nothing came of it: the scene is as it was.
+    session_.Document()->DoUndo();
+    return Select(session_.Document()->GetFirstObject());
+  }
+  if (before == 0) viewport_.FrameAll();
   if (!clouds.empty()) Select(clouds.front());
   wantsView_ = true;
+}
+
+/** Into a new cloud, as one undo step. */
+void ViewApplication::OpenClouds(const std::vector<std::string>& files) {
+  const host::OneStep step(session_.Document());
+  const std::size_t lines = session_.App().GetConsole().Lines(0).size();
+  const std::size_t before = session_.Clouds().size();
+  session_.Use(session_.Document());
+  session_.Open(files, {}, plan_.input.trust);
+  const std::vector<std::string> said = session_.App().GetConsole().Lines(lines);
+  for (const FileReport& report : session_.Reports()) {
+    const bool known = std::any_of(said.begin(), said.end(), [&report](const std::string& line) {
+      return line.compare(0, report.path.size(), report.path) == 0;
+    });
+    if (report.outcome != FileOutcome::Whole && !known) Report(report.path + ": " + report.message);
+  }
+  if (session_.Points() == 0) return;
+  for (const std::string& note : viewport_.PrepareClouds()) Report(ForPeople(note));
+  if (session_.Clouds().size() > before) NameAfterFiles(session_.Clouds().front(), files);
 }
 
 void ViewApplication::LoadByDialog(bool folder) {
@@ -160,24 +200,41 @@ void ViewApplication::SavePicture() {
 }
 
 void ViewApplication::Explain(const Pixel& pixel) {
-  std::optional<Vector> place;
-  busy_.text = "explaining";
-  explanation_ = render_.Explain(pixel, &place);
-  viewport_.Mark(place, place ? "first point of the pixel" : "");
+  std::vector<Vector> places;
+  Announce("explaining");
+  explanation_ = render_.Explain(pixel, &places);
+  viewport_.Mark(places, places.size() == 1
+                             ? "the point of the pixel"
+                             : "first of the pixel's " + Counted((long long)places.size(), "point"));
 }
 
 void ViewApplication::Pick(const PicturePlace& place) {
   const double reach = kPickReach / viewport_.HalfHeight();
-  const bool saved = !IsChanged();
+  if (viewport_.PointsShown() > kManyPoints) Announce("looking for the point");
   const std::optional<PickedPoint> picked =
       PickPoint(session_, viewport_.Camera(), viewport_.Aspect(), place, reach);
-  if (saved) savedStamp_ = DocumentStamp(session_.Document());
-  if (!picked) return viewport_.Mark(std::nullopt);
-  viewport_.Mark(picked->world, picked->Text());
+  if (!picked) return viewport_.Mark({});
+  viewport_.Mark({picked->world}, picked->Text());
   std::string line = picked->Text();
   for (char& c : line)
     if (c == '\n') c = ' ';
   Report(line);
+}
+
+/** One undo step: the parameters, and the colours that follow from them. */
+void ViewApplication::ColorByHeight(BaseObject* cloud, const HeightRamp& ramp) {
+  double lowShare = 0.0, highShare = 1.0;
+  if (!SharesOfHeights(cloud, ramp.from, ramp.to, &lowShare, &highShare)) return;
+  Announce("coloring by height");
+  const host::OneStep step(session_.Document());
+  const auto set = [&](LONG id, const GeData& value) {
+    edits_.SetParameter(cloud, DescID(id), value, false);
+  };
+  set(KELVRA_RAMP, GeData(ramp.ramp));
+  set(KELVRA_RAMP_LOW, GeData(lowShare));
+  set(KELVRA_RAMP_HIGH, GeData(highShare));
+  set(KELVRA_COLOR_MODE, GeData(KELVRA_COLOR_MODE_POINT));
+  Press(cloud, KELVRA_COLOR_AGAIN);
 }
 
 void ViewApplication::Screenshot() {
@@ -193,6 +250,8 @@ void ViewApplication::Undo(bool redo) {
   if (!(redo ? doc->DoRedo() : doc->DoUndo())) Report(redo ? "nothing to redo" : "nothing to undo");
   edits_.LetGo();
   viewport_.Redraw();
+  // What was selected may be gone, or be another copy of itself.
+  if (!showsPreferences_ && !Selected()) Select(doc->GetFirstObject());
 }
 
 void ViewApplication::Select(BaseList2D* node) {

@@ -48,6 +48,8 @@ ViewApplication::ViewApplication(const ViewPlan& plan)
                         });
                         return found;
                       }}),
+      heights_(
+          [this](BaseObject* cloud, const HeightRamp& ramp) { Later([=] { ColorByHeight(cloud, ramp); }); }),
       panels_(!plan.noPanels) {
   render_.Plan().view.size.width = kept_.renderWidth;
   ConnectHost();
@@ -161,6 +163,12 @@ void ViewApplication::Progress(const std::string& text, int percent) {
   if (Now() - busy_.lastFrame < kBusyInterval) return;
   Frame(0.0);
   busy_.lastFrame = Now();
+}
+
+void ViewApplication::Announce(const std::string& text) {
+  busy_.text = text;
+  busy_.percent = kCannotStop;
+  Frame(0.0);
 }
 
 std::string ViewApplication::AskFile(const host::Dialogs::FileQuestion& question) {

@@ -4,6 +4,7 @@
 #include "cli/session/cloud_session.h"
 #include "cli/view/edits.h"
 #include "cli/view/file_browser.h"
+#include "cli/view/height_panel.h"
 #include "cli/view/kept_settings.h"
 #include "cli/view/parameter_panel.h"
 #include "cli/view/render_pane.h"
@@ -19,6 +20,8 @@ namespace cli {
 
 /** What is shown once the user stopped the work. */
 constexpr const char* kStopping = "stopping";
+/** In place of a percentage: work that is too short to be stopped. */
+constexpr int kCannotStop = -1;
 
 class ViewApplication {
 public:
@@ -59,6 +62,7 @@ private:
   // What the user can do with documents, in scene_tasks.cpp.
   void OpenFirst();
   void LoadClouds(const std::vector<std::string>& files);
+  void OpenClouds(const std::vector<std::string>& files);
   void LoadByDialog(bool folder);
   void OpenScene(const std::string& path);
   void NewScene();
@@ -72,6 +76,7 @@ private:
   void SavePicture();
   void Explain(const Pixel& pixel);
   void Pick(const PicturePlace& place);
+  void ColorByHeight(BaseObject* cloud, const HeightRamp& ramp);
   void Screenshot();
   void Undo(bool redo);
   void Select(BaseList2D* node);
@@ -81,6 +86,7 @@ private:
 
   // What is drawn, in view_panes.cpp.
   void DrawAll();
+  void DrawPanes(float top, float status);
   void DrawMenu();
   void DrawObjects();
   void DrawObject(BaseObject* op);
@@ -102,6 +108,8 @@ private:
   bool IsBusy() const { return working_ && !busy_.text.empty(); }
   /** The document as it is now needs no saving. */
   void TakeAsSaved();
+  /** Says in the status line what is being done, before it is done. */
+  void Announce(const std::string& text);
   /** Draws what changed; true while there is more to do. */
   bool UpdateView();
 
@@ -113,6 +121,7 @@ private:
   RenderPane render_;
   Edits edits_;
   ParameterPanel panel_;
+  HeightPanel heights_;
   FileBrowser browser_;
   Question question_;
 

@@ -1,8 +1,10 @@
 #include "cli/session/preferences_page.h"
 #include "cli/text/format.h"
 #include "cli/view/document_stamp.h"
+#include "cli/view/fitted_text.h"
 #include "cli/view/view_application.h"
 #include "host/application.h"
+#include "kelvra_messages.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -50,6 +52,42 @@ void Place(float x, float y, float width, float height) {
   ImGui::SetNextWindowSize(ImVec2(std::max(1.0f, width), std::max(1.0f, height)));
 }
 
+constexpr float kSplitter = 5.0f; ///< width, pixels of an ordinary screen
+
+/** A bar to take hold of: `growth` is added to the size for each pixel to the right or down. */
+void DrawBar(bool upright, const ImVec2& room, float growth, float* size) {
+  ImGui::InvisibleButton("bar", ImVec2(std::max(1.0f, room.x), std::max(1.0f, room.y)));
+  const bool held = ImGui::IsItemActive();
+  if (held) *size += (upright ? ImGui::GetIO().MouseDelta.x : ImGui::GetIO().MouseDelta.y) * growth;
+  if (!held && !ImGui::IsItemHovered()) return;
+  ImGui::SetMouseCursor(upright ? ImGuiMouseCursor_ResizeEW : ImGuiMouseCursor_ResizeNS);
+  ImGui::GetWindowDrawList()->AddRectFilled(
+      ImGui::GetItemRectMin(), ImGui::GetItemRectMax(),
+      ImGui::GetColorU32(held ? ImGuiCol_SeparatorActive : ImGuiCol_SeparatorHovered));
+}
+
+/** Where a bar between two panes lies. */
+struct Splitter {
+  const char* name;
+  bool upright;
+  float x, y, length;
+  float growth; ///< of its pane, as DrawBar has it
+};
+
+void DrawSplitter(const Splitter& splitter, float scale, float* size) {
+  const float width = kSplitter * scale;
+  const ImVec2 room = splitter.upright ? ImVec2(width, splitter.length) : ImVec2(splitter.length, width);
+  Place(splitter.x, splitter.y, room.x, room.y);
+  ImGui::PushStyleVar(ImGuiStyleVar_WindowPadding, ImVec2(0, 0));
+  ImGui::PushStyleVar(ImGuiStyleVar_WindowMinSize, ImVec2(1, 1));
+  ImGui::PushStyleVar(ImGuiStyleVar_WindowBorderSize, 0.0f);
+  const int bare = ImGuiWindowFlags_NoTitleBar | ImGuiWindowFlags_NoScrollbar | ImGuiWindowFlags_NoNav;
+  if (ImGui::Begin(splitter.name, nullptr, kPane | bare))
+    DrawBar(splitter.upright, room, splitter.growth / scale, size);
+  ImGui::End();
+  ImGui::PopStyleVar(3);
+}
+
 } // namespace
 
 void ViewApplication::DrawAll() {
@@ -64,29 +102,12 @@ void ViewApplication::DrawAll() {
     if (!modal) TakeShortcuts(key);
   float top = 0.0f;
   const float status = panels_ ? ImGui::GetFrameHeight() + 8 * scale : 0.0f;
-  const float left = panels_ ? std::min(380 * scale, size.x * 0.4f) : 0.0f;
-  const float console = panels_ ? std::min(130 * scale, size.y * 0.25f) : 0.0f;
   ImGui::BeginDisabled(IsBusy() && !modal);
   if (panels_) {
     DrawMenu();
     top = ImGui::GetFrameHeight();
-    const float middle = top + (size.y - top - status) * 0.28f;
-    Place(0, top, left, middle - top);
-    if (ImGui::Begin("Objects", nullptr, kPane)) DrawObjects();
-    ImGui::End();
-    Place(0, middle, left, size.y - middle - status);
-    if (ImGui::Begin("Parameters", nullptr, kPane)) DrawParameters();
-    ImGui::End();
-    Place(left, size.y - console - status, size.x - left, console);
-    if (ImGui::Begin("Console", nullptr, kPane)) DrawConsole();
-    ImGui::End();
   }
-  Place(left, top, size.x - left, size.y - top - console - status);
-  ImGui::PushStyleVar(ImGuiStyleVar_WindowPadding, ImVec2(panels_ ? 4.0f : 0.0f, panels_ ? 4.0f : 0.0f));
-  if (ImGui::Begin("View", nullptr, kPane | ImGuiWindowFlags_NoTitleBar | ImGuiWindowFlags_NoNavInputs))
-    DrawCentre();
-  ImGui::End();
-  ImGui::PopStyleVar();
+  DrawPanes(top, status);
   ImGui::EndDisabled();
   if (panels_ || IsBusy()) {
     Place(0, size.y - ImGui::GetFrameHeight() - 8 * scale, size.x, ImGui::GetFrameHeight() + 8 * scale);
@@ -97,6 +118,42 @@ void ViewApplication::DrawAll() {
   browser_.Show(scale);
   DrawQuestion();
   DrawHelp();
+}
+
+/** Objects and parameters at the left, the view above the console at the right. */
+void ViewApplication::DrawPanes(float top, float status) {
+  const float scale = window_.Scale(), bar = kSplitter * scale;
+  const ImVec2 size = ImGui::GetIO().DisplaySize;
+  const float bottom = size.y - status;
+  PaneSizes& panes = kept_.panes;
+  float left = 0.0f, console = 0.0f;
+  if (panels_) {
+    // A small window leaves the view half of it; the sizes are kept for a large one.
+    const auto fit = [scale](float* kept, float low, float room) {
+      return std::min((*kept = std::max(*kept, low)) * scale, room);
+    };
+    left = fit(&panes.left, 200, size.x * 0.5f);
+    console = fit(&panes.console, 60, (bottom - top) * 0.5f);
+    const float objects = fit(&panes.objects, 90, (bottom - top) * 0.7f);
+    Place(0, top, left - bar, objects - bar);
+    if (ImGui::Begin("Objects", nullptr, kPane)) DrawObjects();
+    ImGui::End();
+    Place(0, top + objects, left - bar, bottom - top - objects);
+    if (ImGui::Begin("Parameters", nullptr, kPane)) DrawParameters();
+    ImGui::End();
+    Place(left, bottom - console + bar, size.x - left, console - bar);
+    if (ImGui::Begin("Console", nullptr, kPane)) DrawConsole();
+    ImGui::End();
+    DrawSplitter({"##left", true, left - bar, top, bottom - top, 1.0f}, scale, &panes.left);
+    DrawSplitter({"##objects", false, 0, top + objects - bar, left - bar, 1.0f}, scale, &panes.objects);
+    DrawSplitter({"##console", false, left, bottom - console, size.x - left, -1.0f}, scale, &panes.console);
+  }
+  Place(left, top, size.x - left, bottom - top - console);
+  ImGui::PushStyleVar(ImGuiStyleVar_WindowPadding, ImVec2(panels_ ? 4.0f : 0.0f, panels_ ? 4.0f : 0.0f));
+  if (ImGui::Begin("View", nullptr, kPane | ImGuiWindowFlags_NoTitleBar | ImGuiWindowFlags_NoNavInputs))
+    DrawCentre();
+  ImGui::End();
+  ImGui::PopStyleVar();
 }
 
 void ViewApplication::TakeShortcuts(const Window::Key& key) {
@@ -212,7 +269,10 @@ void ViewApplication::DrawObject(BaseObject* op) {
   const int flags = ImGuiTreeNodeFlags_DefaultOpen | ImGuiTreeNodeFlags_OpenOnArrow |
                     ImGuiTreeNodeFlags_SpanAvailWidth | (selected ? ImGuiTreeNodeFlags_Selected : 0) |
                     (op->GetDown() ? 0 : ImGuiTreeNodeFlags_Leaf);
-  const bool open = ImGui::TreeNodeEx("##node", flags, "%s", name.empty() ? "(no name)" : name.c_str());
+  const float room = ImGui::GetContentRegionAvail().x - ImGui::GetTreeNodeToLabelSpacing();
+  const bool open =
+      ImGui::TreeNodeEx("##node", flags, "%s", name.empty() ? "(no name)" : Shortened(name, room).c_str());
+  ExplainShortened(name, room);
   if (ImGui::IsItemClicked() || (ImGui::IsItemFocused() && ImGui::IsItemActivated())) Select(op);
   if (ImGui::BeginPopupContextItem()) {
     Select(op);
@@ -247,7 +307,10 @@ void ViewApplication::DrawObjects() {
 void ViewApplication::DrawParameters() {
   BaseList2D* node = Selected();
   if (!node) return ImGui::TextDisabled("Select an object to see its parameters.");
-  panel_.Show(node, window_.Scale());
+  const float scale = window_.Scale();
+  if (node->GetType() == KELVRA_CLOUD && ImGui::CollapsingHeader("Heights", ImGuiTreeNodeFlags_DefaultOpen))
+    heights_.Show(static_cast<BaseObject*>(node), scale);
+  panel_.Show(node, scale);
 }
 
 void ViewApplication::DrawCentre() {
@@ -297,12 +360,19 @@ void ViewApplication::DrawPicture() {
   ImGui::TextDisabled(render_.HasPicture() ? "Click a pixel to see what made it."
                                            : "Renders what the view shows, with light and shadow.");
   const float room = ImGui::GetContentRegionAvail().x;
-  const float text = explanation_.empty() ? 0.0f : std::min(430 * window_.Scale(), room * 0.45f);
+  const float bar = kSplitter * window_.Scale();
+  const float text =
+      explanation_.empty() ? 0.0f : std::min(kept_.panes.explained * window_.Scale(), room * 0.7f) + bar;
   if (ImGui::BeginChild("picture", ImVec2(room - text, 0)))
     if (const auto pixel = render_.Show()) Later([this, pixel] { Explain(*pixel); });
   ImGui::EndChild();
   if (explanation_.empty()) return;
-  ImGui::SameLine();
+  ImGui::SameLine(0, 0);
+  DrawBar(true, ImVec2(bar, ImGui::GetContentRegionAvail().y), -1.0f / window_.Scale(),
+          &kept_.panes.explained);
+  kept_.panes.explained =
+      std::clamp(kept_.panes.explained, 120.0f, std::max(120.0f, room * 0.7f / window_.Scale()));
+  ImGui::SameLine(0, 0);
   if (ImGui::BeginChild("explanation", ImVec2(0, 0), true, ImGuiWindowFlags_HorizontalScrollbar))
     ImGui::TextUnformatted(explanation_.c_str());
   ImGui::EndChild();
@@ -313,12 +383,13 @@ void ViewApplication::DrawConsole() {
   clipper.Begin((int)lines_.size());
   while (clipper.Step())
     for (int i = clipper.DisplayStart; i < clipper.DisplayEnd; ++i)
-      ImGui::TextUnformatted(lines_[(std::size_t)i].c_str());
+      ShowFitted(lines_[(std::size_t)i], ImGui::GetContentRegionAvail().x);
   if (ImGui::GetScrollY() >= ImGui::GetScrollMaxY()) ImGui::SetScrollHereY(1.0f);
 }
 
 void ViewApplication::DrawStatus() {
   if (IsBusy() && !browser_.IsOpen() && question_.text.empty()) {
+    if (busy_.percent == kCannotStop) return ImGui::TextUnformatted((busy_.text + "...").c_str());
     const std::string text = busy_.text + " " + std::to_string(busy_.percent) + " %";
     ImGui::ProgressBar((float)busy_.percent / 100.0f, ImVec2(300 * window_.Scale(), 0), text.c_str());
     ImGui::SameLine();
@@ -327,10 +398,13 @@ void ViewApplication::DrawStatus() {
   }
   const std::string name =
       path_.empty() ? "no scene file" : std::filesystem::u8path(path_).filename().u8string();
-  ImGui::Text("%s%s", name.c_str(), stamp_ != savedStamp_ ? ", changed" : "");
+  ShowFitted(name + (stamp_ != savedStamp_ ? ", changed" : ""), 340 * window_.Scale());
   ImGui::SameLine(360 * window_.Scale());
-  ImGui::Text("%s of %s drawn, %.0f frames a second", Grouped(viewport_.PointsDrawn()).c_str(),
-              Counted(viewport_.PointsShown(), "point").c_str(), viewport_.FramesPerSecond());
+  const double rate = viewport_.FramesPerSecond();
+  const std::string speed =
+      rate >= 1.0 || rate <= 0.0 ? Fixed(rate, 0) + " frames a second" : Fixed(1.0 / rate, 1) + " s a frame";
+  ImGui::Text("%s of %s drawn, %s", Grouped(viewport_.PointsDrawn()).c_str(),
+              Counted(viewport_.PointsShown(), "point").c_str(), speed.c_str());
 }
 
 void ViewApplication::DrawQuestion() {

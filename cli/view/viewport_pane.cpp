@@ -9,6 +9,7 @@
 #include <chrono>
 #include <cmath>
 #include <imgui.h>
+#include <iterator>
 #include <utility>
 
 namespace cli {
@@ -63,7 +64,7 @@ private:
 void ViewportPane::Forget() {
   const Window::Aside aside(window_);
   viewport_.reset();
-  mark_.reset();
+  marks_.clear();
   framed_ = false;
   stale_ = true;
 }
@@ -150,8 +151,8 @@ std::optional<PicturePlace> ViewportPane::TakeClick() {
   return std::exchange(click_, std::nullopt);
 }
 
-void ViewportPane::Mark(const std::optional<Vector>& place, const std::string& label) {
-  mark_ = place;
+void ViewportPane::Mark(const std::vector<Vector>& places, const std::string& label) {
+  marks_ = places;
   markLabel_ = label;
 }
 
@@ -162,6 +163,7 @@ void ViewportPane::Show(bool takesKeys) {
   ImGui::InvisibleButton("view", ImVec2((float)width_, (float)height_),
                          ImGuiButtonFlags_MouseButtonLeft | ImGuiButtonFlags_MouseButtonMiddle |
                              ImGuiButtonFlags_MouseButtonRight);
+  ImGui::SetItemAllowOverlap(); // an empty scene has a button above the view
   ImDrawList& list = *ImGui::GetWindowDrawList();
   const ImVec2 end(corner.x + (float)width_, corner.y + (float)height_);
   if (!texture_.IsEmpty()) list.AddImage(texture_.Handle(), corner, end);
@@ -170,7 +172,7 @@ void ViewportPane::Show(bool takesKeys) {
                         1.0 - 2.0 * (mouse.y - corner.y) / height_};
   MoveWithMouse(width_, height_, at);
   if (takesKeys) MoveWithKeys();
-  DrawMark(corner.x, corner.y, (float)width_, (float)height_);
+  DrawMarks(corner.x, corner.y, (float)width_, (float)height_);
   if (!error_.empty())
     list.AddText(ImVec2(corner.x + 12, corner.y + 12), IM_COL32(255, 120, 100, 255), error_.c_str());
 }
@@ -225,14 +227,23 @@ void ViewportPane::MoveWithKeys() {
   }
 }
 
-void ViewportPane::DrawMark(float x, float y, float width, float height) const {
-  PicturePlace place;
-  if (!mark_ || !Project(camera_, *mark_, Aspect(), &place)) return;
-  const ImVec2 at(x + (float)(place.x + 1.0) * 0.5f * width, y + (float)(1.0 - place.y) * 0.5f * height);
+void ViewportPane::DrawMarks(float x, float y, float width, float height) const {
   ImDrawList& list = *ImGui::GetWindowDrawList();
-  list.AddCircle(at, 8.0f, IM_COL32(0, 0, 0, 255), 24, 4.0f);
-  list.AddCircle(at, 8.0f, IM_COL32(255, 220, 60, 255), 24, 2.0f);
-  if (markLabel_.empty()) return;
+  ImVec2 at;
+  // The first one last, above all others.
+  for (auto mark = marks_.rbegin(); mark != marks_.rend(); ++mark) {
+    PicturePlace place;
+    const bool isFirst = std::next(mark) == marks_.rend();
+    if (!Project(camera_, *mark, Aspect(), &place)) {
+      if (isFirst) return;
+      continue;
+    }
+    at = ImVec2(x + (float)(place.x + 1.0) * 0.5f * width, y + (float)(1.0 - place.y) * 0.5f * height);
+    const float radius = isFirst ? 8.0f : 5.0f;
+    list.AddCircle(at, radius, IM_COL32(0, 0, 0, 255), 24, 4.0f);
+    list.AddCircle(at, radius, isFirst ? IM_COL32(255, 220, 60, 255) : IM_COL32(255, 140, 60, 255), 24, 2.0f);
+  }
+  if (marks_.empty() || markLabel_.empty()) return;
   const ImVec2 size = ImGui::CalcTextSize(markLabel_.c_str());
   const ImVec2 text(at.x + 14.0f + size.x < x + width ? at.x + 14.0f : at.x - 14.0f - size.x,
                     at.y + size.y + 8.0f < y + height ? at.y + 4.0f : at.y - size.y - 4.0f);

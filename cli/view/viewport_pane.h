@@ -31,8 +31,8 @@ public:
 
   /** Where the user clicked since the last call. */
   std::optional<PicturePlace> TakeClick();
-  /** Marks a place in the picture until the next call; nothing without one. */
-  void Mark(const std::optional<Vector>& place, const std::string& label = std::string());
+  /** Marks places in the picture until the next call, the first of them with a label. */
+  void Mark(const std::vector<Vector>& places, const std::string& label = std::string());
 
   /** Half the height of the pane, pixels. */
   double HalfHeight() const { return height_ > 1 ? height_ * 0.5 : 1.0; }
@@ -53,7 +53,7 @@ private:
   bool Draw(LONG everyNth);
   void MoveWithMouse(double paneWidth, double paneHeight, const PicturePlace& at);
   void MoveWithKeys();
-  void DrawMark(float x, float y, float width, float height) const;
+  void DrawMarks(float x, float y, float width, float height) const;
   void Moved();
 
   CloudSession& session_;
@@ -70,7 +70,7 @@ private:
   double lastMove_ = -1.0, drawSeconds_ = 0.0;
   long long pointsDrawn_ = 0, pointsShown_ = 0;
   std::optional<PicturePlace> click_;
-  std::optional<Vector> mark_;
+  std::vector<Vector> marks_;
   std::string markLabel_, error_;
   bool dragging_ = false;
 };

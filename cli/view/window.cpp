@@ -104,7 +104,20 @@ void Window::KeepOpen() {
   glfwSetWindowShouldClose(window_, GLFW_FALSE);
 }
 
+/** The interface looks at keys once a frame: one that was pressed and let go since the last is held for one.
+ */
+void Window::HoldBriefKeys() {
+  bool* down = ImGui::GetIO().KeysDown;
+  for (const Key& key : keys_)
+    if (key.number >= 0 && key.number < IM_ARRAYSIZE(ImGui::GetIO().KeysDown) && !down[key.number]) {
+      down[key.number] = true;
+      brief_.push_back(key.number);
+    }
+}
+
 void Window::BeginFrame(double patience) {
+  for (const int key : brief_) ImGui::GetIO().KeysDown[key] = false;
+  brief_.clear();
   if (lively_ > 0 || patience <= 0.0) {
     glfwPollEvents();
     --lively_;
@@ -113,6 +126,7 @@ void Window::BeginFrame(double patience) {
     glfwWaitEventsTimeout(patience);
     if (glfwGetTime() - start < patience * 0.95) lively_ = 3;
   }
+  HoldBriefKeys();
   ImGui_ImplOpenGL3_NewFrame();
   ImGui_ImplGlfw_NewFrame();
   ImGui::NewFrame();

@@ -54,6 +54,7 @@ public:
 
 private:
   void SetUpInterface();
+  void HoldBriefKeys();
   static void OnKey(GLFWwindow* window, int key, int code, int action, int modifiers);
   static void OnDrop(GLFWwindow* window, int count, const char** paths);
 
@@ -62,6 +63,7 @@ private:
   int lively_ = 3; ///< frames to draw without waiting: the interface settles over a few
   std::vector<std::string> dropped_;
   std::vector<Key> keys_;
+  std::vector<int> brief_; ///< keys that were let go before the frame that shall see them
 };
 
 /** A picture that the user interface can show. */

@@ -25,6 +25,8 @@ public:
   virtual bool Undo() = 0;
   virtual bool Redo() = 0;
   virtual void Clear() = 0;
+  /** Steps that end between Join(true) and Join(false) are one; nothing can be undone meanwhile. */
+  virtual void Join(bool join) = 0;
   /** Off: steps are begun and ended as ever, but nothing is kept. */
   virtual void SetKeeping(bool keep) = 0;
 };

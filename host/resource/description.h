@@ -34,9 +34,9 @@ struct Parameter {
   std::int32_t id = 0; // 0 for separators and static texts without one
   std::string identifier;
   ElementType type = ElementType::kReal;
-  std::string longName; // UTF-8
-  std::string help;     // one sentence; empty where no language has one
-  std::string origin;   // the description that declares it
+  std::string longName, shortName; // UTF-8
+  std::string help;                // one sentence; empty where no language has one
+  std::string origin;              // the description that declares it
 
   std::optional<Numbers> min, max;
   bool minExclusive = false, maxExclusive = false;

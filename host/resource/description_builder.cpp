@@ -112,6 +112,7 @@ private:
   void NameParameter(Parameter* parameter) {
     if (IsFiller(*parameter) && !FindTexts(*input_.tables, parameter->identifier)) return;
     parameter->longName = TextsOf(parameter->identifier).longText;
+    parameter->shortName = TextsOf(parameter->identifier).shortText;
     const Texts* help = input_.help ? FindTexts(*input_.help, parameter->identifier) : nullptr;
     if (help) parameter->help = help->longText;
   }

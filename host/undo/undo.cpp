@@ -282,7 +282,11 @@ bool UndoHistory::End() {
   open_ = false;
   if (current_.empty()) return true;
   undone_.clear();
-  done_.push_back(std::move(current_));
+  if (hasJoined_)
+    std::move(current_.begin(), current_.end(), std::back_inserter(done_.back()));
+  else
+    done_.push_back(std::move(current_));
+  hasJoined_ = joining_;
   current_.clear();
   if (done_.size() > kMostSteps) done_.pop_front();
   return true;
@@ -325,8 +329,13 @@ bool UndoHistory::Add(UNDOTYPE type, Node* node, std::string* why) {
   return false;
 }
 
+void UndoHistory::Join(bool join) {
+  joining_ = join;
+  hasJoined_ = false;
+}
+
 bool UndoHistory::Undo() {
-  if (open_ || done_.empty()) return false;
+  if (open_ || joining_ || done_.empty()) return false;
   Step step = std::move(done_.back());
   done_.pop_back();
   std::for_each(step.rbegin(), step.rend(), [](auto& change) { change->Exchange(true); });
@@ -335,7 +344,7 @@ bool UndoHistory::Undo() {
 }
 
 bool UndoHistory::Redo() {
-  if (open_ || undone_.empty()) return false;
+  if (open_ || joining_ || undone_.empty()) return false;
   Step step = std::move(undone_.back());
   undone_.pop_back();
   std::for_each(step.begin(), step.end(), [](auto& change) { change->Exchange(false); });
@@ -347,7 +356,7 @@ void UndoHistory::Clear() {
   undone_.clear();
   current_.clear();
   while (!done_.empty()) done_.pop_back(); // newest first: each step counts on those before it
-  open_ = false;
+  open_ = hasJoined_ = false;
 }
 
 void RegisterDocuments(NodeTypes& types) {

@@ -34,6 +34,7 @@ public:
   bool Undo() override;
   bool Redo() override;
   void Clear() override;
+  void Join(bool join) override;
   void SetKeeping(bool keep) override { keeping_ = keep; }
 
 private:
@@ -43,6 +44,7 @@ private:
 
   Document& doc_;
   bool open_ = false, keeping_ = true;
+  bool joining_ = false, hasJoined_ = false; ///< the latest step is of those that are joined
   Step current_;
   std::deque<Step> done_, undone_;
 };

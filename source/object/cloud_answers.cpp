@@ -4,10 +4,13 @@
 #include "cloud/file_coordinates.h"
 #include "cloud/number_text.h"
 #include "cloud/percentiles.h"
+#include "cloud/point_share.h"
 #include "object/las/palette.h"
 #include "otallyframe.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <limits>
 #include <new>
 #include <unordered_map>
 
@@ -155,6 +158,28 @@ void FillSpread(BaseObject* op, const PointStore& store, KelvraSpread& answer) {
   }
 }
 
+/** Distance along the line at which the point is met; negative for points that are not near it. */
+LReal MetAt(const KelvraSight& sight, const Vector& point) {
+  const Vector offset = point - sight.from;
+  const LReal depth = offset * sight.along, reach = sight.reach * depth;
+  return offset * offset - depth * depth <= reach * reach ? depth : -1.0;
+}
+
+void DescribeSeen(const PointStore& store, const LVector& origin, LONG number, KelvraSight& answer) {
+  store.VisitBlocks([&](const PointBlock& block, VLONG) {
+    if (number >= block.count) {
+      number -= block.count;
+      return true;
+    }
+    const VLONG at = (VLONG)number * 3;
+    answer.color = Shown(block.attrib3 + at);
+    answer.file = FileCoordinates(block, origin, TRUE).At(block.positions + at);
+    *answer.source = block.settings.name;
+    answer.number = number;
+    return false;
+  });
+}
+
 } // namespace
 
 String DescribePoint(const PointStore& store, const LVector& origin, LONG number) {
@@ -187,6 +212,56 @@ Bool AnswerLegend(BaseObject* op, const PointStore& store, KelvraLegend& answer)
   } catch (const std::bad_alloc&) {
     return FALSE;
   }
+  return TRUE;
+}
+
+Bool AnswerHeights(BaseObject* op, const PointStore& store, KelvraHeights& answer) {
+  if (answer.version != kAnswerVersion || answer.binCount < 1 || !answer.bins || store.CountBlocks() == 0)
+    return FALSE;
+  const LReal base = op->GetDataInstance()->GetVector(KELVRA_ORIGIN).z;
+  const LReal from = answer.from - base, to = answer.to - base;
+  const LReal perHeight = to > from ? answer.binCount / (to - from) : 0.0;
+  SReal lowest = store.GetFirstBlock()->positions[1], highest = lowest;
+  answer.below = answer.above = 0;
+  std::fill_n(answer.bins, answer.binCount, 0);
+  store.VisitBlocks([&](const PointBlock& block, VLONG) {
+    for (LONG i = 0; i < block.count; ++i) {
+      const SReal height = block.positions[(VLONG)i * 3 + 1];
+      lowest = std::min(lowest, height);
+      highest = std::max(highest, height);
+      if (height < from)
+        ++answer.below;
+      else if (height > to)
+        ++answer.above;
+      else
+        ++answer.bins[LMin((LONG)((height - from) * perHeight), answer.binCount - 1)];
+    }
+    return true;
+  });
+  answer.lowest = base + lowest;
+  answer.highest = base + highest;
+  return TRUE;
+}
+
+Bool AnswerSight(BaseObject* op, const PointStore& store, KelvraSight& answer) {
+  if (answer.version != kAnswerVersion || !answer.source) return FALSE;
+  const BaseContainer& data = *op->GetDataInstance();
+  const LONG count = ShareOf(store.GetPointCount(), data.GetReal(KELVRA_POINT_SHARE));
+  const LONG everyNth = LMax(1, data.GetLong(KELVRA_THIN_VIEW));
+  LONG seen = NOTOK;
+  LReal nearest = std::numeric_limits<LReal>::infinity();
+  store.VisitPoints(count, data.GetReal(KELVRA_OBJECT_SIZE),
+                    [&](const Vector& point, const UWORD*, LONG number) {
+                      const LReal at = MetAt(answer, point);
+                      if (at > 0.0 && at < nearest && number % everyNth == 0) {
+                        nearest = at;
+                        seen = number;
+                        answer.position = point;
+                      }
+                      return true;
+                    });
+  if (seen == NOTOK) return FALSE;
+  DescribeSeen(store, data.GetVector(KELVRA_ORIGIN), seen, answer);
   return TRUE;
 }
 

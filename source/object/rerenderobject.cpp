@@ -184,6 +184,10 @@ Bool KelvraObject::Message(GeListNode* node, LONG type, void* data) {
     return data && AnswerLegend(op, store, *(KelvraLegend*)data);
   case KELVRA_MESSAGE_SPREAD:
     return data && AnswerSpread(op, store, *(KelvraSpread*)data);
+  case KELVRA_MESSAGE_HEIGHTS:
+    return data && AnswerHeights(op, store, *(KelvraHeights*)data);
+  case KELVRA_MESSAGE_SIGHT:
+    return data && AnswerSight(op, store, *(KelvraSight*)data);
   default:
     break;
   }

@@ -37,6 +37,14 @@ Patch Find(const Image& image, int channel) {
   return patch;
 }
 
+int Black(const Image& image) {
+  int count = 0;
+  for (int y = 0; y < image.height; ++y)
+    for (int x = 0; x < image.width; ++x)
+      if (const std::uint8_t* p = image.At(x, y); p[0] + p[1] + p[2] == 0) ++count;
+  return count;
+}
+
 class Window : public testing::Test {
 protected:
   void SetUp() override {
@@ -44,21 +52,13 @@ protected:
     folder_.Write("squares.xyz", TwoSquares());
   }
 
-  /** Runs the window with a script of hands; $w is the window, and `wait_for FILE` waits until it is there.
-   */
+  /** Runs the window with hands, commands of tools/window_hands/hands.sh; `shot NAME` is for Picture. */
   int Run(const std::string& arguments, const std::string& hands) {
     const std::string script = folder_.Write(
-        "run.sh",
-        "cd \"$(dirname \"$0\")\" || exit 99\nexport XDG_CONFIG_HOME=$PWD/config\n"
-        "wait_for() { for i in $(seq 600); do [ -s \"$1\" ] && sleep 0.5 && return; sleep 0.1; done; }\n"
-        "Xvfb -displayfd 7 -screen 0 1000x700x24 7>display >/dev/null 2>&1 & server=$!\n"
-        "wait_for display; export DISPLAY=:$(cat display)\n'" +
-            std::string(KELVRA_BIN_DIR) + "/kelvra' view " + arguments +
-            " >printed 2>errors & program=$!\n"
-            "w=$(timeout 20 xdotool search --sync --onlyvisible --name '^Kelvra$' | tail -1)\n"
-            "[ -n \"$w\" ] && xdotool windowfocus $w\nkey() { xdotool key --window $w \"$@\"; sleep 0.3; "
-            "}\n" +
-            hands + "\nwait $program; status=$?; kill $server; exit $status\n");
+        "run.sh", "cd \"$(dirname \"$0\")\" || exit 99\nexport XDG_CONFIG_HOME=$PWD/config\n. '" +
+                      std::string(KELVRA_SOURCE_DIR) +
+                      "/tools/window_hands/hands.sh'\nopen_window 1000x700 '" + KELVRA_BIN_DIR +
+                      "/kelvra' view " + arguments + "\n" + hands + "\nclose_window\n");
     const int status = std::system(("bash '" + script + "'").c_str());
     return WEXITSTATUS(status);
   }
@@ -66,7 +66,7 @@ protected:
   Image Picture(const std::string& name) {
     Image image;
     std::string error;
-    EXPECT_TRUE(host::gl::ReadPng(folder_ / name, &image, &error))
+    EXPECT_TRUE(host::gl::ReadPng(folder_ / (name + ".png"), &image, &error))
         << error << TempFolder::Read(folder_ / "errors");
     return image;
   }
@@ -74,38 +74,51 @@ protected:
   TempFolder folder_;
 };
 
-TEST_F(Window, ShowsTheFilesThatItIsGivenAndTurnsThem) {
-  ASSERT_EQ(Run("squares.xyz --size 900x600 --no-panels --screenshot end.png --exit-after 20",
-                "key F12; wait_for kelvra_0001.png\n"
-                "key 3; key F12; wait_for kelvra_0002.png\n"
-                "xdotool mousemove --window $w 400 300; sleep 0.3; xdotool mousedown 1; sleep 0.3\n"
-                "for i in 1 2 3 4; do xdotool mousemove_relative 30 40; sleep 0.2; done\n"
-                "xdotool mouseup 1; sleep 0.3"),
-            0)
+TEST_F(Window, TakesAScanFromItsDropToASavedScene) {
+  ASSERT_EQ(
+      Run("--size 900x600",
+          "yes '1 2 3 0 0 255' | head -c 120M >big.xyz\n"
+          "drop big.xyz; sleep 1; key Escape; shot stopped; rm big.xyz\n"
+          "point 640 270 click 1 sleep 1 type squares.xyz; key Return; shot loaded; key ctrl+z; shot undone\n"
+          "drop squares.xyz; shot dropped; key ctrl+z; sleep 1; key ctrl+y; shot redone\n"
+          "point 180 390 click 1; shot heights; key ctrl+z; shot own; key 3; shot back\n"
+          "point 640 250 mousedown 1; sleep 0.3\n"
+          "for i in 1 2 3; do xdotool mousemove_relative 30 40; sleep 0.2; done\n"
+          "xdotool mouseup 1; sleep 0.3; shot turned\n"
+          "key ctrl+r; sleep 1; key Escape; shot unfinished\n"
+          "key ctrl+q; key space; xdotool type --window $w kept; sleep 0.5; key Return"),
+      0)
       << TempFolder::Read(folder_ / "errors");
-  const Image first = Picture("kelvra_0001.png"), back = Picture("kelvra_0002.png"), end = Picture("end.png");
-  ASSERT_EQ(first.width, 900);
-  EXPECT_GT(Find(first, 0).count, 500);
-  EXPECT_LT(Find(first, 0).x, Find(first, 1).x) << "the green square lies in the east";
-  EXPECT_GT(Find(back, 0).x, Find(back, 1).x) << "seen from the north";
-  EXPECT_NE(Find(end, 0).count, Find(back, 0).count) << "dragged";
+  EXPECT_EQ(Find(Picture("stopped"), 2).count, 0) << "nothing of a load that was stopped";
+  for (const char* name : {"loaded", "dropped", "redone", "own"})
+    EXPECT_GT(Find(Picture(name), 0).count, 300) << name;
+  for (const char* name : {"undone", "heights"}) EXPECT_EQ(Find(Picture(name), 0).count, 0) << name;
+  EXPECT_LT(Find(Picture("own"), 0).x, Find(Picture("own"), 1).x) << "the green square lies in the east";
+  EXPECT_GT(Find(Picture("back"), 0).x, Find(Picture("back"), 1).x) << "seen from the north";
+  EXPECT_NE(Find(Picture("turned"), 0).count, Find(Picture("back"), 0).count);
+  EXPECT_GT(Black(Picture("unfinished")), 10000) << "what was not rendered";
+  // Leaving asked, and its first answer saved.
+  EXPECT_TRUE(Holds(Kelvra({"info", folder_ / "kept.scene"}).out, "1,922 points"));
 }
 
-TEST_F(Window, RendersExplainsSavesAndUndoes) {
-  ASSERT_EQ(Run("squares.xyz --size 900x600",
-                "key F12; wait_for kelvra_0001.png\n"
-                "key Delete; key F12; wait_for kelvra_0002.png\n"
-                "key ctrl+z; key F12; wait_for kelvra_0003.png\n"
-                "key ctrl+s; xdotool type --window $w kept; sleep 0.5; key Return; wait_for kept.scene\n"
-                "key ctrl+r; for i in $(seq 20); do sleep 3; key F12; [ -s kelvra_0004.png ] && break; done\n"
-                "key ctrl+q"),
+TEST_F(Window, OpensASceneThatConvertsRendersAndExplains) {
+  // The module shows one point; all others are those that it was converted to.
+  ASSERT_EQ(Kelvra({"save", folder_ / "squares.xyz", "-o", folder_ / "kept.scene", "--set", "convert_mode=1",
+                    "--set", "thin_view=100000"})
+                .status,
+            0);
+  std::filesystem::create_directories(folder_ / "config/kelvra");
+  folder_.Write("config/kelvra/window.json", "{\"render_width\": 240}");
+  ASSERT_EQ(Run("kept.scene --size 900x600 --screenshot end.png",
+                "shot opened; key ctrl+r; shot rendered; point 600 300 click 1; shot explained\n"
+                "key Delete; key ctrl+q; key Escape; shot asked; key ctrl+q; key Right; key space"),
             0)
       << TempFolder::Read(folder_ / "errors");
-  EXPECT_GT(Find(Picture("kelvra_0001.png"), 0).count, 300);
-  EXPECT_EQ(Find(Picture("kelvra_0002.png"), 0).count, 0);
-  EXPECT_GT(Find(Picture("kelvra_0003.png"), 0).count, 300);
-  EXPECT_GT(Find(Picture("kelvra_0004.png"), 1).count, 100) << "lit green points in the rendered picture";
-  EXPECT_TRUE(Holds(Kelvra({"info", folder_ / "kept.scene"}).out, "1,922 points"));
+  EXPECT_GT(Find(Picture("opened"), 0).count, 300);
+  EXPECT_GT(Find(Picture("rendered"), 1).count, 100) << "lit green points";
+  EXPECT_LT(Black(Picture("rendered")), 10000);
+  EXPECT_NE(Picture("explained").samples, Picture("rendered").samples);
+  EXPECT_EQ(Picture("asked").width, 900) << "the window stayed when leaving was called off";
 }
 
 TEST_F(Window, NeedsADisplayAndReportsWhatCannotBeLoaded) {

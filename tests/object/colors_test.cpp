@@ -1,6 +1,8 @@
 // Colours that stand for heights, intensities, classes and returns.
 #include "cloud/color_ramp.h"
 #include "cloud/percentiles.h"
+#include "host/parameter_step.h"
+#include "kelvra_messages.h"
 #include "otallyframe.h"
 #include "support/las_files.h"
 #include "support/object_fixture.h"
@@ -87,6 +89,24 @@ TEST_F(ColorsTest, HeightsOfAllFilesShareOneScaleAndOutliersDoNotStretchIt) {
       << "the bird has the colour of the highest others";
   EXPECT_NEAR(Get(KELVRA_RAMP_FROM), 0.4, 0.11);
   EXPECT_NEAR(Get(KELVRA_RAMP_TO), 99.7, 0.11);
+
+  LONG bins[2] = {};
+  KelvraHeights heights = {1, 10, 90, 2, bins};
+  ASSERT_TRUE(op_->Message(KELVRA_MESSAGE_HEIGHTS, &heights));
+  EXPECT_EQ((Rgb{(UWORD)heights.below, (UWORD)bins[0], (UWORD)bins[1], (UWORD)heights.above}),
+            (Rgb{100, 100, 100, 101}));
+  EXPECT_EQ(heights.lowest, 0);
+  EXPECT_EQ(heights.highest, 9000);
+
+  String source;
+  KelvraSight sight = {1, Vector(0.5, 500, 0), Vector(0, -1, 0), 0.01};
+  sight.source = &source;
+  ASSERT_TRUE(op_->Message(KELVRA_MESSAGE_SIGHT, &sight)) << "the bird is behind the eye";
+  EXPECT_EQ(sight.number, 1) << "the highest before the eye";
+  EXPECT_EQ(sight.file, LVector(0, 0, 100));
+  EXPECT_NE(host::Utf8(source).find("high.xyz"), std::string::npos);
+  sight.from.x = 500;
+  EXPECT_FALSE(op_->Message(KELVRA_MESSAGE_SIGHT, &sight)) << "looks past all points";
 }
 
 TEST_F(ColorsTest, TheButtonColorsStoredPointsAndCanBeUndone) {
@@ -97,7 +117,11 @@ TEST_F(ColorsTest, TheButtonColorsStoredPointsAndCanBeUndone) {
   Set(KELVRA_RAMP, KELVRA_RAMP_GRAY);
   op_->GetDataInstance()->SetReal(KELVRA_RAMP_LOW, 0.0);
   op_->GetDataInstance()->SetReal(KELVRA_RAMP_HIGH, 1.0);
-  application_->PressButton(op_, KELVRA_COLOR_AGAIN);
+  {
+    const host::OneStep step(doc_);
+    application_->PressButton(op_, KELVRA_COLOR_AGAIN);
+    application_->PressButton(op_, KELVRA_COLOR_AGAIN);
+  }
   EXPECT_EQ(At(0), (Rgb{0, 0, 0}));
   EXPECT_EQ(At(4), (Rgb{65535, 65535, 65535}));
   EXPECT_EQ(Get(KELVRA_RAMP_FROM), 1.0);
@@ -105,7 +129,7 @@ TEST_F(ColorsTest, TheButtonColorsStoredPointsAndCanBeUndone) {
   EXPECT_EQ(Cloud(copy).store.GetFirstBlock()->attrib3[0], own[0]) << "a copy keeps its colours";
   BaseObject::Free(copy);
   ASSERT_TRUE(doc_->DoUndo());
-  EXPECT_EQ(Colors(), own);
+  EXPECT_EQ(Colors(), own) << "both presses were one step";
 }
 
 TEST_F(ColorsTest, IntensityClassAndReturnAreReadWhenAsked) {
