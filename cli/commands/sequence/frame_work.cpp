@@ -35,12 +35,14 @@ std::string TextOf(const host::PictureTexts& texts, const std::string& key) {
 
 FrameWork::FrameWork(const RenderPlan& plan, const nlohmann::json& options)
     : plan_(plan), options_(options.dump(-1, ' ', true)) {
-  // The length of a turn decides where the camera stands in each of its frames.
+  // The length of an animation decides where the camera stands in each of its frames, and the values of
+  // moving settings.
   const FrameRange frames = plan.Frames();
-  const std::string turn =
-      plan.turn != 0.0 ? std::to_string(frames.first) + "-" + std::to_string(frames.last) : std::string();
+  const std::string length = plan.turn != 0.0 || !plan.moving.empty()
+                                 ? std::to_string(frames.first) + "-" + std::to_string(frames.last)
+                                 : std::string();
   fingerprint_ =
-      FingerprintOf(FingerprintOfProgram() + FingerprintOfFiles(plan.input.files) + options_ + turn);
+      FingerprintOf(FingerprintOfProgram() + FingerprintOfFiles(plan.input.files) + options_ + length);
 }
 
 std::string FrameWork::Names(const std::vector<int>& items) const {
