@@ -34,6 +34,22 @@ TEST_F(Sequence, FramesAreThoseOfOneRenderWhoeverMadeThem) {
   }
 }
 
+TEST_F(Sequence, ParametersMoveOverTheFrames) {
+  const std::string out = Sub("out"), pattern = out + "/f_#.png";
+  ASSERT_EQ(
+      Run({"--frames", "3-5", "--chunk", "1", "--set", "point_radius=1..3", "-o", pattern, "--size", "40x30"})
+          .status,
+      0);
+  for (const auto& [frame, radius] : {std::pair("3", "1"), {"4", "2"}, {"5", "3"}}) {
+    ASSERT_EQ(
+        Render({"--set", std::string("point_radius=") + radius, "-o", out + "/r.png", "--size", "40x30"})
+            .status,
+        0);
+    EXPECT_EQ(Read(out + "/f_" + frame + ".png").samples, Read(out + "/r.png").samples) << frame;
+  }
+  EXPECT_EQ(Render({"--set", "point_radius=1..3", "-o", out + "/r.png"}).status, 2) << "without frames";
+}
+
 TEST_F(Sequence, OnlyFramesThatDoNotFitAreMadeAgain) {
   const std::string pattern = Sub("out") + "/f_#.png", other = Sub("out") + "/f_3.png";
   ASSERT_EQ(Turn(pattern).status, 0);
@@ -130,6 +146,7 @@ TEST_F(Sequence, WrongUseIsOneLineBeforeAnythingIsDone) {
                                             {Cloud(), "--turntable", "3", "-o", frames, "--part", "1"},
                                             {"--each", out, "-o", json},
                                             {"--each", out, "--do", "sequence", "-o", json},
+                                            {"--each", out, "--do", "info", "-o", out + "/all.png"},
                                             {"--each", out, "--do", "info 'x", "-o", json},
                                             {"--each", out + "/missing", "--do", "info", "-o", json},
                                             {Cloud(), "--each", out, "--do", "info", "-o", json}};

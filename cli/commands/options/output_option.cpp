@@ -14,18 +14,18 @@ namespace {
 constexpr const char* kOtherFormats[] = {".las", ".laz", ".pts",  ".ply",  ".obj", ".e57", ".pcd", ".csv",
                                          ".png", ".jpg", ".jpeg", ".tiff", ".tif", ".exr", ".bmp"};
 
-bool EndsIn(const std::string& path, const std::string& suffix) {
-  if (path.size() <= suffix.size()) return false;
-  return std::equal(suffix.begin(), suffix.end(), path.end() - (std::ptrdiff_t)suffix.size(),
-                    [](char a, char b) { return a == (b >= 'A' && b <= 'Z' ? (char)(b + 32) : b); });
-}
-
 std::string ParsePath(const std::string& text) {
   if (text.empty()) throw UsageError{"expected a name"};
   return text;
 }
 
 } // namespace
+
+bool HasSuffix(const std::string& path, const std::string& suffix) {
+  if (path.size() <= suffix.size()) return false;
+  return std::equal(suffix.begin(), suffix.end(), path.end() - (std::ptrdiff_t)suffix.size(),
+                    [](char a, char b) { return a == (b >= 'A' && b <= 'Z' ? (char)(b + 32) : b); });
+}
 
 CLI::Option* AddPath(CLI::App& command, const std::string& name, std::string& path, const std::string& help) {
   return AddTyped(command, name, path, ParsePath, help)->type_name("FILE");
@@ -43,7 +43,7 @@ CLI::Option* ExpectSuffix(CLI::Option* output, std::vector<std::string> suffixes
   return output->check([suffixes](const std::string& path) {
     std::string names;
     for (const std::string& suffix : suffixes) {
-      if (EndsIn(path, suffix)) return std::string();
+      if (HasSuffix(path, suffix)) return std::string();
       names += (names.empty() ? "" : " or ") + suffix;
     }
     if (path == "-" || path.empty()) return std::string();
@@ -54,7 +54,7 @@ CLI::Option* ExpectSuffix(CLI::Option* output, std::vector<std::string> suffixes
 CLI::Option* RefuseOtherFormats(CLI::Option* output, const std::string& instead) {
   return output->check([instead](const std::string& path) {
     for (const char* suffix : kOtherFormats)
-      if (EndsIn(path, suffix)) throw UsageError{"--output " + path + ": " + instead + ", not " + suffix};
+      if (HasSuffix(path, suffix)) throw UsageError{"--output " + path + ": " + instead + ", not " + suffix};
     return std::string();
   });
 }

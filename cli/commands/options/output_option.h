@@ -13,6 +13,9 @@ CLI::Option* AddPath(CLI::App& command, const std::string& name, std::string& pa
 /** -o, --output, --force and --quiet. */
 CLI::Option* AddOutput(CLI::App& command, std::string& path, const std::string& help);
 
+/** Whatever the case of its letters; the suffix has small ones. */
+bool HasSuffix(const std::string& path, const std::string& suffix);
+
 /** Refuses other names before anything is loaded; "-" is right for all. */
 CLI::Option* ExpectSuffix(CLI::Option* output, std::vector<std::string> suffixes);
 

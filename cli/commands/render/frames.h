@@ -8,7 +8,8 @@
 namespace cli {
 
 /**
- * Takes the document to the time of a frame, and returns the camera of that frame. `camera` is that of the
+ * Takes the document to the time of a frame and moving settings to their values, and returns the camera of
+ * that frame. `camera` is that of the
  * first frame; the frame's place in the plan's whole range counts, so that it looks the same wherever, and
  * together with whichever others, it is rendered.
  */

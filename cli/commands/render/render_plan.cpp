@@ -51,6 +51,9 @@ void CheckTogether(const RenderPlan& plan) {
                        " has no effect: --pixel prints text and writes no picture"};
   if (plan.turn != 0.0 && !plan.frames)
     throw UsageError{"--turn has no effect without --frames, over which the camera turns"};
+  if (!plan.moving.empty() && !plan.frames)
+    throw UsageError{"--set " + plan.moving[0].name +
+                     "=FROM..TO has no effect without --frames, over which the value changes"};
   if (plan.groundMirror != 0.0 && !plan.HasGround())
     throw UsageError{"--ground-mirror has no effect without --ground or --ground-height"};
 }
@@ -151,6 +154,7 @@ void CheckPlan(RenderPlan& plan) {
     for (int* side : {&plan.view.size.width, &plan.view.size.height})
       *side = std::max(1, *side / kPreviewPart);
   }
+  plan.moving = TakeMovingSettings(plan.input.settings);
   CheckView(plan.view);
   CheckTogether(plan);
   if (plan.pixel) {

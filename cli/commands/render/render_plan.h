@@ -4,6 +4,7 @@
 #include "cli/commands/options/frame_range.h"
 #include "cli/commands/options/input_options.h"
 #include "cli/commands/options/view_options.h"
+#include "cli/commands/render/moving_setting.h"
 #include "cli/commands/render/scene_light.h"
 #include "host/picture/picture.h"
 
@@ -34,9 +35,10 @@ struct RenderPlan {
   int depth = 0;                                          ///< bits a sample, 0 for the smallest of the format
   host::PictureFormat format = host::PictureFormat::Png8; ///< by `output` and `depth`
   std::optional<FrameRange> frames;
-  double turn = 0.0;     ///< degrees that the camera turns over the frames
-  std::string record;    ///< folder of the recorder, or empty
-  bool progress = false; ///< draws a bar
+  double turn = 0.0;                 ///< degrees that the camera turns over the frames
+  std::vector<MovingSetting> moving; ///< parameters that change over the frames
+  std::string record;                ///< folder of the recorder, or empty
+  bool progress = false;             ///< draws a bar
 
   bool HasGround() const { return ground || groundHeight; }
   FrameRange Frames() const { return frames.value_or(FrameRange()); }

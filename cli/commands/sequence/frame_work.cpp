@@ -36,11 +36,14 @@ FrameWork::FrameWork(const RenderPlan& plan, const nlohmann::json& options) : pl
   origin_.options = options;
   origin_.files = FingerprintOfFiles(plan.input.files);
   origin_.frames = plan.Frames();
-  // The length of a turn decides where the camera stands in each of its frames.
+  // The length of an animation decides where the camera stands in each of its frames, and the values of
+  // moving settings.
   const FrameRange frames = plan.Frames();
-  const std::string turn =
-      plan.turn != 0.0 ? std::to_string(frames.first) + "-" + std::to_string(frames.last) : std::string();
-  fingerprint_ = FingerprintOf(FingerprintOfProgram() + origin_.files + options.dump(-1, ' ', true) + turn);
+  const std::string length = plan.turn != 0.0 || !plan.moving.empty()
+                                 ? std::to_string(frames.first) + "-" + std::to_string(frames.last)
+                                 : std::string();
+  fingerprint_ = FingerprintOf(FingerprintOfProgram() + origin_.files + options.dump(-1, ' ', true) + length);
+}
 }
 
 std::string FrameWork::Names(const std::vector<int>& items) const {

@@ -26,6 +26,10 @@ void CheckFiles(const SequencePlan& plan) {
     throw UsageError{plan.render.input.files[0] + ": --each takes no other files"};
   if (plan.render.frames || plan.turntable)
     throw UsageError{"--frames and --turntable have no effect with --each"};
+  if (!HasSuffix(plan.render.output, ".json"))
+    throw UsageError{"--output " + plan.render.output +
+                     ": expected a name that ends in .json, as --each puts results "
+                     "together as JSON"};
   RequireWritable(plan.render.output);
 }
 

@@ -24,6 +24,12 @@ struct LaneRay {
    * equal distances give the better count, for more work.
    */
   SReal farthestMet, farthestShowing;
+  /**
+   * Distances along the ray, from the nearest point that px, py and pz lead to. Centres before the first lie
+   * so far behind the ray's start that it does not meet their items; items centred beyond the second do not
+   * show.
+   */
+  SReal behind, beyond;
 };
 
 /** Part of a cell's packed items. */
@@ -33,6 +39,9 @@ struct SearchedItems {
   const PackedFour* items;
   ULONG itemFours;
   const ULONG* numbers; ///< by lane
+
+  const PackedEight* Bounds() const { return (const PackedEight*)bounds; }
+  const PackedEight* Groups() const { return (const PackedEight*)items; }
 };
 
 /** Most numbers that a search writes beyond `room`: lanes of one group. */

@@ -27,18 +27,25 @@ public:
         dy_((SReal)ray.unit.y),
         dz_((SReal)ray.unit.z) {
     const GridNode& root = data.nodes.data[0];
+    LReal lengths = 0.0, coordinates = 0.0;
     for (LONG axis = 0; axis < 3; ++axis) {
       corner_[axis] = root.boxMin[axis] + 0.5 * grid_.cellSize[axis] - ray.start[axis];
       squaredDiagonal_ += grid_.cellSize[axis] * grid_.cellSize[axis];
+      lengths += grid_.extent[axis];
+      coordinates += std::abs(root.boxMin[axis]) + grid_.extent[axis] + std::abs(ray.start[axis]);
     }
+    alongError_ = 4.0e-6 * lengths + 1.0e-10 * coordinates;
+    behind_ = 1.001 * data.LargestRadius() + alongError_;
   }
   LReal SquaredDiagonal() const { return squaredDiagonal_; }
+  /** Room for the errors of the quick test's distances along the ray. */
+  LReal AlongError() const { return alongError_; }
 
   /**
    * Lengths are taken from the cell's centre, so that 32 bits suffice however far the cell is from the
-   * origin.
+   * origin. Items centred farther along the ray than `last` do not show.
    */
-  LaneRay In(const LONG at[3], const CellSpan& span, LaneDetail detail) const {
+  LaneRay In(const LONG at[3], const CellSpan& span, LaneDetail detail, LReal last = kAllShow) const {
     const LVector toCentre(corner_.x + at[0] * grid_.cellSize[0], corner_.y + at[1] * grid_.cellSize[1],
                            corner_.z + at[2] * grid_.cellSize[2]);
     const LReal along = toCentre * ray_.unit;
@@ -46,6 +53,8 @@ public:
     const PackedCells& packed = data_.packed;
     const SReal margin = (SReal)PackedMargin(along, squaredDiagonal_) * kRoundUp;
     LaneRay ray = {(SReal)nearest.x, (SReal)nearest.y, (SReal)nearest.z, dx_, dy_, dz_, margin, kAllShow};
+    ray.behind = (SReal)(-along - behind_);
+    ray.beyond = (SReal)(last - along);
     if (detail != kMetOnly)
       ray.showing = (packed.showing + (SReal)ShowingMargin(along, squaredDiagonal_)) * kRoundUp;
     if (span.bounds == 0) return ray;
@@ -76,6 +85,8 @@ private:
   SReal dx_, dy_, dz_;
   LVector corner_;              ///< from the ray's start to the centre of cell (0, 0, 0)
   LReal squaredDiagonal_ = 0.0; ///< of a cell
+  LReal alongError_;
+  LReal behind_; ///< an item centred this far behind the ray's start ends before it
 };
 
 /** Where a far limit ends the walk. */
@@ -94,8 +105,9 @@ public:
    * the far faces (CellGrid::IndexOf), which a ray that descends on these axes passed before.
    */
   Bool Skips(const WalkedCell& cell) const {
-    return cell.entry > lastEntry_ && cell.at[0] != 0 && cell.at[1] != 0;
+    return IsPast(cell.entry) && cell.at[0] != 0 && cell.at[1] != 0;
   }
+  Bool IsPast(LReal entry) const { return entry > lastEntry_; }
   /** Can there be such cells ahead? Without them the walk ends at the first cell that it skips. */
   Bool GoesOn() const { return ray_.sign[0] < 0 || ray_.sign[1] < 0; }
 

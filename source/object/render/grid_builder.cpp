@@ -142,7 +142,7 @@ private:
       numbers += (LULONG)capacity;
       if (place >= walked) continue;
       if (grouped_ && count > kLeastGrouped) {
-        span.bounds = (span.Groups() + 3) / 4;
+        span.bounds = (span.Groups() + 7) / 8 * 2;
         mostGrouped_ = std::max(mostGrouped_, count);
       }
       fours += (LULONG)span.bounds + span.ItemFours();
@@ -171,7 +171,7 @@ private:
       data_.nodes.data[leaf].content = &leaves.contents[leaf];
       // The last four of a cell may have lanes that no item fills. Groups get theirs later.
       if (place < walked && data_.packed.fours && span.bounds == 0)
-        EmptyFour(data_.packed.fours[span.firstFour + (span.count - 1) / 4]);
+        MarkUnused(data_.packed.fours[span.firstFour + (span.count - 1) / 4]);
     }
   }
 
@@ -208,7 +208,8 @@ private:
     const RenderItem& item = data_.items.data[number];
     const LVector centre = CentreOf(item);
     const CellRange range = RangeOf(item);
-    if (range.last[0] >= grid_->nx || range.last[1] >= grid_->ny) AddFolded(number);
+    if (range.last[0] >= grid_->nx || range.last[1] >= grid_->ny)
+      AddFolded(number, data_.packed.foldedBoxes[range.last[0] >= grid_->nx ? 0 : 1]);
     const SReal reach = PackedReach(item.radius, CellErrors(item.radius), data_.packed.showing);
     for (LONG z = range.first[2]; z <= range.last[2]; ++z)
       for (LONG y = range.first[1]; y <= range.last[1]; ++y)
@@ -252,9 +253,12 @@ private:
   }
 
   /** Notes an item that a cell far from it lists too. */
-  void AddFolded(ULONG item) {
+  void AddFolded(ULONG number, GrowingBoxOf<LVector>& box) {
     PackedCells& packed = data_.packed;
-    if (packed.foldedCount < PackedCells::kMostFolded) packed.folded[packed.foldedCount] = item;
+    const RenderItem& item = data_.items.data[number];
+    box.Add(LVector(item.boxMin[0], item.boxMin[1], item.boxMin[2]));
+    box.Add(LVector(item.boxMax[0], item.boxMax[1], item.boxMax[2]));
+    if (packed.foldedCount < PackedCells::kMostFolded) packed.folded[packed.foldedCount] = number;
     if (packed.foldedCount <= PackedCells::kMostFolded) ++packed.foldedCount;
   }
 

@@ -77,10 +77,10 @@ void HitList::SortKeys(LONG keys) {
   });
 }
 
-LONG HitList::Order(LReal before) {
+LONG HitList::Order(LReal last) {
   LONG keys = 0;
   for (LONG i = 0; i < count; ++i)
-    if (hits[i].entry < before) keys_[keys++] = {HitSort::Key(hits[i].entry), hits[i].item, i};
+    if (hits[i].entry <= last) keys_[keys++] = {HitSort::Key(hits[i].entry), hits[i].item, i};
   SortKeys(keys);
   return keys;
 }

@@ -76,11 +76,11 @@ struct HitList {
   // The short walk keeps only hits that show, in the order in which it finds them.
 
   /** Is the item a hit? */
-  Bool Contains(LONG item) { return SlotOf(item).ray == ray_; }
+  Bool Contains(LONG item);
   /** Adds a hit that shows, of an item that is not contained, with its PlaceOnDisc. */
   void AddShowing(const HitRecord& hit, LReal place);
-  /** Orders the hits that begin before a distance as Sort would, and returns how many they are. */
-  LONG Order(LReal before);
+  /** Orders the hits that begin up to a distance as Sort would, and returns how many they are. */
+  LONG Order(LReal last);
   /** Place in `hits` of the i-th one in order. */
   LONG Ordered(LONG i) const { return keys_[i].from; }
   LReal PlaceOf(LONG hit) const { return places_[hit]; }
@@ -90,6 +90,8 @@ struct HitList {
 
 private:
   static constexpr LONG kSlots = 2 * kMostHits;
+  /** With so many hits or fewer the short walk looks through them all rather than into the hash table. */
+  static constexpr LONG kFewHits = 16;
   struct Slot {
     LONG item;
     ULONG ray;
@@ -102,12 +104,14 @@ private:
   void SortKeys(LONG keys);
   /** The slot of an item, or the free one where it would be. */
   Slot& SlotOf(LONG item);
+  void NoteItem(LONG item);
 
   LONG last_ = kNoItem;
   ULONG ray_ = 0;           ///< number of the ray: slots of earlier rays count as free
   Slot slots_[kSlots] = {}; ///< hash table of the items that are hits
   SortKey keys_[kMostHits];
   LReal places_[kMostHits];
+  LONG few_[kFewHits]; ///< items of the first hits
 };
 
 /**
@@ -140,19 +144,34 @@ inline Bool HitList::FindAgain(LONG item) {
   return TRUE;
 }
 
-inline void HitList::Add(const HitRecord& hit) {
-  Slot& slot = SlotOf(hit.item);
-  slot.item = hit.item;
+inline void HitList::NoteItem(LONG item) {
+  Slot& slot = SlotOf(item);
+  slot.item = item;
   slot.ray = ray_;
+}
+
+inline void HitList::Add(const HitRecord& hit) {
+  NoteItem(hit.item);
   last_ = hit.item;
   ++found;
   hits[count++] = hit;
 }
 
+inline Bool HitList::Contains(LONG item) {
+  if (count > kFewHits) return SlotOf(item).ray == ray_;
+  for (LONG i = 0; i < count; ++i)
+    if (few_[i] == item) return TRUE;
+  return FALSE;
+}
+
 inline void HitList::AddShowing(const HitRecord& hit, LReal place) {
-  Slot& slot = SlotOf(hit.item);
-  slot.item = hit.item;
-  slot.ray = ray_;
+  if (count < kFewHits) {
+    few_[count] = hit.item;
+  } else {
+    if (count == kFewHits)
+      for (const LONG earlier : few_) NoteItem(earlier);
+    NoteItem(hit.item);
+  }
   places_[count] = place;
   hits[count++] = hit;
 }

@@ -8,7 +8,6 @@ namespace kelvra {
 
 namespace {
 
-constexpr SReal kUnused = -1.0e30f;
 /** Squared radius of the bound of a group that no test may reject. */
 constexpr LReal kMetByAll = 1.0e18;
 
@@ -30,6 +29,7 @@ void PackedCells::Clear() {
   GeFree(spans);
   GeFree(filled);
   foldedCount = 0;
+  for (GrowingBoxOf<LVector>& box : foldedBoxes) box.Reset();
 }
 
 void PackedCells::ClearFours() {
@@ -44,13 +44,6 @@ Bool PackedCells::AllocateFours(LULONG count) {
   const std::uintptr_t line = sizeof(PackedFour), at = (std::uintptr_t)foursBlock_;
   fours = (PackedFour*)((at + line - 1) / line * line);
   return TRUE;
-}
-
-void EmptyFour(PackedFour& four) {
-  for (LONG lane = 0; lane < 4; ++lane) {
-    four.x[lane] = four.y[lane] = four.z[lane] = 0.0f;
-    four.reach[lane] = kUnused;
-  }
 }
 
 SReal PackedReach(LReal radius, LReal errors, SReal showing) {
@@ -75,8 +68,7 @@ void CellGrouping::Group(PackedCells& packed, const CellSpan& span, const ULONG*
   LONG bits = 1;
   while (bits < kMostKeyBits / 3 && span.count >> 3 * bits > 1) ++bits;
   std::memset(starts_, 0, ((std::size_t)(1 << 3 * bits) + 1) * sizeof(ULONG));
-  PackedFour* const bounds = packed.fours + span.firstFour;
-  PackedFour* const fours = bounds + span.bounds;
+  PackedFour* const fours = packed.fours + span.firstFour + span.bounds;
   for (ULONG i = 0; i < span.count; ++i) {
     const PackedFour& four = fours[i / 4];
     const ULONG lane = i % 4;
@@ -91,21 +83,21 @@ void CellGrouping::Group(PackedCells& packed, const CellSpan& span, const ULONG*
   for (ULONG i = 0; i < span.count; ++i) sorted_[starts_[items_[i].key]++] = items_[i];
 
   // Write them back, and bound each group by a sphere around the middle of its box.
-  for (ULONG i = 0; i < span.bounds; ++i) EmptyFour(bounds[i]);
+  PackedEight* const bounds = (PackedEight*)(packed.fours + span.firstFour);
+  PackedEight* const groups = (PackedEight*)fours;
+  for (ULONG i = 0; i < span.bounds / 2; ++i) MarkUnused(bounds[i]);
   ULONG* const numbers = packed.numbers + (span.firstFour + span.bounds) * 4;
   for (ULONG group = 0; group < span.Groups(); ++group) {
     const ULONG first = group * kGroupItems, end = std::min(first + kGroupItems, span.count);
-    EmptyFour(fours[group * 2]);
-    EmptyFour(fours[group * 2 + 1]);
+    PackedEight& items = groups[group];
+    MarkUnused(items);
     LVector low(1.0e30), high(-1.0e30);
     for (ULONG i = first; i < end; ++i) {
       const Item& item = sorted_[i];
-      PackedFour& four = fours[i / 4];
-      const ULONG lane = i % 4;
-      four.x[lane] = item.x;
-      four.y[lane] = item.y;
-      four.z[lane] = item.z;
-      four.reach[lane] = item.reach;
+      items.x[i - first] = item.x;
+      items.y[i - first] = item.y;
+      items.z[i - first] = item.z;
+      items.reach[i - first] = item.reach;
       numbers[i] = item.number;
       const LReal at[3] = {item.x, item.y, item.z};
       for (LONG axis = 0; axis < 3; ++axis) {
@@ -120,12 +112,12 @@ void CellGrouping::Group(PackedCells& packed, const CellSpan& span, const ULONG*
       const LVector from = LVector(sorted_[i].x, sorted_[i].y, sorted_[i].z) - middle;
       farthest = std::max(farthest, sorted_[i].reach > packed.mostReach ? kMetByAll : from * from);
     }
-    PackedFour& four = bounds[group / 4];
-    const ULONG lane = group % 4;
-    four.x[lane] = (SReal)middle.x;
-    four.y[lane] = (SReal)middle.y;
-    four.z[lane] = (SReal)middle.z;
-    four.reach[lane] = (SReal)(std::sqrt(farthest) * (1.0 + 1.0e-6) + 3.0e-3 * std::sqrt(middle * middle));
+    PackedEight& bound = bounds[group / 8];
+    const ULONG lane = group % 8;
+    bound.x[lane] = (SReal)middle.x;
+    bound.y[lane] = (SReal)middle.y;
+    bound.z[lane] = (SReal)middle.z;
+    bound.reach[lane] = (SReal)(std::sqrt(farthest) * (1.0 + 1.0e-6) + 3.0e-3 * std::sqrt(middle * middle));
   }
 }
 

@@ -5,7 +5,7 @@
 // pictures are the same bit for bit with and without it. Its bounds below leave room for all rounding errors.
 #pragma once
 
-#include "c4d.h"
+#include "cloud/growing_box.h"
 
 #include <cmath>
 
@@ -22,17 +22,22 @@ struct PackedFour {
 };
 static_assert(sizeof(PackedFour) == 64, "one cache line");
 
-/** Items of a group: two fours. Four groups share a four of bounds. */
+/** The same for the items of a group, or for the bounds of eight groups. Takes the place of two fours. */
+struct PackedEight {
+  SReal x[8], y[8], z[8], reach[8];
+};
+static_assert(sizeof(PackedEight) == 2 * sizeof(PackedFour), "both lie in the same array");
+
 constexpr ULONG kGroupItems = 8;
 /** In place of PackedCells::showing: whatever is met may show. */
 constexpr SReal kAllShow = 1.0e30f;
 
 /** Where a cell's items are. */
 struct CellSpan {
-  LULONG firstFour;   ///< in PackedCells::fours: those of the bounds, then those of the items
+  LULONG firstFour;   ///< in PackedCells::fours: room of the bounds, then of the items
   LULONG firstNumber; ///< in LeafPools::numbers
   ULONG count;
-  ULONG bounds; ///< fours of bounds; 0: the items are not grouped and lie in the order of the list
+  ULONG bounds; ///< fours that the bounds take; 0: the items are not grouped and lie in the order of the list
 
   ULONG Groups() const { return (count + kGroupItems - 1) / kGroupItems; }
   /** Fours of items. Groups are whole. */
@@ -55,6 +60,8 @@ struct PackedCells {
   /** Items of the far faces, which cells at the near side list too (CellGrid::IndexOf). */
   ULONG folded[kMostFolded];
   LONG foldedCount = 0; ///< kMostFolded + 1: there are more
+  /** Boxes around those of the far face in x and around the others. */
+  GrowingBoxOf<LVector> foldedBoxes[2];
 
   /** Room for errors when the quick test asks whether an item shows: see LaneRay::showing. */
   SReal showing = 0.0f;
@@ -107,7 +114,11 @@ inline LReal ReachErrors(const LVector& offset, LReal radius, LReal error) {
 }
 
 /** Marks all lanes as unused. */
-void EmptyFour(PackedFour& four);
+template <class Packed>
+inline void MarkUnused(Packed& packed) {
+  packed = Packed();
+  for (SReal& reach : packed.reach) reach = -1.0e30f;
+}
 
 /**
  * Reach of an item: the radius, with which the exact test compares the squared distance, and room for errors.

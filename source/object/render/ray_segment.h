@@ -45,126 +45,153 @@ inline LONG WalkedCoordinate(LReal place, LReal most) {
 }
 
 /**
- * Where a ray leaves the current cell on each axis, as t, and how much t it takes to cross a cell. No branch
- * depends on the axis that comes next: no processor could guess it.
+ * Walks the cells of a grid along the clipped part of a ray (3D digital differential analyser, after
+ * Amanatides and Woo), in order; cells outside of the grid are left out.
+ *
+ * Each axis takes as many steps as lie between its first and last cell, so that the walk ends whatever
+ * rounding does to the boundaries. Where several boundaries are crossed at once, z goes first, then y: a ray
+ * through the edges of cells meets the same cells, and so the same first 1,024 hits, on every machine. No
+ * branch depends on the axis that comes next: no processor could guess it.
  */
-class CellBoundaries {
+class CellWalk {
 public:
-  CellBoundaries(const LReal first[3], const LReal increment[3]) {
+  /** Goes to the first cell. */
+  CellWalk(const GridNode& root, const CellGrid& grid, const RaySegment& ray, const ParameterRange& range)
+      : entry_(range.entry) {
+    constexpr LReal kNever = 1.0e308;
+    LONG at[3];
+    Bool never = FALSE; // does the ray run along the grid, outside of it?
+    const LVector from = ray.At(range.entry), to = ray.At(range.exit);
     for (LONG axis = 0; axis < 3; ++axis) {
-      t_[axis] = LaneOf(first[axis]);
-      increment_[axis] = LaneOf(increment[axis]);
+      // Find the first and the last cell, and the steps between them.
+      const LReal most = grid.Count(axis);
+      at[axis] = WalkedCoordinate((from[axis] - root.boxMin[axis]) * grid.cellsPerUnit[axis], most);
+      last_[axis] = WalkedCoordinate((to[axis] - root.boxMin[axis]) * grid.cellsPerUnit[axis], most);
+      sign_[axis] = ray.sign[axis];
+      LONG steps = last_[axis] > at[axis] ? last_[axis] - at[axis] : at[axis] - last_[axis];
+
+      // An axis without steps is never the nearest. Its inverse delta may be infinite and is left alone.
+      LReal boundary = kNever, increment = 0.0;
+      if (steps > 0 && sign_[axis] != 0) {
+        // Find where the ray leaves the first cell: through its upper face if it ascends, else the lower one.
+        const LReal plane =
+            root.boxMin[axis] + (at[axis] + (sign_[axis] + 1) / 2) * grid.cellSize[axis] - ray.start[axis];
+        boundary = plane * ray.inverseDelta[axis];
+        increment = std::abs(grid.cellSize[axis] * ray.inverseDelta[axis]);
+      }
+      SetAxis(axis, boundary, increment);
+
+      // A last cell beyond the far face ends the walk where the ray would step into it.
+      if (last_[axis] < 0 || last_[axis] >= grid.Count(axis)) {
+        never = never || steps == 0;
+        last_[axis] -= sign_[axis];
+        --steps;
+      }
+      left_ |= (LULONG)(ULONG)LMax(steps, 0) << kFieldBits * axis;
     }
+    const LLONG strides[3] = {1, grid.nx, (LLONG)grid.nx * grid.ny};
+    for (LONG axis = 0; axis < 3; ++axis) {
+      strides_[(axis + 1) % 3] = sign_[axis] * strides[axis];
+      units_[(axis + 1) % 3] = (LULONG)1 << kFieldBits * axis;
+    }
+    place_ = grid.IndexOf(at[0], at[1], at[2]);
+    isAtCell_ = !never;
+    // A ray that starts on a far face of the box begins beyond the last cell.
+    while (isAtCell_ && !IsInside(grid)) Step();
+  }
+
+  /** False at the end. */
+  Bool IsAtCell() const { return isAtCell_; }
+  /** t at which the ray enters the cell, up to rounding. */
+  LReal Entry() const { return entry_; }
+  /** Place of the cell in the table. */
+  LLONG Place() const { return place_; }
+  /** Steps to the last cell, those of each axis in bits of their own. They say which cell it is. */
+  LULONG StepsLeft() const { return left_; }
+  void CellOf(LULONG stepsLeft, LONG at[3]) const {
+    for (LONG axis = 0; axis < 3; ++axis)
+      at[axis] = last_[axis] - sign_[axis] * (LONG)(stepsLeft >> kFieldBits * axis & kField);
   }
 
 #ifdef KELVRA_SSE2
 
-  /** Steps over the nearest boundary, and returns its t. `taken` is 1 for its axis and 0 for the others. */
-  LReal Step(LONG taken[3]) {
+  /** Steps over the nearest boundary. */
+  void Step() {
     const Lane x = _mm_and_pd(_mm_cmplt_sd(t_[0], t_[1]), _mm_cmplt_sd(t_[0], t_[2]));
     const Lane upper = _mm_cmplt_sd(t_[1], t_[2]);
     const Lane y = _mm_andnot_pd(x, upper);
     const Lane z = _mm_andnot_pd(_mm_or_pd(x, upper), _mm_castsi128_pd(_mm_set1_epi32(-1)));
-    taken[0] = _mm_movemask_pd(x) & 1;
-    taken[1] = _mm_movemask_pd(y) & 1;
-    taken[2] = 1 - taken[0] - taken[1];
-    const LReal nearest =
-        _mm_cvtsd_f64(_mm_or_pd(_mm_or_pd(_mm_and_pd(x, t_[0]), _mm_and_pd(y, t_[1])), _mm_and_pd(z, t_[2])));
+    entry_ = _mm_cvtsd_f64(_mm_min_sd(_mm_min_sd(t_[0], t_[1]), t_[2]));
     t_[0] = _mm_add_sd(t_[0], _mm_and_pd(x, increment_[0]));
     t_[1] = _mm_add_sd(t_[1], _mm_and_pd(y, increment_[1]));
     t_[2] = _mm_add_sd(t_[2], _mm_and_pd(z, increment_[2]));
-    return nearest;
+    Take((_mm_movemask_pd(x) & 1) + 2 * (_mm_movemask_pd(y) & 1));
   }
 
 private:
   typedef __m128d Lane;
-  static Lane LaneOf(LReal v) {
-    return _mm_set_sd(v);
+  void SetAxis(LONG axis, LReal boundary, LReal increment) {
+    t_[axis] = _mm_set_sd(boundary);
+    increment_[axis] = _mm_set_sd(increment);
   }
 
 #else
 
-  LReal Step(LONG taken[3]) {
-    taken[0] = t_[0] < t_[1] && t_[0] < t_[2];
-    taken[1] = !taken[0] && t_[1] < t_[2];
-    taken[2] = 1 - taken[0] - taken[1];
-    const LONG axis = taken[1] + 2 * taken[2];
-    const LReal nearest = t_[axis];
+  void Step() {
+    const LONG x = t_[0] < t_[1] && t_[0] < t_[2], y = !x && t_[1] < t_[2];
+    const LONG axis = x ? 0 : 2 - y;
+    entry_ = t_[axis];
     t_[axis] += increment_[axis];
-    return nearest;
+    Take(x + 2 * y);
   }
 
 private:
   typedef LReal Lane;
-  static Lane LaneOf(LReal v) {
-    return v;
+  void SetAxis(LONG axis, LReal boundary, LReal increment) {
+    t_[axis] = boundary;
+    increment_[axis] = increment;
   }
 
 #endif
 
-  Lane t_[3], increment_[3];
+  /** Moves on by a cell; 0 is z, 1 is x and 2 is y. */
+  void Take(LONG axis) {
+    // An axis that has no step left may still be the nearest one, by rounding: the ray is at its end then.
+    const Bool more = left_ != 0;
+    place_ += strides_[axis];
+    left_ -= units_[axis];
+    isAtCell_ = more & ((left_ & kBelowZero) == 0);
+  }
+  Bool IsInside(const CellGrid& grid) const {
+    LONG at[3];
+    CellOf(left_, at);
+    return at[0] >= 0 && at[0] < grid.nx && at[1] >= 0 && at[1] < grid.ny && at[2] >= 0 && at[2] < grid.nz;
+  }
+
+  // The counts are far below 2^19. A count that drops below 0 sets the highest bit of its field.
+  static constexpr LONG kFieldBits = 20;
+  static constexpr LULONG kField = ((LULONG)1 << kFieldBits) - 1;
+  static constexpr LULONG kBelowZero = (LULONG)1 << 19 | (LULONG)1 << 39 | (LULONG)1 << 59;
+
+  Lane t_[3], increment_[3]; ///< where the ray leaves the cell on each axis, and what it takes to cross one
+  LReal entry_;
+  LLONG place_;
+  LLONG strides_[3]; ///< of the table, in the order that Take counts axes in
+  LULONG units_[3];  ///< steps in `left_`, in the same order
+  LULONG left_ = 0;
+  Bool isAtCell_;
+  LONG last_[3], sign_[3];
 };
 
-/**
- * Walks the cells of a grid along the clipped part of a ray (3D digital differential analyser, after
- * Amanatides and Woo) and calls visit(cell) for each that lies inside the grid, until visit returns false.
- *
- * Each axis takes as many steps as lie between its first and last cell, so that the walk ends whatever
- * rounding does to the boundaries. Where several boundaries are crossed at once, z goes first, then y: a ray
- * through the edges of cells meets the same cells, and so the same first 1,024 hits, on every machine.
- */
+/** Calls visit(cell) for each cell along the ray, until it returns false. */
 template <class Visit>
 void WalkCells(const GridNode& root, const CellGrid& grid, const RaySegment& ray, const ParameterRange& range,
                Visit visit) {
-  constexpr LReal kNever = 1.0e308;
-  LONG at[3];         // the current cell
-  LONG remaining[3];  // steps left to the last cell
-  LReal boundary[3];  // t at which the ray leaves the current cell on this axis
-  LReal increment[3]; // t that it takes to cross a cell
-
-  const LVector from = ray.At(range.entry), to = ray.At(range.exit);
-  for (LONG axis = 0; axis < 3; ++axis) {
-    // Find the first and the last cell.
-    const LReal most = grid.Count(axis);
-    at[axis] = WalkedCoordinate((from[axis] - root.boxMin[axis]) * grid.cellsPerUnit[axis], most);
-    const LONG last = WalkedCoordinate((to[axis] - root.boxMin[axis]) * grid.cellsPerUnit[axis], most);
-    remaining[axis] = last > at[axis] ? last - at[axis] : at[axis] - last;
-
-    // An axis without steps is never the nearest. Its inverse delta may be infinite and is left alone.
-    boundary[axis] = kNever;
-    increment[axis] = 0.0;
-    if (remaining[axis] == 0 || ray.sign[axis] == 0) continue;
-
-    // Find where the ray leaves the first cell: through its upper face if it ascends, else the lower one.
-    const LReal plane =
-        root.boxMin[axis] + (at[axis] + (ray.sign[axis] + 1) / 2) * grid.cellSize[axis] - ray.start[axis];
-    boundary[axis] = plane * ray.inverseDelta[axis];
-    increment[axis] = std::abs(grid.cellSize[axis] * ray.inverseDelta[axis]);
-  }
-
-  CellBoundaries boundaries(boundary, increment);
-  LONG x = at[0], y = at[1], z = at[2];
-  LONG leftX = remaining[0], leftY = remaining[1], leftZ = remaining[2];
-  const LONG signX = ray.sign[0], signY = ray.sign[1], signZ = ray.sign[2];
-  const ULONG nx = (ULONG)grid.nx, ny = (ULONG)grid.ny, nz = (ULONG)grid.nz;
-  LReal entry = range.entry;
-  for (;;) {
-    // Visit the cell if it is one: a ray that starts on a far face of the box begins beyond the last cell.
-    if ((((ULONG)x < nx) & ((ULONG)y < ny) & ((ULONG)z < nz)) != 0 && !visit(WalkedCell{{x, y, z}, entry}))
-      return;
-    if ((leftX | leftY | leftZ) == 0) return;
-
-    // Step over the nearest boundary. An axis that has no step left may still be the nearest one, by
-    // rounding: the ray is at its end then.
-    LONG taken[3];
-    entry = boundaries.Step(taken);
-    x += signX & -taken[0];
-    y += signY & -taken[1];
-    z += signZ & -taken[2];
-    leftX -= taken[0];
-    leftY -= taken[1];
-    leftZ -= taken[2];
-    if ((leftX | leftY | leftZ) < 0) return;
+  for (CellWalk walk(root, grid, ray, range); walk.IsAtCell(); walk.Step()) {
+    WalkedCell cell;
+    walk.CellOf(walk.StepsLeft(), cell.at);
+    cell.entry = walk.Entry();
+    if (!visit(cell)) return;
   }
 }
 
