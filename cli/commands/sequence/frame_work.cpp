@@ -44,7 +44,6 @@ FrameWork::FrameWork(const RenderPlan& plan, const nlohmann::json& options) : pl
                                  : std::string();
   fingerprint_ = FingerprintOf(FingerprintOfProgram() + origin_.files + options.dump(-1, ' ', true) + length);
 }
-}
 
 std::string FrameWork::Names(const std::vector<int>& items) const {
   std::vector<int> frames;

@@ -253,7 +253,7 @@ private:
   }
 
   /** Notes an item that a cell far from it lists too. */
-  void AddFolded(ULONG number, GrowingBoxOf<LVector>& box) {
+  void AddFolded(ULONG number, GrowingBox<LVector>& box) {
     PackedCells& packed = data_.packed;
     const RenderItem& item = data_.items.data[number];
     box.Add(LVector(item.boxMin[0], item.boxMin[1], item.boxMin[2]));

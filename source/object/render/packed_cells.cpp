@@ -29,7 +29,7 @@ void PackedCells::Clear() {
   GeFree(spans);
   GeFree(filled);
   foldedCount = 0;
-  for (GrowingBoxOf<LVector>& box : foldedBoxes) box.Reset();
+  for (GrowingBox<LVector>& box : foldedBoxes) box.Reset();
 }
 
 void PackedCells::ClearFours() {

@@ -5,6 +5,7 @@
 // pictures are the same bit for bit with and without it. Its bounds below leave room for all rounding errors.
 #pragma once
 
+#include "c4d.h"
 #include "cloud/growing_box.h"
 
 #include <cmath>
@@ -61,7 +62,7 @@ struct PackedCells {
   ULONG folded[kMostFolded];
   LONG foldedCount = 0; ///< kMostFolded + 1: there are more
   /** Boxes around those of the far face in x and around the others. */
-  GrowingBoxOf<LVector> foldedBoxes[2];
+  GrowingBox<LVector> foldedBoxes[2];
 
   /** Room for errors when the quick test asks whether an item shows: see LaneRay::showing. */
   SReal showing = 0.0f;

@@ -73,7 +73,7 @@ public:
   LReal LastCentre(LReal entry) const { return entry + reach_; }
 
   /** Can a hit up to `last` on an item in this box show? It shows where the ray is within R of its centre. */
-  Bool Passes(const GrowingBoxOf<LVector>& box, LReal last) const {
+  Bool Passes(const GrowingBox<LVector>& box, LReal last) const {
     LReal first = -reach_, end = last + reach_;
     for (LONG axis = 0; axis < 3; ++axis) {
       const LReal low = box.min[axis] - reach_ - ray_.start[axis];
