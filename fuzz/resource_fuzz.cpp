@@ -32,7 +32,7 @@ static std::string Outcome(const std::string& text, const SymbolTable& names) {
   const std::vector<StringTable> tables = {table};
   const IncludeLoader include = [](const std::string&, std::string*) { return nullptr; };
   if (!ParseContainer(text, "x.res", &syntax, &error)) return outcome + "no container";
-  if (!BuildDescription({"x.res", &syntax, &names, &tables, include}, &built, &error))
+  if (!BuildDescription({"x.res", &syntax, &names, &tables, &tables, include}, &built, &error))
     return outcome + "not built";
   for (const Parameter& each : built.parameters) {
     outcome += each.identifier + std::to_string(each.id) + each.longName +
