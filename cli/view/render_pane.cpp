@@ -62,7 +62,7 @@ void RenderPane::Take(const host::RenderBuffer& buffer) {
       picture_.samples[i * 3 + c] = buffer.Samples()[i * host::RenderBuffer::kComponents + c];
       image.samples[i * 3 + c] = Shown(picture_.samples[i * 3 + c]);
     }
-  texture_.Upload(image);
+  texture_.Set(std::move(image));
 }
 
 std::string RenderPane::Render(const host::ViewCamera& camera, double aspect,

@@ -138,7 +138,7 @@ bool ViewportPane::Draw(LONG everyNth) {
     pointsDrawn_ = pointsShown_ / std::max<LONG>(1, everyNth);
     image = viewport_->Read();
   }
-  texture_.Upload(image);
+  texture_.Set(std::move(image));
   return true;
 }
 

@@ -89,6 +89,7 @@ void Window::SetUpInterface() {
 }
 
 Window::~Window() {
+  glfwMakeContextCurrent(window_);
   ImGui_ImplOpenGL3_Shutdown();
   ImGui_ImplGlfw_Shutdown();
   ImGui::DestroyContext();
@@ -116,6 +117,7 @@ void Window::HoldBriefKeys() {
 }
 
 void Window::BeginFrame(double patience) {
+  glfwMakeContextCurrent(window_);
   for (const int key : brief_) ImGui::GetIO().KeysDown[key] = false;
   brief_.clear();
   if (lively_ > 0 || patience <= 0.0) {
@@ -153,6 +155,8 @@ void Window::EndFrame(host::gl::Image* copy) {
       std::memcpy(&copy->samples[(std::size_t)(height - 1 - y) * row], &rows[(std::size_t)y * row], row);
   }
   glfwSwapBuffers(window_);
+  // Between frames the host may need the thread for its own context, as when a node of a view dies.
+  glfwMakeContextCurrent(nullptr);
 }
 
 void Window::OnDrop(GLFWwindow* window, int count, const char** paths) {
@@ -193,7 +197,16 @@ Texture::~Texture() {
   if (name_) glDeleteTextures(1, &name_);
 }
 
-void Texture::Upload(const host::gl::Image& image) {
+void Texture::Set(host::gl::Image image) {
+  image_ = std::move(image);
+}
+
+void* Texture::Handle() {
+  if (!image_.samples.empty()) Upload();
+  return (void*)(std::size_t)name_;
+}
+
+void Texture::Upload() {
   if (!name_) glGenTextures(1, &name_);
   glBindTexture(GL_TEXTURE_2D, name_);
   glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
@@ -201,8 +214,9 @@ void Texture::Upload(const host::gl::Image& image) {
   glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
   glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
   glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
-  glTexImage2D(GL_TEXTURE_2D, 0, GL_RGB8, image.width, image.height, 0, GL_RGB, GL_UNSIGNED_BYTE,
-               image.samples.data());
+  glTexImage2D(GL_TEXTURE_2D, 0, GL_RGB8, image_.width, image_.height, 0, GL_RGB, GL_UNSIGNED_BYTE,
+               image_.samples.data());
+  image_ = host::gl::Image();
 }
 
 } // namespace cli

@@ -73,12 +73,16 @@ public:
   ~Texture();
   Texture(const Texture&) = delete;
   Texture& operator=(const Texture&) = delete;
-  /** RGB with 8 bits; the window's context is current. */
-  void Upload(const host::gl::Image& image);
-  bool IsEmpty() const { return name_ == 0; }
-  void* Handle() const { return (void*)(std::size_t)name_; }
+  /** RGB with 8 bits. */
+  void Set(host::gl::Image image);
+  bool IsEmpty() const { return name_ == 0 && image_.samples.empty(); }
+  /** Within a frame: it uploads what was set since the last one. */
+  void* Handle();
 
 private:
+  void Upload();
+
+  host::gl::Image image_; ///< not uploaded yet
   unsigned name_ = 0;
 };
 

@@ -113,7 +113,7 @@ void Context::Describe() {
 }
 
 Context::~Context() {
-  if (currentContext == this) {
+  if (Current() == this) {
     eglMakeCurrent(display_, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
     currentContext = nullptr;
   }
@@ -126,7 +126,7 @@ bool Context::MakeCurrent(std::string* error) {
     *error = "OpenGL context made current on another thread than the one that created it";
     return false;
   }
-  if (currentContext == this) return true;
+  if (Current() == this) return true;
   // The client API is a setting of the thread, and other users of EGL may have changed it.
   if (!eglBindAPI(EGL_OPENGL_API) || !eglMakeCurrent(display_, surface_, surface_, context_)) {
     *error = "the OpenGL context cannot be made current, " + EglErrorName();
@@ -137,7 +137,7 @@ bool Context::MakeCurrent(std::string* error) {
 }
 
 bool Context::Release(std::string* error) {
-  if (currentContext != this) {
+  if (Current() != this) {
     *error = "OpenGL context released on a thread where it is not current";
     return false;
   }
@@ -147,6 +147,8 @@ bool Context::Release(std::string* error) {
 }
 
 Context* Context::Current() {
+  // A window that shares the thread may have made its own one current meanwhile.
+  if (currentContext && eglGetCurrentContext() != currentContext->context_) currentContext = nullptr;
   return currentContext;
 }
 

@@ -71,10 +71,16 @@ protected:
     return image;
   }
 
+  void KeepRenderWidth(int pixels) {
+    std::filesystem::create_directories(folder_ / "config/kelvra");
+    folder_.Write("config/kelvra/window.json", "{\"render_width\": " + std::to_string(pixels) + "}");
+  }
+
   TempFolder folder_;
 };
 
 TEST_F(Window, TakesAScanFromItsDropToASavedScene) {
+  KeepRenderWidth(4000); // for a while that is long enough to stop it
   ASSERT_EQ(
       Run("--size 900x600",
           "yes '1 2 3 0 0 255' | head -c 120M >big.xyz\n"
@@ -107,8 +113,7 @@ TEST_F(Window, OpensASceneThatConvertsRendersAndExplains) {
                     "--set", "thin_view=100000"})
                 .status,
             0);
-  std::filesystem::create_directories(folder_ / "config/kelvra");
-  folder_.Write("config/kelvra/window.json", "{\"render_width\": 240}");
+  KeepRenderWidth(240);
   ASSERT_EQ(Run("kept.scene --size 900x600 --screenshot end.png",
                 "shot opened; key ctrl+r; shot rendered; point 600 300 click 1; shot explained\n"
                 "key Delete; key ctrl+q; key Escape; shot asked; key ctrl+q; key Right; key space"),
