@@ -17,5 +17,5 @@ snapshot height 480x300 --set load_color=height --legend
 snapshot classes 480x300 --set load_color=class --legend
 snapshot falloff 480x300 --set falloff_action=scale --set falloff_radius=120 --set point_size=5
 "$bin/make_cloud" "$folder/landscape.xyz" --points 600000
-"$bin/kelvra" render "$folder/landscape.xyz" -o docs/images/landscape.png --size 960x480 --view iso --fit 1.15 \
+"$bin/kelvra" render "$folder/landscape.xyz" -o docs/images/landscape.png --size 760x380 --view iso --fit 1.15 \
   --light sun:150,35 --light ambient:0.4 --background '#262d35'
