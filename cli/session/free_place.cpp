@@ -100,8 +100,7 @@ private:
 
 } // namespace
 
-Vector FreePlace(const CloudSession& session, const Vector& wished, double clearance,
-                 const host::Box& box) {
+Vector FreePlace(const CloudSession& session, const Vector& wished, double clearance, const host::Box& box) {
   Cells cells(box);
   bool free = true;
   VisitPoints(session, [&](const Vector& p) {

@@ -44,20 +44,20 @@ TEST_F(LoadReportTest, RefusalsNameTheReasonAndNoPoints) {
   const struct {
     const char *name, *content, *reason;
   } cases[] = {
-      {"empty.xyz", "", "the file is empty"},
-      {"comma.txt", "x,y,z\n1,2,3\n4, 5, 6\n",
-       "no line holds a point: 2 lines (the first is line 2) have commas between the numbers"},
-      {"de.txt", "1,5;2,5;3,5\n",
-       "line 1 has semicolons between the numbers, where blanks or tabs are "
-       "expected; line 1 has decimal commas, where decimal points are expected"},
-      {"plain.pts", "3\n1 2 3\n", "expected x y z intensity"},
-      {"wide.xyz", "\xFF\xFE\x31\x00", "UTF-16"},
+    {"empty.xyz", "", "the file is empty"},
+    {"comma.txt", "x,y,z\n1,2,3\n4, 5, 6\n",
+     "no line holds a point: 2 lines (the first is line 2) have commas between the numbers"},
+    {"de.txt", "1,5;2,5;3,5\n",
+     "line 1 has semicolons between the numbers, where blanks or tabs are "
+     "expected; line 1 has decimal commas, where decimal points are expected"},
+    {"plain.pts", "3\n1 2 3\n", "expected x y z intensity"},
+    {"wide.xyz", "\xFF\xFE\x31\x00", "UTF-16"},
 #if KELVRA_HAVE_LASLIB
-      {"log.las", "~VERSION INFORMATION\n VERS. 2.0\n", "this is not a point cloud (it starts with ~VERSION"},
+    {"log.las", "~VERSION INFORMATION\n VERS. 2.0\n", "this is not a point cloud (it starts with ~VERSION"},
 #else
-      {"cloud.las", "LASF", "this build cannot read LAS and LAZ files: it was made without LASlib"},
+    {"cloud.las", "LASF", "this build cannot read LAS and LAZ files: it was made without LASlib"},
 #endif
-      {"nodata.xyz", "1 2 -9999\n", "every point is marked as no data"},
+    {"nodata.xyz", "1 2 -9999\n", "every point is marked as no data"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
