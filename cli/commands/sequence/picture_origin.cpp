@@ -71,6 +71,7 @@ RenderPlan PlanOfPicture(const RenderPlan& asked, const PictureOrigin& origin, c
     throw UsageError{given.begin().key() + ": has no effect with --pixel-of, whose picture says it"};
   RenderPlan plan;
   CLI::App command;
+  command.allow_windows_style_options(false); // a path may begin with a slash
   AddPictureOptions(command, plan, "PNG");
   std::vector<std::string> words = asked.input.files;
   for (const auto& [name, values] : origin.options.items()) {
