@@ -24,7 +24,7 @@ set(not_driven
   "program|RenderCommand.AnOutputThatCannotBeWrittenIsReportedBeforeAnythingIsLoaded|expects the longest name of POSIX file systems"
   "core|ServiceCommands.ReprojectPrintsSixTextsOrThatNothingWasAnswered|names an authority of its own, the system's count here"
 )
-set(filter_program "-ManualCommands.*:ManualContent.*:Layers.*:")
+set(filter_program "-ManualCommands.*:ManualContent.*:Layers.*:Pages.*:Window.*:")
 set(filter_core "ServiceCommands.*-")
 foreach(entry IN LISTS not_driven)
   string(REPLACE "|" ";" parts "${entry}")

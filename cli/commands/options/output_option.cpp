@@ -40,7 +40,7 @@ CLI::Option* AddOutput(CLI::App& command, std::string& path, const std::string& 
 }
 
 CLI::Option* ExpectSuffix(CLI::Option* output, std::vector<std::string> suffixes) {
-  return output->check([suffixes](const std::string& path) {
+  return output->check([suffixes = std::move(suffixes)](const std::string& path) {
     std::string names;
     for (const std::string& suffix : suffixes) {
       if (HasSuffix(path, suffix)) return std::string();
