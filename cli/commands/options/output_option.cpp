@@ -5,6 +5,7 @@
 #include "host/base/replacing_file.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace cli {
 
