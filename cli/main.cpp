@@ -16,7 +16,7 @@ namespace {
 std::string Suggestion(const std::string& word) {
   std::vector<std::string> names;
   for (const cli::Command& command : cli::Commands()) names.push_back(command.name);
-  const std::string near = cli::DidYouMean(word, names);
+  std::string near = cli::DidYouMean(word, names);
   if (!near.empty()) return near;
   std::string all;
   for (std::size_t i = 0; i < names.size(); ++i)

@@ -31,7 +31,7 @@ struct TableError {
   std::string text;
 };
 
-std::string Trimmed(std::string text) {
+std::string Trimmed(const std::string& text) {
   const char* const blanks = " \t\r\"";
   const std::size_t first = text.find_first_not_of(blanks);
   if (first == std::string::npos) return std::string();

@@ -42,14 +42,15 @@ void SlurmRunner::ReadState(const std::string& identity) {
   const nlohmann::json state = nlohmann::json::parse(file, nullptr, false);
   if (!state.is_object()) return;
   jobs_ = state.value("jobs", jobs_);
-  if (Alive().empty()) {
+  if (SlurmRunner::Alive().empty()) {
     jobs_.clear();
     return;
   }
   if (state.value("identity", "") == identity) return;
+  const std::string job = SlurmRunner::Outlives();
   throw std::runtime_error(
-      Outlives() + " still makes an earlier version of this sequence; wait for it, or end it with: scancel " +
-      Outlives().substr(4));
+      job + " still makes an earlier version of this sequence; wait for it, or end it with: scancel " +
+      job.substr(4));
 }
 
 void SlurmRunner::WriteState() const {

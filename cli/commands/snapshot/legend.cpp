@@ -57,8 +57,12 @@ std::vector<Tick> TicksOf(double from, double to) {
   if (!(to > from)) return {{from, Fixed(from, 2)}};
   const double step = TickStep(to - from);
   const int decimals = std::clamp((int)-std::floor(std::log10(step) + 1e-9), 0, 9);
-  for (double value = std::ceil(from / step - 1e-9) * step; value <= to + step * 1e-9; value += step)
+  const double first = std::ceil(from / step - 1e-9) * step;
+  const int last = (int)std::floor((to - first) / step + 1e-9);
+  for (int i = 0; i <= last; ++i) {
+    const double value = first + i * step;
     ticks.push_back({value, Fixed(std::abs(value) < step * 1e-6 ? 0.0 : value, decimals)});
+  }
   return ticks;
 }
 
