@@ -62,7 +62,7 @@ public:
 
   GeDynamicArray& operator=(const GeDynamicArray& src) {
     if (this != &src && ReScope(src.GetCount()))
-      for (VLONG i = 0; i < count_; ++i) data_[i] = src.data_[i];
+      for (VLONG i = 0; i < count_; ++i) data_[i] = src.data_[i]; // NOLINT: src holds as many
     return *this;
   }
 

@@ -268,7 +268,7 @@ private:
 } // namespace
 
 UndoHistory::~UndoHistory() {
-  Clear();
+  UndoHistory::Clear();
 }
 
 bool UndoHistory::Begin() {
