@@ -279,6 +279,8 @@ void ViewApplication::Explain(const Pixel& pixel) {
   std::vector<PixelPoint> points;
   Announce("explaining");
   TouchDocument([&] { explanation_ = render_.Explain(pixel, &points); });
+  std::stable_sort(points.begin(), points.end(),
+                   [](const PixelPoint& a, const PixelPoint& b) { return a.weight > b.weight; });
   std::vector<Vector> places;
   for (const PixelPoint& point : points) places.push_back(point.place);
   viewport_.Mark(places, points.empty() ? std::string() : points.front().text);

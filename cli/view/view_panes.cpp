@@ -21,7 +21,7 @@ constexpr int kPane = ImGuiWindowFlags_NoMove | ImGuiWindowFlags_NoResize | ImGu
                       ImGuiWindowFlags_NoBringToFrontOnFocus | ImGuiWindowFlags_NoSavedSettings;
 
 // Key numbers of the window system.
-constexpr int kF1 = 290, kF12 = 301, kDeleteKey = 261, kEscapeKey = 256;
+constexpr int kF1 = 290, kF12 = 301, kDeleteKey = 261, kEscapeKey = 256, kAltKey = 342;
 
 struct Side {
   const char* name;
@@ -202,6 +202,8 @@ void ViewApplication::TakeShortcuts(const Window::Key& key) {
     }
   }
   if (key.number == 'F') viewport_.FrameAll(viewport_.Direction());
+  // The interface goes to the menu of the window in front when Alt is let go: that one, then.
+  if (key.number == kAltKey) ImGui::SetWindowFocus("##MainMenuBar");
   if (key.number == kDeleteKey) Later([this] { DeleteSelected(); });
   for (const Side& side : kSides)
     if (key.number == side.key[0]) viewport_.FrameAll(side.direction);

@@ -116,7 +116,8 @@ TEST_F(Window, OpensASceneThatConvertsRendersAndExplains) {
   KeepRenderWidth(240);
   ASSERT_EQ(Run("kept.scene --size 900x600 --screenshot end.png",
                 "shot opened; key ctrl+r; shot rendered; point 600 300 click 1; shot explained\n"
-                "key Delete; key ctrl+q; key Escape; shot asked; key ctrl+z; key ctrl+q; sleep 2\n"
+                "key Delete; key ctrl+q; key Escape; shot asked; key ctrl+z; key ctrl+q\n"
+                "for i in $(seq 20); do kill -0 $program 2>/dev/null || break; sleep 0.1; done\n"
                 "kill -0 $program 2>/dev/null && touch asked_again && key Right && key Return"),
             0)
       << TempFolder::Read(folder_ / "errors");
