@@ -407,7 +407,9 @@ BaseObject* KelvraObject::GetVirtualObjects(BaseObject* op, HierarchyHelp* hh) {
   request.scale = MatrixScale(Vector(request.size / kUnitObjectSize));
   request.value = data->GetReal(KELVRA_CONVERT_VALUE);
   request.box = &display.box;
-  return BuildConversion(request, GetRegistrationState().mayConvert ? mode : 0);
+  BaseObject* built = BuildConversion(request, GetRegistrationState().mayConvert ? mode : 0);
+  if (request.stopped) settingsChanged = 1; // asked for again, it is built again
+  return built;
 }
 
 Bool RegisterPointCloudObject() {
