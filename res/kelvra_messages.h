@@ -179,7 +179,8 @@ struct KelvraBlockReport {
   LVector min, max;
   Vector shownMin, shownMax; // where they are shown, in the object's own coordinates and axes
   LONG fitted;               // 1 when they are fitted to the object's size
-  LONG hasColor;             // 1 when its points differ in colour and the colour comes from the file
+  LONG
+      hasColor; // 1 when its points differ in colour or share one that is no grey, and it comes from the file
   LONG isBlack; // 1 when all its points are black, or as dark as readers make points without colour
 };
 
