@@ -218,7 +218,10 @@ private:
           const LLONG place = grid_->IndexOf(x, y, z);
           CellSpan& span = data_.packed.spans[place];
           const ULONG nth = span.count++;
-          data_.leaves.numbers[span.firstNumber + nth] = number;
+          // The lanes behind it in its four get the number too: in a cell larger than any sensible cloud 32
+          // bits cannot keep unused lanes from being met, and they must lead to an item then.
+          ULONG* const numbers = data_.leaves.numbers + span.firstNumber;
+          for (ULONG lane = nth; lane <= (nth | 3); ++lane) numbers[lane] = number;
           if (place >= walked_ || !data_.packed.fours) continue;
 
           // Pack it relative to the centre of the cell that rays know the place as: an item of a far face
