@@ -166,6 +166,11 @@ LReal MetAt(const KelvraSight& sight, const Vector& point) {
   return offset * offset - depth * depth <= reach * reach ? depth : -1.0;
 }
 
+/** The first one takes what is not a number: bounds and origin may be anything. */
+LONG BinOf(LReal place, LONG count) {
+  return place > 0.0 ? (LONG)std::min(place, (LReal)(count - 1)) : 0;
+}
+
 bool HasFiniteHeight(const PointStore& store) {
   bool found = false;
   store.VisitBlocks([&found](const PointBlock& block, VLONG) {
@@ -245,7 +250,7 @@ Bool AnswerHeights(BaseObject* op, const PointStore& store, KelvraHeights& answe
       else if (height > to)
         ++answer.above;
       else
-        ++answer.bins[LMin((LONG)((height - from) * perHeight), answer.binCount - 1)];
+        ++answer.bins[BinOf((height - from) * perHeight, answer.binCount)];
     }
     return true;
   });

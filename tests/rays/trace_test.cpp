@@ -245,6 +245,26 @@ TEST_F(RaysTest, FarFaceItemsAreMetInTheCellsThatShareTheirPlace) {
   }
 }
 
+TEST_F(RaysTest, StrayPointsBeyondAllMeasureMisleadNoRay) {
+  for (const LReal stray : {1e15, 1e18, 1e20, 1e30, 3e38})
+    for (const int near : {9, 50}) { // packed as they are, and in groups; neither fills the last one
+      std::vector<LVector> places{LVector(stray, stray / 3, stray / 7)};
+      for (int i = 0; i < near; ++i) places.push_back(LVector(i * 90, i * 0.01, i % 3));
+      VoxelData packed, plain;
+      plain.packed.mostBytes = 0;
+      for (VoxelData* data : {&packed, &plain}) MakeSpheres(*data, places, 40.0, 0.5);
+      ASSERT_TRUE(packed.packed.fours && !plain.packed.fours);
+      oracle::Thread thread;
+      for (int i = 0; i < 60; ++i) {
+        TracedRay ray = AlongX(LVector(i * 50 - 500, i % 6, 0.5), i % 2 ? 1.0 : -1.0);
+        if (i % 5 == 0) ray.mode = kRayShadow;
+        const TracedLight expected = Trace(plain, ray, thread.For(ray.mode), nullptr);
+        const TracedLight found = Trace(packed, ray, thread.For(ray.mode), nullptr);
+        ASSERT_EQ(std::memcmp(&expected, &found, sizeof found), 0) << stray << ", ray " << i;
+      }
+    }
+}
+
 TEST_F(RaysTest, CloudSoFarOutThatItHasNoExtentIsMet) {
   VoxelData data;
   MakeSpheres(data, {LVector(0, 1e17, 0)}, 0.25, 0.0);

@@ -50,6 +50,7 @@ public:
     GeFree(counts_);
     PrepareCells();
     for (LLONG slab = 0; slab < slabs.Count(); ++slab) FillCells(slabs.At(slab));
+    EndLists();
     if (data_.packed.numbers) GroupCells();
     return TRUE;
   }
@@ -322,6 +323,18 @@ private:
     four.z[lane] = z;
     four.reach[lane] = reach;
   }
+  /**
+   * Lets the unused lanes of each last four lead to the last item: in a cell larger than any sensible cloud,
+   * 32 bits cannot keep them from being met.
+   */
+  void EndLists() {
+    for (LLONG place = 0; place < grid_->TableSize(); ++place) {
+      const CellSpan& span = data_.packed.spans[place];
+      ULONG* const numbers = data_.leaves.numbers + span.firstNumber;
+      for (ULONG lane = span.count; lane % 4 != 0; ++lane) numbers[lane] = numbers[span.count - 1];
+    }
+  }
+
   /** At least the errors of an item that lies with its cell. */
   LReal CellErrors(LReal radius) const { return ReachErrors(HalfCell() + LVector(radius), radius, error_); }
 

@@ -87,6 +87,9 @@ void CellGrouping::Group(PackedCells& packed, const CellSpan& span, const ULONG*
   PackedEight* const groups = (PackedEight*)fours;
   for (ULONG i = 0; i < span.bounds / 2; ++i) MarkUnused(bounds[i]);
   ULONG* const numbers = packed.numbers + (span.firstFour + span.bounds) * 4;
+  // Unused lanes lead to the last item, as those of cells without groups do.
+  for (ULONG i = span.count; i < span.Groups() * kGroupItems; ++i)
+    numbers[i] = sorted_[span.count - 1].number;
   for (ULONG group = 0; group < span.Groups(); ++group) {
     const ULONG first = group * kGroupItems, end = std::min(first + kGroupItems, span.count);
     PackedEight& items = groups[group];
