@@ -71,9 +71,12 @@ public:
                                            : data_.leaves.numbers + span.firstNumber;
     return {fours, span.bounds > 0 ? span.Groups() : 0, fours + span.bounds, span.ItemFours(), numbers};
   }
-  void PrefetchFours(const CellSpan& span) const {
-    if (span.count > 0 && data_.packed.fours)
-      Prefetch(data_.packed.fours + span.firstFour, LMin((LONG)(span.bounds + span.ItemFours()), 8));
+  /** Fetches the first packed items of a cell, and their numbers: those of groups only if some are met. */
+  void PrefetchItems(const CellSpan& span) const {
+    if (span.count == 0 || !data_.packed.fours) return;
+    Prefetch(data_.packed.fours + span.firstFour, LMin((LONG)(span.bounds + span.ItemFours()), 8));
+    if (span.bounds == 0)
+      Prefetch(data_.leaves.numbers + span.firstNumber, LMin((LONG)(span.count + 15) / 16 + 1, 4));
   }
 
 private:
@@ -145,7 +148,7 @@ public:
     ahead.span = &data_.packed.spans[grid_.IndexOf(cell.at[0], cell.at[1], cell.at[2])];
     Prefetch(ahead.span, 1);
     ++walked_;
-    if (walked_ - done_ > kAhead / 2) frame_.PrefetchFours(*ahead_[(walked_ - 1 - kAhead / 2) % kAhead].span);
+    if (walked_ - done_ > kAhead / 2) frame_.PrefetchItems(*ahead_[(walked_ - 1 - kAhead / 2) % kAhead].span);
     return walked_ - done_ < kAhead || LookThrough(ahead_[done_++ % kAhead]);
   }
   /** Looks through the cells that are queued when the walk ends. */

@@ -161,7 +161,7 @@ private:
     // The time goes into waiting for memory: fetch everything ahead of its use.
     const CellSpan* const spans = data_.packed.spans;
     for (LONG i = 0; i < queued; ++i) Prefetch(&spans[queue_[i].place], 1);
-    for (LONG i = 0; i < queued; ++i) frame_.PrefetchFours(spans[queue_[i].place]);
+    for (LONG i = 0; i < queued; ++i) frame_.PrefetchItems(spans[queue_[i].place]);
     for (LONG i = 0; i < queued; ++i) {
       LONG at[3];
       walk.CellOf(queue_[i].stepsLeft, at);
