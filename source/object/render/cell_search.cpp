@@ -300,6 +300,10 @@ KELVRA_EIGHT Searched SearchByEight(const LaneRay& ray, const SearchedItems& ite
       found.fours += 2;
       AppendEight(bits.showing & used, at, groups, &near);
     }
+    for (ULONG i = 0; i < near; ++i) {
+      Prefetch(&items.Groups()[groups[i]], 2);
+      Prefetch(items.numbers + groups[i] * kGroupItems, 1);
+    }
     for (ULONG i = 0; i < near && found.met <= room; ++i) {
       const LaneBits bits = lanes.Test(items.Groups()[groups[i]]);
       found.met += BitCount(bits.met);
