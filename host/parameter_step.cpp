@@ -12,6 +12,10 @@ bool KeepParameters(BaseList2D* node) {
   return kept != FALSE;
 }
 
+UndoPlace PlaceInHistory(BaseDocument* doc) {
+  return Impl(doc)->undo->Place();
+}
+
 OneStep::OneStep(BaseDocument* doc) : doc_(doc) {
   Impl(doc_)->undo->Join(true);
 }

@@ -1,9 +1,12 @@
-// Undo of what a user does to parameters.
+// Undo of what a user does to parameters, and where the document stands in its history.
 #pragma once
 
 #include "c4d.h"
+#include "host/nodes/undo_steps.h"
 
 namespace host {
+
+UndoPlace PlaceInHistory(BaseDocument* doc);
 
 /**
  * One undo step with the parameters, name and place of a node as they are now, before they change. Unlike the

@@ -43,8 +43,9 @@ enum {
   KELVRA_MESSAGE_UPDATE_CHECK = 1037615,
 
   /**
-   * To a point cloud object: how many of its points lie at which heights? Data: KelvraHeights*. FALSE, and
-   * the data stay as they are, for an unknown version and for an object without points.
+   * To a point cloud object: how many of its points lie at which heights? Data: KelvraHeights*. Points whose
+   * height is not finite are left out. FALSE, and the data stay as they are, for an unknown version and for
+   * an object without other points.
    */
   KELVRA_MESSAGE_HEIGHTS = 1037616,
 

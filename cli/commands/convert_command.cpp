@@ -216,6 +216,7 @@ bool Build(CloudSession& session, double points) {
   const ConsoleLines console(session.App().GetConsole());
   for (BaseObject* cloud : session.Clouds()) host::UpdateCache(cloud, session.Document(), BUILDFLAGS_0);
   console.Print();
+  if (host::Interrupted()) throw std::runtime_error("converting: stopped by the user");
   const long long grown = ResidentMemory() - before;
   const ResultTree tree = DescribeTree(session.Document());
   for (const std::string& line : tree.lines) Line(std::cout) << line;

@@ -13,13 +13,38 @@ namespace fs = std::filesystem;
 
 namespace cli {
 
-void FileBrowser::Open(const Question& question, const std::string& folder) {
+namespace {
+
+std::string Lower(std::string text) {
+  for (char& c : text)
+    if (c >= 'A' && c <= 'Z') c = (char)(c - 'A' + 'a');
+  return text;
+}
+
+/** ".png, .tif or .exr" */
+std::string Listed(const std::vector<std::string>& names) {
+  std::string list;
+  for (std::size_t i = 0; i < names.size(); ++i)
+    list += (i == 0 ? "" : i + 1 < names.size() ? ", " : " or ") + names[i];
+  return list;
+}
+
+} // namespace
+
+void FileBrowser::Open(const Question& question, const std::string& folder, const Expected& expected) {
   question_ = question;
-  name_.clear();
+  expected_ = expected;
+  name_ = expected.name;
   path_.clear();
-  open_ = appearing_ = true;
+  open_ = typing_ = true;
   std::error_code failed;
   Enter(fs::is_directory(fs::u8path(folder), failed) ? folder : fs::current_path(failed).u8string());
+}
+
+bool FileBrowser::IsExpected(const std::string& name) const {
+  const std::string suffix = Lower(fs::u8path(name).extension().u8string());
+  return expected_.suffixes.empty() ||
+         std::find(expected_.suffixes.begin(), expected_.suffixes.end(), suffix) != expected_.suffixes.end();
 }
 
 void FileBrowser::Enter(const std::string& folder) {
@@ -33,6 +58,7 @@ void FileBrowser::Enter(const std::string& folder) {
 void FileBrowser::Read() {
   entries_.clear();
   problem_.clear();
+  sought_.clear();
   replaceAsked_ = false;
   std::error_code failed;
   for (fs::directory_iterator i(fs::u8path(folder_), failed), end; !failed && i != end; i.increment(failed)) {
@@ -67,45 +93,57 @@ void FileBrowser::Choose() {
     name_.clear();
     return Enter(path.u8string());
   }
+  problem_ = Obstacle(path);
+  if (problem_.empty()) return Close(path.u8string());
+  typing_ = true; // the name wants another try
+}
+
+std::string FileBrowser::Obstacle(const fs::path& path) {
+  std::error_code ignored;
   const bool exists = fs::exists(path, ignored);
-  if (question_.kind == FILESELECT_SAVE && exists && !replaceAsked_) {
-    replaceAsked_ = true;
-    problem_ = path.filename().u8string() + " exists; press Save again to replace it";
-    return;
+  const std::string name = path.filename().u8string();
+  if (question_.kind != FILESELECT_SAVE)
+    return exists ? std::string() : path.u8string() + ": no such file or folder";
+  if (path.has_extension() && !IsExpected(name))
+    return name + ": the name needs a suffix: " + Listed(expected_.suffixes);
+  if (!exists || std::exchange(replaceAsked_, true)) return std::string();
+  return name + " exists; press Save again to replace it";
+}
+
+bool FileBrowser::ShowEntry(const Entry& entry) {
+  const std::string bytes = entry.isFolder ? std::string() : Bytes(entry.bytes);
+  const float room = ImGui::GetContentRegionAvail().x - ImGui::CalcTextSize(bytes.c_str()).x;
+  const std::string name = entry.isFolder ? entry.name + "/" : entry.name;
+  const std::string shown = Shortened(name, room - ImGui::GetFontSize()) + "###" + entry.name;
+  bool chosen = false;
+  const bool bright = entry.isFolder || IsExpected(entry.name);
+  ImGui::PushStyleColor(ImGuiCol_Text,
+                        ImGui::GetStyleColorVec4(bright ? ImGuiCol_Text : ImGuiCol_TextDisabled));
+  if (ImGui::Selectable(shown.c_str(), entry.name == name_, ImGuiSelectableFlags_AllowDoubleClick)) {
+    replaceAsked_ = false;
+    name_ = entry.name;
+    const bool byKey =
+        !ImGui::IsMouseClicked(ImGuiMouseButton_Left) && !ImGui::IsMouseReleased(ImGuiMouseButton_Left);
+    chosen = entry.isFolder || byKey || ImGui::IsMouseDoubleClicked(ImGuiMouseButton_Left);
   }
-  if (question_.kind != FILESELECT_SAVE && !exists) {
-    problem_ = path.u8string() + ": no such file or folder";
-    return;
-  }
-  Close(path.u8string());
+  ImGui::PopStyleColor();
+  ExplainShortened(name, room - ImGui::GetFontSize());
+  if (entry.isFolder) return chosen;
+  ImGui::SameLine(room);
+  ImGui::TextDisabled("%s", bytes.c_str());
+  return chosen;
 }
 
 void FileBrowser::ShowEntries(float height) {
   ImGui::BeginChild("entries", ImVec2(0, height), true);
-  std::string enter;
-  if (ImGui::Selectable("..")) enter = folder_ + "/..";
+  if (ImGui::Selectable("..")) Enter(folder_ + "/..");
+  bool chosen = false;
   for (const Entry& entry : entries_) {
     if (question_.kind == FILESELECT_DIRECTORY && !entry.isFolder) continue;
-    const std::string bytes = entry.isFolder ? std::string() : Bytes(entry.bytes);
-    const float room = ImGui::GetContentRegionAvail().x - ImGui::CalcTextSize(bytes.c_str()).x;
-    const std::string name = entry.isFolder ? entry.name + "/" : entry.name;
-    const std::string shown = Shortened(name, room - ImGui::GetFontSize()) + "###" + entry.name;
-    if (ImGui::Selectable(shown.c_str(), entry.name == name_, ImGuiSelectableFlags_AllowDoubleClick)) {
-      replaceAsked_ = false;
-      if (entry.isFolder)
-        enter = folder_ + "/" + entry.name;
-      else {
-        name_ = entry.name;
-        if (ImGui::IsMouseDoubleClicked(ImGuiMouseButton_Left)) Choose();
-      }
-    }
-    ExplainShortened(name, room - ImGui::GetFontSize());
-    if (entry.isFolder) continue;
-    ImGui::SameLine(room);
-    ImGui::TextDisabled("%s", bytes.c_str());
+    if (Lower(entry.name).find(sought_) != std::string::npos) chosen = ShowEntry(entry) || chosen;
   }
   ImGui::EndChild();
-  if (!enter.empty()) Enter(enter);
+  if (chosen) Choose();
 }
 
 void FileBrowser::Show(float scale) {
@@ -119,10 +157,15 @@ void FileBrowser::Show(float scale) {
   if (!ImGui::BeginPopupModal(title.c_str(), nullptr, ImGuiWindowFlags_NoCollapse)) return;
   ImGui::TextUnformatted(folder_.c_str());
   ShowEntries(-3.4f * ImGui::GetFrameHeightWithSpacing());
-  if (std::exchange(appearing_, false)) ImGui::SetKeyboardFocusHere();
+  if (std::exchange(typing_, false)) ImGui::SetKeyboardFocusHere();
   ImGui::SetNextItemWidth(-1);
   const char* hint = question_.kind == FILESELECT_DIRECTORY ? "this folder" : "name or path";
-  const bool entered = ImGui::InputTextWithHint("##name", hint, &name_, ImGuiInputTextFlags_EnterReturnsTrue);
+  const bool entered = ImGui::InputTextWithHint(
+      "##name", hint, &name_, ImGuiInputTextFlags_EnterReturnsTrue | ImGuiInputTextFlags_AutoSelectAll);
+  if (ImGui::IsItemEdited()) {
+    sought_ = name_.find('/') == std::string::npos ? Lower(name_) : std::string();
+    replaceAsked_ = false;
+  }
   ImGui::TextColored(ImVec4(1.0f, 0.7f, 0.4f, 1.0f), "%s", problem_.c_str());
   const char* verb = question_.kind == FILESELECT_SAVE        ? "Save"
                      : question_.kind == FILESELECT_DIRECTORY ? "Choose this folder"

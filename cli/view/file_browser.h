@@ -3,6 +3,7 @@
 
 #include "host/dialogs.h"
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -12,8 +13,14 @@ class FileBrowser {
 public:
   typedef host::Dialogs::FileQuestion Question;
 
+  /** What the caller knows about the file. */
+  struct Expected {
+    std::vector<std::string> suffixes; ///< with their dots, lower case; none for any
+    std::string name;                  ///< offered for a file that is to be saved
+  };
+
   /** Begins to ask; folder is where it starts. */
-  void Open(const Question& question, const std::string& folder);
+  void Open(const Question& question, const std::string& folder, const Expected& expected);
   bool IsOpen() const { return open_; }
   /** Draws the dialog, inside a frame. */
   void Show(float scale);
@@ -31,13 +38,20 @@ private:
   void Read();
   void Enter(const std::string& folder);
   void ShowEntries(float height);
+  /** True when it was chosen for good. */
+  bool ShowEntry(const Entry& entry);
+  bool IsExpected(const std::string& name) const;
   void Choose();
+  /** Why the path cannot be the answer, empty when it can. */
+  std::string Obstacle(const std::filesystem::path& path);
   void Close(const std::string& path);
 
   Question question_{FILESELECT_LOAD, "", ""};
+  Expected expected_;
   std::string folder_, name_, path_, problem_;
+  std::string sought_; ///< what was typed: names without it are left out
   std::vector<Entry> entries_;
-  bool open_ = false, appearing_ = false, replaceAsked_ = false;
+  bool open_ = false, typing_ = false, replaceAsked_ = false;
 };
 
 } // namespace cli

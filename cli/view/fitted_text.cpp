@@ -38,7 +38,10 @@ void ShowFitted(const std::string& text, float width) {
 }
 
 void ExplainShortened(const std::string& text, float width) {
-  if (!ImGui::IsItemHovered(ImGuiHoveredFlags_AllowWhenDisabled) || Fits(text, width)) return;
+  if (ImGui::IsItemHovered(ImGuiHoveredFlags_AllowWhenDisabled) && !Fits(text, width)) ShowTooltip(text);
+}
+
+void ShowTooltip(const std::string& text) {
   ImGui::BeginTooltip();
   ImGui::PushTextWrapPos(ImGui::GetFontSize() * 36.0f);
   ImGui::TextUnformatted(text.data(), text.data() + text.size());

@@ -14,4 +14,7 @@ void ShowFitted(const std::string& text, float width);
 /** To be called after a widget: resting on it shows the text if it did not fit. */
 void ExplainShortened(const std::string& text, float width);
 
+/** At the pointer, in lines that are not too long to read. */
+void ShowTooltip(const std::string& text);
+
 } // namespace cli

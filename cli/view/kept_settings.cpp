@@ -1,6 +1,7 @@
 #include "cli/view/kept_settings.h"
 
 #include "cli/system/preferences_folder.h"
+#include "host/base/replacing_file.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -57,7 +58,10 @@ void KeptSettings::Save() const {
                                {"objects_pane", (int)panes.objects},
                                {"console_pane", (int)panes.console},
                                {"explanation_pane", (int)panes.explained}};
-  std::ofstream(path) << json.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) << "\n";
+  const std::string text = json.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
+  host::ReplacingFile file(path.u8string());
+  std::string reason;
+  if (file.Open(&reason) && file.File().Write(text.data(), text.size())) file.Commit(&reason);
 }
 
 } // namespace cli

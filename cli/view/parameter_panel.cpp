@@ -128,10 +128,11 @@ void ParameterPanel::ShowLabel(const Parameter& parameter) const {
   ImGui::TextUnformatted(Shortened(fits ? parameter.longName : parameter.shortName, room).c_str());
   if (ImGui::IsItemHovered()) {
     const Shown shown = ShownAs(parameter.unit);
-    std::string text = parameter.longName + "\n" + parameter.identifier + ", " + std::to_string(parameter.id);
-    if (parameter.min) text += "\nfrom " + TwoDigits((*parameter.min)[0] * shown.factor);
-    if (parameter.max) text += "\nup to " + TwoDigits((*parameter.max)[0] * shown.factor);
-    ImGui::SetTooltip("%s", text.c_str());
+    std::string text = parameter.longName + "\n";
+    if (!parameter.help.empty()) text += parameter.help + "\n";
+    if (parameter.min) text += "from " + TwoDigits((*parameter.min)[0] * shown.factor) + "\n";
+    if (parameter.max) text += "up to " + TwoDigits((*parameter.max)[0] * shown.factor) + "\n";
+    ShowTooltip(text + parameter.identifier + ", " + std::to_string(parameter.id));
   }
   ImGui::SameLine(left + width);
   ImGui::SetNextItemWidth(-1);

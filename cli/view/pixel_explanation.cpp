@@ -3,6 +3,7 @@
 #include "cli/text/format.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <regex>
 #include <sstream>
 
@@ -18,6 +19,13 @@ const std::regex kBehind("blend: .*, " + kNumber + " of what lies behind remains
 std::string Percent(double share) {
   const std::string number = Fixed(share * 100.0, share < 0.0995 ? 1 : 0);
   return std::string(number.size() < 4 ? 4 - number.size() : 0, ' ') + number + " %";
+}
+
+/** "FILE, point NUMBER ..." without the folders of the file: what comes after is of more interest. */
+std::string WithoutFolder(const std::string& text) {
+  const std::size_t end = text.find(", point ");
+  if (end == std::string::npos) return text;
+  return std::filesystem::u8path(text.substr(0, end)).filename().u8string() + text.substr(end);
 }
 
 } // namespace
@@ -46,7 +54,7 @@ void PixelExplanation::AddRay(const Vector& origin, const Vector& direction, con
       if (std::regex_search(line, match, kWeight)) point->weight += std::stod(match[1]);
       continue;
     }
-    if (point && line.compare(0, 5, "     ") == 0) point->text = line.substr(5);
+    if (point && line.compare(0, 5, "     ") == 0) point->text = WithoutFolder(line.substr(5));
     if (std::regex_search(line, match, kBehind)) behind_ += std::stod(match[1]);
     point = nullptr;
   }

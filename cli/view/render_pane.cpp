@@ -2,7 +2,6 @@
 
 #include "cli/commands/render/scene_setup.h"
 #include "cli/text/format.h"
-#include "cli/view/pixel_explanation.h"
 #include "host/application.h"
 #include "kelvra_messages.h"
 
@@ -18,11 +17,15 @@ namespace {
 /** A document with lights for one render; whatever was added is taken out again. */
 class LitScene {
 public:
-  LitScene(CloudSession& session, const RenderPlan& plan) : doc_(session.Document()) {
+  /** *before is the document's own objects as long as it lives. */
+  LitScene(CloudSession& session, const RenderPlan& plan, const std::set<BaseObject*>** before)
+      : doc_(session.Document()), shown_(before) {
     for (BaseObject* op = doc_->GetFirstObject(); op; op = op->GetNext()) before_.insert(op);
     scene_ = PrepareScene(session, plan);
+    *shown_ = &before_;
   }
   ~LitScene() {
+    *shown_ = nullptr;
     for (BaseObject *op = doc_->GetFirstObject(), *next = nullptr; op; op = next) {
       next = op->GetNext();
       if (before_.count(op)) continue;
@@ -37,6 +40,7 @@ public:
 private:
   BaseDocument* doc_;
   std::set<BaseObject*> before_;
+  const std::set<BaseObject*>** shown_;
   RenderScene scene_;
 };
 
@@ -73,7 +77,7 @@ std::string RenderPane::Render(const host::ViewCamera& camera, double aspect,
   plan_.view.target = camera.target;
   plan_.view.fieldOfView = camera.fieldOfView;
   marked_.reset();
-  LitScene scene(session_, plan_);
+  LitScene scene(session_, plan_, &lit_);
   scene.Options().camera = camera;
   host::RenderJob* running = nullptr;
   scene.Options().progress = [&](double share) {
@@ -89,9 +93,9 @@ std::string RenderPane::Render(const host::ViewCamera& camera, double aspect,
          Fixed(outcome.seconds, 1) + " s; click a pixel to see what made it";
 }
 
-std::string RenderPane::Explain(const Pixel& pixel, std::vector<Vector>* places) {
+std::string RenderPane::Explain(const Pixel& pixel, std::vector<PixelPoint>* points) {
   marked_ = pixel;
-  LitScene scene(session_, plan_);
+  LitScene scene(session_, plan_, &lit_);
   host::RenderOptions& render = scene.Options();
   render.camera = camera_;
   render.probeX = pixel.x;
@@ -107,7 +111,7 @@ std::string RenderPane::Explain(const Pixel& pixel, std::vector<Vector>* places)
   host::RenderJob job(session_.Document(), render);
   const host::RenderOutcome outcome = job.RenderFrame();
   if (!outcome.Ok()) return outcome.message;
-  for (const PixelPoint& point : explanation.Points()) places->push_back(point.place);
+  *points = explanation.Points();
   return "pixel " + std::to_string(pixel.x) + "," + std::to_string(pixel.y) + ", " + explanation.Text();
 }
 

@@ -3,11 +3,13 @@
 
 #include "cli/commands/render/render_plan.h"
 #include "cli/session/cloud_session.h"
+#include "cli/view/pixel_explanation.h"
 #include "cli/view/window.h"
 #include "host/render.h"
 
 #include <functional>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -22,8 +24,10 @@ public:
    * done a few times a second, between frames of the interface. Returns a line about how it ended.
    */
   std::string Render(const host::ViewCamera& camera, double aspect, const std::function<void(double)>& goOn);
-  /** Asks the module about the pixel; *places are those of the points that its rays meet, in that order. */
-  std::string Explain(const Pixel& pixel, std::vector<Vector>* places);
+  /** Asks the module about the pixel; *points are those that its rays meet, in that order. */
+  std::string Explain(const Pixel& pixel, std::vector<PixelPoint>* points);
+  /** A light that lies in the document for a render only. */
+  bool IsOwn(BaseObject* op) const { return lit_ && lit_->count(op) == 0; }
   /** Empty, or one line that says why it was not saved. */
   std::string Save(const std::string& path) const;
   void Forget();
@@ -42,6 +46,8 @@ private:
   Texture texture_;
   host::ViewCamera camera_; ///< of the picture
   std::optional<Pixel> marked_;
+  const std::set<BaseObject*>* lit_ =
+      nullptr; ///< the document's own objects, while it has lights for a render
 };
 
 } // namespace cli

@@ -1,4 +1,5 @@
 #include "cli/commands/output/file_reports.h"
+#include "cli/commands/output/result_shape.h"
 #include "cli/text/format.h"
 #include "cli/view/document_stamp.h"
 #include "cli/view/point_pick.h"
@@ -17,10 +18,22 @@ namespace cli {
 
 namespace {
 
-/** Pixels around the pointer in which a point counts as meant. */
-constexpr double kPickReach = 5.0;
+/** Pixels around the pointer in which a point counts as meant; the nearest such circle that holds one counts.
+ */
+constexpr double kPickReaches[] = {1.0, 2.5, 5.0};
 /** Points above which looking for one is noticed. */
 constexpr long long kManyPoints = 5000000;
+
+const std::vector<std::string> kScans = {".las", ".laz", ".xyz", ".pts"};
+const std::vector<std::string> kPictures = {".png", ".tif", ".tiff", ".exr"};
+
+/** What a conversion makes of a point. */
+const char* UnitOf(LONG mode) {
+  if (mode == KELVRA_CONVERT_MODE_HAIR) return "hair";
+  const bool particles =
+      mode == KELVRA_CONVERT_MODE_THINKING_PARTICLES || mode == KELVRA_CONVERT_MODE_EMITTER;
+  return particles ? "particle" : "point";
+}
 
 /** Without what a command line would do about it. */
 std::string ForPeople(const std::string& note) {
@@ -51,6 +64,62 @@ void ViewApplication::Report(const std::string& line) {
   session_.App().GetConsole().Print(line);
 }
 
+void ViewApplication::Complain(const std::string& line) {
+  problems_.insert(line);
+  Report(line);
+}
+
+/** Has the lines about files that did not load in whole stand out. */
+void ViewApplication::MarkProblems(std::size_t firstLine) {
+  const std::vector<std::string> lines = session_.App().GetConsole().Lines(firstLine);
+  for (const FileReport& report : session_.Reports()) {
+    const auto about = [&report](const std::string& line) {
+      return line.compare(0, report.path.size(), report.path) == 0;
+    };
+    const auto line = std::find_if(lines.rbegin(), lines.rend(), about);
+    if (report.outcome == FileOutcome::Whole) continue;
+    if (line != lines.rend())
+      problems_.insert(*line);
+    else
+      Complain(report.path + ": " + report.message);
+  }
+}
+
+/** For a file that is made of the scene, without a suffix. */
+std::string ViewApplication::NameForFile() const {
+  const std::vector<BaseObject*> clouds = session_.Clouds();
+  if (!path_.empty()) return fs::u8path(path_).stem().u8string();
+  return clouds.empty() ? std::string() : host::Utf8(clouds.front()->GetName());
+}
+
+/** Builds what clouds are converted to before it is drawn: as work that reports and can be stopped. */
+void ViewApplication::ConvertClouds() {
+  for (BaseObject* cloud : session_.Clouds()) {
+    const LONG mode = cloud->GetDataInstance()->GetLong(KELVRA_CONVERT_MODE);
+    if (mode == KELVRA_CONVERT_MODE_OFF && converted_.first == cloud) converted_ = {nullptr, 0};
+    if (mode == KELVRA_CONVERT_MODE_OFF || !cloud->CheckCache(nullptr)) continue;
+    const bool worked = std::exchange(working_, true);
+    const Busy before = std::exchange(busy_, {"converting", kUnknown, Now(), Now(), true});
+    host::UpdateCache(cloud, session_.Document(), BUILDFLAGS_0);
+    const bool stopped = busy_.text == kStopping;
+    const double seconds = Now() - busy_.start;
+    EndWork();
+    working_ = worked;
+    busy_ = before;
+    const std::string name = host::Utf8(cloud->GetName());
+    if (stopped) {
+      Edits().SetParameter(cloud, DescID(KELVRA_CONVERT_MODE), GeData(KELVRA_CONVERT_MODE_OFF), false);
+      Complain(name + ": converting was stopped; \"Convert To\" is \"Nothing\" again");
+    } else if (converted_ != std::make_pair(cloud, mode) && mode != KELVRA_CONVERT_MODE_EMPTY) {
+      const Shape shape = ShapeOf(session_, cloud, false);
+      Report(name + ": converted to " +
+             Counted(mode == KELVRA_CONVERT_MODE_HAIR ? shape.lines : shape.points, UnitOf(mode)) + " in " +
+             Fixed(seconds, 1) + " s");
+    }
+    converted_ = {cloud, stopped ? KELVRA_CONVERT_MODE_OFF : mode};
+  }
+}
+
 void ViewApplication::UseDocument(BaseDocument* doc) {
   viewport_.Forget();
   render_.Forget();
@@ -59,7 +128,9 @@ void ViewApplication::UseDocument(BaseDocument* doc) {
   selected_.SetLink(nullptr);
   showsPreferences_ = false;
   session_.Use(doc);
-  stamp_ = savedStamp_ = DocumentStamp(doc);
+  converted_ = {nullptr, 0};
+  saved_ = Present();
+  stamp_ = saved_.stamp;
 }
 
 void ViewApplication::OpenFirst() {
@@ -67,6 +138,7 @@ void ViewApplication::OpenFirst() {
   busy_.text = "loading";
   if (!plan_.input.files.empty()) session_.Open(plan_.input.files, plan_.input.settings, plan_.input.trust);
   PrintReports(session_, plan_.input.verbose);
+  MarkProblems(0);
   status_ = session_.ExitStatus();
   if (session_.Document() != before) {
     viewport_.Forget();
@@ -83,41 +155,41 @@ void ViewApplication::LoadClouds(const std::vector<std::string>& files) {
   if (files.size() == 1 && host::IsSceneFile(files.front())) return OpenScene(files.front());
   kept_.folder = fs::u8path(files.front()).parent_path().u8string();
   const std::size_t before = session_.Clouds().size();
-  OpenClouds(files);
-  std::vector<BaseObject*> clouds = session_.Clouds();
-  CloudStats stats;
-  if (clouds.size() > before && ReadCloudStats(clouds.front(), &stats) && stats.Points() == 0) {
+  if (!OpenClouds(files)) {
     // Nothing came of it: the scene is as it was.
-    session_.Document()->DoUndo();
+    if (session_.Clouds().size() > before) session_.Document()->DoUndo();
     return Select(session_.Document()->GetFirstObject());
   }
+  const std::vector<BaseObject*> clouds = session_.Clouds();
   if (before == 0) viewport_.FrameAll();
+  if (before > 0 && clouds.size() > before)
+    Report(host::Utf8(clouds.front()->GetName()) +
+           " has a size and a place of its own; files keep their places when they are loaded together");
   if (!clouds.empty()) Select(clouds.front());
   wantsView_ = true;
 }
 
-/** Into a new cloud, as one undo step. */
-void ViewApplication::OpenClouds(const std::vector<std::string>& files) {
+/** Into a new cloud, as one undo step. False when no point came. */
+bool ViewApplication::OpenClouds(const std::vector<std::string>& files) {
   const host::OneStep step(session_.Document());
-  const std::size_t lines = session_.App().GetConsole().Lines(0).size();
   const std::size_t before = session_.Clouds().size();
+  const std::size_t lines = session_.App().GetConsole().LineCount();
   session_.Use(session_.Document());
   session_.Open(files, {}, plan_.input.trust);
-  const std::vector<std::string> said = session_.App().GetConsole().Lines(lines);
-  for (const FileReport& report : session_.Reports()) {
-    const bool known = std::any_of(said.begin(), said.end(), [&report](const std::string& line) {
-      return line.compare(0, report.path.size(), report.path) == 0;
-    });
-    if (report.outcome != FileOutcome::Whole && !known) Report(report.path + ": " + report.message);
-  }
-  if (session_.Points() == 0) return;
+  MarkProblems(lines);
+  const std::vector<BaseObject*> clouds = session_.Clouds();
+  CloudStats stats;
+  if (clouds.size() > before && ReadCloudStats(clouds.front(), &stats) && stats.Points() == 0) return false;
+  if (clouds.empty()) return false;
   for (const std::string& note : viewport_.PrepareClouds()) Report(ForPeople(note));
-  if (session_.Clouds().size() > before) NameAfterFiles(session_.Clouds().front(), files);
+  if (clouds.size() > before) NameAfterFiles(clouds.front(), files);
+  return true;
 }
 
 void ViewApplication::LoadByDialog(bool folder) {
   const std::string path = AskFile({folder ? FILESELECT_DIRECTORY : FILESELECT_LOAD,
-                                    folder ? "Load a folder of scans" : "Load a scan", ""});
+                                    folder ? "Load a folder of scans" : "Load a scan", ""},
+                                   {kScans, ""});
   if (!path.empty()) LoadClouds({path});
 }
 
@@ -135,13 +207,14 @@ void ViewApplication::NewScene() {
 
 void ViewApplication::OpenScene(const std::string& path) {
   if (!MayDiscard()) return;
-  const std::string chosen = path.empty() ? AskFile({FILESELECT_LOAD, "Open a scene", ""}) : path;
+  const std::string chosen =
+      path.empty() ? AskFile({FILESELECT_LOAD, "Open a scene", ""}, {{".scene"}, ""}) : path;
   if (chosen.empty()) return;
   if (!host::IsSceneFile(chosen)) return LoadClouds({chosen});
   std::string error;
   busy_.text = "opening";
   BaseDocument* doc = session_.App().LoadScene(chosen, &error);
-  if (!doc) return Report(error);
+  if (!doc) return Complain(error);
   UseDocument(doc);
   path_ = chosen;
   viewport_.PrepareClouds();
@@ -153,16 +226,17 @@ void ViewApplication::OpenScene(const std::string& path) {
 
 bool ViewApplication::SaveScene(bool asNew) {
   std::string path = path_;
-  if (asNew || path.empty()) path = AskFile({FILESELECT_SAVE, "Save the scene", ""});
+  if (asNew || path.empty())
+    path = AskFile({FILESELECT_SAVE, "Save the scene", ""}, {{}, NameForFile() + ".scene"});
   if (path.empty()) return false;
   if (fs::u8path(path).extension().empty()) path += ".scene";
   std::string error;
   if (!session_.App().SaveScene(session_.Document(), path, &error)) {
-    Report(error);
+    Complain(error);
     return false;
   }
   path_ = path;
-  savedStamp_ = DocumentStamp(session_.Document());
+  saved_ = Present();
   Report("saved " + path);
   return true;
 }
@@ -182,37 +256,43 @@ void ViewApplication::RenderPicture() {
   session_.RequireContent();
   explanation_.clear();
   wantsPicture_ = true;
-  busy_.text = "rendering";
-  const bool saved = !IsChanged();
-  Report(render_.Render(viewport_.Camera(), viewport_.Aspect(),
-                        [this](double share) { Progress("rendering", (int)(share * 100.0)); }));
+  Announce("rendering", 0);
   // Effects that every render has, and the radius chosen for it, are no change of the user's.
-  if (saved) savedStamp_ = DocumentStamp(session_.Document());
+  TouchDocument([this] {
+    Report(render_.Render(viewport_.Camera(), viewport_.Aspect(),
+                          [this](double share) { Progress("rendering", (int)(share * 100.0)); }));
+  });
+  pictured_ = Present();
   viewport_.Redraw();
 }
 
 void ViewApplication::SavePicture() {
-  std::string path = AskFile({FILESELECT_SAVE, "Save the picture (.png, .tif or .exr)", ""});
+  std::string path = AskFile({FILESELECT_SAVE, "Save the picture (.png, .tif or .exr)", ""},
+                             {kPictures, NameForFile() + ".png"});
   if (path.empty()) return;
   if (fs::u8path(path).extension().empty()) path += ".png";
   const std::string error = render_.Save(path);
-  Report(error.empty() ? "saved " + path : error);
+  error.empty() ? Report("saved " + path) : Complain(error);
 }
 
 void ViewApplication::Explain(const Pixel& pixel) {
-  std::vector<Vector> places;
+  std::vector<PixelPoint> points;
   Announce("explaining");
-  explanation_ = render_.Explain(pixel, &places);
-  viewport_.Mark(places, places.size() == 1
-                             ? "the point of the pixel"
-                             : "first of the pixel's " + Counted((long long)places.size(), "point"));
+  TouchDocument([&] { explanation_ = render_.Explain(pixel, &points); });
+  std::stable_sort(points.begin(), points.end(),
+                   [](const PixelPoint& a, const PixelPoint& b) { return a.weight > b.weight; });
+  std::vector<Vector> places;
+  for (const PixelPoint& point : points) places.push_back(point.place);
+  viewport_.Mark(places, points.empty() ? std::string() : points.front().text);
 }
 
 void ViewApplication::Pick(const PicturePlace& place) {
-  const double reach = kPickReach / viewport_.HalfHeight();
   if (viewport_.PointsShown() > kManyPoints) Announce("looking for the point");
-  const std::optional<PickedPoint> picked =
-      PickPoint(session_, viewport_.Camera(), viewport_.Aspect(), place, reach);
+  std::optional<PickedPoint> picked;
+  for (const double reach : kPickReaches)
+    if (!picked)
+      picked =
+          PickPoint(session_, viewport_.Camera(), viewport_.Aspect(), place, reach / viewport_.HalfHeight());
   if (!picked) return viewport_.Mark({});
   viewport_.Mark({picked->world}, picked->Text());
   std::string line = picked->Text();
@@ -242,7 +322,7 @@ void ViewApplication::Screenshot() {
   Frame(0.0, &image);
   const std::string path = FreePictureName(kept_.folder);
   std::string error;
-  Report(host::gl::WritePng(image, path, &error) ? "saved " + path : error);
+  host::gl::WritePng(image, path, &error) ? Report("saved " + path) : Complain(error);
 }
 
 void ViewApplication::Undo(bool redo) {
@@ -250,6 +330,9 @@ void ViewApplication::Undo(bool redo) {
   if (!(redo ? doc->DoRedo() : doc->DoUndo())) Report(redo ? "nothing to redo" : "nothing to undo");
   edits_.LetGo();
   viewport_.Redraw();
+  const Moment present = Present();
+  for (Moment* moment : {&saved_, &pictured_})
+    if (moment->undoState == present.undoState) *moment = present;
   // What was selected may be gone, or be another copy of itself.
   if (!showsPreferences_ && !Selected()) Select(doc->GetFirstObject());
 }

@@ -3,6 +3,7 @@
 #include "cli/session/preferences_page.h"
 #include "cli/view/document_stamp.h"
 #include "host/application.h"
+#include "host/parameter_step.h"
 
 #include <chrono>
 #include <imgui.h>
@@ -14,10 +15,6 @@ namespace {
 
 constexpr double kIdle = 0.25; ///< seconds between frames while nothing happens
 constexpr double kBusyInterval = 0.06;
-
-double Now() {
-  return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
-}
 
 KeptSettings SettingsFor(const ViewPlan& plan) {
   KeptSettings kept = KeptSettings::Load();
@@ -59,6 +56,7 @@ ViewApplication::ViewApplication(const ViewPlan& plan)
 ViewApplication::~ViewApplication() {
   host::Application& app = session_.App();
   app.GetConsole().SetProgressSink(nullptr);
+  host::Work::SetAsked(nullptr);
   app.GetDialogs().SetInteractive(nullptr);
   app.GetDialogs().SetFileChooser(nullptr);
   viewport_.Forget();
@@ -72,6 +70,7 @@ void ViewApplication::ConnectHost() {
   app.KeepUndo(true);
   session_.Use(app.NewDocument());
   app.GetConsole().SetProgressSink([this](const std::string& text, int percent) { Progress(text, percent); });
+  host::Work::SetAsked([this] { Progress(std::string(), busy_.percent); });
   app.GetDialogs().SetFileChooser(
       [this](const host::Dialogs::FileQuestion& question) { return AskFile(question); });
   app.GetDialogs().SetInteractive([this](const std::string& text, GEMB flags) {
@@ -85,6 +84,10 @@ void ViewApplication::ConnectHost() {
       return GEMB_R_OK;
     }
   });
+}
+
+double ViewApplication::Now() {
+  return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
 
 int ViewApplication::Run() {
@@ -140,11 +143,11 @@ void ViewApplication::RunTasks() {
     try {
       task();
     } catch (const UsageError& e) {
-      Report(e.text);
+      Complain(e.text);
     } catch (const std::bad_alloc&) {
-      Report("not enough memory");
+      Complain("not enough memory");
     } catch (const std::runtime_error& e) {
-      Report(e.what());
+      Complain(e.what());
     }
     EndWork();
   }
@@ -154,26 +157,29 @@ void ViewApplication::EndWork() {
   working_ = false;
   // The button stopped this work only.
   if (busy_.text == kStopping) host::ClearInterrupt();
+  busy_ = Busy();
 }
 
+/** Called by whatever reports how far it is, or asks whether it was stopped. */
 void ViewApplication::Progress(const std::string& text, int percent) {
   if (!working_ || inFrame_) return;
-  if (busy_.text != kStopping) busy_.text = text.empty() ? "working" : text;
+  if (busy_.text != kStopping && !busy_.named && !text.empty()) busy_.text = text;
+  if (busy_.text.empty()) busy_.text = "working";
   busy_.percent = percent;
   if (Now() - busy_.lastFrame < kBusyInterval) return;
   Frame(0.0);
   busy_.lastFrame = Now();
 }
 
-void ViewApplication::Announce(const std::string& text) {
-  busy_.text = text;
-  busy_.percent = kCannotStop;
+void ViewApplication::Announce(const std::string& text, int percent) {
+  busy_ = {text, percent, Now(), Now(), true};
   Frame(0.0);
 }
 
-std::string ViewApplication::AskFile(const host::Dialogs::FileQuestion& question) {
+std::string ViewApplication::AskFile(const host::Dialogs::FileQuestion& question,
+                                     const FileBrowser::Expected& expected) {
   if (inFrame_) return std::string();
-  browser_.Open(question, kept_.folder);
+  browser_.Open(question, kept_.folder, expected);
   while (browser_.IsOpen() && !window_.WantsToClose() && !host::Interrupted() && !IsTimeUp()) Frame(kIdle);
   if (browser_.IsOpen()) return std::string();
   if (!browser_.Path().empty()) kept_.folder = browser_.Folder();
@@ -199,24 +205,40 @@ BaseObject* ViewApplication::SelectedObject() const {
   return node && node->IsInstanceOf(Obase) ? static_cast<BaseObject*>(node) : nullptr;
 }
 
-bool ViewApplication::UpdateView() {
+void ViewApplication::TouchDocument(const std::function<void()>& touch) {
   const std::size_t before = DocumentStamp(session_.Document());
-  const bool saved = before == savedStamp_;
-  const bool more = viewport_.Update(before);
-  // What drawing touched, such as thinning while the view moves, is no change of the user's.
-  stamp_ = DocumentStamp(session_.Document());
-  if (stamp_ != before) viewport_.Settle(stamp_);
-  if (saved) savedStamp_ = stamp_;
+  touch();
+  const std::size_t after = DocumentStamp(session_.Document());
+  for (std::size_t* stamp : {&saved_.stamp, &pictured_.stamp, &stamp_})
+    if (*stamp == before) *stamp = after;
+}
+
+bool ViewApplication::UpdateView() {
+  ConvertClouds();
+  const std::size_t now = DocumentStamp(session_.Document());
+  if (now != stamp_) viewport_.Mark({}); // what it says of a point may not be true any more
+  stamp_ = now;
+  bool more = false;
+  // Drawing has the thread's GL to itself: no frame of the interface meanwhile.
+  const bool worked = std::exchange(working_, false);
+  TouchDocument([&] { more = viewport_.Update(now); });
+  working_ = worked;
+  if (stamp_ != now) viewport_.Settle(stamp_);
   return more;
 }
 
+ViewApplication::Moment ViewApplication::Present() const {
+  BaseDocument* doc = session_.Document();
+  return {DocumentStamp(doc), host::PlaceInHistory(doc).state};
+}
+
 void ViewApplication::TakeAsSaved() {
-  savedStamp_ = DocumentStamp(session_.Document());
+  saved_ = Present();
   UpdateView();
 }
 
 bool ViewApplication::IsChanged() const {
-  return DocumentStamp(session_.Document()) != savedStamp_;
+  return DocumentStamp(session_.Document()) != saved_.stamp;
 }
 
 int RunView(const ViewPlan& plan) {

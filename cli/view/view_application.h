@@ -13,15 +13,18 @@
 
 #include <deque>
 #include <functional>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace cli {
 
 /** What is shown once the user stopped the work. */
 constexpr const char* kStopping = "stopping";
-/** In place of a percentage: work that is too short to be stopped. */
-constexpr int kCannotStop = -1;
+/** In place of a percentage: work that is too short to be stopped, and work that does not know how far it is.
+ */
+constexpr int kCannotStop = -1, kUnknown = -2;
 
 class ViewApplication {
 public:
@@ -38,7 +41,13 @@ private:
   struct Busy {
     std::string text;
     int percent = 0;
-    double lastFrame = 0.0;
+    double start = 0.0, lastFrame = 0.0; ///< seconds
+    bool named = false;                  ///< by the task itself, which then keeps that text
+  };
+  /** The document as it was at some time. Undo may lead back to it. */
+  struct Moment {
+    std::size_t stamp = 0;
+    LULONG undoState = 0;
   };
   struct Question {
     std::string text;
@@ -52,17 +61,20 @@ private:
   void EndWork();
   void Later(std::function<void()> task) { tasks_.push_back(std::move(task)); }
   void Progress(const std::string& text, int percent);
-  std::string AskFile(const host::Dialogs::FileQuestion& question);
+  std::string AskFile(const host::Dialogs::FileQuestion& question,
+                      const FileBrowser::Expected& expected = FileBrowser::Expected());
   /** Number of the answer that was chosen; the last one if the window is closed. */
   int Ask(const std::string& text, const std::vector<std::string>& answers);
   void ConnectHost();
   bool IsTimeUp() const;
+  /** Seconds, from some start. */
+  static double Now();
   bool Closing();
 
   // What the user can do with documents, in scene_tasks.cpp.
   void OpenFirst();
   void LoadClouds(const std::vector<std::string>& files);
-  void OpenClouds(const std::vector<std::string>& files);
+  bool OpenClouds(const std::vector<std::string>& files);
   void LoadByDialog(bool folder);
   void OpenScene(const std::string& path);
   void NewScene();
@@ -83,6 +95,11 @@ private:
   void DeleteSelected();
   void DuplicateSelected();
   void Report(const std::string& line);
+  /** Reports what went wrong. */
+  void Complain(const std::string& line);
+  void MarkProblems(std::size_t firstLine);
+  void ConvertClouds();
+  std::string NameForFile() const;
 
   // What is drawn, in view_panes.cpp.
   void DrawAll();
@@ -93,8 +110,11 @@ private:
   void DrawParameters();
   void DrawCentre();
   void DrawPicture();
+  void DrawExplanation(float bar, float room);
+  std::string Title() const;
   void DrawWelcome();
   void DrawConsole();
+  void DrawLine(const std::string& line);
   void DrawStatus();
   void DrawQuestion();
   void DrawHelp();
@@ -106,10 +126,16 @@ private:
   bool IsChanged() const;
   /** Work is under way that says so; brief tasks do not. */
   bool IsBusy() const { return working_ && !busy_.text.empty(); }
+  /** There is something to render. */
+  bool HasContent() const { return session_.Document()->GetFirstObject() != nullptr; }
+  bool IsPictureCurrent() const { return pictured_.stamp == stamp_; }
+  Moment Present() const;
   /** The document as it is now needs no saving. */
   void TakeAsSaved();
+  /** What the program does to the document by itself, which is no change of the user's. */
+  void TouchDocument(const std::function<void()>& touch);
   /** Says in the status line what is being done, before it is done. */
-  void Announce(const std::string& text);
+  void Announce(const std::string& text, int percent = kCannotStop);
   /** Draws what changed; true while there is more to do. */
   bool UpdateView();
 
@@ -130,12 +156,15 @@ private:
   Busy busy_;
   BaseLink selected_;
   bool showsPreferences_ = false;
-  std::string path_; ///< of the scene, empty before it is saved
-  std::size_t savedStamp_ = 0, stamp_ = 0;
+  std::string path_;        ///< of the scene, empty before it is saved
+  Moment saved_, pictured_; ///< when the scene was saved, and when the picture was rendered
+  std::size_t stamp_ = 0;
+  std::pair<BaseObject*, LONG> converted_{nullptr, 0}; ///< cloud and mode of the latest conversion
   int status_ = 0;
 
   std::vector<std::string> lines_;
-  std::size_t taken_ = 0; ///< console lines so far
+  std::set<std::string> problems_; ///< lines that say what went wrong
+  std::size_t taken_ = 0;          ///< console lines so far
   bool panels_ = true, showsHelp_ = false, wantsPicture_ = false, wantsView_ = false, quit_ = false;
   bool pictureShown_ = false;
   std::string explanation_, renaming_;

@@ -4,6 +4,7 @@
 #include "cli/view/fitted_text.h"
 #include "cli/view/view_application.h"
 #include "host/application.h"
+#include "host/parameter_step.h"
 #include "kelvra_messages.h"
 #include "vpkelvrarender.h"
 
@@ -21,7 +22,7 @@ constexpr int kPane = ImGuiWindowFlags_NoMove | ImGuiWindowFlags_NoResize | ImGu
                       ImGuiWindowFlags_NoBringToFrontOnFocus | ImGuiWindowFlags_NoSavedSettings;
 
 // Key numbers of the window system.
-constexpr int kF1 = 290, kF12 = 301, kDeleteKey = 261, kEscapeKey = 256;
+constexpr int kF1 = 290, kF12 = 301, kDeleteKey = 261, kEscapeKey = 256, kAltKey = 342;
 
 struct Side {
   const char* name;
@@ -35,18 +36,20 @@ const Side kSides[] = {{"From the usual side", "0", host::Framing::UsualDirectio
                        {"From the west", "4", Vector(1, 0, 0)},
                        {"From the east", "5", Vector(-1, 0, 0)}};
 
-constexpr const char* kHelp = "Load           drop files onto the window, or File > Load Scan...\n"
-                              "Turn           drag, or the arrow keys\n"
-                              "Move           drag with the right button, or W A S D, Q and E\n"
-                              "Zoom           the wheel, to the pointer; or + and -\n"
-                              "Whole cloud    F; from the sides: 0 to 5\n"
-                              "Ask a point    click it\n"
-                              "Render         Ctrl+R; then click a pixel to see what made it\n"
-                              "Stop           Esc\n"
-                              "Undo, redo     Ctrl+Z, Ctrl+Y\n"
-                              "Scene          Ctrl+N new, Ctrl+O open, Ctrl+S save\n"
-                              "Screenshot     F12\n"
-                              "Panes          Ctrl+Tab goes to the next, Alt to the menu";
+constexpr const char* kHelp =
+    "Load           drop files onto the window, or File > Load Scan...\n"
+    "Turn           drag, or the arrow keys\n"
+    "Move           drag with the right button, or W A S D, Q and E\n"
+    "Zoom           the wheel, to the pointer; or + and -\n"
+    "Whole cloud    F; from the sides: 0 to 5\n"
+    "Ask a point    click it\n"
+    "Render         Ctrl+R; then click a pixel to see what made it\n"
+    "Stop           Esc\n"
+    "Undo, redo     Ctrl+Z, Ctrl+Y\n"
+    "Scene          Ctrl+N new, Ctrl+O open, Ctrl+S save\n"
+    "Screenshot     F12\n"
+    "Panes          Ctrl+Tab goes to the next, Alt to the menu\n"
+    "Widgets        the arrow keys choose, Enter or Space presses, Tab goes to the next";
 
 void Place(float x, float y, float width, float height) {
   ImGui::SetNextWindowPos(ImVec2(x, y));
@@ -96,6 +99,7 @@ void ViewApplication::DrawAll() {
   taken_ += fresh.size();
   lines_.insert(lines_.end(), fresh.begin(), fresh.end());
 
+  window_.SetTitle(Title());
   const float scale = window_.Scale();
   const ImVec2 size = ImGui::GetIO().DisplaySize;
   const bool modal = browser_.IsOpen() || !question_.text.empty();
@@ -112,8 +116,8 @@ void ViewApplication::DrawAll() {
   ImGui::EndDisabled();
   if (panels_ || IsBusy()) {
     Place(0, size.y - ImGui::GetFrameHeight() - 8 * scale, size.x, ImGui::GetFrameHeight() + 8 * scale);
-    if (ImGui::Begin("Status", nullptr, kPane | ImGuiWindowFlags_NoTitleBar | ImGuiWindowFlags_NoScrollbar))
-      DrawStatus();
+    const int bare = ImGuiWindowFlags_NoTitleBar | ImGuiWindowFlags_NoScrollbar | ImGuiWindowFlags_NoNavFocus;
+    if (ImGui::Begin("Status", nullptr, kPane | bare)) DrawStatus();
     ImGui::End();
   }
   browser_.Show(scale);
@@ -140,7 +144,9 @@ void ViewApplication::DrawPanes(float top, float status) {
     if (ImGui::Begin("Objects", nullptr, kPane)) DrawObjects();
     ImGui::End();
     Place(0, top + objects, left - bar, bottom - top - objects);
-    if (ImGui::Begin("Parameters", nullptr, kPane)) DrawParameters();
+    const std::string parameters =
+        Selected() ? "Parameters of " + host::Utf8(Selected()->GetName()) : std::string("Parameters");
+    if (ImGui::Begin((parameters + "###Parameters").c_str(), nullptr, kPane)) DrawParameters();
     ImGui::End();
     Place(left, bottom - console + bar, size.x - left, console - bar);
     if (ImGui::Begin("Console", nullptr, kPane)) DrawConsole();
@@ -165,6 +171,12 @@ void ViewApplication::TakeShortcuts(const Window::Key& key) {
   if (key.number == kF12) Later([this] { Screenshot(); });
   if (key.number == kF1) showsHelp_ = !showsHelp_;
   if (ImGui::GetIO().WantTextInput) return;
+  if (key.number == kEscapeKey) {
+    if (showsHelp_)
+      showsHelp_ = false;
+    else
+      explanation_.clear();
+  }
   if (key.control) {
     switch (key.number) {
     case 'N':
@@ -190,7 +202,9 @@ void ViewApplication::TakeShortcuts(const Window::Key& key) {
       return;
     }
   }
-  if (key.number == 'F') viewport_.FrameAll();
+  if (key.number == 'F') viewport_.FrameAll(viewport_.Direction());
+  // The interface goes to the menu of the window in front when Alt is let go: that one, then.
+  if (key.number == kAltKey) ImGui::SetWindowFocus("##MainMenuBar");
   if (key.number == kDeleteKey) Later([this] { DeleteSelected(); });
   for (const Side& side : kSides)
     if (key.number == side.key[0]) viewport_.FrameAll(side.direction);
@@ -199,6 +213,13 @@ void ViewApplication::TakeShortcuts(const Window::Key& key) {
 void ViewApplication::Stop() {
   host::RequestInterrupt();
   busy_.text = kStopping;
+}
+
+/** Of the window: the scene's name, and whether it has changes that were not saved. */
+std::string ViewApplication::Title() const {
+  if (path_.empty()) return "Kelvra";
+  return std::filesystem::u8path(path_).filename().u8string() + (stamp_ != saved_.stamp ? "*" : "") +
+         " - Kelvra";
 }
 
 void ViewApplication::DrawMenu() {
@@ -221,8 +242,11 @@ void ViewApplication::DrawMenu() {
   }
   if (ImGui::BeginMenu("Edit")) {
     const bool object = SelectedObject() != nullptr;
-    item("Undo", "Ctrl+Z", [this] { Undo(false); });
-    item("Redo", "Ctrl+Y", [this] { Undo(true); });
+    const host::UndoPlace place = host::PlaceInHistory(session_.Document());
+    item(
+        "Undo", "Ctrl+Z", [this] { Undo(false); }, place.canUndo);
+    item(
+        "Redo", "Ctrl+Y", [this] { Undo(true); }, place.canRedo);
     ImGui::Separator();
     item(
         "Duplicate Object", "Ctrl+D", [this] { DuplicateSelected(); }, object);
@@ -233,7 +257,7 @@ void ViewApplication::DrawMenu() {
     ImGui::EndMenu();
   }
   if (ImGui::BeginMenu("View")) {
-    if (ImGui::MenuItem("Whole Cloud", "F")) viewport_.FrameAll();
+    if (ImGui::MenuItem("Whole Cloud", "F")) viewport_.FrameAll(viewport_.Direction());
     for (const Side& side : kSides)
       if (ImGui::MenuItem(side.name, side.key)) viewport_.FrameAll(side.direction);
     ImGui::Separator();
@@ -241,7 +265,8 @@ void ViewApplication::DrawMenu() {
     ImGui::EndMenu();
   }
   if (ImGui::BeginMenu("Render")) {
-    item("Render Picture", "Ctrl+R", [this] { RenderPicture(); });
+    item(
+        "Render Picture", "Ctrl+R", [this] { RenderPicture(); }, HasContent());
     item(
         "Save Picture...", "", [this] { SavePicture(); }, render_.HasPicture());
     ImGui::Separator();
@@ -260,6 +285,7 @@ void ViewApplication::DrawMenu() {
 }
 
 void ViewApplication::DrawObject(BaseObject* op) {
+  if (render_.IsOwn(op)) return;
   ImGui::PushID(op);
   const std::string name = host::Utf8(op->GetName());
   bool visible = host::IsShownInViews(op);
@@ -291,7 +317,9 @@ void ViewApplication::DrawObject(BaseObject* op) {
 void ViewApplication::DrawObjects() {
   if (ImGui::SmallButton("Load Scan...")) Later([this] { LoadByDialog(false); });
   ImGui::SameLine();
+  ImGui::BeginDisabled(!HasContent());
   if (ImGui::SmallButton("Render")) Later([this] { RenderPicture(); });
+  ImGui::EndDisabled();
   BaseDocument* doc = session_.Document();
   for (BaseObject* op = doc->GetFirstObject(); op; op = op->GetNext()) DrawObject(op);
   RenderData* settings = doc->GetActiveRenderData();
@@ -356,54 +384,73 @@ void ViewApplication::DrawWelcome() {
 }
 
 void ViewApplication::DrawPicture() {
+  ImGui::BeginDisabled(!HasContent());
   if (ImGui::Button(render_.HasPicture() ? "Render again" : "Render")) Later([this] { RenderPicture(); });
+  ImGui::EndDisabled();
   ImGui::SameLine();
   ImGui::BeginDisabled(!render_.HasPicture());
   if (ImGui::Button("Save Picture...")) Later([this] { SavePicture(); });
   ImGui::EndDisabled();
   ImGui::SameLine();
-  ImGui::TextDisabled(render_.HasPicture() ? "Click a pixel to see what made it."
-                                           : "Renders what the view shows, with light and shadow.");
+  ImGui::TextDisabled(!render_.HasPicture() ? "Renders what the view shows, with light and shadow."
+                      : IsPictureCurrent()  ? "Click a pixel to see what made it."
+                                            : "The scene has changed since. Render again to ask its pixels.");
   const float room = ImGui::GetContentRegionAvail().x;
   const float bar = kSplitter * window_.Scale();
   const float text =
       explanation_.empty() ? 0.0f : std::min(kept_.panes.explained * window_.Scale(), room * 0.7f) + bar;
   if (ImGui::BeginChild("picture", ImVec2(room - text, 0)))
-    if (const auto pixel = render_.Show()) Later([this, pixel] { Explain(*pixel); });
+    if (const auto pixel = render_.Show())
+      if (IsPictureCurrent()) Later([this, pixel] { Explain(*pixel); });
   ImGui::EndChild();
-  if (explanation_.empty()) return;
+  if (!explanation_.empty()) DrawExplanation(bar, room);
+}
+
+void ViewApplication::DrawExplanation(float bar, float room) {
   ImGui::SameLine(0, 0);
   DrawBar(true, ImVec2(bar, ImGui::GetContentRegionAvail().y), -1.0f / window_.Scale(),
           &kept_.panes.explained);
   kept_.panes.explained =
       std::clamp(kept_.panes.explained, 120.0f, std::max(120.0f, room * 0.7f / window_.Scale()));
   ImGui::SameLine(0, 0);
-  if (ImGui::BeginChild("explanation", ImVec2(0, 0), true, ImGuiWindowFlags_HorizontalScrollbar))
+  if (ImGui::BeginChild("explanation", ImVec2(0, 0), true)) {
+    ImGui::PushTextWrapPos(0.0f);
     ImGui::TextUnformatted(explanation_.c_str());
+    ImGui::PopTextWrapPos();
+  }
   ImGui::EndChild();
+}
+
+void ViewApplication::DrawLine(const std::string& line) {
+  const bool problem = problems_.count(line) > 0;
+  if (problem) ImGui::PushStyleColor(ImGuiCol_Text, ImVec4(1.0f, 0.7f, 0.4f, 1.0f));
+  ShowFitted(line, ImGui::GetContentRegionAvail().x);
+  if (problem) ImGui::PopStyleColor();
 }
 
 void ViewApplication::DrawConsole() {
   ImGuiListClipper clipper;
   clipper.Begin((int)lines_.size());
   while (clipper.Step())
-    for (int i = clipper.DisplayStart; i < clipper.DisplayEnd; ++i)
-      ShowFitted(lines_[(std::size_t)i], ImGui::GetContentRegionAvail().x);
+    for (int i = clipper.DisplayStart; i < clipper.DisplayEnd; ++i) DrawLine(lines_[(std::size_t)i]);
   if (ImGui::GetScrollY() >= ImGui::GetScrollMaxY()) ImGui::SetScrollHereY(1.0f);
 }
 
 void ViewApplication::DrawStatus() {
   if (IsBusy() && !browser_.IsOpen() && question_.text.empty()) {
     if (busy_.percent == kCannotStop) return ImGui::TextUnformatted((busy_.text + "...").c_str());
-    const std::string text = busy_.text + " " + std::to_string(busy_.percent) + " %";
-    ImGui::ProgressBar((float)busy_.percent / 100.0f, ImVec2(300 * window_.Scale(), 0), text.c_str());
+    const bool known = busy_.percent != kUnknown;
+    const std::string done =
+        known ? std::to_string(busy_.percent) + " %" : Fixed(Now() - busy_.start, 1) + " s";
+    ImGui::ProgressBar(known ? (float)busy_.percent / 100.0f : 0.0f, ImVec2(300 * window_.Scale(), 0),
+                       (busy_.text + " " + done).c_str());
     ImGui::SameLine();
     if (ImGui::Button("Stop (Esc)")) Stop();
     return;
   }
   const std::string name =
       path_.empty() ? "no scene file" : std::filesystem::u8path(path_).filename().u8string();
-  ShowFitted(name + (stamp_ != savedStamp_ ? ", changed" : ""), 340 * window_.Scale());
+  ShowFitted(name + (stamp_ != saved_.stamp ? ", changed" : ""), 340 * window_.Scale());
   ImGui::SameLine(360 * window_.Scale());
   const double rate = viewport_.FramesPerSecond();
   const std::string speed =

@@ -102,6 +102,7 @@ bool ViewportPane::Update(std::size_t documentStamp) {
   stale_ = stale_ || stamp_ != documentStamp || drawnWidth_ != width_ || drawnHeight_ != height_;
   const LONG nth = IsMoving() ? movingNth_ : 1;
   if (stale_ || (thinned_ && nth == 1)) {
+    if (stamp_ != documentStamp || points_.empty()) CountPoints();
     const double start = Now();
     stale_ = !Draw(nth) && error_.empty();
     drawSeconds_ = Now() - start;
@@ -135,11 +136,33 @@ bool ViewportPane::Draw(LONG everyNth) {
     const Thinned thinned(clouds, everyNth);
     if (!viewport_->Draw(&error_)) return false;
     pointsShown_ = viewport_->VerticesDrawn();
-    pointsDrawn_ = pointsShown_ / std::max<LONG>(1, everyNth);
+    pointsDrawn_ = pointsShown_ - HiddenPoints(clouds);
     image = viewport_->Read();
   }
   texture_.Set(std::move(image));
   return true;
+}
+
+void ViewportPane::CountPoints() {
+  points_.clear();
+  CloudStats stats;
+  for (BaseObject* cloud : session_.Clouds())
+    if (ReadCloudStats(cloud, &stats)) points_[cloud] = stats.Points();
+}
+
+/** Of those that were handed to GL: all beyond the share, and all but every n-th. */
+long long ViewportPane::HiddenPoints(const std::vector<BaseObject*>& clouds) const {
+  long long hidden = 0;
+  for (BaseObject* cloud : clouds) {
+    const auto counted = points_.find(cloud);
+    if (counted == points_.end() || !host::IsShownInViews(cloud)) continue;
+    const BaseContainer* data = cloud->GetDataInstance();
+    const double share = std::clamp(data->GetReal(KELVRA_POINT_SHARE, 1.0), 0.0, 1.0);
+    const long long total = counted->second, kept = (long long)((double)total * share);
+    const long long nth = std::max<LONG>(1, data->GetLong(KELVRA_THIN_VIEW));
+    hidden += total - (kept + nth - 1) / nth;
+  }
+  return hidden;
 }
 
 void ViewportPane::Moved() {

@@ -6,6 +6,7 @@
 #include "cli/view/window.h"
 #include "host/viewport.h"
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -39,9 +40,11 @@ public:
   /** True while it moves, or did so lately. */
   bool IsMoving() const;
   const host::ViewCamera& Camera() const { return camera_; }
+  /** In which the camera looks. */
+  Vector Direction() const { return (camera_.target - camera_.position).GetNormalized(); }
   double Aspect() const { return height_ > 0 ? (double)width_ / height_ : 1.0; }
   long long PointsDrawn() const { return pointsDrawn_; }
-  /** Those that it left out while it moves, too. */
+  /** Those that it left out, too: as the parameters say, or because it moves. */
   long long PointsShown() const { return pointsShown_; }
   double FramesPerSecond() const { return drawSeconds_ > 0 ? 1.0 / drawSeconds_ : 0.0; }
   bool& EyeDome() { return eyeDome_; }
@@ -51,6 +54,8 @@ public:
 
 private:
   bool Draw(LONG everyNth);
+  void CountPoints();
+  long long HiddenPoints(const std::vector<BaseObject*>& clouds) const;
   void MoveWithMouse(double paneWidth, double paneHeight, const PicturePlace& at);
   void MoveWithKeys();
   void DrawMarks(float x, float y, float width, float height) const;
@@ -69,6 +74,7 @@ private:
   bool thinned_ = false;
   double lastMove_ = -1.0, drawSeconds_ = 0.0;
   long long pointsDrawn_ = 0, pointsShown_ = 0;
+  std::map<BaseObject*, long long> points_; ///< of each cloud
   std::optional<PicturePlace> click_;
   std::vector<Vector> marks_;
   std::string markLabel_, error_;

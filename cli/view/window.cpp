@@ -82,6 +82,11 @@ void Window::SetUpInterface() {
   style.FrameRounding = 3.0f;
   style.Colors[ImGuiCol_WindowBg] = ImVec4(0.13f, 0.14f, 0.16f, 1.0f);
   style.Colors[ImGuiCol_PopupBg] = ImVec4(0.16f, 0.17f, 0.20f, 1.0f);
+  // What is selected stands out more than what the pointer happens to rest on.
+  style.Colors[ImGuiCol_Header] = ImVec4(0.26f, 0.59f, 0.98f, 0.45f);
+  style.Colors[ImGuiCol_HeaderHovered] = ImVec4(0.26f, 0.59f, 0.98f, 0.25f);
+  style.Colors[ImGuiCol_HeaderActive] = ImVec4(0.26f, 0.59f, 0.98f, 0.60f);
+  style.Colors[ImGuiCol_TextDisabled] = ImVec4(0.60f, 0.60f, 0.60f, 1.0f);
   style.ScaleAllSizes(scale_);
   LoadFont(scale_);
   ImGui_ImplGlfw_InitForOpenGL(window_, true);
@@ -116,6 +121,18 @@ void Window::HoldBriefKeys() {
     }
 }
 
+/** The interface presses the button, menu entry or row of the keyboard with the space bar; here Enter does,
+ * too.
+ */
+void Window::PressWithEnter() {
+  ImGuiIO& io = ImGui::GetIO();
+  const bool down = io.KeysDown[GLFW_KEY_ENTER] || io.KeysDown[GLFW_KEY_KP_ENTER];
+  // The Enter that ends a text stays with the text until it is let go.
+  if (down && !enterDown_) enterPresses_ = !io.WantTextInput;
+  enterDown_ = down;
+  if (down && enterPresses_) io.NavInputs[ImGuiNavInput_Activate] = 1.0f;
+}
+
 void Window::BeginFrame(double patience) {
   glfwMakeContextCurrent(window_);
   for (const int key : brief_) ImGui::GetIO().KeysDown[key] = false;
@@ -131,6 +148,7 @@ void Window::BeginFrame(double patience) {
   HoldBriefKeys();
   ImGui_ImplOpenGL3_NewFrame();
   ImGui_ImplGlfw_NewFrame();
+  PressWithEnter();
   ImGui::NewFrame();
 }
 
@@ -183,7 +201,7 @@ void Window::Size(int* width, int* height) const {
 }
 
 void Window::SetTitle(const std::string& title) {
-  glfwSetWindowTitle(window_, title.c_str());
+  if (std::exchange(title_, title) != title) glfwSetWindowTitle(window_, title.c_str());
 }
 
 Window::Aside::Aside(const Window& window) : window_(window) {

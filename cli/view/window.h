@@ -55,14 +55,17 @@ public:
 private:
   void SetUpInterface();
   void HoldBriefKeys();
+  void PressWithEnter();
   static void OnKey(GLFWwindow* window, int key, int code, int action, int modifiers);
   static void OnDrop(GLFWwindow* window, int count, const char** paths);
 
   GLFWwindow* window_ = nullptr;
   float scale_ = 1.0f;
+  std::string title_;
   int lively_ = 3; ///< frames to draw without waiting: the interface settles over a few
   std::vector<std::string> dropped_;
   std::vector<Key> keys_;
+  bool enterDown_ = false, enterPresses_ = false;
   std::vector<int> brief_; ///< keys that were let go before the frame that shall see them
 };
 

@@ -50,6 +50,7 @@ void Console::Clear() {
 void Console::SetStatusText(const std::string& text) {
   std::unique_lock<std::mutex> lock(mutex_);
   statusTexts_.push_back(text);
+  statusText_ = text;
   ReportProgress(std::move(lock));
 }
 
@@ -63,6 +64,7 @@ void Console::SetStatusBar(int percent) {
 void Console::ClearStatus() {
   const std::lock_guard<std::mutex> lock(mutex_);
   percent_ = 0;
+  statusText_.clear();
   workStart_ = std::chrono::steady_clock::time_point();
   if (drawn_) std::fputs("\r\x1b[K", stderr);
   drawn_ = false;
@@ -71,7 +73,7 @@ void Console::ClearStatus() {
 void Console::ReportProgress(std::unique_lock<std::mutex> lock) {
   ShowStep();
   if (!progressSink_) return;
-  const std::string text = statusTexts_.empty() ? std::string() : statusTexts_.back();
+  const std::string text = statusText_;
   const int percent = percent_;
   lock.unlock();
   progressSink_(text, percent);
@@ -95,16 +97,14 @@ void Console::PrintProgress() {
   }
   if (percent_ < printedPercent_ + kLineStep || now - workStart_ < kShortWork) return;
   printedPercent_ = percent_ / kLineStep * kLineStep;
-  std::fprintf(stderr, "%d %% %s\n", percent_,
-               statusTexts_.empty() ? "" : Printable(statusTexts_.back()).c_str());
+  std::fprintf(stderr, "%d %% %s\n", percent_, Printable(statusText_).c_str());
 }
 
 void Console::DrawProgress() {
   const int full = percent_ * kBarWidth / 100;
   const std::string bar =
       std::string((std::size_t)full, '#') + std::string((std::size_t)(kBarWidth - full), '.');
-  std::fprintf(stderr, "\r\x1b[K[%s] %3d %% %s", bar.c_str(), percent_,
-               statusTexts_.empty() ? "" : Printable(statusTexts_.back()).c_str());
+  std::fprintf(stderr, "\r\x1b[K[%s] %3d %% %s", bar.c_str(), percent_, Printable(statusText_).c_str());
   std::fflush(stderr);
   drawn_ = true;
 }

@@ -49,6 +49,7 @@ private:
   std::vector<std::string> lines_;
   std::function<void(const std::string&, int)> progressSink_;
   std::vector<std::string> statusTexts_;
+  std::string statusText_; ///< the one that is shown
   std::vector<int> statusBars_;
   bool showProgress_ = false, drawn_ = false;
   int percent_ = 0, printedPercent_ = 0;

@@ -3,6 +3,7 @@
 #include "host/base/faults.h"
 
 #include <csignal>
+#include <utility>
 
 namespace host {
 
@@ -12,6 +13,7 @@ std::atomic<bool> interrupted{false};
 static_assert(std::atomic<bool>::is_always_lock_free, "set by a signal handler");
 std::atomic<Faults*> faults{nullptr};
 thread_local Work* current = nullptr;
+thread_local std::function<void()> whenAsked;
 
 extern "C" void OnInterrupt(int signal) {
   interrupted = true;
@@ -54,7 +56,12 @@ void Work::SetFaults(Faults* injected) {
   faults = injected;
 }
 
+void Work::SetAsked(std::function<void()> asked) {
+  whenAsked = std::move(asked);
+}
+
 bool Work::TestBreak() const {
+  if (whenAsked) whenAsked();
   Faults* const injected = faults;
   if (!stopped_ && (Interrupted() || (injected && injected->Strikes(Fault::UserBreak)))) stopped_ = true;
   return stopped_;

@@ -4,6 +4,7 @@
 #include "c4d.h"
 
 #include <atomic>
+#include <functional>
 
 namespace host {
 
@@ -24,6 +25,11 @@ class Work {
 public:
   /** Who may make TestBreak answer true; NULL for nobody. */
   static void SetFaults(Faults* faults);
+  /**
+   * Called whenever work of this thread asks whether it was stopped, so that an application with a window
+   * stays alive meanwhile; NULL for nothing.
+   */
+  static void SetAsked(std::function<void()> asked);
 
   Work();
   ~Work();
@@ -34,6 +40,8 @@ public:
   static Work* Current();
   /** True once the user asked to stop, and from then on. Any thread. */
   bool TestBreak() const;
+  /** Whether TestBreak ever answered true. */
+  bool WasStopped() const { return stopped_; }
 
   BaseThread* Api() { return reinterpret_cast<BaseThread*>(this); }
   static const Work* From(const BaseThread* thread) { return reinterpret_cast<const Work*>(thread); }

@@ -60,7 +60,7 @@ BaseObject* UpdateCache(BaseObject* api, BaseDocument* doc, BUILDFLAGS flags) {
   }
   if (!built) FreeList(op.cache);
   op.cacheState = state;
-  op.cacheBuilt = true;
+  op.cacheBuilt = !work.WasStopped(); // what was stopped is not what the object stands for
   return Api(built);
 }
 

@@ -9,6 +9,12 @@ namespace host {
 
 struct Node;
 
+/** Where a document stands in its history. */
+struct UndoPlace {
+  LULONG state = 0; ///< the same again whenever undo or redo lead back to what the document was then
+  bool canUndo = false, canRedo = false;
+};
+
 class UndoSteps {
 public:
   virtual ~UndoSteps() {}
@@ -24,6 +30,7 @@ public:
   /** Both: false when there is nothing to go back or forward to, or a step is open. */
   virtual bool Undo() = 0;
   virtual bool Redo() = 0;
+  virtual UndoPlace Place() const = 0;
   virtual void Clear() = 0;
   /** Steps that end between Join(true) and Join(false) are one; nothing can be undone meanwhile. */
   virtual void Join(bool join) = 0;

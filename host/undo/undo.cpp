@@ -282,13 +282,15 @@ bool UndoHistory::End() {
   open_ = false;
   if (current_.empty()) return true;
   undone_.clear();
-  if (hasJoined_)
-    std::move(current_.begin(), current_.end(), std::back_inserter(done_.back()));
-  else
-    done_.push_back(std::move(current_));
+  if (!hasJoined_) done_.emplace_back();
+  std::move(current_.begin(), current_.end(), std::back_inserter(done_.back().changes));
+  done_.back().state = ++states_;
   hasJoined_ = joining_;
   current_.clear();
-  if (done_.size() > kMostSteps) done_.pop_front();
+  if (done_.size() > kMostSteps) {
+    oldest_ = done_.front().state;
+    done_.pop_front();
+  }
   return true;
 }
 
@@ -338,7 +340,7 @@ bool UndoHistory::Undo() {
   if (open_ || joining_ || done_.empty()) return false;
   Step step = std::move(done_.back());
   done_.pop_back();
-  std::for_each(step.rbegin(), step.rend(), [](auto& change) { change->Exchange(true); });
+  std::for_each(step.changes.rbegin(), step.changes.rend(), [](auto& change) { change->Exchange(true); });
   undone_.push_back(std::move(step));
   return true;
 }
@@ -347,9 +349,13 @@ bool UndoHistory::Redo() {
   if (open_ || joining_ || undone_.empty()) return false;
   Step step = std::move(undone_.back());
   undone_.pop_back();
-  std::for_each(step.begin(), step.end(), [](auto& change) { change->Exchange(false); });
+  std::for_each(step.changes.begin(), step.changes.end(), [](auto& change) { change->Exchange(false); });
   done_.push_back(std::move(step));
   return true;
+}
+
+UndoPlace UndoHistory::Place() const {
+  return {done_.empty() ? oldest_ : done_.back().state, !done_.empty(), !undone_.empty()};
 }
 
 void UndoHistory::Clear() {
@@ -357,6 +363,7 @@ void UndoHistory::Clear() {
   current_.clear();
   while (!done_.empty()) done_.pop_back(); // newest first: each step counts on those before it
   open_ = hasJoined_ = false;
+  oldest_ = ++states_;
 }
 
 void RegisterDocuments(NodeTypes& types) {

@@ -33,20 +33,26 @@ public:
   bool Add(UNDOTYPE type, Node* node, std::string* why) override;
   bool Undo() override;
   bool Redo() override;
+  UndoPlace Place() const override;
   void Clear() override;
   void Join(bool join) override;
   void SetKeeping(bool keep) override { keeping_ = keep; }
 
 private:
-  typedef std::vector<std::unique_ptr<Change>> Step;
+  struct Step {
+    std::vector<std::unique_ptr<Change>> changes;
+    LULONG state = 0; ///< that it leads to
+  };
 
   std::unique_ptr<Change> MakeChange(UNDOTYPE type, Node& node);
 
   Document& doc_;
   bool open_ = false, keeping_ = true;
   bool joining_ = false, hasJoined_ = false; ///< the latest step is of those that are joined
-  Step current_;
+  std::vector<std::unique_ptr<Change>> current_;
   std::deque<Step> done_, undone_;
+  LULONG states_ = 0; ///< so far
+  LULONG oldest_ = 0; ///< state before the first step that is kept
 };
 
 /** Documents are made with a history of their own. */

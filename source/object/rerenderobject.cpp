@@ -133,9 +133,10 @@ void KelvraObject::Free(GeListNode* node) {
 
 Bool KelvraObject::Read(GeListNode*, HyperFile* hf, LONG level) {
   settingsChanged = 1;
-  const Bool whole = store.Read(hf, level);
+  loadReports.clear();
+  if (!store.Read(hf, level)) return FALSE;
   loadReports = CheckStored(store);
-  return whole;
+  return TRUE;
 }
 
 Bool KelvraObject::Write(GeListNode*, HyperFile* hf) {
@@ -406,7 +407,9 @@ BaseObject* KelvraObject::GetVirtualObjects(BaseObject* op, HierarchyHelp* hh) {
   request.scale = MatrixScale(Vector(request.size / kUnitObjectSize));
   request.value = data->GetReal(KELVRA_CONVERT_VALUE);
   request.box = &display.box;
-  return BuildConversion(request, GetRegistrationState().mayConvert ? mode : 0);
+  BaseObject* built = BuildConversion(request, GetRegistrationState().mayConvert ? mode : 0);
+  if (request.stopped) settingsChanged = 1; // asked for again, it is built again
+  return built;
 }
 
 Bool RegisterPointCloudObject() {

@@ -92,7 +92,7 @@ TEST_F(Window, TakesAScanFromItsDropToASavedScene) {
           "for i in 1 2 3; do xdotool mousemove_relative 30 40; sleep 0.2; done\n"
           "xdotool mouseup 1; sleep 0.3; shot turned\n"
           "key ctrl+r; sleep 1; key Escape; shot unfinished\n"
-          "key ctrl+q; key space; xdotool type --window $w kept; sleep 0.5; key Return"),
+          "key ctrl+q; key Return; xdotool type --window $w kept; sleep 0.5; key Return"),
       0)
       << TempFolder::Read(folder_ / "errors");
   EXPECT_EQ(Find(Picture("stopped"), 2).count, 0) << "nothing of a load that was stopped";
@@ -116,7 +116,9 @@ TEST_F(Window, OpensASceneThatConvertsRendersAndExplains) {
   KeepRenderWidth(240);
   ASSERT_EQ(Run("kept.scene --size 900x600 --screenshot end.png",
                 "shot opened; key ctrl+r; shot rendered; point 600 300 click 1; shot explained\n"
-                "key Delete; key ctrl+q; key Escape; shot asked; key ctrl+q; key Right; key space"),
+                "key Delete; key ctrl+q; key Escape; shot asked; key ctrl+z; key ctrl+q\n"
+                "for i in $(seq 20); do kill -0 $program 2>/dev/null || break; sleep 0.1; done\n"
+                "kill -0 $program 2>/dev/null && touch asked_again && key Right && key Return"),
             0)
       << TempFolder::Read(folder_ / "errors");
   EXPECT_GT(Find(Picture("opened"), 0).count, 300);
@@ -124,6 +126,7 @@ TEST_F(Window, OpensASceneThatConvertsRendersAndExplains) {
   EXPECT_LT(Black(Picture("rendered")), 10000);
   EXPECT_NE(Picture("explained").samples, Picture("rendered").samples);
   EXPECT_EQ(Picture("asked").width, 900) << "the window stayed when leaving was called off";
+  EXPECT_FALSE(std::filesystem::exists(folder_ / "asked_again")) << "undo led back to what is in the file";
 }
 
 TEST_F(Window, NeedsADisplayAndReportsWhatCannotBeLoaded) {

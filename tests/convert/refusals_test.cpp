@@ -1,4 +1,4 @@
-// Memory refused at every place of a build, in every mode.
+// Memory refused at every place of a build, and a build that is stopped, in every mode.
 #include "host/base/text.h"
 #include "support/convert_fixture.h"
 
@@ -77,6 +77,15 @@ TEST_P(Refusals, LeaveAKnownResultAndTheNextBuildIsWhole) {
     ExpectLive(application_, before);
   });
   EXPECT_EQ(Stored().Points(), 40) << "the cloud itself";
+}
+
+TEST_P(Refusals, AStoppedBuildLeavesNothingAndTheNextOneIsWhole) {
+  const Outcome whole = Look(Again());
+  application_.GetFaults().FailAt(host::Fault::UserBreak, 1);
+  const Outcome stopped = Look(Again());
+  EXPECT_TRUE(stopped.type == Onull && stopped.points.empty()) << stopped.type;
+  EXPECT_EQ(op_->CheckCache(nullptr), GetParam() != kEmpty);
+  EXPECT_TRUE(Look(host::UpdateCache(op_, doc_, BUILDFLAGS_0)) == whole);
 }
 
 INSTANTIATE_TEST_SUITE_P(Modes, Refusals,

@@ -1,4 +1,5 @@
 #include "host/nodes/node.h"
+#include "host/parameter_step.h"
 #include "support/probe_plugins.h"
 
 #include <thread>
@@ -157,7 +158,8 @@ TEST_F(Undo, AChangeGoesBackAndForth) {
   const auto state = [&] {
     EXPECT_EQ(op->GetDataInstance()->GetLink(5, doc_), op->GetDown());
     EXPECT_EQ(op->GetNodeData()->Get(), (GeListNode*)op);
-    return std::tuple(Text(op->GetName()), NumberOf(op), NumberOf(op->GetDown()), op->GetMl().off.x);
+    return std::tuple(Text(op->GetName()), NumberOf(op), NumberOf(op->GetDown()), op->GetMl().off.x,
+                      host::PlaceInHistory(doc_).state);
   };
   NumberOf(op) = 1;
   NumberOf(child) = 10;

@@ -17,7 +17,7 @@ open_window() {
   w=
   while [ -z "$w" ] && kill -0 "$program" 2>/dev/null; do
     sleep 0.2
-    w=$(xdotool search --onlyvisible --name '^Kelvra$' 2>/dev/null | tail -1) || true
+    w=$(xdotool search --onlyvisible --name 'Kelvra$' 2>/dev/null | tail -1) || true
   done
   if [ -z "$w" ]; then # it printed why
     wait "$program"

@@ -35,7 +35,7 @@ class Window:
         self.errors = open(folder / "errors", "wb")
         self.program = subprocess.Popen([program, "view", "--size", f"{WIDTH}x{HEIGHT}"], cwd=folder,
                                         stdout=self.errors, stderr=self.errors)
-        found = subprocess.run(["xdotool", "search", "--sync", "--onlyvisible", "--name", "^Kelvra$"], timeout=60,
+        found = subprocess.run(["xdotool", "search", "--sync", "--onlyvisible", "--name", "Kelvra$"], timeout=60,
                                capture_output=True, text=True, check=True)
         self.id = found.stdout.split()[-1]
         self.hands("windowfocus", self.id)

@@ -17,6 +17,16 @@ struct ConversionRequest {
   Real size;               ///< the size that the cloud is fitted to
   Matrix scale;            ///< uniform, size / 200
   GrowingBox<Vector>* box; ///< of the exported positions; the object's
+
+  mutable Bool stopped = FALSE; ///< the user asked to stop, and the result is not what was asked for
+
+  /** Whether to stop before the point with that number; the host is asked every kBreakStep points. */
+  Bool IsStopped(LONG number) const {
+    BaseThread* thread = number % kBreakStep == 0 ? hierarchy->GetThread() : NULL;
+    if (thread && thread->TestBreak()) stopped = TRUE;
+    return stopped;
+  }
+  static constexpr LONG kBreakStep = 4096;
 };
 
 /**
@@ -25,7 +35,7 @@ struct ConversionRequest {
  */
 BaseObject* BuildConversion(const ConversionRequest& request, LONG mode);
 
-// The converters. One that returns NULL, because it failed or because it fills something outside the cache,
+// The converters. One that returns NULL, because it failed, was stopped or fills something outside the cache,
 // leaves an empty null object in the cache. Coordinates are the display's, in the generator's space, unless a
 // converter says otherwise.
 

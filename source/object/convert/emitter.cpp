@@ -79,8 +79,13 @@ BaseObject* ConvertToEmitter(const ConversionRequest& request) {
                              [&](const Vector& p, const UWORD* rgb, LONG number) {
                                library->SetParticle(emitter, number, global * p,
                                                     Vector(rgb[0] / full, rgb[1] / full, rgb[2] / full));
-                               return true;
+                               return !request.IsStopped(number);
                              });
+  // A part would pass for the whole cloud.
+  if (request.stopped) {
+    data->SetLong(kEmitterCount, 0);
+    library->SetCount(emitter, 0);
+  }
   library->Update(emitter);
   emitter->Message(MSG_UPDATE);
   return NULL;

@@ -9,7 +9,8 @@ namespace {
 /** Height of the hair on each point, whatever the size of the cloud. */
 constexpr Real kHairHeight = 0.01;
 
-/** Gives each point a guide. FALSE when memory is refused; without memory for guides the hair has none. */
+/** Gives each point a guide. FALSE when memory is refused or the user stops; without memory for guides the
+ * hair has none. */
 Bool SetGuides(HairObject* hair, const ConversionRequest& request) {
   HairGuides* guides = HairGuides::Alloc(request.count, 1);
   if (!guides) return TRUE;
@@ -25,12 +26,13 @@ Bool SetGuides(HairObject* hair, const ConversionRequest& request) {
   Vector* positions = points ? GeAllocType(Vector, request.count) : NULL;
   if (!positions) return FALSE;
   request.store->ExportPositions(positions, request.count, request.box, request.size);
-  for (LONG i = 0; i < request.count; ++i) {
-    points[2 * (VLONG)i] = positions[i];
-    points[2 * (VLONG)i + 1] = positions[i] + Vector(0.0, kHairHeight, 0.0);
+  LONG done = 0;
+  for (; done < request.count && !request.IsStopped(done); ++done) {
+    points[2 * (VLONG)done] = positions[done];
+    points[2 * (VLONG)done + 1] = positions[done] + Vector(0.0, kHairHeight, 0.0);
   }
   GeFree(positions);
-  return TRUE;
+  return done == request.count;
 }
 
 } // namespace

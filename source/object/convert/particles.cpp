@@ -60,14 +60,16 @@ BaseObject* ConvertToParticles(const ConversionRequest& request) {
   if (!points) return NULL;
   const Vector* positions = points->GetPointR();
   const Matrix global = request.op->GetMg();
-  for (LONG i = 0; i < request.count; ++i) {
+  LONG done = 0;
+  for (; done < request.count && !request.IsStopped(done); ++done) {
     const LONG particle = system->AllocParticle();
     if (particle == NOTOK) continue; // there may be room for the next one
     system->SetGroup(particle, group);
-    system->SetPosition(particle, global * positions[i]);
+    system->SetPosition(particle, global * positions[done]);
     system->SetLife(particle, BaseTime(kForever));
   }
   PolygonObject::Free(points);
+  if (request.stopped) EmptyGroup(system, group); // a part would pass for the whole cloud
   return NULL;
 }
 

@@ -46,7 +46,7 @@ BaseObject* ConvertToPoints(const ConversionRequest& request) {
     PolygonObject::Free(points);
     return NULL;
   }
-  if (!AddColorMaps(points, request.store->ExportColors(place, request.count))) {
+  if (!AddColorMaps(points, request.store->ExportColors(place, request.count)) || request.IsStopped(0)) {
     PolygonObject::Free(points);
     return NULL;
   }

@@ -21,7 +21,7 @@ void SegmentLengths::Extend(LONG points) {
 
 namespace {
 
-/** Writes the points in world space. FALSE when memory is refused. */
+/** Writes the points in world space. FALSE when memory is refused or the user stops. */
 Bool FillPoints(const ConversionRequest& request, Vector* points, SegmentLengths& segments) {
   const Matrix global = request.op->GetMg();
   const PointStore& store = *request.store;
@@ -31,7 +31,7 @@ Bool FillPoints(const ConversionRequest& request, Vector* points, SegmentLengths
     const PointMapping mapping(store.HeaderFor(block), request.size);
     for (LONG i = 0; added && i < taken; ++i, ++number) {
       points[number] = global * mapping.Map(block.positions + (VLONG)i * 3);
-      added = segments.Add(points[number], block.attrib1[i]);
+      added = !request.IsStopped(number) && segments.Add(points[number], block.attrib1[i]);
     }
   });
   if (added) segments.Extend(request.count - number);
