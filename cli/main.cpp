@@ -9,15 +9,21 @@
 
 #include <algorithm>
 #include <csignal>
+#include <filesystem>
 #include <iostream>
 
 namespace {
 
 /** "; did you mean render?", or all commands where none is near. */
 std::string Suggestion(const std::string& word) {
+  std::error_code ignored;
+  if (std::filesystem::exists(std::filesystem::u8path(word), ignored))
+    return "; the command comes before the file, as in kelvra info " + word;
   std::vector<std::string> names;
   for (const cli::Command& command : cli::Commands()) names.push_back(command.name);
-  std::string near = cli::DidYouMean(word, names);
+  std::vector<std::string> words = names;
+  words.push_back("--help");
+  std::string near = cli::DidYouMean(word, words);
   if (!near.empty()) return near;
   std::string all;
   for (std::size_t i = 0; i < names.size(); ++i)

@@ -73,17 +73,13 @@ const Mode* ParseMode(const std::string& name) {
   throw UsageError{"expected point, hair, particles, emitter or spline"};
 }
 
-bool EndsWith(const std::string& text, const std::string& end) {
-  return text.size() > end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
-}
-
 /** Goes by the suffix. */
 bool IsObj(const ConvertOptions& options) {
-  return options.output == "-" ? options.mode->lines : EndsWith(options.output, ".obj");
+  return options.output == "-" ? options.mode->lines : HasSuffix(options.output, ".obj");
 }
 
 void CheckOutputKind(const std::string& output) {
-  if (output.empty() || output == "-" || EndsWith(output, ".ply") || EndsWith(output, ".obj")) return;
+  if (output.empty() || output == "-" || HasSuffix(output, ".ply") || HasSuffix(output, ".obj")) return;
   throw UsageError{"--output " + output + ": expected a name that ends in .ply or .obj"};
 }
 

@@ -79,6 +79,7 @@ void CloudSession::Use(BaseDocument* document) {
   document_ = document;
   target_ = nullptr;
   reports_.clear();
+  notes_.clear();
 }
 
 long long CloudSession::Points() const {
@@ -173,6 +174,11 @@ void CloudSession::OpenScene(const std::string& path) {
 
 void CloudSession::LoadFolder(const std::string& folder) {
   const std::vector<std::string> files = FilesOfFolder(folder);
+  const long long folders = FoldersIn(folder);
+  if (folders > 0)
+    notes_.push_back(folder + ": " + Grouped(folders) +
+                     (folders == 1 ? " folder in it is not read (name it as well)"
+                                   : " folders in it are not read (name them as well)"));
   const std::size_t before = reports_.size();
   // The module reads whatever it does not know as text; what only this program can tell goes file by file.
   const bool mixed = !chosenReader && std::any_of(files.begin(), files.end(), [](const std::string& file) {

@@ -38,6 +38,8 @@ public:
   /** The first cloud object; throws std::runtime_error without one. */
   BaseObject* Cloud() const;
   const std::vector<FileReport>& Reports() const { return reports_; }
+  /** Lines about what was passed over without being a problem. */
+  const std::vector<std::string>& Notes() const { return notes_; }
   /** Of all cloud objects. */
   long long Points() const;
   /** Throws std::runtime_error without a point: an output that exists is then left alone. */
@@ -78,6 +80,7 @@ private:
   std::vector<std::string> settings_;
   std::vector<Setting> appliedSettings_;
   std::vector<FileReport> reports_;
+  std::vector<std::string> notes_;
   bool trust_ = false, countClasses_ = false;
   double loadSeconds_ = 0;
   long long idleMemory_ = 0;

@@ -63,6 +63,14 @@ std::vector<std::string> FilesOfFolder(const std::string& folder) {
   return files;
 }
 
+long long FoldersIn(const std::string& folder) {
+  long long count = 0;
+  std::error_code failed, ignored;
+  for (fs::directory_iterator i(fs::u8path(folder), failed), end; !failed && i != end; i.increment(failed))
+    count += i->is_directory(ignored) && i->path().filename().u8string().compare(0, 1, ".") != 0;
+  return count;
+}
+
 bool IsFolder(const std::string& path) {
   std::error_code ignored;
   return fs::is_directory(fs::u8path(path), ignored);

@@ -17,6 +17,9 @@ bool NamesCloud(const std::string& path);
 /** The files that a folder stands for, sorted as the module sorts them. */
 std::vector<std::string> FilesOfFolder(const std::string& folder);
 
+/** How many folders lie in a folder, hidden ones apart. */
+long long FoldersIn(const std::string& folder);
+
 /** Files of a folder whose names the module cannot be given. */
 std::vector<std::string> NotUtf8In(const std::string& folder);
 

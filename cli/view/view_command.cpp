@@ -21,6 +21,7 @@ Run AddWindow(CLI::App& command) {
   AddInput(command, plan->input);
   command.get_option("FILE")->required(false);
   AddSize(command, plan->size);
+  command.get_option("--size")->description("In pixels, at first 1280x800, then as it was the last time");
   command.add_flag("--no-panels", plan->noPanels, "Show the points only");
   AddTyped(command, "--exit-after", plan->exitAfter, ParseSeconds, "Close the window by itself")
       ->type_name("SECONDS");

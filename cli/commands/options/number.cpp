@@ -17,7 +17,7 @@ constexpr double kFarthest = 1e12;
 } // namespace
 
 double ParseNumber(const std::string& text) {
-  static const std::regex form("[-+]?([0-9]+\\.?[0-9]*|\\.[0-9]+)([eE][-+]?[0-9]{1,3})?");
+  static const std::regex form(" *[-+]?([0-9]+\\.?[0-9]*|\\.[0-9]+)([eE][-+]?[0-9]{1,3})? *");
   if (!std::regex_match(text, form)) throw UsageError{"\"" + text + "\" is not a number"};
   const double value = std::strtod(text.c_str(), nullptr);
   if (!(std::abs(value) <= kFarthest)) throw UsageError{text + " is out of range; expected -1e12 to 1e12"};

@@ -83,9 +83,8 @@ void FitPointSizes(CloudSession& session, const host::ViewCamera& camera, const 
         std::clamp(std::round(pixels), view.view == kInsideView ? kLeastInside : kLeastPoint, kLargestPoint);
     BaseContainer* data = cloud->GetDataInstance();
     if (session.IsFromScene(cloud)) {
-      const double kept = data->GetReal(KELVRA_POINT_SIZE);
-      if (kept < size)
-        notes->push_back("point size " + TwoDigits(kept) +
+      if (IsUntouched(session, cloud, KELVRA_POINT_SIZE))
+        notes->push_back("point size " + TwoDigits(data->GetReal(KELVRA_POINT_SIZE)) +
                          ", as the scene says (--set point_size=" + Fixed(size, 0) + " fits the density)");
       continue;
     }
