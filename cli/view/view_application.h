@@ -165,7 +165,8 @@ private:
   std::vector<std::string> lines_;
   std::set<std::string> problems_; ///< lines that say what went wrong
   std::size_t taken_ = 0;          ///< console lines so far
-  bool panels_ = true, showsHelp_ = false, wantsPicture_ = false, wantsView_ = false, quit_ = false;
+  bool panels_ = true, showsHelp_ = false, wantsPicture_ = false, wantsView_ = false, wantsMenu_ = false,
+       quit_ = false;
   bool pictureShown_ = false;
   std::string explanation_, renaming_;
   double readySince_ = -1.0; ///< when the first files were drawn
