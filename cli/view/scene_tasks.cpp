@@ -158,6 +158,7 @@ void ViewApplication::LoadClouds(const std::vector<std::string>& files) {
   if (!OpenClouds(files)) {
     // Nothing came of it: the scene is as it was.
     if (session_.Clouds().size() > before) session_.Document()->DoUndo();
+    MeetMoments();
     return Select(session_.Document()->GetFirstObject());
   }
   const std::vector<BaseObject*> clouds = session_.Clouds();
@@ -330,9 +331,7 @@ void ViewApplication::Undo(bool redo) {
   if (!(redo ? doc->DoRedo() : doc->DoUndo())) Report(redo ? "nothing to redo" : "nothing to undo");
   edits_.LetGo();
   viewport_.Redraw();
-  const Moment present = Present();
-  for (Moment* moment : {&saved_, &pictured_})
-    if (moment->undoState == present.undoState) *moment = present;
+  MeetMoments();
   // What was selected may be gone, or be another copy of itself.
   if (!showsPreferences_ && !Selected()) Select(doc->GetFirstObject());
 }

@@ -130,6 +130,8 @@ private:
   bool HasContent() const { return session_.Document()->GetFirstObject() != nullptr; }
   bool IsPictureCurrent() const { return pictured_.stamp == stamp_; }
   Moment Present() const;
+  /** After undo or redo: the document may be what it was when it was saved or rendered. */
+  void MeetMoments();
   /** The document as it is now needs no saving. */
   void TakeAsSaved();
   /** What the program does to the document by itself, which is no change of the user's. */
