@@ -100,6 +100,7 @@ void ViewApplication::ConvertClouds() {
     if (mode == KELVRA_CONVERT_MODE_OFF || !cloud->CheckCache(nullptr)) continue;
     const bool worked = std::exchange(working_, true);
     const Busy before = std::exchange(busy_, {"converting", kUnknown, Now(), Now(), true});
+    if (viewport_.PointsShown() > kManyPoints) Announce("converting", kUnknown);
     host::UpdateCache(cloud, session_.Document(), BUILDFLAGS_0);
     const bool stopped = busy_.text == kStopping;
     const double seconds = Now() - busy_.start;
