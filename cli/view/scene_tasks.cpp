@@ -191,8 +191,8 @@ bool ViewApplication::OpenClouds(const std::vector<std::string>& files) {
 void ViewApplication::LoadByDialog(bool folder) {
   const std::string path = AskFile({folder ? FILESELECT_DIRECTORY : FILESELECT_LOAD,
                                     folder ? "Load a folder of scans" : "Load a scan", ""},
-                                   {kScans, ""});
-  if (!path.empty()) LoadClouds({path});
+                                   {kScans, "", !folder});
+  if (!path.empty()) LoadClouds(browser_.Paths());
 }
 
 bool ViewApplication::MayDiscard() {
