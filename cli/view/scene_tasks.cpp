@@ -18,8 +18,7 @@ namespace cli {
 
 namespace {
 
-/** Pixels around the pointer in which a point counts as meant; the nearest such circle that holds one counts.
- */
+/** Pixels around the pointer in which a point counts as meant; the first of them that holds one decides. */
 constexpr double kPickReaches[] = {1.0, 2.5, 5.0};
 /** Points above which looking for one is noticed. */
 constexpr long long kManyPoints = 5000000;

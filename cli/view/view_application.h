@@ -22,9 +22,10 @@ namespace cli {
 
 /** What is shown once the user stopped the work. */
 constexpr const char* kStopping = "stopping";
-/** In place of a percentage: work that is too short to be stopped, and work that does not know how far it is.
- */
-constexpr int kCannotStop = -1, kUnknown = -2;
+/** In place of a percentage: work that is too short to be stopped. */
+constexpr int kCannotStop = -1;
+/** In place of a percentage: work that does not know how far it is. */
+constexpr int kUnknown = -2;
 
 class ViewApplication {
 public:
