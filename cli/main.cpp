@@ -1,6 +1,7 @@
 // kelvra: point clouds without the application. Parses the command line and runs one command.
 #include "cli/commands/commands.h"
 #include "cli/reference/reference.h"
+#include "cli/reference/usage.h"
 #include "cli/system/exit_status.h"
 #include "cli/system/program_arguments.h"
 #include "cli/text/line.h"
@@ -30,32 +31,20 @@ const cli::Command* FindCommand(const std::string& name) {
   return nullptr;
 }
 
-/** The usage line of the command that was begun, or where the commands are listed. */
-std::string UsageOf(const CLI::App& app) {
-  const std::vector<CLI::App*> commands = app.get_subcommands();
-  if (commands.empty()) return "kelvra --help lists the commands";
-  const CLI::App& command = *commands.front();
-  std::string usage = "usage: kelvra " + command.get_name();
-  for (const CLI::Option* option : command.get_options()) {
-    if (option->get_positional())
-      usage += " " + option->get_name() + (option->get_items_expected_max() > 1 ? "..." : "");
-    if (!option->get_positional() && option->get_required())
-      usage += " " + option->get_name() + " " + option->get_type_name();
-  }
-  return usage + " [OPTIONS]; kelvra " + command.get_name() + " --help lists them";
-}
-
 int Run(int argc, char** argv) {
-  CLI::App app("Kelvra: laser-scan point clouds");
+  CLI::App app("Kelvra: laser-scan point clouds", "kelvra");
+  app.get_formatter()->label("SUBCOMMAND", "COMMAND");
   app.allow_windows_style_options(false); // a path may begin with a slash anywhere
   app.require_subcommand(1);
   app.set_version_flag("--version", "kelvra " KELVRA_VERSION);
   int status = cli::kExitWhole;
   for (const cli::Command& command : cli::Commands()) {
-    CLI::App* parser = app.add_subcommand(command.name, command.summary);
+    CLI::App* parser = app.add_subcommand(command.name, command.summary)->group("Commands");
     const cli::Run run = command.add(*parser);
     parser->callback([run, &status] { status = run(); });
   }
+  // Not earlier, as commands take over what the program has.
+  app.footer("kelvra COMMAND --help lists the options of a command.");
   // Without a group: the help does not list it, as it is for those who package the program.
   app.add_option_function<std::string>(
          "--reference",
@@ -76,7 +65,7 @@ int Run(int argc, char** argv) {
     app.parse((int)words.size(), words.data());
   } catch (const CLI::ParseError& e) {
     if (e.get_exit_code() == 0) return app.exit(e); // help or version
-    throw cli::UsageError{std::string(e.what()) + " (" + UsageOf(app) + ")"};
+    throw cli::UsageError{cli::Complaint(app, e)};
   }
   return status;
 }

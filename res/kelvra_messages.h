@@ -43,8 +43,9 @@ enum {
   KELVRA_MESSAGE_UPDATE_CHECK = 1037615,
 
   /**
-   * To a point cloud object: how many of its points lie at which heights? Data: KelvraHeights*. FALSE, and
-   * the data stay as they are, for an unknown version and for an object without points.
+   * To a point cloud object: how many of its points lie at which heights? Data: KelvraHeights*. Points whose
+   * height is not finite are left out. FALSE, and the data stay as they are, for an unknown version and for
+   * an object without other points.
    */
   KELVRA_MESSAGE_HEIGHTS = 1037616,
 
@@ -178,7 +179,8 @@ struct KelvraBlockReport {
   LVector min, max;
   Vector shownMin, shownMax; // where they are shown, in the object's own coordinates and axes
   LONG fitted;               // 1 when they are fitted to the object's size
-  LONG hasColor;             // 1 when its points differ in colour and the colour comes from the file
+  LONG
+      hasColor; // 1 when its points differ in colour or share one that is no grey, and it comes from the file
   LONG isBlack; // 1 when all its points are black, or as dark as readers make points without colour
 };
 

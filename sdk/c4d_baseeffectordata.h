@@ -30,7 +30,7 @@ public:
   /** NULL when there is no array of that id and type. */
   void* GetArray(LONG id, MD_TYPE type = MD_NONE) const;
   MDArray<LONG> GetLongArray(LONG id, LONG preset = 0) const;
-  MDArray<Matrix> GetMatrixArray(LONG id, const Matrix& preset = Matrix()) const;
+  MDArray<Matrix> GetMatrixArray(LONG id, Matrix preset = Matrix()) const;
 };
 
 struct GetMoDataMessage {

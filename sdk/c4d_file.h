@@ -120,5 +120,5 @@ enum {
 };
 
 Bool GeFExist(const Filename& name, Bool isdir = FALSE);
-Bool GeFKill(const Filename& name, LONG flags = 0);
+Bool GeFKill(const Filename& name, LONG flags);
 Bool GeFRename(const Filename& from, const Filename& to);

@@ -174,7 +174,7 @@ MDArray<LONG> MoData::GetLongArray(LONG id, LONG preset) const {
   LONG* data = (LONG*)C4DOS.mograph->GetArray(this, id, MD_LONG, &count);
   return MDArray<LONG>(data, count, preset);
 }
-MDArray<Matrix> MoData::GetMatrixArray(LONG id, const Matrix& preset) const {
+MDArray<Matrix> MoData::GetMatrixArray(LONG id, Matrix preset) const {
   LONG count = 0;
   Matrix* data = (Matrix*)C4DOS.mograph->GetArray(this, id, MD_MATRIX, &count);
   return MDArray<Matrix>(data, count, preset);

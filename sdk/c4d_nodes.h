@@ -77,7 +77,6 @@ public:
   void SetData(const BaseContainer& bc, Bool add = TRUE);
   /** The live container; valid as long as the node. */
   BaseContainer* GetDataInstance();
-  const BaseContainer* GetDataInstance() const { return const_cast<BaseList2D*>(this)->GetDataInstance(); }
   /** Shaders that the node carries; it owns them. Only objects carry shaders: a call on another node is
    * reported and refused. */
   BaseShader* GetFirstShader() const;

@@ -4,13 +4,15 @@ namespace {
 
 #ifdef _WIN32
 const UWORD kSeparator = '\\';
-#else
-const UWORD kSeparator = '/';
-#endif
-
 bool IsSeparator(UWORD ch) {
   return ch == '/' || ch == kSeparator;
 }
+#else
+const UWORD kSeparator = '/';
+bool IsSeparator(UWORD ch) {
+  return ch == kSeparator;
+}
+#endif
 
 /** Position after the last separator. */
 LONG FileStart(const String& path) {

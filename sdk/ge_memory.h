@@ -12,7 +12,7 @@ void* Alloc(VLONG size, LONG line, const CHAR* file);
 void* AllocNC(VLONG size, LONG line, const CHAR* file);
 void* ReallocNC(void* block, VLONG size, LONG line, const CHAR* file);
 void Free(void* block);
-/** Ends the program: a call broke what the real interface requires, where the result would be undefined. */
+/** Ends the program: a call broke a precondition, and its result would be undefined. */
 [[noreturn]] void EndMisuse(const CHAR* what, LONG line, const CHAR* file);
 
 template <class T>

@@ -88,10 +88,13 @@ inline Real Deg(Real radians) {
     return a = a & b;                                                                                        \
   }
 
-/** Closes a value enumeration: combining its values does not compile. */
+/** Closes a value enumeration: combining its values, or comparing one with a number, does not compile. */
 #define ENUM_END_LIST(E)                                                                                     \
   void operator|(E, E) = delete;                                                                             \
-  void operator&(E, E) = delete;
+  void operator&(E, E) = delete;                                                                             \
+  void operator+(E, LONG) = delete;                                                                          \
+  bool operator==(E, LONG) = delete;                                                                         \
+  bool operator!=(E, LONG) = delete;
 
 /** Tag for constructors that leave their members as they are. */
 enum _DONTCONSTRUCT { DC };

@@ -3,8 +3,8 @@
 // neither may differ. Against sdk/ const counts as well. The vendor's headers may say more of it than is
 // known: there the compiler checks it at each call of the module.
 //
-// Not listed: templates, constructors and operators, and String::ToReal, StringToNumber and BaseFile::Open,
-// whose last arguments, with defaults, sdk/ does not have.
+// Not listed: templates, constructors and operators, and String::Insert, String::ToReal, StringToNumber,
+// BaseFile::Open and BaseBitmap::Init, whose last arguments, with defaults, sdk/ does not have.
 #include "c4d.h"
 #include "c4d_baseeffectordata.h"
 #include "c4d_gl.h"
@@ -52,7 +52,7 @@ STATIC(void, MoData, Free, (MoData*&));
 METHOD(LONG, MoData, GetCount, ());
 METHOD_CONST(void*, MoData, GetArray, (LONG, MD_TYPE));
 METHOD_CONST(MDArray<LONG>, MoData, GetLongArray, (LONG, LONG));
-METHOD_CONST(MDArray<Matrix>, MoData, GetMatrixArray, (LONG, const Matrix&));
+METHOD_CONST(MDArray<Matrix>, MoData, GetMatrixArray, (LONG, Matrix));
 
 FIELD(GetMoDataMessage, modata, MoData*);
 FIELD(GetMoDataMessage, index, LONG);
@@ -231,7 +231,6 @@ METHOD(void, BaseList2D, SetName, (const String&));
 METHOD(BaseContainer, BaseList2D, GetData, ());
 METHOD(void, BaseList2D, SetData, (const BaseContainer&, Bool));
 METHOD(BaseContainer*, BaseList2D, GetDataInstance, ());
-METHOD_CONST(const BaseContainer*, BaseList2D, GetDataInstance, ());
 
 STATIC(BaseTag*, BaseTag, Alloc, (LONG));
 STATIC(void, BaseTag, Free, (BaseTag*&));
@@ -277,8 +276,6 @@ METHOD(Bool, BaseThread, TestBreak, ());
 
 STATIC(BaseBitmap*, BaseBitmap, Alloc, ());
 STATIC(void, BaseBitmap, Free, (BaseBitmap*&));
-METHOD(IMAGERESULT, BaseBitmap, Init, (LONG, LONG, LONG));
-METHOD(IMAGERESULT, BaseBitmap, Init, (const Filename&));
 METHOD_CONST(IMAGERESULT, BaseBitmap, Save, (const Filename&, LONG, BaseContainer*, SAVEBIT));
 METHOD_CONST(LONG, BaseBitmap, GetBw, ());
 METHOD_CONST(LONG, BaseBitmap, GetBh, ());
@@ -300,10 +297,8 @@ METHOD(TP_ParticleNode*, TP_ParticleNode, GetNext, ());
 
 METHOD(TP_ParticleNode*, TP_PGroup, GetFirstNode, ());
 
-METHOD(Bool, TP_PGroupArray, Append, (TP_PGroup*));
 METHOD_CONST(LONG, TP_PGroupArray, GetCount, ());
 METHOD_CONST(TP_PGroup*, TP_PGroupArray, GetIndex, (LONG));
-METHOD(void, TP_PGroupArray, Flush, ());
 
 METHOD(LONG, TP_MasterSystem, AllocParticle, ());
 METHOD(void, TP_MasterSystem, FreeParticle, (LONG));
@@ -486,7 +481,6 @@ METHOD_CONST(Bool, String, FindLast, (UWORD, LONG*, LONG));
 METHOD_CONST(String, String, SubStr, (LONG, LONG));
 METHOD_CONST(String, String, Left, (LONG));
 METHOD(void, String, Delete, (LONG, LONG));
-METHOD(void, String, Insert, (LONG, const String&));
 METHOD_CONST(LONG, String, ToLong, (LONG*));
 METHOD_CONST(LONG, String, GetCString, (CHAR*, LONG, STRINGENCODING));
 METHOD_CONST(CHAR*, String, GetCStringCopy, (STRINGENCODING));
@@ -551,7 +545,7 @@ static_assert(ID_MOTAGDATA == 1018625 && MSG_GET_MODATA == 1019522);
 static_assert(Onull == 5140 && Opolygon == 5100 && Ospline == 5101 && Tvertexmap == 5682 && Ohair == 1017305);
 static_assert(CUSTOMDATATYPE_SPLINE == 1009060 && ID_THINKINGPARTICLES == 1001428);
 static_assert(PREFS_PRI_IMEXPORT == 10000060);
-static_assert(HYPERFILEARRAY_WORD == 2 && HYPERFILEARRAY_SREAL == 5);
+static_assert((LONG)HYPERFILEARRAY_WORD == 2 && (LONG)HYPERFILEARRAY_SREAL == 5);
 static_assert(FILTER_PNG == 1023671 && FILTER_TIF == 1100);
 
 } // namespace

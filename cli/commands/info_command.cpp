@@ -106,7 +106,13 @@ void PrintText(const CloudSession& session, const Totals& total, bool verbose) {
     const FileReport& report = session.Reports()[i];
     if (!report.strayIn.empty()) continue;
     PrintReport(report, verbose);
-    for (const std::string& line : FactLines(report, places[i])) Line(std::cout) << "  " << line;
+    // A problem's line went to standard error: without a name its facts would seem to be those of the file
+    // above.
+    std::string start = report.outcome == FileOutcome::Whole ? "  " : report.path + ": ";
+    for (const std::string& line : FactLines(report, places[i])) {
+      Line(std::cout) << start << line;
+      start = "  ";
+    }
   }
   PrintStrays(session.Reports(), verbose);
   PrintWarnings(session);

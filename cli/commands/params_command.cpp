@@ -7,6 +7,7 @@
 #include "cli/text/line.h"
 #include "cli/text/nearest.h"
 #include "host/parameters/parameter_text.h"
+#include "otallyframe.h"
 
 #include <iostream>
 #include <stdexcept>
@@ -133,10 +134,29 @@ nlohmann::json ParameterJson(const Place& place, const Parameter& parameter) {
           {"sentence", parameter.help}};
 }
 
+/** What this program takes where nobody chose a value, unlike the application; empty where that is the same.
+ */
+std::string OwnChoice(const Place& place, const Parameter& parameter) {
+  if (place.name != std::string("object")) return std::string();
+  switch (parameter.id) {
+  case KELVRA_LOCAL_ORIGIN:
+    return ", in kelvra automatic";
+  case KELVRA_FIT_TEXT:
+    return ", in kelvra large";
+  case KELVRA_LOAD_COLOR:
+    return ", in kelvra height where files have no colours";
+  case KELVRA_POINT_SIZE:
+  case KELVRA_POINT_RADIUS:
+    return ", in kelvra by density";
+  default:
+    return std::string();
+  }
+}
+
 void PrintParameter(const Place& place, const Parameter& parameter) {
   const std::string unit = parameter.unit == Unit::kMeter ? ", in scene units" : "";
   Line(std::cout) << "  " << NameIn(place, parameter) << " (" << parameter.id << "): " << RangeOf(parameter)
-                  << unit << "; default " << DefaultText(parameter);
+                  << unit << "; default " << DefaultText(parameter) << OwnChoice(place, parameter);
   Line(std::cout) << "      " << parameter.help;
 }
 

@@ -62,11 +62,12 @@ int RunPrefsSet(const PrefsOptions& options) {
 Run AddPrefs(CLI::App& command) {
   command.require_subcommand(1);
   const auto options = std::make_shared<PrefsOptions>();
-  const CLI::App* list = command.add_subcommand("list", "Print every value");
+  CLI::App* list = command.add_subcommand("list", "Print every value");
   CLI::App* get = command.add_subcommand("get", "Print one value");
   CLI::App* set = command.add_subcommand("set", "Change one value");
+  for (CLI::App* one : {list, get, set}) one->group("Commands");
   for (CLI::App* one : {get, set})
-    one->add_option("NAME", options->name, "Name as in the list, or number of the element")->required();
+    one->add_option("NAME", options->name, "Name as in the list, or number of the preference")->required();
   set->add_option("VALUE", options->value, "New value; \"\" empties a text")->required();
   return [options, list, get] {
     if (list->parsed()) return RunPrefsList();

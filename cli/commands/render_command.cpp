@@ -3,7 +3,6 @@
 #include "cli/commands/output/console_lines.h"
 #include "cli/commands/output/file_reports.h"
 #include "cli/commands/output/output_file.h"
-#include "cli/commands/output/progress_bar.h"
 #include "cli/commands/output/result_tree.h"
 #include "cli/commands/render/frames.h"
 #include "cli/commands/render/recorder.h"
@@ -94,15 +93,22 @@ int RenderFrames(CloudSession& session, host::RenderOptions& render, const Rende
   const FrameRange frames = plan.Frames();
   const host::ViewCamera camera = render.camera;
   bool recorded = true, reported = false;
-  ProgressBar bar(plan.progress);
-  render.progress = [&bar](double share) { bar.Show(share); };
+  host::Console& status = session.App().GetConsole();
+  int shown = 0;
+  if (plan.progress) {
+    status.SetStatusText("rendering");
+    render.progress = [&status, &shown](double share) {
+      const int percent = (int)(share * 100.0);
+      if (percent != shown) status.SetStatusBar(shown = percent);
+    };
+  }
   host::RenderJob job(session.Document(), render);
   for (int frame = frames.first; frame <= frames.last; ++frame) {
     job.Options().camera = GoToFrame(session, plan, camera, frame);
     const ConsoleLines console(session.App().GetConsole());
     const RecordWatch record(plan.record, frame);
     const host::RenderOutcome outcome = job.RenderFrame();
-    bar.Clear();
+    status.ClearStatus();
     reported = console.Print() || reported;
     if (!outcome.Ok()) throw std::runtime_error("rendering: " + outcome.message);
     if (!record.Stored()) {
@@ -166,7 +172,7 @@ Run AddRender(CLI::App& command) {
       if (FingerprintOfFiles(plan->input.files) != origin.files)
         Line(std::cerr) << plan->pixelOf << ": was made from other files than these";
     }
-    plan->progress = ErrorsAreShown();
+    plan->progress = true;
     CheckPlan(*plan); // before anything is loaded, which may take long
     return RunRender(*plan, options);
   };

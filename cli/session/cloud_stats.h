@@ -16,7 +16,7 @@ struct BlockStats {
   std::string source;    ///< path of the file; empty for points of another plug-in
   host::Box shown;       ///< in the object's coordinates and axes
   bool fitted = false;   ///< to the object's size
-  bool hasColor = false; ///< its points differ in colour and the colour comes from the file
+  bool hasColor = false; ///< from the file, and more than one grey
 };
 
 struct CloudStats {

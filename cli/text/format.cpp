@@ -29,6 +29,11 @@ int DecimalsFor(double range) {
 }
 
 std::string TwoDigits(double value) {
+  // "120", where the general form would say 1.2e+02.
+  if (value >= 100.0 && value < 1e9) {
+    const double unit = std::pow(10.0, std::floor(std::log10(value)) - 1.0);
+    return Fixed(std::round(value / unit) * unit, 0);
+  }
   char text[400];
   const std::to_chars_result end =
       std::to_chars(text, text + sizeof text, value, std::chars_format::general, 2);

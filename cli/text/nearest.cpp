@@ -40,8 +40,9 @@ std::string DidYouMean(const std::string& word, const std::vector<std::string>& 
   std::multimap<std::size_t, std::string> near;
   for (const std::string& name : names) {
     const std::size_t distance = Distance(wanted, name);
-    // "radius" is far from point_radius letter by letter, but a part of it.
-    const bool part = wanted.size() > 2 && name.find(wanted) != std::string::npos;
+    // "radius" is far from point_radius letter by letter, but a part of it; so is --turn of --turntable.
+    const bool part = (wanted.size() > 2 && name.find(wanted) != std::string::npos) ||
+                      (name.size() > 3 && wanted.find(name) != std::string::npos);
     if (part || distance <= most) near.emplace(part ? 0 : distance, name);
   }
   std::string text;

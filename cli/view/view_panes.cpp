@@ -6,6 +6,7 @@
 #include "host/application.h"
 #include "host/parameter_step.h"
 #include "kelvra_messages.h"
+#include "vpkelvrarender.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -327,7 +328,11 @@ void ViewApplication::DrawObjects() {
   for (; post; post = post->GetNext()) {
     ImGui::PushID(post);
     const bool selected = !showsPreferences_ && selected_.GetLink(doc) == post;
-    if (ImGui::Selectable(host::Utf8(post->GetName()).c_str(), selected)) Select(post);
+    // Each cloud has an effect, and all of these have one name.
+    BaseObject* rendered = post->GetDataInstance()->GetObjectLink(KELVRA_RENDER_OBJECT, doc);
+    const std::string label =
+        host::Utf8(post->GetName()) + (rendered ? ": " + host::Utf8(rendered->GetName()) : "");
+    if (ImGui::Selectable(label.c_str(), selected)) Select(post);
     ImGui::PopID();
   }
 }

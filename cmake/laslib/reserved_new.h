@@ -38,4 +38,4 @@ inline void operator delete[](void* block, const kelvra_las::Reserved&) {
   ::operator delete[](block);
 }
 
-#define new new (kelvra_las::Reserved())
+#define new new (kelvra_las::Reserved{})

@@ -14,7 +14,10 @@ struct VariableTagNode : Tag {
   HostArray<UCHAR> bytes;
 
   LONG Size() const { return VariableTagSize(type); }
-  LONG Count() const { return Size() > 0 ? (LONG)(bytes.Count() / Size()) : 0; }
+  LONG Count() const {
+    const LONG size = Size();
+    return size > 0 ? (LONG)(bytes.Count() / size) : 0;
+  }
   /** False for a negative count or refused memory. */
   bool Resize(LONG count) { return count >= 0 && bytes.Resized((VLONG)count * Size(), &bytes); }
   const Segment* Segments() const { return (const Segment*)bytes.Data(); }

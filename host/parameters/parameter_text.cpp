@@ -64,10 +64,12 @@ bool Fail(const std::string& expected, std::string* error) {
   return false;
 }
 
-bool CheckedNumber(const Parameter& parameter, std::size_t axis, const std::string& text, const char* what,
-                   double* number, std::string* error) {
+bool CheckedNumber(const Parameter& parameter, std::size_t axis, const std::string& text,
+                   const std::string& what, double* number, std::string* error) {
   const std::string range = RangeText(parameter, axis);
-  const std::string expected = std::string(what) + (range.empty() ? "" : " " + range);
+  const bool hasComma = text.find(',') != std::string::npos;
+  const std::string expected =
+      what + (range.empty() ? "" : " " + range) + (hasComma ? ", with a decimal point" : "");
   return (ParseNumber(text, number) && InRange(parameter, axis, *number)) || Fail(expected, error);
 }
 
@@ -75,7 +77,7 @@ bool ParseBool(const std::string& text, GeData* value, std::string* error) {
   const std::string word = Lower(text);
   const bool yes = word == "1" || word == "true" || word == "yes" || word == "on";
   const bool no = word == "0" || word == "false" || word == "no" || word == "off";
-  if (!yes && !no) return Fail("0 or 1", error);
+  if (!yes && !no) return Fail("on or off", error);
   value->SetLong(yes);
   return true;
 }
@@ -103,8 +105,8 @@ bool ParseLong(const Parameter& parameter, const std::string& text, GeData* valu
   if (!parameter.cycle.empty()) return ParseCycle(parameter, text, value, error);
   double number = 0;
   if (!CheckedNumber(parameter, 0, text, "a whole number", &number, error)) return false;
-  if (number != std::floor(number) || std::abs(number) > 2147483647.0)
-    return Fail("a whole number of at most 2147483647", error);
+  if (number != std::floor(number)) return Fail("a whole number", error);
+  if (std::abs(number) > 2147483647.0) return Fail("a whole number of at most 2147483647", error);
   value->SetLong((LONG)number);
   return true;
 }

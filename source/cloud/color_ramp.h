@@ -23,10 +23,13 @@ struct RampRange {
 class RampTable {
 public:
   RampTable(LONG ramp, const RampRange& range);
-  /** Values outside the range have the colours of its ends; a range without width has the middle one. */
+  /**
+   * Values outside the range have the colours of its ends; a range without width has the middle one. What is
+   * not a number has the first.
+   */
   const StoredColor& At(LReal value) const {
     const LReal place = (value - from_) * scale_ + offset_;
-    return colors_[place <= 0.0 ? 0 : place >= kSteps ? kSteps : (LONG)(place + 0.5)];
+    return colors_[!(place > 0.0) ? 0 : place >= kSteps ? kSteps : (LONG)(place + 0.5)];
   }
 
 private:

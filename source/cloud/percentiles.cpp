@@ -7,6 +7,8 @@ namespace kelvra {
 namespace {
 
 constexpr std::size_t kBins = 65536;
+/** Bins of finite values. Those outside hold infinities and what is not a number. */
+constexpr std::uint32_t kFirstFinite = 0x0080, kLastFinite = 0xff7f;
 constexpr std::uint32_t kSign = 0x80000000u;
 
 SReal ValueOf(std::uint32_t key) {
@@ -14,6 +16,10 @@ SReal ValueOf(std::uint32_t key) {
   SReal value;
   std::memcpy(&value, &bits, sizeof value);
   return value;
+}
+
+LReal Share(LReal share) {
+  return share > 0.0 ? FCut01(share) : 0.0;
 }
 
 } // namespace
@@ -26,15 +32,16 @@ std::uint32_t PercentileSearch::Key(SReal value) {
 
 PercentileSearch::PercentileSearch(LReal lowShare, LReal highShare)
     : upper_(kBins),
-      wanted_{{FCut(lowShare, 0.0, 1.0), 0, 0, std::vector<std::uint32_t>(kBins)},
-              {FCut(highShare, 0.0, 1.0), 0, 0, std::vector<std::uint32_t>(kBins)}} {}
+      wanted_{{Share(lowShare), 0, 0, std::vector<std::uint32_t>(kBins)},
+              {Share(highShare), 0, 0, std::vector<std::uint32_t>(kBins)}} {}
 
 void PercentileSearch::EndFirst() {
-  for (const std::uint32_t inBin : upper_) count_ += inBin;
+  for (std::uint32_t bin = kFirstFinite; bin <= kLastFinite; ++bin) count_ += upper_[bin];
   if (count_ == 0) return;
   for (Wanted& wanted : wanted_) {
     wanted.rank = (std::uint64_t)(wanted.share * (LReal)(count_ - 1) + 0.5);
-    for (wanted.bin = 0; wanted.rank >= upper_[wanted.bin]; ++wanted.bin) wanted.rank -= upper_[wanted.bin];
+    for (wanted.bin = kFirstFinite; wanted.rank >= upper_[wanted.bin]; ++wanted.bin)
+      wanted.rank -= upper_[wanted.bin];
   }
 }
 

@@ -1,4 +1,5 @@
-// Values below which given shares of many values lie, found exactly without a copy of the values.
+// Values below which given shares of many values lie, found exactly without a copy of the values. Only finite
+// ones count.
 #pragma once
 
 #include "c4d.h"
@@ -18,7 +19,7 @@ struct FloatRange {
  */
 class PercentileSearch {
 public:
-  /** Shares from 0 (the least value) to 1 (the greatest). */
+  /** Shares from 0 (the least value) to 1 (the greatest); one that is not a number counts as 0. */
   PercentileSearch(LReal lowShare, LReal highShare);
   void First(SReal value) { ++upper_[Key(value) >> 16]; }
   void EndFirst();
@@ -27,7 +28,7 @@ public:
     for (Wanted& wanted : wanted_)
       if (wanted.bin == key >> 16) ++wanted.lower[key & 0xffff];
   }
-  /** Zeros when there was no value. */
+  /** Zeros when there was no finite value. */
   FloatRange Result() const;
 
 private:

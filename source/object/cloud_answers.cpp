@@ -9,6 +9,7 @@
 #include "otallyframe.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <limits>
 #include <new>
@@ -165,6 +166,15 @@ LReal MetAt(const KelvraSight& sight, const Vector& point) {
   return offset * offset - depth * depth <= reach * reach ? depth : -1.0;
 }
 
+bool HasFiniteHeight(const PointStore& store) {
+  bool found = false;
+  store.VisitBlocks([&found](const PointBlock& block, VLONG) {
+    for (LONG i = 0; !found && i < block.count; ++i) found = std::isfinite(block.positions[(VLONG)i * 3 + 1]);
+    return !found;
+  });
+  return found;
+}
+
 void DescribeSeen(const PointStore& store, const LVector& origin, LONG number, KelvraSight& answer) {
   store.VisitBlocks([&](const PointBlock& block, VLONG) {
     if (number >= block.count) {
@@ -216,17 +226,18 @@ Bool AnswerLegend(BaseObject* op, const PointStore& store, KelvraLegend& answer)
 }
 
 Bool AnswerHeights(BaseObject* op, const PointStore& store, KelvraHeights& answer) {
-  if (answer.version != kAnswerVersion || answer.binCount < 1 || !answer.bins || store.CountBlocks() == 0)
+  if (answer.version != kAnswerVersion || answer.binCount < 1 || !answer.bins || !HasFiniteHeight(store))
     return FALSE;
   const LReal base = op->GetDataInstance()->GetVector(KELVRA_ORIGIN).z;
   const LReal from = answer.from - base, to = answer.to - base;
   const LReal perHeight = to > from ? answer.binCount / (to - from) : 0.0;
-  SReal lowest = store.GetFirstBlock()->positions[1], highest = lowest;
+  SReal lowest = std::numeric_limits<SReal>::infinity(), highest = -lowest;
   answer.below = answer.above = 0;
   std::fill_n(answer.bins, answer.binCount, 0);
   store.VisitBlocks([&](const PointBlock& block, VLONG) {
     for (LONG i = 0; i < block.count; ++i) {
       const SReal height = block.positions[(VLONG)i * 3 + 1];
+      if (!std::isfinite(height)) continue; // such a point is never shown
       lowest = std::min(lowest, height);
       highest = std::max(highest, height);
       if (height < from)

@@ -50,6 +50,11 @@ bool HasOneColor(const PointBlock& block) {
   return true;
 }
 
+/** Readers give points without colour a grey, and so does an intensity. */
+bool IsGray(const UWORD* rgb) {
+  return rgb[0] == rgb[1] && rgb[1] == rgb[2];
+}
+
 /** Stored order is x, height, y. */
 LVector InFileAxes(const Vector& stored) {
   return LVector(stored.x, stored.z, stored.y);
@@ -118,7 +123,8 @@ void CloudReporter::AddBlock(const PointBlock& block, VLONG group, const PointMa
   entry.shownMin = shown.min;
   entry.shownMax = shown.max;
   entry.fitted = !mapping.IsIdentity();
-  entry.hasColor = !oneColor && block.settings.reader.kind != kReaderLasByClass;
+  entry.hasColor = (!oneColor || (block.count > 0 && !IsGray(block.attrib3))) &&
+                   block.settings.reader.kind != kReaderLasByClass;
   entry.isBlack =
       oneColor && block.count > 0 && *std::max_element(block.attrib3, block.attrib3 + 3) <= kDarkest;
   blocks_.push_back(entry);

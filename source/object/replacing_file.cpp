@@ -19,7 +19,7 @@ Bool ReplaceInTwoSteps(const Filename& finished, const Filename& name, String* r
   *reason = "the earlier file cannot be replaced and is as it was; is it read-only or open elsewhere?";
   if (!GeFRename(name, aside)) return FALSE;
   if (GeFRename(finished, name)) {
-    GeFKill(aside);
+    GeFKill(aside, 0);
     return TRUE;
   }
   if (!GeFRename(aside, name))
@@ -40,7 +40,7 @@ Bool ReplaceFile(const Filename& finished, const Filename& name, String* reason)
   } else {
     *reason = GeFExist(name, TRUE) ? "a folder has this name" : "the new file cannot get this name";
   }
-  GeFKill(finished);
+  GeFKill(finished, 0);
   return FALSE;
 }
 

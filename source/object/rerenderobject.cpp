@@ -133,9 +133,10 @@ void KelvraObject::Free(GeListNode* node) {
 
 Bool KelvraObject::Read(GeListNode*, HyperFile* hf, LONG level) {
   settingsChanged = 1;
-  const Bool whole = store.Read(hf, level);
+  loadReports.clear();
+  if (!store.Read(hf, level)) return FALSE;
   loadReports = CheckStored(store);
-  return whole;
+  return TRUE;
 }
 
 Bool KelvraObject::Write(GeListNode*, HyperFile* hf) {

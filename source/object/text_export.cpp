@@ -53,7 +53,7 @@ void SaveAsText(BaseObject* op) {
   const Filename part = PartNameOf(path);
   String reason;
   if (!WriteText(GetCloudData(op)->store, options, part, &reason))
-    GeFKill(part);
+    GeFKill(part, 0);
   else if (ReplaceFile(part, path, &reason)) {
     GePrint(String("Saved to : ") + path.GetString());
     return;

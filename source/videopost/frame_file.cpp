@@ -49,7 +49,7 @@ Bool SavePictureWhole(const BaseBitmap& picture, const Filename& file, String* r
   const IMAGERESULT saved = picture.Save(part, format.filter, NULL, format.savebits);
   if (saved == IMAGERESULT_OK) return ReplaceFile(part, file, reason);
   *reason = ReasonOf(saved);
-  if (GeFExist(part)) GeFKill(part);
+  if (GeFExist(part)) GeFKill(part, 0);
   return FALSE;
 }
 

@@ -29,6 +29,11 @@ TEST(Params, WrongOnesAreAnsweredWithTheNearestOrTheRange) {
       {{"info", cloud, "--set", "99999=1"}, "unknown parameter (kelvra params lists them)"},
       {{"info", cloud, "--set", "transparency=150%"}, "expected a number from 0 to 1, or from 0% to 100%"},
       {{"info", cloud, "--set", "color_mode=plaid"}, "expected one of point, red,"},
+      {{"info", cloud, "--set", "point_radius=0,5"}, "expected a number from 0, with a decimal point"},
+      {{"snapshot", cloud, "--ouput", "x.png"}, "there is no option --ouput; did you mean --output?"},
+      {{"snapshot", cloud, "-o", "x.png", "--view", "top", "--view", "left"}, "expected 1 value, found 2"},
+      {{"snapshot", cloud, "-o", "x.png", "--background"},
+       "expected #RRGGBB, found nothing; put it in quotes"},
       {{"prefs", "get", "ca_fil"}, "did you mean ca_file?"},
       {{"convert", cloud, "--mode", "hair", "--ratio", "10"}, "did you mean 10%?"},
       {{"rendr"}, "did you mean render?"}};

@@ -2,6 +2,9 @@
 #include "host/picture/image.h"
 #include "support/program_run.h"
 
+#include <array>
+#include <cmath>
+
 namespace cli_test {
 namespace {
 
@@ -117,6 +120,8 @@ TEST(Snapshot, CloudWithoutColoursIsShownByHeight) {
     }
   EXPECT_GT(yellowRight, 100);
   EXPECT_GT(purpleLeft, 100);
+  EXPECT_GT(Find(Snapshot({folder.Write("red.xyz", Patch(0, 0, 0, 255, 0, 0))}), 0).count, 100)
+      << "one colour is a colour";
 }
 
 TEST(Snapshot, APrintedCameraGivesTheSamePictureAgain) {
@@ -150,6 +155,35 @@ TEST(Snapshot, APrintedCameraGivesTheSamePictureAgain) {
       }
     EXPECT_NEAR(Find(Snapshot(again), 1).x, Find(first, 1).x, 0.5);
   }
+}
+
+TEST(Snapshot, InsideTheCameraStandsWhereTheRoomIsFree) {
+  const TempFolder folder;
+  std::string text;
+  using Place = std::array<double, 3>;
+  std::vector<Place> points; // world axes
+  for (double x = 0; x < 6.1; x += 0.2)
+    for (double y = 0; y < 4.1; y += 0.2)
+      for (double z = 0; z < 3.1; z += 0.2) {
+        const bool wall = x < 0.1 || x > 5.9 || y < 0.1 || y > 3.9 || z < 0.1 || z > 2.9;
+        const bool block = std::abs(x - 3) < 1 && std::abs(y - 2) < 1 && z < 2; // in the middle
+        if (!wall && !block) continue;
+        points.push_back({x, z, y});
+        text += std::to_string(x) + " " + std::to_string(y) + " " + std::to_string(z) + "\n";
+      }
+  const std::string out = Kelvra({"snapshot", folder.Write("room.xyz", text), "--view", "inside",
+                                  "--print-camera", "-o", folder / "x.png"})
+                              .out;
+  Place camera;
+  ASSERT_EQ(std::sscanf(out.c_str() + out.find("camera: "), "camera: --camera %lf,%lf,%lf", &camera[0],
+                        &camera[1], &camera[2]),
+            3)
+      << out;
+  const Place size = {6, 3, 4};
+  for (std::size_t axis = 0; axis < 3; ++axis)
+    EXPECT_TRUE(camera[axis] > 0 && camera[axis] < size[axis]) << out;
+  for (const Place& p : points)
+    EXPECT_GT(std::hypot(p[0] - camera[0], p[1] - camera[1], p[2] - camera[2]), 0.15) << out;
 }
 
 TEST(Snapshot, OnePointFarAwayDoesNotShrinkTheCloud) {

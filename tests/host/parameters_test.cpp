@@ -208,7 +208,7 @@ TEST_F(Parameters, TextsAreCheckedAgainstTypeAndRange) {
       {"place=1,2", "X,Y,Z"},
       {"place=1,2,3,4", "X,Y,Z"},
       {"place=-11,0,0", "from -10"},
-      {"on=2", "0 or 1"},
+      {"on=2", "on or off"},
       {"partner=Nobody", "name of an object"},
       {"button=1", "a button has no value"}};
   for (const auto& [text, part] : bad) {

@@ -91,7 +91,7 @@ TEST_F(ManualCommands, EveryCommandAndOptionOfTheProgramIsDescribed) {
   std::string text;
   for (const std::string& line : reference->lines) text += line + "\n";
   const std::string help = cli_test::Kelvra({"--help"}).out;
-  const std::string list = help.substr(help.find("Subcommands:"));
+  const std::string list = help.substr(help.find("Commands:"));
   const std::regex commandForm("\n +([a-z-]+) "), optionForm("(--[a-z-]+)");
   int commands = 0;
   for (std::sregex_iterator c(list.begin(), list.end(), commandForm), end; c != end; ++c, ++commands) {

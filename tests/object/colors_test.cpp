@@ -7,6 +7,7 @@
 #include "support/las_files.h"
 #include "support/object_fixture.h"
 
+#include <limits>
 #include <random>
 
 namespace {
@@ -130,6 +131,32 @@ TEST_F(ColorsTest, TheButtonColorsStoredPointsAndCanBeUndone) {
   BaseObject::Free(copy);
   ASSERT_TRUE(doc_->DoUndo());
   EXPECT_EQ(Colors(), own) << "both presses were one step";
+}
+
+TEST_F(ColorsTest, PointsThatAreNeverShownHaveNoSayInHeights) {
+  Give(op_, {Vector(1, 10, 1), Vector(2, 20, 2), Vector(3, 30, 3), Vector(4, 40, 4)});
+  SReal* positions = Cloud(op_).store.groups[0].blocks[0].positions;
+  positions[1] = std::numeric_limits<SReal>::quiet_NaN();
+  positions[10] = std::numeric_limits<SReal>::infinity();
+  Set(KELVRA_RAMP, KELVRA_RAMP_GRAY);
+  op_->GetDataInstance()->SetReal(KELVRA_RAMP_LOW, std::numeric_limits<LReal>::quiet_NaN()); // counts as 0
+  op_->GetDataInstance()->SetReal(KELVRA_RAMP_HIGH, 1.0);
+  application_->PressButton(op_, KELVRA_COLOR_AGAIN);
+  EXPECT_EQ(Get(KELVRA_RAMP_FROM), 20.0);
+  EXPECT_EQ(Get(KELVRA_RAMP_TO), 30.0);
+  EXPECT_EQ(At(2), (Rgb{65535, 65535, 65535}));
+
+  LONG bins[2] = {};
+  KelvraHeights heights = {1, 10, 30, 2, bins};
+  ASSERT_TRUE(op_->Message(KELVRA_MESSAGE_HEIGHTS, &heights));
+  EXPECT_EQ((std::vector<LONG>{heights.below, bins[0], bins[1], heights.above}),
+            (std::vector<LONG>{0, 0, 2, 0}));
+  EXPECT_EQ(heights.lowest, 20.0);
+  EXPECT_EQ(heights.highest, 30.0);
+  KelvraSpread spread = {1};
+  ASSERT_TRUE(op_->Message(KELVRA_MESSAGE_SPREAD, &spread));
+  EXPECT_EQ(spread.min, Vector(1, 20, 1));
+  EXPECT_EQ(spread.max, Vector(4, 30, 4));
 }
 
 TEST_F(ColorsTest, IntensityClassAndReturnAreReadWhenAsked) {

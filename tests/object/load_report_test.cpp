@@ -127,6 +127,16 @@ TEST_F(LoadReportTest, ValuesThatCannotBeTrueAreLoadedAndReported) {
   ASSERT_TRUE(opened) << error;
   EXPECT_EQ(Cloud(opened->GetFirstObject()).loadReports.size(), 1u) << "drivers can ask for it";
   application_->CloseDocument(opened);
+
+  const Filename cut(Path("cut").c_str());
+  AutoAlloc<HyperFile> out, in;
+  LONG id = 0, level = 0;
+  ASSERT_TRUE(out->Open(1, cut, FILEOPEN_WRITE, FILEDIALOG_NONE) && out->WriteChunkStart(1, 0) &&
+              out->WriteLong(1) && out->WriteLong(1) && out->WriteLong(2) && out->WriteChunkEnd() &&
+              out->Close());
+  ASSERT_TRUE(in->Open(1, cut, FILEOPEN_READ, FILEDIALOG_NONE) && in->ReadChunkStart(&id, &level));
+  EXPECT_FALSE(Cloud(op_).Read(op_, in, level));
+  EXPECT_TRUE(Cloud(op_).loadReports.empty()) << "nothing is said about points that never came";
 }
 
 TEST_F(LoadReportTest, EachFindingOfALasFileIsToldOnceInItsLine) {

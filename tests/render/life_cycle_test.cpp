@@ -76,7 +76,7 @@ protected:
       EXPECT_EQ(one.usable, one.call == VIDEOPOSTCALL_INNER) << "call " << one.call << " open " << one.open;
       if (one.open) {
         const VIDEOPOSTCALL outer = open.empty() ? VIDEOPOSTCALL_FRAMESEQUENCE : open.back().call;
-        EXPECT_TRUE(one.call == outer || one.call == outer + 1) << one.call << " in " << outer;
+        EXPECT_TRUE(one.call == outer || (LONG)one.call == (LONG)outer + 1) << one.call << " in " << outer;
         EXPECT_TRUE(one.good) << "nothing is opened after an error";
         open.push_back(one);
         continue;

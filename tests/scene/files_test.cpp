@@ -98,13 +98,13 @@ TEST_F(Files, ExistKillAndRenameTellFilesFromFolders) {
   EXPECT_FALSE(GeFExist(Name(Path("a")), TRUE));
   EXPECT_FALSE(GeFExist(Name(folder_.Name())));
   EXPECT_TRUE(GeFExist(Name(folder_.Name()), TRUE));
-  EXPECT_FALSE(GeFKill(Name(folder_.Name())));
+  EXPECT_FALSE(GeFKill(Name(folder_.Name()), 0));
   std::filesystem::create_directory(Path("folder"));
   EXPECT_FALSE(GeFRename(Name(Path("a")), Name(Path("folder/a")))) << "within one folder only";
   EXPECT_TRUE(GeFRename(Name(Path("a")), Name(Path("b"))));
   EXPECT_EQ(Read(Path("b")), "a");
-  EXPECT_TRUE(GeFKill(Name(Path("b"))));
-  EXPECT_FALSE(GeFKill(Name(Path("b"))));
+  EXPECT_TRUE(GeFKill(Name(Path("b")), 0));
+  EXPECT_FALSE(GeFKill(Name(Path("b")), 0));
   EXPECT_FALSE(GeFRename(Name(Path("b")), Name(Path("c"))));
 }
 

@@ -1,10 +1,8 @@
 #include "cli/commands/options/camera_choice.h"
 
 #include "cli/session/cloud_extent.h"
-#include "cli/session/cloud_parameters.h"
 #include "cli/session/free_place.h"
 #include "cli/text/format.h"
-#include "otallyframe.h"
 
 #include <algorithm>
 #include <cmath>
@@ -15,8 +13,10 @@ namespace {
 
 /** Digits that a picture can show, and some more. */
 constexpr int kDigits = 10;
-/** Distance of a camera inside from the nearest point, in widths of a point. */
-constexpr double kDiscsAway = 2.0;
+/** Distance of a camera inside from the nearest point: in widths of a point, and as a share of the cloud's
+ * least width. The space between two storeys is narrower than that.
+ */
+constexpr double kDiscsAway = 2.0, kWidthShare = 0.05;
 
 /** Rounded to a step; without zeros at the end. */
 std::string Short(double value, int decimals) {
@@ -33,13 +33,10 @@ std::string Short(const Vector& v, int decimals) {
 }
 
 /** From points, which would else fill the picture. */
-double Clearance(const CloudSession& session) {
-  double clearance = 0.0;
-  for (BaseObject* cloud : session.Clouds()) {
-    // A rendered point covers a disc of the root of its radius.
-    const double radius = std::sqrt(std::max(0.0, RealParameter(cloud, KELVRA_POINT_RADIUS)));
-    clearance = std::max({clearance, kDiscsAway * radius, kDiscsAway * MeanSpacing(cloud)});
-  }
+double Clearance(const CloudSession& session, const WorldExtent& extent) {
+  const Vector size = extent.box.Size();
+  double clearance = std::max(kDiscsAway * extent.disc, kWidthShare * std::min({size.x, size.y, size.z}));
+  for (BaseObject* cloud : session.Clouds()) clearance = std::max(clearance, kDiscsAway * MeanSpacing(cloud));
   return clearance;
 }
 
@@ -51,7 +48,7 @@ host::ViewCamera CameraFor(const CloudSession& session, const ViewOptions& view,
     WorldExtent around = extent;
     around.middle = MiddleOf(session, extent.box);
     if (!extent.box.IsEmpty())
-      around.middle = FreePlace(session, around.middle, Clearance(session), extent.box);
+      around.middle = FreePlace(session, around.middle, Clearance(session, extent), extent.box);
     return CameraOf(view, around, wholeTurn);
   }
   if (!view.survey) return CameraOf(view, extent, wholeTurn);

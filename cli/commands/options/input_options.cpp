@@ -33,7 +33,9 @@ void AddFiles(CLI::App& command, InputOptions& input) {
 void AddInput(CLI::App& command, InputOptions& input) {
   AddFiles(command, input);
   OneValueEach(
-      command.add_option("--set", input.settings, "Object parameter ID=VALUE, by number or by name"));
+      command.add_option("--set", input.settings,
+                         "Parameter of the point cloud, by name or number; kelvra params lists them"))
+      ->type_name("NAME=VALUE");
   // No group: help does not list it.
   OneValueEach(command.add_option("--fault", input.faults, "Make the N-th call fail, KIND=N"))->group("");
 }

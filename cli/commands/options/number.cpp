@@ -45,11 +45,15 @@ Vector ParsePosition(const std::string& text) {
 }
 
 Vector ParseColor(const std::string& text) {
-  static const std::regex form("#[0-9a-fA-F]{6}");
-  if (!std::regex_match(text, form)) throw UsageError{"\"" + text + "\" is not a colour; expected #RRGGBB"};
+  // A shell drops a word that begins with # unless it is quoted, so the sign may be left out.
+  static const std::regex form("#?([0-9a-fA-F]{6})");
+  std::smatch match;
+  if (!std::regex_match(text, match, form))
+    throw UsageError{"\"" + text + "\" is not a colour; expected #RRGGBB"};
+  const std::string digits = match[1];
   Vector color;
   for (int i = 0; i < 3; ++i)
-    color[i] = (double)std::stoi(text.substr(1 + (std::size_t)i * 2, 2), nullptr, 16) / 255.0;
+    color[i] = (double)std::stoi(digits.substr((std::size_t)i * 2, 2), nullptr, 16) / 255.0;
   return color;
 }
 

@@ -41,7 +41,8 @@ void CheckView(const ViewOptions& view);
 /** What the view shows when nobody chose a camera: world space; empty without anything to show. */
 struct WorldExtent {
   host::Box box;
-  Vector middle; ///< as many points on each side of it, on each axis; for the view from inside
+  Vector middle;     ///< as many points on each side of it, on each axis; for the view from inside
+  double disc = 0.0; ///< radius that a rendered point covers; a viewport counts in pixels
 };
 
 /** The chosen camera, else one that has the whole box in the picture, over a whole turn if asked for. */

@@ -111,7 +111,8 @@ void AddPictureOptions(CLI::App& command, RenderPlan& plan, const std::string& f
   AddOutput(command, plan.output, formats + " to write; #### is the frame number");
   AddView(command, plan.view);
   AddTypedList(command, "--light", plan.lights, ParseLight,
-               "sun:AZIMUTH,ELEVATION, point:X,Y,Z or ambient, then :BRIGHTNESS and :#RRGGBB")
+               "sun:AZIMUTH,ELEVATION, point:X,Y,Z or ambient, then :BRIGHTNESS and :#RRGGBB; replaces the "
+               "usual sun and ambient light")
       ->type_name("LIGHT");
   command.add_flag("--ground", plan.ground, "Put a ground below the points");
   AddTyped(command, "--ground-height", plan.groundHeight, ParseHeight, "Height of the ground, in world units")

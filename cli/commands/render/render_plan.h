@@ -38,7 +38,7 @@ struct RenderPlan {
   double turn = 0.0;                 ///< degrees that the camera turns over the frames
   std::vector<MovingSetting> moving; ///< parameters that change over the frames
   std::string record;                ///< folder of the recorder, or empty
-  bool progress = false;             ///< draws a bar
+  bool progress = false;             ///< shows how far it is
 
   bool HasGround() const { return ground || groundHeight; }
   FrameRange Frames() const { return frames.value_or(FrameRange()); }

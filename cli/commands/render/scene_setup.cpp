@@ -112,17 +112,17 @@ void AddGround(CloudSession& session, const host::Box& box, const RenderPlan& pl
   session.Document()->InsertObject(ground, nullptr, nullptr);
 }
 
-/** Widens the box of a small cloud by the discs of its points, which would stand out of it. */
+/** With the discs of the points, which would stand out of the box of a small cloud. */
 WorldExtent WithDiscs(const CloudSession& session, WorldExtent extent) {
-  double reach = 0.0;
   for (BaseObject* cloud : session.Clouds()) {
     const double radius = RealParameter(cloud, KELVRA_POINT_RADIUS);
-    if (std::isfinite(radius)) reach = std::max(reach, std::sqrt(std::abs(radius)));
+    // A rendered point covers a disc of the root of its radius.
+    if (std::isfinite(radius)) extent.disc = std::max(extent.disc, std::sqrt(std::abs(radius)));
   }
   const Vector size = extent.box.Size();
-  if (extent.box.IsEmpty() || std::max({size.x, size.y, size.z}) > 4.0 * reach) return extent;
-  extent.box.low -= Vector(reach);
-  extent.box.high += Vector(reach);
+  if (extent.box.IsEmpty() || std::max({size.x, size.y, size.z}) > 4.0 * extent.disc) return extent;
+  extent.box.low -= Vector(extent.disc);
+  extent.box.high += Vector(extent.disc);
   return extent;
 }
 

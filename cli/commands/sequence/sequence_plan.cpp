@@ -53,6 +53,8 @@ void CheckFrames(SequencePlan& plan) {
 void AddSequenceOptions(CLI::App& command, SequencePlan& plan) {
   AddPictureOptions(command, plan.render, "PNG");
   command.get_option("FILE")->required(false);
+  command.get_option("--output")
+      ->description("PNG to write, #### is the frame number; with --each the JSON file of the results");
   CLI::Option* turntable =
       command.add_option("--turntable", plan.turntable, "Frames 0 to COUNT - 1 of a whole turn")
           ->type_name("COUNT")

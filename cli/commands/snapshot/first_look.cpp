@@ -38,6 +38,11 @@ void FitHeights(CloudSession& session, BaseObject* cloud) {
   if (IsUntouched(session, cloud, KELVRA_MAX_HEIGHT)) data->SetReal(KELVRA_MAX_HEIGHT, high);
 }
 
+bool HasPoints(BaseObject* cloud) {
+  CloudStats stats;
+  return ReadCloudStats(cloud, &stats) && stats.Points() > 0;
+}
+
 bool IsPlain(const CloudSession& session, BaseObject* cloud) {
   CloudStats stats;
   if (!ReadCloudStats(cloud, &stats) || stats.Points() == 0) return false;
@@ -68,7 +73,7 @@ FirstLook PrepareClouds(CloudSession& session, const SnapshotPlan& plan) {
 void FitPointSizes(CloudSession& session, const host::ViewCamera& camera, const ViewOptions& view,
                    std::vector<std::string>* notes) {
   for (BaseObject* cloud : session.Clouds()) {
-    if (session.WasSet(KELVRA_POINT_SIZE) || session.IsFromScene(cloud)) continue;
+    if (session.WasSet(KELVRA_POINT_SIZE) || !HasPoints(cloud)) continue;
     const double spacing = MeanSpacing(cloud);
     const double distance = (camera.target - camera.position).GetLength();
     const double shown =
@@ -76,7 +81,15 @@ void FitPointSizes(CloudSession& session, const host::ViewCamera& camera, const 
     const double pixels = spacing * view.size.height / shown * kPointsPerSpacing;
     const double size =
         std::clamp(std::round(pixels), view.view == kInsideView ? kLeastInside : kLeastPoint, kLargestPoint);
-    cloud->GetDataInstance()->SetReal(KELVRA_POINT_SIZE, size);
+    BaseContainer* data = cloud->GetDataInstance();
+    if (session.IsFromScene(cloud)) {
+      const double kept = data->GetReal(KELVRA_POINT_SIZE);
+      if (kept < size)
+        notes->push_back("point size " + TwoDigits(kept) +
+                         ", as the scene says (--set point_size=" + Fixed(size, 0) + " fits the density)");
+      continue;
+    }
+    data->SetReal(KELVRA_POINT_SIZE, size);
     notes->push_back("point size " + Fixed(size, 0) +
                      ", chosen by density (--set point_size=... to change it)");
   }

@@ -164,7 +164,7 @@ Bool BuildPointProgram(GlProgramFactory* factory, UniformNames& uniforms) {
   // End the header. Neither the variable nor the name is used; both are part of the text that is cached.
   const Bool begun = AddLine(factory, VertexProgram, {"vec3 ranv;"});
   factory->GetUniqueID();
-  factory->HeaderFinished();
+  const Bool headed = factory->HeaderFinished();
 
   ProgramWriter vertex(factory, uniforms);
   vertex.Thinning();
@@ -173,7 +173,7 @@ Bool BuildPointProgram(GlProgramFactory* factory, UniformNames& uniforms) {
   vertex.Falloff();
   const Bool ended = AddLine(factory, FragmentProgram, {"ocolor = icolor;"});
   // The host caches a program for good: one that lacks a line is never compiled.
-  return named && begun && vertex.Whole() && ended && factory->CompilePrograms();
+  return named && begun && headed && vertex.Whole() && ended && factory->CompilePrograms();
 }
 
 void SetUniform(GlProgramFactory* factory, const GlString& name, const GeData& value, BaseContainer*) {

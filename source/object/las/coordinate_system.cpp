@@ -126,7 +126,7 @@ CoordinateSystem ReadSystemText(const std::string& text) {
 
 CoordinateSystem FindCoordinateSystem(ByteSource& file, const std::vector<LasRecord>& records) {
   if (const LasRecord* text = Find(records, kSystemText)) {
-    const CoordinateSystem system = ReadSystemText(ReadText(file, *text));
+    CoordinateSystem system = ReadSystemText(ReadText(file, *text));
     if (!system.name.empty() || system.unit != LengthUnit::kUnknown) return system;
   }
   const LasRecord* keys = Find(records, kKeys);

@@ -152,6 +152,7 @@ public:
   void Finish() {
     while (done_ < walked_)
       if (list_.IsFull() || !LookThrough(ahead_[done_++ % kAhead])) return;
+    TestUpTo(nearEnd_);
   }
 
   TraceCounts counts;
@@ -160,6 +161,9 @@ private:
   static constexpr LONG kAhead = 8;   ///< cells in the queue
   static constexpr ULONG kBatch = 64; ///< items that take the quick test before some take the exact one
   static constexpr ULONG kRoom = 512; ///< items of a cell with groups that take the exact test
+  static constexpr ULONG kNear = 2 * kRoom;
+  /** Items that wait for the exact test. An observer sees what a cell holds before the next cell. */
+  static constexpr ULONG kLag = Observer::kIsPresent ? 0 : 16;
   struct Ahead {
     WalkedCell cell;
     const CellSpan* span;
@@ -179,11 +183,11 @@ private:
   bool LookThroughList(const CellSpan& span, const LaneRay& lanes) {
     SearchedItems items = frame_.ItemsOf(span);
     for (ULONG left = items.itemFours; left > 0;) {
-      // Take the quick test, fetch what passes, then take the exact one: the first items have arrived.
       items.itemFours = std::min(left, kBatch / 4);
-      const Searched found = SearchItems(lanes, items, kBatch, near_);
+      if (!MakeRoom(kBatch)) return false;
+      const Searched found = SearchItems(lanes, items, kBatch, near_ + nearEnd_);
       counts.quickTests += found.fours;
-      if (!TestFound(found.showing)) return false;
+      if (!Take(found.showing)) return false;
       items.items += items.itemFours;
       items.numbers += items.itemFours * 4;
       left -= items.itemFours;
@@ -193,22 +197,42 @@ private:
 
   /** Groups are out of order: sort what passes. Where it is too much, all items take the exact test. */
   bool LookThroughGroups(const CellSpan& span, const LaneRay& lanes) {
-    const Searched found = SearchItems(lanes, frame_.ItemsOf(span), kRoom, near_);
+    if (!MakeRoom(kRoom)) return false;
+    ULONG* const near = near_ + nearEnd_;
+    const Searched found = SearchItems(lanes, frame_.ItemsOf(span), kRoom, near);
     counts.quickTests += found.fours;
     if (found.met > kRoom) return TestAll(span);
-    std::sort(near_, near_ + found.showing);
-    return TestFound(found.showing);
+    std::sort(near, near + found.showing);
+    return Take(found.showing);
   }
 
-  bool TestFound(ULONG count) {
-    for (ULONG i = 0; i < count; ++i) Prefetch(&data_.items.data[near_[i]], 2);
-    for (ULONG i = 0; i < count; ++i)
-      if (!TestOne((LONG)near_[i])) return false;
+  /** Makes room for so many more items that pass the quick test. False when the list of hits is full. */
+  bool MakeRoom(ULONG items) {
+    if (nearEnd_ + items <= kNear) return true;
+    const bool more = TestUpTo(nearEnd_);
+    nearTested_ = nearEnd_ = 0;
+    return more;
+  }
+
+  /**
+   * Fetches items that passed the quick test, and gives the exact one to those that passed it some time ago:
+   * they have arrived.
+   */
+  bool Take(ULONG count) {
+    for (ULONG i = nearEnd_; i < nearEnd_ + count; ++i) Prefetch(&data_.items.data[near_[i]], 2);
+    nearEnd_ += count;
+    return nearEnd_ - nearTested_ <= kLag || TestUpTo(nearEnd_ - kLag);
+  }
+
+  bool TestUpTo(ULONG end) {
+    while (nearTested_ < end)
+      if (!TestOne((LONG)near_[nearTested_++])) return false;
     return true;
   }
 
   /** The exact test for all, in the order of the list. */
   bool TestAll(const CellSpan& span) {
+    if (!TestUpTo(nearEnd_)) return false;
     const ULONG* numbers = data_.leaves.numbers + span.firstNumber;
     for (ULONG i = 0; i < span.count; ++i)
       if (!TestOne((LONG)numbers[i])) return false;
@@ -236,9 +260,10 @@ private:
   Observer& observer_;
   CellFrame frame_;
   WalkEnd end_;
-  ULONG near_[kRoom + kSearchSpare];
-  Ahead ahead_[kAhead];        ///< queue, as a ring
-  LONG walked_ = 0, done_ = 0; ///< cells that entered and left the queue
+  ULONG near_[kNear + kSearchSpare];   ///< items that passed the quick test
+  ULONG nearTested_ = 0, nearEnd_ = 0; ///< those before took the exact one; those from here on are unused
+  Ahead ahead_[kAhead];                ///< queue, as a ring
+  LONG walked_ = 0, done_ = 0;         ///< cells that entered and left the queue
 };
 
 } // namespace kelvra

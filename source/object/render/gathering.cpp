@@ -165,17 +165,12 @@ void AddGeometry(BaseObject* op, Adder& adder, LONG count) {
 
 /** Points that an object gives; below 0 for types that are not rendered. `store` is that of a cloud. */
 LONG PointsOf(BaseObject* op, const PointStore* store) {
-  switch (op->GetType()) {
-  case Opolygon:
-  case Ospline:
-    return static_cast<PointObject*>(op)->GetPointCount();
-  case kPointCloudId: {
+  if (store) {
     const LONG total = store->GetPointCount();
     return LMin(total, ShareOf(total, op->GetDataInstance()->GetReal(KELVRA_POINT_SHARE)));
   }
-  default:
-    return -1;
-  }
+  const LONG type = op->GetType();
+  return type == Opolygon || type == Ospline ? static_cast<PointObject*>(op)->GetPointCount() : -1;
 }
 
 /** Geometry that deformers changed is rendered as they left it. */
@@ -211,7 +206,7 @@ RENDERRESULT Gather(VoxelData& data, const Source& collected, BaseVideoPost* pos
   }
 
   Adder adder(data, context, record, index, source.global, count);
-  if (cloud)
+  if (store)
     AddCloud(*store, settings.GetReal(KELVRA_OBJECT_SIZE), adder, count);
   else
     AddGeometry(source.op, adder, count);

@@ -1,7 +1,8 @@
 // Building the grid: one pass over the items counts what each cell gets, a second one puts it there, and a
 // third one, over the cells, groups what they got. All lists lie in one block, in the order of their places.
+// Where items overlap many cells, both passes go slab by slab.
 #include "object/render/cell_search.h"
-#include "object/render/voxel_grid.h"
+#include "object/render/grid_slabs.h"
 
 #include <algorithm>
 #include <cmath>
@@ -17,14 +18,18 @@ constexpr LLONG kAhead = 16;
 /** Cells with as many items or fewer are not grouped. */
 constexpr ULONG kLeastGrouped = 16;
 
-struct CellRange {
-  LONG first[3], last[3];
-};
+/** Cells of an item from which on slabs are worth their lists. */
+constexpr LReal kManyCells = 6.0;
+/** Bytes of a slab's lists: a part of the processor's second cache. */
+constexpr LReal kSlabBytes = 1 << 19;
 
 class Builder {
 public:
   explicit Builder(VoxelData& data) : data_(data) {}
-  ~Builder() { GeFree(counts_); }
+  ~Builder() {
+    GeFree(counts_);
+    GeFree(firstItems_);
+  }
   Builder(const Builder&) = delete;
   Builder& operator=(const Builder&) = delete;
 
@@ -33,12 +38,18 @@ public:
     const LLONG nodes = ((LLONG)plan.count[0] + 1) * ((LLONG)plan.count[1] + 1) * ((LLONG)plan.count[2] + 1);
     if (!data_.nodes.ResizeCleared(nodes) || !CreateRoot(plan)) return FALSE;
     counts_ = GeAllocType(ULONG, grid_->TableSize());
-    if (!counts_) return FALSE;
-    CountItems();
+    firstItems_ = GeAllocTypeNC(ULONG, grid_->TableSize());
+    if (!counts_ || !firstItems_) return FALSE;
+    GridSlabs slabs(*grid_, data_.items.size);
+    Divide(slabs);
+    for (LLONG slab = 0; slab < slabs.Count(); ++slab) CountItems(slabs.At(slab));
+    if (!NumberLeaves()) return FALSE;
+    GeFree(firstItems_);
     grouped_ = ShouldGroup();
     if (!MakeLeaves()) return FALSE;
     GeFree(counts_);
-    FillCells();
+    PrepareCells();
+    for (LLONG slab = 0; slab < slabs.Count(); ++slab) FillCells(slabs.At(slab));
     if (data_.packed.numbers) GroupCells();
     return TRUE;
   }
@@ -86,23 +97,72 @@ private:
     return range;
   }
 
-  /** Numbers the leaves in the order in which their cells get a first item. */
-  void CountItems() {
-    for (LLONG i = 0; i < data_.items.size; ++i) {
-      if (i + kAhead < data_.items.size) Prefetch(&counts_[FirstPlace(data_.items.data[i + kAhead])], 1);
-      const CellRange range = RangeOf(data_.items.data[i]);
-      for (LONG z = range.first[2]; z <= range.last[2]; ++z)
-        for (LONG y = range.first[1]; y <= range.last[1]; ++y)
-          for (LONG x = range.first[0]; x <= range.last[0]; ++x) {
-            const LLONG place = grid_->IndexOf(x, y, z);
-            if (counts_[place]++ == 0) PlaceLeaf(place, x, y, z);
-          }
+  void Divide(GridSlabs& slabs) const {
+    LReal cells = 1.0, places = 1.0; // of an item, and of the grid
+    for (LONG axis = 0; axis < 3; ++axis) {
+      cells *= 1.0 + 2.0 * data_.LargestRadius() * grid_->cellsPerUnit[axis];
+      places *= grid_->Count(axis);
+    }
+    if (!(cells >= kManyCells)) return;
+    const LReal inCell = cells * data_.items.size / places;
+    const LReal rowBytes = grid_->nx * (inCell * (sizeof(PackedFour) / 4 + sizeof(ULONG)) + sizeof(CellSpan));
+    slabs.Divide((LONG)FCut(kSlabBytes / rowBytes, 0.0, (LReal)grid_->ny),
+                 [this](LLONG i) { return RangeOf(data_.items.data[i]); });
+  }
+
+  /** Counts the items of each place, and notes the first of them. */
+  void CountItems(const GridSlab& slab) {
+    ULONG *const counts = counts_, *const firstItems = firstItems_;
+    for (LLONG i = 0; i < slab.count; ++i) {
+      if (i + kAhead < slab.count) PrefetchFor(slab, i + kAhead);
+      const ULONG number = slab.Item(i);
+      slab.VisitRows(*grid_, RangeOf(data_.items.data[number]),
+                     [=](LLONG row, LONG x, LONG lastX, LONG, LONG) {
+                       for (LLONG place = row + x; place <= row + lastX; ++place)
+                         if (counts[place]++ == 0) firstItems[place] = number;
+                     });
     }
   }
-  void PlaceLeaf(LLONG place, LONG x, LONG y, LONG z) {
-    grid_->cells[place] = ++leafCount_;
-    GridNode& leaf = data_.nodes.data[leafCount_];
-    const LONG at[3] = {x, y, z};
+  /** Fetches what counting will need: an item of a slab, or where the next item of all goes to. */
+  void PrefetchFor(const GridSlab& slab, LLONG i) const {
+    const RenderItem& item = data_.items.data[slab.Item(i)];
+    if (slab.items)
+      Prefetch(&item, 2);
+    else
+      Prefetch(&counts_[FirstPlace(item)], 1);
+  }
+
+  /**
+   * Numbers the leaves in the order in which items take first places, and those of one item by place. FALSE
+   * when memory is refused.
+   */
+  Bool NumberLeaves() {
+    const LLONG places = grid_->TableSize(), items = data_.items.size;
+    ULONG* before = GeAllocType(ULONG, items + 1); // leaves whose first items come before an item
+    if (!before) return FALSE;
+    for (LLONG place = 0; place < places; ++place)
+      if (counts_[place] > 0) ++before[firstItems_[place] + 1];
+    for (LLONG i = 0; i < items; ++i) before[i + 1] += before[i];
+    leafCount_ = before[items];
+    for (LLONG place = 0; place < places; ++place)
+      if (counts_[place] > 0) PlaceLeaf(place, ++before[firstItems_[place]]);
+    GeFree(before);
+    return TRUE;
+  }
+  void PlaceLeaf(LLONG place, ULONG number) {
+    grid_->cells[place] = number;
+    // A place that two cells share is where its first item found it first.
+    const LONG row = (LONG)(place / grid_->nx % grid_->ny);
+    const GridSlab alone = {place, place + 1, (LONG)(place / grid_->nx / grid_->ny), row, row + 1, NULL, 0};
+    LONG at[3] = {-1, 0, 0};
+    alone.VisitRows(*grid_, RangeOf(data_.items.data[firstItems_[place]]),
+                    [&at](LLONG, LONG x, LONG, LONG y, LONG z) {
+                      if (at[0] >= 0) return;
+                      at[0] = x;
+                      at[1] = y;
+                      at[2] = z;
+                    });
+    GridNode& leaf = data_.nodes.data[number];
     for (LONG axis = 0; axis < 3; ++axis) {
       leaf.boxMin[axis] = root_->boxMin[axis] + at[axis] * grid_->cellSize[axis];
       leaf.boxMax[axis] = leaf.boxMin[axis] + grid_->cellSize[axis];
@@ -175,13 +235,11 @@ private:
     }
   }
 
-  /** Puts each item into the lists of all cells that its box overlaps, and packs it there for the walk. */
-  void FillCells() {
+  /** Before the first cell is filled. */
+  void PrepareCells() {
     // Count again, from 0: now as the number of items that each list holds so far.
     PackedCells& packed = data_.packed;
     for (LLONG place = 0; place < grid_->TableSize(); ++place) packed.spans[place].count = 0;
-    walked_ = (LLONG)grid_->nx * grid_->ny * grid_->nz;
-
     // Find how exact the centres of cells are: they are rounded like numbers of the size of the box's
     // coordinates.
     LReal farthest = 0.0;
@@ -195,51 +253,74 @@ private:
     packed.showing = data_.AnyHardEdge() ? kAllShow : (SReal)(CellErrors(1.0) * 1.00001);
     const LReal most = data_.LargestRadius();
     packed.mostReach = PackedReach(most, CellErrors(most) * 1.00001, kAllShow);
-
-    const LLONG count = data_.items.size;
-    for (LLONG i = 0; i < count; ++i) {
-      // Neighbours in the file need not be neighbours in space: fetch what the next items go to.
-      if (i + kAhead < count) Prefetch(&packed.spans[FirstPlace(data_.items.data[i + kAhead])], 1);
-      if (i + kAhead / 2 < count) PrefetchLists(packed.spans[FirstPlace(data_.items.data[i + kAhead / 2])]);
-      FillCellsOf((ULONG)i);
+  }
+  /** Puts each item into the lists of all cells that its box overlaps, and packs it there for the walk. */
+  void FillCells(const GridSlab& slab) {
+    for (LLONG i = 0; i < slab.count; ++i) {
+      if (slab.items) {
+        if (i + kAhead < slab.count) Prefetch(&data_.items.data[slab.items[i + kAhead]], 2);
+      } else {
+        // Neighbours in the file need not be neighbours in space: fetch what the next items go to.
+        if (i + kAhead < slab.count)
+          Prefetch(&data_.packed.spans[FirstPlace(data_.items.data[i + kAhead])], 1);
+        if (i + kAhead / 2 < slab.count)
+          PrefetchLists(data_.packed.spans[FirstPlace(data_.items.data[i + kAhead / 2])]);
+      }
+      FillCellsOf(slab.Item(i), slab);
     }
   }
-  void FillCellsOf(ULONG number) {
+  void FillCellsOf(ULONG number, const GridSlab& slab) {
     const RenderItem& item = data_.items.data[number];
     const LVector centre = CentreOf(item);
     const CellRange range = RangeOf(item);
-    if (range.last[0] >= grid_->nx || range.last[1] >= grid_->ny)
+    if ((range.last[0] >= grid_->nx || range.last[1] >= grid_->ny) && slab.Contains(FirstPlace(item)))
       AddFolded(number, data_.packed.foldedBoxes[range.last[0] >= grid_->nx ? 0 : 1]);
     const SReal reach = PackedReach(item.radius, CellErrors(item.radius), data_.packed.showing);
-    for (LONG z = range.first[2]; z <= range.last[2]; ++z)
-      for (LONG y = range.first[1]; y <= range.last[1]; ++y)
-        for (LONG x = range.first[0]; x <= range.last[0]; ++x) {
-          // Append the item's number to the cell's list. Rays visit no cell of the spare layer.
-          const LLONG place = grid_->IndexOf(x, y, z);
-          CellSpan& span = data_.packed.spans[place];
-          const ULONG nth = span.count++;
-          data_.leaves.numbers[span.firstNumber + nth] = number;
-          if (place >= walked_ || !data_.packed.fours) continue;
-
-          // Pack it relative to the centre of the cell that rays know the place as: an item of a far face
-          // lies with the cell that its own one shares the place with.
-          if (x < grid_->nx && y < grid_->ny) {
-            Pack(span, nth, centre - CentreOfCell(x, y, z), reach);
-          } else {
-            const LVector offset =
-                centre - CentreOfCell((LONG)(place % grid_->nx), (LONG)(place / grid_->nx % grid_->ny),
-                                      (LONG)(place / grid_->nx / grid_->ny));
-            Pack(span, nth, offset,
-                 PackedReach(item.radius, ReachErrors(offset, item.radius, error_), data_.packed.showing));
-          }
-        }
+    slab.VisitRows(*grid_, range, [&](LLONG row, LONG x, LONG lastX, LONG y, LONG z) {
+      const LONG lastInside = y < grid_->ny ? LMin(lastX, grid_->nx - 1) : x - 1;
+      const LVector offset = centre - CentreOfCell(x, y, z);
+      AppendInside(number, row, x, lastInside, z < grid_->nz, centre.x, offset, reach);
+      for (x = lastInside + 1; x <= lastX; ++x) AppendFolded(number, row + x, centre, item.radius);
+    });
   }
-  void Pack(const CellSpan& span, ULONG nth, const LVector& offset, SReal reach) {
-    PackedFour& four = data_.packed.fours[span.firstFour + span.bounds + nth / 4];
-    four.x[nth % 4] = (SReal)offset.x;
-    four.y[nth % 4] = (SReal)offset.y;
-    four.z[nth % 4] = (SReal)offset.z;
-    four.reach[nth % 4] = reach;
+  /**
+   * Appends an item to the lists of cells in a row. Where rays visit them, packs it relative to their
+   * centres: at `centreX` in space, and as far from the first of them as `offset` on the other axes.
+   */
+  void AppendInside(ULONG number, LLONG row, LONG x, LONG lastX, Bool walked, LReal centreX,
+                    const LVector& offset, SReal reach) {
+    CellSpan* const spans = data_.packed.spans + row;
+    ULONG* const numbers = data_.leaves.numbers;
+    PackedFour* const fours = walked ? data_.packed.fours : NULL;
+    const LReal size = grid_->cellSize[0], low = root_->boxMin[0];
+    const SReal offsetY = (SReal)offset.y, offsetZ = (SReal)offset.z;
+    for (; x <= lastX; ++x) {
+      CellSpan& span = spans[x];
+      const ULONG nth = span.count++;
+      numbers[span.firstNumber + nth] = number;
+      if (fours)
+        Pack(fours[span.firstFour + span.bounds + nth / 4], nth % 4,
+             (SReal)(centreX - (low + (x + 0.5) * size)), offsetY, offsetZ, reach);
+    }
+  }
+  /** The same for a cell of a far face: the item lies with the cell that shares its place. */
+  void AppendFolded(ULONG number, LLONG place, const LVector& centre, LReal radius) {
+    CellSpan& span = data_.packed.spans[place];
+    const ULONG nth = span.count++;
+    data_.leaves.numbers[span.firstNumber + nth] = number;
+    if (place >= (LLONG)grid_->nx * grid_->ny * grid_->nz || !data_.packed.fours) return;
+    const LVector offset =
+        centre - CentreOfCell((LONG)(place % grid_->nx), (LONG)(place / grid_->nx % grid_->ny),
+                              (LONG)(place / grid_->nx / grid_->ny));
+    Pack(data_.packed.fours[span.firstFour + span.bounds + nth / 4], nth % 4, (SReal)offset.x,
+         (SReal)offset.y, (SReal)offset.z,
+         PackedReach(radius, ReachErrors(offset, radius, error_), data_.packed.showing));
+  }
+  static void Pack(PackedFour& four, ULONG lane, SReal x, SReal y, SReal z, SReal reach) {
+    four.x[lane] = x;
+    four.y[lane] = y;
+    four.z[lane] = z;
+    four.reach[lane] = reach;
   }
   /** At least the errors of an item that lies with its cell. */
   LReal CellErrors(LReal radius) const { return ReachErrors(HalfCell() + LVector(radius), radius, error_); }
@@ -287,9 +368,9 @@ private:
   VoxelData& data_;
   const GridNode* root_ = NULL;
   CellGrid* grid_ = NULL;
-  ULONG* counts_ = NULL; ///< by place: items so far
+  ULONG* counts_ = NULL;     ///< by place: items so far
+  ULONG* firstItems_ = NULL; ///< by place, where there are any
   ULONG leafCount_ = 0;
-  LLONG walked_ = 0;  ///< places of cells that rays visit
   LReal error_ = 0.0; ///< of the centre of a cell
   Bool grouped_ = FALSE;
   ULONG mostGrouped_ = 0; ///< items in a cell with groups

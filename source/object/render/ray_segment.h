@@ -87,7 +87,7 @@ public:
         last_[axis] -= sign_[axis];
         --steps;
       }
-      left_ |= (LULONG)(ULONG)LMax(steps, 0) << kFieldBits * axis;
+      left_ |= (LULONG)LMax(steps, 0) * ((LULONG)1 << kFieldBits * axis);
     }
     const LLONG strides[3] = {1, grid.nx, (LLONG)grid.nx * grid.ny};
     for (LONG axis = 0; axis < 3; ++axis) {

@@ -12,6 +12,7 @@ namespace {
 
 /** For traces that nobody observes: the calls compile to nothing. */
 struct NoObserver {
+  static constexpr Bool kIsPresent = FALSE;
   void Clipped(const RaySegment&, const ParameterRange&) {}
   void Cell(const WalkedCell&, LLONG) {}
   void Collected(const HitList&) {}

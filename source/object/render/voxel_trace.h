@@ -69,6 +69,7 @@ struct ShadedHit {
 /** Is called at each step of a trace. */
 class TraceObserver {
 public:
+  static constexpr Bool kIsPresent = TRUE;
   virtual ~TraceObserver() {}
   virtual void Clipped(const RaySegment&, const ParameterRange&) {}
   virtual void Cell(const WalkedCell&, LLONG /*listed*/) {}
