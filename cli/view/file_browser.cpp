@@ -41,6 +41,30 @@ void FileBrowser::Open(const Question& question, const std::string& folder, cons
   Enter(fs::is_directory(fs::u8path(folder), failed) ? folder : fs::current_path(failed).u8string());
 }
 
+std::vector<std::string> FileBrowser::Paths() const {
+  std::vector<std::string> paths;
+  for (const std::string& name : others_)
+    paths.push_back((fs::u8path(folder_) / fs::u8path(name)).u8string());
+  paths.push_back(path_);
+  return paths;
+}
+
+bool FileBrowser::IsChosen(const std::string& name) const {
+  return name == name_ || std::find(others_.begin(), others_.end(), name) != others_.end();
+}
+
+/** Chooses a name, beside those that are chosen already or instead of them. */
+void FileBrowser::Take(const std::string& name, bool add) {
+  // A name may also be a few letters that were typed to find others.
+  const bool isFile = std::any_of(entries_.begin(), entries_.end(),
+                                  [this](const Entry& entry) { return entry.name == name_; });
+  if (!add) others_.clear();
+  if (add && isFile && !IsChosen(name)) others_.push_back(name_);
+  others_.erase(std::remove(others_.begin(), others_.end(), name), others_.end());
+  name_ = name;
+  replaceAsked_ = false;
+}
+
 bool FileBrowser::IsExpected(const std::string& name) const {
   const std::string suffix = Lower(fs::u8path(name).extension().u8string());
   return expected_.suffixes.empty() ||
@@ -59,6 +83,7 @@ void FileBrowser::Read() {
   entries_.clear();
   problem_.clear();
   sought_.clear();
+  others_.clear();
   replaceAsked_ = false;
   std::error_code failed;
   for (fs::directory_iterator i(fs::u8path(folder_), failed), end; !failed && i != end; i.increment(failed)) {
@@ -119,9 +144,8 @@ bool FileBrowser::ShowEntry(const Entry& entry) {
   const bool bright = entry.isFolder || IsExpected(entry.name);
   ImGui::PushStyleColor(ImGuiCol_Text,
                         ImGui::GetStyleColorVec4(bright ? ImGuiCol_Text : ImGuiCol_TextDisabled));
-  if (ImGui::Selectable(shown.c_str(), entry.name == name_, ImGuiSelectableFlags_AllowDoubleClick)) {
-    replaceAsked_ = false;
-    name_ = entry.name;
+  if (ImGui::Selectable(shown.c_str(), IsChosen(entry.name), ImGuiSelectableFlags_AllowDoubleClick)) {
+    Take(entry.name, expected_.many && !entry.isFolder && ImGui::GetIO().KeyCtrl);
     const bool byKey =
         !ImGui::IsMouseClicked(ImGuiMouseButton_Left) && !ImGui::IsMouseReleased(ImGuiMouseButton_Left);
     chosen = entry.isFolder || byKey || ImGui::IsMouseDoubleClicked(ImGuiMouseButton_Left);
@@ -159,12 +183,15 @@ void FileBrowser::Show(float scale) {
   ShowEntries(-3.4f * ImGui::GetFrameHeightWithSpacing());
   if (std::exchange(typing_, false)) ImGui::SetKeyboardFocusHere();
   ImGui::SetNextItemWidth(-1);
-  const char* hint = question_.kind == FILESELECT_DIRECTORY ? "this folder" : "name or path";
+  const char* hint = question_.kind == FILESELECT_DIRECTORY ? "this folder"
+                     : expected_.many                       ? "name or path; Ctrl+click chooses several files"
+                                                            : "name or path";
   const bool entered = ImGui::InputTextWithHint(
       "##name", hint, &name_, ImGuiInputTextFlags_EnterReturnsTrue | ImGuiInputTextFlags_AutoSelectAll);
   if (ImGui::IsItemEdited()) {
     sought_ = name_.find('/') == std::string::npos ? Lower(name_) : std::string();
     replaceAsked_ = false;
+    others_.clear();
   }
   ImGui::TextColored(ImVec4(1.0f, 0.7f, 0.4f, 1.0f), "%s", problem_.c_str());
   const char* verb = question_.kind == FILESELECT_SAVE        ? "Save"

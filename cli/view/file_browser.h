@@ -17,6 +17,7 @@ public:
   struct Expected {
     std::vector<std::string> suffixes; ///< with their dots, lower case; none for any
     std::string name;                  ///< offered for a file that is to be saved
+    bool many = false;                 ///< more than one file will do
   };
 
   /** Begins to ask; folder is where it starts. */
@@ -26,6 +27,8 @@ public:
   void Show(float scale);
   /** The answer once it is closed; empty when it was cancelled. */
   const std::string& Path() const { return path_; }
+  /** All that were chosen, if there may be more than one. */
+  std::vector<std::string> Paths() const;
   const std::string& Folder() const { return folder_; }
 
 private:
@@ -41,6 +44,8 @@ private:
   /** True when it was chosen for good. */
   bool ShowEntry(const Entry& entry);
   bool IsExpected(const std::string& name) const;
+  bool IsChosen(const std::string& name) const;
+  void Take(const std::string& name, bool add);
   void Choose();
   /** Why the path cannot be the answer, empty when it can. */
   std::string Obstacle(const std::filesystem::path& path);
@@ -49,7 +54,8 @@ private:
   Question question_{FILESELECT_LOAD, "", ""};
   Expected expected_;
   std::string folder_, name_, path_, problem_;
-  std::string sought_; ///< what was typed: names without it are left out
+  std::vector<std::string> others_; ///< names chosen before name_
+  std::string sought_;              ///< what was typed: names without it are left out
   std::vector<Entry> entries_;
   bool open_ = false, typing_ = false, replaceAsked_ = false;
 };

@@ -18,8 +18,7 @@ namespace cli {
 
 namespace {
 
-/** Pixels around the pointer in which a point counts as meant; the nearest such circle that holds one counts.
- */
+/** Pixels around the pointer in which a point counts as meant; the first of them that holds one decides. */
 constexpr double kPickReaches[] = {1.0, 2.5, 5.0};
 /** Points above which looking for one is noticed. */
 constexpr long long kManyPoints = 5000000;
@@ -100,6 +99,7 @@ void ViewApplication::ConvertClouds() {
     if (mode == KELVRA_CONVERT_MODE_OFF || !cloud->CheckCache(nullptr)) continue;
     const bool worked = std::exchange(working_, true);
     const Busy before = std::exchange(busy_, {"converting", kUnknown, Now(), Now(), true});
+    if (viewport_.PointsShown() > kManyPoints) Announce("converting", kUnknown);
     host::UpdateCache(cloud, session_.Document(), BUILDFLAGS_0);
     const bool stopped = busy_.text == kStopping;
     const double seconds = Now() - busy_.start;
@@ -158,6 +158,7 @@ void ViewApplication::LoadClouds(const std::vector<std::string>& files) {
   if (!OpenClouds(files)) {
     // Nothing came of it: the scene is as it was.
     if (session_.Clouds().size() > before) session_.Document()->DoUndo();
+    MeetMoments();
     return Select(session_.Document()->GetFirstObject());
   }
   const std::vector<BaseObject*> clouds = session_.Clouds();
@@ -189,8 +190,8 @@ bool ViewApplication::OpenClouds(const std::vector<std::string>& files) {
 void ViewApplication::LoadByDialog(bool folder) {
   const std::string path = AskFile({folder ? FILESELECT_DIRECTORY : FILESELECT_LOAD,
                                     folder ? "Load a folder of scans" : "Load a scan", ""},
-                                   {kScans, ""});
-  if (!path.empty()) LoadClouds({path});
+                                   {kScans, "", !folder});
+  if (!path.empty()) LoadClouds(browser_.Paths());
 }
 
 bool ViewApplication::MayDiscard() {
@@ -330,9 +331,7 @@ void ViewApplication::Undo(bool redo) {
   if (!(redo ? doc->DoRedo() : doc->DoUndo())) Report(redo ? "nothing to redo" : "nothing to undo");
   edits_.LetGo();
   viewport_.Redraw();
-  const Moment present = Present();
-  for (Moment* moment : {&saved_, &pictured_})
-    if (moment->undoState == present.undoState) *moment = present;
+  MeetMoments();
   // What was selected may be gone, or be another copy of itself.
   if (!showsPreferences_ && !Selected()) Select(doc->GetFirstObject());
 }

@@ -232,6 +232,12 @@ ViewApplication::Moment ViewApplication::Present() const {
   return {DocumentStamp(doc), host::PlaceInHistory(doc).state};
 }
 
+void ViewApplication::MeetMoments() {
+  const Moment present = Present();
+  for (Moment* moment : {&saved_, &pictured_})
+    if (moment->undoState == present.undoState) *moment = present;
+}
+
 void ViewApplication::TakeAsSaved() {
   saved_ = Present();
   UpdateView();

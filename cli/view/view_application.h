@@ -22,9 +22,10 @@ namespace cli {
 
 /** What is shown once the user stopped the work. */
 constexpr const char* kStopping = "stopping";
-/** In place of a percentage: work that is too short to be stopped, and work that does not know how far it is.
- */
-constexpr int kCannotStop = -1, kUnknown = -2;
+/** In place of a percentage: work that is too short to be stopped. */
+constexpr int kCannotStop = -1;
+/** In place of a percentage: work that does not know how far it is. */
+constexpr int kUnknown = -2;
 
 class ViewApplication {
 public:
@@ -130,6 +131,8 @@ private:
   bool HasContent() const { return session_.Document()->GetFirstObject() != nullptr; }
   bool IsPictureCurrent() const { return pictured_.stamp == stamp_; }
   Moment Present() const;
+  /** After undo or redo: the document may be what it was when it was saved or rendered. */
+  void MeetMoments();
   /** The document as it is now needs no saving. */
   void TakeAsSaved();
   /** What the program does to the document by itself, which is no change of the user's. */
@@ -165,7 +168,8 @@ private:
   std::vector<std::string> lines_;
   std::set<std::string> problems_; ///< lines that say what went wrong
   std::size_t taken_ = 0;          ///< console lines so far
-  bool panels_ = true, showsHelp_ = false, wantsPicture_ = false, wantsView_ = false, quit_ = false;
+  bool panels_ = true, showsHelp_ = false, wantsPicture_ = false, wantsView_ = false, wantsMenu_ = false,
+       quit_ = false;
   bool pictureShown_ = false;
   std::string explanation_, renaming_;
   double readySince_ = -1.0; ///< when the first files were drawn

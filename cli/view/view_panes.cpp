@@ -22,7 +22,7 @@ constexpr int kPane = ImGuiWindowFlags_NoMove | ImGuiWindowFlags_NoResize | ImGu
                       ImGuiWindowFlags_NoBringToFrontOnFocus | ImGuiWindowFlags_NoSavedSettings;
 
 // Key numbers of the window system.
-constexpr int kF1 = 290, kF12 = 301, kDeleteKey = 261, kEscapeKey = 256, kAltKey = 342;
+constexpr int kF1 = 290, kF10 = 299, kF12 = 301, kDeleteKey = 261, kEscapeKey = 256;
 
 struct Side {
   const char* name;
@@ -48,7 +48,7 @@ constexpr const char* kHelp =
     "Undo, redo     Ctrl+Z, Ctrl+Y\n"
     "Scene          Ctrl+N new, Ctrl+O open, Ctrl+S save\n"
     "Screenshot     F12\n"
-    "Panes          Ctrl+Tab goes to the next, Alt to the menu\n"
+    "Panes          Ctrl+Tab goes to the next, F10 to the menu\n"
     "Widgets        the arrow keys choose, Enter or Space presses, Tab goes to the next";
 
 void Place(float x, float y, float width, float height) {
@@ -170,6 +170,7 @@ void ViewApplication::TakeShortcuts(const Window::Key& key) {
   }
   if (key.number == kF12) Later([this] { Screenshot(); });
   if (key.number == kF1) showsHelp_ = !showsHelp_;
+  if (key.number == kF10) wantsMenu_ = true;
   if (ImGui::GetIO().WantTextInput) return;
   if (key.number == kEscapeKey) {
     if (showsHelp_)
@@ -203,8 +204,6 @@ void ViewApplication::TakeShortcuts(const Window::Key& key) {
     }
   }
   if (key.number == 'F') viewport_.FrameAll(viewport_.Direction());
-  // The interface goes to the menu of the window in front when Alt is let go: that one, then.
-  if (key.number == kAltKey) ImGui::SetWindowFocus("##MainMenuBar");
   if (key.number == kDeleteKey) Later([this] { DeleteSelected(); });
   for (const Side& side : kSides)
     if (key.number == side.key[0]) viewport_.FrameAll(side.direction);
@@ -227,6 +226,7 @@ void ViewApplication::DrawMenu() {
   const auto item = [this](const char* name, const char* keys, auto action, bool enabled = true) {
     if (ImGui::MenuItem(name, keys, false, enabled)) Later(action);
   };
+  if (std::exchange(wantsMenu_, false)) ImGui::OpenPopup("File");
   if (ImGui::BeginMenu("File")) {
     item("Load Scan...", "Ctrl+L", [this] { LoadByDialog(false); });
     item("Load Folder of Scans...", "", [this] { LoadByDialog(true); });

@@ -121,9 +121,7 @@ void Window::HoldBriefKeys() {
     }
 }
 
-/** The interface presses the button, menu entry or row of the keyboard with the space bar; here Enter does,
- * too.
- */
+/** What the keyboard has chosen is pressed with the space bar by the interface, and with Enter by this. */
 void Window::PressWithEnter() {
   ImGuiIO& io = ImGui::GetIO();
   const bool down = io.KeysDown[GLFW_KEY_ENTER] || io.KeysDown[GLFW_KEY_KP_ENTER];

@@ -70,6 +70,18 @@ TEST_F(HostServices, RegistrationsThatAreWrongAreRefused) {
   EXPECT_TRUE(RegisterObjectPlugin(7, "x", 0, Probe::Alloc, String(), nullptr, 0));
 }
 
+TEST_F(HostServices, AClearedStatusLineKeepsNoText) {
+  std::string shown;
+  application_->GetConsole().SetProgressSink(
+      [&](const std::string& text, int percent) { shown = text + std::to_string(percent); });
+  StatusSetText("loading ");
+  StatusSetBar(40);
+  EXPECT_EQ(shown, "loading 40");
+  StatusClear();
+  StatusSetBar(5);
+  EXPECT_EQ(shown, "5");
+}
+
 TEST_F(HostServices, WorkCanBeStopped) {
   EXPECT_EQ(GeGetCurrentThread(), nullptr);
   std::string answers;

@@ -16,7 +16,7 @@ import time
 
 HERE = pathlib.Path(__file__).resolve().parent
 WIDTH, HEIGHT = 1000, 700
-KEYS = ("f 0 1 2 3 4 5 w a s d q e plus minus Left Right Up Down Tab space Return Escape Delete F1 F12 ctrl+z ctrl+y "
+KEYS = ("f 0 1 2 3 4 5 w a s d q e plus minus Left Right Up Down Tab space Return Escape Delete F1 F10 F12 ctrl+z ctrl+y "
         "ctrl+shift+z ctrl+d ctrl+r ctrl+s ctrl+o ctrl+l ctrl+Tab alt 7 period BackSpace").split()
 MOST_GROWTH = 96 << 20  # bytes of resident memory: what an allocator keeps differs from round to round
 MOST_HANDLES = 4
