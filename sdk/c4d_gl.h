@@ -111,10 +111,7 @@ struct GlVertexBufferDrawSubbuffer {
 /** A name that program text uses, and the statement that fills it from the vertex attributes. */
 class GlVertexBufferAttributeInfo {
 public:
-  GlVertexBufferAttributeInfo() : bContinuous(FALSE), ulData(0), lCount(0) {
-    ClearMem(lVector, sizeof(lVector));
-    ClearMem(lIndex, sizeof(lIndex));
-  }
+  GlVertexBufferAttributeInfo() : bContinuous(FALSE), ulData(0), lCount(0) {}
   GlString strDeclaration;
   GlString strName;
   Bool bContinuous;

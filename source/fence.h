@@ -6,6 +6,7 @@
 #include "lib_prefs.h"
 
 #include <exception>
+#include <new>
 
 namespace kelvra {
 
@@ -35,10 +36,27 @@ void Fence(const CHAR* call, Work work) noexcept {
   });
 }
 
+/**
+ * Makes an instance that the host deletes in code of its own; NULL when memory is refused. It lies in the
+ * host's memory, and goes back there by the operator delete of its class whether that code says gDelete or
+ * delete.
+ */
+template <class T>
+T* MakeHostOwned() {
+  void* memory = GeAllocNC(sizeof(T));
+  if (!memory) return NULL;
+  try {
+    return ::new (memory) T;
+  } catch (...) {
+    GeFree(memory);
+    throw;
+  }
+}
+
 /** Makes what a registration names; NULL when memory is refused. */
 template <class T>
 NodeData* AllocFenced() noexcept {
-  return Fence("Alloc", (NodeData*)NULL, []() -> NodeData* { return gNew T; });
+  return Fence("Alloc", (NodeData*)NULL, []() -> NodeData* { return MakeHostOwned<T>(); });
 }
 
 // What the module registers: a class T of its own with each call of the host fenced.
@@ -46,6 +64,8 @@ NodeData* AllocFenced() noexcept {
 template <class T>
 class FencedNode : public T {
 public:
+  static void operator delete(void* block) { GeFree(block); }
+
   Bool Init(GeListNode* node) override {
     return Fence("Init", FALSE, [&] { return T::Init(node); });
   }
@@ -140,6 +160,8 @@ public:
 template <class T>
 class FencedMessage : public T {
 public:
+  static void operator delete(void* block) { GeFree(block); }
+
   LONG GetTimer() override {
     return Fence("GetTimer", (LONG)0, [&] { return T::GetTimer(); });
   }

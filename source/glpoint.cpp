@@ -46,6 +46,9 @@ InputSet* MakeInputSet() {
   for (LONG i = 0; i < 2; ++i) {
     set->inputs[i].strDeclaration = declarations[i];
     set->inputs[i].strName = names[i];
+    // The host may look at all four, and clears none.
+    ClearMem(set->inputs[i].lVector, sizeof set->inputs[i].lVector);
+    ClearMem(set->inputs[i].lIndex, sizeof set->inputs[i].lIndex);
     for (LONG component = 0; component < 3; ++component) {
       set->inputs[i].lVector[component] = i;
       set->inputs[i].lIndex[component] = component;

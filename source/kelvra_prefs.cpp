@@ -91,7 +91,9 @@ Bool MyPrefs::Message(GeListNode* node, LONG type, void* data) {
 }
 
 Bool MyPrefs::GetDDescription(GeListNode* node, Description* description, DESCFLAGS_DESC& flags) {
-  if (!description->LoadDescription(String("Prefsmyprefs"))) return FALSE;
+  // The page's elements; where the host finds only what is registered, the description that includes them.
+  if (!description->LoadDescription(String("Prefsmyprefs")) && !description->LoadDescription(kPreferencesId))
+    return FALSE;
   if (flags & DESCFLAGS_DESC_NEEDDEFAULTVALUE)
     if (const DescID* single = description->GetSingleDescID()) InitValues(*single, description);
   flags |= DESCFLAGS_DESC_LOADED;

@@ -3,7 +3,7 @@
 namespace kelvra {
 
 Bool RegisterTimerMessage() {
-  TimerMessage* message = gNew FencedMessage<TimerMessage>;
+  TimerMessage* message = MakeHostOwned<FencedMessage<TimerMessage>>();
   if (!message) return FALSE;
   if (RegisterMessagePlugin(kTimerMessageId, String(), 0, message)) return TRUE;
   gDelete(message);

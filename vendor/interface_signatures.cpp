@@ -4,7 +4,8 @@
 // known: there the compiler checks it at each call of the module.
 //
 // Not listed: templates, constructors and operators, and String::Insert, String::ToReal, StringToNumber,
-// BaseFile::Open and BaseBitmap::Init, whose last arguments, with defaults, sdk/ does not have.
+// BaseFile::Open and BaseBitmap::Init, whose last arguments, with defaults, sdk/ does not have; what may be
+// const or a reference there: BaseDrawHelp::GetMg, InitRenderStruct::vd, doc and thread, ChannelData::vd.
 #include "c4d.h"
 #include "c4d_baseeffectordata.h"
 #include "c4d_gl.h"
@@ -45,7 +46,6 @@ METHOD(GeData, BaseDraw, GetDrawParam, (LONG));
 METHOD(void, BaseDraw, SetMatrix_Matrix, (BaseObject*, const Matrix&));
 
 METHOD(BaseDocument*, BaseDrawHelp, GetDocument, ());
-METHOD(Matrix, BaseDrawHelp, GetMg, ());
 
 STATIC(MoData*, MoData, Alloc, ());
 STATIC(void, MoData, Free, (MoData*&));
@@ -402,15 +402,11 @@ FIELD(VideoPostStruct, render, Render*);
 FIELD(InitRenderStruct, version, LONG);
 FIELD(InitRenderStruct, time, BaseTime);
 FIELD(InitRenderStruct, fps, LONG);
-FIELD(InitRenderStruct, vd, VolumeData*);
-FIELD(InitRenderStruct, doc, BaseDocument*);
-FIELD(InitRenderStruct, thread, BaseThread*);
 
 FIELD(ChannelData, p, Vector);
 FIELD(ChannelData, n, Vector);
 FIELD(ChannelData, d, Vector);
 FIELD(ChannelData, t, Real);
-FIELD(ChannelData, vd, VolumeData*);
 
 METHOD(Bool, GeResource, Init, ());
 

@@ -1,3 +1,4 @@
+#include "ddoc.h"
 #include "host/nodes/services.h"
 
 namespace host {

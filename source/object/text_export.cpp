@@ -1,6 +1,7 @@
 #include "object/text_export.h"
 
 #include "cloud/store_text.h"
+#include "ddoc.h"
 #include "object/replacing_file.h"
 #include "object/rerenderobject.h"
 #include "otallyframe.h"
