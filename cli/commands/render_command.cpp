@@ -95,13 +95,13 @@ int RenderFrames(CloudSession& session, host::RenderOptions& render, const Rende
   bool recorded = true, reported = false;
   host::Console& status = session.App().GetConsole();
   int shown = 0;
-  if (plan.progress) {
-    status.SetStatusText("rendering");
+  if (plan.progress)
     render.progress = [&status, &shown](double share) {
       const int percent = (int)(share * 100.0);
-      if (percent != shown) status.SetStatusBar(shown = percent);
+      if (percent == shown) return;
+      status.SetStatusText("rendering"); // the module clears it when a frame begins
+      status.SetStatusBar(shown = percent);
     };
-  }
   host::RenderJob job(session.Document(), render);
   for (int frame = frames.first; frame <= frames.last; ++frame) {
     job.Options().camera = GoToFrame(session, plan, camera, frame);
