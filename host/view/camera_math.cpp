@@ -77,6 +77,13 @@ void FitRange(ViewFrame* frame, const Box& box) {
   // 24 bits of depth: a near plane closer than this share of the far one would waste them.
   frame->farDistance = farthest > 0 ? farthest * 1.001 : 1.0;
   frame->nearDistance = std::max(nearest * 0.999, frame->farDistance * 1e-4);
+  // From within the box, or close to it, nearly all of the depth's range lies before the first thousandth of
+  // the distance. What is farthest needs room there: positions far from the origin are rounded by more than
+  // it has.
+  if (frame->halfHeight == 0.0 && frame->nearDistance < frame->farDistance * 1e-3) {
+    frame->farDistance *= 2.0;
+    frame->nearDistance = frame->farDistance * 5e-4;
+  }
   // Without perspective depth is spent evenly, and what lies behind the camera is shown as well.
   if (frame->halfHeight > 0.0) frame->nearDistance = nearest - (farthest - nearest) * 0.001 - 1e-3;
 }

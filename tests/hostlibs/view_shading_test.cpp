@@ -27,6 +27,23 @@ double Reach(const ViewCamera& camera, const Framing& framing) {
   return reach;
 }
 
+TEST(Framing, ShowsTheFarWallOfARoomThatIsFarFromTheOrigin) {
+  const Vector corner(4300, 50, 2800);
+  const Box room = {corner, corner + Vector(6, 2.6, 4)};
+  ViewCamera camera;
+  camera.position = room.Centre();
+  camera.target = camera.position + Vector(0, 0, 1);
+  ViewFrame frame = MakeFrame(camera, 1.5);
+  FitRange(&frame, room);
+  float m[16];
+  ClipMatrix(frame, Matrix(), m);
+  for (int i = 0; i < 1000; ++i) {
+    const float p[3] = {(float)(corner.x + i * 0.006), (float)(corner.y + i * 0.0026), (float)(corner.z + 4)};
+    const auto row = [&](int r) { return m[r] * p[0] + m[4 + r] * p[1] + m[8 + r] * p[2] + m[12 + r]; };
+    ASSERT_LT(row(2), row(3)) << i;
+  }
+}
+
 TEST(Framing, HasTheWholeBoxInThePictureFromEverywhere) {
   for (const Vector& direction :
        {Framing::UsualDirection(), Vector(0, 0, 1), Vector(0, -1, 0), Vector(0, 1, 0), !Vector(-1, -0.8, 1)})
