@@ -226,10 +226,17 @@ void ViewportPane::MoveWithMouse(double paneWidth, double paneHeight, const Pict
 
 void ViewportPane::MoveWithKeys() {
   const ImGuiIO& io = ImGui::GetIO();
-  if (io.KeyCtrl || io.KeyAlt) return;
+  // The letter of a shortcut does not move the camera, even if Ctrl is released before it.
+  const auto isHeld = [](char letter) { return ImGui::IsKeyDown(letter); };
+  const std::string letters = "WSADEQ=-";
+  if (io.KeyCtrl || io.KeyAlt)
+    shortcut_ = true;
+  else if (std::none_of(letters.begin(), letters.end(), isHeld))
+    shortcut_ = false;
+  if (shortcut_) return;
   // A frame that waited for input must not count as a long press.
   const double seconds = std::min(0.1, (double)io.DeltaTime);
-  const auto held = [](char letter) { return ImGui::IsKeyDown(letter) ? 1.0 : 0.0; };
+  const auto held = [isHeld](char letter) { return isHeld(letter) ? 1.0 : 0.0; };
   const auto arrow = [](ImGuiKey key) { return ImGui::IsKeyDown(ImGui::GetKeyIndex(key)) ? 1.0 : 0.0; };
   const double forward = held('W') - held('S'), right = held('D') - held('A'), up = held('E') - held('Q');
   const double turn = arrow(ImGuiKey_RightArrow) - arrow(ImGuiKey_LeftArrow);

@@ -79,6 +79,7 @@ private:
   std::vector<Vector> marks_;
   std::string markLabel_, error_;
   bool dragging_ = false;
+  bool shortcut_ = false; ///< a key of it may still be held
 };
 
 } // namespace cli
