@@ -98,7 +98,7 @@ bool ValueReader::Payload(T* value, bool wanted, int depth, std::vector<std::int
         link->target = LinkTarget(number);
         return true;
       },
-      [this](auto* plain) { return Get(plain); }, // as it lay in memory
+      [this](auto* plain) { return this->Get(plain); }, // as it lay in memory
   };
   return get(value);
 }

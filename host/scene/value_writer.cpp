@@ -35,7 +35,7 @@ bool ValueWriter::Payload(const T& value, int depth) {
       [this](const SplineData& curve) { return Curve(curve); },
       [this](const BaseLink& link) { return Put((LULONG)(links_ && link.target ? links_(link.target) : 0)); },
       [](UnknownData) { return false; },
-      [this](const auto& plain) { return Put(plain); }, // as it lies in memory
+      [this](const auto& plain) { return this->Put(plain); }, // as it lies in memory
   };
   return put(value);
 }
