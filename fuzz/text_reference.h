@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <vector>
 
 namespace reference {
@@ -32,7 +33,9 @@ struct Fields {
   Fields& Real(double& field) {
     char* end = nullptr;
     if (ok) {
-      const double value = std::strtod(at, &end);
+      double value = std::strtod(at, &end);
+      // The name in "nan(name)" says nothing about a point; strtod puts it into the number's bits.
+      if (std::isnan(value)) value = std::copysign(std::numeric_limits<double>::quiet_NaN(), value);
       Take(value, end, field);
     }
     return *this;
