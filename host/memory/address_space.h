@@ -5,6 +5,19 @@
 
 namespace host {
 
+/** Can a part of a reservation be released alone? */
+#ifdef _WIN32
+constexpr bool kSpaceDivides = false;
+#else
+constexpr bool kSpaceDivides = true;
+#endif
+
+/** `size` up to the end of its last page. */
+constexpr std::size_t WholePages(std::size_t size) {
+  constexpr std::size_t kPage = 4096;
+  return (size + kPage - 1) / kPage * kPage;
+}
+
 /** Zeroed on first touch; NULL when the system refuses. */
 void* ReserveSpace(std::size_t size);
 /**
@@ -12,6 +25,7 @@ void* ReserveSpace(std::size_t size);
  * are zero. NULL when the system refuses; the old reservation then stays.
  */
 void* ResizeSpace(void* space, std::size_t oldSize, std::size_t newSize);
+/** A whole reservation; whole pages of one where kSpaceDivides. */
 void ReleaseSpace(void* space, std::size_t size);
 
 /**

@@ -17,7 +17,7 @@ void* ReserveSpace(std::size_t size) {
   if (space == MAP_FAILED) return nullptr;
   // To the end of its last page: a part with other advice would be an area of its own, and ResizeSpace moves
   // only one.
-  PreferLargePages(space, (size + kPage - 1) / kPage * kPage);
+  PreferLargePages(space, WholePages(size));
   return space;
 }
 
@@ -32,7 +32,7 @@ void ReleaseSpace(void* space, std::size_t size) {
 
 void PreferLargePages(void* address, std::size_t size) {
   // Whole pages inside the block only: its neighbours belong to others.
-  const std::uintptr_t start = ((std::uintptr_t)address + kPage - 1) / kPage * kPage;
+  const std::uintptr_t start = WholePages((std::uintptr_t)address);
   const std::uintptr_t end = ((std::uintptr_t)address + size) / kPage * kPage;
   if (end > start) madvise((void*)start, end - start, MADV_HUGEPAGE);
 }

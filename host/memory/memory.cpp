@@ -7,6 +7,7 @@
 #include "host/memory/allocation_sites.h"
 #include "host/memory/block_table.h"
 #include "host/memory/free_memory.h"
+#include "host/memory/kept_space.h"
 
 #include <algorithm>
 #include <atomic>
@@ -29,6 +30,11 @@ BlockTable& Blocks() {
 AllocationSites& Sites() {
   static AllocationSites& sites = *new AllocationSites;
   return sites;
+}
+
+KeptSpace& Kept() {
+  static KeptSpace& kept = *new KeptSpace;
+  return kept;
 }
 
 /** Each kind of fault counts the calls of its kind, whichever of them strikes. */
@@ -62,8 +68,19 @@ bool IsBeyondFree(VLONG bytes) {
 /** Enough for every structure, and nothing beside the work that large blocks are asked for. */
 constexpr VLONG kGarbageBytes = 4096;
 
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool kHeapIsWatched = true;
+#elif defined(__has_feature)
+constexpr bool kHeapIsWatched = __has_feature(address_sanitizer);
+#else
+constexpr bool kHeapIsWatched = false;
+#endif
+
 /** Blocks from this size on get large pages where the system has them. */
 constexpr VLONG kLargePageBlock = VLONG(4) << 20;
+/** Blocks from this size on have address space of their own, unless the sanitizer is to see all but the
+ * largest. */
+constexpr VLONG kMappedBlock = kSpaceDivides && !kHeapIsWatched ? kLargePageBlock : kLargeBlock;
 
 /** Memory that nobody cleared holds anything but zeros, so that reading it shows in each run alike. */
 void FillWithGarbage(void* block, VLONG from, VLONG size) {
@@ -71,8 +88,18 @@ void FillWithGarbage(void* block, VLONG from, VLONG size) {
   if (from < end) std::memset((char*)block + from, 0xCD, (std::size_t)(end - from));
 }
 
+/**
+ * Pages that were in use before save their clearing, which a block of zeros would have to repeat. The largest
+ * blocks are mostly never touched: they are no reason to give kept pages back.
+ */
+void* ObtainSpace(std::size_t size, bool clear) {
+  if (void* kept = clear ? nullptr : Kept().Take(size)) return kept;
+  if (size < (std::size_t)kLargeBlock) Kept().GiveBack(size);
+  return ReserveSpace(size);
+}
+
 void* Obtain(VLONG size, bool mapped, bool clear) {
-  void* block = mapped  ? ReserveSpace((std::size_t)size)
+  void* block = mapped  ? ObtainSpace((std::size_t)size, clear)
                 : clear ? std::calloc(1, (std::size_t)size)
                         : std::malloc((std::size_t)size);
   if (block && !clear) FillWithGarbage(block, 0, size);
@@ -81,7 +108,9 @@ void* Obtain(VLONG size, bool mapped, bool clear) {
 }
 
 void Release(const Block& block) {
-  if (block.mapped)
+  if (block.mapped && kSpaceDivides)
+    Kept().Keep(block.address, block.size);
+  else if (block.mapped)
     ReleaseSpace(block.address, block.size);
   else
     std::free(block.address);
@@ -112,7 +141,7 @@ void ReportForeign(const char* call, void* address) {
 /** A block that changes between heap and address space of its own is copied; only touched pages can be in it.
  */
 void* Move(const Block& old, VLONG size, Block* moved) {
-  moved->mapped = size >= kLargeBlock;
+  moved->mapped = size >= kMappedBlock;
   void* target = Obtain(size, moved->mapped, false);
   if (!target) return nullptr;
   std::memcpy(target, old.address, std::min(old.size, (std::size_t)size));
@@ -126,7 +155,7 @@ void* Allocate(VLONG size, bool clear, LONG line, const CHAR* file) {
   if (size < 1) return nullptr;
   if (size > kLargestBlock || Refused(size) || IsBeyondFree(size)) return Refuse();
   Block block;
-  block.mapped = size >= kLargeBlock;
+  block.mapped = size >= kMappedBlock;
   block.address = Obtain(size, block.mapped, clear);
   if (!block.address) return Refuse();
   block.size = (std::size_t)size;
@@ -148,9 +177,9 @@ void* Reallocate(void* address, VLONG size, LONG line, const CHAR* file) {
     return Refuse();
   }
   Block moved = old;
-  if (old.mapped && size >= kLargeBlock)
+  if (old.mapped && size >= kMappedBlock)
     moved.address = ResizeSpace(address, old.size, (std::size_t)size);
-  else if (!old.mapped && size < kLargeBlock)
+  else if (!old.mapped && size < kMappedBlock)
     moved.address = std::realloc(address, (std::size_t)size);
   else
     moved.address = Move(old, size, &moved);
@@ -158,7 +187,7 @@ void* Reallocate(void* address, VLONG size, LONG line, const CHAR* file) {
     Blocks().Insert(old); // its slot was just given up: the table need not grow
     return Refuse();
   }
-  if (!moved.mapped) FillWithGarbage(moved.address, (VLONG)old.size, size);
+  if (size < kLargeBlock) FillWithGarbage(moved.address, (VLONG)old.size, size);
   moved.size = (std::size_t)size;
   Count(old, -1);
   return Note(moved);

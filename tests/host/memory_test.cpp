@@ -47,6 +47,28 @@ TEST_F(HostMemory, ClearedMeansCleared) {
   }
 }
 
+TEST_F(HostMemory, PagesOfFreedBlocksServeOneBlockEach) {
+  constexpr VLONG kMiB = 1 << 20;
+  unsigned char* first = GeAllocTypeNC(unsigned char, 64 * kMiB);
+  ASSERT_NE(first, nullptr);
+  std::fill(first, first + 64 * kMiB, (unsigned char)0x55);
+  GeFree(first);
+  unsigned char* clear = GeAllocType(unsigned char, 20 * kMiB + 1);
+  EXPECT_EQ(std::count(clear, clear + 20 * kMiB + 1, 0), 20 * kMiB + 1);
+  std::fill(clear, clear + 20 * kMiB + 1, (unsigned char)0xaa);
+  GeFree(clear);
+  unsigned char* blocks[6];
+  for (int i = 0; i < 6; ++i) {
+    blocks[i] = GeAllocTypeNC(unsigned char, 7 * kMiB + i);
+    ASSERT_NE(blocks[i], nullptr);
+    std::fill(blocks[i], blocks[i] + 7 * kMiB + i, (unsigned char)i);
+  }
+  for (const int i : {1, 4}) blocks[i] = (unsigned char*)GeReallocNC(blocks[i], (i == 1 ? 30 : 5) * kMiB);
+  std::fill(blocks[1] + 7 * kMiB, blocks[1] + 30 * kMiB, (unsigned char)1);
+  for (int i = 0; i < 6; ++i) EXPECT_EQ(std::count(blocks[i], blocks[i] + 5 * kMiB, i), 5 * kMiB) << i;
+  for (unsigned char*& block : blocks) GeFree(block);
+}
+
 TEST_F(HostMemory, UntouchedGigabytesCostNothing) {
   const long long before = ResidentBytes();
   char* block = GeAllocTypeNC(char, 16 * kGiB);
