@@ -1,7 +1,5 @@
 #include "cloud/percentiles.h"
 
-#include <cstring>
-
 namespace kelvra {
 
 namespace {
@@ -9,14 +7,6 @@ namespace {
 constexpr std::size_t kBins = 65536;
 /** Bins of finite values. Those outside hold infinities and what is not a number. */
 constexpr std::uint32_t kFirstFinite = 0x0080, kLastFinite = 0xff7f;
-constexpr std::uint32_t kSign = 0x80000000u;
-
-SReal ValueOf(std::uint32_t key) {
-  const std::uint32_t bits = key & kSign ? key ^ kSign : ~key;
-  SReal value;
-  std::memcpy(&value, &bits, sizeof value);
-  return value;
-}
 
 LReal Share(LReal share) {
   return share > 0.0 ? FCut01(share) : 0.0;
@@ -24,10 +14,11 @@ LReal Share(LReal share) {
 
 } // namespace
 
-std::uint32_t PercentileSearch::Key(SReal value) {
-  std::uint32_t bits;
-  std::memcpy(&bits, &value, sizeof bits);
-  return bits & kSign ? ~bits : bits ^ kSign;
+SReal PercentileSearch::ValueOf(std::uint32_t key) {
+  const std::uint32_t bits = key & kSign ? key ^ kSign : ~key;
+  SReal value;
+  std::memcpy(&value, &bits, sizeof value);
+  return value;
 }
 
 PercentileSearch::PercentileSearch(LReal lowShare, LReal highShare)

@@ -5,6 +5,7 @@
 #include "c4d.h"
 
 #include <cstdint>
+#include <cstring>
 #include <vector>
 
 namespace kelvra {
@@ -32,8 +33,14 @@ public:
   FloatRange Result() const;
 
 private:
+  static constexpr std::uint32_t kSign = 0x80000000u;
   /** Ascends with the value. */
-  static std::uint32_t Key(SReal value);
+  static std::uint32_t Key(SReal value) {
+    std::uint32_t bits;
+    std::memcpy(&bits, &value, sizeof bits);
+    return bits & kSign ? ~bits : bits ^ kSign;
+  }
+  static SReal ValueOf(std::uint32_t key);
   struct Wanted {
     LReal share;
     std::uint64_t rank; ///< among those of its bin, once the bin is known

@@ -125,13 +125,19 @@ void FillLegend(const BaseContainer& data, const PointStore& store, KelvraLegend
 void FillSpread(BaseObject* op, const PointStore& store, KelvraSpread& answer) {
   const LReal size = op->GetDataInstance()->GetReal(KELVRA_OBJECT_SIZE);
   const LONG count = store.GetPointCount();
+  const PercentileSearch search(answer.share, 1.0 - answer.share);
+  PercentileSearch searches[3] = {search, search, search};
+  store.VisitPoints(count, size, [&](const Vector& p, const UWORD*, LONG) {
+    for (LONG axis = 0; axis < 3; ++axis) searches[axis].First((SReal)p[axis]);
+    return true;
+  });
+  for (PercentileSearch& each : searches) each.EndFirst();
+  store.VisitPoints(count, size, [&](const Vector& p, const UWORD*, LONG) {
+    for (LONG axis = 0; axis < 3; ++axis) searches[axis].Second((SReal)p[axis]);
+    return true;
+  });
   for (LONG axis = 0; axis < 3; ++axis) {
-    const FloatRange range = RangeOfShares(answer.share, 1.0 - answer.share, [&](auto visit) {
-      store.VisitPoints(count, size, [&](const Vector& p, const UWORD*, LONG) {
-        visit((SReal)p[axis]);
-        return true;
-      });
-    });
+    const FloatRange range = searches[axis].Result();
     const LReal margin = ((LReal)range.high - range.low) * answer.margin;
     answer.min[axis] = range.low - margin;
     answer.max[axis] = range.high + margin;
