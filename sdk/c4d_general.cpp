@@ -32,6 +32,9 @@ BaseThread* GeGetCurrentThread() {
 Bool GeIsMainThread() {
   return C4DOS.general->IsMainThread();
 }
+void StopAllThreads() {
+  C4DOS.general->StopAllThreads();
+}
 LONG GeGetCPUCount() {
   return C4DOS.general->GetCPUCount();
 }

@@ -20,6 +20,8 @@ void EventAdd(EVENT flags = EVENT_0);
 /** Any thread. NULL outside work that the host started. */
 BaseThread* GeGetCurrentThread();
 Bool GeIsMainThread();
+/** Ends what the host draws on other threads and waits for it: call it before changing what is drawn. */
+void StopAllThreads();
 LONG GeGetCPUCount();
 LONG GeGetTimer();
 LReal GeGetMilliSeconds();

@@ -43,7 +43,7 @@ void Fence(const CHAR* call, Work work) noexcept {
  */
 template <class T>
 T* MakeHostOwned() {
-  void* memory = GeAllocNC(sizeof(T));
+  void* memory = GeAlloc(sizeof(T)); // cleared, as gNew gives it: base classes rely on that
   if (!memory) return NULL;
   try {
     return ::new (memory) T;

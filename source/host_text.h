@@ -24,6 +24,10 @@ private:
 
 /** FALSE when memory is refused, and `utf8` stays as it is. */
 inline Bool CopyUtf8(const String& text, std::string& utf8) {
+  if (!text.Content()) {
+    utf8.clear();
+    return TRUE;
+  }
   const HeldText copy(text.GetCStringCopy(STRINGENCODING_UTF8));
   if (!copy.Get()) return FALSE;
   utf8 = copy.Get();

@@ -102,6 +102,8 @@ FUNCTION(void, MessageDialog, (const String&));
 FUNCTION(Bool, QuestionDialog, (const String&));
 FUNCTION(void, EventAdd, (EVENT));
 FUNCTION(BaseThread*, GeGetCurrentThread, ());
+FUNCTION(Bool, GeIsMainThread, ());
+FUNCTION(void, StopAllThreads, ());
 FUNCTION(LReal, GeGetMilliSeconds, ());
 FUNCTION(LONG, GeGetCPUCount, ());
 FUNCTION(Vector, TransformColor, (const Vector&, COLORSPACETRANSFORMATION));

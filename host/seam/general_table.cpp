@@ -64,6 +64,9 @@ struct GeneralEntries {
     return work ? work->Api() : nullptr;
   }
   static Bool IsMainThread() { return std::this_thread::get_id() == TheServices().mainThread; }
+  static void StopAllThreads() {
+    RequireMainThread("General::StopAllThreads"); // views draw on that thread here: nothing else runs
+  }
   static Bool TestBreak(const BaseThread* thread) {
     return thread ? Work::From(thread)->TestBreak() : Interrupted();
   }

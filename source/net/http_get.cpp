@@ -41,7 +41,7 @@ private:
   bool Reserve(LONG needed) {
     if (needed <= capacity_) return true;
     const LONG larger = std::max(needed, std::min(std::max(2 * capacity_, kFirstCapacity), most_ + 1));
-    CHAR* grown = GeReallocTypeNC(CHAR, block_, larger);
+    CHAR* grown = block_ ? GeReallocTypeNC(CHAR, block_, larger) : GeAllocTypeNC(CHAR, larger);
     if (!grown) return false;
     block_ = grown;
     capacity_ = larger;

@@ -64,7 +64,7 @@ private:
 
   Bool GrowTo(LLONG wanted) {
     if (wanted <= size || wanted > kMostBytes / (LLONG)sizeof(T)) return FALSE;
-    T* grown = GeReallocTypeNC(T, data, wanted);
+    T* grown = data ? GeReallocTypeNC(T, data, wanted) : GeAllocTypeNC(T, wanted);
     if (!grown) return FALSE;
     data = grown;
     capacity = wanted;

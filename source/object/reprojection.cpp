@@ -56,7 +56,9 @@ NumbersRead ParseNumbers(const String& text, LReal& c1, LReal& c2) {
  */
 Bool NextPointText(const String& answer, LONG& from, String& text) {
   LONG open = 0, close = 0;
-  if (!answer.FindFirst('{', &open, from) || !answer.FindFirst('}', &close, open + 1)) return FALSE;
+  const LONG last = answer.GetLength() - 1;
+  if (from > last || !answer.FindFirst('{', &open, from)) return FALSE;
+  if (open == last || !answer.FindFirst('}', &close, open + 1)) return FALSE;
   text = SubText(answer, open + 1, close - open - 3);
   from = close + 1;
   return TRUE;

@@ -15,6 +15,7 @@
 #include "version.h"
 #include "vpkelvrarender.h"
 
+#include <cmath>
 #include <new>
 
 namespace kelvra {
@@ -77,6 +78,11 @@ LoadOptions ReadOptions(BaseObject* op) {
   options.countClasses = data->GetBool(KELVRA_LOAD_COUNT_CLASSES);
   options.refuseDoubtful = data->GetBool(KELVRA_LOAD_REFUSE_DOUBTFUL);
   return options;
+}
+
+/** A host that draws on a thread of its own must not do so while the points change. */
+void StopDrawing() {
+  if (GeIsMainThread()) StopAllThreads();
 }
 
 } // namespace
@@ -247,6 +253,7 @@ void KelvraObject::Load(BaseObject* op, Bool folderMode) {
   LVector origin = wasEmpty ? LVector() : before;
   const LoadOptions options = ReadOptions(op);
   RampRange range = wasEmpty ? RampRange() : ReadRange(*op->GetDataInstance());
+  StopDrawing();
   // What was loaded before memory ran out stays, and is shown.
   Fence("Load", [&] {
     loadReports = LoadFiles(files, {store, options, origin, range, [op] { RecordUndo(op); }});
@@ -278,6 +285,7 @@ void KelvraObject::ColorStoreByHeight(BaseObject* op) {
 /** Later loads join in: points of one object are coloured one way. */
 void KelvraObject::ColorAgain(BaseObject* op) {
   if (store.CountBlocks() == 0) return;
+  StopDrawing();
   RecordUndo(op);
   op->GetDataInstance()->SetLong(KELVRA_LOAD_COLOR, KELVRA_LOAD_COLOR_HEIGHT);
   ColorStoreByHeight(op);
@@ -363,6 +371,7 @@ void KelvraObject::OnDelivery(BaseObject* op, PointDelivery& delivery) {
   if (once) data->SetLong(KELVRA_LOAD_STATE, KELVRA_LOAD_STATE_IDLE);
   DropBadBlocks(delivery.points);
   if (delivery.points.blocks.GetCount() == 0) return;
+  StopDrawing();
   if (once) RecordUndo(op);
   if (!store.Merge(delivery.points)) return;
   // What is delivered is absolute.
@@ -385,15 +394,42 @@ DRAWRESULT KelvraObject::Draw(BaseObject* op, DRAWPASS drawpass, BaseDraw* bd, B
   return DRAWRESULT_OK; // a view that could not be drawn is not an error of the object
 }
 
+namespace {
+
+/** Do both place two points equally far apart? Rounding aside, as after a turn. */
+Bool KeepsDistances(const Matrix& a, const Matrix& b) {
+  const Vector* const from[3] = {&a.v1, &a.v2, &a.v3};
+  const Vector* const to[3] = {&b.v1, &b.v2, &b.v3};
+  for (LONG i = 0; i < 3; ++i)
+    for (LONG j = i; j < 3; ++j) {
+      const LReal before = *from[i] * *from[j], after = *to[i] * *to[j];
+      const LReal size = Len(*from[i]) * Len(*from[j]) + Len(*to[i]) * Len(*to[j]);
+      if (!(std::abs(after - before) <= 1e-12 * size)) return FALSE;
+    }
+  return TRUE;
+}
+
+/** Must what was made for one place of the generator be made again for another? */
+Bool IsConvertedAnew(LONG mode, const Matrix& from, const Matrix& to) {
+  switch (mode) {
+  case KELVRA_CONVERT_MODE_THINKING_PARTICLES:
+  case KELVRA_CONVERT_MODE_EMITTER: // they stand in world space and do not follow by themselves
+    return from != to;
+  case KELVRA_CONVERT_MODE_SPLINE: // its segments break by distances of the world
+    return !KeepsDistances(from, to);
+  default:
+    return FALSE;
+  }
+}
+
+} // namespace
+
 BaseObject* KelvraObject::GetVirtualObjects(BaseObject* op, HierarchyHelp* hh) {
   const Bool asked = settingsChanged != 0;
   settingsChanged = 0;
   const BaseContainer* data = op->GetDataInstance();
   const LONG mode = data->GetLong(KELVRA_CONVERT_MODE);
-  // Particles stand in world space and do not follow the generator, nor its parents, by themselves.
-  const Bool particles =
-      mode == KELVRA_CONVERT_MODE_THINKING_PARTICLES || mode == KELVRA_CONVERT_MODE_EMITTER;
-  const Bool moved = particles && op->GetMg() != convertedAt_;
+  const Bool moved = IsConvertedAnew(mode, convertedAt_, op->GetMg());
   BaseObject* cache = op->GetCache(hh);
   if (cache && !asked && !moved && !op->CheckCache(hh) && !op->IsDirty(DIRTYFLAGS_DATA)) return cache;
   convertedAt_ = op->GetMg();

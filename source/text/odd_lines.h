@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
 
 namespace kelvra {
 
@@ -18,8 +17,8 @@ struct OddLines {
   LineCount colors;      ///< colours with decimals, "0.52" or "255.0", which count as no colours
   LineCount intensities; ///< of PTS, with decimals: the colours behind them are not read
   LineCount commas, semicolons, decimalCommas;
-  std::string content;          ///< what the header's words announce, for people: "an Esri grid"
-  std::int64_t contentLine = 0; ///< the line that has the word
+  const char* content = nullptr; ///< what the header's words announce, for people: "an Esri grid"; or nothing
+  std::int64_t contentLine = 0;  ///< the line that has the word
 };
 
 /** Sees lines that the forms rejected, or took without all that they hold. */

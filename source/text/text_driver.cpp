@@ -5,6 +5,7 @@
 #include <cstring>
 #include <limits>
 #include <memory>
+#include <utility>
 
 namespace kelvra {
 
@@ -39,7 +40,7 @@ public:
       Line(buffer_.get(), held_);
     }
     result_.odd = odd_.Take();
-    return result_;
+    return std::move(result_); // a copy could be refused memory, and its points would be lost
   }
 
 private:

@@ -174,6 +174,25 @@ TEST_F(Spline, PointsLieInWorldSpaceAndShowInTheirPlace) {
   EXPECT_EQ(PointsOf(built), InWorld(Positions()));
   const Matrix shown = op_->GetMg() * built->GetMl();
   for (const Vector& p : PointsOf(built)) ExpectNear(shown * p, p, 1e-9);
+
+  // A flat cloud has no way back from the world; its spline shows in its place all the same.
+  op_->SetMl(Matrix(Vector(5, 6, 7), Vector(0, 0, 2), Vector(), Vector(1, 0, 0)));
+  built = Build(kSpline);
+  const std::vector<Vector> points = PointsOf(built), expected = InWorld(Positions());
+  ASSERT_EQ(points.size(), expected.size());
+  for (std::size_t i = 0; i < points.size(); ++i)
+    ExpectNear(op_->GetMg() * built->GetMl() * points[i], expected[i], 1e-9);
+}
+
+TEST_F(Spline, ScaleMovesItsBreaks) {
+  Give({{Vector(0, 0, 0)}, {Vector(4, 0, 0)}, {Vector(10, 0, 0)}});
+  EXPECT_EQ(Segments(Build(kSpline)), std::vector<LONG>());
+  Build(kSpline)->SetName("kept");
+  const double c = std::cos(0.3), s = std::sin(0.3);
+  op_->SetMl(Matrix(Vector(1e6, 5, 5), Vector(c, s, 0), Vector(-s, c, 0), Vector(0, 0, 1)));
+  EXPECT_EQ(Build(kSpline)->GetName(), String("kept")) << "turned";
+  op_->SetMl(MatrixScale(Vector(2, 2, 2)));
+  EXPECT_EQ(Segments(Build(kSpline)), (std::vector<LONG>{2, 1}));
 }
 
 TEST_F(Spline, SegmentsMayOutnumberAnyStepOfTheirList) {

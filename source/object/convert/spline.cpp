@@ -21,17 +21,23 @@ void SegmentLengths::Extend(LONG points) {
 
 namespace {
 
-/** Writes the points in world space. FALSE when memory is refused or the user stops. */
-Bool FillPoints(const ConversionRequest& request, Vector* points, SegmentLengths& segments) {
+/**
+ * Writes the points in the space of `local`, which stands below the generator. Segments break by distances of
+ * the world. FALSE when memory is refused or the user stops.
+ */
+Bool FillPoints(const ConversionRequest& request, const Matrix& local, Vector* points,
+                SegmentLengths& segments) {
   const Matrix global = request.op->GetMg();
+  const Bool inWorld = local != Matrix();
   const PointStore& store = *request.store;
   LONG number = 0;
   Bool added = TRUE;
   store.VisitFirst(request.count, [&](const PointBlock& block, LONG taken, LONG) {
     const PointMapping mapping(store.HeaderFor(block), request.size);
     for (LONG i = 0; added && i < taken; ++i, ++number) {
-      points[number] = global * mapping.Map(block.positions + (VLONG)i * 3);
-      added = !request.IsStopped(number) && segments.Add(points[number], block.attrib1[i]);
+      const Vector own = mapping.Map(block.positions + (VLONG)i * 3), world = global * own;
+      points[number] = inWorld ? world : own;
+      added = !request.IsStopped(number) && segments.Add(world, block.attrib1[i]);
     }
   });
   if (added) segments.Extend(request.count - number);
@@ -58,12 +64,15 @@ BaseObject* ConvertToSpline(const ConversionRequest& request) {
   SplineObject* spline = SplineObject::Alloc(request.count, SPLINETYPE_LINEAR);
   if (!spline) return NULL;
   SegmentLengths segments(request.op->GetDataInstance()->GetReal(KELVRA_SEGMENT_BREAK));
+  // World positions below a matrix that leads back, unless there is none: a cloud scaled to a plane has no
+  // inverse, and the host gives the unit matrix for it.
+  const Matrix local = !request.op->GetMg();
   Vector* points = spline->GetPointW();
-  if (!points || !FillPoints(request, points, segments) || !SetSegments(spline, segments.lengths)) {
+  if (!points || !FillPoints(request, local, points, segments) || !SetSegments(spline, segments.lengths)) {
     SplineObject::Free(spline);
     return NULL;
   }
-  spline->SetMl(!request.op->GetMg());
+  spline->SetMl(local);
   spline->Message(MSG_UPDATE);
   return spline;
 }

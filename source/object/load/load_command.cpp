@@ -130,8 +130,11 @@ private:
 
   Bool Merge(PointBlock& block) {
     PointStore& store = target_.store;
-    if (!opened_) {
+    if (!recorded_) {
       target_.beforeChange();
+      recorded_ = TRUE;
+    }
+    if (!opened_) {
       PointGroup group;
       if (!store.Merge(group)) return FALSE;
       opened_ = TRUE;
@@ -147,7 +150,8 @@ private:
   }
 
   const LoadTarget& target_;
-  Bool opened_ = FALSE;
+  Bool recorded_ = FALSE; ///< beforeChange was called
+  Bool opened_ = FALSE;   ///< the store's last group is this command's
 };
 
 void NoteFilesLeftOut(std::size_t count, LoadReport& report) {

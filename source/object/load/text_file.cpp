@@ -42,7 +42,7 @@ std::string SeparatorText(const OddLines& odd) {
 /** What the reader takes otherwise than its author meant. */
 void NoteOddLines(const OddLines& odd, LoadReport& report) {
   const auto note = [&report](std::string text) { report.Note(NoteSeverity::kWarning, std::move(text)); };
-  if (!odd.content.empty())
+  if (odd.content)
     note("line " + std::to_string(odd.contentLine) + " announces " + odd.content +
          "; the first three numbers of each line are taken as x, y and z");
   if (odd.colors.count > 0)
@@ -152,7 +152,8 @@ TextResult ReadText(BaseFile* file, Bool pts, const LoadOptions& options) {
   const TextLoader& loader = pts ? static_cast<const TextLoader&>(ptsLoader) : xyz;
   TextInput input;
   input.read = [file](char* buffer, std::size_t size) {
-    return (std::size_t)file->TryReadBytes(buffer, (VLONG)size);
+    const VLONG got = file->TryReadBytes(buffer, (VLONG)size);
+    return got > 0 ? (std::size_t)got : 0;
   };
   input.fileSize = file->GetLength();
   input.everyNth = options.everyNthLine;
@@ -165,6 +166,20 @@ TextResult ReadText(BaseFile* file, Bool pts, const LoadOptions& options) {
   };
   return LoadText(loader, input);
 }
+
+/** Frees the points of a result that nobody took, also when an exception ends the work. */
+class PointsOwner {
+public:
+  explicit PointsOwner(TextResult& text) : text_(text) {}
+  PointsOwner(const PointsOwner&) = delete;
+  PointsOwner& operator=(const PointsOwner&) = delete;
+  ~PointsOwner() { Free(); }
+
+  void Free() const { GeFree(text_.points); }
+
+private:
+  TextResult& text_;
+};
 
 } // namespace
 
@@ -180,6 +195,7 @@ void LoadTextFile(const Filename& name, const std::string& path, Bool pts, const
     return;
   }
   TextResult text = ReadText(file, pts, options);
+  const PointsOwner owner(text);
   const Bool readFailed = file->GetError() != FILEERROR_NONE;
   file->Close();
   StatusClear();
@@ -192,7 +208,7 @@ void LoadTextFile(const Filename& name, const std::string& path, Bool pts, const
     Refuse(text, pts, report);
   else
     FillPoints(text, options, loaded);
-  GeFree(text.points);
+  owner.Free();
   NoteOddLines(text.odd, report);
   if (loaded.block.count < 1) {
     report.kept = 0;
