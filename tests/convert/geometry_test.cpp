@@ -177,6 +177,7 @@ TEST_F(Spline, PointsLieInWorldSpaceAndShowInTheirPlace) {
 
   // A flat cloud has no way back from the world; its spline shows in its place all the same.
   op_->SetMl(Matrix(Vector(5, 6, 7), Vector(0, 0, 2), Vector(), Vector(1, 0, 0)));
+  Cloud().settingsChanged = 1;
   built = Build(kSpline);
   const std::vector<Vector> points = PointsOf(built), expected = InWorld(Positions());
   ASSERT_EQ(points.size(), expected.size());
