@@ -97,6 +97,10 @@ enum {
   // scene give to the file. Set by drivers that load a copy of what the user named.
   KELVRA_LOAD_NAME = 1186,
 
+  // Container of a point cloud object while its points are coloured by height, bool: the height is the y of
+  // the files, not their z. Set by drivers that show the cloud so.
+  KELVRA_COLOR_UP_IS_Y = 1187,
+
   // KelvraUpdateCheck::outcome
   KELVRA_UPDATE_NOT_ASKED = 0, // no check yet, or no order reference, without which nothing is asked
   KELVRA_UPDATE_NO_ANSWER = 1, // the server did not name a version

@@ -6,6 +6,7 @@
 #include "cli/commands/output/json_text.h"
 #include "cli/commands/output/result_tree.h"
 #include "cli/session/ignored_parameters.h"
+#include "cli/session/scattered_clouds.h"
 #include "cli/system/silence.h"
 #include "cli/text/format.h"
 #include "cli/text/line.h"
@@ -27,8 +28,8 @@ struct InfoOptions {
 struct Totals {
   long long points = 0, blocks = 0;
   LONG groups = 0;
-  host::Box box; ///< in file coordinates
-  SceneBox sceneBox;
+  host::Box box;     ///< in file coordinates
+  SceneBox sceneBox; ///< empty for clouds without a common scene
   std::vector<BlockStats> blockStats;
   double step = 0; ///< the coarsest
   Vector origin;   ///< of the first cloud
@@ -50,7 +51,7 @@ Totals Total(const CloudSession& session) {
     if (first) total.origin = stats.origin;
     first = false;
   }
-  total.sceneBox = session.Extent();
+  if (!session.IsApart()) total.sceneBox = session.Extent();
   return total;
 }
 
@@ -129,6 +130,8 @@ void PrintText(const CloudSession& session, const Totals& total, bool verbose) {
   if (!total.box.IsEmpty())
     std::cout << "box: " << BoxText(total.box, total.step) << ", step " << TwoDigits(total.step) << "\n";
   PrintSceneBox(total);
+  if (session.IsApart())
+    std::cout << "box in the scene: none for all files, as each is described as if it were loaded alone\n";
   PrintContents(tree);
 }
 
@@ -136,6 +139,7 @@ int RunInfo(const InfoOptions& options) {
   CloudSession session(options.input.faults);
   if (options.stats) session.CountClasses();
   session.Open(options.input.files, options.input.settings, options.input.trust);
+  if (LieFarApart(session)) session.OpenApart();
   WarnOfIgnored(session, Purpose::Info);
   const Totals total = Total(session);
   if (options.json)

@@ -9,6 +9,7 @@
 #include "host/parameters/parameter_text.h"
 #include "otallyframe.h"
 
+#include <cctype>
 #include <iostream>
 #include <stdexcept>
 
@@ -100,18 +101,6 @@ std::string RangeOf(const Parameter& parameter) {
   return range.empty() ? "any number" : range;
 }
 
-bool Matches(const Place& place, const Parameter& parameter, const std::string& word) {
-  const auto lower = [](std::string text) {
-    for (char& c : text)
-      if (c >= 'A' && c <= 'Z') c = (char)(c - 'A' + 'a');
-    return text;
-  };
-  if (word == std::to_string(parameter.id)) return true;
-  const std::string wanted = lower(word);
-  return (NameIn(place, parameter) + "\n" + lower(parameter.longName + "\n" + parameter.help)).find(wanted) !=
-         std::string::npos;
-}
-
 nlohmann::json ParameterJson(const Place& place, const Parameter& parameter) {
   nlohmann::json values = nlohmann::json::array();
   for (const host::resource::CycleEntry& entry : parameter.cycle)
@@ -153,6 +142,32 @@ std::string OwnChoice(const Place& place, const Parameter& parameter) {
   }
 }
 
+/** How well a parameter answers a search: users look for words, and find parts of them behind those. */
+enum class Match { Word, Part, None };
+
+Match MatchOf(const Place& place, const Parameter& parameter, const std::string& word) {
+  const auto lower = [](std::string text) {
+    for (char& c : text)
+      if (c >= 'A' && c <= 'Z') c = (char)(c - 'A' + 'a');
+    return text;
+  };
+  if (word.empty() || word == std::to_string(parameter.id)) return Match::Word;
+  std::string text = NameIn(place, parameter) + "\n" + parameter.longName + "\n" + parameter.help + "\n" +
+                     OwnChoice(place, parameter);
+  for (const host::resource::CycleEntry& entry : parameter.cycle)
+    if (!entry.isDivider) text += "\n" + host::EntryName(parameter, entry) + "\n" + entry.text;
+  text = "\n" + lower(text) + "\n";
+  const auto isLetter = [&](std::size_t at) { return std::isalnum((unsigned char)text[at]) != 0; };
+  const std::string wanted = lower(word);
+  Match match = Match::None;
+  for (std::size_t at = text.find(wanted); at != std::string::npos && match != Match::Word;
+       at = text.find(wanted, at + 1)) {
+    const std::size_t end = at + wanted.size();
+    match = at > 0 && !isLetter(at - 1) && end < text.size() && !isLetter(end) ? Match::Word : Match::Part;
+  }
+  return match;
+}
+
 void PrintParameter(const Place& place, const Parameter& parameter) {
   const std::string unit = parameter.unit == Unit::kMeter ? ", in scene units" : "";
   Line(std::cout) << "  " << NameIn(place, parameter) << " (" << parameter.id << "): " << RangeOf(parameter)
@@ -166,17 +181,19 @@ int RunParams(const ParamsOptions& options) {
   std::vector<std::string> names;
   for (const Place& place : PlacesOf(session)) {
     bool headed = options.json;
-    for (const Parameter* parameter : SettableParameters(*place.description)) {
-      names.push_back(NameIn(place, *parameter));
-      if (!Matches(place, *parameter, options.word)) continue;
-      found.push_back(ParameterJson(place, *parameter));
-      if (!headed) Line(std::cout) << place.heading;
-      headed = true;
-      if (!options.json) PrintParameter(place, *parameter);
-    }
+    const std::vector<const Parameter*> parameters = SettableParameters(*place.description);
+    for (const Parameter* parameter : parameters) names.push_back(NameIn(place, *parameter));
+    for (const Match match : {Match::Word, Match::Part})
+      for (const Parameter* parameter : parameters) {
+        if (MatchOf(place, *parameter, options.word) != match) continue;
+        found.push_back(ParameterJson(place, *parameter));
+        if (!headed) Line(std::cout) << place.heading;
+        headed = true;
+        if (!options.json) PrintParameter(place, *parameter);
+      }
   }
   if (found.empty())
-    throw UsageError{"params " + options.word + ": no name, number or sentence holds it" +
+    throw UsageError{"params " + options.word + ": no name, number, value or sentence holds it" +
                      DidYouMean(options.word, names)};
   if (options.json) std::cout << JsonText(found, 2) << "\n";
   return kExitWhole;
@@ -186,7 +203,8 @@ int RunParams(const ParamsOptions& options) {
 
 Run AddParams(CLI::App& command) {
   const auto options = std::make_shared<ParamsOptions>();
-  command.add_option("WORD", options->word, "Part of a name, a number, or a word of the sentence");
+  command.add_option("WORD", options->word,
+                     "Part of a name or of a value, a number, or a word of the sentence");
   command.add_flag("--json", options->json, "Print JSON");
   return [options] { return RunParams(*options); };
 }

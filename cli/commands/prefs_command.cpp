@@ -38,7 +38,8 @@ int RunPrefsList() {
 int RunPrefsGet(const PrefsOptions& options) {
   CloudSession session({});
   BaseList2D* page = FindPreferencesPage(session.App());
-  Line(std::cout) << ElementText(page, FindElement(session.App(), page, options.name), options.name);
+  const LONG id = FindElement(session.App(), page, options.name);
+  Line(std::cout) << ElementText(page, id, options.name);
   return kExitWhole;
 }
 

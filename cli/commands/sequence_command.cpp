@@ -1,5 +1,6 @@
 #include "cli/commands/commands.h"
 
+#include "cli/commands/output/file_reports.h"
 #include "cli/commands/sequence/file_work.h"
 #include "cli/commands/sequence/fingerprint.h"
 #include "cli/commands/sequence/follow.h"
@@ -7,6 +8,7 @@
 #include "cli/commands/sequence/local_runner.h"
 #include "cli/commands/sequence/sequence_plan.h"
 #include "cli/commands/sequence/slurm_runner.h"
+#include "cli/session/file_kinds.h"
 #include "cli/system/exit_status.h"
 #include "cli/system/program_arguments.h"
 #include "cli/system/program_path.h"
@@ -23,7 +25,13 @@ namespace cli {
 namespace {
 
 std::unique_ptr<SequenceWork> WorkOf(const SequencePlan& plan, const CLI::App& command) {
-  if (!plan.each.empty()) return std::make_unique<FileWork>(plan.each, plan.command, plan.render.output);
+  if (!plan.each.empty()) {
+    auto work = std::make_unique<FileWork>(plan.each, plan.command, plan.render.output);
+    if (plan.part) return work;
+    for (const std::string& file : NotUtf8In(plan.each)) Line(std::cerr) << file << ": " << kNotUtf8;
+    if (!work->Others().empty()) Line(std::cerr) << StrayLine(plan.each, work->Others());
+    return work;
+  }
   return std::make_unique<FrameWork>(plan.render, PictureOptions(command));
 }
 

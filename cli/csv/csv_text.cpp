@@ -38,6 +38,11 @@ std::string Trimmed(const std::string& text) {
   return text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
+std::string Lower(std::string text) {
+  for (char& c : text) c = c >= 'A' && c <= 'Z' ? (char)(c + 32) : c;
+  return text;
+}
+
 std::vector<std::string> Fields(const std::string& line, char separator) {
   std::vector<std::string> fields;
   for (std::size_t from = 0;;) {
@@ -119,14 +124,35 @@ private:
         separator_ = separator;
     const std::vector<std::string> names = Fields(header, separator_);
     for (std::size_t i = 0; i < names.size(); ++i) TakeName(names[i], (int)i);
-    if (!Has(kX) || !Has(kY) || !Has(kZ))
-      throw TableError{
-          "line 1: expected the names of the columns, x, y and z among them, separated by commas, "
-          "semicolons or tabs (--as xyz reads lines without a header)"};
+    if (!Has(kX) || !Has(kY) || !Has(kZ)) throw TableError{"line 1: " + FaultOfHeader(header, names)};
   }
 
-  void TakeName(std::string name, int place) {
-    for (char& c : name) c = c >= 'A' && c <= 'Z' ? (char)(c + 32) : c;
+  /** Why a first line without x, y and z cannot be used, and what to do about it. */
+  std::string FaultOfHeader(const std::string& header, const std::vector<std::string>& names) const {
+    const std::string expected =
+        "expected the names of the columns, x, y and z among them, separated by commas, semicolons or tabs";
+    const auto startsWith = [&](const char* start) {
+      return std::any_of(names.begin(), names.end(),
+                         [&](const std::string& name) { return Lower(name).rfind(start, 0) == 0; });
+    };
+    if (startsWith("lat") && (startsWith("lon") || startsWith("lng")))
+      return "latitudes and longitudes are degrees, expected x, y and z in metres or feet: reproject the "
+             "file with a tool for coordinate systems";
+    if (header.find_first_not_of("0123456789+-.,;eE \t\r\"") != std::string::npos)
+      return "no column is named " + std::string(!Has(kX) ? "x" : !Has(kY) ? "y" : "z") + "; " + expected;
+    if (names.size() < 3) return "holds numbers; " + expected + " (--as xyz reads numbers between blanks)";
+    // Commas are decimal where something else is between the numbers.
+    const bool semicolons = header.find(';') != std::string::npos,
+               tabs = header.find('\t') != std::string::npos;
+    return "holds numbers; " + expected + ": add the line " +
+           (semicolons ? "x;y;z"
+            : tabs     ? "x, y, z with tabs between them"
+                       : "x,y,z") +
+           " above it";
+  }
+
+  void TakeName(const std::string& written, int place) {
+    const std::string name = Lower(written);
     for (const auto& known : kNames) {
       if (name != known.name) continue;
       if (Has(known.column))

@@ -3,6 +3,7 @@
 #include "cli/session/cloud_parameters.h"
 #include "cli/text/format.h"
 #include "host/application.h"
+#include "kelvra_messages.h"
 #include "otallyframe.h"
 
 namespace cli {
@@ -20,11 +21,14 @@ std::string RampWithoutEffect(const CloudSession& session) {
 
 } // namespace
 
-std::string ColorIfPlain(CloudSession& session, BaseObject* cloud) {
+std::string ColorIfPlain(CloudSession& session, BaseObject* cloud, bool upIsY) {
   BaseContainer* data = cloud->GetDataInstance();
   const LONG chosen = data->GetLong(KELVRA_LOAD_COLOR);
   CloudStats stats;
   if (!ReadCloudStats(cloud, &stats) || stats.Points() == 0) return std::string();
+  if (upIsY) data->SetBool(KELVRA_COLOR_UP_IS_Y, TRUE);
+  // Coloured as it was loaded, when z was up.
+  if (upIsY && chosen == KELVRA_LOAD_COLOR_HEIGHT) session.App().PressButton(cloud, KELVRA_COLOR_AGAIN);
   if (chosen != KELVRA_LOAD_COLOR_FILE) return std::string();
   // Present although it says what is usual: somebody wants it so.
   if (data->FindIndex(KELVRA_LOAD_COLOR) != NOTOK || stats.HasColor()) return RampWithoutEffect(session);

@@ -123,10 +123,21 @@ int CloudSession::ExitStatus() const {
 
 void CloudSession::Open(const std::vector<std::string>& files, const std::vector<std::string>& settings,
                         bool trust) {
+  files_ = files;
   settings_ = settings;
   trust_ = trust;
+  LoadAll();
+}
+
+void CloudSession::OpenApart() {
+  Use(application_->NewDocument());
+  apart_ = true;
+  LoadAll();
+}
+
+void CloudSession::LoadAll() {
   const auto start = std::chrono::steady_clock::now();
-  for (const std::string& file : files) {
+  for (const std::string& file : files_) {
     if (host::IsSceneFile(file))
       OpenScene(file);
     else if (IsFolder(file))
@@ -184,14 +195,15 @@ void CloudSession::LoadFolder(const std::string& folder) {
   const bool mixed = !chosenReader && std::any_of(files.begin(), files.end(), [](const std::string& file) {
     return TextOfTable::IsTable(file) || !OtherFormat(file).empty();
   });
-  if (!mixed)
+  const bool fileByFile = mixed || (apart_ && !files.empty());
+  if (!fileByFile)
     LoadCloud(folder);
   else
     for (const std::string& file : files) {
       LoadCloud(file);
       if (reports_.back().outcome == FileOutcome::Stopped) break;
     }
-  const std::vector<std::string> unnamed = mixed ? NotUtf8In(folder) : std::vector<std::string>();
+  const std::vector<std::string> unnamed = fileByFile ? NotUtf8In(folder) : std::vector<std::string>();
   for (const std::string& file : unnamed) reports_.push_back({file, 0, kNotUtf8, FileOutcome::Refused, {}});
   for (std::size_t i = before; i < reports_.size(); ++i)
     if (reports_[i].outcome == FileOutcome::Refused && !NamesCloud(reports_[i].path) &&
@@ -219,7 +231,7 @@ void CloudSession::LoadCloud(const std::string& path) {
       return;
     }
   }
-  if (!target_) target_ = NewCloud();
+  if (!target_ || apart_) target_ = NewCloud();
   application_->GetDialogs().AnswerFile(table ? table->Path() : path);
   BaseContainer* data = target_->GetDataInstance();
   if (table) data->SetString(KELVRA_LOAD_NAME, String(path.c_str(), STRINGENCODING_UTF8));
@@ -235,7 +247,8 @@ void CloudSession::LoadCloud(const std::string& path) {
   std::vector<FileReport> loaded = ReadFileReports(target_);
   for (FileReport& report : loaded) {
     const std::string why = report.outcome == FileOutcome::Refused ? ReadObstacle(report.path) : "";
-    const bool plainPts = report.facts.reader == KELVRA_READER_PTS && report.outcome == FileOutcome::Refused;
+    const bool plainPts = report.facts.reader == KELVRA_READER_PTS &&
+                          report.outcome == FileOutcome::Refused && HoldsPoints(report.path);
     if (!why.empty())
       report.message = why; // the module's interface gives it no reason
     else
@@ -251,10 +264,16 @@ void CloudSession::LoadCloud(const std::string& path) {
 }
 
 BaseObject* CloudSession::NewCloud() {
+  BaseObject* last = document_->GetFirstObject();
+  while (last && last->GetNext()) last = last->GetNext();
   const host::PluginInfo* plugin = application_->FindByDescription(kCloudDescription);
   if (!plugin) throw std::runtime_error("the module registered no point cloud object");
   BaseObject* object = host::CreateObjectFromMenu(document_, plugin->id);
   if (!object) throw std::runtime_error("the point cloud object could not be made");
+  if (apart_ && last) { // in the order of their files
+    object->Remove();
+    document_->InsertObject(object, nullptr, last);
+  }
   // Unlike a new object of the application, this one is for files of any place, which must come out whole.
   BaseContainer* data = object->GetDataInstance();
   data->SetLong(KELVRA_LOCAL_ORIGIN, KELVRA_LOCAL_ORIGIN_AUTOMATIC);

@@ -27,6 +27,13 @@ public:
    */
   void Open(const std::vector<std::string>& files, const std::vector<std::string>& settings, bool trust);
 
+  /**
+   * Loads everything that Open was given again, each file into an object of its own, so that none takes its
+   * local origin and scale from another. For reports: the objects do not share a scene's coordinates.
+   */
+  void OpenApart();
+  bool IsApart() const { return apart_; }
+
   /** To be called before Open: reports then say how many points of each class were loaded. */
   void CountClasses() { countClasses_ = true; }
 
@@ -68,6 +75,7 @@ public:
   const std::vector<Setting>& Settings() const { return appliedSettings_; }
 
 private:
+  void LoadAll();
   void OpenScene(const std::string& path);
   void LoadFolder(const std::string& folder);
   void LoadCloud(const std::string& path);
@@ -77,11 +85,12 @@ private:
   BaseDocument* document_ = nullptr;
   BaseObject* target_ = nullptr;
   LONG thinView_ = 0; ///< of the target, while files are loaded
-  std::vector<std::string> settings_;
+  std::vector<std::string> files_, settings_;
   std::vector<Setting> appliedSettings_;
   std::vector<FileReport> reports_;
   std::vector<std::string> notes_;
   bool trust_ = false, countClasses_ = false;
+  bool apart_ = false; ///< each file has an object of its own
   double loadSeconds_ = 0;
   long long idleMemory_ = 0;
 };

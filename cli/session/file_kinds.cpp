@@ -7,6 +7,8 @@
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
+#include <locale>
+#include <sstream>
 
 namespace fs = std::filesystem;
 
@@ -17,12 +19,15 @@ namespace {
 /** Files of other formats, by suffix: as text, the numbers in them would become points that are none. */
 const struct {
   const char *suffix, *what;
+  bool mayBeText; ///< with lines that the text reader understands
 } kOtherFormats[] = {
-    {".ply", "a PLY file"},    {".obj", "an OBJ file"}, {".stl", "an STL file"},  {".off", "an OFF file"},
-    {".e57", "an E57 file"},   {".pcd", "a PCD file"},  {".ptx", "a PTX file"},   {".png", "a picture"},
-    {".jpg", "a picture"},     {".jpeg", "a picture"},  {".tif", "a picture"},    {".tiff", "a picture"},
-    {".exr", "a picture"},     {".pdf", "a document"},  {".json", "a JSON file"}, {".xml", "an XML file"},
-    {".html", "an HTML file"}, {".zip", "an archive"},  {".gz", "an archive"}};
+    {".ply", "a PLY file", true},   {".obj", "an OBJ file", true},    {".stl", "an STL file", true},
+    {".off", "an OFF file", true},  {".pcd", "a PCD file", true},     {".ptx", "a PTX file", true},
+    {".e57", "an E57 file", false}, {".png", "a picture", false},     {".jpg", "a picture", false},
+    {".jpeg", "a picture", false},  {".tif", "a picture", false},     {".tiff", "a picture", false},
+    {".exr", "a picture", false},   {".pdf", "a document", false},    {".json", "a JSON file", false},
+    {".xml", "an XML file", false}, {".html", "an HTML file", false}, {".zip", "an archive", false},
+    {".gz", "an archive", false}};
 
 /** In lower case, with its dot. */
 std::string SuffixOf(const std::string& path) {
@@ -31,14 +36,33 @@ std::string SuffixOf(const std::string& path) {
   return suffix;
 }
 
+/** How much of a text is looked through for a point: its header is shorter. */
+constexpr std::size_t kHeaderBytes = 1 << 16;
+
 } // namespace
+
+bool HoldsPoints(const std::string& path) {
+  std::string start(kHeaderBytes, '\0');
+  std::ifstream file(fs::u8path(path), std::ios::binary);
+  file.read(start.data(), (std::streamsize)start.size());
+  start.resize((std::size_t)file.gcount());
+  std::replace(start.begin(), start.end(), '\r', '\n');
+  std::istringstream lines(start);
+  for (std::string text; std::getline(lines, text);) {
+    std::istringstream line(text);
+    line.imbue(std::locale::classic());
+    double x, y, z;
+    if (line >> x >> y >> z) return true;
+  }
+  return false;
+}
 
 std::string OtherFormat(const std::string& path) {
   const std::string suffix = SuffixOf(path);
   for (const auto& format : kOtherFormats)
     if (suffix == format.suffix)
-      return std::string("this is ") + format.what +
-             ", expected LAS, LAZ, XYZ or PTS (--as xyz reads its text all the same)";
+      return std::string("this is ") + format.what + ", expected LAS, LAZ, XYZ or PTS" +
+             (format.mayBeText && HoldsPoints(path) ? " (--as xyz reads its text all the same)" : "");
   return std::string();
 }
 
@@ -61,6 +85,20 @@ std::vector<std::string> FilesOfFolder(const std::string& folder) {
   }
   std::sort(files.begin(), files.end());
   return files;
+}
+
+std::vector<std::string> CloudFiles(const std::string& folder, std::vector<std::string>* others) {
+  std::vector<std::string> clouds;
+  for (const std::string& file : FilesOfFolder(folder)) {
+    std::error_code ignored;
+    // Opening a pipe would wait for its writer.
+    const bool regular = fs::is_regular_file(fs::u8path(file), ignored);
+    if (regular && (NamesCloud(file) || (OtherFormat(file).empty() && HoldsPoints(file))))
+      clouds.push_back(file);
+    else if (others)
+      others->push_back(file);
+  }
+  return clouds;
 }
 
 long long FoldersIn(const std::string& folder) {

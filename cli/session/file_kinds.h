@@ -11,11 +11,20 @@ bool IsFolder(const std::string& path);
 /** Why a file is not loaded although its text might hold numbers; empty where nothing speaks against it. */
 std::string OtherFormat(const std::string& path);
 
+/** Does a line of its beginning start with three numbers, as those of text clouds do? */
+bool HoldsPoints(const std::string& path);
+
 /** Does the suffix promise a point cloud? */
 bool NamesCloud(const std::string& path);
 
 /** The files that a folder stands for, sorted as the module sorts them. */
 std::vector<std::string> FilesOfFolder(const std::string& folder);
+
+/**
+ * Those of them that may hold a point cloud: the suffix promises one, or text has a line that begins with
+ * three numbers. The files that are left out go to `others`.
+ */
+std::vector<std::string> CloudFiles(const std::string& folder, std::vector<std::string>* others = nullptr);
 
 /** How many folders lie in a folder, hidden ones apart. */
 long long FoldersIn(const std::string& folder);

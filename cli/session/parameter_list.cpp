@@ -22,7 +22,8 @@ std::vector<const Parameter*> SettableParameters(const host::resource::Descripti
 }
 
 LONG FindSettable(const host::Application& application, BaseList2D* node, const std::string& name,
-                  const std::string& prefix) {
+                  const Naming& naming) {
+  const std::string& prefix = naming.prefix;
   const bool isNumber =
       !name.empty() && name.size() < 10 && name.find_first_not_of("0123456789") == std::string::npos;
   const host::resource::Description* description = host::FindDescription(*host::Impl(node));
@@ -37,8 +38,8 @@ LONG FindSettable(const host::Application& application, BaseList2D* node, const 
   std::vector<std::string> names;
   for (const Parameter* parameter : SettableParameters(*description))
     names.push_back(host::ParameterName(*parameter).substr(prefix.size()));
-  throw UsageError{"unknown parameter" + (isNumber ? std::string() : DidYouMean(name, names)) +
-                   " (kelvra params lists them)"};
+  throw UsageError{naming.fault + (isNumber ? std::string() : DidYouMean(name, names)) + " (" +
+                   naming.advice + ")"};
 }
 
 } // namespace cli

@@ -13,8 +13,14 @@ namespace cli {
 std::vector<const host::resource::Parameter*>
 SettableParameters(const host::resource::Description& description);
 
+/** What users call the parameters of a node. */
+struct Naming {
+  std::string prefix = std::string(); ///< of the names, which users leave out
+  std::string fault = "unknown parameter", advice = "kelvra params lists them";
+};
+
 /** Number of a node's parameter from a name or a number; throws UsageError that names the nearest ones. */
 LONG FindSettable(const host::Application& application, BaseList2D* node, const std::string& name,
-                  const std::string& prefix = std::string());
+                  const Naming& naming = {});
 
 } // namespace cli

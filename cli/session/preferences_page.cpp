@@ -19,7 +19,8 @@ BaseList2D* FindPreferencesPage(host::Application& application) {
 LONG FindElement(host::Application& application, BaseList2D* page, const std::string& name) {
   LONG id = -1;
   try {
-    id = FindSettable(application, page, name, "prefs_");
+    id = FindSettable(application, page, name,
+                      {"prefs_", "unknown preference", "kelvra prefs list shows them"});
   } catch (const UsageError& e) {
     throw UsageError{"prefs " + name + ": " + e.text};
   }

@@ -51,19 +51,33 @@ std::string Described(const Cloud& cloud) {
   return text + ")";
 }
 
+bool AreFar(const Cloud& a, const Cloud& b) {
+  const double size = std::max(SizeOf(a.box), SizeOf(b.box));
+  return size > 0.0 && Gap(a.box, b.box) > kFarSizes * size;
+}
+
+/** The first cloud that lies far from the one that chose the local origin. */
+std::vector<Cloud>::const_iterator FindFar(const std::vector<Cloud>& clouds) {
+  return std::find_if(clouds.begin(), clouds.end(),
+                      [&](const Cloud& cloud) { return AreFar(clouds.front(), cloud); });
+}
+
 } // namespace
+
+bool LieFarApart(const CloudSession& session) {
+  const std::vector<Cloud> clouds = CloudsOf(session);
+  return FindFar(clouds) != clouds.end();
+}
 
 std::vector<std::string> FindScattered(const CloudSession& session) {
   std::vector<std::string> warnings;
   const std::vector<Cloud> clouds = CloudsOf(session);
-  for (std::size_t i = 1; i < clouds.size() && warnings.empty(); ++i) {
-    const double size = std::max(SizeOf(clouds[0].box), SizeOf(clouds[i].box)),
-                 gap = Gap(clouds[0].box, clouds[i].box);
-    if (size > 0.0 && gap > kFarSizes * size)
-      warnings.push_back(
-          Described(clouds[0]) + " and " + Described(clouds[i]) + " lie " + Grouped((long long)gap) +
-          " apart, more than ten times their size: check that both are in the same coordinate system");
-  }
+  const auto far = FindFar(clouds);
+  if (far != clouds.end())
+    warnings.push_back(
+        Described(clouds[0]) + " and " + Described(*far) + " lie " +
+        Grouped((long long)Gap(clouds[0].box, far->box)) +
+        " apart, more than ten times their size: check that both are in the same coordinate system");
   const auto other = std::find_if(clouds.begin(), clouds.end(),
                                   [&](const Cloud& cloud) { return cloud.fitted != clouds.front().fitted; });
   if (other != clouds.end()) {

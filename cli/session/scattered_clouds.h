@@ -5,6 +5,9 @@
 
 namespace cli {
 
+/** Do two files lie more than ten times their size apart? */
+bool LieFarApart(const CloudSession& session);
+
 /**
  * A line for the first pair of files that lie more than ten times their size apart, and one where only some
  * of the clouds are fitted to the object's size, so that their scales differ. Both boxes are in the lines.

@@ -67,7 +67,7 @@ bool Fail(const std::string& expected, std::string* error) {
 bool CheckedNumber(const Parameter& parameter, std::size_t axis, const std::string& text,
                    const std::string& what, double* number, std::string* error) {
   const std::string range = RangeText(parameter, axis);
-  const bool hasComma = text.find(',') != std::string::npos;
+  const bool hasComma = parameter.type != ElementType::kLong && text.find(',') != std::string::npos;
   const std::string expected =
       what + (range.empty() ? "" : " " + range) + (hasComma ? ", with a decimal point" : "");
   return (ParseNumber(text, number) && InRange(parameter, axis, *number)) || Fail(expected, error);

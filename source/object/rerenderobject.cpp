@@ -44,6 +44,7 @@ RampSettings ReadRamp(const BaseContainer& data) {
   settings.ramp = data.GetLong(KELVRA_RAMP, KELVRA_RAMP_VIRIDIS);
   settings.lowShare = data.GetReal(KELVRA_RAMP_LOW, settings.lowShare);
   settings.highShare = data.GetReal(KELVRA_RAMP_HIGH, settings.highShare);
+  settings.heightAxis = data.GetBool(KELVRA_COLOR_UP_IS_Y) ? 2 : 1;
   return settings;
 }
 
@@ -273,10 +274,11 @@ void KelvraObject::Load(BaseObject* op, Bool folderMode) {
 
 void KelvraObject::ColorStoreByHeight(BaseObject* op) {
   Bool whole = TRUE;
-  RampRange range = ColorByHeight(store, ReadRamp(*op->GetDataInstance()), &whole);
+  const RampSettings settings = ReadRamp(*op->GetDataInstance());
+  RampRange range = ColorByHeight(store, settings, &whole);
   if (!whole) GePrint(op->GetName() + ": not enough memory to colour all points by height");
   if (!range.valid) return;
-  const LReal base = OriginOf(op).z;
+  const LReal base = settings.heightAxis == 1 ? OriginOf(op).z : OriginOf(op).y;
   range.from += base;
   range.to += base;
   ShowRange(op->GetDataInstance(), range);

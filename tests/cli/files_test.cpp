@@ -92,6 +92,18 @@ TEST(Info, LoadsTablesOfAFolderAndNamesWhatIsNoCloudInOneLine) {
   EXPECT_EQ(Kelvra({"info", "--json", folder / "mixed"}).Json()["points"], 4);
 }
 
+TEST(Info, DescribesFilesThatLieFarApartAsIfEachWereLoadedAlone) {
+  const TempFolder folder;
+  const std::string near = folder.Write("near.xyz", kPoints),
+                    far = folder.Write("far.xyz", "700000.125 6500000 5\n700010 6500020.375 7\n");
+  const nlohmann::json alone = Kelvra({"info", "--json", far}).Json()["files"][0],
+                       both = Kelvra({"info", "--json", near, far}).Json();
+  for (const char* fact : {"box", "scene_box", "step", "spacing"})
+    EXPECT_EQ(both["files"][1][fact], alone[fact]) << fact;
+  EXPECT_TRUE(both["scene_box"].is_null());
+  EXPECT_EQ(both["points"], 5);
+}
+
 TEST(Save, SceneReopensWithTheSamePointsAndText) {
   const TempFolder folder;
   const std::string cloud = folder.Write("c.xyz", kPoints), scene = folder / "c.scene";
@@ -231,7 +243,9 @@ TEST(Table, IsReadByTheNamesOfItsColumns) {
   EXPECT_EQ(TempFolder::Read(folder / "t.txt"), "691000.125 5570000.5 3.25 254 127 0\n");
   EXPECT_EQ(Kelvra({"info", "--json", table}).Json()["files"][0]["path"], table);
   const std::pair<const char*, const char*> mistakes[] = {
-      {"x,y\n1,2\n", "line 1: expected the names of the columns, x, y and z"},
+      {"x,y\n1,2\n", "line 1: no column is named z; expected the names of the columns, x, y and z"},
+      {"1,5;2;3\n", "tabs: add the line x;y;z above it"},
+      {"id,Lat,Lon,z\n", "line 1: latitudes and longitudes are degrees, expected x, y and z in metres"},
       {"x,y,z\n1,2,3\n1,2,3m\n", "line 3, column 3: \"3m\" is not a number"},
       {"x,y,z\n1,2\n", "line 2 has 2 columns, expected at least 3 as in the header"},
       {"x,y,z,X\n", "line 1, column 4: the second x of the header"},

@@ -16,7 +16,9 @@ TEST(Params, TellNumberRangeAndPurpose) {
     EXPECT_FALSE(parameter["sentence"].get<std::string>().empty()) << parameter["name"];
   }
   EXPECT_EQ(places, (std::set<std::string>{"object", "preferences", "video post"}));
-  EXPECT_EQ(Kelvra({"params", "--json", "1009"}).Json()[0]["name"], "object_size");
+  for (const auto& [word, first] : {std::pair("1009", "object_size"), std::pair("class", "load_color"),
+                                    std::pair("thin", "thin_view"), std::pair("step", "load_nth")})
+    EXPECT_EQ(Kelvra({"params", "--json", word}).Json()[0]["name"], first) << word;
 }
 
 TEST(Params, WrongOnesAreAnsweredWithTheNearestOrTheRange) {
@@ -30,11 +32,13 @@ TEST(Params, WrongOnesAreAnsweredWithTheNearestOrTheRange) {
       {{"info", cloud, "--set", "transparency=150%"}, "expected a number from 0 to 1, or from 0% to 100%"},
       {{"info", cloud, "--set", "color_mode=plaid"}, "expected one of point, red,"},
       {{"info", cloud, "--set", "point_radius=0,5"}, "expected a number from 0, with a decimal point"},
+      {{"info", cloud, "--set", "load_nth=4,5"}, "expected a whole number from 1\n"},
       {{"snapshot", cloud, "--ouput", "x.png"}, "there is no option --ouput; did you mean --output?"},
       {{"snapshot", cloud, "-o", "x.png", "--view", "top", "--view", "left"}, "expected 1 value, found 2"},
       {{"snapshot", cloud, "-o", "x.png", "--background"},
        "expected #RRGGBB, found nothing; put it in quotes"},
-      {{"prefs", "get", "ca_fil"}, "did you mean ca_file?"},
+      {{"prefs", "get", "ca_fil"},
+       "unknown preference; did you mean ca_file? (kelvra prefs list shows them)"},
       {{"convert", cloud, "--mode", "hair", "--ratio", "10"}, "did you mean 10%?"},
       {{"rendr"}, "did you mean render?"}};
   for (const auto& [arguments, part] : cases) {

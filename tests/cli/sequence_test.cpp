@@ -118,14 +118,18 @@ TEST_F(Sequence, OneCommandAFileGivesOneJson) {
   for (const char* name : {"a", "b c", "d"})
     folder_.Write("survey/" + std::string(name) + ".xyz", TempFolder::Read(Cloud()));
   folder_.Write("survey/e.las", "not a cloud");
+  folder_.Write("survey/f.txt", TempFolder::Read(Cloud()));
+  folder_.Write("survey/notes.txt", "nothing here");
   const Result result = Kelvra(
       {"sequence", "--each", survey, "--do", "info --json", "-o", folder_ / "all.json", "--chunk", "3"});
   EXPECT_EQ(result.status, 1) << "one file is not a cloud";
-  EXPECT_NE(result.err.find("file e.las: the command reported a failure"), std::string::npos) << result.err;
+  EXPECT_TRUE(Holds(result.err, "file e.las: the command reported a failure")) << result.err;
+  EXPECT_TRUE(Holds(result.err, ": 1 file is not a point cloud: notes.txt\n")) << result.err;
   const nlohmann::json all = nlohmann::json::parse(TempFolder::Read(folder_ / "all.json"));
-  ASSERT_EQ(all["files"].size(), 4u);
+  ASSERT_EQ(all["files"].size(), 5u);
   for (std::size_t i = 0; i < 3; ++i) EXPECT_EQ(all["files"][i]["output"]["points"], 400) << i;
   EXPECT_EQ(all["files"][3]["status"], 1);
+  EXPECT_EQ(all["files"][4]["output"]["points"], 400);
   ASSERT_EQ(Kelvra({"sequence", "--each", survey, "--do", "export {} -o '" + folder_ / "{name}.txt" + "'",
                     "-o", folder_ / "exports.json"})
                 .status,

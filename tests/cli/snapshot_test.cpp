@@ -120,6 +120,11 @@ TEST(Snapshot, CloudWithoutColoursIsShownByHeight) {
     }
   EXPECT_GT(yellowRight, 100);
   EXPECT_GT(purpleLeft, 100);
+  const Result upright = Kelvra({"snapshot", cloud, "--up", "y", "-o", picture, "--size", "320x240"});
+  EXPECT_TRUE(Holds(upright.out, "shown by height, 0.0 to 39.0: ")) << upright.out;
+  EXPECT_EQ(Snapshot({cloud, "--up", "y", "--edl", "on", "--set", "load_color=height"}).samples,
+            Snapshot({cloud, "--up", "y", "--edl", "on"}).samples)
+      << "heights are those of y, whoever asks for their colours";
   EXPECT_GT(Find(Snapshot({folder.Write("red.xyz", Patch(0, 0, 0, 255, 0, 0))}), 0).count, 100)
       << "one colour is a colour";
 }

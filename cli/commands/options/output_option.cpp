@@ -45,7 +45,7 @@ CLI::Option* ExpectSuffix(CLI::Option* output, std::vector<std::string> suffixes
     std::string names;
     for (const std::string& suffix : suffixes) {
       if (HasSuffix(path, suffix)) return std::string();
-      names += (names.empty() ? "" : " or ") + suffix;
+      names += (names.empty() ? "" : &suffix == &suffixes.back() ? " or " : ", ") + suffix;
     }
     if (path == "-" || path.empty()) return std::string();
     throw UsageError{"--output " + path + ": expected a name that ends in " + names};

@@ -25,19 +25,24 @@ void PrintReport(const FileReport& report, bool verbose) {
   for (const std::string& detail : report.details) Line(out) << "  " << detail;
 }
 
+std::string StrayLine(const std::string& folder, const std::vector<std::string>& files) {
+  std::string names;
+  for (std::size_t i = 0; i < files.size() && i < kMostNames; ++i)
+    names += (i ? ", " : "") + std::filesystem::u8path(files[i]).filename().u8string();
+  const std::size_t more = files.size() - std::min(files.size(), kMostNames);
+  return folder + ": " + Counted((long long)files.size(), "file") +
+         (files.size() == 1 ? " is not a point cloud: " : " are not point clouds: ") + names +
+         (more > 0 ? " and " + std::to_string(more) + " more" : "");
+}
+
 void PrintStrays(const std::vector<FileReport>& reports, bool verbose) {
   std::map<std::string, std::vector<const FileReport*>> folders;
   for (const FileReport& report : reports)
     if (!report.strayIn.empty()) folders[report.strayIn].push_back(&report);
   for (const auto& [folder, strays] : folders) {
-    std::string names;
-    for (std::size_t i = 0; i < strays.size() && i < kMostNames; ++i)
-      names += (i ? ", " : "") + std::filesystem::u8path(strays[i]->path).filename().u8string();
-    const std::size_t more = strays.size() - std::min(strays.size(), kMostNames);
-    Line(std::cerr) << folder << ": " << Counted((long long)strays.size(), "file")
-                    << (strays.size() == 1 ? " is not a point cloud: " : " are not point clouds: ") << names
-                    << (more > 0 ? " and " + std::to_string(more) + " more" : "")
-                    << (verbose ? "" : " (--verbose says why)");
+    std::vector<std::string> files;
+    for (const FileReport* stray : strays) files.push_back(stray->path);
+    Line(std::cerr) << StrayLine(folder, files) << (verbose ? "" : " (--verbose says why)");
     for (const FileReport* stray : strays)
       if (verbose) Line(std::cerr) << "  " << stray->path << ": " << stray->message;
   }

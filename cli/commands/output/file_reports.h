@@ -11,6 +11,9 @@ namespace cli {
  */
 void PrintReport(const FileReport& report, bool verbose);
 
+/** "survey: 2 files are not point clouds: a.ply, b.pdf", with a few of the names. */
+std::string StrayLine(const std::string& folder, const std::vector<std::string>& files);
+
 /** Prints a line for each folder, to standard error, with the files in it that are no point clouds. */
 void PrintStrays(const std::vector<FileReport>& reports, bool verbose);
 

@@ -137,6 +137,7 @@ void AddPictureOptions(CLI::App& command, RenderPlan& plan, const std::string& f
 
 void AddRenderOptions(CLI::App& command, RenderPlan& plan) {
   AddPictureOptions(command, plan, "PNG, TIFF or EXR");
+  ExpectSuffix(command.get_option("--output"), {".png", ".tif", ".tiff", ".exr"});
   AddPath(command, "--record", plan.record, "Folder in which the recorder stores each frame with 16 bits")
       ->type_name("FOLDER");
   AddTyped(command, "--pixel", plan.pixel, ParsePixel, "X,Y: print what the rays of this pixel do instead")

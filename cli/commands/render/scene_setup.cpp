@@ -132,7 +132,7 @@ RenderScene PrepareScene(CloudSession& session, const RenderPlan& plan) {
   RenderScene scene;
   for (BaseObject* cloud : session.Clouds()) {
     ChooseRadius(session, cloud, &scene.notes);
-    const std::string colors = ColorIfPlain(session, cloud);
+    const std::string colors = ColorIfPlain(session, cloud, plan.view.upIsY);
     if (!colors.empty()) scene.notes.push_back(colors);
   }
   if (session.Clouds().empty()) {

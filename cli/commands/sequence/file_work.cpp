@@ -4,6 +4,7 @@
 #include "cli/commands/output/json_text.h"
 #include "cli/commands/output/output_file.h"
 #include "cli/commands/sequence/fingerprint.h"
+#include "cli/session/file_kinds.h"
 #include "cli/system/child_process.h"
 #include "cli/system/exit_status.h"
 #include "cli/system/program_path.h"
@@ -14,6 +15,7 @@
 #include <fstream>
 #include <iostream>
 #include <iterator>
+#include <set>
 #include <stdexcept>
 
 namespace fs = std::filesystem;
@@ -72,13 +74,30 @@ FileWork::FileWork(const std::string& folder, const std::string& command, const 
   std::error_code ignored;
   if (!fs::is_directory(fs::u8path(folder), ignored))
     throw UsageError{"--each " + folder + ": no such folder"};
-  files_ = CloudFiles(folder);
+  files_ = CloudFiles(folder, &others_);
+  LeaveOutResults();
   if (files_.empty())
-    throw std::runtime_error(folder +
-                             ": the folder holds no point clouds; expected .las, .laz, .xyz or .pts");
+    throw std::runtime_error(
+        folder + ": the folder holds no point clouds; expected LAS, LAZ, CSV or text with points");
   if (std::none_of(words_.begin(), words_.end(),
                    [](const std::string& word) { return word.find("{}") != std::string::npos; }))
     words_.push_back("{}");
+}
+
+void FileWork::LeaveOutResults() {
+  // What the command writes into the folder must not become work, nor change the numbers of the other files.
+  std::set<fs::path> results = {fs::u8path(output_).lexically_normal()};
+  for (const std::string& file : files_)
+    for (std::string word : words_) {
+      if (word.find("{}") != std::string::npos) continue;
+      Replace(word, "{name}", fs::u8path(file).stem().u8string());
+      results.insert(fs::u8path(word).lexically_normal());
+    }
+  const auto isResult = [&](const std::string& file) {
+    return results.count(fs::u8path(file).lexically_normal()) > 0;
+  };
+  for (std::vector<std::string>* files : {&files_, &others_})
+    files->erase(std::remove_if(files->begin(), files->end(), isResult), files->end());
 }
 
 std::string FileWork::Name(int item) const {

@@ -18,6 +18,9 @@ public:
    */
   FileWork(const std::string& folder, const std::string& command, const std::string& output);
 
+  /** Files of the folder that the command is not run on. */
+  const std::vector<std::string>& Others() const { return others_; }
+
   int Count() const override { return (int)files_.size(); }
   const char* Unit() const override { return "file"; }
   std::string Names(const std::vector<int>& items) const override;
@@ -37,8 +40,9 @@ private:
   /** Null without one that was made from the file as it is now. */
   nlohmann::json Result(int item) const;
   void MakeOne(int item) const;
+  void LeaveOutResults();
 
-  std::vector<std::string> files_;
+  std::vector<std::string> files_, others_;
   std::string command_, output_;
   std::vector<std::string> words_;
   WorkFolder folder_;

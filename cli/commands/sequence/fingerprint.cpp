@@ -1,10 +1,9 @@
 #include "cli/commands/sequence/fingerprint.h"
 
+#include "cli/session/file_kinds.h"
 #include "cli/system/program_path.h"
 #include "host/scene/checksum.h"
 
-#include <algorithm>
-#include <cctype>
 #include <filesystem>
 #include <fstream>
 #include <set>
@@ -73,20 +72,6 @@ std::string FingerprintOfProgram() {
   static const std::string fingerprint =
       FingerprintOfFiles({ProgramPath(), (fs::u8path(ProgramFolder()) / module).u8string()});
   return fingerprint;
-}
-
-std::vector<std::string> CloudFiles(const std::string& folder) {
-  static const std::set<std::string> suffixes = {".las", ".laz", ".xyz", ".pts", ".csv"};
-  std::vector<std::string> files;
-  std::error_code failed;
-  for (const fs::directory_entry& entry : fs::directory_iterator(fs::u8path(folder), failed)) {
-    std::string suffix = entry.path().extension().u8string();
-    for (char& c : suffix) c = (char)std::tolower((unsigned char)c);
-    if (suffixes.count(suffix) && entry.is_regular_file()) files.push_back(entry.path().u8string());
-  }
-  if (failed) throw std::runtime_error(folder + ": " + failed.message());
-  std::sort(files.begin(), files.end());
-  return files;
 }
 
 nlohmann::json PictureOptions(const CLI::App& command) {

@@ -17,10 +17,6 @@ std::string FingerprintOfFiles(const std::vector<std::string>& paths);
 /** Of this program and its module. */
 std::string FingerprintOfProgram();
 
-/** Files of a folder that hold a cloud, by their suffix; sorted, so that every computer numbers them alike.
- */
-std::vector<std::string> CloudFiles(const std::string& folder);
-
 /** {"--size": ["640x360"]}: the options that were given and that change what a picture shows. */
 nlohmann::json PictureOptions(const CLI::App& command);
 

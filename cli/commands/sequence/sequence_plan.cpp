@@ -42,10 +42,10 @@ void CheckFrames(SequencePlan& plan) {
     render.turn = 360.0;
   }
   if (!render.frames) throw UsageError{"a sequence needs --frames FIRST-LAST or --turntable COUNT"};
+  if (!HasSuffix(render.output, ".png"))
+    throw UsageError{"--output " + render.output +
+                     ": expected a name that ends in .png, as frames keep what they were made from"};
   CheckPlan(render);
-  if (render.format != host::PictureFormat::Png8 && render.format != host::PictureFormat::Png16)
-    throw UsageError{render.output +
-                     ": the frames of a sequence are .png files, which keep what they were made from"};
 }
 
 } // namespace

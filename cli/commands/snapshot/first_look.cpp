@@ -62,9 +62,13 @@ FirstLook PrepareClouds(CloudSession& session, const SnapshotPlan& plan) {
     // A chosen colour mode shows what it says, of the colours that the files gave.
     const bool choseMode = session.WasSet(KELVRA_COLOR_MODE) ||
                            cloud->GetDataInstance()->GetLong(KELVRA_COLOR_MODE) != KELVRA_COLOR_MODE_POINT;
-    const std::string note = choseMode ? std::string() : ColorIfPlain(session, cloud);
+    const std::string note = choseMode ? std::string() : ColorIfPlain(session, cloud, plan.view.upIsY);
     if (!note.empty()) look.notes.push_back(note);
     FitHeights(session, cloud);
+    if (plan.view.upIsY && ByHeight(cloud->GetDataInstance()->GetLong(KELVRA_COLOR_MODE)))
+      look.notes.push_back(
+          "color_mode: shows the heights of z, not of the y that --up y shows upwards (--set "
+          "load_color=height follows it)");
   }
   look.eyeDome = plan.eyeDome.value_or(plain);
   return look;

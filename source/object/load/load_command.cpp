@@ -50,7 +50,7 @@ void NoteCoarseStep(const LoadedFile& loaded, Bool localOrigin, LoadReport& repo
   report.Note(NoteSeverity::kWarning,
               localOrigin
                   ? "the file lies far from the object's local origin and is stored coarsely: load it "
-                    "into an object of its own"
+                    "separately, into an object of its own"
                   : "the file lies far from 0 and is stored coarsely: set Local Origin to Automatic "
                     "before the first load");
 }
