@@ -281,6 +281,11 @@ bool UndoHistory::End() {
   if (!open_) return false;
   open_ = false;
   if (current_.empty()) return true;
+  if (extending_) {
+    if (!done_.empty()) std::move(current_.begin(), current_.end(), std::back_inserter(done_.back().changes));
+    current_.clear();
+    return true;
+  }
   undone_.clear();
   if (!hasJoined_) done_.emplace_back();
   std::move(current_.begin(), current_.end(), std::back_inserter(done_.back().changes));
@@ -337,7 +342,7 @@ void UndoHistory::Join(bool join) {
 }
 
 bool UndoHistory::Undo() {
-  if (open_ || joining_ || done_.empty()) return false;
+  if (open_ || joining_ || extending_ || done_.empty()) return false;
   Step step = std::move(done_.back());
   done_.pop_back();
   std::for_each(step.changes.rbegin(), step.changes.rend(), [](auto& change) { change->Exchange(true); });
@@ -346,7 +351,7 @@ bool UndoHistory::Undo() {
 }
 
 bool UndoHistory::Redo() {
-  if (open_ || joining_ || undone_.empty()) return false;
+  if (open_ || joining_ || extending_ || undone_.empty()) return false;
   Step step = std::move(undone_.back());
   undone_.pop_back();
   std::for_each(step.changes.begin(), step.changes.end(), [](auto& change) { change->Exchange(false); });
