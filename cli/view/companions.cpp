@@ -1,6 +1,7 @@
 #include "cli/view/companions.h"
 
 #include "cli/view/document_stamp.h"
+#include "host/application.h"
 #include "host/particles/particle_system.h"
 #include "kelvra_messages.h"
 #include "lib_emitter.h"
@@ -24,6 +25,11 @@ std::vector<BaseList2D*> LinkedBy(BaseList2D* node) {
 }
 
 } // namespace
+
+std::string TitleOf(BaseList2D* node) {
+  const std::string name = host::Utf8(node->GetName()), type = host::Utf8(node->GetTypeName());
+  return node->GetType() == KELVRA_CLOUD || name == type ? name : name + " (" + type + ")";
+}
 
 std::set<BaseList2D*> WholeOf(BaseObject* op) {
   std::set<BaseList2D*> whole{op};

@@ -5,9 +5,13 @@
 #include "c4d.h"
 
 #include <set>
+#include <string>
 #include <vector>
 
 namespace cli {
+
+/** As the tree calls it: beside a cloud its particles have the same name, so that others come with their type. */
+std::string TitleOf(BaseList2D* node);
 
 /** The object and all below it. */
 std::set<BaseList2D*> WholeOf(BaseObject* op);

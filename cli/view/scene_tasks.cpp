@@ -377,7 +377,7 @@ void ViewApplication::DeleteSelected() {
   BaseList2D* node = showsPreferences_ ? nullptr : Selected();
   if (!node) return;
   const host::OneStep step(session_.Document());
-  std::string line = host::Utf8(node->GetName()) + ": deleted";
+  std::string line = TitleOf(node) + ": deleted";
   // A cloud would fill its particles again.
   if (BaseObject* maker = MakerOf(node, session_.Clouds())) {
     edits_.SetParameter(maker, DescID(KELVRA_CONVERT_MODE), GeData(KELVRA_CONVERT_MODE_OFF), false);

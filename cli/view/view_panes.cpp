@@ -289,9 +289,7 @@ void ViewApplication::DrawMenu() {
 void ViewApplication::DrawObject(BaseObject* op) {
   if (render_.IsOwn(op)) return;
   ImGui::PushID(op);
-  // Beside a cloud its particles have the same name.
-  const std::string own = host::Utf8(op->GetName()), type = host::Utf8(op->GetTypeName());
-  const std::string name = op->GetType() == KELVRA_CLOUD || own == type ? own : own + " (" + type + ")";
+  const std::string name = TitleOf(op);
   bool visible = host::IsShownInViews(op);
   if (ImGui::Checkbox("##visible", &visible)) Edits::SetVisible(op, visible);
   if (ImGui::IsItemHovered()) ImGui::SetTooltip("shown in the view");
