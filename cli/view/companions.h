@@ -10,7 +10,8 @@
 
 namespace cli {
 
-/** As the tree calls it: beside a cloud its particles have the same name, so that others come with their type. */
+/** As the tree calls it: beside a cloud its particles have the same name, so that others come with their
+ * type. */
 std::string TitleOf(BaseList2D* node);
 
 /** The object and all below it. */
