@@ -1,5 +1,6 @@
 #include "cli/view/document_stamp.h"
 
+#include "cli/view/companions.h"
 #include "host/application.h"
 
 #include <functional>
@@ -18,6 +19,7 @@ std::size_t DocumentStamp(BaseDocument* doc) {
     mix(std::hash<std::string>()(host::Utf8(node->GetName())));
   };
   VisitObjects(doc->GetFirstObject(), add);
+  for (BaseList2D* group : ParticleGroupsOf(doc)) mix(std::hash<void*>()(group));
   RenderData* settings = doc->GetActiveRenderData();
   for (BaseVideoPost* post = settings ? settings->GetFirstVideoPost() : nullptr; post; post = post->GetNext())
     add(post);

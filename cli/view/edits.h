@@ -3,6 +3,8 @@
 
 #include "c4d.h"
 
+#include <vector>
+
 namespace cli {
 
 class Edits {
@@ -12,7 +14,9 @@ public:
   /** The held widget was let go: the next value begins a step of its own. */
   void LetGo() { held_ = nullptr; }
 
-  static void Delete(BaseObject* op);
+  /** As one step. */
+  static void Delete(const std::vector<BaseList2D*>& nodes);
+  /** With the effects that render it: the copy is rendered too. */
   static BaseObject* Duplicate(BaseObject* op);
   static bool SetVisible(BaseObject* op, bool visible);
 

@@ -1,6 +1,8 @@
 #include "cli/commands/output/file_reports.h"
 #include "cli/commands/output/result_shape.h"
+#include "cli/session/file_kinds.h"
 #include "cli/text/format.h"
+#include "cli/view/companions.h"
 #include "cli/view/document_stamp.h"
 #include "cli/view/point_pick.h"
 #include "cli/view/view_application.h"
@@ -10,6 +12,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <optional>
 #include <stdexcept>
 
 namespace fs = std::filesystem;
@@ -50,10 +53,21 @@ std::string FreePictureName(const std::string& folder) {
   }
 }
 
-/** Tells clouds apart by what was loaded: "scan", "scan and 2 more". */
-void NameAfterFiles(BaseObject* cloud, const std::vector<std::string>& files) {
-  std::string name = fs::u8path(files.front()).stem().u8string();
-  if (files.size() > 1) name += " and " + std::to_string(files.size() - 1) + " more";
+/** Tells clouds apart by what was loaded: "scan", "scan and 2 more". Files that brought no point do not
+ * count. */
+void NameAfterFiles(BaseObject* cloud, const std::vector<std::string>& files,
+                    const std::vector<FileReport>& reports) {
+  std::vector<std::string> loaded;
+  for (const std::string& file : files)
+    if (std::any_of(reports.begin(), reports.end(), [&file](const FileReport& report) {
+          // The files of a folder are reported one by one.
+          return report.points > 0 && report.path.compare(0, file.size(), file) == 0 &&
+                 (report.path.size() == file.size() || IsFolder(file));
+        }))
+      loaded.push_back(file);
+  if (loaded.empty()) return;
+  std::string name = fs::u8path(loaded.front()).stem().u8string();
+  if (loaded.size() > 1) name += " and " + std::to_string(loaded.size() - 1) + " more";
   cloud->SetName(host::FromUtf8(name));
 }
 
@@ -95,28 +109,36 @@ std::string ViewApplication::NameForFile() const {
 void ViewApplication::ConvertClouds() {
   for (BaseObject* cloud : session_.Clouds()) {
     const LONG mode = cloud->GetDataInstance()->GetLong(KELVRA_CONVERT_MODE);
-    if (mode == KELVRA_CONVERT_MODE_OFF && converted_.first == cloud) converted_ = {nullptr, 0};
-    if (mode == KELVRA_CONVERT_MODE_OFF || !cloud->CheckCache(nullptr)) continue;
-    const bool worked = std::exchange(working_, true);
-    const Busy before = std::exchange(busy_, {"converting", kUnknown, Now(), Now(), true});
-    if (viewport_.PointsShown() > kManyPoints) Announce("converting", kUnknown);
-    host::UpdateCache(cloud, session_.Document(), BUILDFLAGS_0);
-    const bool stopped = busy_.text == kStopping;
-    const double seconds = Now() - busy_.start;
-    EndWork();
-    working_ = worked;
-    busy_ = before;
-    const std::string name = host::Utf8(cloud->GetName());
-    if (stopped) {
-      Edits().SetParameter(cloud, DescID(KELVRA_CONVERT_MODE), GeData(KELVRA_CONVERT_MODE_OFF), false);
-      Complain(name + ": converting was stopped; \"Convert To\" is \"Nothing\" again");
-    } else if (converted_ != std::make_pair(cloud, mode) && mode != KELVRA_CONVERT_MODE_EMPTY) {
-      const Shape shape = ShapeOf(session_, cloud, false);
-      Report(name + ": converted to " +
-             Counted(mode == KELVRA_CONVERT_MODE_HAIR ? shape.lines : shape.points, UnitOf(mode)) + " in " +
-             Fixed(seconds, 1) + " s");
-    }
-    converted_ = {cloud, stopped ? KELVRA_CONVERT_MODE_OFF : mode};
+    const auto [before, isNew] = converted_.emplace(cloud, mode);
+    const bool changed = std::exchange(before->second, mode) != mode;
+    const bool builds = mode != KELVRA_CONVERT_MODE_OFF && cloud->CheckCache(nullptr);
+    if (!changed && !builds) continue;
+    const host::Aftermath aftermath(session_.Document());
+    // Particles lie outside of the cloud: those of the conversion before would stay beside the new ones.
+    if (changed) Edits::Delete(ParticlesOf(cloud, mode));
+    if (builds) ConvertCloud(cloud, mode, changed || isNew);
+  }
+}
+
+void ViewApplication::ConvertCloud(BaseObject* cloud, LONG mode, bool isNew) {
+  const bool worked = std::exchange(working_, true);
+  const Busy before = std::exchange(busy_, {"converting", kUnknown, Now(), Now(), true});
+  if (viewport_.PointsShown() > kManyPoints) Announce("converting", kUnknown);
+  host::UpdateCache(cloud, session_.Document(), BUILDFLAGS_0);
+  const bool stopped = busy_.text == kStopping;
+  const double seconds = Now() - busy_.start;
+  EndWork();
+  working_ = worked;
+  busy_ = before;
+  const std::string name = host::Utf8(cloud->GetName());
+  if (stopped) {
+    Edits().SetParameter(cloud, DescID(KELVRA_CONVERT_MODE), GeData(KELVRA_CONVERT_MODE_OFF), false);
+    Complain(name + ": converting was stopped; \"Convert To\" is \"Nothing\" again");
+  } else if (isNew && mode != KELVRA_CONVERT_MODE_EMPTY) {
+    const Shape shape = ShapeOf(session_, cloud, false);
+    Report(name + ": converted to " +
+           Counted(mode == KELVRA_CONVERT_MODE_HAIR ? shape.lines : shape.points, UnitOf(mode)) + " in " +
+           Fixed(seconds, 1) + " s");
   }
 }
 
@@ -128,23 +150,30 @@ void ViewApplication::UseDocument(BaseDocument* doc) {
   selected_.SetLink(nullptr);
   showsPreferences_ = false;
   session_.Use(doc);
-  converted_ = {nullptr, 0};
+  converted_.clear();
   saved_ = Present();
   stamp_ = saved_.stamp;
 }
 
 void ViewApplication::OpenFirst() {
   BaseDocument* before = session_.Document();
+  const std::vector<std::string>& files = plan_.input.files;
   busy_.text = "loading";
-  if (!plan_.input.files.empty()) session_.Open(plan_.input.files, plan_.input.settings, plan_.input.trust);
+  if (!files.empty()) {
+    std::optional<host::OneStep> step;
+    if (std::none_of(files.begin(), files.end(), host::IsSceneFile)) step.emplace(before);
+    session_.Open(files, plan_.input.settings, plan_.input.trust);
+  }
   PrintReports(session_, plan_.input.verbose);
   MarkProblems(0);
   status_ = session_.ExitStatus();
   if (session_.Document() != before) {
     viewport_.Forget();
-    path_ = plan_.input.files.front();
+    path_ = files.front();
+  } else if (session_.Points() > 0) {
+    NameAfterFiles(session_.Clouds().front(), files, session_.Reports());
   } else if (!session_.Clouds().empty()) {
-    NameAfterFiles(session_.Clouds().front(), plan_.input.files);
+    host::TakeBack(before);
   }
   for (const std::string& note : viewport_.PrepareClouds()) Report(ForPeople(note));
   Select(session_.Document()->GetFirstObject());
@@ -157,7 +186,7 @@ void ViewApplication::LoadClouds(const std::vector<std::string>& files) {
   const std::size_t before = session_.Clouds().size();
   if (!OpenClouds(files)) {
     // Nothing came of it: the scene is as it was.
-    if (session_.Clouds().size() > before) session_.Document()->DoUndo();
+    if (session_.Clouds().size() > before) host::TakeBack(session_.Document());
     MeetMoments();
     return Select(session_.Document()->GetFirstObject());
   }
@@ -183,7 +212,7 @@ bool ViewApplication::OpenClouds(const std::vector<std::string>& files) {
   if (clouds.size() > before && ReadCloudStats(clouds.front(), &stats) && stats.Points() == 0) return false;
   if (clouds.empty()) return false;
   for (const std::string& note : viewport_.PrepareClouds()) Report(ForPeople(note));
-  if (clouds.size() > before) NameAfterFiles(clouds.front(), files);
+  if (clouds.size() > before) NameAfterFiles(clouds.front(), files, session_.Reports());
   return true;
 }
 
@@ -331,6 +360,7 @@ void ViewApplication::Undo(bool redo) {
   if (!(redo ? doc->DoRedo() : doc->DoUndo())) Report(redo ? "nothing to redo" : "nothing to undo");
   edits_.LetGo();
   viewport_.Redraw();
+  ConvertClouds(); // what was built before belongs to what the document was before
   MeetMoments();
   // What was selected may be gone, or be another copy of itself.
   if (!showsPreferences_ && !Selected()) Select(doc->GetFirstObject());
@@ -342,13 +372,44 @@ void ViewApplication::Select(BaseList2D* node) {
   if (BaseObject* op = SelectedObject()) session_.Document()->SetActiveObject(op);
 }
 
+/** With what would be of no use without it, as one step. */
 void ViewApplication::DeleteSelected() {
-  if (BaseObject* op = SelectedObject()) Edits::Delete(op);
+  BaseList2D* node = showsPreferences_ ? nullptr : Selected();
+  if (!node) return;
+  const host::OneStep step(session_.Document());
+  std::string line = TitleOf(node) + ": deleted";
+  // A cloud would fill its particles again.
+  if (BaseObject* maker = MakerOf(node, session_.Clouds())) {
+    edits_.SetParameter(maker, DescID(KELVRA_CONVERT_MODE), GeData(KELVRA_CONVERT_MODE_OFF), false);
+    line += "; \"Convert To\" of " + host::Utf8(maker->GetName()) + " is \"Nothing\" again";
+  }
+  std::vector<BaseList2D*> all;
+  if (BaseObject* op = SelectedObject()) {
+    const std::set<BaseList2D*> whole = WholeOf(op);
+    for (BaseVideoPost* effect : EffectsOf(session_.Document(), whole))
+      if (LinksOnly(effect, whole)) all.push_back(effect);
+    const std::size_t effects = all.size();
+    for (BaseObject* cloud : session_.Clouds())
+      for (BaseList2D* particles :
+           whole.count(cloud) > 0 ? ParticlesOf(cloud, KELVRA_CONVERT_MODE_OFF) : std::vector<BaseList2D*>())
+        if (whole.count(particles) == 0) all.push_back(particles);
+    if (effects > 0) line += ", with " + Counted((long long)effects, "effect") + " of the render";
+    if (all.size() > effects) line += effects > 0 ? " and its particles" : ", with its particles";
+  }
+  all.push_back(node); // last: undo brings it back first, and then what lay beside it
+  Edits::Delete(all);
+  Report(line + " (Ctrl+Z brings it back)");
+  viewport_.Redraw();
 }
 
 void ViewApplication::DuplicateSelected() {
   BaseObject* op = SelectedObject();
-  if (BaseObject* copy = op ? Edits::Duplicate(op) : nullptr) Select(copy);
+  BaseObject* copy = op ? Edits::Duplicate(op) : nullptr;
+  if (!copy) return;
+  const std::size_t effects = EffectsOf(session_.Document(), WholeOf(copy)).size();
+  Report(host::Utf8(copy->GetName()) + ": a copy of " + host::Utf8(op->GetName()) +
+         (effects > 0 ? ", with " + Counted((long long)effects, "effect") + " of the render" : ""));
+  Select(copy);
 }
 
 } // namespace cli

@@ -239,6 +239,7 @@ void ViewApplication::MeetMoments() {
 }
 
 void ViewApplication::TakeAsSaved() {
+  ConvertClouds();
   saved_ = Present();
   UpdateView();
 }

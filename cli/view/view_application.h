@@ -13,6 +13,7 @@
 
 #include <deque>
 #include <functional>
+#include <map>
 #include <set>
 #include <string>
 #include <utility>
@@ -100,6 +101,7 @@ private:
   void Complain(const std::string& line);
   void MarkProblems(std::size_t firstLine);
   void ConvertClouds();
+  void ConvertCloud(BaseObject* cloud, LONG mode, bool isNew);
   std::string NameForFile() const;
 
   // What is drawn, in view_panes.cpp.
@@ -108,6 +110,8 @@ private:
   void DrawMenu();
   void DrawObjects();
   void DrawObject(BaseObject* op);
+  void DrawRow(BaseList2D* node, const std::string& label);
+  const host::PluginInfo* PluginOf(BaseVideoPost* post);
   void DrawParameters();
   void DrawCentre();
   void DrawPicture();
@@ -162,7 +166,7 @@ private:
   std::string path_;        ///< of the scene, empty before it is saved
   Moment saved_, pictured_; ///< when the scene was saved, and when the picture was rendered
   std::size_t stamp_ = 0;
-  std::pair<BaseObject*, LONG> converted_{nullptr, 0}; ///< cloud and mode of the latest conversion
+  std::map<BaseObject*, LONG> converted_; ///< what each cloud was converted to when it was last looked at
   int status_ = 0;
 
   std::vector<std::string> lines_;

@@ -1,5 +1,7 @@
+#include "c4d_particles.h"
 #include "cli/session/preferences_page.h"
 #include "cli/text/format.h"
+#include "cli/view/companions.h"
 #include "cli/view/document_stamp.h"
 #include "cli/view/fitted_text.h"
 #include "cli/view/view_application.h"
@@ -241,7 +243,7 @@ void ViewApplication::DrawMenu() {
     ImGui::EndMenu();
   }
   if (ImGui::BeginMenu("Edit")) {
-    const bool object = SelectedObject() != nullptr;
+    const bool object = SelectedObject() != nullptr, node = object || (!showsPreferences_ && Selected());
     const host::UndoPlace place = host::PlaceInHistory(session_.Document());
     item(
         "Undo", "Ctrl+Z", [this] { Undo(false); }, place.canUndo);
@@ -251,7 +253,7 @@ void ViewApplication::DrawMenu() {
     item(
         "Duplicate Object", "Ctrl+D", [this] { DuplicateSelected(); }, object);
     item(
-        "Delete Object", "Del", [this] { DeleteSelected(); }, object);
+        "Delete", "Del", [this] { DeleteSelected(); }, node);
     ImGui::Separator();
     item("Preferences", "", [this] { showsPreferences_ = true; });
     ImGui::EndMenu();
@@ -287,7 +289,7 @@ void ViewApplication::DrawMenu() {
 void ViewApplication::DrawObject(BaseObject* op) {
   if (render_.IsOwn(op)) return;
   ImGui::PushID(op);
-  const std::string name = host::Utf8(op->GetName());
+  const std::string name = TitleOf(op);
   bool visible = host::IsShownInViews(op);
   if (ImGui::Checkbox("##visible", &visible)) Edits::SetVisible(op, visible);
   if (ImGui::IsItemHovered()) ImGui::SetTooltip("shown in the view");
@@ -322,19 +324,47 @@ void ViewApplication::DrawObjects() {
   ImGui::EndDisabled();
   BaseDocument* doc = session_.Document();
   for (BaseObject* op = doc->GetFirstObject(); op; op = op->GetNext()) DrawObject(op);
+  bool first = true;
+  for (BaseList2D* group : ParticleGroupsOf(doc)) {
+    if (std::exchange(first, false)) ImGui::TextDisabled("Particles");
+    const LONG count = reinterpret_cast<TP_PGroup*>(group)->NumParticles();
+    DrawRow(group, host::Utf8(group->GetName()) + ": " + Counted(count, "particle"));
+  }
+  first = true;
   RenderData* settings = doc->GetActiveRenderData();
-  BaseVideoPost* post = settings ? settings->GetFirstVideoPost() : nullptr;
-  if (post) ImGui::TextDisabled("Effects of the render");
-  for (; post; post = post->GetNext()) {
-    ImGui::PushID(post);
-    const bool selected = !showsPreferences_ && selected_.GetLink(doc) == post;
+  for (BaseVideoPost* post = settings ? settings->GetFirstVideoPost() : nullptr; post;
+       post = post->GetNext()) {
+    const host::PluginInfo* plugin = PluginOf(post);
+    // Every render has these by itself, and there is nothing to set.
+    if (plugin && (plugin->info & PLUGINFLAG_VIDEOPOST_INHERENT) && plugin->description.empty()) continue;
+    if (std::exchange(first, false)) ImGui::TextDisabled("Effects of the render");
     // Each cloud has an effect, and all of these have one name.
     BaseObject* rendered = post->GetDataInstance()->GetObjectLink(KELVRA_RENDER_OBJECT, doc);
-    const std::string label =
-        host::Utf8(post->GetName()) + (rendered ? ": " + host::Utf8(rendered->GetName()) : "");
-    if (ImGui::Selectable(label.c_str(), selected)) Select(post);
-    ImGui::PopID();
+    const bool links = session_.App().FindParameter(post, "KELVRA_RENDER_OBJECT") >= 0;
+    const std::string of = rendered ? host::Utf8(rendered->GetName()) : "(no object)";
+    DrawRow(post, host::Utf8(post->GetName()) + (rendered || links ? ": " + of : ""));
   }
+}
+
+const host::PluginInfo* ViewApplication::PluginOf(BaseVideoPost* post) {
+  for (const host::PluginInfo& plugin : session_.App().Plugins())
+    if (plugin.kind == PLUGINTYPE_VIDEOPOST && plugin.id == post->GetType()) return &plugin;
+  return nullptr;
+}
+
+/** Something of the document that does not lie in its tree. */
+void ViewApplication::DrawRow(BaseList2D* node, const std::string& label) {
+  ImGui::PushID(node);
+  const bool selected = !showsPreferences_ && selected_.GetLink(session_.Document()) == node;
+  const float room = ImGui::GetContentRegionAvail().x;
+  if (ImGui::Selectable((Shortened(label, room) + "###row").c_str(), selected)) Select(node);
+  ExplainShortened(label, room);
+  if (ImGui::BeginPopupContextItem()) {
+    Select(node);
+    if (ImGui::MenuItem("Delete")) Later([this] { DeleteSelected(); });
+    ImGui::EndPopup();
+  }
+  ImGui::PopID();
 }
 
 void ViewApplication::DrawParameters() {

@@ -30,10 +30,17 @@ public:
   /** Both: false when there is nothing to go back or forward to, or a step is open. */
   virtual bool Undo() = 0;
   virtual bool Redo() = 0;
+  /** What was undone cannot be redone any more. */
+  virtual void DropUndone() = 0;
   virtual UndoPlace Place() const = 0;
   virtual void Clear() = 0;
   /** Steps that end between Join(true) and Join(false) are one; nothing can be undone meanwhile. */
   virtual void Join(bool join) = 0;
+  /**
+   * Steps that end between Extend(true) and Extend(false) become a part of the latest one, which leads to the
+   * same state as before; they are not kept where there is none. Nothing can be undone meanwhile.
+   */
+  virtual void Extend(bool extend) = 0;
   /** Off: steps are begun and ended as ever, but nothing is kept. */
   virtual void SetKeeping(bool keep) = 0;
 };

@@ -208,13 +208,13 @@ private:
 /** A node that came or went: where it lies, or lay. While it is away this keeps it. */
 class PlaceChange : public Change {
 public:
-  PlaceChange(Node& node, bool came) : node_(node.linkId), came_(came) {
+  PlaceChange(Node& node, bool came) : node_(node.linkId), came_(came), keeps_(!came) {
     Remember(node);
-    node.keptByUndo = !came; // freeing it then only takes it out
+    node.keptByUndo = keeps_; // freeing it then only takes it out
   }
   ~PlaceChange() override {
     Node* node = FindNode(node_);
-    if (!node || !node->keptByUndo) return;
+    if (!node || !keeps_) return;
     node->keptByUndo = false;
     if (!node->list) FreeNode(node);
   }
@@ -226,7 +226,7 @@ public:
     if (!node->list) return;
     Remember(*node);
     RemoveNode(*node);
-    node->keptByUndo = true;
+    node->keptByUndo = keeps_ = true;
   }
 
 private:
@@ -241,11 +241,12 @@ private:
     if (!list || node.list) return;
     Node* pred = FindNode(pred_);
     InsertNode(*list, node, pred && pred->list == list ? pred : nullptr);
-    node.keptByUndo = false;
+    node.keptByUndo = keeps_ = false;
   }
 
   LULONG node_, owner_ = 0, pred_ = 0;
   bool came_;
+  bool keeps_; ///< this change, not one of another step, has the node that is away
 };
 
 /** Bits, and which object is the active one. */
@@ -281,6 +282,11 @@ bool UndoHistory::End() {
   if (!open_) return false;
   open_ = false;
   if (current_.empty()) return true;
+  if (extending_) {
+    if (!done_.empty()) std::move(current_.begin(), current_.end(), std::back_inserter(done_.back().changes));
+    current_.clear();
+    return true;
+  }
   undone_.clear();
   if (!hasJoined_) done_.emplace_back();
   std::move(current_.begin(), current_.end(), std::back_inserter(done_.back().changes));
@@ -337,7 +343,7 @@ void UndoHistory::Join(bool join) {
 }
 
 bool UndoHistory::Undo() {
-  if (open_ || joining_ || done_.empty()) return false;
+  if (open_ || joining_ || extending_ || done_.empty()) return false;
   Step step = std::move(done_.back());
   done_.pop_back();
   std::for_each(step.changes.rbegin(), step.changes.rend(), [](auto& change) { change->Exchange(true); });
@@ -346,7 +352,7 @@ bool UndoHistory::Undo() {
 }
 
 bool UndoHistory::Redo() {
-  if (open_ || joining_ || undone_.empty()) return false;
+  if (open_ || joining_ || extending_ || undone_.empty()) return false;
   Step step = std::move(undone_.back());
   undone_.pop_back();
   std::for_each(step.changes.begin(), step.changes.end(), [](auto& change) { change->Exchange(false); });

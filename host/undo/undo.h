@@ -33,9 +33,11 @@ public:
   bool Add(UNDOTYPE type, Node* node, std::string* why) override;
   bool Undo() override;
   bool Redo() override;
+  void DropUndone() override { undone_.clear(); }
   UndoPlace Place() const override;
   void Clear() override;
   void Join(bool join) override;
+  void Extend(bool extend) override { extending_ = extend; }
   void SetKeeping(bool keep) override { keeping_ = keep; }
 
 private:
@@ -47,7 +49,7 @@ private:
   std::unique_ptr<Change> MakeChange(UNDOTYPE type, Node& node);
 
   Document& doc_;
-  bool open_ = false, keeping_ = true;
+  bool open_ = false, keeping_ = true, extending_ = false;
   bool joining_ = false, hasJoined_ = false; ///< the latest step is of those that are joined
   std::vector<std::unique_ptr<Change>> current_;
   std::deque<Step> done_, undone_;

@@ -92,7 +92,7 @@ TEST_F(Window, TakesAScanFromItsDropToASavedScene) {
           "for i in 1 2 3; do xdotool mousemove_relative 30 40; sleep 0.2; done\n"
           "xdotool mouseup 1; sleep 0.3; shot turned\n"
           "key ctrl+r; sleep 1; key Escape; shot unfinished\n"
-          "key ctrl+q; key Return; xdotool type --window $w kept; sleep 0.5; key Return"),
+          "key ctrl+d; key ctrl+q; key Return; xdotool type --window $w kept; sleep 0.5; key Return"),
       0)
       << TempFolder::Read(folder_ / "errors");
   EXPECT_EQ(Find(Picture("stopped"), 2).count, 0) << "nothing of a load that was stopped";
@@ -104,28 +104,34 @@ TEST_F(Window, TakesAScanFromItsDropToASavedScene) {
   EXPECT_NE(Find(Picture("turned"), 0).count, Find(Picture("back"), 0).count);
   EXPECT_GT(Black(Picture("unfinished")), 10000) << "what was not rendered";
   // Leaving asked, and its first answer saved.
-  EXPECT_TRUE(Holds(Kelvra({"info", folder_ / "kept.scene"}).out, "1,922 points"));
+  const std::string kept = Kelvra({"scene", folder_ / "kept.scene"}).out;
+  EXPECT_TRUE(Holds(kept, "long 1922")) << kept;
+  for (const char* name : {"squares", "squares.1"})
+    EXPECT_TRUE(Holds(kept, "parameter 1003 link {\"link\":\"" + std::string(name) + "\""))
+        << name << ": a copy brings the effect that renders it";
 }
 
 TEST_F(Window, OpensASceneThatConvertsRendersAndExplains) {
   // The module shows one point; all others are those that it was converted to.
-  ASSERT_EQ(Kelvra({"save", folder_ / "squares.xyz", "-o", folder_ / "kept.scene", "--set", "convert_mode=1",
+  ASSERT_EQ(Kelvra({"save", folder_ / "squares.xyz", "-o", folder_ / "kept.scene", "--set", "convert_mode=5",
                     "--set", "thin_view=100000"})
                 .status,
             0);
   KeepRenderWidth(240);
-  ASSERT_EQ(Run("kept.scene --size 900x600 --screenshot end.png",
-                "shot opened; key ctrl+r; shot rendered; point 600 300 click 1; shot explained\n"
-                "key Delete; key ctrl+q; key Escape; shot asked; key ctrl+z; key ctrl+q\n"
-                "for i in $(seq 20); do kill -0 $program 2>/dev/null || break; sleep 0.1; done\n"
-                "kill -0 $program 2>/dev/null && touch asked_again && key Right && key Return"),
-            0)
+  ASSERT_EQ(
+      Run("kept.scene --size 900x600 --screenshot end.png",
+          "shot opened; key ctrl+r; shot rendered; point 600 300 click 1; shot explained\n"
+          "point 410 40 click 1; key Delete; key ctrl+q; key Escape; shot asked; key ctrl+z; key ctrl+q\n"
+          "for i in $(seq 20); do kill -0 $program 2>/dev/null || break; sleep 0.1; done\n"
+          "kill -0 $program 2>/dev/null && touch asked_again && key Right && key Return"),
+      0)
       << TempFolder::Read(folder_ / "errors");
   EXPECT_GT(Find(Picture("opened"), 0).count, 300);
   EXPECT_GT(Find(Picture("rendered"), 1).count, 100) << "lit green points";
   EXPECT_LT(Black(Picture("rendered")), 10000);
   EXPECT_NE(Picture("explained").samples, Picture("rendered").samples);
   EXPECT_EQ(Picture("asked").width, 900) << "the window stayed when leaving was called off";
+  EXPECT_EQ(Find(Picture("asked"), 0).count, 0) << "particles go with the cloud that they came from";
   EXPECT_FALSE(std::filesystem::exists(folder_ / "asked_again")) << "undo led back to what is in the file";
 }
 

@@ -187,14 +187,17 @@ TEST_F(Undo, NewAndDeletedNodesComeAndGo) {
   BaseObject* holder = Add(Onull, "holder", nullptr, op);
   holder->GetDataInstance()->SetLink(1, op);
   Step(UNDOTYPE_NEW, op);
-  ASSERT_TRUE(doc_->StartUndo());
-  ASSERT_TRUE(doc_->AddUndo(UNDOTYPE_DELETE, op));
-  op->Remove();
-  BaseObject::Free(op);
-  ASSERT_TRUE(doc_->EndUndo());
-  EXPECT_EQ(Probe::freed, 0) << "the step keeps it";
-  EXPECT_EQ(holder->GetDataInstance()->GetLink(1, doc_), nullptr);
-  ASSERT_TRUE(doc_->DoUndo());
+  for (int round = 0; round < 2; ++round) {
+    op = first->GetNext();
+    ASSERT_TRUE(doc_->StartUndo());
+    ASSERT_TRUE(doc_->AddUndo(UNDOTYPE_DELETE, op));
+    op->Remove();
+    BaseObject::Free(op);
+    ASSERT_TRUE(doc_->EndUndo());
+    EXPECT_EQ(Probe::freed, 0) << "the step keeps it, also from a step that was undone";
+    EXPECT_EQ(holder->GetDataInstance()->GetLink(1, doc_), nullptr);
+    ASSERT_TRUE(doc_->DoUndo());
+  }
   EXPECT_EQ(first->GetNext(), holder->GetPred());
   EXPECT_EQ(holder->GetDataInstance()->GetLink(1, doc_), first->GetNext());
   ASSERT_TRUE(doc_->DoUndo());
@@ -203,6 +206,37 @@ TEST_F(Undo, NewAndDeletedNodesComeAndGo) {
   EXPECT_EQ(Text(first->GetNext()->GetName()), "op");
   ASSERT_TRUE(doc_->DoRedo());
   EXPECT_EQ(first->GetNext(), holder);
+}
+
+TEST_F(Undo, WhatFollowsFromAStepIsUndoneWithIt) {
+  { const host::Aftermath nothing(doc_); }
+  BaseObject* op = Add(kProbe, "op");
+  { // nobody can undo what came before the first step
+    const host::Aftermath aftermath(doc_);
+    Add(Onull, "first", nullptr, op);
+  }
+  EXPECT_FALSE(doc_->DoUndo());
+  Step(UNDOTYPE_CHANGE_SMALL, op);
+  NumberOf(op) = 7;
+  const LULONG state = host::PlaceInHistory(doc_).state;
+  {
+    const host::Aftermath aftermath(doc_);
+    Add(kProbe, "below", Add(Onull, "built", nullptr, op));
+    Step(UNDOTYPE_CHANGE_SMALL, op);
+    NumberOf(op) = 8;
+  }
+  EXPECT_EQ(host::PlaceInHistory(doc_).state, state);
+  for (int round = 0; round < 2; ++round) {
+    EXPECT_EQ(Text(op->GetNext()->GetName()), "built");
+    EXPECT_EQ(NumberOf(op), 8);
+    ASSERT_TRUE(doc_->DoUndo());
+    EXPECT_EQ(Text(op->GetNext()->GetName()), "first");
+    EXPECT_EQ(NumberOf(op), 0);
+    EXPECT_FALSE(doc_->DoUndo());
+    ASSERT_TRUE(doc_->DoRedo());
+  }
+  host::TakeBack(doc_);
+  EXPECT_FALSE(doc_->DoRedo());
 }
 
 TEST_F(Undo, OldStepsAreForgotten) {
