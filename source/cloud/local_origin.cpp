@@ -15,10 +15,10 @@ LReal ChooseOnAxis(LReal middle, LReal low, LReal high, LReal step) {
     return FloatStep(std::fmax(std::fabs(low - origin), std::fabs(high - origin))) <= step * kKeptPart;
   };
   if (isFine(0.0)) return 0.0;
-  const LReal near = FCut(middle, low, high);
+  const LReal nearest = FCut(middle, low, high);
   LReal origin = 0.0;
   for (const LReal unit : kUnits) {
-    origin = std::floor(near / unit + 0.5) * unit;
+    origin = std::floor(nearest / unit + 0.5) * unit;
     if (isFine(origin)) break;
   }
   return origin;

@@ -1,6 +1,7 @@
 #include "cloud/point_block.h"
 
 #include <cmath>
+#include <limits>
 #include <new>
 #include <utility>
 
@@ -123,23 +124,21 @@ void Shrink(T*& array, VLONG elements) {
 
 } // namespace
 
-namespace {
-
-Bool IsFinitePoint(const SReal* p) {
-  return std::isfinite(p[0]) && std::isfinite(p[1]) && std::isfinite(p[2]);
-}
-
-} // namespace
-
 LONG PointBlock::CountNotFinite() const {
   LONG found = 0;
   for (const SReal *p = positions, *end = p + (VLONG)count * 3; p < end; p += 3) found += !IsFinitePoint(p);
   return found;
 }
 
-Bool PointBlock::BoxHoldsPoints() const {
+Bool PointBlock::HasUsableBox() const {
+  constexpr LReal most = std::numeric_limits<SReal>::max();
   for (LONG axis = 0; axis < 3; ++axis)
-    if (!std::isfinite(box.min[axis]) || !std::isfinite(box.max[axis])) return FALSE;
+    if (!(std::abs(box.min[axis]) <= most) || !(std::abs(box.max[axis]) <= most)) return FALSE;
+  return TRUE;
+}
+
+Bool PointBlock::BoxHoldsPoints() const {
+  if (!HasUsableBox()) return FALSE;
   for (const SReal *p = positions, *end = p + (VLONG)count * 3; p < end; p += 3)
     for (LONG axis = 0; axis < 3; ++axis)
       if ((p[axis] < box.min[axis] || p[axis] > box.max[axis]) && IsFinitePoint(p)) return FALSE;

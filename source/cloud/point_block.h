@@ -8,6 +8,7 @@
 #include "cloud/source_record.h"
 
 #include <atomic>
+#include <cmath>
 
 namespace kelvra {
 
@@ -16,6 +17,11 @@ enum { kRealStepZ = 3 };
 
 /** Bits of PointBlock::Finish. */
 enum { kFinishRecomputeBox = 2 };
+
+/** Of stored coordinates. Others are kept, but never shown. */
+inline Bool IsFinitePoint(const SReal* p) {
+  return std::isfinite(p[0]) && std::isfinite(p[1]) && std::isfinite(p[2]);
+}
 
 /**
  * Owns its four arrays, which are all there with `count` points or all missing. Blocks that share arrays own
@@ -58,7 +64,9 @@ struct PointBlock {
 
   /** Number of points whose coordinates are not all finite; block and box stay as they are. */
   LONG CountNotFinite() const;
-  /** FALSE when a finite point lies outside the box, or the box itself is not finite. */
+  /** Are the box's corners numbers that points can have? */
+  Bool HasUsableBox() const;
+  /** FALSE when a finite point lies outside the box, or the box is not usable. */
   Bool BoxHoldsPoints() const;
 
   /** Counts positions and bounds, absolute so far, from an origin in file axes. */

@@ -77,6 +77,8 @@ public:
   }
   DWORD Count() const { return count_; }
   char* Bytes() { return bytes_; }
+  /** What the library hands back with each status; sending names it again, as 0 would replace it. */
+  DWORD_PTR Context() const { return context_; }
 
   /** The request tells it, on threads of the library, until its handle is closed. */
   static bool Attach(HINTERNET request, const std::shared_ptr<Pending>& pending) {
@@ -88,6 +90,7 @@ public:
       return false;
     auto* shared = new std::shared_ptr<Pending>(pending);
     DWORD_PTR context = (DWORD_PTR)shared;
+    pending->context_ = context;
     if (!WinHttpSetOption(request, WINHTTP_OPTION_CONTEXT_VALUE, &context, sizeof context)) {
       delete shared;
       return false;
@@ -122,6 +125,7 @@ private:
   }
 
   HANDLE done_;
+  DWORD_PTR context_ = 0;
   DWORD status_ = 0, count_ = 0; ///< written before the event, read after it
   char bytes_[kReadBytes];       ///< the library may fill it even after the caller gave up
 };
@@ -157,7 +161,8 @@ bool Send(HINTERNET request, const HttpStep& step, const Deadline& deadline, con
                    WINHTTP_DISABLE_REDIRECTS | WINHTTP_DISABLE_COOKIES | WINHTTP_DISABLE_AUTHENTICATION) &&
          SetNumber(request, WINHTTP_OPTION_MAX_RESPONSE_HEADER_SIZE, (DWORD)kMostHeadBytes) &&
          SetNumber(request, WINHTTP_OPTION_RECEIVE_RESPONSE_TIMEOUT, left) &&
-         WinHttpSendRequest(request, WINHTTP_NO_ADDITIONAL_HEADERS, 0, WINHTTP_NO_REQUEST_DATA, 0, 0, 0) &&
+         WinHttpSendRequest(request, WINHTTP_NO_ADDITIONAL_HEADERS, 0, WINHTTP_NO_REQUEST_DATA, 0, 0,
+                            pending.Context()) &&
          pending.Wait((DWORD)connect, WINHTTP_CALLBACK_STATUS_SENDREQUEST_COMPLETE) &&
          WinHttpReceiveResponse(request, NULL) &&
          pending.Wait(deadline.Left(), WINHTTP_CALLBACK_STATUS_HEADERS_AVAILABLE);

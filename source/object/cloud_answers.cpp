@@ -203,6 +203,17 @@ void DescribeSeen(const PointStore& store, const LVector& origin, LONG number, K
 
 } // namespace
 
+LONG NumberAmongAll(const PointStore& store, LONG number) {
+  LONG all = 0;
+  store.VisitBlocks([&](const PointBlock& block, VLONG) {
+    const SReal* p = block.positions;
+    for (LONG i = 0; i < block.count; ++i, ++all, p += 3)
+      if (IsFinitePoint(p) && number-- == 0) return false;
+    return true;
+  });
+  return all;
+}
+
 String DescribePoint(const PointStore& store, const LVector& origin, LONG number) {
   String text;
   store.VisitBlocks([&](const PointBlock& block, VLONG) {

@@ -32,9 +32,11 @@ const PointStore* StoreOf(BaseObject* op) {
   return cloud ? &cloud->store : NULL;
 }
 
-String DescribeStoredPoint(BaseObject* op, LONG number) {
+String DescribeStoredPoint(BaseObject* op, LONG number, LONG leftOut) {
   const PointStore* store = op ? StoreOf(op) : NULL;
-  return store ? DescribePoint(*store, OriginOf(op), number) : String();
+  if (!store) return String();
+  if (leftOut > 0) number = NumberAmongAll(*store, number);
+  return DescribePoint(*store, OriginOf(op), number);
 }
 
 RENDERRESULT GatherOne(VoxelData& data, BaseVideoPost* post, const VideoPostStruct& vps) {

@@ -31,8 +31,13 @@ namespace {
  * that no block can have, or without arrays, would be read from memory that is not there.
  */
 void DropBadBlocks(PointGroup& group) {
-  for (VLONG i = group.blocks.GetCount() - 1; i >= 0; --i)
-    if (!group.blocks[i].IsWhole()) group.blocks.Remove(i);
+  for (VLONG i = group.blocks.GetCount() - 1; i >= 0; --i) {
+    PointBlock& block = group.blocks[i];
+    if (!block.IsWhole())
+      group.blocks.Remove(i);
+    else if (!block.HasUsableBox())
+      block.Finish(kFinishRecomputeBox);
+  }
 }
 
 constexpr LONG kDefaultBudget = 100; ///< millions, where the object has no entry

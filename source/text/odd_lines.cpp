@@ -35,8 +35,8 @@ bool IsBlank(char c) {
   return c == ' ' || (c >= '\t' && c <= '\r');
 }
 bool IsLetter(char c) {
-  const char small = (char)(c | 0x20);
-  return small >= 'a' && small <= 'z';
+  const char lower = (char)(c | 0x20);
+  return lower >= 'a' && lower <= 'z';
 }
 
 struct Field {

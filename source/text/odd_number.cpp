@@ -15,8 +15,8 @@ bool IsDigit(char c) {
   return c >= '0' && c <= '9';
 }
 int HexDigit(char c) {
-  const char small = Small(c);
-  return IsDigit(c) ? c - '0' : small >= 'a' && small <= 'f' ? small - 'a' + 10 : -1;
+  const char lower = Small(c);
+  return IsDigit(c) ? c - '0' : lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
 }
 
 /** Where the text goes on after a word, or p itself. */

@@ -80,7 +80,7 @@ private:
 
   /** The part of a line that is held is too long for a point: the line is rejected when its end comes. */
   void Drop() {
-    if (result_.firstLine.empty() && !skipping_) Remember(buffer_.get(), held_);
+    if (!skipping_) Remember(buffer_.get(), held_);
     bytesDone_ += (std::int64_t)held_;
     held_ = 0;
     skipping_ = true;
@@ -108,7 +108,7 @@ private:
     if (t != 0) {
       ++result_.thinned;
     } else {
-      if (result_.firstLine.empty()) Remember(line, length);
+      Remember(line, length);
       if (tooLong) {
         Reject();
       } else if (!Parse(line, (std::int32_t)length)) {
@@ -122,7 +122,9 @@ private:
     Progress();
   }
 
+  /** Only a file that gives no point is described by its first line; with points held nothing may throw. */
   void Remember(const char* line, std::size_t length) {
+    if (!result_.firstLine.empty() || result_.points) return;
     std::size_t end = std::min(length, kShownBytes);
     // A UTF-8 character has at most three bytes after its first; none is cut.
     for (int step = 0; step < 3 && end < length && ((unsigned char)line[end] & 0xC0) == 0x80; ++step) --end;

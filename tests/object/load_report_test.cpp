@@ -113,6 +113,8 @@ TEST_F(LoadReportTest, ValuesThatCannotBeTrueAreLoadedAndReported) {
   kelvra::PointBlock& block = store.groups[0].blocks[0];
   block.positions[4] = std::numeric_limits<SReal>::quiet_NaN();
   EXPECT_EQ(kelvra::CheckStored(store).at(0).notes.size(), 1u) << "the box still holds what is finite";
+  block.box.max.y = 1e300;
+  EXPECT_EQ(kelvra::CheckStored(store).at(0).notes.size(), 2u) << "no point can lie there";
   block.positions[0] = -3.0f;
   const std::vector<kelvra::LoadReport> found = kelvra::CheckStored(store);
   ASSERT_EQ(found.size(), 1u);

@@ -106,6 +106,14 @@ TEST_F(Explanation, ListsHitsFromNearToFarAndBlendsAsThePictureDoes) {
   EXPECT_GT(explained, 12);
 }
 
+TEST_F(Explanation, NumbersThePointsOfTheStore) {
+  Add({{Vector(40, 0, 0)}, {Vector(50, 0, 0)}, {Vector(60, 0, 0)}, {Vector()}});
+  SReal* stored = kelvra::GetCloudData(op_)->store.groups[0].blocks[0].positions;
+  stored[0] = stored[7] = std::numeric_limits<SReal>::quiet_NaN(); // as a damaged scene has them
+  const std::string text = Explain(16, 16);
+  EXPECT_NE(text.find(", point 3 of 4, at 0 0 0"), std::string::npos) << text;
+}
+
 TEST_F(Explanation, IsOnlyGivenWhileAFrameIsRendered) {
   Add({{Vector()}});
   EXPECT_FALSE(Explain(16, 16).empty());

@@ -138,11 +138,18 @@ private:
   Bool whole_ = TRUE;
 };
 
+/** None is empty, as where memory was refused for it. */
+Bool AllKnown(const UniformNames& uniforms) {
+  for (const GlString& name : uniforms.names)
+    if (name.GetLength() == 0) return FALSE;
+  return TRUE;
+}
+
 } // namespace
 
-Bool BuildPointProgram(GlProgramFactory* factory, UniformNames& uniforms) {
+Bool BuildPointProgram(GlProgramFactory* factory, UniformNames& known) {
   if (factory->IsProgram(CompiledProgram)) {
-    if (uniforms.names[kPointSize].GetLength() > 0) return TRUE;
+    if (AllKnown(known)) return TRUE;
     // Undo gave the node the data of its copy, which does not know this program's names: build it again.
     factory->DestroyPrograms();
   }
@@ -154,12 +161,10 @@ Bool BuildPointProgram(GlProgramFactory* factory, UniformNames& uniforms) {
   factory->AddErrorHandler(&PrintError);
 
   // Declare the uniforms, and keep the names that the factory gives them.
-  Bool named = TRUE;
-  for (LONG i = 0; i < kUniformCount; ++i) {
+  UniformNames uniforms;
+  for (LONG i = 0; i < kUniformCount; ++i)
     uniforms.names[i] =
         factory->AddUniformParameter(kDeclarations[i].program, kDeclarations[i].type, kDeclarations[i].name);
-    named = named && uniforms.names[i].GetLength() > 0;
-  }
 
   // End the header. Neither the variable nor the name is used; both are part of the text that is cached.
   const Bool begun = AddLine(factory, VertexProgram, {"vec3 ranv;"});
@@ -173,7 +178,12 @@ Bool BuildPointProgram(GlProgramFactory* factory, UniformNames& uniforms) {
   vertex.Falloff();
   const Bool ended = AddLine(factory, FragmentProgram, {"ocolor = icolor;"});
   // The host caches a program for good: one that lacks a line is never compiled.
-  return named && begun && headed && vertex.Whole() && ended && factory->CompilePrograms();
+  if (!AllKnown(uniforms) || !begun || !headed || !vertex.Whole() || !ended || !factory->CompilePrograms())
+    return FALSE;
+  // Programs of other views go by the names that are known: one that fails must not replace them.
+  for (LONG i = 0; i < kUniformCount; ++i)
+    if (known.names[i].Compare(uniforms.names[i]) != 0) known.names[i] = uniforms.names[i];
+  return AllKnown(known);
 }
 
 void SetUniform(GlProgramFactory* factory, const GlString& name, const GeData& value, BaseContainer*) {

@@ -167,12 +167,12 @@ Searched SearchByFour(const LaneRay& ray, const SearchedItems& items, ULONG room
   }
   for (ULONG first = 0; first < items.groups && found.met <= room; first += 8) {
     const PackedEight& bounds = items.Bounds()[first / 8];
-    const LaneBits near = Both(lanes.TestBounds(Lanes(bounds, 0)), lanes.TestBounds(Lanes(bounds, 4)));
+    const LaneBits close = Both(lanes.TestBounds(Lanes(bounds, 0)), lanes.TestBounds(Lanes(bounds, 4)));
     const ULONG used = UsedGroups(items, first);
-    found.met += kGroupItems * BitCount(near.met & ~near.showing & used);
+    found.met += kGroupItems * BitCount(close.met & ~close.showing & used);
     found.fours += 2;
-    for (ULONG group = 0; (near.showing & used) >> group != 0 && found.met <= room; ++group) {
-      if ((near.showing >> group & 1) == 0) continue;
+    for (ULONG group = 0; (close.showing & used) >> group != 0 && found.met <= room; ++group) {
+      if ((close.showing >> group & 1) == 0) continue;
       const PackedEight& eight = items.Groups()[first + group];
       const LaneBits bits = Both(lanes.Test(Lanes(eight, 0)), lanes.Test(Lanes(eight, 4)));
       found.met += BitCount(bits.met);
@@ -292,19 +292,19 @@ KELVRA_EIGHT Searched SearchByEight(const LaneRay& ray, const SearchedItems& ite
   ULONG groups[kMany + 8];
   for (ULONG first = 0; first < items.groups && found.met <= room; first += kMany) {
     const ULONG end = std::min(first + kMany, items.groups);
-    ULONG near = 0;
+    ULONG nearby = 0;
     for (ULONG at = first; at < end; at += 8) {
       const LaneBits bits = lanes.TestBounds(items.Bounds()[at / 8]);
       const ULONG used = UsedGroups(items, at);
       found.met += kGroupItems * BitCount(bits.met & ~bits.showing & used);
       found.fours += 2;
-      AppendEight(bits.showing & used, at, groups, &near);
+      AppendEight(bits.showing & used, at, groups, &nearby);
     }
-    for (ULONG i = 0; i < near; ++i) {
+    for (ULONG i = 0; i < nearby; ++i) {
       Prefetch(&items.Groups()[groups[i]], 2);
       Prefetch(items.numbers + groups[i] * kGroupItems, 1);
     }
-    for (ULONG i = 0; i < near && found.met <= room; ++i) {
+    for (ULONG i = 0; i < nearby && found.met <= room; ++i) {
       const LaneBits bits = lanes.Test(items.Groups()[groups[i]]);
       found.met += BitCount(bits.met);
       found.fours += 2;

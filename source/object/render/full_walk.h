@@ -201,11 +201,11 @@ private:
   /** Groups are out of order: sort what passes. Where it is too much, all items take the exact test. */
   bool LookThroughGroups(const CellSpan& span, const LaneRay& lanes) {
     if (!MakeRoom(kRoom)) return false;
-    ULONG* const near = near_ + nearEnd_;
-    const Searched found = SearchItems(lanes, frame_.ItemsOf(span), kRoom, near);
+    ULONG* const meeting = near_ + nearEnd_;
+    const Searched found = SearchItems(lanes, frame_.ItemsOf(span), kRoom, meeting);
     counts.quickTests += found.fours;
     if (found.met > kRoom) return TestAll(span);
-    std::sort(near, near + found.showing);
+    std::sort(meeting, meeting + found.showing);
     return Take(found.showing);
   }
 

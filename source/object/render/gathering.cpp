@@ -210,6 +210,8 @@ RENDERRESULT Gather(VoxelData& data, const Source& collected, BaseVideoPost* pos
     AddCloud(*store, settings.GetReal(KELVRA_OBJECT_SIZE), adder, count);
   else
     AddGeometry(source.op, adder, count);
+  RenderObjectRecord& kept = data.records.data[index];
+  kept.leftOut = count - (LONG)(data.items.size - kept.firstItem);
   return adder.result;
 }
 

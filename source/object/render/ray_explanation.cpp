@@ -84,7 +84,7 @@ public:
           shaded_, hit.item, hit.entry, hit.exit, shaded.opacity, shaded.weight, color.x, color.y, color.z,
           shaded.left);
     const RenderObjectRecord& record = data_.records.data[data_.items.data[hit.item].recordIndex];
-    const String point = describe_(record.source, (LONG)hit.item - record.firstItem);
+    const String point = describe_(record.source, (LONG)hit.item - record.firstItem, record.leftOut);
     if (point.Content()) text_ += "     " + point + "\n";
   }
   void End(const TracedLight& light) {

@@ -7,9 +7,11 @@
 
 namespace kelvra {
 
-/** What a person should know about one of an object's points: its file, its place there; empty for nothing.
+/**
+ * What a person should know about one of an object's points: its file, its place there; empty for nothing.
+ * `number` counts the rendered points; `leftOut` of the object's points are not.
  */
-typedef String (*PointDescriber)(BaseObject* source, LONG number);
+typedef String (*PointDescriber)(BaseObject* source, LONG number, LONG leftOut);
 
 /** Traces the ray as the renderer would and writes each step. FALSE while nothing is rendered. */
 Bool ExplainRay(const RenderScene& scene, PointDescriber describe, KelvraRayExplanation& explanation);

@@ -23,11 +23,11 @@ Bool ClipToBox(const RaySegment& ray, const LReal boxMin[3], const LReal boxMax[
       continue;
     }
     // Find where the line enters and leaves the slab, and keep what lies in all slabs so far.
-    LReal near = (boxMin[axis] - ray.start[axis]) * ray.inverseDelta[axis];
-    LReal far = (boxMax[axis] - ray.start[axis]) * ray.inverseDelta[axis];
-    if (near > far) std::swap(near, far);
-    if (near > range->entry) range->entry = near;
-    if (far < range->exit) range->exit = far;
+    LReal enter = (boxMin[axis] - ray.start[axis]) * ray.inverseDelta[axis];
+    LReal leave = (boxMax[axis] - ray.start[axis]) * ray.inverseDelta[axis];
+    if (enter > leave) std::swap(enter, leave);
+    if (enter > range->entry) range->entry = enter;
+    if (leave < range->exit) range->exit = leave;
     if (!(range->entry <= range->exit)) return FALSE;
   }
   return TRUE;

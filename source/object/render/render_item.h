@@ -50,9 +50,11 @@ struct RenderObjectRecord {
   LReal transparency = 0.0;
   LReal falloffBias = 0.5;
 
-  // Where the items come from, for explanations: their object, and the number of the first of them.
+  // Where the items come from, for explanations: their object, the number of the first of them, and how many
+  // points became none because their place is not finite.
   BaseObject* source = NULL;
   LONG firstItem = 0;
+  LONG leftOut = 0;
 
   /** Opacity across the disc is x ^ p, x = 1 - place; this is p, rounded up. Set when the grid is built. */
   LONG falloffPower = 1;
