@@ -104,6 +104,16 @@ TEST(Info, DescribesFilesThatLieFarApartAsIfEachWereLoadedAlone) {
   EXPECT_EQ(both["points"], 5);
 }
 
+TEST(Info, WarnsOfWhatIsHardlyMeant) {
+  const TempFolder folder;
+  const std::string grid = folder.Write("grid.asc", "ncols 3\nnrows 2\n1 2 3\n4 5 6\n");
+  const Result result = Kelvra({"info", "--quiet", grid});
+  EXPECT_EQ(result.status, 0);
+  EXPECT_TRUE(Holds(result.err, "line 1 announces an Esri grid")) << result.err;
+  EXPECT_TRUE(Holds(Kelvra({"info", grid, folder / "./grid.asc"}).out, ": given twice (also as " + grid))
+      << "a file has more names than one";
+}
+
 TEST(Save, SceneReopensWithTheSamePointsAndText) {
   const TempFolder folder;
   const std::string cloud = folder.Write("c.xyz", kPoints), scene = folder / "c.scene";
