@@ -94,10 +94,10 @@ TEST(Info, LoadsTablesOfAFolderAndNamesWhatIsNoCloudInOneLine) {
 
 TEST(Info, DescribesFilesThatLieFarApartAsIfEachWereLoadedAlone) {
   const TempFolder folder;
-  const std::string near = folder.Write("near.xyz", kPoints),
-                    far = folder.Write("far.xyz", "700000.125 6500000 5\n700010 6500020.375 7\n");
-  const nlohmann::json alone = Kelvra({"info", "--json", far}).Json()["files"][0],
-                       both = Kelvra({"info", "--json", near, far}).Json();
+  const std::string local = folder.Write("local.xyz", kPoints),
+                    remote = folder.Write("remote.xyz", "700000.125 6500000 5\n700010 6500020.375 7\n");
+  const nlohmann::json alone = Kelvra({"info", "--json", remote}).Json()["files"][0],
+                       both = Kelvra({"info", "--json", local, remote}).Json();
   for (const char* fact : {"box", "scene_box", "step", "spacing"})
     EXPECT_EQ(both["files"][1][fact], alone[fact]) << fact;
   EXPECT_TRUE(both["scene_box"].is_null());

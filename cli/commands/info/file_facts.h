@@ -21,8 +21,10 @@ std::string BoxText(const host::Box& box, double step);
 /** The same as JSON, without digits that neither the floats nor their origin had; null without a box. */
 nlohmann::json BoxJson(const host::Box& box, double step);
 
-/** `points` are those of the file, or null. One line each: kind and coordinate system; the boxes; points of
- * each class where they were counted. */
+/**
+ * One line each: kind and coordinate system; the boxes; points of each class where they were counted.
+ * `points` are those of the file, or null.
+ */
 std::vector<std::string> FactLines(const FileReport& report, const BlockStats* points);
 
 /** All of it, and how the load went. */
