@@ -154,7 +154,8 @@ RenderScene PrepareScene(CloudSession& session, const RenderPlan& plan) {
   for (BaseObject* op = session.Document()->GetFirstObject(); op; op = op->GetNext())
     hasLight = hasLight || op->GetType() == Olight;
   const bool onlySun = !hasLight && plan.lights.size() == 1 && plan.lights[0].type != RT_LT_AMBIENT;
-  if (onlySun) scene.notes.push_back("without other light shade is black (--light ambient:0.5 brightens it)");
+  if (onlySun)
+    scene.notes.push_back("without other light, shade is black (--light ambient:0.5 brightens it)");
   // A scene keeps its own lights unless others are asked for.
   if (!plan.lights.empty() || !hasLight)
     AddLights(session.Document(), plan.lights.empty() ? DefaultLights() : plan.lights);
