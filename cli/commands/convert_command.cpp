@@ -37,13 +37,14 @@ const struct Mode {
   LONG value;
   long long bytes; ///< that one point takes while it is converted
   bool lines;      ///< standard output gets them as OBJ, points as PLY
+  bool colors;     ///< of the points; the result has them too
 } kModes[] = {
-    {"point", KELVRA_CONVERT_MODE_POINTS, sizeof(Vector) + 3 * sizeof(SReal), false},
-    {"hair", KELVRA_CONVERT_MODE_HAIR, 3 * sizeof(Vector), true},
+    {"point", KELVRA_CONVERT_MODE_POINTS, sizeof(Vector) + 3 * sizeof(SReal), false, true},
+    {"hair", KELVRA_CONVERT_MODE_HAIR, 3 * sizeof(Vector), true, false},
     {"particles", KELVRA_CONVERT_MODE_THINKING_PARTICLES,
-     sizeof(host::ParticleSlot) + sizeof(Vector) + 3 * sizeof(SReal), false},
-    {"emitter", KELVRA_CONVERT_MODE_EMITTER, sizeof(host::EmitterParticle), false},
-    {"spline", KELVRA_CONVERT_MODE_SPLINE, sizeof(Vector) + sizeof(Segment), true},
+     sizeof(host::ParticleSlot) + sizeof(Vector) + 3 * sizeof(SReal), false, false},
+    {"emitter", KELVRA_CONVERT_MODE_EMITTER, sizeof(host::EmitterParticle), false, true},
+    {"spline", KELVRA_CONVERT_MODE_SPLINE, sizeof(Vector) + sizeof(Segment), true, false},
 };
 
 struct ConvertOptions {
@@ -222,6 +223,18 @@ bool Build(CloudSession& session, double points) {
   return tree.elements > 0 || points < 1.0;
 }
 
+/** Says so where the result is written without the colours that the points have. */
+void NoteLostColors(const CloudSession& session, const ConvertOptions& options) {
+  const std::vector<BaseObject*> clouds = session.Clouds();
+  const bool colored = std::any_of(clouds.begin(), clouds.end(), [](BaseObject* cloud) {
+    CloudStats stats;
+    return ReadCloudStats(cloud, &stats) && stats.HasColor();
+  });
+  if (colored && !options.mode->colors && !(options.output.empty() && options.scene.empty()))
+    Line(std::cout) << "--mode " << options.mode->name
+                    << ": the result does not have the points' colours (point and emitter keep them)";
+}
+
 int RunConvert(const ConvertOptions& options) {
   CheckOutputs(options);
   CloudSession session(options.input.faults);
@@ -233,6 +246,7 @@ int RunConvert(const ConvertOptions& options) {
   const double points = PointsToConvert(session);
   Announce(*options.mode, points);
   const bool built = Build(session, points);
+  NoteLostColors(session, options);
   const std::size_t clouds = session.Clouds().size();
   if (!options.output.empty()) {
     if (clouds > 1)

@@ -10,6 +10,7 @@
 #include "cli/system/silence.h"
 #include "cli/text/format.h"
 #include "cli/text/line.h"
+#include "otallyframe.h"
 
 #include <algorithm>
 #include <iostream>
@@ -43,6 +44,8 @@ Totals Total(const CloudSession& session) {
     if (!ReadCloudStats(cloud, &stats)) continue;
     total.points += stats.Points();
     total.blocks += (long long)stats.blocks.size();
+    // Other colours than the file's say nothing about those.
+    for (BlockStats& block : stats.blocks) block.hasColor |= session.WasSet(KELVRA_LOAD_COLOR);
     total.blockStats.insert(total.blockStats.end(), stats.blocks.begin(), stats.blocks.end());
     total.groups += stats.groups;
     const host::Box box = stats.FileBounds();
@@ -55,25 +58,25 @@ Totals Total(const CloudSession& session) {
   return total;
 }
 
-/** Each file's place in the scene: that of the next block that came from it. */
-std::vector<SceneBox> ScenePlaces(const CloudSession& session, const Totals& total) {
-  std::vector<SceneBox> places;
+/** The points of each file: the next block that came from it, or null. */
+std::vector<const BlockStats*> BlocksOfFiles(const CloudSession& session, const Totals& total) {
+  std::vector<const BlockStats*> blocks;
   std::size_t next = 0;
   for (const FileReport& report : session.Reports()) {
     std::size_t block = next;
     while (block < total.blockStats.size() && total.blockStats[block].source != report.path) ++block;
     const bool found = !report.facts.box.IsEmpty() && block < total.blockStats.size();
-    places.push_back(found ? total.blockStats[block].shown : SceneBox());
+    blocks.push_back(found ? &total.blockStats[block] : nullptr);
     if (found) next = block + 1;
   }
-  return places;
+  return blocks;
 }
 
 void PrintJson(const CloudSession& session, const Totals& total) {
   const ResultTree tree = DescribeTree(session.Document());
   nlohmann::json files = nlohmann::json::array();
-  const std::vector<SceneBox> places = ScenePlaces(session, total);
-  for (std::size_t i = 0; i < places.size(); ++i) files.push_back(FactsJson(session.Reports()[i], places[i]));
+  const std::vector<const BlockStats*> blocks = BlocksOfFiles(session, total);
+  for (std::size_t i = 0; i < blocks.size(); ++i) files.push_back(FactsJson(session.Reports()[i], blocks[i]));
   const nlohmann::json info = {{"points", total.points},
                                {"groups", total.groups},
                                {"blocks", total.blocks},
@@ -102,15 +105,15 @@ void PrintSceneBox(const Totals& total) {
 }
 
 void PrintText(const CloudSession& session, const Totals& total, bool verbose) {
-  const std::vector<SceneBox> places = ScenePlaces(session, total);
-  for (std::size_t i = 0; i < places.size(); ++i) {
+  const std::vector<const BlockStats*> blocks = BlocksOfFiles(session, total);
+  for (std::size_t i = 0; i < blocks.size(); ++i) {
     const FileReport& report = session.Reports()[i];
     if (!report.strayIn.empty()) continue;
     PrintReport(report, verbose);
     // A problem's line went to standard error: without a name its facts would seem to be those of the file
     // above.
-    std::string start = report.outcome == FileOutcome::Whole ? "  " : report.path + ": ";
-    for (const std::string& line : FactLines(report, places[i])) {
+    std::string start = IsProblem(report) ? report.path + ": " : "  ";
+    for (const std::string& line : FactLines(report, blocks[i])) {
       Line(std::cout) << start << line;
       start = "  ";
     }

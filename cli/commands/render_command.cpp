@@ -145,12 +145,15 @@ PictureOrigin NewOrigin(const RenderPlan& plan, const nlohmann::json& options) {
 int RunRender(const RenderPlan& plan, const nlohmann::json& options) {
   CloudSession session(plan.input.faults);
   session.Open(plan.input.files, plan.input.settings, plan.input.trust);
-  if (!plan.pixel) PrintReports(session, plan.input.verbose);
+  if (!plan.pixel)
+    PrintReports(session, plan.input.verbose);
+  else
+    PrintProblems(session, plan.input.verbose);
   session.RequireContent();
   WarnOfIgnored(session, Purpose::Render);
   try {
     RenderScene scene = PrepareScene(session, plan);
-    for (const std::string& line : scene.notes) Line(std::cout) << line;
+    PrintNotes(scene);
     if (plan.pixel) return Explain(session, scene.render, plan);
     if (!plan.record.empty()) EnableRecorder(session.Document(), plan.record);
     return RenderFrames(session, scene.render, plan, NewOrigin(plan, options));
@@ -165,6 +168,7 @@ Run AddRender(CLI::App& command) {
   const auto plan = std::make_shared<RenderPlan>();
   AddRenderOptions(command, *plan);
   return [plan, &command] {
+    CheckFiles(*plan);
     const nlohmann::json options = PictureOptions(command);
     if (!plan->pixelOf.empty()) {
       const PictureOrigin origin = OriginOf(plan->pixelOf);

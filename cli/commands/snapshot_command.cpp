@@ -5,6 +5,7 @@
 #include "cli/commands/output/file_reports.h"
 #include "cli/commands/output/output_file.h"
 #include "cli/commands/output/result_tree.h"
+#include "cli/commands/output/unseen_points.h"
 #include "cli/commands/snapshot/first_look.h"
 #include "cli/commands/snapshot/legend.h"
 #include "cli/session/cloud_extent.h"
@@ -91,10 +92,14 @@ int RunSnapshot(const SnapshotPlan& plan) {
   Scenery scenery;
   std::string apart;
   scenery.eyeDome = look.eyeDome;
-  scenery.camera = CameraFor(session, plan.view, ExtentOf(session, plan.clones, &apart), plan.turntable > 0);
+  const WorldExtent extent = ExtentOf(session, plan.clones, &apart);
+  scenery.camera = CameraFor(session, plan.view, extent, plan.turntable > 0);
   if (!apart.empty() && !plan.view.camera) look.notes.push_back(apart);
   FitPointSizes(session, scenery.camera, plan.view, &look.notes);
   for (const std::string& note : look.notes) Line(std::cout) << note;
+  const std::string unseen = WhyUnseen(session, Drawing::Viewport, scenery.camera, extent,
+                                       (double)plan.view.size.width / plan.view.size.height);
+  if (!unseen.empty() && plan.turntable == 0) Line(std::cerr) << unseen;
   if (plan.view.print) Line(std::cout) << CameraText(session, plan.view, scenery.camera);
 
   for (BaseObject* cloud : session.Clouds())

@@ -29,9 +29,13 @@ std::string ColorIfPlain(CloudSession& session, BaseObject* cloud, bool upIsY) {
   if (upIsY) data->SetBool(KELVRA_COLOR_UP_IS_Y, TRUE);
   // Coloured as it was loaded, when z was up.
   if (upIsY && chosen == KELVRA_LOAD_COLOR_HEIGHT) session.App().PressButton(cloud, KELVRA_COLOR_AGAIN);
-  if (chosen != KELVRA_LOAD_COLOR_FILE) return std::string();
+  // Colours that a file has no values for stay as they were, and some have none either.
+  const bool missing =
+      chosen != KELVRA_LOAD_COLOR_FILE && chosen != KELVRA_LOAD_COLOR_HEIGHT && stats.IsBlack();
+  if (chosen != KELVRA_LOAD_COLOR_FILE && !missing) return std::string();
   // Present although it says what is usual: somebody wants it so.
-  if (data->FindIndex(KELVRA_LOAD_COLOR) != NOTOK || stats.HasColor()) return RampWithoutEffect(session);
+  if (!missing && (data->FindIndex(KELVRA_LOAD_COLOR) != NOTOK || stats.HasColor()))
+    return RampWithoutEffect(session);
   session.App().PressButton(cloud, KELVRA_COLOR_AGAIN);
   const double from = RealParameter(cloud, KELVRA_RAMP_FROM), to = RealParameter(cloud, KELVRA_RAMP_TO);
   const int decimals = DecimalsFor(to - from);

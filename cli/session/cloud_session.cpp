@@ -18,6 +18,7 @@
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
+#include <map>
 #include <stdexcept>
 
 namespace fs = std::filesystem;
@@ -145,6 +146,7 @@ void CloudSession::LoadAll() {
     else
       LoadCloud(file);
   }
+  NoteRepeated();
   loadSeconds_ = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
   // A scene's own objects take the settings too; without any object a wrong setting is still an error.
   if (!target_) {
@@ -153,6 +155,19 @@ void CloudSession::LoadAll() {
     if (Clouds().empty() && !settings_.empty()) target_ = NewCloud();
   }
   if (target_) target_->SetParameter(DescID(KELVRA_THIN_VIEW), GeData(thinView_), DESCFLAGS_SET_0);
+}
+
+void CloudSession::NoteRepeated() {
+  std::map<fs::path, std::string> known;
+  for (const FileReport& report : reports_) {
+    std::error_code failed;
+    const fs::path file = fs::canonical(fs::u8path(report.path), failed);
+    if (failed || report.points == 0 || known.emplace(file, report.path).second) continue;
+    const std::string& first = known[file];
+    notes_.push_back(report.path + ": given twice" +
+                     (first == report.path ? "" : " (also as " + first + ")") +
+                     ", so that its points are there twice");
+  }
 }
 
 void CloudSession::OpenScene(const std::string& path) {

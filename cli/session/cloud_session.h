@@ -76,6 +76,7 @@ public:
 
 private:
   void LoadAll();
+  void NoteRepeated();
   void OpenScene(const std::string& path);
   void LoadFolder(const std::string& folder);
   void LoadCloud(const std::string& path);

@@ -32,6 +32,10 @@ bool CloudStats::HasColor() const {
   return std::any_of(blocks.begin(), blocks.end(), [](const BlockStats& block) { return block.hasColor; });
 }
 
+bool CloudStats::IsBlack() const {
+  return std::all_of(blocks.begin(), blocks.end(), [](const BlockStats& block) { return block.isBlack; });
+}
+
 namespace {
 
 /** What the answer points to is the object's, and stays until it is asked again. */
@@ -52,6 +56,7 @@ BlockStats StatsOf(const KelvraBlockReport& block) {
   stats.source = block.source;
   stats.fitted = block.fitted != 0;
   stats.hasColor = block.hasColor != 0;
+  stats.isBlack = block.isBlack != 0;
   return stats;
 }
 
@@ -88,7 +93,10 @@ FileFacts FactsOf(const KelvraLoadReport& file) {
 FileReport ReportOf(const KelvraLoadReport& file) {
   FileReport report{file.path, file.kept, file.line, OutcomeOf(file), {}, file.cut, FactsOf(file)};
   for (LONG i = 0; i < file.noteCount; ++i)
-    if (file.notes[i].severity == KELVRA_NOTE_INFO) report.details.push_back(file.notes[i].text);
+    if (file.notes[i].severity == KELVRA_NOTE_INFO)
+      report.details.push_back(file.notes[i].text);
+    else
+      report.doubtful = true;
   return report;
 }
 

@@ -17,6 +17,7 @@ struct BlockStats {
   host::Box shown;       ///< in the object's coordinates and axes
   bool fitted = false;   ///< to the object's size
   bool hasColor = false; ///< from the file, and more than one grey
+  bool isBlack = false;  ///< all points, or as dark as those without colours
 };
 
 struct CloudStats {
@@ -29,6 +30,7 @@ struct CloudStats {
   /** Distance of neighbouring stored coordinates where it is largest. */
   double Step() const;
   bool HasColor() const;
+  bool IsBlack() const;
 };
 
 /** How loading a file turned out. Empty, Refused and Stopped gave no points. */
@@ -54,7 +56,8 @@ struct FileReport {
   std::vector<std::string> details; ///< findings that the line leaves out
   LONG cut = 0;                     ///< KELVRA_CUT_...: why points are missing
   FileFacts facts;
-  std::string strayIn; ///< the folder that was loaded, for a file in it that is no point cloud
+  bool doubtful = false; ///< loaded, but with a warning that a user should not miss
+  std::string strayIn;   ///< the folder that was loaded, for a file in it that is no point cloud
 };
 
 /** Asks an object of any kind. False when it is not a point cloud or could not answer. */

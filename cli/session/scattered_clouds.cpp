@@ -17,17 +17,13 @@ struct Cloud {
   bool fitted = false;
 };
 
-std::vector<Cloud> CloudsOf(const CloudSession& session) {
-  std::vector<Cloud> clouds;
-  for (BaseObject* object : session.Clouds()) {
-    CloudStats stats;
-    if (!ReadCloudStats(object, &stats)) continue;
-    for (const BlockStats& block : stats.blocks)
-      if (!block.box.IsEmpty())
-        clouds.push_back({block.source.empty() ? "points of another plug-in" : block.source,
-                          block.box.Moved(stats.origin), block.fitted});
-  }
-  return clouds;
+void AddClouds(BaseObject* object, std::vector<Cloud>* clouds) {
+  CloudStats stats;
+  if (!ReadCloudStats(object, &stats)) return;
+  for (const BlockStats& block : stats.blocks)
+    if (!block.box.IsEmpty())
+      clouds->push_back({block.source.empty() ? "points of another plug-in" : block.source,
+                         block.box.Moved(stats.origin), block.fitted});
 }
 
 double SizeOf(const host::Box& box) {
@@ -65,18 +61,21 @@ std::vector<Cloud>::const_iterator FindFar(const std::vector<Cloud>& clouds) {
 } // namespace
 
 bool LieFarApart(const CloudSession& session) {
-  const std::vector<Cloud> clouds = CloudsOf(session);
+  std::vector<Cloud> clouds;
+  for (BaseObject* object : session.Clouds())
+    if (!session.IsFromScene(object)) AddClouds(object, &clouds);
   return FindFar(clouds) != clouds.end();
 }
 
 std::vector<std::string> FindScattered(const CloudSession& session) {
   std::vector<std::string> warnings;
-  const std::vector<Cloud> clouds = CloudsOf(session);
-  const auto far = FindFar(clouds);
-  if (far != clouds.end())
+  std::vector<Cloud> clouds;
+  for (BaseObject* object : session.Clouds()) AddClouds(object, &clouds);
+  const auto stray = FindFar(clouds);
+  if (stray != clouds.end())
     warnings.push_back(
-        Described(clouds[0]) + " and " + Described(*far) + " lie " +
-        Grouped((long long)Gap(clouds[0].box, far->box)) +
+        Described(clouds[0]) + " and " + Described(*stray) + " lie " +
+        Grouped((long long)Gap(clouds[0].box, stray->box)) +
         " apart, more than ten times their size: check that both are in the same coordinate system");
   const auto other = std::find_if(clouds.begin(), clouds.end(),
                                   [&](const Cloud& cloud) { return cloud.fitted != clouds.front().fitted; });

@@ -5,7 +5,8 @@
 
 namespace cli {
 
-/** Do two files lie more than ten times their size apart? */
+/** Do files that were loaded into one object, not those of a scene, lie more than ten times their size apart?
+ */
 bool LieFarApart(const CloudSession& session);
 
 /**

@@ -94,14 +94,24 @@ TEST(Info, LoadsTablesOfAFolderAndNamesWhatIsNoCloudInOneLine) {
 
 TEST(Info, DescribesFilesThatLieFarApartAsIfEachWereLoadedAlone) {
   const TempFolder folder;
-  const std::string near = folder.Write("near.xyz", kPoints),
-                    far = folder.Write("far.xyz", "700000.125 6500000 5\n700010 6500020.375 7\n");
-  const nlohmann::json alone = Kelvra({"info", "--json", far}).Json()["files"][0],
-                       both = Kelvra({"info", "--json", near, far}).Json();
+  const std::string local = folder.Write("local.xyz", kPoints),
+                    remote = folder.Write("remote.xyz", "700000.125 6500000 5\n700010 6500020.375 7\n");
+  const nlohmann::json alone = Kelvra({"info", "--json", remote}).Json()["files"][0],
+                       both = Kelvra({"info", "--json", local, remote}).Json();
   for (const char* fact : {"box", "scene_box", "step", "spacing"})
     EXPECT_EQ(both["files"][1][fact], alone[fact]) << fact;
   EXPECT_TRUE(both["scene_box"].is_null());
   EXPECT_EQ(both["points"], 5);
+}
+
+TEST(Info, WarnsOfWhatIsHardlyMeant) {
+  const TempFolder folder;
+  const std::string grid = folder.Write("grid.asc", "ncols 3\nnrows 2\n1 2 3\n4 5 6\n");
+  const Result result = Kelvra({"info", "--quiet", grid});
+  EXPECT_EQ(result.status, 0);
+  EXPECT_TRUE(Holds(result.err, "line 1 announces an Esri grid")) << result.err;
+  EXPECT_TRUE(Holds(Kelvra({"info", grid, folder / "./grid.asc"}).out, ": given twice (also as " + grid))
+      << "a file has more names than one";
 }
 
 TEST(Save, SceneReopensWithTheSamePointsAndText) {

@@ -89,6 +89,26 @@ TEST_F(RenderCommand, APictureSaysHowItWasMadeSoThatItsPixelsCanBeExplained) {
   const Result both =
       Kelvra({"render", cloud, "--pixel-of", folder_ / "t_2.png", "--pixel", "12,8", "--size", "9x9"});
   EXPECT_EQ(both.status, 2) << both.err;
+  EXPECT_TRUE(Holds(Kelvra({"render", "--pixel-of", folder_ / "t_2.png", "--pixel", "12,8"}).err,
+                    "expected the files that it was made from, too"));
+}
+
+TEST_F(RenderCommand, APictureWithoutPointsSaysWhy) {
+  const std::pair<std::vector<std::string>, const char*> cases[] = {
+      {{"--set", "point_radius=0"}, "point_radius is 0: "},
+      {{"--set", "point_radius=1e30"}, "point_radius makes each point much larger than the whole cloud"},
+      {{"--set", "transparency=100%"}, "transparency is 100%: "},
+      {{"--camera", "5,5,-50", "--target", "5,5,-99"}, "the points lie behind the camera"},
+      {{"--camera", "5,5,-50", "--target", "90,5,-40"}, "the points lie beside what the camera looks at"},
+      {{"--camera", "5,5,-50", "--target", "5,5,0"}, ""}};
+  const std::string cloud = folder_.Write("two.xyz", "0 0 0\n10 10 10\n");
+  for (const auto& [options, reason] : cases) {
+    std::vector<std::string> arguments = {"render", cloud, "-o", folder_ / "x.png", "--size", "8x8"};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    const Result result = Kelvra(arguments);
+    EXPECT_EQ(result.status, 0);
+    EXPECT_TRUE(*reason ? Holds(result.err, reason) : result.err.empty()) << reason << "\n" << result.err;
+  }
 }
 
 TEST_F(RenderCommand, AnOutputThatCannotBeWrittenIsReportedBeforeAnythingIsLoaded) {

@@ -44,13 +44,14 @@ std::string UnitName(LONG unit) {
 }
 
 /** What each point of a LAS point format has beside its position. */
-std::vector<std::string> AttributesOf(LONG format) {
+std::vector<std::string> AttributesOf(LONG format, const BlockStats* points) {
   std::vector<std::string> names = {"intensity", "returns", "class"};
   const auto add = [&](std::initializer_list<LONG> formats, const char* name) {
     if (std::find(formats.begin(), formats.end(), format) != formats.end()) names.push_back(name);
   };
   add({1, 3, 4, 5, 6, 7, 8, 9, 10}, "GPS time");
-  add({2, 3, 5, 7, 8, 10}, "colour");
+  // Many writers have fields for colours and none to put into them.
+  if (points && points->hasColor) add({2, 3, 5, 7, 8, 10}, "colours");
   add({8, 10}, "near infrared");
   add({4, 5, 9, 10}, "waveforms");
   return names;
@@ -93,12 +94,13 @@ std::string Joined(const std::vector<std::string>& parts, const char* separator)
   return text;
 }
 
-std::string KindLine(const FileReport& report) {
+std::string KindLine(const FileReport& report, const BlockStats* points) {
   const FileFacts& facts = report.facts;
   std::vector<std::string> parts;
   if (IsLas(facts)) {
     parts.push_back("LAS " + VersionText(facts) + ", point format " + std::to_string(facts.pointFormat) +
-                    ": " + Joined(AttributesOf(facts.pointFormat), ", "));
+                    ": " + Joined(AttributesOf(facts.pointFormat, points), ", "));
+    if (!points || !points->hasColor) parts.push_back("no colours");
     const std::string system = SystemText(facts), unit = UnitName(facts.unit);
     parts.push_back(system.empty() ? "no coordinate system" : system);
     parts.push_back(unit.empty() ? "no unit named" : "unit " + unit);
@@ -106,6 +108,10 @@ std::string KindLine(const FileReport& report) {
   const std::string unit = UnitName(facts.unit);
   parts.push_back("spacing about " + TwoDigits(SpacingOf(report)) + (unit.empty() ? "" : " " + unit));
   return Joined(parts, "; ");
+}
+
+SceneBox SceneOf(const BlockStats* points) {
+  return points ? points->shown : SceneBox();
 }
 
 } // namespace
@@ -138,11 +144,12 @@ nlohmann::json BoxJson(const host::Box& box, double step) {
   return corners;
 }
 
-std::vector<std::string> FactLines(const FileReport& report, const SceneBox& scene) {
+std::vector<std::string> FactLines(const FileReport& report, const BlockStats* points) {
+  const SceneBox scene = SceneOf(points);
   const FileFacts& facts = report.facts;
   std::vector<std::string> lines;
   if (facts.box.IsEmpty()) return lines;
-  lines.push_back(KindLine(report));
+  lines.push_back(KindLine(report, points));
   lines.push_back("box " + BoxText(facts.box, facts.step) +
                   (!scene.IsEmpty() ? "; in the scene " + BoxText(scene, kSceneStep) : ""));
   std::vector<std::string> classes;
@@ -152,7 +159,8 @@ std::vector<std::string> FactLines(const FileReport& report, const SceneBox& sce
   return lines;
 }
 
-nlohmann::json FactsJson(const FileReport& report, const SceneBox& scene) {
+nlohmann::json FactsJson(const FileReport& report, const BlockStats* points) {
+  const SceneBox scene = SceneOf(points);
   const FileFacts& facts = report.facts;
   const std::string unit = UnitName(facts.unit), system = SystemText(facts);
   nlohmann::json json = {{"path", report.path},
@@ -170,7 +178,7 @@ nlohmann::json FactsJson(const FileReport& report, const SceneBox& scene) {
   if (IsLas(facts)) {
     json["version"] = VersionText(facts);
     json["point_format"] = facts.pointFormat;
-    json["attributes"] = AttributesOf(facts.pointFormat);
+    json["attributes"] = AttributesOf(facts.pointFormat, points);
   }
   if (!facts.classes.empty()) json["classes"] = nlohmann::json::object();
   for (std::size_t i = 0; i < facts.classes.size(); ++i)

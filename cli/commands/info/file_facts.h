@@ -21,10 +21,13 @@ std::string BoxText(const host::Box& box, double step);
 /** The same as JSON, without digits that neither the floats nor their origin had; null without a box. */
 nlohmann::json BoxJson(const host::Box& box, double step);
 
-/** One line each: kind and coordinate system; the boxes; points of each class where they were counted. */
-std::vector<std::string> FactLines(const FileReport& report, const SceneBox& scene);
+/**
+ * One line each: kind and coordinate system; the boxes; points of each class where they were counted.
+ * `points` are those of the file, or null.
+ */
+std::vector<std::string> FactLines(const FileReport& report, const BlockStats* points);
 
 /** All of it, and how the load went. */
-nlohmann::json FactsJson(const FileReport& report, const SceneBox& scene);
+nlohmann::json FactsJson(const FileReport& report, const BlockStats* points);
 
 } // namespace cli

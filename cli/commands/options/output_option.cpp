@@ -12,8 +12,9 @@ namespace cli {
 namespace {
 
 /** Suffixes that say what a file holds, none of them text or a scene. */
-constexpr const char* kOtherFormats[] = {".las", ".laz", ".pts",  ".ply",  ".obj", ".e57", ".pcd", ".csv",
-                                         ".png", ".jpg", ".jpeg", ".tiff", ".tif", ".exr", ".bmp"};
+constexpr const char* kOtherFormats[] = {".las", ".laz", ".pts", ".ply",  ".obj",  ".e57", ".pcd",
+                                         ".csv", ".png", ".jpg", ".jpeg", ".tiff", ".tif", ".exr",
+                                         ".bmp", ".gz",  ".zip", ".bz2",  ".xz",   ".7z"};
 
 std::string ParsePath(const std::string& text) {
   if (text.empty()) throw UsageError{"expected a name"};

@@ -18,8 +18,12 @@ constexpr std::size_t kMostNames = 8;
 
 } // namespace
 
+bool IsProblem(const FileReport& report) {
+  return report.outcome != FileOutcome::Whole || report.doubtful;
+}
+
 void PrintReport(const FileReport& report, bool verbose) {
-  std::ostream& out = report.outcome == FileOutcome::Whole ? std::cout : std::cerr;
+  std::ostream& out = IsProblem(report) ? std::cerr : std::cout;
   Line(out) << report.path << ": " << report.message;
   if (!verbose) return;
   for (const std::string& detail : report.details) Line(out) << "  " << detail;
@@ -51,6 +55,11 @@ void PrintStrays(const std::vector<FileReport>& reports, bool verbose) {
 void PrintWarnings(const CloudSession& session) {
   for (const std::string& note : session.Notes()) Line(std::cout) << note;
   for (const std::string& warning : FindScattered(session)) Line(std::cerr) << warning;
+}
+
+void PrintProblems(const CloudSession& session, bool verbose) {
+  for (const FileReport& report : session.Reports())
+    if (IsProblem(report)) PrintReport(report, verbose);
 }
 
 void PrintReports(const CloudSession& session, bool verbose) {

@@ -5,9 +5,12 @@
 
 namespace cli {
 
+/** Is its line for standard error: not loaded whole, or hardly what it seems? */
+bool IsProblem(const FileReport& report);
+
 /**
- * Prints a line for a file: to standard output when it loaded whole, else to standard error. `verbose`
- * adds the findings that the line leaves out, each on a line of its own.
+ * Prints a line for a file: a problem to standard error, everything else to standard output. `verbose` adds
+ * the findings that the line leaves out, each on a line of its own.
  */
 void PrintReport(const FileReport& report, bool verbose);
 
@@ -19,6 +22,9 @@ void PrintStrays(const std::vector<FileReport>& reports, bool verbose);
 
 /** Prints what is odd about the clouds together, to standard error. */
 void PrintWarnings(const CloudSession& session);
+
+/** The lines of files that are problems. */
+void PrintProblems(const CloudSession& session, bool verbose);
 
 /** A line for each file, and the warnings. */
 void PrintReports(const CloudSession& session, bool verbose);

@@ -137,6 +137,7 @@ void AddPictureOptions(CLI::App& command, RenderPlan& plan, const std::string& f
 
 void AddRenderOptions(CLI::App& command, RenderPlan& plan) {
   AddPictureOptions(command, plan, "PNG, TIFF or EXR");
+  command.get_option("FILE")->required(false); // CheckFiles says more
   ExpectSuffix(command.get_option("--output"), {".png", ".tif", ".tiff", ".exr"});
   AddPath(command, "--record", plan.record, "Folder in which the recorder stores each frame with 16 bits")
       ->type_name("FOLDER");
@@ -148,6 +149,16 @@ void AddRenderOptions(CLI::App& command, RenderPlan& plan) {
   AddPath(command, "--pixel-of", plan.pixelOf,
           "With --pixel: take all other options from this picture, a PNG of render or sequence")
       ->needs(command.get_option("--pixel"));
+}
+
+void CheckFiles(const RenderPlan& plan) {
+  if (!plan.input.files.empty()) return;
+  if (plan.pixelOf.empty()) throw CLI::RequiredError("FILE");
+  throw UsageError{
+      "--pixel-of " + plan.pixelOf +
+      ": the picture does not hold its points; expected the files that it was made from, too, as in "
+      "kelvra render FILE --pixel X,Y --pixel-of " +
+      plan.pixelOf};
 }
 
 void CheckPlan(RenderPlan& plan) {

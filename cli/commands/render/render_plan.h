@@ -51,6 +51,9 @@ void AddPictureOptions(CLI::App& command, RenderPlan& plan, const std::string& f
 /** These, and the other options of kelvra render. */
 void AddRenderOptions(CLI::App& command, RenderPlan& plan);
 
+/** Throws CLI::RequiredError or UsageError for a plan without files. */
+void CheckFiles(const RenderPlan& plan);
+
 /**
  * Completes the plan. Throws UsageError for options that contradict each other or have no effect, and
  * std::runtime_error if an output cannot be written.

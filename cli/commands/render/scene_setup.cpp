@@ -1,10 +1,12 @@
 #include "cli/commands/render/scene_setup.h"
 
 #include "cli/commands/options/camera_choice.h"
+#include "cli/commands/output/unseen_points.h"
 #include "cli/session/cloud_colors.h"
 #include "cli/session/cloud_extent.h"
 #include "cli/session/cloud_parameters.h"
 #include "cli/text/format.h"
+#include "cli/text/line.h"
 #include "host/hair/hair_object.h"
 #include "host/particles/emitter.h"
 #include "host/render.h"
@@ -14,6 +16,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iostream>
 #include <stdexcept>
 
 namespace cli {
@@ -128,6 +131,11 @@ WorldExtent WithDiscs(const CloudSession& session, WorldExtent extent) {
 
 } // namespace
 
+void PrintNotes(const RenderScene& scene) {
+  for (const std::string& note : scene.notes) Line(std::cout) << note;
+  if (!scene.warning.empty()) Line(std::cerr) << scene.warning;
+}
+
 RenderScene PrepareScene(CloudSession& session, const RenderPlan& plan) {
   RenderScene scene;
   for (BaseObject* cloud : session.Clouds()) {
@@ -145,17 +153,26 @@ RenderScene PrepareScene(CloudSession& session, const RenderPlan& plan) {
   bool hasLight = false;
   for (BaseObject* op = session.Document()->GetFirstObject(); op; op = op->GetNext())
     hasLight = hasLight || op->GetType() == Olight;
+  const bool onlySun = !hasLight && plan.lights.size() == 1 && plan.lights[0].type != RT_LT_AMBIENT;
+  if (onlySun)
+    scene.notes.push_back("without other light, shade is black (--light ambient:0.5 brightens it)");
   // A scene keeps its own lights unless others are asked for.
   if (!plan.lights.empty() || !hasLight)
     AddLights(session.Document(), plan.lights.empty() ? DefaultLights() : plan.lights);
   if (plan.HasGround() && !extent.box.IsEmpty()) AddGround(session, extent.box, plan);
 
+  const WorldExtent withDiscs = WithDiscs(session, extent);
   host::RenderOptions& render = scene.render;
   render.width = plan.view.size.width;
   render.height = plan.view.size.height;
   render.supersample = plan.supersample;
   render.threads = plan.threads;
-  render.camera = CameraFor(session, plan.view, WithDiscs(session, extent), plan.turn != 0.0);
+  render.camera = CameraFor(session, plan.view, withDiscs, plan.turn != 0.0);
+  // What moves may come into the picture later.
+  if (plan.turn == 0.0 && plan.moving.empty())
+    scene.warning =
+        WhyUnseen(session, Drawing::Rendered, render.camera, {extent.box, extent.middle, withDiscs.disc},
+                  (double)render.width / render.height);
   if (plan.view.print) scene.notes.push_back(CameraText(session, plan.view, render.camera));
   render.background = plan.background;
   return scene;

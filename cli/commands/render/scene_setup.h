@@ -11,7 +11,11 @@ namespace cli {
 struct RenderScene {
   host::RenderOptions render;
   std::vector<std::string> notes; ///< lines about what was chosen for the user
+  std::string warning;            ///< why points cannot be seen, or empty
 };
+
+/** Prints them, the warning to standard error. */
+void PrintNotes(const RenderScene& scene);
 
 RenderScene PrepareScene(CloudSession& session, const RenderPlan& plan);
 

@@ -79,7 +79,7 @@ int FrameWork::Render(const std::vector<int>& items) {
   PrintReports(session, plan_.input.verbose);
   session.RequireContent();
   const RenderScene scene = PrepareScene(session, plan_);
-  for (const std::string& line : scene.notes) Line(std::cout) << line;
+  PrintNotes(scene);
   Line(std::cout) << "loaded in " << Fixed(session.LoadSeconds(), 2) << " s";
 
   host::RenderJob job(session.Document(), scene.render);

@@ -67,7 +67,7 @@ FirstLook PrepareClouds(CloudSession& session, const SnapshotPlan& plan) {
     FitHeights(session, cloud);
     if (plan.view.upIsY && ByHeight(cloud->GetDataInstance()->GetLong(KELVRA_COLOR_MODE)))
       look.notes.push_back(
-          "color_mode: shows the heights of z, not of the y that --up y shows upwards (--set "
+          "color_mode: shows heights along z, not along the y that --up y shows upwards (--set "
           "load_color=height follows it)");
   }
   look.eyeDome = plan.eyeDome.value_or(plain);
