@@ -51,7 +51,7 @@ std::vector<std::string> AttributesOf(LONG format, const BlockStats* points) {
   };
   add({1, 3, 4, 5, 6, 7, 8, 9, 10}, "GPS time");
   // Many writers have fields for colours and none to put into them.
-  if (points && points->hasColor) add({2, 3, 5, 7, 8, 10}, "colours");
+  if (points && points->hasColor) add({2, 3, 5, 7, 8, 10}, "colour");
   add({8, 10}, "near infrared");
   add({4, 5, 9, 10}, "waveforms");
   return names;
