@@ -129,7 +129,7 @@ void RenderPane::Forget() {
   marked_.reset();
 }
 
-std::optional<Pixel> RenderPane::Show() {
+std::optional<Pixel> RenderPane::Show(float screenScale) {
   if (!HasPicture()) return std::nullopt;
   const ImVec2 corner = ImGui::GetCursorScreenPos(), room = ImGui::GetContentRegionAvail();
   const float scale = std::min(room.x / (float)picture_.width, room.y / (float)picture_.height);
@@ -142,8 +142,7 @@ std::optional<Pixel> RenderPane::Show() {
   if (marked_) {
     const ImVec2 at(start.x + ((float)marked_->x + 0.5f) * scale,
                     start.y + ((float)marked_->y + 0.5f) * scale);
-    list.AddCircle(at, 8.0f, IM_COL32(0, 0, 0, 255), 24, 4.0f);
-    list.AddCircle(at, 8.0f, IM_COL32(255, 220, 60, 255), 24, 2.0f);
+    DrawRing(list, at, 8.0f * screenScale, screenScale, IM_COL32(255, 220, 60, 255));
   }
   if (!clicked) return std::nullopt;
   const ImVec2 mouse = ImGui::GetIO().MousePos;

@@ -33,7 +33,7 @@ public:
   void Forget();
 
   /** Draws the picture into the current window; returns the pixel that was clicked. */
-  std::optional<Pixel> Show();
+  std::optional<Pixel> Show(float screenScale);
   bool HasPicture() const { return picture_.width > 0; }
   RenderPlan& Plan() { return plan_; }
 

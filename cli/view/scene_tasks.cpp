@@ -1,5 +1,6 @@
 #include "cli/commands/output/file_reports.h"
 #include "cli/commands/output/result_shape.h"
+#include "cli/commands/snapshot/first_look.h"
 #include "cli/session/file_kinds.h"
 #include "cli/text/format.h"
 #include "cli/view/companions.h"
@@ -105,21 +106,28 @@ std::string ViewApplication::NameForFile() const {
   return clouds.empty() ? std::string() : host::Utf8(clouds.front()->GetName());
 }
 
-/** Builds what clouds are converted to before it is drawn: as work that reports and can be stopped. */
-void ViewApplication::ConvertClouds() {
+/** Does what follows from a cloud's parameters, as a part of the step that changed them. */
+void ViewApplication::FollowChoices() {
   for (BaseObject* cloud : session_.Clouds()) {
-    const LONG mode = cloud->GetDataInstance()->GetLong(KELVRA_CONVERT_MODE);
-    const auto [before, isNew] = converted_.emplace(cloud, mode);
-    const bool changed = std::exchange(before->second, mode) != mode;
-    const bool builds = mode != KELVRA_CONVERT_MODE_OFF && cloud->CheckCache(nullptr);
-    if (!changed && !builds) continue;
+    const BaseContainer& data = *cloud->GetDataInstance();
+    const Choices now{data.GetLong(KELVRA_CONVERT_MODE), data.GetLong(KELVRA_COLOR_MODE)};
+    const auto [place, isNew] = choices_.emplace(cloud, now);
+    const Choices before = std::exchange(place->second, now);
+    const bool recolored = now.coloring != before.coloring, converted = now.conversion != before.conversion;
+    const bool builds = now.conversion != KELVRA_CONVERT_MODE_OFF && cloud->CheckCache(nullptr);
+    if (!recolored && !converted && !builds) continue;
     const host::Aftermath aftermath(session_.Document());
+    if (recolored) {
+      host::KeepParameters(cloud);
+      FitHeights(session_, cloud);
+    }
     // Particles lie outside of the cloud: those of the conversion before would stay beside the new ones.
-    if (changed) Edits::Delete(ParticlesOf(cloud, mode));
-    if (builds) ConvertCloud(cloud, mode, changed || isNew);
+    if (converted) Edits::Delete(ParticlesOf(cloud, now.conversion));
+    if (builds) ConvertCloud(cloud, now.conversion, converted || isNew);
   }
 }
 
+/** Builds what a cloud is converted to before it is drawn: as work that reports and can be stopped. */
 void ViewApplication::ConvertCloud(BaseObject* cloud, LONG mode, bool isNew) {
   const bool worked = std::exchange(working_, true);
   const Busy before = std::exchange(busy_, {"converting", kUnknown, Now(), Now(), true});
@@ -150,7 +158,7 @@ void ViewApplication::UseDocument(BaseDocument* doc) {
   selected_.SetLink(nullptr);
   showsPreferences_ = false;
   session_.Use(doc);
-  converted_.clear();
+  choices_.clear();
   saved_ = Present();
   stamp_ = saved_.stamp;
 }
@@ -360,7 +368,7 @@ void ViewApplication::Undo(bool redo) {
   if (!(redo ? doc->DoRedo() : doc->DoUndo())) Report(redo ? "nothing to redo" : "nothing to undo");
   edits_.LetGo();
   viewport_.Redraw();
-  ConvertClouds(); // what was built before belongs to what the document was before
+  FollowChoices(); // what was built before belongs to what the document was before
   MeetMoments();
   // What was selected may be gone, or be another copy of itself.
   if (!showsPreferences_ && !Selected()) Select(doc->GetFirstObject());

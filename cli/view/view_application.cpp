@@ -214,7 +214,7 @@ void ViewApplication::TouchDocument(const std::function<void()>& touch) {
 }
 
 bool ViewApplication::UpdateView() {
-  ConvertClouds();
+  FollowChoices();
   const std::size_t now = DocumentStamp(session_.Document());
   if (now != stamp_) viewport_.Mark({}); // what it says of a point may not be true any more
   stamp_ = now;
@@ -239,7 +239,7 @@ void ViewApplication::MeetMoments() {
 }
 
 void ViewApplication::TakeAsSaved() {
-  ConvertClouds();
+  FollowChoices();
   saved_ = Present();
   UpdateView();
 }

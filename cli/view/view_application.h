@@ -100,7 +100,7 @@ private:
   /** Reports what went wrong. */
   void Complain(const std::string& line);
   void MarkProblems(std::size_t firstLine);
-  void ConvertClouds();
+  void FollowChoices();
   void ConvertCloud(BaseObject* cloud, LONG mode, bool isNew);
   std::string NameForFile() const;
 
@@ -166,7 +166,11 @@ private:
   std::string path_;        ///< of the scene, empty before it is saved
   Moment saved_, pictured_; ///< when the scene was saved, and when the picture was rendered
   std::size_t stamp_ = 0;
-  std::map<BaseObject*, LONG> converted_; ///< what each cloud was converted to when it was last looked at
+  /** Of a cloud, when it was last looked at. */
+  struct Choices {
+    LONG conversion = 0, coloring = 0;
+  };
+  std::map<BaseObject*, Choices> choices_;
   int status_ = 0;
 
   std::vector<std::string> lines_;

@@ -422,15 +422,16 @@ void ViewApplication::DrawPicture() {
   if (ImGui::Button("Save Picture...")) Later([this] { SavePicture(); });
   ImGui::EndDisabled();
   ImGui::SameLine();
-  ImGui::TextDisabled(!render_.HasPicture() ? "Renders what the view shows, with light and shadow."
-                      : IsPictureCurrent()  ? "Click a pixel to see what made it."
-                                            : "The scene has changed since. Render again to ask its pixels.");
+  ImGui::TextDisabled(IsBusy()                ? ""
+                      : !render_.HasPicture() ? "Renders what the view shows, with light and shadow."
+                      : IsPictureCurrent()    ? "Click a pixel to see what made it."
+                                           : "The scene has changed since. Render again to ask its pixels.");
   const float room = ImGui::GetContentRegionAvail().x;
   const float bar = kSplitter * window_.Scale();
   const float text =
       explanation_.empty() ? 0.0f : std::min(kept_.panes.explained * window_.Scale(), room * 0.7f) + bar;
   if (ImGui::BeginChild("picture", ImVec2(room - text, 0)))
-    if (const auto pixel = render_.Show())
+    if (const auto pixel = render_.Show(window_.Scale()))
       if (IsPictureCurrent()) Later([this, pixel] { Explain(*pixel); });
   ImGui::EndChild();
   if (!explanation_.empty()) DrawExplanation(bar, room);

@@ -209,6 +209,11 @@ Window::Aside::~Aside() {
   glfwMakeContextCurrent(window_.window_);
 }
 
+void DrawRing(ImDrawList& list, const ImVec2& centre, float radius, float scale, unsigned color) {
+  list.AddCircle(centre, radius, IM_COL32(0, 0, 0, 255), 24, 4.0f * scale);
+  list.AddCircle(centre, radius, color, 24, 2.0f * scale);
+}
+
 Texture::~Texture() {
   if (name_) glDeleteTextures(1, &name_);
 }
