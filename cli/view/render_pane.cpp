@@ -93,7 +93,7 @@ std::string RenderPane::Render(const host::ViewCamera& camera, double aspect,
          Fixed(outcome.seconds, 1) + " s; click a pixel to see what made it";
 }
 
-std::string RenderPane::Explain(const Pixel& pixel, std::vector<PixelPoint>* points) {
+PixelReport RenderPane::Explain(const Pixel& pixel, std::vector<PixelPoint>* points) {
   marked_ = pixel;
   LitScene scene(session_, plan_, &lit_);
   host::RenderOptions& render = scene.Options();
@@ -110,9 +110,11 @@ std::string RenderPane::Explain(const Pixel& pixel, std::vector<PixelPoint>* poi
   };
   host::RenderJob job(session_.Document(), render);
   const host::RenderOutcome outcome = job.RenderFrame();
-  if (!outcome.Ok()) return outcome.message;
-  *points = explanation.Points();
-  return "pixel " + std::to_string(pixel.x) + "," + std::to_string(pixel.y) + ", " + explanation.Text();
+  PixelReport report = explanation.Report();
+  if (!outcome.Ok()) report = {outcome.message, {}, {}};
+  report.title = "Pixel " + std::to_string(pixel.x) + "," + std::to_string(pixel.y) + ": " + report.title;
+  if (outcome.Ok()) *points = explanation.Points();
+  return report;
 }
 
 std::string RenderPane::Save(const std::string& path) const {

@@ -25,7 +25,7 @@ public:
    */
   std::string Render(const host::ViewCamera& camera, double aspect, const std::function<void(double)>& goOn);
   /** Asks the module about the pixel; *points are those that its rays meet, in that order. */
-  std::string Explain(const Pixel& pixel, std::vector<PixelPoint>* points);
+  PixelReport Explain(const Pixel& pixel, std::vector<PixelPoint>* points);
   /** A light that lies in the document for a render only. */
   bool IsOwn(BaseObject* op) const { return lit_ && lit_->count(op) == 0; }
   /** Empty, or one line that says why it was not saved. */
@@ -34,6 +34,8 @@ public:
 
   /** Draws the picture into the current window; returns the pixel that was clicked. */
   std::optional<Pixel> Show(float screenScale);
+  /** Does the pixel that was asked lie in the right half? */
+  bool IsMarkAtRight() const { return marked_ && marked_->x * 2 > picture_.width; }
   bool HasPicture() const { return picture_.width > 0; }
   RenderPlan& Plan() { return plan_; }
 

@@ -79,7 +79,7 @@ void ViewApplication::Report(const std::string& line) {
 }
 
 void ViewApplication::Complain(const std::string& line) {
-  problems_.insert(line);
+  console_.Mark(line);
   Report(line);
 }
 
@@ -93,7 +93,7 @@ void ViewApplication::MarkProblems(std::size_t firstLine) {
     const auto line = std::find_if(lines.rbegin(), lines.rend(), about);
     if (report.outcome == FileOutcome::Whole) continue;
     if (line != lines.rend())
-      problems_.insert(*line);
+      console_.Mark(*line);
     else
       Complain(report.path + ": " + report.message);
   }
@@ -154,7 +154,7 @@ void ViewApplication::UseDocument(BaseDocument* doc) {
   viewport_.Forget();
   render_.Forget();
   heights_.Forget();
-  explanation_.clear();
+  explanation_ = PixelReport();
   selected_.SetLink(nullptr);
   showsPreferences_ = false;
   session_.Use(doc);
@@ -292,7 +292,7 @@ void ViewApplication::ChooseFile(BaseList2D* node, LONG id) {
 
 void ViewApplication::RenderPicture() {
   session_.RequireContent();
-  explanation_.clear();
+  explanation_ = PixelReport();
   wantsPicture_ = true;
   Announce("rendering", 0);
   // Effects that every render has, and the radius chosen for it, are no change of the user's.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cli/session/cloud_session.h"
+#include "cli/view/console_pane.h"
 #include "cli/view/edits.h"
 #include "cli/view/file_browser.h"
 #include "cli/view/height_panel.h"
@@ -115,11 +116,10 @@ private:
   void DrawParameters();
   void DrawCentre();
   void DrawPicture();
-  void DrawExplanation(float bar, float room);
+  void DrawExplanation(const ImVec2& corner, const ImVec2& room);
+  void DrawExplained();
   std::string Title() const;
   void DrawWelcome();
-  void DrawConsole();
-  void DrawLine(const std::string& line);
   void DrawStatus();
   void DrawQuestion();
   void DrawHelp();
@@ -173,14 +173,13 @@ private:
   std::map<BaseObject*, Choices> choices_;
   int status_ = 0;
 
-  std::vector<std::string> lines_;
-  std::set<std::string> problems_; ///< lines that say what went wrong
-  std::size_t taken_ = 0;          ///< console lines so far
+  ConsolePane console_;
   bool panels_ = true, showsHelp_ = false, wantsPicture_ = false, wantsView_ = false, wantsMenu_ = false,
        quit_ = false;
   bool pictureShown_ = false;
-  std::string explanation_, renaming_;
-  double readySince_ = -1.0; ///< when the first files were drawn
+  PixelReport explanation_;
+  float explainedHeight_ = 200.0f; ///< of its text, pixels
+  double readySince_ = -1.0;       ///< when the first files were drawn
 };
 
 } // namespace cli
