@@ -224,7 +224,7 @@ bool ParameterPanel::ShowReal(const Parameter& parameter, GeData* value) {
     const double high =
         Bound(parameter.sliderMax ? parameter.sliderMax : parameter.max, 0, 1.0) * shown.factor;
     // A slider has as many steps as its room has pixels.
-    const char* format = shown.factor == 1.0 && high < 1e4 ? "%.4g" : shown.format;
+    const char* format = shown.factor == 1.0 && high <= 1e3 ? "%.3g" : shown.format;
     changed = ImGui::SliderScalar("##value", ImGuiDataType_Double, &number, &low, &high, format);
   } else {
     const double low = Bound(parameter.min, 0, -DBL_MAX / 1e3) * shown.factor;

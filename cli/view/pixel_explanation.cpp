@@ -20,14 +20,14 @@ std::string Percent(double share) {
   return Fixed(share * 100.0, share < 0.0995 ? 1 : 0) + " %";
 }
 
-/** "FILE, point NUMBER of COUNT, at X Y Z" in two lines, without the folders of the file. */
-std::string ForReading(std::string text) {
-  const std::size_t end = text.find(", point ");
-  if (end != std::string::npos)
-    text = std::filesystem::u8path(text.substr(0, end)).filename().u8string() + GroupedIn(text.substr(end));
-  const std::size_t place = text.rfind(", at ");
-  if (place != std::string::npos) text.replace(place, 5, "\n");
-  return text;
+const std::regex kPoint("(.*, point )([0-9]+) of [0-9]+, at (.*)");
+
+/** "FILE, point NUMBER of COUNT, at X Y Z" in two lines, without the folders of the file and the count. */
+std::string ForReading(const std::string& text) {
+  std::smatch match;
+  if (!std::regex_match(text, match, kPoint)) return text;
+  return std::filesystem::u8path(match[1].str()).filename().u8string() + Grouped(std::stoll(match[2])) +
+         "\n" + match[3].str();
 }
 
 } // namespace

@@ -144,6 +144,7 @@ std::optional<Pixel> RenderPane::Show(float screenScale) {
   if (marked_) {
     const ImVec2 at(start.x + ((float)marked_->x + 0.5f) * scale,
                     start.y + ((float)marked_->y + 0.5f) * scale);
+    markedAt_ = at.x;
     DrawRing(list, at, 8.0f * screenScale, screenScale, IM_COL32(255, 220, 60, 255));
   }
   if (!clicked) return std::nullopt;

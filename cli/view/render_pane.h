@@ -34,8 +34,8 @@ public:
 
   /** Draws the picture into the current window; returns the pixel that was clicked. */
   std::optional<Pixel> Show(float screenScale);
-  /** Does the pixel that was asked lie in the right half? */
-  bool IsMarkAtRight() const { return marked_ && marked_->x * 2 > picture_.width; }
+  /** Where on the screen the pixel that was asked was shown, from the left. */
+  float MarkedAt() const { return markedAt_; }
   bool HasPicture() const { return picture_.width > 0; }
   RenderPlan& Plan() { return plan_; }
 
@@ -48,6 +48,7 @@ private:
   Texture texture_;
   host::ViewCamera camera_; ///< of the picture
   std::optional<Pixel> marked_;
+  float markedAt_ = 0.0f;
   const std::set<BaseObject*>* lit_ =
       nullptr; ///< the document's own objects, while it has lights for a render
 };

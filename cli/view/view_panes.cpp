@@ -59,7 +59,8 @@ void Place(float x, float y, float width, float height) {
   ImGui::SetNextWindowSize(ImVec2(std::max(1.0f, width), std::max(1.0f, height)));
 }
 
-constexpr float kSplitter = 5.0f; ///< width, pixels of an ordinary screen
+constexpr float kLeastExplanation = 160.0f; ///< width, pixels of an ordinary screen
+constexpr float kSplitter = 5.0f;           ///< width, pixels of an ordinary screen
 
 /** A bar to take hold of: `growth` is added to the size for each pixel to the right or down. */
 void DrawBar(bool upright, const ImVec2& room, float growth, float* size) {
@@ -439,10 +440,12 @@ void ViewApplication::DrawPicture() {
 /** Beside the pixel and above the picture, which stays where it is: the next click may mean its neighbour. */
 void ViewApplication::DrawExplanation(const ImVec2& corner, const ImVec2& room) {
   const float scale = window_.Scale(), bar = kSplitter * scale;
-  const bool left = render_.IsMarkAtRight();
+  const float before = render_.MarkedAt() - corner.x, beyond = room.x - before;
+  const bool left = before > beyond;
   float& kept = kept_.panes.explained;
-  kept = std::max(kept, 160.0f);
-  const float width = std::min(kept * scale, room.x * 0.55f);
+  kept = std::max(kept, kLeastExplanation);
+  const float free = std::max(before, beyond) - 2 * ImGui::GetFontSize();
+  const float width = std::min(kept * scale, std::max(free, kLeastExplanation * scale));
   ImGui::SetCursorScreenPos(ImVec2(left ? corner.x : corner.x + room.x - width, corner.y));
   ImGui::PushStyleColor(ImGuiCol_ChildBg, ImGui::GetStyleColorVec4(ImGuiCol_PopupBg));
   const float height = std::min(room.y, explainedHeight_);
