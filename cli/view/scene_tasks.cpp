@@ -54,22 +54,33 @@ std::string FreePictureName(const std::string& folder) {
   }
 }
 
-/** Tells clouds apart by what was loaded: "scan", "scan and 2 more". Files that brought no point do not
- * count. */
-void NameAfterFiles(BaseObject* cloud, const std::vector<std::string>& files,
-                    const std::vector<FileReport>& reports) {
+/** Those that brought points, or a folder whose files did. */
+std::vector<std::string> Loaded(const std::vector<std::string>& files,
+                                const std::vector<FileReport>& reports) {
   std::vector<std::string> loaded;
   for (const std::string& file : files)
     if (std::any_of(reports.begin(), reports.end(), [&file](const FileReport& report) {
-          // The files of a folder are reported one by one.
           return report.points > 0 && report.path.compare(0, file.size(), file) == 0 &&
                  (report.path.size() == file.size() || IsFolder(file));
         }))
       loaded.push_back(file);
+  return loaded;
+}
+
+/** Tells the first cloud from the others by what was loaded: "scan", "scan and 2 more", "scan (2)". */
+void NameAfterFiles(const CloudSession& session, const std::vector<std::string>& files) {
+  const std::vector<std::string> loaded = Loaded(files, session.Reports());
   if (loaded.empty()) return;
   std::string name = fs::u8path(loaded.front()).stem().u8string();
   if (loaded.size() > 1) name += " and " + std::to_string(loaded.size() - 1) + " more";
-  cloud->SetName(host::FromUtf8(name));
+  const std::vector<BaseObject*> clouds = session.Clouds();
+  const auto isTaken = [&clouds](const std::string& wanted) {
+    return std::any_of(clouds.begin() + 1, clouds.end(),
+                       [&wanted](BaseObject* other) { return host::Utf8(other->GetName()) == wanted; });
+  };
+  std::string free = name;
+  for (int number = 2; isTaken(free); ++number) free = name + " (" + std::to_string(number) + ")";
+  clouds.front()->SetName(host::FromUtf8(free));
 }
 
 } // namespace
@@ -179,7 +190,7 @@ void ViewApplication::OpenFirst() {
     viewport_.Forget();
     path_ = files.front();
   } else if (session_.Points() > 0) {
-    NameAfterFiles(session_.Clouds().front(), files, session_.Reports());
+    NameAfterFiles(session_, files);
   } else if (!session_.Clouds().empty()) {
     host::TakeBack(before);
   }
@@ -220,7 +231,7 @@ bool ViewApplication::OpenClouds(const std::vector<std::string>& files) {
   if (clouds.size() > before && ReadCloudStats(clouds.front(), &stats) && stats.Points() == 0) return false;
   if (clouds.empty()) return false;
   for (const std::string& note : viewport_.PrepareClouds()) Report(ForPeople(note));
-  if (clouds.size() > before) NameAfterFiles(clouds.front(), files, session_.Reports());
+  if (clouds.size() > before) NameAfterFiles(session_, files);
   return true;
 }
 
