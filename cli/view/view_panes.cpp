@@ -327,7 +327,7 @@ void ViewApplication::DrawObjects() {
   bool first = true;
   for (BaseList2D* group : ParticleGroupsOf(doc)) {
     if (std::exchange(first, false)) ImGui::TextDisabled("Particles");
-    const LONG count = reinterpret_cast<TP_PGroup*>(group)->NumParticles();
+    const LONG count = static_cast<TP_PGroup*>(group)->NumParticles();
     DrawRow(group, host::Utf8(group->GetName()) + ": " + Counted(count, "particle"));
   }
   first = true;
@@ -490,7 +490,7 @@ void ViewApplication::DrawStatus() {
     const std::string done =
         known ? std::to_string(busy_.percent) + " %" : Fixed(Now() - busy_.start, 1) + " s";
     ImGui::ProgressBar(known ? (float)busy_.percent / 100.0f : 0.0f, ImVec2(300 * window_.Scale(), 0),
-                       (busy_.text + " " + done).c_str());
+                       (busy_.text + ", " + done).c_str());
     ImGui::SameLine();
     if (ImGui::Button("Stop (Esc)")) Stop();
     return;
