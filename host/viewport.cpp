@@ -76,10 +76,10 @@ public:
 
   long long VerticesDrawn() const override { return state_->pointsDrawn; }
 
-  gl::Image Read() override {
+  gl::Image Read(std::vector<float>* distances) override {
     gl::Image image;
     std::string error;
-    if (!state_->target->Read(3, &image, &error) || !Finish(&image, &error))
+    if (!state_->target->Read(3, &image, &error) || !Finish(&image, distances, &error))
       TheServices().console.Print("GL: " + error);
     return image;
   }
@@ -89,11 +89,13 @@ private:
   double Aspect() const { return (double)state_->target->Width() / state_->target->Height(); }
 
   /** What a picture gets from its depths: shading, and a background with more than one colour. */
-  bool Finish(gl::Image* image, std::string* error) {
-    if (!eyeDome_ && bottom_ == background_) return true;
-    std::vector<float> depth;
+  bool Finish(gl::Image* image, std::vector<float>* distances, std::string* error) {
+    if (!eyeDome_ && !distances && bottom_ == background_) return true;
+    std::vector<float> depth, own;
     if (!state_->target->ReadDepth(&depth, error)) return false;
-    if (eyeDome_) ShadeByDepth(image, EyeDistances(state_->frame, depth), *eyeDome_);
+    if (!distances) distances = &own;
+    if (eyeDome_ || distances != &own) *distances = EyeDistances(state_->frame, depth);
+    if (eyeDome_) ShadeByDepth(image, *distances, *eyeDome_);
     if (!(bottom_ == background_)) FillBackground(image, depth, background_, bottom_);
     return true;
   }

@@ -38,7 +38,11 @@ public:
   virtual bool Draw(std::string* error) = 0;
   /** Vertices that the last Draw handed to GL, hidden ones included. */
   virtual long long VerticesDrawn() const = 0;
-  virtual gl::Image Read() = 0;
+  /**
+   * *distances, if it is asked for: of each pixel along the direction of view, infinite where nothing was
+   * drawn.
+   */
+  virtual gl::Image Read(std::vector<float>* distances = nullptr) = 0;
   /** GL errors so far. */
   virtual const std::vector<std::string>& GlErrors() const = 0;
 };

@@ -12,6 +12,25 @@ std::string Grouped(long long number) {
   return number < 0 ? "-" + digits : digits;
 }
 
+std::string GroupedIn(const std::string& text) {
+  const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+  const auto isBreak = [&text](std::size_t at) {
+    return at >= text.size() || text[at] == ' ' || text[at] == '\n' ||
+           (text[at] == ',' && (at + 1 >= text.size() || text[at + 1] == ' '));
+  };
+  std::string grouped;
+  for (std::size_t i = 0; i < text.size();) {
+    std::size_t end = i;
+    while (end < text.size() && isDigit(text[end])) ++end;
+    const bool whole = end - i >= 5 && end - i <= 18 && (i == 0 || text[i - 1] == ' ') && isBreak(end);
+    if (whole) grouped += Grouped(std::stoll(text.substr(i, end - i)));
+    end = std::max(end, i + 1);
+    if (!whole) grouped += text.substr(i, end - i);
+    i = end;
+  }
+  return grouped;
+}
+
 std::string Counted(long long number, const std::string& what) {
   return Grouped(number) + " " + what + (number == 1 ? "" : "s");
 }

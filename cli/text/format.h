@@ -7,6 +7,8 @@ namespace cli {
 
 /** 1234567 -> "1,234,567". */
 std::string Grouped(long long number);
+/** The text with its whole numbers of five digits and more grouped; those in names and with decimals stay. */
+std::string GroupedIn(const std::string& text);
 /** "1 point", "1,234 points". */
 std::string Counted(long long number, const std::string& what);
 /** Fixed decimals. */

@@ -39,6 +39,12 @@ void Pan(host::ViewCamera* camera, const PicturePlace& by, double aspect) {
   camera->target += move;
 }
 
+void FocusOn(host::ViewCamera* camera, const Vector& place) {
+  const Vector forward = (camera->target - camera->position).GetNormalized();
+  const double distance = (place - camera->position) * forward;
+  if (distance > kNearest) camera->target = camera->position + forward * distance;
+}
+
 void ZoomTo(host::ViewCamera* camera, const PicturePlace& at, double aspect, double factor) {
   const host::ViewFrame frame = host::MakeFrame(*camera, aspect);
   const double reach = Distance(*camera) * frame.tangent;

@@ -14,6 +14,9 @@ struct PicturePlace {
 void Orbit(host::ViewCamera* camera, double right, double up);
 /** Moves so that what is at the target follows the hand by that part of the picture. */
 void Pan(host::ViewCamera* camera, const PicturePlace& by, double aspect);
+/** The target becomes as far away as the place; the picture stays. For a place behind the camera nothing
+ * changes. */
+void FocusOn(host::ViewCamera* camera, const Vector& place);
 /** Changes the distance by a factor; what is under that place, at the target's distance, stays under it. */
 void ZoomTo(host::ViewCamera* camera, const PicturePlace& at, double aspect, double factor);
 /** Moves camera and target alike, as a person walks: shares of the distance between them. */

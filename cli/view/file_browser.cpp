@@ -29,6 +29,14 @@ std::string Listed(const std::vector<std::string>& names) {
   return list;
 }
 
+/** Puts the cursor behind a name that was entered before: selected, it would be gone with the next key. */
+int GoOn(ImGuiInputTextCallbackData* data) {
+  data->ClearSelection();
+  data->CursorPos = data->BufTextLen;
+  *static_cast<bool*>(data->UserData) = false;
+  return 0;
+}
+
 } // namespace
 
 void FileBrowser::Open(const Question& question, const std::string& folder, const Expected& expected) {
@@ -37,6 +45,7 @@ void FileBrowser::Open(const Question& question, const std::string& folder, cons
   name_ = expected.name;
   path_.clear();
   open_ = typing_ = true;
+  goesOn_ = false;
   std::error_code failed;
   Enter(fs::is_directory(fs::u8path(folder), failed) ? folder : fs::current_path(failed).u8string());
 }
@@ -120,7 +129,7 @@ void FileBrowser::Choose() {
   }
   problem_ = Obstacle(path);
   if (problem_.empty()) return Close(path.u8string());
-  typing_ = true; // the name wants another try
+  typing_ = goesOn_ = true; // the name wants another try
 }
 
 std::string FileBrowser::Obstacle(const fs::path& path) {
@@ -186,8 +195,9 @@ void FileBrowser::Show(float scale) {
   const char* hint = question_.kind == FILESELECT_DIRECTORY ? "this folder"
                      : expected_.many                       ? "name or path; Ctrl+click chooses several files"
                                                             : "name or path";
-  const bool entered = ImGui::InputTextWithHint(
-      "##name", hint, &name_, ImGuiInputTextFlags_EnterReturnsTrue | ImGuiInputTextFlags_AutoSelectAll);
+  const int flags = ImGuiInputTextFlags_EnterReturnsTrue |
+                    (goesOn_ ? ImGuiInputTextFlags_CallbackAlways : ImGuiInputTextFlags_AutoSelectAll);
+  const bool entered = ImGui::InputTextWithHint("##name", hint, &name_, flags, GoOn, &goesOn_);
   if (ImGui::IsItemEdited()) {
     sought_ = name_.find('/') == std::string::npos ? Lower(name_) : std::string();
     replaceAsked_ = false;

@@ -58,6 +58,7 @@ private:
   std::string sought_;              ///< what was typed: names without it are left out
   std::vector<Entry> entries_;
   bool open_ = false, typing_ = false, replaceAsked_ = false;
+  bool goesOn_ = false; ///< the name is typed on where it ended
 };
 
 } // namespace cli

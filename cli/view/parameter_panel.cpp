@@ -223,7 +223,9 @@ bool ParameterPanel::ShowReal(const Parameter& parameter, GeData* value) {
         Bound(parameter.sliderMin ? parameter.sliderMin : parameter.min, 0, 0.0) * shown.factor;
     const double high =
         Bound(parameter.sliderMax ? parameter.sliderMax : parameter.max, 0, 1.0) * shown.factor;
-    changed = ImGui::SliderScalar("##value", ImGuiDataType_Double, &number, &low, &high, shown.format);
+    // A slider has as many steps as its room has pixels.
+    const char* format = shown.factor == 1.0 && high <= 1e3 ? "%.3g" : shown.format;
+    changed = ImGui::SliderScalar("##value", ImGuiDataType_Double, &number, &low, &high, format);
   } else {
     const double low = Bound(parameter.min, 0, -DBL_MAX / 1e3) * shown.factor;
     const double high = Bound(parameter.max, 0, DBL_MAX / 1e3) * shown.factor;
@@ -249,8 +251,12 @@ bool ParameterPanel::ShowVector(const Parameter& parameter, GeData* value) {
                    vector.z * shown.factor + 0.0};
   const float speed = (float)(StepOf(parameter, vector.GetLength()) * shown.factor * 0.5);
   if (!ImGui::DragScalarN("##value", ImGuiDataType_Double, xyz, 3, speed, nullptr, nullptr,
-                          FormatOf(shown, vector.GetLength())))
+                          FormatOf(shown, vector.GetLength()))) {
+    // Fields of large coordinates are too narrow for them.
+    if (ImGui::IsItemHovered() && vector.GetLength() >= 1e5)
+      ShowTooltip(Fixed(xyz[0], 3) + "  " + Fixed(xyz[1], 3) + "  " + Fixed(xyz[2], 3));
     return false;
+  }
   value->SetVector(Vector(xyz[0], xyz[1], xyz[2]) / shown.factor);
   return true;
 }

@@ -17,15 +17,17 @@ const std::regex kWeight("weight " + kNumber);
 const std::regex kBehind("blend: .*, " + kNumber + " of what lies behind remains");
 
 std::string Percent(double share) {
-  const std::string number = Fixed(share * 100.0, share < 0.0995 ? 1 : 0);
-  return std::string(number.size() < 4 ? 4 - number.size() : 0, ' ') + number + " %";
+  return Fixed(share * 100.0, share < 0.0995 ? 1 : 0) + " %";
 }
 
-/** "FILE, point NUMBER ..." without the folders of the file: what comes after is of more interest. */
-std::string WithoutFolder(const std::string& text) {
-  const std::size_t end = text.find(", point ");
-  if (end == std::string::npos) return text;
-  return std::filesystem::u8path(text.substr(0, end)).filename().u8string() + text.substr(end);
+const std::regex kPoint("(.*, point )([0-9]+) of [0-9]+, at (.*)");
+
+/** "FILE, point NUMBER of COUNT, at X Y Z" in two lines, without the folders of the file and the count. */
+std::string ForReading(const std::string& text) {
+  std::smatch match;
+  if (!std::regex_match(text, match, kPoint)) return text;
+  return std::filesystem::u8path(match[1].str()).filename().u8string() + Grouped(std::stoll(match[2])) +
+         "\n" + match[3].str();
 }
 
 } // namespace
@@ -54,24 +56,28 @@ void PixelExplanation::AddRay(const Vector& origin, const Vector& direction, con
       if (std::regex_search(line, match, kWeight)) point->weight += std::stod(match[1]);
       continue;
     }
-    if (point && line.compare(0, 5, "     ") == 0) point->text = WithoutFolder(line.substr(5));
+    if (point && line.compare(0, 5, "     ") == 0) point->text = ForReading(line.substr(5));
     if (std::regex_search(line, match, kBehind)) behind_ += std::stod(match[1]);
     point = nullptr;
   }
 }
 
-std::string PixelExplanation::Text() const {
-  if (rays_ == 0) return "no points are rendered\n";
+PixelReport PixelExplanation::Report() const {
+  PixelReport report;
+  if (rays_ == 0) {
+    report.title = "no points are rendered";
+    return report;
+  }
   std::vector<const PixelPoint*> order;
   for (const PixelPoint& point : points_)
     if (point.weight > 0.0) order.push_back(&point);
   std::stable_sort(order.begin(), order.end(),
                    [](const PixelPoint* a, const PixelPoint* b) { return a->weight > b->weight; });
-  std::string text = "made by " + Counted((long long)order.size(), "point") + "\n";
-  for (const PixelPoint* point : order) text += Percent(point->weight / rays_) + "  " + point->text + "\n";
-  text +=
-      Percent(behind_ / rays_) + "  what lies behind\n\nHow it was traced, " + Counted(rays_, "ray") + "\n";
-  return text + steps_;
+  report.title = Counted((long long)order.size(), "point") + ", " + Counted(rays_, "ray");
+  for (const PixelPoint* point : order) report.parts.push_back({Percent(point->weight / rays_), point->text});
+  report.parts.push_back({Percent(behind_ / rays_), "what lies behind"});
+  report.steps = steps_;
+  return report;
 }
 
 } // namespace cli

@@ -16,6 +16,17 @@ struct PixelPoint {
   std::string text;    ///< file, number and coordinates
 };
 
+/** For people to read. */
+struct PixelReport {
+  struct Part {
+    std::string share, text; ///< "45 %", and whose it is
+  };
+  std::string title;
+  std::vector<Part> parts; ///< the largest first
+  std::string steps;       ///< of each ray
+  bool IsEmpty() const { return title.empty(); }
+};
+
 class PixelExplanation {
 public:
   /** One more ray of the pixel, with what the module says of it. */
@@ -24,8 +35,7 @@ public:
   int Rays() const { return rays_; }
   /** Each point once, in the order in which the rays meet them. */
   const std::vector<PixelPoint>& Points() const { return points_; }
-  /** The points and their parts, then the steps of each ray. */
-  std::string Text() const;
+  PixelReport Report() const;
 
 private:
   PixelPoint& PointOf(long number);

@@ -93,7 +93,7 @@ std::string RenderPane::Render(const host::ViewCamera& camera, double aspect,
          Fixed(outcome.seconds, 1) + " s; click a pixel to see what made it";
 }
 
-std::string RenderPane::Explain(const Pixel& pixel, std::vector<PixelPoint>* points) {
+PixelReport RenderPane::Explain(const Pixel& pixel, std::vector<PixelPoint>* points) {
   marked_ = pixel;
   LitScene scene(session_, plan_, &lit_);
   host::RenderOptions& render = scene.Options();
@@ -110,9 +110,11 @@ std::string RenderPane::Explain(const Pixel& pixel, std::vector<PixelPoint>* poi
   };
   host::RenderJob job(session_.Document(), render);
   const host::RenderOutcome outcome = job.RenderFrame();
-  if (!outcome.Ok()) return outcome.message;
-  *points = explanation.Points();
-  return "pixel " + std::to_string(pixel.x) + "," + std::to_string(pixel.y) + ", " + explanation.Text();
+  PixelReport report = explanation.Report();
+  if (!outcome.Ok()) report = {outcome.message, {}, {}};
+  report.title = "Pixel " + std::to_string(pixel.x) + "," + std::to_string(pixel.y) + ": " + report.title;
+  if (outcome.Ok()) *points = explanation.Points();
+  return report;
 }
 
 std::string RenderPane::Save(const std::string& path) const {
@@ -129,7 +131,7 @@ void RenderPane::Forget() {
   marked_.reset();
 }
 
-std::optional<Pixel> RenderPane::Show() {
+std::optional<Pixel> RenderPane::Show(float screenScale) {
   if (!HasPicture()) return std::nullopt;
   const ImVec2 corner = ImGui::GetCursorScreenPos(), room = ImGui::GetContentRegionAvail();
   const float scale = std::min(room.x / (float)picture_.width, room.y / (float)picture_.height);
@@ -142,8 +144,8 @@ std::optional<Pixel> RenderPane::Show() {
   if (marked_) {
     const ImVec2 at(start.x + ((float)marked_->x + 0.5f) * scale,
                     start.y + ((float)marked_->y + 0.5f) * scale);
-    list.AddCircle(at, 8.0f, IM_COL32(0, 0, 0, 255), 24, 4.0f);
-    list.AddCircle(at, 8.0f, IM_COL32(255, 220, 60, 255), 24, 2.0f);
+    markedAt_ = at.x;
+    DrawRing(list, at, 8.0f * screenScale, screenScale, IM_COL32(255, 220, 60, 255));
   }
   if (!clicked) return std::nullopt;
   const ImVec2 mouse = ImGui::GetIO().MousePos;

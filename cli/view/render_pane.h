@@ -25,7 +25,7 @@ public:
    */
   std::string Render(const host::ViewCamera& camera, double aspect, const std::function<void(double)>& goOn);
   /** Asks the module about the pixel; *points are those that its rays meet, in that order. */
-  std::string Explain(const Pixel& pixel, std::vector<PixelPoint>* points);
+  PixelReport Explain(const Pixel& pixel, std::vector<PixelPoint>* points);
   /** A light that lies in the document for a render only. */
   bool IsOwn(BaseObject* op) const { return lit_ && lit_->count(op) == 0; }
   /** Empty, or one line that says why it was not saved. */
@@ -33,7 +33,9 @@ public:
   void Forget();
 
   /** Draws the picture into the current window; returns the pixel that was clicked. */
-  std::optional<Pixel> Show();
+  std::optional<Pixel> Show(float screenScale);
+  /** Where on the screen the pixel that was asked was shown, from the left. */
+  float MarkedAt() const { return markedAt_; }
   bool HasPicture() const { return picture_.width > 0; }
   RenderPlan& Plan() { return plan_; }
 
@@ -46,6 +48,7 @@ private:
   Texture texture_;
   host::ViewCamera camera_; ///< of the picture
   std::optional<Pixel> marked_;
+  float markedAt_ = 0.0f;
   const std::set<BaseObject*>* lit_ =
       nullptr; ///< the document's own objects, while it has lights for a render
 };

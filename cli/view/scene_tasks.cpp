@@ -1,5 +1,6 @@
 #include "cli/commands/output/file_reports.h"
 #include "cli/commands/output/result_shape.h"
+#include "cli/commands/snapshot/first_look.h"
 #include "cli/session/file_kinds.h"
 #include "cli/text/format.h"
 #include "cli/view/companions.h"
@@ -53,22 +54,33 @@ std::string FreePictureName(const std::string& folder) {
   }
 }
 
-/** Tells clouds apart by what was loaded: "scan", "scan and 2 more". Files that brought no point do not
- * count. */
-void NameAfterFiles(BaseObject* cloud, const std::vector<std::string>& files,
-                    const std::vector<FileReport>& reports) {
+/** Those that brought points, or a folder whose files did. */
+std::vector<std::string> Loaded(const std::vector<std::string>& files,
+                                const std::vector<FileReport>& reports) {
   std::vector<std::string> loaded;
   for (const std::string& file : files)
     if (std::any_of(reports.begin(), reports.end(), [&file](const FileReport& report) {
-          // The files of a folder are reported one by one.
           return report.points > 0 && report.path.compare(0, file.size(), file) == 0 &&
                  (report.path.size() == file.size() || IsFolder(file));
         }))
       loaded.push_back(file);
+  return loaded;
+}
+
+/** Tells the first cloud from the others by what was loaded: "scan", "scan and 2 more", "scan (2)". */
+void NameAfterFiles(const CloudSession& session, const std::vector<std::string>& files) {
+  const std::vector<std::string> loaded = Loaded(files, session.Reports());
   if (loaded.empty()) return;
   std::string name = fs::u8path(loaded.front()).stem().u8string();
   if (loaded.size() > 1) name += " and " + std::to_string(loaded.size() - 1) + " more";
-  cloud->SetName(host::FromUtf8(name));
+  const std::vector<BaseObject*> clouds = session.Clouds();
+  const auto isTaken = [&clouds](const std::string& wanted) {
+    return std::any_of(clouds.begin() + 1, clouds.end(),
+                       [&wanted](BaseObject* other) { return host::Utf8(other->GetName()) == wanted; });
+  };
+  std::string free = name;
+  for (int number = 2; isTaken(free); ++number) free = name + " (" + std::to_string(number) + ")";
+  clouds.front()->SetName(host::FromUtf8(free));
 }
 
 } // namespace
@@ -78,7 +90,7 @@ void ViewApplication::Report(const std::string& line) {
 }
 
 void ViewApplication::Complain(const std::string& line) {
-  problems_.insert(line);
+  console_.Mark(line);
   Report(line);
 }
 
@@ -92,7 +104,7 @@ void ViewApplication::MarkProblems(std::size_t firstLine) {
     const auto line = std::find_if(lines.rbegin(), lines.rend(), about);
     if (report.outcome == FileOutcome::Whole) continue;
     if (line != lines.rend())
-      problems_.insert(*line);
+      console_.Mark(*line);
     else
       Complain(report.path + ": " + report.message);
   }
@@ -105,21 +117,28 @@ std::string ViewApplication::NameForFile() const {
   return clouds.empty() ? std::string() : host::Utf8(clouds.front()->GetName());
 }
 
-/** Builds what clouds are converted to before it is drawn: as work that reports and can be stopped. */
-void ViewApplication::ConvertClouds() {
+/** Does what follows from a cloud's parameters, as a part of the step that changed them. */
+void ViewApplication::FollowChoices() {
   for (BaseObject* cloud : session_.Clouds()) {
-    const LONG mode = cloud->GetDataInstance()->GetLong(KELVRA_CONVERT_MODE);
-    const auto [before, isNew] = converted_.emplace(cloud, mode);
-    const bool changed = std::exchange(before->second, mode) != mode;
-    const bool builds = mode != KELVRA_CONVERT_MODE_OFF && cloud->CheckCache(nullptr);
-    if (!changed && !builds) continue;
+    const BaseContainer& data = *cloud->GetDataInstance();
+    const Choices now{data.GetLong(KELVRA_CONVERT_MODE), data.GetLong(KELVRA_COLOR_MODE)};
+    const auto [place, isNew] = choices_.emplace(cloud, now);
+    const Choices before = std::exchange(place->second, now);
+    const bool recolored = now.coloring != before.coloring, converted = now.conversion != before.conversion;
+    const bool builds = now.conversion != KELVRA_CONVERT_MODE_OFF && cloud->CheckCache(nullptr);
+    if (!recolored && !converted && !builds) continue;
     const host::Aftermath aftermath(session_.Document());
+    if (recolored) {
+      host::KeepParameters(cloud);
+      FitHeights(session_, cloud);
+    }
     // Particles lie outside of the cloud: those of the conversion before would stay beside the new ones.
-    if (changed) Edits::Delete(ParticlesOf(cloud, mode));
-    if (builds) ConvertCloud(cloud, mode, changed || isNew);
+    if (converted) Edits::Delete(ParticlesOf(cloud, now.conversion));
+    if (builds) ConvertCloud(cloud, now.conversion, converted || isNew);
   }
 }
 
+/** Builds what a cloud is converted to before it is drawn: as work that reports and can be stopped. */
 void ViewApplication::ConvertCloud(BaseObject* cloud, LONG mode, bool isNew) {
   const bool worked = std::exchange(working_, true);
   const Busy before = std::exchange(busy_, {"converting", kUnknown, Now(), Now(), true});
@@ -146,11 +165,11 @@ void ViewApplication::UseDocument(BaseDocument* doc) {
   viewport_.Forget();
   render_.Forget();
   heights_.Forget();
-  explanation_.clear();
+  explanation_ = PixelReport();
   selected_.SetLink(nullptr);
   showsPreferences_ = false;
   session_.Use(doc);
-  converted_.clear();
+  choices_.clear();
   saved_ = Present();
   stamp_ = saved_.stamp;
 }
@@ -171,7 +190,7 @@ void ViewApplication::OpenFirst() {
     viewport_.Forget();
     path_ = files.front();
   } else if (session_.Points() > 0) {
-    NameAfterFiles(session_.Clouds().front(), files, session_.Reports());
+    NameAfterFiles(session_, files);
   } else if (!session_.Clouds().empty()) {
     host::TakeBack(before);
   }
@@ -212,7 +231,7 @@ bool ViewApplication::OpenClouds(const std::vector<std::string>& files) {
   if (clouds.size() > before && ReadCloudStats(clouds.front(), &stats) && stats.Points() == 0) return false;
   if (clouds.empty()) return false;
   for (const std::string& note : viewport_.PrepareClouds()) Report(ForPeople(note));
-  if (clouds.size() > before) NameAfterFiles(clouds.front(), files, session_.Reports());
+  if (clouds.size() > before) NameAfterFiles(session_, files);
   return true;
 }
 
@@ -284,7 +303,7 @@ void ViewApplication::ChooseFile(BaseList2D* node, LONG id) {
 
 void ViewApplication::RenderPicture() {
   session_.RequireContent();
-  explanation_.clear();
+  explanation_ = PixelReport();
   wantsPicture_ = true;
   Announce("rendering", 0);
   // Effects that every render has, and the radius chosen for it, are no change of the user's.
@@ -360,7 +379,7 @@ void ViewApplication::Undo(bool redo) {
   if (!(redo ? doc->DoRedo() : doc->DoUndo())) Report(redo ? "nothing to redo" : "nothing to undo");
   edits_.LetGo();
   viewport_.Redraw();
-  ConvertClouds(); // what was built before belongs to what the document was before
+  FollowChoices(); // what was built before belongs to what the document was before
   MeetMoments();
   // What was selected may be gone, or be another copy of itself.
   if (!showsPreferences_ && !Selected()) Select(doc->GetFirstObject());

@@ -1,6 +1,7 @@
 #include "cli/view/view_application.h"
 
 #include "cli/session/preferences_page.h"
+#include "cli/text/format.h"
 #include "cli/view/document_stamp.h"
 #include "host/application.h"
 #include "host/parameter_step.h"
@@ -15,6 +16,13 @@ namespace {
 
 constexpr double kIdle = 0.25; ///< seconds between frames while nothing happens
 constexpr double kBusyInterval = 0.06;
+
+/** What a module says that it does: "Loading : 12345 of 20000" as "Loading: 12,345 of 20,000". */
+std::string ForReading(std::string text) {
+  const std::size_t colon = text.find(" : ");
+  if (colon != std::string::npos) text.erase(colon, 1);
+  return GroupedIn(text);
+}
 
 KeptSettings SettingsFor(const ViewPlan& plan) {
   KeptSettings kept = KeptSettings::Load();
@@ -163,7 +171,7 @@ void ViewApplication::EndWork() {
 /** Called by whatever reports how far it is, or asks whether it was stopped. */
 void ViewApplication::Progress(const std::string& text, int percent) {
   if (!working_ || inFrame_) return;
-  if (busy_.text != kStopping && !busy_.named && !text.empty()) busy_.text = text;
+  if (busy_.text != kStopping && !busy_.named && !text.empty()) busy_.text = ForReading(text);
   if (busy_.text.empty()) busy_.text = "working";
   busy_.percent = percent;
   if (Now() - busy_.lastFrame < kBusyInterval) return;
@@ -214,7 +222,7 @@ void ViewApplication::TouchDocument(const std::function<void()>& touch) {
 }
 
 bool ViewApplication::UpdateView() {
-  ConvertClouds();
+  FollowChoices();
   const std::size_t now = DocumentStamp(session_.Document());
   if (now != stamp_) viewport_.Mark({}); // what it says of a point may not be true any more
   stamp_ = now;
@@ -239,7 +247,7 @@ void ViewApplication::MeetMoments() {
 }
 
 void ViewApplication::TakeAsSaved() {
-  ConvertClouds();
+  FollowChoices();
   saved_ = Present();
   UpdateView();
 }

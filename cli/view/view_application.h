@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cli/session/cloud_session.h"
+#include "cli/view/console_pane.h"
 #include "cli/view/edits.h"
 #include "cli/view/file_browser.h"
 #include "cli/view/height_panel.h"
@@ -100,7 +101,7 @@ private:
   /** Reports what went wrong. */
   void Complain(const std::string& line);
   void MarkProblems(std::size_t firstLine);
-  void ConvertClouds();
+  void FollowChoices();
   void ConvertCloud(BaseObject* cloud, LONG mode, bool isNew);
   std::string NameForFile() const;
 
@@ -115,11 +116,10 @@ private:
   void DrawParameters();
   void DrawCentre();
   void DrawPicture();
-  void DrawExplanation(float bar, float room);
+  void DrawExplanation(const ImVec2& corner, const ImVec2& room);
+  void DrawExplained();
   std::string Title() const;
   void DrawWelcome();
-  void DrawConsole();
-  void DrawLine(const std::string& line);
   void DrawStatus();
   void DrawQuestion();
   void DrawHelp();
@@ -166,17 +166,20 @@ private:
   std::string path_;        ///< of the scene, empty before it is saved
   Moment saved_, pictured_; ///< when the scene was saved, and when the picture was rendered
   std::size_t stamp_ = 0;
-  std::map<BaseObject*, LONG> converted_; ///< what each cloud was converted to when it was last looked at
+  /** Of a cloud, when it was last looked at. */
+  struct Choices {
+    LONG conversion = 0, coloring = 0;
+  };
+  std::map<BaseObject*, Choices> choices_;
   int status_ = 0;
 
-  std::vector<std::string> lines_;
-  std::set<std::string> problems_; ///< lines that say what went wrong
-  std::size_t taken_ = 0;          ///< console lines so far
+  ConsolePane console_;
   bool panels_ = true, showsHelp_ = false, wantsPicture_ = false, wantsView_ = false, wantsMenu_ = false,
        quit_ = false;
   bool pictureShown_ = false;
-  std::string explanation_, renaming_;
-  double readySince_ = -1.0; ///< when the first files were drawn
+  PixelReport explanation_;
+  float explainedHeight_ = 200.0f; ///< of its text, pixels
+  double readySince_ = -1.0;       ///< when the first files were drawn
 };
 
 } // namespace cli

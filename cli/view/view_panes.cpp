@@ -39,18 +39,19 @@ const Side kSides[] = {{"From the usual side", "0", host::Framing::UsualDirectio
                        {"From the east", "5", Vector(-1, 0, 0)}};
 
 constexpr const char* kHelp =
-    "Load           drop files onto the window, or File > Load Scan...\n"
+    "Load           Ctrl+L, or drop files onto the window\n"
     "Turn           drag, or the arrow keys\n"
     "Move           drag with the right button, or W A S D, Q and E\n"
     "Zoom           the wheel, to the pointer; or + and -\n"
     "Whole cloud    F; from the sides: 0 to 5\n"
     "Ask a point    click it\n"
     "Render         Ctrl+R; then click a pixel to see what made it\n"
-    "Stop           Esc\n"
+    "Stop           Esc; it also closes this help and what explains a pixel\n"
+    "Objects        Ctrl+D duplicates the selected one, Del deletes it\n"
     "Undo, redo     Ctrl+Z, Ctrl+Y\n"
-    "Scene          Ctrl+N new, Ctrl+O open, Ctrl+S save\n"
+    "Scene          Ctrl+N new, Ctrl+O open, Ctrl+S save, Ctrl+Q quit\n"
     "Screenshot     F12\n"
-    "Panes          Ctrl+Tab goes to the next, F10 to the menu\n"
+    "Panes          hold Ctrl, press Tab until the one you want is marked; F10 for the menu\n"
     "Widgets        the arrow keys choose, Enter or Space presses, Tab goes to the next";
 
 void Place(float x, float y, float width, float height) {
@@ -58,7 +59,8 @@ void Place(float x, float y, float width, float height) {
   ImGui::SetNextWindowSize(ImVec2(std::max(1.0f, width), std::max(1.0f, height)));
 }
 
-constexpr float kSplitter = 5.0f; ///< width, pixels of an ordinary screen
+constexpr float kLeastExplanation = 160.0f; ///< width, pixels of an ordinary screen
+constexpr float kSplitter = 5.0f;           ///< width, pixels of an ordinary screen
 
 /** A bar to take hold of: `growth` is added to the size for each pixel to the right or down. */
 void DrawBar(bool upright, const ImVec2& room, float growth, float* size) {
@@ -97,9 +99,7 @@ void DrawSplitter(const Splitter& splitter, float scale, float* size) {
 } // namespace
 
 void ViewApplication::DrawAll() {
-  const std::vector<std::string> fresh = session_.App().GetConsole().Lines(taken_);
-  taken_ += fresh.size();
-  lines_.insert(lines_.end(), fresh.begin(), fresh.end());
+  console_.Add(session_.App().GetConsole().Lines(console_.Count()));
 
   window_.SetTitle(Title());
   const float scale = window_.Scale();
@@ -151,7 +151,7 @@ void ViewApplication::DrawPanes(float top, float status) {
     if (ImGui::Begin((parameters + "###Parameters").c_str(), nullptr, kPane)) DrawParameters();
     ImGui::End();
     Place(left, bottom - console + bar, size.x - left, console - bar);
-    if (ImGui::Begin("Console", nullptr, kPane)) DrawConsole();
+    if (ImGui::Begin("Console", nullptr, kPane)) console_.Show();
     ImGui::End();
     DrawSplitter({"##left", true, left - bar, top, bottom - top, 1.0f}, scale, &panes.left);
     DrawSplitter({"##objects", false, 0, top + objects - bar, left - bar, 1.0f}, scale, &panes.objects);
@@ -178,7 +178,7 @@ void ViewApplication::TakeShortcuts(const Window::Key& key) {
     if (showsHelp_)
       showsHelp_ = false;
     else
-      explanation_.clear();
+      explanation_ = PixelReport();
   }
   if (key.control) {
     switch (key.number) {
@@ -327,7 +327,7 @@ void ViewApplication::DrawObjects() {
   bool first = true;
   for (BaseList2D* group : ParticleGroupsOf(doc)) {
     if (std::exchange(first, false)) ImGui::TextDisabled("Particles");
-    const LONG count = reinterpret_cast<TP_PGroup*>(group)->NumParticles();
+    const LONG count = static_cast<TP_PGroup*>(group)->NumParticles();
     DrawRow(group, host::Utf8(group->GetName()) + ": " + Counted(count, "particle"));
   }
   first = true;
@@ -422,48 +422,65 @@ void ViewApplication::DrawPicture() {
   if (ImGui::Button("Save Picture...")) Later([this] { SavePicture(); });
   ImGui::EndDisabled();
   ImGui::SameLine();
-  ImGui::TextDisabled(!render_.HasPicture() ? "Renders what the view shows, with light and shadow."
-                      : IsPictureCurrent()  ? "Click a pixel to see what made it."
-                                            : "The scene has changed since. Render again to ask its pixels.");
-  const float room = ImGui::GetContentRegionAvail().x;
-  const float bar = kSplitter * window_.Scale();
-  const float text =
-      explanation_.empty() ? 0.0f : std::min(kept_.panes.explained * window_.Scale(), room * 0.7f) + bar;
-  if (ImGui::BeginChild("picture", ImVec2(room - text, 0)))
-    if (const auto pixel = render_.Show())
+  const char* hint = IsBusy()                ? ""
+                     : !render_.HasPicture() ? "Renders what the view shows, with light and shadow."
+                     : IsPictureCurrent()    ? "Click a pixel to see what made it."
+                                             : "The scene has changed since. Render again to ask its pixels.";
+  ImGui::PushStyleColor(ImGuiCol_Text, ImGui::GetStyleColorVec4(ImGuiCol_TextDisabled));
+  ShowFitted(hint, ImGui::GetContentRegionAvail().x);
+  ImGui::PopStyleColor();
+  const ImVec2 corner = ImGui::GetCursorScreenPos(), room = ImGui::GetContentRegionAvail();
+  if (ImGui::BeginChild("picture", room))
+    if (const auto pixel = render_.Show(window_.Scale()))
       if (IsPictureCurrent()) Later([this, pixel] { Explain(*pixel); });
   ImGui::EndChild();
-  if (!explanation_.empty()) DrawExplanation(bar, room);
+  if (!explanation_.IsEmpty()) DrawExplanation(corner, room);
 }
 
-void ViewApplication::DrawExplanation(float bar, float room) {
-  ImGui::SameLine(0, 0);
-  DrawBar(true, ImVec2(bar, ImGui::GetContentRegionAvail().y), -1.0f / window_.Scale(),
-          &kept_.panes.explained);
-  kept_.panes.explained =
-      std::clamp(kept_.panes.explained, 120.0f, std::max(120.0f, room * 0.7f / window_.Scale()));
-  ImGui::SameLine(0, 0);
-  if (ImGui::BeginChild("explanation", ImVec2(0, 0), true)) {
-    ImGui::PushTextWrapPos(0.0f);
-    ImGui::TextUnformatted(explanation_.c_str());
-    ImGui::PopTextWrapPos();
-  }
+/** Beside the pixel and above the picture, which stays where it is: the next click may mean its neighbour. */
+void ViewApplication::DrawExplanation(const ImVec2& corner, const ImVec2& room) {
+  const float scale = window_.Scale(), bar = kSplitter * scale;
+  const float before = render_.MarkedAt() - corner.x, beyond = room.x - before;
+  const bool left = before > beyond;
+  float& kept = kept_.panes.explained;
+  kept = std::max(kept, kLeastExplanation);
+  const float free = std::max(before, beyond) - 2 * ImGui::GetFontSize();
+  const float width = std::min(kept * scale, std::max(free, kLeastExplanation * scale));
+  ImGui::SetCursorScreenPos(ImVec2(left ? corner.x : corner.x + room.x - width, corner.y));
+  ImGui::PushStyleColor(ImGuiCol_ChildBg, ImGui::GetStyleColorVec4(ImGuiCol_PopupBg));
+  const float height = std::min(room.y, explainedHeight_);
+  if (ImGui::BeginChild("explanation", ImVec2(width, height), true)) DrawExplained();
+  ImGui::EndChild();
+  ImGui::PopStyleColor();
+  ImGui::SetCursorScreenPos(ImVec2(left ? corner.x + width : corner.x + room.x - width - bar, corner.y));
+  if (ImGui::BeginChild("explanation bar", ImVec2(bar, height)))
+    DrawBar(true, ImVec2(bar, height), (left ? 1.0f : -1.0f) / scale, &kept);
   ImGui::EndChild();
 }
 
-void ViewApplication::DrawLine(const std::string& line) {
-  const bool problem = problems_.count(line) > 0;
-  if (problem) ImGui::PushStyleColor(ImGuiCol_Text, ImVec4(1.0f, 0.7f, 0.4f, 1.0f));
-  ShowFitted(line, ImGui::GetContentRegionAvail().x);
-  if (problem) ImGui::PopStyleColor();
-}
-
-void ViewApplication::DrawConsole() {
-  ImGuiListClipper clipper;
-  clipper.Begin((int)lines_.size());
-  while (clipper.Step())
-    for (int i = clipper.DisplayStart; i < clipper.DisplayEnd; ++i) DrawLine(lines_[(std::size_t)i]);
-  if (ImGui::GetScrollY() >= ImGui::GetScrollMaxY()) ImGui::SetScrollHereY(1.0f);
+void ViewApplication::DrawExplained() {
+  bool close = false;
+  ImGui::TextUnformatted(explanation_.title.c_str());
+  ImGui::SameLine(ImGui::GetWindowContentRegionMax().x - ImGui::GetFrameHeight());
+  close = ImGui::SmallButton("x");
+  if (ImGui::IsItemHovered()) ImGui::SetTooltip("close (Esc)");
+  ImGui::PushTextWrapPos(0.0f);
+  const float indent = 4 * ImGui::GetFontSize();
+  for (const PixelReport::Part& part : explanation_.parts) {
+    const float size = ImGui::CalcTextSize(part.share.c_str()).x;
+    ImGui::SetCursorPosX(ImGui::GetCursorPosX() + indent - ImGui::GetFontSize() - size);
+    ImGui::TextUnformatted(part.share.c_str());
+    ImGui::SameLine(indent);
+    ImGui::TextUnformatted(part.text.c_str());
+  }
+  if (!explanation_.steps.empty() && ImGui::TreeNode("How it was traced")) {
+    ImGui::TextUnformatted(explanation_.steps.c_str());
+    ImGui::TreePop();
+  }
+  ImGui::PopTextWrapPos();
+  // No larger than its text, to leave the rest of the picture free.
+  explainedHeight_ = ImGui::GetCursorPosY() + ImGui::GetScrollY() + ImGui::GetStyle().WindowPadding.y;
+  if (close) explanation_ = PixelReport();
 }
 
 void ViewApplication::DrawStatus() {
@@ -473,7 +490,7 @@ void ViewApplication::DrawStatus() {
     const std::string done =
         known ? std::to_string(busy_.percent) + " %" : Fixed(Now() - busy_.start, 1) + " s";
     ImGui::ProgressBar(known ? (float)busy_.percent / 100.0f : 0.0f, ImVec2(300 * window_.Scale(), 0),
-                       (busy_.text + " " + done).c_str());
+                       (busy_.text + ", " + done).c_str());
     ImGui::SameLine();
     if (ImGui::Button("Stop (Esc)")) Stop();
     return;

@@ -22,6 +22,8 @@ constexpr double kRest = 0.25;
 /** Seconds that a picture may take while the view moves. */
 constexpr double kLongest = 1.0 / 25.0, kShortest = 1.0 / 60.0;
 constexpr LONG kThinnest = 64;
+/** Of the farthest distance: what is nearer may lie before the range of depth. */
+constexpr double kLeastDepth = 1.2e-3;
 constexpr double kDegreesPerPixel = 0.35, kDegreesPerSecond = 90.0, kWalkPerSecond = 0.8, kZoomStep = 0.85;
 
 double Now() {
@@ -64,6 +66,7 @@ private:
 void ViewportPane::Forget() {
   const Window::Aside aside(window_);
   viewport_.reset();
+  seen_ = SeenDepths();
   marks_.clear();
   framed_ = false;
   stale_ = true;
@@ -137,7 +140,11 @@ bool ViewportPane::Draw(LONG everyNth) {
     if (!viewport_->Draw(&error_)) return false;
     pointsShown_ = viewport_->VerticesDrawn();
     pointsDrawn_ = pointsShown_ - HiddenPoints(clouds);
-    image = viewport_->Read();
+    seen_.camera = camera_;
+    seen_.width = width_;
+    seen_.height = height_;
+    image = viewport_->Read(&seen_.distances);
+    nothingSeen_ = pointsShown_ > 0 && seen_.IsEmpty();
   }
   texture_.Set(std::move(image));
   return true;
@@ -163,6 +170,28 @@ long long ViewportPane::HiddenPoints(const std::vector<BaseObject*>& clouds) con
     hidden += total - (kept + nth - 1) / nth;
   }
   return hidden;
+}
+
+/** To points that are nearer, as seen from within the scene, its depth does not reach. */
+double ViewportPane::LeastDistance() const {
+  host::ViewFrame frame = host::MakeFrame(camera_, Aspect());
+  host::FitRange(&frame, session_.Extent());
+  return frame.farDistance * kLeastDepth;
+}
+
+/** Towards what is seen there, and never past it: of a sparse cloud, the point that is nearest to the place.
+ */
+void ViewportPane::Zoom(const PicturePlace& at, double factor) {
+  PicturePlace towards = at;
+  if (const std::optional<Vector> place = seen_.Near(at)) {
+    FocusOn(&camera_, *place);
+    Project(camera_, *place, Aspect(), &towards);
+    if (factor < 1.0 && (camera_.target - camera_.position).GetLength() * factor < LeastDistance()) return;
+  } else if (nothingSeen_ && factor < 1.0) {
+    return;
+  }
+  ZoomTo(&camera_, towards, Aspect(), factor);
+  Moved();
 }
 
 void ViewportPane::Moved() {
@@ -196,6 +225,12 @@ void ViewportPane::Show(bool takesKeys) {
   MoveWithMouse(width_, height_, at);
   if (takesKeys) MoveWithKeys();
   DrawMarks(corner.x, corner.y, (float)width_, (float)height_);
+  if (nothingSeen_) {
+    const char* text = "No point is in view. F shows the whole cloud.";
+    const ImVec2 room = ImGui::CalcTextSize(text);
+    list.AddText(ImVec2((corner.x + end.x - room.x) / 2, (corner.y + end.y - room.y) / 2),
+                 ImGui::GetColorU32(ImGuiCol_TextDisabled), text);
+  }
   if (!error_.empty())
     list.AddText(ImVec2(corner.x + 12, corner.y + 12), IM_COL32(255, 120, 100, 255), error_.c_str());
 }
@@ -203,8 +238,7 @@ void ViewportPane::Show(bool takesKeys) {
 void ViewportPane::MoveWithMouse(double paneWidth, double paneHeight, const PicturePlace& at) {
   const ImGuiIO& io = ImGui::GetIO();
   if (ImGui::IsItemHovered() && io.MouseWheel != 0.0f) {
-    ZoomTo(&camera_, at, Aspect(), std::pow(kZoomStep, io.MouseWheel));
-    Moved();
+    Zoom(at, std::pow(kZoomStep, io.MouseWheel));
   }
   const bool held = ImGui::IsItemActive();
   const bool turns = held && ImGui::IsMouseDragging(ImGuiMouseButton_Left, 3.0f);
@@ -252,13 +286,13 @@ void ViewportPane::MoveWithKeys() {
     Moved();
   }
   if (zoom != 0) {
-    ZoomTo(&camera_, PicturePlace(), Aspect(), std::pow(kZoomStep, zoom * seconds * 10.0));
-    Moved();
+    Zoom(PicturePlace(), std::pow(kZoomStep, zoom * seconds * 10.0));
   }
 }
 
 void ViewportPane::DrawMarks(float x, float y, float width, float height) const {
   ImDrawList& list = *ImGui::GetWindowDrawList();
+  const float scale = window_.Scale();
   ImVec2 at;
   // The first one last, above all others.
   for (auto mark = marks_.rbegin(); mark != marks_.rend(); ++mark) {
@@ -269,16 +303,20 @@ void ViewportPane::DrawMarks(float x, float y, float width, float height) const 
       continue;
     }
     at = ImVec2(x + (float)(place.x + 1.0) * 0.5f * width, y + (float)(1.0 - place.y) * 0.5f * height);
-    const float radius = isFirst ? 8.0f : 5.0f;
-    list.AddCircle(at, radius, IM_COL32(0, 0, 0, 255), 24, 4.0f);
-    list.AddCircle(at, radius, isFirst ? IM_COL32(255, 220, 60, 255) : IM_COL32(255, 140, 60, 255), 24, 2.0f);
+    DrawRing(list, at, (isFirst ? 8.0f : 5.0f) * scale, scale,
+             isFirst ? IM_COL32(255, 220, 60, 255) : IM_COL32(255, 140, 60, 255));
   }
   if (marks_.empty() || markLabel_.empty()) return;
   const ImVec2 size = ImGui::CalcTextSize(markLabel_.c_str());
-  const ImVec2 text(at.x + 14.0f + size.x < x + width ? at.x + 14.0f : at.x - 14.0f - size.x,
-                    at.y + size.y + 8.0f < y + height ? at.y + 4.0f : at.y - size.y - 4.0f);
-  list.AddRectFilled(ImVec2(text.x - 5, text.y - 3), ImVec2(text.x + size.x + 5, text.y + size.y + 3),
-                     IM_COL32(0, 0, 0, 190), 3.0f);
+  const float gap = 14.0f * scale, margin = 5.0f * scale;
+  const float beside = at.x + gap + size.x < x + width ? at.x + gap : at.x - gap - size.x;
+  const float below = at.y + size.y + 2 * margin < y + height ? at.y + margin : at.y - size.y - margin;
+  // A long label near the middle of a narrow view fits on neither side.
+  const ImVec2 text(std::max(x + margin, std::min(beside, x + width - size.x - margin)),
+                    std::max(y + margin, below));
+  list.AddRectFilled(ImVec2(text.x - margin, text.y - margin),
+                     ImVec2(text.x + size.x + margin, text.y + size.y + margin), IM_COL32(0, 0, 0, 190),
+                     3.0f * scale);
   list.AddText(text, IM_COL32(255, 240, 200, 255), markLabel_.c_str());
 }
 

@@ -3,6 +3,7 @@
 
 #include "cli/session/cloud_session.h"
 #include "cli/view/camera_moves.h"
+#include "cli/view/seen_depths.h"
 #include "cli/view/window.h"
 #include "host/viewport.h"
 
@@ -59,6 +60,8 @@ private:
   void MoveWithMouse(double paneWidth, double paneHeight, const PicturePlace& at);
   void MoveWithKeys();
   void DrawMarks(float x, float y, float width, float height) const;
+  double LeastDistance() const;
+  void Zoom(const PicturePlace& at, double factor);
   void Moved();
 
   CloudSession& session_;
@@ -66,11 +69,13 @@ private:
   std::unique_ptr<host::Viewport> viewport_;
   Texture texture_;
   host::ViewCamera camera_;
+  SeenDepths seen_;
   int width_ = 0, height_ = 0; ///< of the pane, pixels
   int drawnWidth_ = 0, drawnHeight_ = 0;
   std::size_t stamp_ = 0;
   bool stale_ = true, eyeDome_ = false, framed_ = false;
-  LONG movingNth_ = 1; ///< while the view moves
+  bool nothingSeen_ = false; ///< the camera looks past all points
+  LONG movingNth_ = 1;       ///< while the view moves
   bool thinned_ = false;
   double lastMove_ = -1.0, drawSeconds_ = 0.0;
   long long pointsDrawn_ = 0, pointsShown_ = 0;

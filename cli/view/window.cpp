@@ -86,6 +86,8 @@ void Window::SetUpInterface() {
   style.Colors[ImGuiCol_Header] = ImVec4(0.26f, 0.59f, 0.98f, 0.45f);
   style.Colors[ImGuiCol_HeaderHovered] = ImVec4(0.26f, 0.59f, 0.98f, 0.25f);
   style.Colors[ImGuiCol_HeaderActive] = ImVec4(0.26f, 0.59f, 0.98f, 0.60f);
+  // White text is read on it.
+  style.Colors[ImGuiCol_PlotHistogram] = ImVec4(0.16f, 0.40f, 0.68f, 1.0f);
   style.Colors[ImGuiCol_TextDisabled] = ImVec4(0.60f, 0.60f, 0.60f, 1.0f);
   style.ScaleAllSizes(scale_);
   LoadFont(scale_);
@@ -207,6 +209,11 @@ Window::Aside::Aside(const Window& window) : window_(window) {
 }
 Window::Aside::~Aside() {
   glfwMakeContextCurrent(window_.window_);
+}
+
+void DrawRing(ImDrawList& list, const ImVec2& centre, float radius, float scale, unsigned color) {
+  list.AddCircle(centre, radius, IM_COL32(0, 0, 0, 255), 24, 4.0f * scale);
+  list.AddCircle(centre, radius, color, 24, 2.0f * scale);
 }
 
 Texture::~Texture() {

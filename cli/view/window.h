@@ -7,6 +7,8 @@
 #include <vector>
 
 struct GLFWwindow;
+struct ImDrawList;
+struct ImVec2;
 
 namespace cli {
 
@@ -88,5 +90,8 @@ private:
   host::gl::Image image_; ///< not uploaded yet
   unsigned name_ = 0;
 };
+
+/** A circle with a dark rim, seen on any ground. */
+void DrawRing(ImDrawList& list, const ImVec2& centre, float radius, float scale, unsigned color);
 
 } // namespace cli

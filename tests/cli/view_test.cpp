@@ -87,7 +87,8 @@ TEST_F(Window, TakesAScanFromItsDropToASavedScene) {
           "drop big.xyz; sleep 1; key Escape; shot stopped; rm big.xyz\n"
           "point 640 270 click 1 sleep 1 type squares.xyz; key Return; shot loaded; key ctrl+z; shot undone\n"
           "drop squares.xyz; shot dropped; key ctrl+z; sleep 1; key ctrl+y; shot redone\n"
-          "point 180 390 click 1; shot heights; key ctrl+z; shot own; key 3; shot back\n"
+          "point 180 390 click 1; shot heights; key ctrl+z; shot own\n"
+          "point 640 200 click --repeat 60 --delay 20 4; shot near; key 3; shot back\n"
           "point 640 250 mousedown 1; sleep 0.3\n"
           "for i in 1 2 3; do xdotool mousemove_relative 30 40; sleep 0.2; done\n"
           "xdotool mouseup 1; sleep 0.3; shot turned\n"
@@ -100,6 +101,7 @@ TEST_F(Window, TakesAScanFromItsDropToASavedScene) {
     EXPECT_GT(Find(Picture(name), 0).count, 300) << name;
   for (const char* name : {"undone", "heights"}) EXPECT_EQ(Find(Picture(name), 0).count, 0) << name;
   EXPECT_LT(Find(Picture("own"), 0).x, Find(Picture("own"), 1).x) << "the green square lies in the east";
+  EXPECT_GT(Find(Picture("near"), 0).count + Find(Picture("near"), 1).count, 0) << "zoomed past all points";
   EXPECT_GT(Find(Picture("back"), 0).x, Find(Picture("back"), 1).x) << "seen from the north";
   EXPECT_NE(Find(Picture("turned"), 0).count, Find(Picture("back"), 0).count);
   EXPECT_GT(Black(Picture("unfinished")), 10000) << "what was not rendered";

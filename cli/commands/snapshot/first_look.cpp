@@ -25,19 +25,6 @@ bool ByHeight(LONG mode) {
   return mode == KELVRA_COLOR_MODE_HEIGHT || mode == KELVRA_COLOR_MODE_POINT_BY_HEIGHT;
 }
 
-/** Colour modes by height span most of the cloud's own heights, unless the user or the scene says otherwise.
- */
-void FitHeights(CloudSession& session, BaseObject* cloud) {
-  BaseContainer* data = cloud->GetDataInstance();
-  if (!ByHeight(data->GetLong(KELVRA_COLOR_MODE))) return;
-  // A scene that was saved with such a mode chose its heights, be they the usual ones.
-  if (session.IsFromScene(cloud) && !session.WasSet(KELVRA_COLOR_MODE)) return;
-  double low = 0.0, high = 0.0;
-  if (!HeightRange(cloud, kHeightShare, &low, &high)) return;
-  if (IsUntouched(session, cloud, KELVRA_MIN_HEIGHT)) data->SetReal(KELVRA_MIN_HEIGHT, low);
-  if (IsUntouched(session, cloud, KELVRA_MAX_HEIGHT)) data->SetReal(KELVRA_MAX_HEIGHT, high);
-}
-
 bool HasPoints(BaseObject* cloud) {
   CloudStats stats;
   return ReadCloudStats(cloud, &stats) && stats.Points() > 0;
@@ -53,6 +40,14 @@ bool IsPlain(const CloudSession& session, BaseObject* cloud) {
 
 } // namespace
 
+void FitHeights(CloudSession& session, BaseObject* cloud) {
+  BaseContainer* data = cloud->GetDataInstance();
+  double low = 0.0, high = 0.0;
+  if (!ByHeight(data->GetLong(KELVRA_COLOR_MODE)) || !HeightRange(cloud, kHeightShare, &low, &high)) return;
+  if (IsUntouched(session, cloud, KELVRA_MIN_HEIGHT)) data->SetReal(KELVRA_MIN_HEIGHT, low);
+  if (IsUntouched(session, cloud, KELVRA_MAX_HEIGHT)) data->SetReal(KELVRA_MAX_HEIGHT, high);
+}
+
 FirstLook PrepareClouds(CloudSession& session, const SnapshotPlan& plan) {
   FirstLook look;
   const std::vector<BaseObject*> clouds = session.Clouds();
@@ -64,7 +59,8 @@ FirstLook PrepareClouds(CloudSession& session, const SnapshotPlan& plan) {
                            cloud->GetDataInstance()->GetLong(KELVRA_COLOR_MODE) != KELVRA_COLOR_MODE_POINT;
     const std::string note = choseMode ? std::string() : ColorIfPlain(session, cloud, plan.view.upIsY);
     if (!note.empty()) look.notes.push_back(note);
-    FitHeights(session, cloud);
+    // A scene that was saved with such a mode chose its heights, be they the usual ones.
+    if (!session.IsFromScene(cloud) || session.WasSet(KELVRA_COLOR_MODE)) FitHeights(session, cloud);
     if (plan.view.upIsY && ByHeight(cloud->GetDataInstance()->GetLong(KELVRA_COLOR_MODE)))
       look.notes.push_back(
           "color_mode: shows heights along z, not along the y that --up y shows upwards (--set "
