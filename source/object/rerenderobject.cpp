@@ -375,10 +375,10 @@ void KelvraObject::OnDelivery(BaseObject* op, PointDelivery& delivery) {
   const Bool stream =
       delivery.state == kDeliverStream && (request == kDeliverStream || state == kDeliverStream);
   if (!once && !stream) return;
+  StopDrawing();
   if (once) data->SetLong(KELVRA_LOAD_STATE, KELVRA_LOAD_STATE_IDLE);
   DropBadBlocks(delivery.points);
   if (delivery.points.blocks.GetCount() == 0) return;
-  StopDrawing();
   if (once) RecordUndo(op);
   if (!store.Merge(delivery.points)) return;
   // What is delivered is absolute.

@@ -48,11 +48,10 @@ void LasFile::OnMessage(void* context, const char* text) {
   constexpr std::size_t kMaxMessages = 16;
   auto& messages = static_cast<LasFile*>(context)->libraryMessages_;
   if (messages.size() >= kMaxMessages) return;
-  std::string line = text;
-  while (!line.empty() && line.back() == '\n') line.pop_back();
-  if (line.empty()) return;
   try {
-    messages.push_back(std::move(line));
+    std::string line = text;
+    while (!line.empty() && line.back() == '\n') line.pop_back();
+    if (!line.empty()) messages.push_back(std::move(line));
   } catch (...) {
     // The library calls this, and no exception may cross it: one message is lost.
   }
