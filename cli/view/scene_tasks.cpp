@@ -71,7 +71,8 @@ std::vector<std::string> Loaded(const std::vector<std::string>& files,
 void NameAfterFiles(const CloudSession& session, const std::vector<std::string>& files) {
   const std::vector<std::string> loaded = Loaded(files, session.Reports());
   if (loaded.empty()) return;
-  std::string name = fs::u8path(loaded.front()).stem().u8string();
+  const fs::path first = fs::u8path(loaded.front());
+  std::string name = (first.has_filename() ? first : first.parent_path()).stem().u8string(); // "scans/"
   if (loaded.size() > 1) name += " and " + std::to_string(loaded.size() - 1) + " more";
   const std::vector<BaseObject*> clouds = session.Clouds();
   const auto isTaken = [&clouds](const std::string& wanted) {

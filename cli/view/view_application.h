@@ -109,15 +109,8 @@ private:
   void DrawAll();
   void DrawPanes(float top, float status);
   void DrawMenu();
-  void DrawObjects();
-  void DrawObject(BaseObject* op);
-  void DrawRow(BaseList2D* node, const std::string& label);
-  const host::PluginInfo* PluginOf(BaseVideoPost* post);
   void DrawParameters();
   void DrawCentre();
-  void DrawPicture();
-  void DrawExplanation(const ImVec2& corner, const ImVec2& room);
-  void DrawExplained();
   std::string Title() const;
   void DrawWelcome();
   void DrawStatus();
@@ -125,6 +118,17 @@ private:
   void DrawHelp();
   void TakeShortcuts(const Window::Key& key);
   void Stop();
+
+  // In object_tree.cpp.
+  void DrawObjects();
+  void DrawObject(BaseObject* op);
+  void DrawRow(BaseList2D* node, const std::string& label);
+  const host::PluginInfo* PluginOf(BaseVideoPost* post);
+
+  // In picture_tab.cpp.
+  void DrawPicture();
+  void DrawExplanation(const ImVec2& corner, const ImVec2& room);
+  void DrawExplained();
 
   BaseObject* SelectedObject() const;
   BaseList2D* Selected() const;

@@ -1,14 +1,11 @@
-#include "c4d_particles.h"
 #include "cli/session/preferences_page.h"
 #include "cli/text/format.h"
-#include "cli/view/companions.h"
-#include "cli/view/document_stamp.h"
 #include "cli/view/fitted_text.h"
+#include "cli/view/splitter.h"
 #include "cli/view/view_application.h"
 #include "host/application.h"
 #include "host/parameter_step.h"
 #include "kelvra_messages.h"
-#include "vpkelvrarender.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -19,9 +16,6 @@
 namespace cli {
 
 namespace {
-
-constexpr int kPane = ImGuiWindowFlags_NoMove | ImGuiWindowFlags_NoResize | ImGuiWindowFlags_NoCollapse |
-                      ImGuiWindowFlags_NoBringToFrontOnFocus | ImGuiWindowFlags_NoSavedSettings;
 
 // Key numbers of the window system.
 constexpr int kF1 = 290, kF10 = 299, kF12 = 301, kDeleteKey = 261, kEscapeKey = 256;
@@ -53,48 +47,6 @@ constexpr const char* kHelp =
     "Screenshot     F12\n"
     "Panes          hold Ctrl, press Tab until the one you want is marked; F10 for the menu\n"
     "Widgets        the arrow keys choose, Enter or Space presses, Tab goes to the next";
-
-void Place(float x, float y, float width, float height) {
-  ImGui::SetNextWindowPos(ImVec2(x, y));
-  ImGui::SetNextWindowSize(ImVec2(std::max(1.0f, width), std::max(1.0f, height)));
-}
-
-constexpr float kLeastExplanation = 160.0f; ///< width, pixels of an ordinary screen
-constexpr float kSplitter = 5.0f;           ///< width, pixels of an ordinary screen
-
-/** A bar to take hold of: `growth` is added to the size for each pixel to the right or down. */
-void DrawBar(bool upright, const ImVec2& room, float growth, float* size) {
-  ImGui::InvisibleButton("bar", ImVec2(std::max(1.0f, room.x), std::max(1.0f, room.y)));
-  const bool held = ImGui::IsItemActive();
-  if (held) *size += (upright ? ImGui::GetIO().MouseDelta.x : ImGui::GetIO().MouseDelta.y) * growth;
-  if (!held && !ImGui::IsItemHovered()) return;
-  ImGui::SetMouseCursor(upright ? ImGuiMouseCursor_ResizeEW : ImGuiMouseCursor_ResizeNS);
-  ImGui::GetWindowDrawList()->AddRectFilled(
-      ImGui::GetItemRectMin(), ImGui::GetItemRectMax(),
-      ImGui::GetColorU32(held ? ImGuiCol_SeparatorActive : ImGuiCol_SeparatorHovered));
-}
-
-/** Where a bar between two panes lies. */
-struct Splitter {
-  const char* name;
-  bool upright;
-  float x, y, length;
-  float growth; ///< of its pane, as DrawBar has it
-};
-
-void DrawSplitter(const Splitter& splitter, float scale, float* size) {
-  const float width = kSplitter * scale;
-  const ImVec2 room = splitter.upright ? ImVec2(width, splitter.length) : ImVec2(splitter.length, width);
-  Place(splitter.x, splitter.y, room.x, room.y);
-  ImGui::PushStyleVar(ImGuiStyleVar_WindowPadding, ImVec2(0, 0));
-  ImGui::PushStyleVar(ImGuiStyleVar_WindowMinSize, ImVec2(1, 1));
-  ImGui::PushStyleVar(ImGuiStyleVar_WindowBorderSize, 0.0f);
-  const int bare = ImGuiWindowFlags_NoTitleBar | ImGuiWindowFlags_NoScrollbar | ImGuiWindowFlags_NoNav;
-  if (ImGui::Begin(splitter.name, nullptr, kPane | bare))
-    DrawBar(splitter.upright, room, splitter.growth / scale, size);
-  ImGui::End();
-  ImGui::PopStyleVar(3);
-}
 
 } // namespace
 
@@ -286,87 +238,6 @@ void ViewApplication::DrawMenu() {
   ImGui::EndMainMenuBar();
 }
 
-void ViewApplication::DrawObject(BaseObject* op) {
-  if (render_.IsOwn(op)) return;
-  ImGui::PushID(op);
-  const std::string name = TitleOf(op);
-  bool visible = host::IsShownInViews(op);
-  if (ImGui::Checkbox("##visible", &visible)) Edits::SetVisible(op, visible);
-  if (ImGui::IsItemHovered()) ImGui::SetTooltip("shown in the view");
-  ImGui::SameLine();
-  const bool selected = SelectedObject() == op;
-  const int flags = ImGuiTreeNodeFlags_DefaultOpen | ImGuiTreeNodeFlags_OpenOnArrow |
-                    ImGuiTreeNodeFlags_SpanAvailWidth | (selected ? ImGuiTreeNodeFlags_Selected : 0) |
-                    (op->GetDown() ? 0 : ImGuiTreeNodeFlags_Leaf);
-  const float room = ImGui::GetContentRegionAvail().x - ImGui::GetTreeNodeToLabelSpacing();
-  const bool open =
-      ImGui::TreeNodeEx("##node", flags, "%s", name.empty() ? "(no name)" : Shortened(name, room).c_str());
-  ExplainShortened(name, room);
-  if (ImGui::IsItemClicked() || (ImGui::IsItemFocused() && ImGui::IsItemActivated())) Select(op);
-  if (ImGui::BeginPopupContextItem()) {
-    Select(op);
-    if (ImGui::MenuItem("Duplicate")) Later([this] { DuplicateSelected(); });
-    if (ImGui::MenuItem("Delete")) Later([this] { DeleteSelected(); });
-    ImGui::EndPopup();
-  }
-  if (open) {
-    for (BaseObject* child = op->GetDown(); child; child = child->GetNext()) DrawObject(child);
-    ImGui::TreePop();
-  }
-  ImGui::PopID();
-}
-
-void ViewApplication::DrawObjects() {
-  if (ImGui::SmallButton("Load Scan...")) Later([this] { LoadByDialog(false); });
-  ImGui::SameLine();
-  ImGui::BeginDisabled(!HasContent());
-  if (ImGui::SmallButton("Render")) Later([this] { RenderPicture(); });
-  ImGui::EndDisabled();
-  BaseDocument* doc = session_.Document();
-  for (BaseObject* op = doc->GetFirstObject(); op; op = op->GetNext()) DrawObject(op);
-  bool first = true;
-  for (BaseList2D* group : ParticleGroupsOf(doc)) {
-    if (std::exchange(first, false)) ImGui::TextDisabled("Particles");
-    const LONG count = static_cast<TP_PGroup*>(group)->NumParticles();
-    DrawRow(group, host::Utf8(group->GetName()) + ": " + Counted(count, "particle"));
-  }
-  first = true;
-  RenderData* settings = doc->GetActiveRenderData();
-  for (BaseVideoPost* post = settings ? settings->GetFirstVideoPost() : nullptr; post;
-       post = post->GetNext()) {
-    const host::PluginInfo* plugin = PluginOf(post);
-    // Every render has these by itself, and there is nothing to set.
-    if (plugin && (plugin->info & PLUGINFLAG_VIDEOPOST_INHERENT) && plugin->description.empty()) continue;
-    if (std::exchange(first, false)) ImGui::TextDisabled("Effects of the render");
-    // Each cloud has an effect, and all of these have one name.
-    BaseObject* rendered = post->GetDataInstance()->GetObjectLink(KELVRA_RENDER_OBJECT, doc);
-    const bool links = session_.App().FindParameter(post, "KELVRA_RENDER_OBJECT") >= 0;
-    const std::string of = rendered ? host::Utf8(rendered->GetName()) : "(no object)";
-    DrawRow(post, host::Utf8(post->GetName()) + (rendered || links ? ": " + of : ""));
-  }
-}
-
-const host::PluginInfo* ViewApplication::PluginOf(BaseVideoPost* post) {
-  for (const host::PluginInfo& plugin : session_.App().Plugins())
-    if (plugin.kind == PLUGINTYPE_VIDEOPOST && plugin.id == post->GetType()) return &plugin;
-  return nullptr;
-}
-
-/** Something of the document that does not lie in its tree. */
-void ViewApplication::DrawRow(BaseList2D* node, const std::string& label) {
-  ImGui::PushID(node);
-  const bool selected = !showsPreferences_ && selected_.GetLink(session_.Document()) == node;
-  const float room = ImGui::GetContentRegionAvail().x;
-  if (ImGui::Selectable((Shortened(label, room) + "###row").c_str(), selected)) Select(node);
-  ExplainShortened(label, room);
-  if (ImGui::BeginPopupContextItem()) {
-    Select(node);
-    if (ImGui::MenuItem("Delete")) Later([this] { DeleteSelected(); });
-    ImGui::EndPopup();
-  }
-  ImGui::PopID();
-}
-
 void ViewApplication::DrawParameters() {
   BaseList2D* node = Selected();
   if (!node) return ImGui::TextDisabled("Select an object to see its parameters.");
@@ -411,76 +282,6 @@ void ViewApplication::DrawWelcome() {
   ImGui::SetCursorPos(
       ImVec2(start.x + (room.x - width) / 2, start.y + room.y * 0.42f + 2 * ImGui::GetFrameHeight()));
   if (ImGui::Button("Load Scan...", ImVec2(width, 0))) Later([this] { LoadByDialog(false); });
-}
-
-void ViewApplication::DrawPicture() {
-  ImGui::BeginDisabled(!HasContent());
-  if (ImGui::Button(render_.HasPicture() ? "Render again" : "Render")) Later([this] { RenderPicture(); });
-  ImGui::EndDisabled();
-  ImGui::SameLine();
-  ImGui::BeginDisabled(!render_.HasPicture());
-  if (ImGui::Button("Save Picture...")) Later([this] { SavePicture(); });
-  ImGui::EndDisabled();
-  ImGui::SameLine();
-  const char* hint = IsBusy()                ? ""
-                     : !render_.HasPicture() ? "Renders what the view shows, with light and shadow."
-                     : IsPictureCurrent()    ? "Click a pixel to see what made it."
-                                             : "The scene has changed since. Render again to ask its pixels.";
-  ImGui::PushStyleColor(ImGuiCol_Text, ImGui::GetStyleColorVec4(ImGuiCol_TextDisabled));
-  ShowFitted(hint, ImGui::GetContentRegionAvail().x);
-  ImGui::PopStyleColor();
-  const ImVec2 corner = ImGui::GetCursorScreenPos(), room = ImGui::GetContentRegionAvail();
-  if (ImGui::BeginChild("picture", room))
-    if (const auto pixel = render_.Show(window_.Scale()))
-      if (IsPictureCurrent()) Later([this, pixel] { Explain(*pixel); });
-  ImGui::EndChild();
-  if (!explanation_.IsEmpty()) DrawExplanation(corner, room);
-}
-
-/** Beside the pixel and above the picture, which stays where it is: the next click may mean its neighbour. */
-void ViewApplication::DrawExplanation(const ImVec2& corner, const ImVec2& room) {
-  const float scale = window_.Scale(), bar = kSplitter * scale;
-  const float before = render_.MarkedAt() - corner.x, beyond = room.x - before;
-  const bool left = before > beyond;
-  float& kept = kept_.panes.explained;
-  kept = std::max(kept, kLeastExplanation);
-  const float free = std::max(before, beyond) - 2 * ImGui::GetFontSize();
-  const float width = std::min(kept * scale, std::max(free, kLeastExplanation * scale));
-  ImGui::SetCursorScreenPos(ImVec2(left ? corner.x : corner.x + room.x - width, corner.y));
-  ImGui::PushStyleColor(ImGuiCol_ChildBg, ImGui::GetStyleColorVec4(ImGuiCol_PopupBg));
-  const float height = std::min(room.y, explainedHeight_);
-  if (ImGui::BeginChild("explanation", ImVec2(width, height), true)) DrawExplained();
-  ImGui::EndChild();
-  ImGui::PopStyleColor();
-  ImGui::SetCursorScreenPos(ImVec2(left ? corner.x + width : corner.x + room.x - width - bar, corner.y));
-  if (ImGui::BeginChild("explanation bar", ImVec2(bar, height)))
-    DrawBar(true, ImVec2(bar, height), (left ? 1.0f : -1.0f) / scale, &kept);
-  ImGui::EndChild();
-}
-
-void ViewApplication::DrawExplained() {
-  bool close = false;
-  ImGui::TextUnformatted(explanation_.title.c_str());
-  ImGui::SameLine(ImGui::GetWindowContentRegionMax().x - ImGui::GetFrameHeight());
-  close = ImGui::SmallButton("x");
-  if (ImGui::IsItemHovered()) ImGui::SetTooltip("close (Esc)");
-  ImGui::PushTextWrapPos(0.0f);
-  const float indent = 4 * ImGui::GetFontSize();
-  for (const PixelReport::Part& part : explanation_.parts) {
-    const float size = ImGui::CalcTextSize(part.share.c_str()).x;
-    ImGui::SetCursorPosX(ImGui::GetCursorPosX() + indent - ImGui::GetFontSize() - size);
-    ImGui::TextUnformatted(part.share.c_str());
-    ImGui::SameLine(indent);
-    ImGui::TextUnformatted(part.text.c_str());
-  }
-  if (!explanation_.steps.empty() && ImGui::TreeNode("How it was traced")) {
-    ImGui::TextUnformatted(explanation_.steps.c_str());
-    ImGui::TreePop();
-  }
-  ImGui::PopTextWrapPos();
-  // No larger than its text, to leave the rest of the picture free.
-  explainedHeight_ = ImGui::GetCursorPosY() + ImGui::GetScrollY() + ImGui::GetStyle().WindowPadding.y;
-  if (close) explanation_ = PixelReport();
 }
 
 void ViewApplication::DrawStatus() {

@@ -226,11 +226,12 @@ TEST_F(Undo, WhatFollowsFromAStepIsUndoneWithIt) {
     NumberOf(op) = 8;
   }
   EXPECT_EQ(host::PlaceInHistory(doc_).state, state);
+  const auto next = [op] { return op->GetNext() ? Text(op->GetNext()->GetName()) : "none"; };
   for (int round = 0; round < 2; ++round) {
-    EXPECT_EQ(Text(op->GetNext()->GetName()), "built");
+    EXPECT_EQ(next(), "built");
     EXPECT_EQ(NumberOf(op), 8);
     ASSERT_TRUE(doc_->DoUndo());
-    EXPECT_EQ(Text(op->GetNext()->GetName()), "first");
+    EXPECT_EQ(next(), "first");
     EXPECT_EQ(NumberOf(op), 0);
     EXPECT_FALSE(doc_->DoUndo());
     ASSERT_TRUE(doc_->DoRedo());
