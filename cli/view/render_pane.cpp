@@ -50,22 +50,26 @@ std::uint8_t Shown(float sample) {
 
 } // namespace
 
-void RenderPane::Take(const host::RenderBuffer& buffer) {
+void RenderPane::Begin(const host::RenderBuffer& buffer) {
   picture_.width = buffer.Width();
   picture_.height = buffer.Height();
   picture_.channels = 3;
-  const std::size_t pixels = (std::size_t)picture_.width * picture_.height;
-  picture_.samples.resize(pixels * 3);
+  picture_.samples.assign((std::size_t)picture_.width * picture_.height * 3, 0.0f);
+}
+
+void RenderPane::Take(const host::RenderBuffer& buffer, const host::PixelArea& area) {
+  for (LONG y = area.top; y < area.bottom; ++y)
+    for (LONG x = area.left; x < area.right; ++x)
+      std::copy_n(buffer.At(x, y), 3, &picture_.samples[((std::size_t)y * picture_.width + x) * 3]);
+}
+
+void RenderPane::ShowPicture() {
   host::gl::Image image;
   image.width = picture_.width;
   image.height = picture_.height;
   image.channels = 3;
-  image.samples.resize(pixels * 3);
-  for (std::size_t i = 0; i < pixels; ++i)
-    for (std::size_t c = 0; c < 3; ++c) {
-      picture_.samples[i * 3 + c] = buffer.Samples()[i * host::RenderBuffer::kComponents + c];
-      image.samples[i * 3 + c] = Shown(picture_.samples[i * 3 + c]);
-    }
+  image.samples.resize(picture_.samples.size());
+  std::transform(picture_.samples.begin(), picture_.samples.end(), image.samples.begin(), Shown);
   texture_.Set(std::move(image));
 }
 
@@ -80,15 +84,25 @@ std::string RenderPane::Render(const host::ViewCamera& camera, double aspect,
   LitScene scene(session_, plan_, &lit_);
   scene.Options().camera = camera;
   host::RenderJob* running = nullptr;
+  std::size_t taken = 0;
   scene.Options().progress = [&](double share) {
-    Take(running->Buffer());
+    const host::RenderBuffer& buffer = running->Buffer();
+    const std::vector<host::PixelArea>& finished = buffer.Finished();
+    if (taken == 0 || taken > finished.size()) {
+      Begin(buffer);
+      taken = 0;
+    }
+    for (; taken < finished.size(); ++taken) Take(buffer, finished[taken]);
+    ShowPicture();
     goOn(share);
   };
   host::RenderJob job(session_.Document(), scene.Options());
   running = &job;
   const host::RenderOutcome outcome = job.RenderFrame();
   if (!outcome.Ok()) return "rendering: " + outcome.message;
-  Take(job.Buffer());
+  Begin(job.Buffer());
+  Take(job.Buffer(), {0, 0, picture_.width, picture_.height});
+  ShowPicture();
   return "rendered " + std::to_string(picture_.width) + "x" + std::to_string(picture_.height) + " in " +
          Fixed(outcome.seconds, 1) + " s; click a pixel to see what made it";
 }

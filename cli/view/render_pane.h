@@ -40,7 +40,11 @@ public:
   RenderPlan& Plan() { return plan_; }
 
 private:
-  void Take(const host::RenderBuffer& buffer);
+  /** A black picture of the buffer's size. */
+  void Begin(const host::RenderBuffer& buffer);
+  void Take(const host::RenderBuffer& buffer, const host::PixelArea& area);
+  /** Brings the picture to the screen. */
+  void ShowPicture();
 
   CloudSession& session_;
   RenderPlan plan_;

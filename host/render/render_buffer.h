@@ -7,6 +7,11 @@
 
 namespace host {
 
+/** Pixels from left and top on, right and bottom excluded. */
+struct PixelArea {
+  LONG left = 0, top = 0, right = 0, bottom = 0;
+};
+
 class RenderBuffer {
 public:
   static constexpr LONG kComponents = 4;
@@ -21,7 +26,13 @@ public:
   const float* At(LONG x, LONG y) const {
     return samples_.data() + ((std::size_t)y * width_ + x) * kComponents;
   }
+  /** Not while other threads write: Finished() says what they are done with. */
   const std::vector<float>& Samples() const { return samples_; }
+
+  /** Areas of the running frame that no thread writes any more. On the thread that runs it only. */
+  const std::vector<PixelArea>& Finished() const { return finished_; }
+  void Finish(const PixelArea& area) { finished_.push_back(area); }
+  void Begin() { finished_.clear(); }
 
   LONG GetInfo(VPGETINFO type) const;
   bool GetLine(LONG x, LONG y, LONG count, void* data, LONG bitDepth) const;
@@ -39,6 +50,7 @@ private:
   }
   LONG width_, height_;
   std::vector<float> samples_;
+  std::vector<PixelArea> finished_;
 };
 
 } // namespace host

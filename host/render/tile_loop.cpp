@@ -25,16 +25,20 @@ public:
 
   void Run(const std::function<bool(double)>& goOn) {
     std::vector<std::thread> threads;
+    ended_.reserve((std::size_t)Tiles());
+    buffer_.Begin();
     StartThreads(threads);
     {
       std::unique_lock<std::mutex> lock(mutex_);
       while (!finished_.wait_for(lock, kLookInterval, [this] { return running_ == 0; })) {
+        PassOn();
         lock.unlock();
         if (!goOn((double)std::min(done_.load(), Tiles()) / Tiles())) scene_.stop = true;
         lock.lock();
       }
     }
     for (std::thread& thread : threads) thread.join();
+    PassOn();
     if (!scene_.stop) goOn(1.0);
   }
 
@@ -56,19 +60,32 @@ private:
   void RunThread(LONG thread) {
     RayTracer tracer(scene_, options_, thread);
     for (LONG tile = next_++; tile < Tiles() && !scene_.stop; tile = next_++) {
-      ComputeTile(tracer, options_.lastTileFirst ? Tiles() - 1 - tile : tile);
+      const PixelArea area = AreaOf(options_.lastTileFirst ? Tiles() - 1 - tile : tile);
+      ComputeArea(tracer, area);
       ++done_;
+      if (scene_.stop) break; // perhaps in the middle of it
+      const std::lock_guard<std::mutex> lock(mutex_);
+      ended_.push_back(area);
     }
     const std::lock_guard<std::mutex> lock(mutex_);
     if (--running_ == 0) finished_.notify_all();
   }
 
-  void ComputeTile(RayTracer& tracer, LONG tile) {
+  PixelArea AreaOf(LONG tile) const {
     const LONG left = tile % across_ * options_.tile, top = tile / across_ * options_.tile;
-    const LONG right = std::min(left + options_.tile, options_.width);
-    const LONG bottom = std::min(top + options_.tile, options_.height);
-    for (LONG y = top; y < bottom; ++y)
-      for (LONG x = left; x < right && !scene_.stop; ++x) ComputePixel(tracer, x, y, buffer_);
+    return {left, top, std::min(left + options_.tile, options_.width),
+            std::min(top + options_.tile, options_.height)};
+  }
+
+  void ComputeArea(RayTracer& tracer, const PixelArea& area) {
+    for (LONG y = area.top; y < area.bottom; ++y)
+      for (LONG x = area.left; x < area.right && !scene_.stop; ++x) ComputePixel(tracer, x, y, buffer_);
+  }
+
+  /** Tells the buffer what ended since the last time; the lock is held, or no thread runs. */
+  void PassOn() {
+    for (const PixelArea& area : ended_) buffer_.Finish(area);
+    ended_.clear();
   }
 
   FrameScene& scene_;
@@ -78,6 +95,7 @@ private:
   std::atomic<LONG> next_{0}, done_{0};
   std::mutex mutex_;
   std::condition_variable finished_;
+  std::vector<PixelArea> ended_; ///< by the threads, with the lock
   LONG running_ = 0;
 };
 
