@@ -138,8 +138,11 @@ std::string FileBrowser::Obstacle(const fs::path& path) {
   const std::string name = path.filename().u8string();
   if (question_.kind != FILESELECT_SAVE)
     return exists ? std::string() : path.u8string() + ": no such file or folder";
+  const std::string folder = path.parent_path().u8string();
+  if (!fs::is_directory(path.parent_path(), ignored)) return folder + ": no such folder";
   if (path.has_extension() && !IsExpected(name))
-    return name + ": the name needs a suffix: " + Listed(expected_.suffixes);
+    return name + ": " + path.extension().u8string() + " is not written here; end the name with " +
+           Listed(expected_.suffixes);
   if (!exists || std::exchange(replaceAsked_, true)) return std::string();
   return name + " exists; press Save again to replace it";
 }

@@ -27,8 +27,10 @@ constexpr double kPickReaches[] = {1.0, 2.5, 5.0};
 /** Points above which looking for one is noticed. */
 constexpr long long kManyPoints = 5000000;
 
-const std::vector<std::string> kScans = {".las", ".laz", ".xyz", ".pts"};
+const std::vector<std::string> kScans = {".las", ".laz", ".xyz", ".pts", ".txt", ".csv"};
 const std::vector<std::string> kPictures = {".png", ".tif", ".tiff", ".exr"};
+/** What this program writes, and the application's own suffix. */
+const std::vector<std::string> kScenes = {".scene", ".c4d"};
 
 /** What a conversion makes of a point. */
 const char* UnitOf(LONG mode) {
@@ -258,7 +260,7 @@ void ViewApplication::NewScene() {
 void ViewApplication::OpenScene(const std::string& path) {
   if (!MayDiscard()) return;
   const std::string chosen =
-      path.empty() ? AskFile({FILESELECT_LOAD, "Open a scene", ""}, {{".scene"}, ""}) : path;
+      path.empty() ? AskFile({FILESELECT_LOAD, "Open a scene", ""}, {kScenes, ""}) : path;
   if (chosen.empty()) return;
   if (!host::IsSceneFile(chosen)) return LoadClouds({chosen});
   std::string error;
@@ -277,7 +279,7 @@ void ViewApplication::OpenScene(const std::string& path) {
 bool ViewApplication::SaveScene(bool asNew) {
   std::string path = path_;
   if (asNew || path.empty())
-    path = AskFile({FILESELECT_SAVE, "Save the scene", ""}, {{}, NameForFile() + ".scene"});
+    path = AskFile({FILESELECT_SAVE, "Save the scene", ""}, {kScenes, NameForFile() + ".scene"});
   if (path.empty()) return false;
   if (fs::u8path(path).extension().empty()) path += ".scene";
   std::string error;
