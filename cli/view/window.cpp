@@ -46,6 +46,15 @@ void LoadFont(float scale) {
   fonts.AddFontDefault(&plain);
 }
 
+/** The letter that the keyboard's layout has at a place; other keys, and letters beyond A to Z, stay places.
+ */
+int LetterOf(int place, int code) {
+  const char* name = glfwGetKeyName(place, code);
+  if (!name || !name[0] || name[1]) return place;
+  const char letter = (char)(name[0] & ~0x20);
+  return letter >= 'A' && letter <= 'Z' ? letter : place;
+}
+
 } // namespace
 
 Window::Window(int width, int height, const std::string& title) {
@@ -116,11 +125,14 @@ void Window::KeepOpen() {
  */
 void Window::HoldBriefKeys() {
   bool* down = ImGui::GetIO().KeysDown;
-  for (const Key& key : keys_)
+  for (const Key& key : keys_) {
+    if (key.control && key.place >= 0 && key.number != key.place)
+      down[key.place] = false; // nor is it that letter's shortcut
     if (key.number >= 0 && key.number < IM_ARRAYSIZE(ImGui::GetIO().KeysDown) && !down[key.number]) {
       down[key.number] = true;
       brief_.push_back(key.number);
     }
+  }
 }
 
 /** What the keyboard has chosen is pressed with the space bar by the interface, and with Enter by this. */
@@ -182,10 +194,11 @@ void Window::OnDrop(GLFWwindow* window, int count, const char** paths) {
   self.dropped_.insert(self.dropped_.end(), paths, paths + count);
 }
 
-void Window::OnKey(GLFWwindow* window, int key, int, int action, int modifiers) {
+void Window::OnKey(GLFWwindow* window, int key, int code, int action, int modifiers) {
   Window& self = *static_cast<Window*>(glfwGetWindowUserPointer(window));
   if (action == GLFW_PRESS)
-    self.keys_.push_back({key, (modifiers & GLFW_MOD_CONTROL) != 0, (modifiers & GLFW_MOD_SHIFT) != 0});
+    self.keys_.push_back(
+        {LetterOf(key, code), key, (modifiers & GLFW_MOD_CONTROL) != 0, (modifiers & GLFW_MOD_SHIFT) != 0});
 }
 
 std::vector<Window::Key> Window::TakeKeys() {

@@ -32,7 +32,9 @@ public:
   /** Files dropped onto the window since the last call. */
   std::vector<std::string> TakeDropped();
   struct Key {
-    int number = 0; ///< of the window system; letters and digits are their characters
+    int number =
+        0; ///< of the window system; letters, by the keyboard's layout, and digits are their characters
+    int place = 0; ///< the number on a keyboard of the United States; negative for unknown keys
     bool control = false, shift = false;
   };
   /** Keys pressed since the last call, however short: a press may begin and end between two frames. */
