@@ -125,6 +125,7 @@ void FileBrowser::Choose() {
   const fs::path path = named.is_absolute() ? named : fs::u8path(folder_) / named;
   if (fs::is_directory(path, ignored)) {
     name_.clear();
+    typing_ = true; // for the next part of the path
     return Enter(path.u8string());
   }
   problem_ = Obstacle(path);
@@ -161,6 +162,7 @@ bool FileBrowser::ShowEntry(const Entry& entry) {
     const bool byKey =
         !ImGui::IsMouseClicked(ImGuiMouseButton_Left) && !ImGui::IsMouseReleased(ImGuiMouseButton_Left);
     chosen = entry.isFolder || byKey || ImGui::IsMouseDoubleClicked(ImGuiMouseButton_Left);
+    typing_ = typing_ || !chosen; // Enter opens what was clicked
   }
   ImGui::PopStyleColor();
   ExplainShortened(name, room - ImGui::GetFontSize());
@@ -175,7 +177,10 @@ void FileBrowser::ShowEntries(float height) {
   if (ImGui::Selectable("..")) Enter(folder_ + "/..");
   bool chosen = false;
   for (const Entry& entry : entries_) {
-    if (question_.kind == FILESELECT_DIRECTORY && !entry.isFolder) continue;
+    if (question_.kind == FILESELECT_DIRECTORY && !entry.isFolder) {
+      ImGui::TextDisabled("%s", entry.name.c_str()); // so that people recognise the folder
+      continue;
+    }
     if (Lower(entry.name).find(sought_) != std::string::npos) chosen = ShowEntry(entry) || chosen;
   }
   ImGui::EndChild();

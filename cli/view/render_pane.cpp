@@ -93,6 +93,7 @@ std::string RenderPane::Render(const host::ViewCamera& camera, double aspect,
       taken = 0;
     }
     for (; taken < finished.size(); ++taken) Take(buffer, finished[taken]);
+    rendered_ = finished;
     ShowPicture();
     goOn(share);
   };
@@ -101,10 +102,17 @@ std::string RenderPane::Render(const host::ViewCamera& camera, double aspect,
   const host::RenderOutcome outcome = job.RenderFrame();
   if (!outcome.Ok()) return "rendering: " + outcome.message;
   Begin(job.Buffer());
-  Take(job.Buffer(), {0, 0, picture_.width, picture_.height});
+  rendered_ = {{0, 0, picture_.width, picture_.height}};
+  Take(job.Buffer(), rendered_.front());
   ShowPicture();
   return "rendered " + std::to_string(picture_.width) + "x" + std::to_string(picture_.height) + " in " +
          Fixed(outcome.seconds, 1) + " s; click a pixel to see what made it";
+}
+
+bool RenderPane::IsRendered(const Pixel& pixel) const {
+  return std::any_of(rendered_.begin(), rendered_.end(), [&](const host::PixelArea& area) {
+    return pixel.x >= area.left && pixel.x < area.right && pixel.y >= area.top && pixel.y < area.bottom;
+  });
 }
 
 PixelReport RenderPane::Explain(const Pixel& pixel, std::vector<PixelPoint>* points) {

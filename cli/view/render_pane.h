@@ -26,6 +26,8 @@ public:
   std::string Render(const host::ViewCamera& camera, double aspect, const std::function<void(double)>& goOn);
   /** Asks the module about the pixel; *points are those that its rays meet, in that order. */
   PixelReport Explain(const Pixel& pixel, std::vector<PixelPoint>* points);
+  /** False for a pixel that a stopped render had not come to. */
+  bool IsRendered(const Pixel& pixel) const;
   /** A light that lies in the document for a render only. */
   bool IsOwn(BaseObject* op) const { return lit_ && lit_->count(op) == 0; }
   /** Empty, or one line that says why it was not saved. */
@@ -52,6 +54,7 @@ private:
   Texture texture_;
   host::ViewCamera camera_; ///< of the picture
   std::optional<Pixel> marked_;
+  std::vector<host::PixelArea> rendered_;
   float markedAt_ = 0.0f;
   const std::set<BaseObject*>* lit_ =
       nullptr; ///< the document's own objects, while it has lights for a render

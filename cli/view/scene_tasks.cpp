@@ -213,10 +213,12 @@ void ViewApplication::LoadClouds(const std::vector<std::string>& files) {
     return Select(session_.Document()->GetFirstObject());
   }
   const std::vector<BaseObject*> clouds = session_.Clouds();
-  if (before == 0) viewport_.FrameAll();
+  if (clouds.size() > before) viewport_.FrameAll(viewport_.Direction());
   if (before > 0 && clouds.size() > before)
-    Report(host::Utf8(clouds.front()->GetName()) +
-           " has a size and a place of its own; files keep their places when they are loaded together");
+    Report(
+        host::Utf8(clouds.front()->GetName()) +
+        " is fitted to the scene by itself: it does not stand in its true place beside the other scans (to "
+        "keep their places, load all files in one go)");
   if (!clouds.empty()) Select(clouds.front());
   wantsView_ = true;
 }
@@ -328,6 +330,7 @@ void ViewApplication::SavePicture() {
 }
 
 void ViewApplication::Explain(const Pixel& pixel) {
+  if (!render_.IsRendered(pixel)) return Report("this part was not rendered before the render was stopped");
   std::vector<PixelPoint> points;
   Announce("explaining");
   TouchDocument([&] { explanation_ = render_.Explain(pixel, &points); });

@@ -86,7 +86,7 @@ void ViewportPane::FrameAll(const Vector& direction) {
 
 std::vector<std::string> ViewportPane::PrepareClouds() {
   FirstLook look = cli::PrepareClouds(session_, SnapshotPlan());
-  eyeDome_ = look.eyeDome;
+  if (!framed_) eyeDome_ = look.eyeDome; // from then on it is the user's choice
   if (!framed_) FrameAll();
   ViewOptions view;
   if (height_ > 0) view.size = {width_, height_};

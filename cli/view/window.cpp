@@ -124,15 +124,27 @@ void Window::KeepOpen() {
 /** The interface looks at keys once a frame: one that was pressed and let go since the last is held for one.
  */
 void Window::HoldBriefKeys() {
-  bool* down = ImGui::GetIO().KeysDown;
+  ImGuiIO& io = ImGui::GetIO();
+  bool* down = io.KeysDown;
   for (const Key& key : keys_) {
     if (key.control && key.place >= 0 && key.number != key.place)
       down[key.place] = false; // nor is it that letter's shortcut
-    if (key.number >= 0 && key.number < IM_ARRAYSIZE(ImGui::GetIO().KeysDown) && !down[key.number]) {
+    if (key.number >= 0 && key.number < IM_ARRAYSIZE(io.KeysDown) && !down[key.number]) {
       down[key.number] = true;
       brief_.push_back(key.number);
+      io.KeyCtrl = io.KeyCtrl || key.control;
+      io.KeyShift = io.KeyShift || key.shift;
     }
   }
+}
+
+void Window::ReleaseBriefKeys() {
+  if (brief_.empty()) return;
+  ImGuiIO& io = ImGui::GetIO();
+  for (const int key : brief_) io.KeysDown[key] = false;
+  brief_.clear();
+  io.KeyCtrl = io.KeysDown[GLFW_KEY_LEFT_CONTROL] || io.KeysDown[GLFW_KEY_RIGHT_CONTROL];
+  io.KeyShift = io.KeysDown[GLFW_KEY_LEFT_SHIFT] || io.KeysDown[GLFW_KEY_RIGHT_SHIFT];
 }
 
 /** What the keyboard has chosen is pressed with the space bar by the interface, and with Enter by this. */
@@ -147,8 +159,7 @@ void Window::PressWithEnter() {
 
 void Window::BeginFrame(double patience) {
   glfwMakeContextCurrent(window_);
-  for (const int key : brief_) ImGui::GetIO().KeysDown[key] = false;
-  brief_.clear();
+  ReleaseBriefKeys();
   if (lively_ > 0 || patience <= 0.0) {
     glfwPollEvents();
     --lively_;

@@ -59,6 +59,7 @@ public:
 private:
   void SetUpInterface();
   void HoldBriefKeys();
+  void ReleaseBriefKeys();
   void PressWithEnter();
   static void OnKey(GLFWwindow* window, int key, int code, int action, int modifiers);
   static void OnDrop(GLFWwindow* window, int count, const char** paths);
