@@ -208,7 +208,7 @@ void CheckOutputs(const ConvertOptions& options) {
 }
 
 /** Builds the results and prints what they are. False if there is none of the points that were asked for. */
-bool Build(CloudSession& session, double points) {
+bool Build(CloudSession& session, double points, bool verbose) {
   const long long before = ResidentMemory();
   const ConsoleLines console(session.App().GetConsole());
   for (BaseObject* cloud : session.Clouds()) host::UpdateCache(cloud, session.Document(), BUILDFLAGS_0);
@@ -218,7 +218,7 @@ bool Build(CloudSession& session, double points) {
   const ResultTree tree = DescribeTree(session.Document());
   for (const std::string& line : tree.lines) Line(std::cout) << line;
   std::cout << Counted(tree.elements, "element") << ", " << Bytes(tree.bytes);
-  if (grown > 0) std::cout << "; resident memory grew by " << Bytes(grown);
+  if (verbose && grown > 0) std::cout << "; resident memory grew by " << Bytes(grown);
   std::cout << "\n";
   return tree.elements > 0 || points < 1.0;
 }
@@ -245,7 +245,7 @@ int RunConvert(const ConvertOptions& options) {
   for (BaseObject* cloud : session.Clouds()) SetParameters(session, cloud, options);
   const double points = PointsToConvert(session);
   Announce(*options.mode, points);
-  const bool built = Build(session, points);
+  const bool built = Build(session, points, options.input.verbose);
   NoteLostColors(session, options);
   const std::size_t clouds = session.Clouds().size();
   if (!options.output.empty()) {
@@ -256,6 +256,9 @@ int RunConvert(const ConvertOptions& options) {
   }
   if (!options.scene.empty()) WriteScene(session, options.scene);
   if (!built) throw std::runtime_error("nothing was built from the points");
+  if (options.output.empty() && options.scene.empty())
+    std::cout
+        << "nothing was written: -o FILE writes the result as PLY or OBJ, --scene FILE a scene with it\n";
   return session.ExitStatus();
 }
 

@@ -224,4 +224,14 @@ bool ConvertTable(std::istream& in, std::ostream& out, std::string* error) {
   return true;
 }
 
+std::string WayToLoadAsTable(std::istream& in) {
+  try {
+    Table table(in);
+    return table.Next() ? "named .csv, it loads" : std::string();
+  } catch (const TableError& e) {
+    const std::size_t advice = e.text.find("add the line ");
+    return advice == std::string::npos ? std::string() : "named .csv, it loads: " + e.text.substr(advice);
+  }
+}
+
 } // namespace cli

@@ -17,4 +17,7 @@ namespace cli {
  */
 bool ConvertTable(std::istream& in, std::ostream& out, std::string* error);
 
+/** How a text that begins so could be read as a table: "named .csv, it loads"; empty where it could not. */
+std::string WayToLoadAsTable(std::istream& in);
+
 } // namespace cli

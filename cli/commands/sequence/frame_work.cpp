@@ -4,6 +4,7 @@
 #include "cli/commands/output/file_reports.h"
 #include "cli/commands/output/json_text.h"
 #include "cli/commands/output/output_file.h"
+#include "cli/commands/render/far_lights.h"
 #include "cli/commands/render/frames.h"
 #include "cli/commands/render/scene_setup.h"
 #include "cli/commands/sequence/fingerprint.h"
@@ -80,6 +81,7 @@ int FrameWork::Render(const std::vector<int>& items) {
   session.RequireContent();
   const RenderScene scene = PrepareScene(session, plan_);
   PrintNotes(scene);
+  WarnOfFarLights(session, plan_.lights);
   Line(std::cout) << "loaded in " << Fixed(session.LoadSeconds(), 2) << " s";
 
   host::RenderJob job(session.Document(), scene.render);
