@@ -64,7 +64,7 @@ std::string Advice(const FileReport& report) {
 
 /** Does a file that its name sends to the wrong reader, or to none, hold points? */
 bool MightLoad(const std::string& path) {
-  return HoldsLas(path) || !TextOfTable::WayToLoad(path).empty();
+  return !MisnamedCloud(path).empty() || !TextOfTable::WayToLoad(path).empty();
 }
 
 } // namespace

@@ -132,23 +132,27 @@ bool HoldsPoints(const std::string& path) {
   return false;
 }
 
-bool HoldsLas(const std::string& path) {
-  return BeginsWith(StartOf(path, kBeginningBytes), kLasBeginning);
-}
-
-std::string OtherFormat(const std::string& path) {
+std::string MisnamedCloud(const std::string& path) {
   const std::string suffix = SuffixOf(path), start = StartOf(path, kBeginningBytes);
   const bool namedLas = suffix == ".las" || suffix == ".laz";
   if (BeginsWith(start, kLasBeginning))
     return namedLas ? std::string()
                     : ItsNameSays(suffix) + ", but it holds LAS or LAZ data (--as las reads it)";
   const OtherKind* named = KindOf(suffix);
-  const std::string held = WhatBeginsSo(start);
+  const bool wouldBeginSo = namedLas || (named && HasBeginning(*named));
+  return wouldBeginSo && WhatBeginsSo(start).empty() && HoldsPoints(path)
+             ? ItsNameSays(suffix) + ", but it holds lines of numbers (--as xyz reads them)"
+             : std::string();
+}
+
+std::string OtherFormat(const std::string& path) {
+  const std::string misnamed = MisnamedCloud(path);
+  if (!misnamed.empty()) return misnamed;
+  const std::string suffix = SuffixOf(path), held = WhatBeginsSo(StartOf(path, kBeginningBytes));
+  const OtherKind* named = KindOf(suffix);
   if (!held.empty())
     return (named && held == named->what ? "this is " : ItsNameSays(suffix) + ", but it is ") + held +
            kExpected + AsText(held, path);
-  if ((namedLas || (named && HasBeginning(*named))) && HoldsPoints(path))
-    return ItsNameSays(suffix) + ", but it holds lines of numbers (--as xyz reads them)";
   // Other kinds of text have no beginning of their own: the name is all there is.
   return named ? ItsNameSays(suffix) + kExpected + AsText(named->what, path) : std::string();
 }

@@ -17,8 +17,8 @@ std::string OtherFormat(const std::string& path);
 /** Does a line of its beginning start with three numbers, as those of text clouds do? */
 bool HoldsPoints(const std::string& path);
 
-/** Does it begin as LAS and LAZ files do? */
-bool HoldsLas(const std::string& path);
+/** How to load a file that holds points, but of another format than its name says; empty for others. */
+std::string MisnamedCloud(const std::string& path);
 
 /** Does the suffix promise a point cloud? */
 bool NamesCloud(const std::string& path);

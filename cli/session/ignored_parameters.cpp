@@ -46,7 +46,8 @@ bool Contains(const List& list, const Value& value) {
 }
 
 /** How files become points; those of a scene were loaded long before. */
-constexpr LONG kOfLoading[] = {KELVRA_LOAD_BUDGET, KELVRA_LOAD_NTH, KELVRA_LOCAL_ORIGIN, KELVRA_FIT_TEXT};
+const std::vector<LONG> kOfLoading = {KELVRA_LOAD_BUDGET, KELVRA_LOAD_NTH, KELVRA_LOCAL_ORIGIN,
+                                      KELVRA_FIT_TEXT};
 
 bool HasScenesOnly(const CloudSession& session) {
   const std::vector<BaseObject*> clouds = session.Clouds();
