@@ -150,7 +150,8 @@ TEST_F(LoadReportTest, EachFindingOfALasFileIsToldOnceInItsLine) {
   const Lines lines = Load(path);
   ASSERT_EQ(lines.size(), 1u) << testing::PrintToString(lines);
   EXPECT_EQ(lines[0].rfind(path + ": loaded 1,064 of 1,065 points, ", 0), 0u) << lines[0];
-  for (const char* part : {"the file ends early", "EPSG 2994 found; enter it as Coordinate System to reproject"})
+  for (const char* part :
+       {"the file ends early", "EPSG 2994 found; enter it as Coordinate System to reproject"})
     EXPECT_NE(lines[0].find(part), std::string::npos) << lines[0];
 }
 

@@ -68,7 +68,9 @@ std::string Bracketed(const std::string& text, std::size_t open) {
 // belong to the globe, to parameters, and to a system of heights that some writers put there.
 LengthUnit UnitOfPlane(const std::string& system) {
   LengthUnit own = LengthUnit::kUnknown, ofAxis = LengthUnit::kUnknown;
-  int depth = 0, axisDepth = 0;
+  constexpr int kOwnDepth = 2; // below the system's own bracket
+  int depth = 0;
+  bool inAxis = false;
   const auto isAt = [&system](std::size_t at, const std::string& word) {
     return at >= word.size() && system.compare(at - word.size(), word.size(), word) == 0;
   };
@@ -76,12 +78,11 @@ LengthUnit UnitOfPlane(const std::string& system) {
     if (system[i] == ']') --depth;
     if (system[i] != '[') continue;
     ++depth;
-    if (depth == 2 && isAt(i, "AXIS")) axisDepth = depth + 1;
-    else if (depth == 2) axisDepth = 0;
-    if (!isAt(i, "UNIT") || (depth != 2 && depth != axisDepth)) continue;
+    if (depth == kOwnDepth) inAxis = isAt(i, "AXIS");
+    if (!isAt(i, "UNIT") || depth > kOwnDepth + (inAxis ? 1 : 0)) continue;
     const std::size_t factor = system.find(',', i);
     if (factor == std::string::npos) break;
-    (depth == 2 ? own : ofAxis) = UnitOfFactor(std::strtod(system.c_str() + factor + 1, NULL));
+    (inAxis ? ofAxis : own) = UnitOfFactor(std::strtod(system.c_str() + factor + 1, NULL));
   }
   return own != LengthUnit::kUnknown ? own : ofAxis;
 }
