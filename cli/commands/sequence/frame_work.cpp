@@ -31,18 +31,22 @@ std::string TextOf(const host::PictureTexts& texts, const std::string& key) {
   return "";
 }
 
-/** What became of the clouds, for the picture: in part with the first problem as JSON, which is ASCII. */
+/**
+ * What became of the clouds, for the picture: whole, or in part with the first problem as JSON, which is
+ * ASCII. What is no cloud in a folder matters least.
+ */
 std::string CloudsText(const CloudSession& session) {
-  std::string first;
+  const FileReport* first = nullptr;
   long long others = -1;
   for (const FileReport& report : session.Reports()) {
     if (report.outcome == FileOutcome::Whole) continue;
-    if (first.empty()) first = report.path + ": " + report.message;
+    if (!first || (!first->strayIn.empty() && report.strayIn.empty())) first = &report;
     ++others;
   }
-  if (first.empty()) return kWhole;
-  if (others > 0) first += ", and " + Counted(others, "more file");
-  return kInPart + nlohmann::json(first).dump(-1, ' ', true, nlohmann::json::error_handler_t::replace);
+  if (!first) return kWhole;
+  const std::string text =
+      first->path + ": " + first->message + (others > 0 ? ", and " + Counted(others, "more file") : "");
+  return kInPart + nlohmann::json(text).dump(-1, ' ', true, nlohmann::json::error_handler_t::replace);
 }
 
 } // namespace
