@@ -40,6 +40,7 @@ const cli::Command* FindCommand(const std::string& name) {
 int Run(int argc, char** argv) {
   CLI::App app("Kelvra: laser-scan point clouds", "kelvra");
   app.get_formatter()->label("SUBCOMMAND", "COMMAND");
+  app.get_formatter()->label("Excludes", "Not with");
   app.allow_windows_style_options(false); // a path may begin with a slash anywhere
   app.require_subcommand(1);
   app.set_version_flag("--version", "kelvra " KELVRA_VERSION);

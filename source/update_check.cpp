@@ -19,7 +19,7 @@ constexpr const char* kUpdatePath = "/php/send/mail/update.php";
 /** The body of the answer, without content when there is none. */
 HeldText Ask(const String& url) {
   const HeldText address(url.GetCStringCopy());
-  return HeldText(address.Get() ? HttpGet(address.Get()) : NULL);
+  return HeldText(address.Get() ? HttpGet(address.Get(), kUpdateServer) : NULL);
 }
 
 /** What keeps a reference from being sent as it stands; empty when nothing does. */

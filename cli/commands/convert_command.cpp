@@ -26,6 +26,7 @@
 #include <algorithm>
 #include <cmath>
 #include <iostream>
+#include <set>
 #include <stdexcept>
 
 namespace cli {
@@ -33,18 +34,18 @@ namespace cli {
 namespace {
 
 const struct Mode {
-  const char* name;
+  const char *name, *alsoNamed; ///< as the list of parameters has it
   LONG value;
   long long bytes; ///< that one point takes while it is converted
   bool lines;      ///< standard output gets them as OBJ, points as PLY
   bool colors;     ///< of the points; the result has them too
 } kModes[] = {
-    {"point", KELVRA_CONVERT_MODE_POINTS, sizeof(Vector) + 3 * sizeof(SReal), false, true},
-    {"hair", KELVRA_CONVERT_MODE_HAIR, 3 * sizeof(Vector), true, false},
-    {"particles", KELVRA_CONVERT_MODE_THINKING_PARTICLES,
+    {"point", "points", KELVRA_CONVERT_MODE_POINTS, sizeof(Vector) + 3 * sizeof(SReal), false, true},
+    {"hair", "hairs", KELVRA_CONVERT_MODE_HAIR, 3 * sizeof(Vector), true, false},
+    {"particles", "thinking_particles", KELVRA_CONVERT_MODE_THINKING_PARTICLES,
      sizeof(host::ParticleSlot) + sizeof(Vector) + 3 * sizeof(SReal), false, false},
-    {"emitter", KELVRA_CONVERT_MODE_EMITTER, sizeof(host::EmitterParticle), false, true},
-    {"spline", KELVRA_CONVERT_MODE_SPLINE, sizeof(Vector) + sizeof(Segment), true, false},
+    {"emitter", "emitters", KELVRA_CONVERT_MODE_EMITTER, sizeof(host::EmitterParticle), false, true},
+    {"spline", "splines", KELVRA_CONVERT_MODE_SPLINE, sizeof(Vector) + sizeof(Segment), true, false},
 };
 
 struct ConvertOptions {
@@ -68,9 +69,15 @@ bool ParseAxes(const std::string& name) {
   return name == "host";
 }
 
+/** Whole names before beginnings, which must be those of one mode. */
 const Mode* ParseMode(const std::string& name) {
+  std::set<const Mode*> begun;
   for (const Mode& mode : kModes)
-    if (name == mode.name) return &mode;
+    for (const std::string& known : {std::string(mode.name), std::string(mode.alsoNamed)}) {
+      if (name == known) return &mode;
+      if (!name.empty() && known.compare(0, name.size(), name) == 0) begun.insert(&mode);
+    }
+  if (begun.size() == 1) return *begun.begin();
   throw UsageError{"expected point, hair, particles, emitter or spline"};
 }
 
@@ -208,7 +215,7 @@ void CheckOutputs(const ConvertOptions& options) {
 }
 
 /** Builds the results and prints what they are. False if there is none of the points that were asked for. */
-bool Build(CloudSession& session, double points) {
+bool Build(CloudSession& session, double points, bool verbose) {
   const long long before = ResidentMemory();
   const ConsoleLines console(session.App().GetConsole());
   for (BaseObject* cloud : session.Clouds()) host::UpdateCache(cloud, session.Document(), BUILDFLAGS_0);
@@ -218,7 +225,7 @@ bool Build(CloudSession& session, double points) {
   const ResultTree tree = DescribeTree(session.Document());
   for (const std::string& line : tree.lines) Line(std::cout) << line;
   std::cout << Counted(tree.elements, "element") << ", " << Bytes(tree.bytes);
-  if (grown > 0) std::cout << "; resident memory grew by " << Bytes(grown);
+  if (verbose && grown > 0) std::cout << "; resident memory grew by " << Bytes(grown);
   std::cout << "\n";
   return tree.elements > 0 || points < 1.0;
 }
@@ -245,7 +252,7 @@ int RunConvert(const ConvertOptions& options) {
   for (BaseObject* cloud : session.Clouds()) SetParameters(session, cloud, options);
   const double points = PointsToConvert(session);
   Announce(*options.mode, points);
-  const bool built = Build(session, points);
+  const bool built = Build(session, points, options.input.verbose);
   NoteLostColors(session, options);
   const std::size_t clouds = session.Clouds().size();
   if (!options.output.empty()) {
@@ -256,6 +263,9 @@ int RunConvert(const ConvertOptions& options) {
   }
   if (!options.scene.empty()) WriteScene(session, options.scene);
   if (!built) throw std::runtime_error("nothing was built from the points");
+  if (options.output.empty() && options.scene.empty())
+    std::cout
+        << "nothing was written: -o FILE writes the result as PLY or OBJ, --scene FILE a scene with it\n";
   return session.ExitStatus();
 }
 
@@ -272,7 +282,7 @@ Run AddConvert(CLI::App& command) {
       ->type_name("SHARE");
   command.add_flag("--allow-padding", options->padding,
                    "Take a --ratio above 1, which adds points at the origin");
-  command.add_option("--step", options->step, "Longest step within one spline segment");
+  command.add_option("--step", options->step, "Longest step within one spline segment")->type_name("NUMBER");
   AddOutput(command, options->output, "PLY or OBJ: points, hair and splines as lines");
   AddTyped(command, "--axes", options->hostAxes, ParseAxes,
            "right-handed (PLY z up, OBJ y up), or host: left-handed, y up, as in the scene")

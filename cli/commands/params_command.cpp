@@ -1,15 +1,15 @@
 #include "cli/commands/commands.h"
 
 #include "cli/commands/output/json_text.h"
+#include "cli/commands/params/parameter_search.h"
 #include "cli/session/cloud_session.h"
 #include "cli/session/parameter_list.h"
 #include "cli/session/preferences_page.h"
 #include "cli/text/line.h"
-#include "cli/text/nearest.h"
 #include "host/parameters/parameter_text.h"
 #include "otallyframe.h"
 
-#include <cctype>
+#include <algorithm>
 #include <iostream>
 #include <stdexcept>
 
@@ -22,7 +22,7 @@ using host::resource::Parameter;
 using host::resource::Unit;
 
 struct ParamsOptions {
-  std::string word;
+  std::vector<std::string> words;
   bool json = false;
 };
 
@@ -142,30 +142,13 @@ std::string OwnChoice(const Place& place, const Parameter& parameter) {
   }
 }
 
-/** How well a parameter answers a search: users look for words, and find parts of them behind those. */
-enum class Match { Word, Part, None };
-
-Match MatchOf(const Place& place, const Parameter& parameter, const std::string& word) {
-  const auto lower = [](std::string text) {
-    for (char& c : text)
-      if (c >= 'A' && c <= 'Z') c = (char)(c - 'A' + 'a');
-    return text;
-  };
-  if (word.empty() || word == std::to_string(parameter.id)) return Match::Word;
-  std::string text = NameIn(place, parameter) + "\n" + parameter.longName + "\n" + parameter.help + "\n" +
-                     OwnChoice(place, parameter);
+/** Everything that is said about a parameter. */
+std::string TextOf(const Place& place, const Parameter& parameter) {
+  std::string text = NameIn(place, parameter) + "\n" + std::to_string(parameter.id) + "\n" +
+                     parameter.longName + "\n" + parameter.help + "\n" + OwnChoice(place, parameter);
   for (const host::resource::CycleEntry& entry : parameter.cycle)
     if (!entry.isDivider) text += "\n" + host::EntryName(parameter, entry) + "\n" + entry.text;
-  text = "\n" + lower(text) + "\n";
-  const auto isLetter = [&](std::size_t at) { return std::isalnum((unsigned char)text[at]) != 0; };
-  const std::string wanted = lower(word);
-  Match match = Match::None;
-  for (std::size_t at = text.find(wanted); at != std::string::npos && match != Match::Word;
-       at = text.find(wanted, at + 1)) {
-    const std::size_t end = at + wanted.size();
-    match = at > 0 && !isLetter(at - 1) && end < text.size() && !isLetter(end) ? Match::Word : Match::Part;
-  }
-  return match;
+  return text;
 }
 
 void PrintParameter(const Place& place, const Parameter& parameter) {
@@ -175,27 +158,63 @@ void PrintParameter(const Place& place, const Parameter& parameter) {
   Line(std::cout) << "      " << parameter.help;
 }
 
+/** A parameter that answers a search. */
+struct Found {
+  const Place* place;
+  const Parameter* parameter;
+  Match match;
+};
+
+/** The best of each place first. Parts of words count only where nothing else was found. */
+std::vector<Found> Find(const std::vector<Place>& places, const ParameterSearch& search) {
+  std::vector<Found> all;
+  Match best = Match::None;
+  for (const Place& place : places)
+    for (const Parameter* parameter : SettableParameters(*place.description)) {
+      const Match match = search.Of(NameIn(place, *parameter), TextOf(place, *parameter));
+      if (match != Match::None) all.push_back({&place, parameter, match});
+      best = std::min(best, match);
+    }
+  if (best != Match::Part)
+    all.erase(
+        std::remove_if(all.begin(), all.end(), [](const Found& found) { return found.match == Match::Part; }),
+        all.end());
+  std::stable_sort(all.begin(), all.end(), [](const Found& a, const Found& b) {
+    return a.place != b.place ? a.place < b.place : a.match < b.match;
+  });
+  return all;
+}
+
+/** Throws UsageError with the nearest names. */
+[[noreturn]] void FailToFind(const std::vector<Place>& places, const ParamsOptions& options) {
+  std::vector<std::string> names;
+  for (const Place& place : places)
+    for (const Parameter* parameter : SettableParameters(*place.description))
+      names.push_back(NameIn(place, *parameter));
+  std::string text;
+  for (const std::string& word : options.words) text += " " + word;
+  const std::string near = ParameterSearch(options.words).Nearest(names);
+  throw UsageError{"params" + text + ": no name, number, value or sentence holds it" +
+                   (near.empty() ? "; kelvra params lists all" : near)};
+}
+
 int RunParams(const ParamsOptions& options) {
   CloudSession session({});
-  nlohmann::json found = nlohmann::json::array();
-  std::vector<std::string> names;
-  for (const Place& place : PlacesOf(session)) {
-    bool headed = options.json;
-    const std::vector<const Parameter*> parameters = SettableParameters(*place.description);
-    for (const Parameter* parameter : parameters) names.push_back(NameIn(place, *parameter));
-    for (const Match match : {Match::Word, Match::Part})
-      for (const Parameter* parameter : parameters) {
-        if (MatchOf(place, *parameter, options.word) != match) continue;
-        found.push_back(ParameterJson(place, *parameter));
-        if (!headed) Line(std::cout) << place.heading;
-        headed = true;
-        if (!options.json) PrintParameter(place, *parameter);
-      }
+  const std::vector<Place> places = PlacesOf(session);
+  const std::vector<Found> all = Find(places, ParameterSearch(options.words));
+  if (all.empty()) FailToFind(places, options);
+  if (options.json) {
+    nlohmann::json list = nlohmann::json::array();
+    for (const Found& found : all) list.push_back(ParameterJson(*found.place, *found.parameter));
+    std::cout << JsonText(list, 2) << "\n";
+    return kExitWhole;
   }
-  if (found.empty())
-    throw UsageError{"params " + options.word + ": no name, number, value or sentence holds it" +
-                     DidYouMean(options.word, names)};
-  if (options.json) std::cout << JsonText(found, 2) << "\n";
+  const Place* last = nullptr;
+  for (const Found& found : all) {
+    if (found.place != last) Line(std::cout) << found.place->heading;
+    last = found.place;
+    PrintParameter(*found.place, *found.parameter);
+  }
   return kExitWhole;
 }
 
@@ -203,8 +222,10 @@ int RunParams(const ParamsOptions& options) {
 
 Run AddParams(CLI::App& command) {
   const auto options = std::make_shared<ParamsOptions>();
-  command.add_option("WORD", options->word,
-                     "Part of a name or of a value, a number, or a word of the sentence");
+  command
+      .add_option("WORD", options->words,
+                  "Of a name, a value or a sentence, or a number; several words must all fit")
+      ->type_name("");
   command.add_flag("--json", options->json, "Print JSON");
   return [options] { return RunParams(*options); };
 }

@@ -68,8 +68,10 @@ Run AddPrefs(CLI::App& command) {
   CLI::App* set = command.add_subcommand("set", "Change one value");
   for (CLI::App* one : {list, get, set}) one->group("Commands");
   for (CLI::App* one : {get, set})
-    one->add_option("NAME", options->name, "Name as in the list, or number of the preference")->required();
-  set->add_option("VALUE", options->value, "New value; \"\" empties a text")->required();
+    one->add_option("NAME", options->name, "Name as in the list, or number of the preference")
+        ->type_name("")
+        ->required();
+  set->add_option("VALUE", options->value, "New value; \"\" empties a text")->type_name("")->required();
   return [options, list, get] {
     if (list->parsed()) return RunPrefsList();
     return get->parsed() ? RunPrefsGet(*options) : RunPrefsSet(*options);

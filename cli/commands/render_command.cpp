@@ -4,6 +4,7 @@
 #include "cli/commands/output/file_reports.h"
 #include "cli/commands/output/output_file.h"
 #include "cli/commands/output/result_tree.h"
+#include "cli/commands/render/far_lights.h"
 #include "cli/commands/render/frames.h"
 #include "cli/commands/render/recorder.h"
 #include "cli/commands/render/render_plan.h"
@@ -123,7 +124,7 @@ int RenderFrames(CloudSession& session, host::RenderOptions& render, const Rende
     if (CarriesTexts(plan.format)) picture.texts = TextsOf(origin);
     SaveFrame(session, picture, name, plan.format);
     Line(std::cout) << OutputName(name) << ": " << render.width << "x" << render.height << ", "
-                    << ContentText(session) << ", " << Fixed(outcome.seconds, 2) << " s";
+                    << ContentText(session, Drawing::Rendered) << ", " << Fixed(outcome.seconds, 2) << " s";
   }
   return recorded ? session.ExitStatus() : kExitIncomplete;
 }
@@ -154,6 +155,7 @@ int RunRender(const RenderPlan& plan, const nlohmann::json& options) {
   try {
     RenderScene scene = PrepareScene(session, plan);
     PrintNotes(scene);
+    WarnOfFarLights(session, plan.lights);
     if (plan.pixel) return Explain(session, scene.render, plan);
     if (!plan.record.empty()) EnableRecorder(session.Document(), plan.record);
     return RenderFrames(session, scene.render, plan, NewOrigin(plan, options));

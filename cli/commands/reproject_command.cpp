@@ -1,6 +1,7 @@
 #include "cli/commands/commands.h"
 
 #include "cli/commands/options/input_options.h"
+#include "cli/commands/options/typed_option.h"
 #include "cli/commands/output/console_lines.h"
 #include "cli/commands/output/file_reports.h"
 #include "cli/session/cloud_session.h"
@@ -35,6 +36,14 @@ std::string Text(BaseObject* cloud, LONG id) {
                                                                  : std::string();
 }
 
+/** What the module said about it, else what is known. */
+std::string WhyNoAnswer(const ConsoleLines& console) {
+  const std::string sender = "Kelvra: ";
+  for (const std::string& line : console.Lines())
+    if (line.compare(0, sender.size(), sender) == 0) return line.substr(sender.size());
+  return "the geometry service gave no answer with both corners";
+}
+
 int RunReproject(const ReprojectOptions& options) {
   CloudSession session({});
   session.Open(options.input.files, {}, options.input.trust);
@@ -48,9 +57,8 @@ int RunReproject(const ReprojectOptions& options) {
   std::string error;
   if (!session.App().SetParameterFromText(cloud, KELVRA_EPSG, std::to_string(options.reference), &error))
     throw UsageError{"--sr " + std::to_string(options.reference) + ": " + error};
+  if (Text(cloud, KELVRA_SOUTH_WEST_LONGITUDE).empty()) throw std::runtime_error(WhyNoAnswer(console));
   console.Print();
-  if (Text(cloud, KELVRA_SOUTH_WEST_LONGITUDE).empty())
-    throw std::runtime_error("the geometry service gave no answer with both corners");
   for (const auto& corner : kCorners) Line(std::cout) << corner.name << " " << Text(cloud, corner.id);
   return session.ExitStatus();
 }
@@ -60,10 +68,9 @@ int RunReproject(const ReprojectOptions& options) {
 Run AddReproject(CLI::App& command) {
   const auto options = std::make_shared<ReprojectOptions>();
   AddFiles(command, options->input);
-  command
-      .add_option("--sr", options->reference, "Number (EPSG) of the spatial reference that the cloud is in")
-      ->required()
-      ->check(CLI::Range(1, 0x7fffffff));
+  AddWhole(command, "--sr", options->reference, 1, 0x7fffffff,
+           "Number (EPSG) of the spatial reference that the cloud is in")
+      ->required();
   return [options] { return RunReproject(*options); };
 }
 

@@ -32,7 +32,7 @@ int RunScene(const SceneOptions& options) {
 
 Run AddScene(CLI::App& command) {
   const auto options = std::make_shared<SceneOptions>();
-  command.add_option("SCENE", options->file, "Scene file")->required();
+  command.add_option("SCENE", options->file, "Scene file")->type_name("")->required();
   command.add_flag("--json", options->json, "Print JSON");
   return [options] { return RunScene(*options); };
 }

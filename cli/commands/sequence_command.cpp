@@ -9,6 +9,7 @@
 #include "cli/commands/sequence/sequence_plan.h"
 #include "cli/commands/sequence/slurm_runner.h"
 #include "cli/session/file_kinds.h"
+#include "cli/session/ignored_parameters.h"
 #include "cli/system/exit_status.h"
 #include "cli/system/program_arguments.h"
 #include "cli/system/program_path.h"
@@ -81,7 +82,17 @@ int FollowOnCluster(const SequencePlan& plan, SequenceWork& work, const std::vec
   return FollowSequence(work, runner, parts, folder);
 }
 
+/** Parts report a mistake in their logs, one after the other: settings are tried before the first begins. */
+void TrySettings(const RenderPlan& plan) {
+  if (plan.input.settings.empty()) return;
+  CloudSession session({});
+  session.Open({}, plan.input.settings, false);
+  for (const MovingSetting& setting : plan.moving) session.ApplySetting(session.Cloud(), setting.At(1.0));
+  WarnOfIgnored(session, Purpose::Render);
+}
+
 int RunSequence(const SequencePlan& plan, const CLI::App& command) {
+  if (!plan.part && plan.each.empty()) TrySettings(plan.render);
   const std::unique_ptr<SequenceWork> work = WorkOf(plan, command);
   const std::vector<Part> parts = PartsOf(work->Count(), plan.chunk);
   const WorkFolder folder(plan.render.output);

@@ -69,7 +69,7 @@ bool DrawPictures(CloudSession& session, const SnapshotPlan& plan, const Scenery
     console.Print();
     const std::string name = plan.PictureName(number);
     if (drawn && view->VerticesDrawn() == 0) {
-      Line(std::cerr) << name << ": nothing was drawn of " << ContentText(session);
+      Line(std::cerr) << name << ": nothing was drawn of " << ContentText(session, Drawing::Viewport);
       drawn = false;
     }
     host::gl::Image image = view->Read();
@@ -119,7 +119,7 @@ int RunSnapshot(const SnapshotPlan& plan) {
   const std::string pictures =
       plan.turntable > 0 ? Counted(plan.turntable, "picture") + " of a whole turn, " : "";
   Line(std::cout) << OutputName(plan.output) << ": " << pictures << plan.view.size.width << "x"
-                  << plan.view.size.height << ", " << ContentText(session) << clones;
+                  << plan.view.size.height << ", " << ContentText(session, Drawing::Viewport) << clones;
   return drawn ? session.ExitStatus() : (int)kExitIncomplete;
 }
 

@@ -14,13 +14,19 @@ namespace {
 
 enum Column { kX, kY, kZ, kRed, kGreen, kBlue, kIntensity, kColumns };
 
-const struct {
+struct ColumnName {
   const char* name;
   Column column;
-} kNames[] = {{"x", kX},         {"easting", kX}, {"east", kX},    {"y", kY},
-              {"northing", kY},  {"north", kY},   {"z", kZ},       {"height", kZ},
-              {"elevation", kZ}, {"r", kRed},     {"red", kRed},   {"g", kGreen},
-              {"green", kGreen}, {"b", kBlue},    {"blue", kBlue}, {"intensity", kIntensity}};
+};
+
+const ColumnName kNames[] = {{"x", kX},         {"easting", kX}, {"east", kX},    {"y", kY},
+                             {"northing", kY},  {"north", kY},   {"z", kZ},       {"height", kZ},
+                             {"elevation", kZ}, {"r", kRed},     {"red", kRed},   {"g", kGreen},
+                             {"green", kGreen}, {"b", kBlue},    {"blue", kBlue}, {"intensity", kIntensity}};
+
+/** Names that mean something else beside those above: taken for a coordinate that none of them names. */
+const ColumnName kShortNames[] = {{"e", kX},    {"n", kY},        {"h", kZ},
+                                  {"elev", kZ}, {"altitude", kZ}, {"alt", kZ}};
 
 /** Longest line that a table can have. */
 constexpr std::size_t kMostLineBytes = 64 * 1024;
@@ -41,6 +47,12 @@ std::string Trimmed(const std::string& text) {
 std::string Lower(std::string text) {
   for (char& c : text) c = c >= 'A' && c <= 'Z' ? (char)(c + 32) : c;
   return text;
+}
+
+/** In lower case, without a unit behind it: "Easting [m]" is easting. */
+std::string PlainName(const std::string& written) {
+  const std::size_t bracket = written.find_first_of("([");
+  return Lower(Trimmed(bracket == 0 ? written : written.substr(0, bracket)));
 }
 
 std::vector<std::string> Fields(const std::string& line, char separator) {
@@ -124,13 +136,15 @@ private:
         separator_ = separator;
     const std::vector<std::string> names = Fields(header, separator_);
     for (std::size_t i = 0; i < names.size(); ++i) TakeName(names[i], (int)i);
+    TakeShortNames(names);
     if (!Has(kX) || !Has(kY) || !Has(kZ)) throw TableError{"line 1: " + FaultOfHeader(header, names)};
   }
 
   /** Why a first line without x, y and z cannot be used, and what to do about it. */
   std::string FaultOfHeader(const std::string& header, const std::vector<std::string>& names) const {
     const std::string expected =
-        "expected the names of the columns, x, y and z among them, separated by commas, semicolons or tabs";
+        "expected the names of the columns, x, y and z among them (or easting, northing and height; or e, n "
+        "and h), separated by commas, semicolons or tabs";
     const auto startsWith = [&](const char* start) {
       return std::any_of(names.begin(), names.end(),
                          [&](const std::string& name) { return Lower(name).rfind(start, 0) == 0; });
@@ -152,13 +166,26 @@ private:
   }
 
   void TakeName(const std::string& written, int place) {
-    const std::string name = Lower(written);
+    const std::string name = PlainName(written);
     for (const auto& known : kNames) {
       if (name != known.name) continue;
       if (Has(known.column))
         throw TableError{Place(1, (std::size_t)place) + "the second " + name + " of the header"};
       places_[known.column] = place;
     }
+  }
+
+  void TakeShortNames(const std::vector<std::string>& names) {
+    const std::array<int, kColumns> named = places_;
+    for (std::size_t i = 0; i < names.size(); ++i)
+      for (const ColumnName& known : kShortNames) {
+        if (PlainName(names[i]) != known.name || named[known.column] != kMissing) continue;
+        if (Has(known.column))
+          throw TableError{Place(1, i) + "both \"" + names[(std::size_t)places_[known.column]] + "\" and \"" +
+                           names[i] + "\" could be " + "xyz"[known.column] + "; name one of them " +
+                           "xyz"[known.column]};
+        places_[known.column] = (int)i;
+      }
   }
 
   std::istream& in_;
@@ -222,6 +249,16 @@ bool ConvertTable(std::istream& in, std::ostream& out, std::string* error) {
     return false;
   }
   return true;
+}
+
+std::string WayToLoadAsTable(std::istream& in) {
+  try {
+    Table table(in);
+    return table.Next() ? "to load it, name it .csv" : std::string();
+  } catch (const TableError& e) {
+    const std::size_t line = e.text.find("add the line ");
+    return line == std::string::npos ? std::string() : "to load it, name it .csv and " + e.text.substr(line);
+  }
 }
 
 } // namespace cli

@@ -37,6 +37,13 @@ bool TextOfTable::IsTable(const std::string& path) {
   return suffix == ".csv" || suffix == ".CSV";
 }
 
+std::string TextOfTable::WayToLoad(const std::string& path) {
+  std::error_code ignored;
+  if (IsTable(path) || !fs::is_regular_file(fs::u8path(path), ignored)) return std::string();
+  std::ifstream text(fs::u8path(path), std::ios::binary);
+  return WayToLoadAsTable(text);
+}
+
 void TextOfTable::Fill(const std::string& tablePath) const {
   std::ifstream table(fs::u8path(tablePath), std::ios::binary);
   std::ofstream text(fs::u8path(Path()), std::ios::binary);

@@ -18,6 +18,8 @@ public:
 
   /** By its suffix. */
   static bool IsTable(const std::string& path);
+  /** How a text that is not a table by its suffix would load as one; empty where it would not. */
+  static std::string WayToLoad(const std::string& path);
 
 private:
   void Fill(const std::string& tablePath) const;

@@ -45,13 +45,19 @@ std::string UnknownOption(const CLI::App& command) {
 
 /** The parser counts values in words of its own. */
 std::string InOurWords(const std::string& text) {
-  static const std::regex count("(.*): At (?:Most|least) ([0-9]+) required but received ([0-9]+)"),
+  static const std::regex extra("The following arguments? (?:was|were) not expected: (.*)"),
+      excluded("(.*) excludes (.*)"), needed("(.*) requires (.*)"),
+      count("(.*): At (?:Most|least) ([0-9]+) required but received ([0-9]+)"),
       none("(.*): [0-9]+ required (.*) missing");
   std::smatch match;
   if (text == "A subcommand is required") return "a command is required";
   if (std::regex_match(text, match, count))
     return match[1].str() + ": expected " + Counted(std::stoll(match[2]), "value") + ", found " +
            match[3].str();
+  if (std::regex_match(text, match, extra)) return match[1].str() + ": not expected here";
+  if (std::regex_match(text, match, excluded))
+    return match[1].str() + " cannot be given together with " + match[2].str();
+  if (std::regex_match(text, match, needed)) return match[1].str() + " needs " + match[2].str();
   if (!std::regex_match(text, match, none)) return text;
   const std::string type = match[2];
   const bool isColor = type.find('#') != std::string::npos;

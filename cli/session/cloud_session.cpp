@@ -43,12 +43,28 @@ std::string WithoutPath(const std::string& message, const std::string& path) {
   return message.compare(0, start.size(), start) == 0 ? message.substr(start.size()) : message;
 }
 
-/** What this program adds to a message of the module about points that are missing. */
-std::string Advice(LONG cut) {
-  if (cut == KELVRA_CUT_DOUBT) return "; nothing of it was loaded (--trust loads it all the same)";
+/** What this program adds when memory was short. */
+std::string MemoryText() {
   const host::memory::Shortage shortage = host::memory::LastShortage();
-  if (cut != KELVRA_CUT_NO_MEMORY || shortage.wanted == 0) return std::string();
+  if (shortage.wanted == 0) return std::string();
   return " (" + Bytes(shortage.wanted) + " were asked for, " + Bytes(shortage.free) + " are free)";
+}
+
+/** What it adds to the module's line about a file: what the user can do here. */
+std::string Advice(const FileReport& report) {
+  if (report.cut == KELVRA_CUT_DOUBT) return "; nothing of it was loaded (--trust loads it all the same)";
+  std::string advice = report.cut == KELVRA_CUT_NO_MEMORY ? MemoryText() : std::string();
+  if (report.facts.epsg != 0 && report.points > 0)
+    advice += " (kelvra reproject FILE --sr " + std::to_string(report.facts.epsg) + ")";
+  const bool isText = report.facts.reader == KELVRA_READER_XYZ || report.facts.reader == KELVRA_READER_PTS;
+  const std::string way =
+      isText && report.outcome == FileOutcome::Refused ? TextOfTable::WayToLoad(report.path) : std::string();
+  return advice + (way.empty() ? "" : "; " + way);
+}
+
+/** Does a file that its name sends to the wrong reader, or to none, hold points? */
+bool MightLoad(const std::string& path) {
+  return !MisnamedCloud(path).empty() || !TextOfTable::WayToLoad(path).empty();
 }
 
 } // namespace
@@ -193,18 +209,19 @@ void CloudSession::OpenScene(const std::string& path) {
       }
   } else {
     const bool noMemory = error.find("not enough memory") != std::string::npos;
-    report.message = WithoutPath(error, path) + Advice(noMemory ? (LONG)KELVRA_CUT_NO_MEMORY : 0);
+    report.message = WithoutPath(error, path) + (noMemory ? MemoryText() : std::string());
   }
   reports_.push_back(report);
 }
 
 void CloudSession::LoadFolder(const std::string& folder) {
   const std::vector<std::string> files = FilesOfFolder(folder);
-  const long long folders = FoldersIn(folder);
-  if (folders > 0)
-    notes_.push_back(folder + ": " + Grouped(folders) +
-                     (folders == 1 ? " folder in it is not read (name it as well)"
-                                   : " folders in it are not read (name them as well)"));
+  const std::vector<std::string> folders = FoldersIn(folder);
+  if (!folders.empty())
+    notes_.push_back(folder + ": " + Grouped((long long)folders.size()) +
+                     (folders.size() == 1 ? " folder in it is not read (name it as well): "
+                                          : " folders in it are not read (name them as well): ") +
+                     SomeNames(folders));
   const std::size_t before = reports_.size();
   // The module reads whatever it does not know as text; what only this program can tell goes file by file.
   const bool mixed = !chosenReader && std::any_of(files.begin(), files.end(), [](const std::string& file) {
@@ -221,8 +238,8 @@ void CloudSession::LoadFolder(const std::string& folder) {
   const std::vector<std::string> unnamed = fileByFile ? NotUtf8In(folder) : std::vector<std::string>();
   for (const std::string& file : unnamed) reports_.push_back({file, 0, kNotUtf8, FileOutcome::Refused, {}});
   for (std::size_t i = before; i < reports_.size(); ++i)
-    if (reports_[i].outcome == FileOutcome::Refused && !NamesCloud(reports_[i].path) &&
-        reports_[i].path != folder)
+    if (reports_[i].outcome == FileOutcome::Refused && reports_[i].path != folder &&
+        !NamesCloud(reports_[i].path) && !MightLoad(reports_[i].path))
       reports_[i].strayIn = folder;
 }
 
@@ -267,7 +284,7 @@ void CloudSession::LoadCloud(const std::string& path) {
     if (!why.empty())
       report.message = why; // the module's interface gives it no reason
     else
-      report.message += Advice(report.cut) + (plainPts ? "; --as xyz reads x y z without intensity" : "");
+      report.message += Advice(report) + (plainPts ? "; --as xyz reads x y z without intensity" : "");
   }
   reports_.insert(reports_.end(), loaded.begin(), loaded.end());
   const std::vector<std::string> unnamed = IsFolder(path) ? NotUtf8In(path) : std::vector<std::string>();

@@ -34,6 +34,9 @@ const Group kGroups[] = {
      {Purpose::Snapshot, Purpose::Render, Purpose::Convert},
      "where the cloud is converted and shown"},
     {{KELVRA_SAVE_SURVEY}, {Purpose::Export}, "on export only"},
+    {{KELVRA_POINT_SHARE},
+     {Purpose::Snapshot, Purpose::Render, Purpose::Convert},
+     "on snapshot, render and convert only"},
     {{KELVRA_RESERVED, KELVRA_CONVERT_VALUE, KELVRA_SEEN_SWITCH}, {}, "nowhere"},
 };
 
@@ -42,13 +45,28 @@ bool Contains(const List& list, const Value& value) {
   return std::find(list.begin(), list.end(), value) != list.end();
 }
 
+/** How files become points; those of a scene were loaded long before. */
+const std::vector<LONG> kOfLoading = {KELVRA_LOAD_BUDGET, KELVRA_LOAD_NTH, KELVRA_LOCAL_ORIGIN,
+                                      KELVRA_FIT_TEXT};
+
+bool HasScenesOnly(const CloudSession& session) {
+  const std::vector<BaseObject*> clouds = session.Clouds();
+  return !clouds.empty() && std::all_of(clouds.begin(), clouds.end(),
+                                        [&](BaseObject* cloud) { return session.IsFromScene(cloud); });
+}
+
 } // namespace
 
 void WarnOfIgnored(const CloudSession& session, Purpose purpose) {
-  for (const CloudSession::Setting& setting : session.Settings())
+  const bool scenesOnly = HasScenesOnly(session);
+  for (const CloudSession::Setting& setting : session.Settings()) {
+    if (scenesOnly && Contains(kOfLoading, setting.id))
+      Line(std::cerr) << "--set " << setting.name
+                      << ": has no effect here: the points of a scene are loaded already";
     for (const Group& group : kGroups)
       if (Contains(group.ids, setting.id) && !Contains(group.users, purpose))
         Line(std::cerr) << "--set " << setting.name << ": has no effect here; it has one " << group.where;
+  }
 }
 
 } // namespace cli

@@ -2,10 +2,11 @@
 
 #include "host_text.h"
 #include "net/http_exchange.h"
-#include "net/service_settings.h"
 
 #include <algorithm>
 #include <chrono>
+#include <set>
+#include <string>
 
 namespace kelvra {
 
@@ -92,10 +93,9 @@ CHAR* Get(HttpUrl url, const HttpOptions& options) {
   return NULL;
 }
 
-void SayOnceHowToSetAddresses(const std::string& url) {
-  static bool said = false;
-  if (said) return;
-  said = true;
+void SayOnceHowToSetAddress(const std::string& url, const Service& service) {
+  static std::set<std::string> said;
+  if (!said.insert(service.preference).second) return;
   // If the service's address is not set, only the path is there.
   const std::string reason =
       url.empty() || url[0] == '/'
@@ -103,9 +103,8 @@ void SayOnceHowToSetAddresses(const std::string& url) {
           : "\"" + url.substr(0, kShownCharacters) +
                 "\" is not an http:// or https:// address, or contains a character that cannot be sent";
   GePrint(String(("Kelvra: nothing is sent, " + reason +
-                  "; set it on the preferences page, with \"kelvra prefs set geometry_service ADDRESS\" or "
-                  "\"update_server ADDRESS\", or in the environment as KELVRA_GEOMETRY_SERVICE or "
-                  "KELVRA_UPDATE_SERVER")
+                  "; set it on the preferences page, with \"kelvra prefs set " + service.preference +
+                  " ADDRESS\", or in the environment as " + service.variable)
                      .c_str()));
 }
 
@@ -116,11 +115,11 @@ CHAR* HttpGet(const CHAR* url, const HttpOptions& options) {
   return url && ParseHttpUrl(url, &parsed) ? Get(parsed, options) : NULL;
 }
 
-CHAR* HttpGet(const CHAR* url) {
+CHAR* HttpGet(const CHAR* url, const Service& service) {
   HttpUrl parsed;
   const std::string text = url ? url : "";
   if (!ParseHttpUrl(text, &parsed)) {
-    SayOnceHowToSetAddresses(text);
+    SayOnceHowToSetAddress(text, service);
     return NULL;
   }
   HttpOptions options;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "c4d.h"
+#include "net/service_settings.h"
 
 namespace kelvra {
 
@@ -21,9 +22,9 @@ constexpr int kMostRedirects = 5;
  * The body of the answer, terminated by a 0 byte, which the caller frees with GeFree; NULL unless the status
  * is 200. The address goes out as it is, nothing in it is escaped, by way of the proxy that the environment
  * (on Windows the system) sets. A failed request is silent. An address that is not valid sends nothing, and
- * the console says once a run how to set the services' addresses: they are empty until somebody does.
+ * the console says once a run how to set the service's address: it is empty until somebody does.
  */
-CHAR* HttpGet(const CHAR* url);
+CHAR* HttpGet(const CHAR* url, const Service& service);
 /** The same with the caller's bounds and without the line on the console. */
 CHAR* HttpGet(const CHAR* url, const HttpOptions& options);
 

@@ -26,11 +26,11 @@ BaseContainer* PreferencesContainer() {
 }
 
 String GeometryServiceAddress() {
-  return WithoutSlash(Setting("KELVRA_GEOMETRY_SERVICE", kSettingGeometryService));
+  return WithoutSlash(Setting(kGeometryService.variable, kSettingGeometryService));
 }
 
 String UpdateServerAddress() {
-  return WithoutSlash(Setting("KELVRA_UPDATE_SERVER", kSettingUpdateServer));
+  return WithoutSlash(Setting(kUpdateServer.variable, kSettingUpdateServer));
 }
 
 String CertificateFile() {

@@ -22,9 +22,17 @@ constexpr LONG kProductIdentifier = 1;
 /** The plug-in's container itself; NULL when the host has none yet. Fetch it again for each use. */
 BaseContainer* PreferencesContainer();
 
+/** Where the address of a service is set. */
+struct Service {
+  const char* preference; ///< its name for kelvra prefs
+  const char* variable;   ///< of the environment
+};
+constexpr Service kGeometryService = {"geometry_service", "KELVRA_GEOMETRY_SERVICE"};
+constexpr Service kUpdateServer = {"update_server", "KELVRA_UPDATE_SERVER"};
+
 /** Everything before the service's own path, without a '/' at the end; empty when not set. */
-String GeometryServiceAddress(); ///< KELVRA_GEOMETRY_SERVICE
-String UpdateServerAddress();    ///< KELVRA_UPDATE_SERVER
+String GeometryServiceAddress();
+String UpdateServerAddress();
 /** Certificate authorities to trust instead of the system's, for intranets; not on Windows. */
 String CertificateFile(); ///< KELVRA_CA_FILE
 LONG ProductIdentifier();

@@ -101,7 +101,7 @@ Bool Reproject(LONG inSR, CornerPair& corners, CoordinatesRead* read) {
   *read = CoordinatesRead();
   if (inSR == 0) return FALSE;
   const HeldText url(ProjectRequest(GeometryServiceAddress(), inSR, corners).GetCStringCopy());
-  const HeldText body(url.Get() ? HttpGet(url.Get()) : NULL);
+  const HeldText body(url.Get() ? HttpGet(url.Get(), kGeometryService) : NULL);
   if (body.Get()) *read = ReadProjectAnswer(String(body.Get()), corners);
   return TRUE;
 }

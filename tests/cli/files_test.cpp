@@ -252,7 +252,9 @@ TEST(Table, IsReadByTheNamesOfItsColumns) {
   ASSERT_EQ(Kelvra({"export", table, "--survey", "-o", folder / "t.txt", "--quiet"}).out, "");
   EXPECT_EQ(TempFolder::Read(folder / "t.txt"), "691000.125 5570000.5 3.25 254 127 0\n");
   EXPECT_EQ(Kelvra({"info", "--json", table}).Json()["files"][0]["path"], table);
+  EXPECT_EQ(Kelvra({"info", folder.Write("short.csv", "N,E,H [m]\n1,2,3\n")}).status, 0);
   const std::pair<const char*, const char*> mistakes[] = {
+      {"x,y,h,alt\n", "line 1, column 4: both \"h\" and \"alt\" could be z; name one of them z"},
       {"x,y\n1,2\n", "line 1: no column is named z; expected the names of the columns, x, y and z"},
       {"1,5;2;3\n", "tabs: add the line x;y;z above it"},
       {"id,Lat,Lon,z\n", "line 1: latitudes and longitudes are degrees, expected x, y and z in metres"},
@@ -267,9 +269,47 @@ TEST(Table, IsReadByTheNamesOfItsColumns) {
   }
 }
 
+TEST(Usage, FilesAreWhatTheyHoldAndNotWhatTheirNamesSay) {
+  const TempFolder folder;
+  std::filesystem::create_directory(folder / "in");
+  const struct {
+    const char *name, *content, *what;
+  } cases[] = {{"a.ply", kPoints, "its name says PLY, but it holds lines of numbers (--as xyz reads them)"},
+               {"b.las", kPoints, "its name says LAS, but it holds lines of numbers (--as xyz reads them)"},
+               {"c.xyz", "LASF", "its name says XYZ, but it holds LAS or LAZ data (--as las reads it)"},
+               {"d.xyz", "\x89PNG 1 2 3\n", "its name says XYZ, but it is a picture, expected LAS"},
+               {"e.ply", "ply\n1 2 3\n", "this is a PLY file, expected LAS, LAZ, XYZ or PTS (--as xyz reads"},
+               {"f.txt", "X,Y,Z\n1,2,3\n", "; to load it, name it .csv\n"},
+               {"g.txt", "1;2;3\n", "; to load it, name it .csv and add the line x;y;z above it\n"}};
+  for (const auto& c : cases) {
+    const std::string err = Kelvra({"info", folder.Write(c.name, c.content)}).err;
+    EXPECT_TRUE(Holds(err, c.what)) << err;
+    folder.Write(std::string("in/") + c.name, c.content);
+  }
+  EXPECT_EQ(Kelvra({"info", folder / "a.ply", "--as", "xyz"}).status, 0);
+  const std::string err = Kelvra({"info", folder / "in"}).err;
+  for (const char* hint :
+       {"b.las: its", "c.xyz: its", "f.txt: no line", "a.ply: its", "1 file is not a point cloud: e.ply"})
+    EXPECT_TRUE(Holds(err, hint)) << err;
+}
+
+TEST(Usage, SettingsWithoutEffectAreNamed) {
+  const TempFolder folder;
+  const std::string cloud = folder.Write("c.xyz", kPoints), scene = folder / "c.scene";
+  ASSERT_EQ(Kelvra({"save", cloud, "-o", scene}).status, 0);
+  EXPECT_TRUE(Holds(Kelvra({"info", scene, "--set", "load_nth=2"}).err, "load_nth: has no effect here"));
+  EXPECT_TRUE(Holds(Kelvra({"export", cloud, "-o", folder / "c.txt", "--set", "point_share=50%"}).err,
+                    "point_share: has no effect here"));
+  EXPECT_TRUE(Holds(Kelvra({"convert", cloud, "--mode", "points"}).out, "nothing was written: -o FILE"));
+  const Result dark = Kelvra({"render", cloud, "-o", folder / "c.png", "--size", "8x8", "--set",
+                              "point_share=40%", "--light", "point:9000,0,9000"});
+  EXPECT_TRUE(Holds(dark.out, ", 1 of 3 points, ")) << dark.out;
+  EXPECT_TRUE(Holds(dark.err, "--light point: lies ")) << dark.err;
+}
+
 TEST(Usage, SuffixesOfOtherFormatsAreRefused) {
   const TempFolder folder;
-  const std::string cloud = folder.Write("c.xyz", kPoints), mesh = folder.Write("c.ply", kPoints);
+  const std::string cloud = folder.Write("c.xyz", kPoints);
   for (const auto& [command, output] :
        {std::pair("export", "x.LAS"), {"snapshot", "x.jpg"}, {"save", "x.ply"}}) {
     const Result result = Kelvra({command, cloud, "-o", folder / output});
@@ -277,8 +317,6 @@ TEST(Usage, SuffixesOfOtherFormatsAreRefused) {
     EXPECT_TRUE(Holds(result.err, std::string(output) + ": ") && Holds(result.err, "expected a name"))
         << result.err;
   }
-  EXPECT_TRUE(Holds(Kelvra({"info", mesh}).err, "this is a PLY file, expected LAS"));
-  EXPECT_EQ(Kelvra({"info", mesh, "--as", "xyz"}).status, 0);
   EXPECT_TRUE(Holds(Kelvra({"info", cloud, "--wrong"}).err, "(usage: kelvra info FILE... [OPTIONS]"));
 }
 

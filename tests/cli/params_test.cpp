@@ -16,8 +16,10 @@ TEST(Params, TellNumberRangeAndPurpose) {
     EXPECT_FALSE(parameter["sentence"].get<std::string>().empty()) << parameter["name"];
   }
   EXPECT_EQ(places, (std::set<std::string>{"object", "preferences", "video post"}));
-  for (const auto& [word, first] : {std::pair("1009", "object_size"), std::pair("class", "load_color"),
-                                    std::pair("thin", "thin_view"), std::pair("step", "load_nth")})
+  for (const auto& [word, first] :
+       {std::pair("1009", "object_size"), std::pair("class", "load_color"), std::pair("thin", "thin_view"),
+        std::pair("step", "load_nth"), std::pair("classes", "load_color"), std::pair("Grey", "ramp"),
+        std::pair("decimate", "point_share"), std::pair("max points", "load_budget")})
     EXPECT_EQ(Kelvra({"params", "--json", word}).Json()[0]["name"], first) << word;
 }
 
@@ -40,6 +42,13 @@ TEST(Params, WrongOnesAreAnsweredWithTheNearestOrTheRange) {
       {{"prefs", "get", "ca_fil"},
        "unknown preference; did you mean ca_file? (kelvra prefs list shows them)"},
       {{"convert", cloud, "--mode", "hair", "--ratio", "10"}, "did you mean 10%?"},
+      {{"render", cloud, "-o", "x.png", "--threads", "0"},
+       "--threads 0: expected a whole number from 1 to 64"},
+      {{"render", cloud, "-o", "x.png", "--depth", "12"}, "--depth 12: expected 8, 16 or 32"},
+      {{"render", cloud, "-o", "x.png", "--view", "top", "--camera", "0,0,0", "--target", "1,0,0"},
+       "cannot be given together with"},
+      {{"sequence", cloud, "-o", "x_#.png", "--frames", "0-1", "--set", "light=maybe"},
+       "--set light=maybe: expected"},
       {{"rendr"}, "did you mean render?"}};
   for (const auto& [arguments, part] : cases) {
     const Result result = Kelvra(arguments);

@@ -108,7 +108,8 @@ TEST_F(Sequence, CloudsThatLoadInPartAreReportedEachTime) {
     const Result result = Run({bad, "--frames", "7", "-o", folder_ / "f.png", "--size", "8x8"});
     EXPECT_EQ(result.status, 1);
     EXPECT_NE(result.out.find(made), std::string::npos) << result.out;
-    EXPECT_NE(result.err.find("frame 7: rendered, but not everything was loaded"), std::string::npos)
+    EXPECT_NE(result.err.find("frame 7: rendered, but not everything was loaded: " + bad + ": "),
+              std::string::npos)
         << result.err;
   }
 }

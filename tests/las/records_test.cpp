@@ -212,6 +212,11 @@ TEST(CoordinateSystem, IsNamedWithItsUnit) {
       {"COMPD_CS[\"c\",PROJCS[\"a\",UNIT[\"foot\",0.3048006096012192]],VERT_CS[\"v\",UNIT[\"metre\",1]]]",
        "a", LengthUnit::kUsFoot},
       {"PROJCRS[\"a\",CS[Cartesian,2],LENGTHUNIT[\"foot\",0.3048]]", "a", LengthUnit::kFoot},
+      {"PROJCS[\"heights inside\",UNIT[\"foot\",0.3048],VERTCS[\"v\",UNIT[\"foot\",1.0]]]", "heights inside",
+       LengthUnit::kFoot},
+      {"PROJCRS[\"axes\",CS[Cartesian,2],AXIS[\"E\",east,LENGTHUNIT[\"foot\",0.3048]],"
+       "AREA[\"w\"],VERTICALEXTENT[-9,9,LENGTHUNIT[\"metre\",1]]]",
+       "axes", LengthUnit::kFoot},
       {"GEOGCS[\"WGS 84\",UNIT[\"degree\",0.0174]]", "WGS 84", LengthUnit::kDegree},
       {"PROJCS[\"never closed", "never closed", LengthUnit::kUnknown},
       {"PROJCS[", "", LengthUnit::kUnknown},

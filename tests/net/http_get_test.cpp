@@ -205,11 +205,11 @@ TEST_F(HttpGetTest, RefusedMemoryIsNoAnswer) {
 
 TEST_F(HttpGetTest, AMissingAddressIsExplainedOnceARun) {
   const std::size_t before = application_->GetConsole().Lines().size();
-  for (const char* url : {"/ArcGIS/rest", "ftp://127.0.0.1/", ""}) EXPECT_EQ(HttpGet(url), nullptr);
+  for (const char* url : {"/ArcGIS/rest", "ftp://127.0.0.1/", ""})
+    EXPECT_EQ(HttpGet(url, kGeometryService), nullptr);
   const std::vector<std::string> lines = application_->GetConsole().Lines();
   ASSERT_EQ(lines.size(), before + 1);
-  for (const char* part :
-       {"geometry_service", "update_server", "KELVRA_GEOMETRY_SERVICE", "KELVRA_UPDATE_SERVER"})
+  for (const char* part : {"prefs set geometry_service ADDRESS\"", "KELVRA_GEOMETRY_SERVICE"})
     EXPECT_NE(lines.back().find(part), std::string::npos) << part;
 }
 

@@ -22,7 +22,7 @@ TEST_F(LoadReportTest, OneLineTellsWhatWasKept) {
   ASSERT_EQ(lines.size(), 1u);
   EXPECT_EQ(lines[0].rfind(path + ": 3 points, ", 0), 0u) << lines[0];
   for (const char* part :
-       {"positions are stored to 2 m", "1 line rejected (line 1)", "1 point without data dropped"})
+       {"positions are stored to 2;", "1 line rejected (line 1)", "1 point without data dropped"})
     EXPECT_EQ(Containing(lines, part), 1) << lines[0];
   op_->GetDataInstance()->SetLong(1182, 2);
   lines = Load(path);
@@ -150,7 +150,8 @@ TEST_F(LoadReportTest, EachFindingOfALasFileIsToldOnceInItsLine) {
   const Lines lines = Load(path);
   ASSERT_EQ(lines.size(), 1u) << testing::PrintToString(lines);
   EXPECT_EQ(lines[0].rfind(path + ": loaded 1,064 of 1,065 points, ", 0), 0u) << lines[0];
-  for (const char* part : {"the file ends early", "EPSG 2994 found; enter it to reproject"})
+  for (const char* part :
+       {"the file ends early", "EPSG 2994 found; enter it as Coordinate System to reproject"})
     EXPECT_NE(lines[0].find(part), std::string::npos) << lines[0];
 }
 
@@ -162,16 +163,16 @@ TEST(LoadLine, CutsSayWhatCameAndWhatWasThere) {
     const char* line;
   } cases[] = {
       {3, 3, 1, LoadCut::kFileEnd,
-       "loaded 3 of 10 points, 0.00 s, positions are stored to 0 m; the file ends early (here)"},
+       "loaded 3 of 10 points, 0.00 s, positions are stored to 0; the file ends early (here)"},
       {3, 9, 3, LoadCut::kDamage,
-       "loaded 3 of 4 points, 1 of 3 kept, 0.00 s, positions are stored to 0 m; the file is damaged (here): "
+       "loaded 3 of 4 points, 1 of 3 kept, 0.00 s, positions are stored to 0; the file is damaged (here): "
        "9 of 10 points could be read"},
-      {1, 10, 20, LoadCut::kNone, "1 point, 1 of 20 kept, 0.00 s, positions are stored to 0 m"},
+      {1, 10, 20, LoadCut::kNone, "1 point, 1 of 20 kept, 0.00 s, positions are stored to 0"},
       {4, 9, 3, LoadCut::kFileEnd,
-       "4 points, 1 of 3 kept, 0.00 s, positions are stored to 0 m; the file ends early (here): 9 of 10 "
+       "4 points, 1 of 3 kept, 0.00 s, positions are stored to 0; the file ends early (here): 9 of 10 "
        "points could be read"},
       {3, 10, 1, LoadCut::kBlockCap,
-       "loaded 3 of 10 points, 0.00 s, positions are stored to 0 m; the load ended there: one file can give "
+       "loaded 3 of 10 points, 0.00 s, positions are stored to 0; the load ended there: one file can give "
        "715,827,882 points at most"},
   };
   for (const auto& c : cases) {

@@ -57,6 +57,19 @@ std::vector<std::string> AttributesOf(LONG format, const BlockStats* points) {
   return names;
 }
 
+/** Of the classes that the format gives one. */
+constexpr const char* kClassNames[] = {"never classified",  "unclassified",    "ground",    "low vegetation",
+                                       "medium vegetation", "high vegetation", "building",  "low noise",
+                                       "key point",         "water",           "rail",      "road",
+                                       "overlap",           "wire guard",      "wire",      "tower",
+                                       "wire connector",    "bridge deck",     "high noise"};
+
+/** "2 ground", "64" */
+std::string ClassText(std::size_t number) {
+  return std::to_string(number) +
+         (number < std::size(kClassNames) ? std::string(" ") + kClassNames[number] : std::string());
+}
+
 bool IsLas(const FileFacts& facts) {
   return facts.reader == KELVRA_READER_LAS || facts.reader == KELVRA_READER_LAS_BY_CLASS;
 }
@@ -154,7 +167,7 @@ std::vector<std::string> FactLines(const FileReport& report, const BlockStats* p
                   (!scene.IsEmpty() ? "; in the scene " + BoxText(scene, kSceneStep) : ""));
   std::vector<std::string> classes;
   for (std::size_t i = 0; i < facts.classes.size(); ++i)
-    if (facts.classes[i] > 0) classes.push_back(std::to_string(i) + ": " + Grouped(facts.classes[i]));
+    if (facts.classes[i] > 0) classes.push_back(ClassText(i) + ": " + Grouped(facts.classes[i]));
   if (!classes.empty()) lines.push_back("points by class " + Joined(classes, ", "));
   return lines;
 }

@@ -19,6 +19,7 @@ LONG ParseReader(const std::string& name) {
 
 void AddFiles(CLI::App& command, InputOptions& input) {
   command.add_option("FILE", input.files, "LAS, LAZ, XYZ or PTS files, folders of them, or one scene")
+      ->type_name("")
       ->required();
   command
       .add_option_function<std::string>(

@@ -3,6 +3,7 @@
 #include "cli/system/exit_status.h"
 #include "cli/text/format.h"
 
+#include <charconv>
 #include <cmath>
 #include <regex>
 #include <sstream>
@@ -28,6 +29,15 @@ double ParseNumberWithin(const std::string& text, double low, double high) {
   const double value = ParseNumber(text);
   if (!(value >= low && value <= high))
     throw UsageError{"expected a number from " + Fixed(low, 0) + " to " + Fixed(high, 0)};
+  return value;
+}
+
+int ParseWhole(const std::string& text, int low, int high) {
+  int value = 0;
+  const char *const begin = text.data(), *const end = begin + text.size();
+  const std::from_chars_result read = std::from_chars(begin, end, value);
+  if (read.ec != std::errc() || read.ptr != end || value < low || value > high)
+    throw UsageError{"expected a whole number from " + std::to_string(low) + " to " + std::to_string(high)};
   return value;
 }
 

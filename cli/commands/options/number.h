@@ -14,6 +14,9 @@ double ParseNumber(const std::string& text);
 /** The same, from `low` to `high`. */
 double ParseNumberWithin(const std::string& text, double low, double high);
 
+/** A whole number from `low` to `high`, in decimal digits. */
+int ParseWhole(const std::string& text, int low, int high);
+
 /** The parts between the separators; an empty text has none. */
 std::vector<std::string> Split(const std::string& text, char separator);
 

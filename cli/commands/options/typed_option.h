@@ -1,6 +1,7 @@
 // Options whose text becomes a value while the command line is parsed.
 #pragma once
 
+#include "cli/commands/options/number.h"
 #include "cli/system/exit_status.h"
 
 #include <CLI/CLI.hpp>
@@ -9,8 +10,8 @@ namespace cli {
 
 /** Parses one option's text; a UsageError gets the option and the text in front: "--size 0x5: expected ...".
  */
-template <class Parsed>
-Parsed ParseOption(const std::string& option, const std::string& text, Parsed (*parse)(const std::string&)) {
+template <class Parse>
+auto ParseOption(const std::string& option, const std::string& text, const Parse& parse) {
   try {
     return parse(text);
   } catch (const UsageError& e) {
@@ -21,15 +22,23 @@ Parsed ParseOption(const std::string& option, const std::string& text, Parsed (*
 
 /** An option of one value. `parse` throws a UsageError that says what was expected; `value` outlives parsing.
  */
-template <class Value, class Parsed>
-CLI::Option* AddTyped(CLI::App& command, const std::string& name, Value& value,
-                      Parsed (*parse)(const std::string&), const std::string& help) {
+template <class Value, class Parse>
+CLI::Option* AddTyped(CLI::App& command, const std::string& name, Value& value, Parse parse,
+                      const std::string& help) {
   const auto take = [name, &value, parse](const CLI::results_t& texts) {
     // A value that was split at its commas is put together again.
     value = ParseOption(name, CLI::detail::join(texts, ","), parse);
     return true;
   };
   return command.add_option(name, take, help);
+}
+
+/** An option whose value is a whole number from `low` to `high`. */
+template <class Value>
+CLI::Option* AddWhole(CLI::App& command, const std::string& name, Value& value, int low, int high,
+                      const std::string& help) {
+  const auto parse = [low, high](const std::string& text) { return ParseWhole(text, low, high); };
+  return AddTyped(command, name, value, parse, help)->type_name("NUMBER");
 }
 
 /** An option that may be given several times, with one value each time. */

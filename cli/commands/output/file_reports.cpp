@@ -1,22 +1,14 @@
 #include "cli/commands/output/file_reports.h"
 
+#include "cli/session/file_kinds.h"
 #include "cli/session/scattered_clouds.h"
 #include "cli/text/format.h"
 #include "cli/text/line.h"
 
-#include <algorithm>
-#include <filesystem>
 #include <iostream>
 #include <map>
 
 namespace cli {
-
-namespace {
-
-/** Of the files that one line names. */
-constexpr std::size_t kMostNames = 8;
-
-} // namespace
 
 bool IsProblem(const FileReport& report) {
   return report.outcome != FileOutcome::Whole || report.doubtful;
@@ -30,13 +22,8 @@ void PrintReport(const FileReport& report, bool verbose) {
 }
 
 std::string StrayLine(const std::string& folder, const std::vector<std::string>& files) {
-  std::string names;
-  for (std::size_t i = 0; i < files.size() && i < kMostNames; ++i)
-    names += (i ? ", " : "") + std::filesystem::u8path(files[i]).filename().u8string();
-  const std::size_t more = files.size() - std::min(files.size(), kMostNames);
   return folder + ": " + Counted((long long)files.size(), "file") +
-         (files.size() == 1 ? " is not a point cloud: " : " are not point clouds: ") + names +
-         (more > 0 ? " and " + std::to_string(more) + " more" : "");
+         (files.size() == 1 ? " is not a point cloud: " : " are not point clouds: ") + SomeNames(files);
 }
 
 void PrintStrays(const std::vector<FileReport>& reports, bool verbose) {

@@ -1,5 +1,6 @@
 #include "cli/commands/output/result_tree.h"
 
+#include "cli/session/cloud_parameters.h"
 #include "cli/session/cloud_stats.h"
 #include "cli/text/format.h"
 #include "host/application.h"
@@ -8,6 +9,10 @@
 #include "host/hair/hair_object.h"
 #include "host/particles/emitter.h"
 #include "host/particles/particle_system.h"
+#include "otallyframe.h"
+
+#include <algorithm>
+#include <cmath>
 
 namespace cli {
 
@@ -88,6 +93,20 @@ private:
   }
 };
 
+/** How many points a picture is made of: the first share, and in the viewport every n-th of those. */
+long long ShownPoints(const CloudSession& session, Drawing drawing) {
+  long long shown = 0;
+  for (BaseObject* cloud : session.Clouds()) {
+    CloudStats stats;
+    if (!ReadCloudStats(cloud, &stats)) continue;
+    const double points = (double)stats.Points();
+    const double share = std::floor(points * std::min(1.0, RealParameter(cloud, KELVRA_POINT_SHARE)));
+    const LONG nth = std::max<LONG>(1, cloud->GetDataInstance()->GetLong(KELVRA_THIN_VIEW));
+    shown += (long long)(drawing == Drawing::Viewport ? std::ceil(share / nth) : share);
+  }
+  return shown;
+}
+
 } // namespace
 
 ResultTree DescribeTree(BaseDocument* doc) {
@@ -97,8 +116,9 @@ ResultTree DescribeTree(BaseDocument* doc) {
   return describer.tree;
 }
 
-std::string ContentText(const CloudSession& session) {
-  if (const long long points = session.Points()) return Counted(points, "point");
+std::string ContentText(const CloudSession& session, Drawing drawing) {
+  const long long points = session.Points(), shown = ShownPoints(session, drawing);
+  if (points > 0) return (shown < points ? Grouped(shown) + " of " : "") + Counted(points, "point");
   return Counted(DescribeTree(session.Document()).elements, "element");
 }
 

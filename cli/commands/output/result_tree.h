@@ -1,6 +1,7 @@
 // What a document holds, as text: each object with its counts, what generators built, and particle groups.
 #pragma once
 
+#include "cli/commands/output/unseen_points.h"
 #include "cli/session/cloud_session.h"
 
 #include <string>
@@ -17,7 +18,10 @@ struct ResultTree {
 /** Clouds themselves are named, but neither their bytes nor their points are in the sums. */
 ResultTree DescribeTree(BaseDocument* doc);
 
-/** "1,234 points" of the clouds, or "1,234 elements" of a scene without points. */
-std::string ContentText(const CloudSession& session);
+/**
+ * "1,234 points" of the clouds, "123 of 1,234 points" where a picture shows a part of them, or "1,234
+ * elements" of a scene without points.
+ */
+std::string ContentText(const CloudSession& session, Drawing drawing);
 
 } // namespace cli

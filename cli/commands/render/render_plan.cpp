@@ -33,6 +33,13 @@ Pixel ParsePixel(const std::string& text) {
   return {std::stoi(match[1]), std::stoi(match[2])};
 }
 
+int ParseDepth(const std::string& text) {
+  if (text != "8" && text != "16" && text != "32") throw UsageError{"expected 8, 16 or 32"};
+  return std::stoi(text);
+}
+
+/** Most rays a pixel and axis. */
+constexpr int kMostSupersample = 16;
 /** Of a picture's side that a preview has. */
 constexpr int kPreviewPart = 4;
 
@@ -120,17 +127,17 @@ void AddPictureOptions(CLI::App& command, RenderPlan& plan, const std::string& f
   AddTyped(command, "--ground-mirror", plan.groundMirror, ParseShare,
            "Share of light that the ground mirrors, 0 to 1")
       ->type_name("NUMBER");
-  CLI::Option* supersample = command.add_option("--supersample", plan.supersample, "N x N rays a pixel, 2")
-                                 ->check(CLI::Range(1, 16));
+  CLI::Option* supersample =
+      AddWhole(command, "--supersample", plan.supersample, 1, kMostSupersample, "N x N rays a pixel, 2")
+          ->type_name("N");
   command.add_flag("--preview", plan.preview, "A quarter of the width and height, and one ray a pixel")
       ->excludes(supersample);
-  command.add_option("--depth", plan.depth, "Bits a sample: 8, 16 or 32")->check(CLI::IsMember({8, 16, 32}));
+  AddTyped(command, "--depth", plan.depth, ParseDepth, "Bits a sample: 8, 16 or 32")->type_name("BITS");
   AddTyped(command, "--frames", plan.frames, ParseFrames, "Frames of an animation")->type_name("FIRST-LAST");
   AddTyped(command, "--turn", plan.turn, ParseNumber,
            "Angle that the camera turns around its target over the frames")
       ->type_name("DEGREES");
-  command.add_option("--threads", plan.threads, "Render threads, all cores")
-      ->check(CLI::Range(1, host::kMostRenderThreads));
+  AddWhole(command, "--threads", plan.threads, 1, host::kMostRenderThreads, "Render threads, all cores");
   AddTyped(command, "--background", plan.background, ParseColor, "Colour behind everything")
       ->type_name("#RRGGBB");
 }

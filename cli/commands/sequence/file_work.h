@@ -24,7 +24,7 @@ public:
   int Count() const override { return (int)files_.size(); }
   const char* Unit() const override { return "file"; }
   std::string Names(const std::vector<int>& items) const override;
-  const char* Flaw() const override { return "the command reported a failure"; }
+  std::string Flaw() const override { return "the command reported a failure"; }
   std::string Identity() const override { return command_ + " " + output_; }
   ItemState Look(int item) override;
   int Make(int first, int last) override;

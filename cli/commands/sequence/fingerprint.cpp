@@ -24,6 +24,8 @@ std::string Hexadecimal(std::uint64_t value) {
 }
 
 void AddFile(const std::string& path, host::Checksum& sum) {
+  const std::string obstacle = ReadObstacle(path);
+  if (!obstacle.empty()) throw std::runtime_error(path + ": " + obstacle);
   std::error_code ignored;
   // Opening a pipe would wait for its writer.
   const bool regular = fs::is_regular_file(fs::u8path(path), ignored);

@@ -4,6 +4,7 @@
 #include "cli/commands/output/file_reports.h"
 #include "cli/commands/output/json_text.h"
 #include "cli/commands/output/output_file.h"
+#include "cli/commands/render/far_lights.h"
 #include "cli/commands/render/frames.h"
 #include "cli/commands/render/scene_setup.h"
 #include "cli/commands/sequence/fingerprint.h"
@@ -22,12 +23,30 @@ constexpr const char* kFingerprint = "Kelvra-Fingerprint";
 constexpr const char* kFrame = "Kelvra-Frame";
 constexpr const char* kClouds = "Kelvra-Clouds";
 constexpr const char* kWhole = "whole";
-constexpr const char* kInPart = "loaded in part";
+constexpr const char* kInPart = "loaded in part: ";
 
 std::string TextOf(const host::PictureTexts& texts, const std::string& key) {
   for (const host::PictureText& entry : texts)
     if (entry.key == key) return entry.text;
   return "";
+}
+
+/**
+ * What became of the clouds, for the picture: whole, or in part with the first problem as JSON, which is
+ * ASCII. What is no cloud in a folder matters least.
+ */
+std::string CloudsText(const CloudSession& session) {
+  const FileReport* first = nullptr;
+  long long others = -1;
+  for (const FileReport& report : session.Reports()) {
+    if (report.outcome == FileOutcome::Whole) continue;
+    if (!first || (!first->strayIn.empty() && report.strayIn.empty())) first = &report;
+    ++others;
+  }
+  if (!first) return kWhole;
+  const std::string text =
+      first->path + ": " + first->message + (others > 0 ? ", and " + Counted(others, "more file") : "");
+  return kInPart + nlohmann::json(text).dump(-1, ' ', true, nlohmann::json::error_handler_t::replace);
 }
 
 } // namespace
@@ -58,7 +77,14 @@ ItemState FrameWork::Look(int item) {
     return ItemState::Missing;
   if (TextOf(texts, kFingerprint) != fingerprint_ || TextOf(texts, kFrame) != std::to_string(FrameOf(item)))
     return ItemState::Missing;
-  return TextOf(texts, kClouds) == kWhole ? ItemState::Whole : ItemState::Flawed;
+  const std::string clouds = TextOf(texts, kClouds);
+  if (clouds == kWhole) return ItemState::Whole;
+  const std::size_t problem = clouds.find('"');
+  if (problem != std::string::npos) {
+    const nlohmann::json text = nlohmann::json::parse(clouds.substr(problem), nullptr, false);
+    problem_ = text.is_string() ? ": " + text.get<std::string>() : std::string();
+  }
+  return ItemState::Flawed;
 }
 
 int FrameWork::Make(int first, int last) {
@@ -80,6 +106,7 @@ int FrameWork::Render(const std::vector<int>& items) {
   session.RequireContent();
   const RenderScene scene = PrepareScene(session, plan_);
   PrintNotes(scene);
+  WarnOfFarLights(session, plan_.lights);
   Line(std::cout) << "loaded in " << Fixed(session.LoadSeconds(), 2) << " s";
 
   host::RenderJob job(session.Document(), scene.render);
@@ -93,7 +120,7 @@ int FrameWork::Render(const std::vector<int>& items) {
     origin_.frame = FrameOf(item);
     picture.texts = TextsOf(origin_);
     picture.texts.push_back({kFingerprint, fingerprint_});
-    picture.texts.push_back({kClouds, session.ExitStatus() == kExitWhole ? kWhole : kInPart});
+    picture.texts.push_back({kClouds, CloudsText(session)});
     SaveFrame(session, picture, Path(item), plan_.format);
     Line(std::cout) << Path(item) << ": " << picture.width << "x" << picture.height << ", "
                     << Fixed(outcome.seconds, 2) << " s";

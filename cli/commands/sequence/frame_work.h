@@ -17,7 +17,7 @@ public:
   int Count() const override { return plan_.Frames().Count(); }
   const char* Unit() const override { return "frame"; }
   std::string Names(const std::vector<int>& items) const override;
-  const char* Flaw() const override { return "rendered, but not everything was loaded"; }
+  std::string Flaw() const override { return "rendered, but not everything was loaded" + problem_; }
   std::string Identity() const override { return fingerprint_ + " " + plan_.output; }
   ItemState Look(int item) override;
   int Make(int first, int last) override;
@@ -30,6 +30,7 @@ private:
   const RenderPlan& plan_;
   PictureOrigin origin_;
   std::string fingerprint_;
+  std::string problem_; ///< of the last flawed frame that was looked at, after a colon; it is that of all
 };
 
 } // namespace cli

@@ -9,7 +9,7 @@ namespace cli {
 
 namespace {
 
-constexpr int kMostItems = 1000000;
+constexpr int kMostItems = 1000000, kMostParts = 10000;
 
 void CheckCluster(const SequencePlan& plan) {
 #ifdef _WIN32
@@ -56,9 +56,8 @@ void AddSequenceOptions(CLI::App& command, SequencePlan& plan) {
   command.get_option("--output")
       ->description("PNG to write, #### is the frame number; with --each the JSON file of the results");
   CLI::Option* turntable =
-      command.add_option("--turntable", plan.turntable, "Frames 0 to COUNT - 1 of a whole turn")
-          ->type_name("COUNT")
-          ->check(CLI::Range(1, kMostItems));
+      AddWhole(command, "--turntable", plan.turntable, 1, kMostItems, "Frames 0 to COUNT - 1 of a whole turn")
+          ->type_name("COUNT");
   for (const char* other : {"--frames", "--turn"}) turntable->excludes(command.get_option(other));
   AddPath(command, "--each", plan.each,
           "Run --do on each cloud of this folder, put the results together as JSON")
@@ -68,18 +67,15 @@ void AddSequenceOptions(CLI::App& command, SequencePlan& plan) {
   CLI::Option* local =
       command.add_flag("--local", plan.local, "Use processes of this computer (the default)");
   command.add_flag("--slurm", plan.slurm, "Use a Slurm cluster")->excludes(local);
-  command
-      .add_option("--nodes", plan.nodes,
-                  "Parts at a time: 1 with --local, all there is room for with --slurm")
-      ->check(CLI::Range(1, 10000));
-  command.add_option("--chunk", plan.chunk, "Frames or files a part, 10")->check(CLI::Range(1, kMostItems));
+  AddWhole(command, "--nodes", plan.nodes, 1, kMostParts,
+           "Parts at a time: 1 with --local, all there is room for with --slurm");
+  AddWhole(command, "--chunk", plan.chunk, 1, kMostItems, "Frames or files a part, 10");
   command.add_option("--partition", plan.partition, "Partition of the cluster")->type_name("NAME");
   OneValueEach(
-      command.add_option("--sbatch", plan.sbatch, "Another option of Slurm's sbatch, with its dashes"));
+      command.add_option("--sbatch", plan.sbatch, "Another option of Slurm's sbatch, with its dashes")
+          ->type_name("OPTION"));
   // No group: help does not list it. Job scripts and this program use it.
-  command.add_option("--part", plan.part, "Make this part alone")
-      ->group("")
-      ->check(CLI::Range(0, kMostItems));
+  AddWhole(command, "--part", plan.part, 0, kMostItems, "Make this part alone")->group("");
 }
 
 void CheckSequence(SequencePlan& plan) {

@@ -23,7 +23,7 @@ public:
   /** Some of the items for a message: "frames 0-4,7" or "files a.laz, b.laz" */
   virtual std::string Names(const std::vector<int>& items) const = 0;
   /** What ItemState::Flawed means for these items. */
-  virtual const char* Flaw() const = 0;
+  virtual std::string Flaw() const = 0;
   /** Stands for everything that the results depend on, apart from what Look compares itself. */
   virtual std::string Identity() const = 0;
   /** Looks at the result on the disk, which any process of any computer may have written. */

@@ -53,8 +53,8 @@ void AddSnapshotOptions(CLI::App& command, SnapshotPlan& plan) {
            "Strength of that shading, 1 (0 to 20)")
       ->type_name("NUMBER");
   command.add_flag("--legend", plan.legend, "Draw what the colours stand for into the picture");
-  command.add_option("--turntable", plan.turntable, "N pictures while the camera turns once around")
-      ->check(CLI::Range(1, kMostPictures))
+  AddWhole(command, "--turntable", plan.turntable, 1, kMostPictures,
+           "N pictures while the camera turns once around")
       ->type_name("N");
 }
 

@@ -64,6 +64,29 @@ std::string Bracketed(const std::string& text, std::size_t open) {
   return text.substr(open);
 }
 
+// The last unit among a system's own entries or, where it has none, those of its axes. Units farther inside
+// belong to the globe, to parameters, and to a system of heights that some writers put there.
+LengthUnit UnitOfPlane(const std::string& system) {
+  LengthUnit own = LengthUnit::kUnknown, ofAxis = LengthUnit::kUnknown;
+  constexpr int kOwnDepth = 2; // below the system's own bracket
+  int depth = 0;
+  bool inAxis = false;
+  const auto isAt = [&system](std::size_t at, const std::string& word) {
+    return at >= word.size() && system.compare(at - word.size(), word.size(), word) == 0;
+  };
+  for (std::size_t i = 0; i < system.size(); ++i) {
+    if (system[i] == ']') --depth;
+    if (system[i] != '[') continue;
+    ++depth;
+    if (depth == kOwnDepth) inAxis = isAt(i, "AXIS");
+    if (!isAt(i, "UNIT") || depth > kOwnDepth + (inAxis ? 1 : 0)) continue;
+    const std::size_t factor = system.find(',', i);
+    if (factor == std::string::npos) break;
+    (inAxis ? ofAxis : own) = UnitOfFactor(std::strtod(system.c_str() + factor + 1, NULL));
+  }
+  return own != LengthUnit::kUnknown ? own : ofAxis;
+}
+
 std::string Quoted(const std::string& text, std::size_t from) {
   const std::size_t begin = text.find('"', from);
   if (begin == std::string::npos) return std::string();
@@ -110,10 +133,7 @@ CoordinateSystem ReadSystemText(const std::string& text) {
     if (at == std::string::npos) continue;
     const std::string part = Bracketed(text, text.find('[', at));
     system.name = Printable(Quoted(part, 0));
-    // The last unit is that of the plane; those before it belong to the globe.
-    const std::size_t unit = part.rfind("UNIT[\"");
-    const std::size_t factor = unit == std::string::npos ? unit : part.find(',', unit);
-    if (factor != std::string::npos) system.unit = UnitOfFactor(std::strtod(part.c_str() + factor + 1, NULL));
+    system.unit = UnitOfPlane(part);
     return system;
   }
   for (const char* keyword : {"GEOGCS[", "GEOGCRS[", "GEODCRS["}) {

@@ -30,6 +30,15 @@ StoredColor Stored(const LasColor& color) {
   return {{color.r, color.g, color.b}};
 }
 
+/** Says so when the colours show nothing, as every point has the same value. */
+void NoteOneValue(const SourceRecord* records, const char* what, LoadedFile& loaded) {
+  for (LONG i = 1; i < loaded.block.count; ++i)
+    if (records[i].intensity != records[0].intensity) return;
+  if (loaded.block.count > 1)
+    loaded.report.Note(NoteSeverity::kWarning, std::string("all points have the same ") + what +
+                                                   ", so that Color at Load gives them one colour");
+}
+
 /** colorOf gives a record's colour. */
 template <class ColorOf>
 void Paint(const SourceRecord* records, PointBlock& block, ColorOf colorOf) {
@@ -67,15 +76,18 @@ void ColorByAttribute(const SourceRecord* records, LasAttribute attribute, const
     }
     const RampTable table(options.ramp.ramp, loaded.rampRange);
     Paint(records, loaded.block, [&](const SourceRecord& record) { return table.At(Intensity(record)); });
+    NoteOneValue(records, "intensity", loaded);
     break;
   }
   case LasAttribute::kClass:
     Paint(records, loaded.block,
           [](const SourceRecord& record) { return Stored(ColorOfAnyClass(record.intensity)); });
+    NoteOneValue(records, "class", loaded);
     break;
   case LasAttribute::kReturnNumber:
     Paint(records, loaded.block,
           [](const SourceRecord& record) { return Stored(ColorOfReturn(record.intensity)); });
+    NoteOneValue(records, "return number", loaded);
     break;
   case LasAttribute::kNone:
     break;

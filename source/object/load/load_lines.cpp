@@ -32,20 +32,21 @@ public:
   std::string text;
 };
 
-/** Files that name no unit are taken to be in metres. */
+/** With a blank in front; empty for files that name no unit. */
 const char* UnitName(LengthUnit unit) {
   switch (unit) {
-  case LengthUnit::kFoot:
-    return "ft";
-  case LengthUnit::kUsFoot:
-    return "US ft";
-  case LengthUnit::kDegree:
-    return "degrees";
-  case LengthUnit::kUnknown:
   case LengthUnit::kMetre:
+    return " m";
+  case LengthUnit::kFoot:
+    return " ft";
+  case LengthUnit::kUsFoot:
+    return " US ft";
+  case LengthUnit::kDegree:
+    return " degrees";
+  case LengthUnit::kUnknown:
     break;
   }
-  return "m";
+  return "";
 }
 
 /** How many points came, how fast, and how exactly they are stored. */
@@ -58,7 +59,7 @@ std::string Summary(const LoadReport& report) {
   text += ", " + Number(report.seconds, "%.2f") + " s";
   if (report.seconds > 0.0)
     text += ", " + Number((double)report.kept / report.seconds / 1e6, "%.1f") + " M points/s";
-  return text + ", positions are stored to " + Number(report.step, "%.2g") + " " + UnitName(report.unit);
+  return text + ", positions are stored to " + Number(report.step, "%.2g") + UnitName(report.unit);
 }
 
 /** Where a file breaks off. The numbers follow unless the summary has them: it counts kept points only. */
@@ -133,7 +134,7 @@ std::string LoadLine(const LoadReport& report) {
   for (const LoadNote& note : report.notes)
     if (note.severity != NoteSeverity::kInfo) line.Add(note.text);
   if (report.epsg != 0 && report.kept > 0)
-    line.Add("EPSG " + std::to_string(report.epsg) + " found; enter it to reproject");
+    line.Add("EPSG " + std::to_string(report.epsg) + " found; enter it as Coordinate System to reproject");
   return line.text;
 }
 
