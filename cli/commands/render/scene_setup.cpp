@@ -5,10 +5,10 @@
 #include "cli/session/cloud_colors.h"
 #include "cli/session/cloud_extent.h"
 #include "cli/session/cloud_parameters.h"
+#include "cli/session/scene_geometry.h"
 #include "cli/text/format.h"
 #include "cli/text/line.h"
-#include "host/hair/hair_object.h"
-#include "host/particles/emitter.h"
+#include "host/geometry/surface_entries.h"
 #include "host/render.h"
 #include "host/viewport.h"
 #include "otallyframe.h"
@@ -62,11 +62,10 @@ void ChooseRadius(CloudSession& session, BaseObject* cloud, std::vector<std::str
 
 /** The same for a point object or a spline that a video post has rendered: it stands for a cloud. */
 void ChooseRadiusOfGeometry(BaseDocument* doc, std::vector<std::string>* notes) {
-  for (BaseVideoPost* post = doc->GetActiveRenderData()->GetFirstVideoPost(); post; post = post->GetNext()) {
+  for (BaseVideoPost* post : PostsOfGeometry(doc)) {
     BaseContainer* data = post->GetDataInstance();
-    BaseObject* linked = data->GetObjectLink(KELVRA_RENDER_OBJECT, doc);
-    if (!linked || (linked->GetType() != Opolygon && linked->GetType() != Ospline)) continue;
     if (data->FindIndex(KELVRA_RENDER_POINT_RADIUS) != NOTOK) continue;
+    BaseObject* linked = data->GetObjectLink(KELVRA_RENDER_OBJECT, doc);
     const LONG points = static_cast<PointObject*>(linked)->GetPointCount();
     const host::Box box = host::WorldBox(linked);
     if (points < 1 || box.IsEmpty()) continue;
@@ -79,19 +78,14 @@ void ChooseRadiusOfGeometry(BaseDocument* doc, std::vector<std::string>* notes) 
 constexpr double kSpherePerSpacing = 0.7;
 
 /** The same for particles and hair that a cloud was converted to, which the renderer draws itself. */
-void ChooseRadiusOfElements(BaseObject* first, std::vector<std::string>* notes) {
-  for (BaseObject* op = first; op; op = op->GetNext()) {
-    ChooseRadiusOfElements(op->GetDown(), notes);
-    const host::EmitterNode* emitter = host::AsEmitter(host::Impl(op));
-    const host::HairNode* hair = host::AsHair(host::Impl(op));
-    const LONG count = emitter ? emitter->count : hair && hair->guides ? hair->guides->count : 0;
-    BaseContainer* data = op->GetDataInstance();
-    if (count < 1 || data->FindIndex(host::kPointRadius) != NOTOK) continue;
-    const double radius = kSpherePerSpacing * SpacingOf(host::WorldBox(op).Size(), count);
+void ChooseRadiusOfElements(BaseDocument* doc, std::vector<std::string>* notes) {
+  for (const SceneElements& elements : ElementsOf(doc)) {
+    if (elements.data->FindIndex(host::kPointRadius) != NOTOK) continue;
+    const double radius = kSpherePerSpacing * SpacingOf(elements.box.Size(), elements.count);
     if (!(radius > 0.0) || !(radius < 1e6)) continue;
-    data->SetReal(host::kPointRadius, radius);
-    notes->push_back("radius " + Fixed(radius, 3) + " of " + Counted(count, hair ? "hair" : "particle") +
-                     ", chosen by density");
+    elements.data->SetReal(host::kPointRadius, radius);
+    notes->push_back("radius " + Fixed(radius, 3) + " of " + Counted(elements.count, elements.name) +
+                     ", chosen by density (--set point_radius=... to change it)");
   }
 }
 
@@ -145,7 +139,7 @@ RenderScene PrepareScene(CloudSession& session, const RenderPlan& plan) {
   }
   if (session.Clouds().empty()) {
     ChooseRadiusOfGeometry(session.Document(), &scene.notes);
-    ChooseRadiusOfElements(session.Document()->GetFirstObject(), &scene.notes);
+    ChooseRadiusOfElements(session.Document(), &scene.notes);
   }
   std::string apart;
   const WorldExtent extent = ExtentOf(session, &apart);
