@@ -146,6 +146,12 @@ void CloudSession::OpenApart() {
   LoadAll();
 }
 
+void CloudSession::OpenFitted() {
+  Use(application_->NewDocument());
+  fitted_ = true;
+  LoadAll();
+}
+
 void CloudSession::LoadAll() {
   const auto start = std::chrono::steady_clock::now();
   for (const std::string& file : files_) {
@@ -297,7 +303,7 @@ BaseObject* CloudSession::NewCloud() {
   // Unlike a new object of the application, this one is for files of any place, which must come out whole.
   BaseContainer* data = object->GetDataInstance();
   data->SetLong(KELVRA_LOCAL_ORIGIN, KELVRA_LOCAL_ORIGIN_AUTOMATIC);
-  data->SetLong(KELVRA_FIT_TEXT, KELVRA_FIT_TEXT_LARGE);
+  data->SetLong(KELVRA_FIT_TEXT, fitted_ ? KELVRA_FIT_TEXT_ON : KELVRA_FIT_TEXT_LARGE);
   for (const std::string& setting : settings_) ApplyToCloud(object, setting);
   // It would thin text files as they load, and what was kept once more where it is shown: it is set again
   // when everything is loaded.

@@ -34,6 +34,10 @@ public:
   void OpenApart();
   bool IsApart() const { return apart_; }
 
+  /** Loads everything again with text clouds fitted to the object's size: coordinates of the scene change. */
+  void OpenFitted();
+  bool IsFitted() const { return fitted_; }
+
   /** To be called before Open: reports then say how many points of each class were loaded. */
   void CountClasses() { countClasses_ = true; }
 
@@ -100,7 +104,8 @@ private:
   std::vector<FileReport> reports_;
   std::vector<std::string> notes_, unused_;
   bool trust_ = false, countClasses_ = false;
-  bool apart_ = false; ///< each file has an object of its own
+  bool apart_ = false;  ///< each file has an object of its own
+  bool fitted_ = false; ///< by OpenFitted
   double loadSeconds_ = 0;
   long long idleMemory_ = 0;
 };

@@ -2,10 +2,10 @@
 
 #include "cli/session/parameter_list.h"
 #include "cli/system/exit_status.h"
-#include "host/geometry/surface_entries.h"
 #include "host/hair/hair_object.h"
 #include "host/particles/emitter.h"
 #include "host/particles/particle_system.h"
+#include "host/render.h"
 #include "host/viewport.h"
 #include "vpkelvrarender.h"
 
