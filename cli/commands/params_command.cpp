@@ -43,7 +43,7 @@ std::vector<Place> PlacesOf(CloudSession& session) {
   };
   BaseList2D* page = FindPreferencesPage(session.App());
   return {{"object", "Point cloud (--set NAME=VALUE)", "", find("Otallyframe")},
-          {"video post", "Video post, for objects that are not clouds (in the application)", "",
+          {"video post", "Video post, for objects that are not clouds (--set in scenes without a cloud)", "",
            find("VPkelvrarender")},
           {"preferences", "Preferences (kelvra prefs set NAME VALUE)", "prefs_",
            host::FindDescription(*host::Impl(page))}};

@@ -9,6 +9,7 @@
 #include "cli/commands/render/recorder.h"
 #include "cli/commands/render/render_plan.h"
 #include "cli/commands/render/scene_setup.h"
+#include "cli/commands/render/small_cloud.h"
 #include "cli/commands/sequence/fingerprint.h"
 #include "cli/commands/sequence/picture_origin.h"
 #include "cli/session/ignored_parameters.h"
@@ -143,7 +144,7 @@ PictureOrigin NewOrigin(const RenderPlan& plan, const nlohmann::json& options) {
   return origin;
 }
 
-int RunRender(const RenderPlan& plan, const nlohmann::json& options) {
+int RunRender(RenderPlan plan, const nlohmann::json& options) {
   CloudSession session(plan.input.faults);
   session.Open(plan.input.files, plan.input.settings, plan.input.trust);
   if (!plan.pixel)
@@ -153,6 +154,7 @@ int RunRender(const RenderPlan& plan, const nlohmann::json& options) {
   session.RequireContent();
   WarnOfIgnored(session, Purpose::Render);
   try {
+    FitSmallCloud(session, &plan);
     RenderScene scene = PrepareScene(session, plan);
     PrintNotes(scene);
     WarnOfFarLights(session, plan.lights);

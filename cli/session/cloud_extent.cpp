@@ -20,6 +20,8 @@ constexpr double kMargin = 0.1;
 /** Points that lie apart are left out when the whole box would be this many times as long as that of the
  * others. */
 constexpr double kWorthIt = 1.2;
+/** A wall has at least this share of a room's points within this part of the room's width. */
+constexpr double kWallShare = 0.1, kWallPart = 0.05;
 
 bool AskSpread(BaseObject* cloud, double share, double margin, KelvraSpread* spread) {
   *spread = KelvraSpread();
@@ -105,6 +107,18 @@ bool HeightRange(BaseObject* cloud, double share, double* low, double* high) {
   *low = spread.min.y;
   *high = spread.max.y;
   return true;
+}
+
+bool IsRoom(BaseObject* cloud) {
+  KelvraSpread whole, inner;
+  if (!AskSpread(cloud, kApartShare, 0.0, &whole) || !AskSpread(cloud, kWallShare, 0.0, &inner)) return false;
+  for (int axis = 0; axis < 3; ++axis) {
+    const double margin = kWallPart * (whole.max[axis] - whole.min[axis]);
+    if (margin > 0.0 && inner.min[axis] <= whole.min[axis] + margin &&
+        inner.max[axis] >= whole.max[axis] - margin)
+      return true;
+  }
+  return false;
 }
 
 SurveyPlace::SurveyPlace(BaseObject* cloud) {

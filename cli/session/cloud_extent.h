@@ -17,6 +17,10 @@ host::Box FramedExtent(BaseObject* cloud, long long* outside);
 /** Heights, in the object's own coordinates, between which all but a share of the points at each end lie. */
 bool HeightRange(BaseObject* cloud, double share, double* low, double* high);
 
+/** Do the points gather at both ends of an axis, as at walls or at floor and ceiling, but not in a landscape?
+ */
+bool IsRoom(BaseObject* cloud);
+
 /** The median of a cloud's points on each axis, in world space; the box's middle where there is none. */
 Vector MiddleOf(const CloudSession& session, const host::Box& box);
 

@@ -4,6 +4,7 @@
 #include "cli/session/file_kinds.h"
 #include "cli/session/parameter_list.h"
 #include "cli/session/preferences_page.h"
+#include "cli/session/scene_geometry.h"
 #include "cli/system/preferences_folder.h"
 #include "cli/system/process_memory.h"
 #include "cli/system/program_path.h"
@@ -67,6 +68,14 @@ bool MightLoad(const std::string& path) {
   return !MisnamedCloud(path).empty() || !TextOfTable::WayToLoad(path).empty();
 }
 
+/** Name or number, and value. */
+std::pair<std::string, std::string> SplitSetting(const std::string& setting) {
+  const std::size_t equals = setting.find('=');
+  if (equals == std::string::npos || equals == 0)
+    throw UsageError{"--set " + setting + ": expected ID=VALUE or NAME=VALUE"};
+  return {setting.substr(0, equals), setting.substr(equals + 1)};
+}
+
 } // namespace
 
 void ReadAs(LONG reader) {
@@ -97,6 +106,7 @@ void CloudSession::Use(BaseDocument* document) {
   target_ = nullptr;
   reports_.clear();
   notes_.clear();
+  unused_.clear();
 }
 
 long long CloudSession::Points() const {
@@ -152,6 +162,12 @@ void CloudSession::OpenApart() {
   LoadAll();
 }
 
+void CloudSession::OpenFitted() {
+  Use(application_->NewDocument());
+  fitted_ = true;
+  LoadAll();
+}
+
 void CloudSession::LoadAll() {
   const auto start = std::chrono::steady_clock::now();
   for (const std::string& file : files_) {
@@ -164,12 +180,9 @@ void CloudSession::LoadAll() {
   }
   NoteRepeated();
   loadSeconds_ = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-  // A scene's own objects take the settings too; without any object a wrong setting is still an error.
-  if (!target_) {
-    for (BaseObject* cloud : Clouds())
-      for (const std::string& setting : settings_) ApplySetting(cloud, setting);
-    if (Clouds().empty() && !settings_.empty()) target_ = NewCloud();
-  }
+  // A scene's own objects take the settings too.
+  if (!target_)
+    for (const std::string& setting : settings_) ApplySetting(setting);
   if (target_) target_->SetParameter(DescID(KELVRA_THIN_VIEW), GeData(thinView_), DESCFLAGS_SET_0);
 }
 
@@ -298,9 +311,7 @@ void CloudSession::LoadCloud(const std::string& path) {
 BaseObject* CloudSession::NewCloud() {
   BaseObject* last = document_->GetFirstObject();
   while (last && last->GetNext()) last = last->GetNext();
-  const host::PluginInfo* plugin = application_->FindByDescription(kCloudDescription);
-  if (!plugin) throw std::runtime_error("the module registered no point cloud object");
-  BaseObject* object = host::CreateObjectFromMenu(document_, plugin->id);
+  BaseObject* object = host::CreateObjectFromMenu(document_, CloudType());
   if (!object) throw std::runtime_error("the point cloud object could not be made");
   if (apart_ && last) { // in the order of their files
     object->Remove();
@@ -309,8 +320,8 @@ BaseObject* CloudSession::NewCloud() {
   // Unlike a new object of the application, this one is for files of any place, which must come out whole.
   BaseContainer* data = object->GetDataInstance();
   data->SetLong(KELVRA_LOCAL_ORIGIN, KELVRA_LOCAL_ORIGIN_AUTOMATIC);
-  data->SetLong(KELVRA_FIT_TEXT, KELVRA_FIT_TEXT_LARGE);
-  for (const std::string& setting : settings_) ApplySetting(object, setting);
+  data->SetLong(KELVRA_FIT_TEXT, fitted_ ? KELVRA_FIT_TEXT_ON : KELVRA_FIT_TEXT_LARGE);
+  for (const std::string& setting : settings_) ApplyToCloud(object, setting);
   // It would thin text files as they load, and what was kept once more where it is shown: it is set again
   // when everything is loaded.
   GeData thin;
@@ -320,20 +331,59 @@ BaseObject* CloudSession::NewCloud() {
   return object;
 }
 
-void CloudSession::ApplySetting(BaseObject* object, const std::string& setting) {
-  const std::size_t equals = setting.find('=');
-  if (equals == std::string::npos || equals == 0)
-    throw UsageError{"--set " + setting + ": expected ID=VALUE or NAME=VALUE"};
-  const std::string name = setting.substr(0, equals);
+LONG CloudSession::CloudType() const {
+  const host::PluginInfo* plugin = application_->FindByDescription(kCloudDescription);
+  if (!plugin) throw std::runtime_error("the module registered no point cloud object");
+  return plugin->id;
+}
+
+void CloudSession::ApplySetting(const std::string& setting) {
+  const std::vector<BaseObject*> clouds = Clouds();
+  for (BaseObject* cloud : clouds) ApplyToCloud(cloud, setting);
+  if (clouds.empty()) ApplyToGeometry(setting);
+}
+
+void CloudSession::ApplyToCloud(BaseObject* cloud, const std::string& setting) {
+  const auto [name, value] = SplitSetting(setting);
   LONG id = -1;
   try {
-    id = FindSettable(*application_, object, name);
+    id = FindSettable(*application_, cloud, name);
   } catch (const UsageError& e) {
-    throw UsageError{"--set " + setting + ": " + e.text};
+    if (GeometryParameter(*application_, name) < 0) throw UsageError{"--set " + setting + ": " + e.text};
+    throw UsageError{"--set " + setting +
+                     ": a parameter of the video post, which renders objects other than clouds; a cloud has "
+                     "its own, named without render_"};
   }
   std::string error;
-  if (!application_->SetParameterFromText(object, id, setting.substr(equals + 1), &error))
+  if (!application_->SetParameterFromText(cloud, id, value, &error))
     throw UsageError{"--set " + setting + ": " + error};
+  Remember(name, id);
+}
+
+void CloudSession::ApplyToGeometry(const std::string& setting) {
+  const auto [name, value] = SplitSetting(setting);
+  const LONG id = GeometryParameter(*application_, name);
+  bool used = false;
+  if (id >= 0) {
+    std::string error;
+    if (!SetOfGeometry(*application_, document_, id, value, &used, &error))
+      throw UsageError{"--set " + setting + ": " + error};
+    Remember(name, id);
+  } else {
+    // A wrong name or value is an error here as well.
+    BaseObject* cloud = BaseObject::Alloc(CloudType());
+    if (!cloud) throw std::bad_alloc();
+    const std::unique_ptr<BaseObject, void (*)(BaseObject*)> owner(
+        cloud, [](BaseObject* op) { BaseObject::Free(op); });
+    ApplyToCloud(cloud, setting);
+  }
+  if (!used && !host::GeometryBox(document_).IsEmpty())
+    unused_.push_back("--set " + name +
+                      ": has no effect: the scene holds no point cloud, and its other objects do not have "
+                      "this parameter");
+}
+
+void CloudSession::Remember(const std::string& name, LONG id) {
   if (!WasSet(id)) appliedSettings_.push_back({name, id});
 }
 

@@ -34,6 +34,10 @@ public:
   void OpenApart();
   bool IsApart() const { return apart_; }
 
+  /** Loads everything again with text clouds fitted to the object's size: coordinates of the scene change. */
+  void OpenFitted();
+  bool IsFitted() const { return fitted_; }
+
   /** To be called before Open: reports then say how many points of each class were loaded. */
   void CountClasses() { countClasses_ = true; }
 
@@ -60,8 +64,13 @@ public:
   long long PeakMemory() const;
   int ExitStatus() const;
   host::Application& App() { return *application_; }
-  /** "ID=VALUE" with a number or a name; throws UsageError. */
-  void ApplySetting(BaseObject* object, const std::string& setting);
+  /**
+   * "ID=VALUE" with a number or a name: for every cloud, or for the geometry of a scene that holds no cloud.
+   * Throws UsageError.
+   */
+  void ApplySetting(const std::string& setting);
+  /** Lines about settings that nothing in the scene has a use for. */
+  const std::vector<std::string>& Unused() const { return unused_; }
   /** True when one of the settings given to Open names this parameter. */
   bool WasSet(LONG id) const;
   /** False for the object that this command made for cloud files. */
@@ -81,6 +90,10 @@ private:
   void LoadFolder(const std::string& folder);
   void LoadCloud(const std::string& path);
   BaseObject* NewCloud();
+  LONG CloudType() const;
+  void ApplyToCloud(BaseObject* cloud, const std::string& setting);
+  void ApplyToGeometry(const std::string& setting);
+  void Remember(const std::string& name, LONG id);
 
   std::unique_ptr<host::Application> application_;
   BaseDocument* document_ = nullptr;
@@ -89,9 +102,10 @@ private:
   std::vector<std::string> files_, settings_;
   std::vector<Setting> appliedSettings_;
   std::vector<FileReport> reports_;
-  std::vector<std::string> notes_;
+  std::vector<std::string> notes_, unused_;
   bool trust_ = false, countClasses_ = false;
-  bool apart_ = false; ///< each file has an object of its own
+  bool apart_ = false;  ///< each file has an object of its own
+  bool fitted_ = false; ///< by OpenFitted
   double loadSeconds_ = 0;
   long long idleMemory_ = 0;
 };

@@ -175,7 +175,17 @@ TEST_F(ConvertCommand, AWrittenSceneShowsTheResultInTheCloudsPlace) {
     EXPECT_TRUE(Holds(snapshot.out + snapshot.err, "5 elements")) << snapshot.out << snapshot.err;
     const Result render = Kelvra({"render", scene, "-o", folder_ / "image.png", "--size", "32x32"});
     EXPECT_EQ(render.status, 0) << render.err;
+    EXPECT_TRUE(Holds(render.out, "chosen by density")) << render.out;
     EXPECT_EQ(Kelvra({"convert", scene, "--mode", "point"}).status, 1) << "no cloud is left";
+
+    // Settings reach what is drawn now, and make no cloud beside it.
+    const std::string thick = folder_ / "thick.scene";
+    const Result save =
+        Kelvra({"save", scene, "-o", thick, "--set", "render_point_radius=9", "--set", "load_nth=2"});
+    EXPECT_TRUE(Holds(save.err, "--set load_nth: has no effect: the scene holds no point cloud")) << save.err;
+    EXPECT_FALSE(Holds(Kelvra({"info", thick}).out, "0 points"));
+    EXPECT_FALSE(Holds(Kelvra({"render", thick, "-o", folder_ / "thick.png", "--size", "32x32"}).out,
+                       "chosen by density"));
   }
 }
 

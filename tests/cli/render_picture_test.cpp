@@ -71,7 +71,7 @@ TEST_F(RenderCommand, TheRecorderStoresEachFrameWithSixteenBits) {
 
 TEST_F(RenderCommand, OnePixelIsExplainedAsItIsRendered) {
   const std::vector<std::string> view = {"--size",       "33x33",   "--supersample", "1",
-                                         "--background", "#336699", "--set",         "transparency=0.6"};
+                                         "--background", "#336699", "--set",         "transparency=0.8"};
   const auto with = [&](std::vector<std::string> options) {
     options.insert(options.end(), view.begin(), view.end());
     return Render(options);
@@ -151,6 +151,24 @@ TEST_F(RenderCommand, LightGroundAndSamplesShowInThePicture) {
       differing += std::abs(mean - plain.At(x, y)[0]) > 1e-3f;
     }
   EXPECT_LE(differing, 2) << "pixels at whose rim rounding decides";
+}
+
+TEST_F(RenderCommand, ASmallDenseCloudIsScaledUpForThePicture) {
+  std::string text;
+  for (int i = 0; i < 3600; ++i)
+    text += std::to_string(i % 60 * 0.005) + " " + std::to_string(i / 60 * 0.005) + " 0 255 0 0\n";
+  const std::string cloud = folder_.Write("small.xyz", text), a = folder_ / "a.png", b = folder_ / "b.png";
+  const auto render = [&](const std::string& picture, std::vector<std::string> view) {
+    view.insert(view.begin(), {"render", cloud, "-o", picture, "--size", "40x30", "--print-camera"});
+    return Kelvra(view).out;
+  };
+  // The camera stands where it would without, in the scene or in the file.
+  const std::string scaled = render(a, {"--camera", "0.1,0.3,-0.2", "--target", "0.15,0,0.15"});
+  for (const char* part : {"scaled up for the picture", "--camera 0.1,-0.2,0.3", "--camera-survey"})
+    EXPECT_TRUE(Holds(scaled, part)) << scaled;
+  render(b, {"--camera", "0.1,-0.2,0.3", "--target", "0.15,0.15,0", "--camera-survey"});
+  EXPECT_EQ(Read(a).samples, Read(b).samples);
+  EXPECT_FALSE(Holds(render(b, {"--set", "fit_text=off"}), "scaled up"));
 }
 
 } // namespace

@@ -51,7 +51,7 @@ host::ViewCamera CameraFor(const CloudSession& session, const ViewOptions& view,
       around.middle = FreePlace(session, around.middle, Clearance(session, extent), extent.box);
     return CameraOf(view, around, wholeTurn);
   }
-  if (!view.survey) return CameraOf(view, extent, wholeTurn);
+  if (!view.survey || !view.camera) return CameraOf(view, extent, wholeTurn);
   const SurveyPlace place(session.Cloud());
   ViewOptions world = view;
   world.camera = place.ToWorld(*view.camera);

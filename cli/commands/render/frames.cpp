@@ -12,8 +12,7 @@ host::ViewCamera GoToFrame(CloudSession& session, const RenderPlan& plan, const 
   doc->SetTime(BaseTime((Real)frame, (Real)doc->GetFps()));
   const FrameRange frames = plan.Frames();
   const double share = frames.Count() > 1 ? (double)(frame - frames.first) / (frames.Count() - 1) : 0.0;
-  for (const MovingSetting& setting : plan.moving)
-    for (BaseObject* cloud : session.Clouds()) session.ApplySetting(cloud, setting.At(share));
+  for (const MovingSetting& setting : plan.moving) session.ApplySetting(setting.At(share));
   return host::TurnedCamera(camera, plan.turn * ((double)(frame - frames.first) / frames.Count()));
 }
 

@@ -2,17 +2,15 @@
 
 #include "cli/commands/options/camera_choice.h"
 #include "cli/commands/output/unseen_points.h"
+#include "cli/commands/render/radius_choice.h"
 #include "cli/session/cloud_colors.h"
 #include "cli/session/cloud_extent.h"
 #include "cli/session/cloud_parameters.h"
 #include "cli/text/format.h"
 #include "cli/text/line.h"
-#include "host/hair/hair_object.h"
-#include "host/particles/emitter.h"
 #include "host/render.h"
 #include "host/viewport.h"
 #include "otallyframe.h"
-#include "vpkelvrarender.h"
 
 #include <algorithm>
 #include <cmath>
@@ -27,72 +25,6 @@ WorldExtent ExtentOf(const CloudSession& session, std::string* note) {
   WorldExtent extent;
   extent.box = FramedExtent(session, note);
   return extent;
-}
-
-/** Radius, as a multiple of the mean distance of neighbours, at which points close the surface. */
-constexpr double kRadiusPerSpacing = 1.1;
-constexpr double kLeastRadius = 0.05;
-
-/** Of a cloud, or of a video post, whose parameter has the same number. */
-void SetRadius(BaseContainer* data, double wanted, std::vector<std::string>* notes) {
-  static_assert((LONG)KELVRA_POINT_RADIUS == (LONG)KELVRA_RENDER_POINT_RADIUS, "they share one number");
-  const double radius = std::max(kLeastRadius, wanted);
-  if (!(radius < 1e6)) return;
-  data->SetReal(KELVRA_POINT_RADIUS, radius);
-  notes->push_back("point radius " + Fixed(radius, 3) +
-                   ", chosen by density (--set point_radius=... to change it)");
-}
-
-/**
- * Gives a cloud whose radius nobody chose one by its density. Points less than a unit apart close the
- * surface; farther apart they stay dots, because a point covers a disc of the root of its radius. Large
- * coordinates put points on a raster that may be coarser than their density.
- */
-void ChooseRadius(CloudSession& session, BaseObject* cloud, std::vector<std::string>* notes) {
-  BaseContainer* data = cloud->GetDataInstance();
-  if (session.WasSet(KELVRA_POINT_RADIUS) || data->FindIndex(KELVRA_POINT_RADIUS) != NOTOK) return;
-  const double spacing = MeanSpacing(cloud);
-  if (!(spacing > 0.0)) return;
-  SetRadius(data, kRadiusPerSpacing * spacing, notes);
-  if (kRadiusPerSpacing * spacing < kLeastRadius && data->GetLong(KELVRA_FIT_TEXT) != KELVRA_FIT_TEXT_ON)
-    notes->push_back("the points lie " + TwoDigits(spacing) +
-                     " scene units apart, so that they overlap and render slowly (--set fit_text=on scales "
-                     "text clouds up)");
-}
-
-/** The same for a point object or a spline that a video post has rendered: it stands for a cloud. */
-void ChooseRadiusOfGeometry(BaseDocument* doc, std::vector<std::string>* notes) {
-  for (BaseVideoPost* post = doc->GetActiveRenderData()->GetFirstVideoPost(); post; post = post->GetNext()) {
-    BaseContainer* data = post->GetDataInstance();
-    BaseObject* linked = data->GetObjectLink(KELVRA_RENDER_OBJECT, doc);
-    if (!linked || (linked->GetType() != Opolygon && linked->GetType() != Ospline)) continue;
-    if (data->FindIndex(KELVRA_RENDER_POINT_RADIUS) != NOTOK) continue;
-    const LONG points = static_cast<PointObject*>(linked)->GetPointCount();
-    const host::Box box = host::WorldBox(linked);
-    if (points < 1 || box.IsEmpty()) continue;
-    SetRadius(data, kRadiusPerSpacing * SpacingOf(box.Size(), points), notes);
-  }
-}
-
-/** Radius of a true sphere, as a share of the mean distance of neighbours, at which spheres close a surface.
- */
-constexpr double kSpherePerSpacing = 0.7;
-
-/** The same for particles and hair that a cloud was converted to, which the renderer draws itself. */
-void ChooseRadiusOfElements(BaseObject* first, std::vector<std::string>* notes) {
-  for (BaseObject* op = first; op; op = op->GetNext()) {
-    ChooseRadiusOfElements(op->GetDown(), notes);
-    const host::EmitterNode* emitter = host::AsEmitter(host::Impl(op));
-    const host::HairNode* hair = host::AsHair(host::Impl(op));
-    const LONG count = emitter ? emitter->count : hair && hair->guides ? hair->guides->count : 0;
-    BaseContainer* data = op->GetDataInstance();
-    if (count < 1 || data->FindIndex(host::kPointRadius) != NOTOK) continue;
-    const double radius = kSpherePerSpacing * SpacingOf(host::WorldBox(op).Size(), count);
-    if (!(radius > 0.0) || !(radius < 1e6)) continue;
-    data->SetReal(host::kPointRadius, radius);
-    notes->push_back("radius " + Fixed(radius, 3) + " of " + Counted(count, hair ? "hair" : "particle") +
-                     ", chosen by density");
-  }
 }
 
 /** A square below the cloud, several times its size. */
@@ -138,14 +70,10 @@ void PrintNotes(const RenderScene& scene) {
 
 RenderScene PrepareScene(CloudSession& session, const RenderPlan& plan) {
   RenderScene scene;
+  ChooseRadii(session, session.IsFitted() ? Surface::Closed : SurfaceSeen(session, plan.view), &scene.notes);
   for (BaseObject* cloud : session.Clouds()) {
-    ChooseRadius(session, cloud, &scene.notes);
     const std::string colors = ColorIfPlain(session, cloud, plan.view.upIsY);
     if (!colors.empty()) scene.notes.push_back(colors);
-  }
-  if (session.Clouds().empty()) {
-    ChooseRadiusOfGeometry(session.Document(), &scene.notes);
-    ChooseRadiusOfElements(session.Document()->GetFirstObject(), &scene.notes);
   }
   std::string apart;
   const WorldExtent extent = ExtentOf(session, &apart);

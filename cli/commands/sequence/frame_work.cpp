@@ -7,6 +7,7 @@
 #include "cli/commands/render/far_lights.h"
 #include "cli/commands/render/frames.h"
 #include "cli/commands/render/scene_setup.h"
+#include "cli/commands/render/small_cloud.h"
 #include "cli/commands/sequence/fingerprint.h"
 #include "cli/commands/sequence/part.h"
 #include "cli/text/format.h"
@@ -104,14 +105,16 @@ int FrameWork::Render(const std::vector<int>& items) {
   session.Open(plan_.input.files, plan_.input.settings, plan_.input.trust);
   PrintReports(session, plan_.input.verbose);
   session.RequireContent();
-  const RenderScene scene = PrepareScene(session, plan_);
+  RenderPlan plan = plan_;
+  FitSmallCloud(session, &plan);
+  const RenderScene scene = PrepareScene(session, plan);
   PrintNotes(scene);
   WarnOfFarLights(session, plan_.lights);
   Line(std::cout) << "loaded in " << Fixed(session.LoadSeconds(), 2) << " s";
 
   host::RenderJob job(session.Document(), scene.render);
   for (const int item : items) {
-    job.Options().camera = GoToFrame(session, plan_, scene.render.camera, FrameOf(item));
+    job.Options().camera = GoToFrame(session, plan, scene.render.camera, FrameOf(item));
     const ConsoleLines console(session.App().GetConsole());
     const host::RenderOutcome outcome = job.RenderFrame();
     console.Print();
