@@ -87,7 +87,7 @@ void TrySettings(const RenderPlan& plan) {
   if (plan.input.settings.empty()) return;
   CloudSession session({});
   session.Open({}, plan.input.settings, false);
-  for (const MovingSetting& setting : plan.moving) session.ApplySetting(session.Cloud(), setting.At(1.0));
+  for (const MovingSetting& setting : plan.moving) session.ApplySetting(setting.At(1.0));
   WarnOfIgnored(session, Purpose::Render);
 }
 

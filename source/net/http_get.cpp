@@ -5,8 +5,8 @@
 
 #include <algorithm>
 #include <chrono>
-#include <set>
 #include <string>
+#include <utility>
 
 namespace kelvra {
 
@@ -94,8 +94,8 @@ CHAR* Get(HttpUrl url, const HttpOptions& options) {
 }
 
 void SayOnceHowToSetAddress(const std::string& url, const Service& service) {
-  static std::set<std::string> said;
-  if (!said.insert(service.preference).second) return;
+  static bool said[kServices];
+  if (std::exchange(said[service.number], true)) return;
   // If the service's address is not set, only the path is there.
   const std::string reason =
       url.empty() || url[0] == '/'

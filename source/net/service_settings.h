@@ -24,11 +24,13 @@ BaseContainer* PreferencesContainer();
 
 /** Where the address of a service is set. */
 struct Service {
+  LONG number;            ///< from 0
   const char* preference; ///< its name for kelvra prefs
   const char* variable;   ///< of the environment
 };
-constexpr Service kGeometryService = {"geometry_service", "KELVRA_GEOMETRY_SERVICE"};
-constexpr Service kUpdateServer = {"update_server", "KELVRA_UPDATE_SERVER"};
+constexpr LONG kServices = 2;
+constexpr Service kGeometryService = {0, "geometry_service", "KELVRA_GEOMETRY_SERVICE"};
+constexpr Service kUpdateServer = {1, "update_server", "KELVRA_UPDATE_SERVER"};
 
 /** Everything before the service's own path, without a '/' at the end; empty when not set. */
 String GeometryServiceAddress();
