@@ -44,7 +44,12 @@ bool Contains(const List& list, const Value& value) {
 
 } // namespace
 
+void WarnOfUnused(const CloudSession& session) {
+  for (const std::string& line : session.Unused()) Line(std::cerr) << line;
+}
+
 void WarnOfIgnored(const CloudSession& session, Purpose purpose) {
+  WarnOfUnused(session);
   for (const CloudSession::Setting& setting : session.Settings())
     for (const Group& group : kGroups)
       if (Contains(group.ids, setting.id) && !Contains(group.users, purpose))
