@@ -4,6 +4,7 @@
 #include "cli/commands/options/output_option.h"
 #include "cli/commands/output/file_reports.h"
 #include "cli/commands/output/output_file.h"
+#include "cli/session/ignored_parameters.h"
 #include "cli/text/format.h"
 #include "cli/text/line.h"
 #include "host/application.h"
@@ -29,6 +30,7 @@ int RunSave(const SaveOptions& options) {
   session.Open(input.files, input.settings, input.trust);
   PrintReports(session, input.verbose);
   session.RequireContent();
+  WarnOfUnused(session);
   std::string error;
   if (!session.App().SaveScene(session.Document(), options.output, &error)) throw std::runtime_error(error);
   const long long size = FileSize(options.output);

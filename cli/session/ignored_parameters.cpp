@@ -57,7 +57,12 @@ bool HasScenesOnly(const CloudSession& session) {
 
 } // namespace
 
+void WarnOfUnused(const CloudSession& session) {
+  for (const std::string& line : session.Unused()) Line(std::cerr) << line;
+}
+
 void WarnOfIgnored(const CloudSession& session, Purpose purpose) {
+  WarnOfUnused(session);
   const bool scenesOnly = HasScenesOnly(session);
   for (const CloudSession::Setting& setting : session.Settings()) {
     if (scenesOnly && Contains(kOfLoading, setting.id))

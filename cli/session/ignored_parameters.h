@@ -7,7 +7,10 @@ namespace cli {
 
 enum class Purpose { Info, Snapshot, Render, Export, Convert };
 
-/** Prints a line on standard error for each setting without effect on what the command is for. */
+/** Prints a line on standard error for each setting that nothing in the scene has a use for. */
+void WarnOfUnused(const CloudSession& session);
+
+/** The same, and for each one without effect on what the command is for. */
 void WarnOfIgnored(const CloudSession& session, Purpose purpose);
 
 } // namespace cli

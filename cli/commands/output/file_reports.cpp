@@ -41,7 +41,6 @@ void PrintStrays(const std::vector<FileReport>& reports, bool verbose) {
 
 void PrintWarnings(const CloudSession& session) {
   for (const std::string& note : session.Notes()) Line(std::cout) << note;
-  for (const std::string& line : session.Unused()) Line(std::cerr) << line;
   for (const std::string& warning : FindScattered(session)) Line(std::cerr) << warning;
 }
 

@@ -6,7 +6,6 @@
 #include "cli/session/cloud_colors.h"
 #include "cli/session/cloud_extent.h"
 #include "cli/session/cloud_parameters.h"
-#include "cli/text/format.h"
 #include "cli/text/line.h"
 #include "host/render.h"
 #include "host/viewport.h"

@@ -10,6 +10,7 @@
 #include "cli/commands/render/small_cloud.h"
 #include "cli/commands/sequence/fingerprint.h"
 #include "cli/commands/sequence/part.h"
+#include "cli/session/ignored_parameters.h"
 #include "cli/text/format.h"
 #include "cli/text/line.h"
 
@@ -105,6 +106,7 @@ int FrameWork::Render(const std::vector<int>& items) {
   session.Open(plan_.input.files, plan_.input.settings, plan_.input.trust);
   PrintReports(session, plan_.input.verbose);
   session.RequireContent();
+  WarnOfUnused(session);
   RenderPlan plan = plan_;
   FitSmallCloud(session, &plan);
   const RenderScene scene = PrepareScene(session, plan);
