@@ -37,6 +37,12 @@ void DuplicateEffects(BaseObject* op, BaseObject* copy) {
 } // namespace
 
 bool Edits::SetParameter(BaseList2D* node, const DescID& id, const GeData& value, bool held) {
+  GeData now;
+  if (!held && node->GetParameter(id, now, DESCFLAGS_GET_0) && now.GetType() == value.GetType() &&
+      now == value) {
+    held_ = nullptr;
+    return true; // no step that changes nothing
+  }
   const bool goesOn = held && held_ == node && heldId_ == id[0].id;
   if (!goesOn) host::KeepParameters(node);
   held_ = held ? node : nullptr;

@@ -144,6 +144,9 @@ std::string FileBrowser::Obstacle(const fs::path& path) {
   if (path.has_extension() && !IsExpected(name))
     return name + ": " + path.extension().u8string() + " is not written here; end the name with " +
            Listed(expected_.suffixes);
+  const std::string suffix = Lower(path.extension().u8string());
+  if (exists && (suffix == ".las" || suffix == ".laz"))
+    return name + " is a scan, which would be lost; choose another name";
   if (!exists || std::exchange(replaceAsked_, true)) return std::string();
   return name + " exists; press Save again to replace it";
 }

@@ -37,7 +37,7 @@ constexpr const char* kHelp =
     "Turn           drag, or the arrow keys\n"
     "Move           drag with the right button, or W A S D, Q and E\n"
     "Zoom           the wheel, to the pointer; or + and -\n"
-    "Whole cloud    F; from the sides: 0 to 5\n"
+    "Whole cloud    F; Shift+F the selected object; from the sides: 0 to 5\n"
     "Ask a point    click it\n"
     "Render         Ctrl+R; then click a pixel to see what made it\n"
     "Stop           Esc; it also closes this help and what explains a pixel\n"
@@ -157,7 +157,10 @@ void ViewApplication::TakeShortcuts(const Window::Key& key) {
       return;
     }
   }
-  if (key.number == 'F') viewport_.FrameAll(viewport_.Direction());
+  if (key.number == 'F' && key.shift && SelectedObject())
+    viewport_.FrameOnly(SelectedObject());
+  else if (key.number == 'F')
+    viewport_.FrameAll(viewport_.Direction());
   if (key.number == kDeleteKey) Later([this] { DeleteSelected(); });
   for (const Side& side : kSides)
     if (key.number == side.key[0]) viewport_.FrameAll(side.direction);
@@ -212,6 +215,8 @@ void ViewApplication::DrawMenu() {
   }
   if (ImGui::BeginMenu("View")) {
     if (ImGui::MenuItem("Whole Cloud", "F")) viewport_.FrameAll(viewport_.Direction());
+    BaseObject* object = SelectedObject();
+    if (ImGui::MenuItem("Selected Object", "Shift+F", false, object != nullptr)) viewport_.FrameOnly(object);
     for (const Side& side : kSides)
       if (ImGui::MenuItem(side.name, side.key)) viewport_.FrameAll(side.direction);
     ImGui::Separator();
@@ -308,6 +313,7 @@ void ViewApplication::DrawStatus() {
 }
 
 void ViewApplication::DrawQuestion() {
+  window_.SetTabMoves(!question_.text.empty());
   if (question_.text.empty()) return;
   if (!ImGui::IsPopupOpen("Kelvra###question")) ImGui::OpenPopup("Kelvra###question");
   ImGui::SetNextWindowPos(ImGui::GetMainViewport()->GetCenter(), ImGuiCond_Appearing, ImVec2(0.5f, 0.5f));

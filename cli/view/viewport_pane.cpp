@@ -74,8 +74,22 @@ void ViewportPane::Forget() {
 
 void ViewportPane::FrameAll(const Vector& direction) {
   host::Framing framing;
-  std::string apart;
-  framing.box = FramedExtent(session_, &apart);
+  long long apart = 0;
+  for (BaseObject* cloud : session_.Clouds())
+    if (host::IsShownInViews(cloud)) framing.box.Add(FramedExtent(cloud, &apart));
+  std::string note;
+  if (framing.box.IsEmpty()) framing.box = FramedExtent(session_, &note);
+  FrameBox(framing, direction);
+}
+
+void ViewportPane::FrameOnly(BaseObject* op) {
+  host::Framing framing;
+  long long apart = 0;
+  framing.box = FramedExtent(op, &apart);
+  FrameBox(framing, Direction());
+}
+
+void ViewportPane::FrameBox(host::Framing framing, const Vector& direction) {
   if (framing.box.IsEmpty()) return;
   framing.forward = direction;
   framing.aspect = Aspect();
@@ -262,10 +276,12 @@ void ViewportPane::MoveWithKeys() {
   const ImGuiIO& io = ImGui::GetIO();
   // The letter of a shortcut does not move the camera, even if Ctrl is released before it.
   const auto isHeld = [](char letter) { return ImGui::IsKeyDown(letter); };
-  const std::string letters = "WSADEQ=-";
+  const std::string letters = "WSADEQ";
+  // Plus is on the key of the equals sign where it needs Shift.
+  const double zoom = (IsTyped('+') || IsTyped('=') ? 1.0 : 0.0) - (IsTyped('-') ? 1.0 : 0.0);
   if (io.KeyCtrl || io.KeyAlt)
     shortcut_ = true;
-  else if (std::none_of(letters.begin(), letters.end(), isHeld))
+  else if (zoom == 0.0 && std::none_of(letters.begin(), letters.end(), isHeld))
     shortcut_ = false;
   if (shortcut_) return;
   // A frame that waited for input must not count as a long press.
@@ -275,7 +291,6 @@ void ViewportPane::MoveWithKeys() {
   const double forward = held('W') - held('S'), right = held('D') - held('A'), up = held('E') - held('Q');
   const double turn = arrow(ImGuiKey_RightArrow) - arrow(ImGuiKey_LeftArrow);
   const double lift = arrow(ImGuiKey_UpArrow) - arrow(ImGuiKey_DownArrow);
-  const double zoom = held('=') - held('-');
   if (forward != 0 || right != 0 || up != 0) {
     const double step = kWalkPerSecond * seconds;
     Walk(&camera_, forward * step, right * step, up * step);

@@ -22,7 +22,9 @@ public:
   /** For another document: nothing of the old one is used any more. */
   void Forget();
   /** Has the points in the picture, seen along that direction. */
+  /** Of the clouds that are shown, or of all where none is. */
   void FrameAll(const Vector& direction = host::Framing::UsualDirection());
+  void FrameOnly(BaseObject* op);
   /** Colours clouds that bring none, and sizes their points, as a first picture does. */
   std::vector<std::string> PrepareClouds();
 
@@ -55,6 +57,7 @@ public:
 
 private:
   bool Draw(LONG everyNth);
+  void FrameBox(host::Framing framing, const Vector& direction);
   void CountPoints();
   long long HiddenPoints(const std::vector<BaseObject*>& clouds) const;
   void MoveWithMouse(double paneWidth, double paneHeight, const PicturePlace& at);

@@ -157,6 +157,12 @@ void Window::PressWithEnter() {
   if (down && enterPresses_) io.NavInputs[ImGuiNavInput_Activate] = 1.0f;
 }
 
+void Window::MoveWithTab() {
+  ImGuiIO& io = ImGui::GetIO();
+  if (!tabMoves_ || !io.KeysDown[GLFW_KEY_TAB]) return;
+  io.NavInputs[io.KeyShift ? ImGuiNavInput_KeyLeft_ : ImGuiNavInput_KeyRight_] = 1.0f;
+}
+
 void Window::BeginFrame(double patience) {
   glfwMakeContextCurrent(window_);
   ReleaseBriefKeys();
@@ -172,6 +178,7 @@ void Window::BeginFrame(double patience) {
   ImGui_ImplOpenGL3_NewFrame();
   ImGui_ImplGlfw_NewFrame();
   PressWithEnter();
+  MoveWithTab();
   ImGui::NewFrame();
 }
 
@@ -233,6 +240,15 @@ Window::Aside::Aside(const Window& window) : window_(window) {
 }
 Window::Aside::~Aside() {
   glfwMakeContextCurrent(window_.window_);
+}
+
+bool IsTyped(char character) {
+  const bool* down = ImGui::GetIO().KeysDown;
+  for (int key = GLFW_KEY_SPACE; key <= GLFW_KEY_WORLD_2; ++key) {
+    const char* name = down[key] ? glfwGetKeyName(key, 0) : nullptr;
+    if (name && name[0] == character && !name[1]) return true;
+  }
+  return (character == '+' && down[GLFW_KEY_KP_ADD]) || (character == '-' && down[GLFW_KEY_KP_SUBTRACT]);
 }
 
 void DrawRing(ImDrawList& list, const ImVec2& centre, float radius, float scale, unsigned color) {

@@ -12,6 +12,9 @@ struct ImVec2;
 
 namespace cli {
 
+/** Is a key held that has this character on it, without Shift, by the keyboard's layout? */
+bool IsTyped(char character);
+
 class Window {
 public:
   /** Size in pixels. Throws std::runtime_error with one line where no window can be opened. */
@@ -37,6 +40,8 @@ public:
     int place = 0; ///< the number on a keyboard of the United States; negative for unknown keys
     bool control = false, shift = false;
   };
+  /** Where there are buttons only: Tab goes to the next one. */
+  void SetTabMoves(bool moves) { tabMoves_ = moves; }
   /** Keys pressed since the last call, however short: a press may begin and end between two frames. */
   std::vector<Key> TakeKeys();
   /** How much larger than on an ordinary screen things are drawn. */
@@ -61,6 +66,7 @@ private:
   void HoldBriefKeys();
   void ReleaseBriefKeys();
   void PressWithEnter();
+  void MoveWithTab();
   static void OnKey(GLFWwindow* window, int key, int code, int action, int modifiers);
   static void OnDrop(GLFWwindow* window, int count, const char** paths);
 
@@ -71,6 +77,7 @@ private:
   std::vector<std::string> dropped_;
   std::vector<Key> keys_;
   bool enterDown_ = false, enterPresses_ = false;
+  bool tabMoves_ = false;
   std::vector<int> brief_; ///< keys that were let go before the frame that shall see them
 };
 
