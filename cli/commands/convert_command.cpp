@@ -274,7 +274,8 @@ int RunConvert(const ConvertOptions& options) {
 Run AddConvert(CLI::App& command) {
   const auto options = std::make_shared<ConvertOptions>();
   AddInput(command, options->input);
-  AddTyped(command, "--mode", options->mode, ParseMode, "point, hair, particles, emitter or spline")
+  AddTyped(command, "--mode", options->mode, ParseMode,
+           "point, hair (guides of 0.01 scene units), particles, emitter or spline")
       ->required()
       ->type_name("MODE");
   AddTyped(command, "--ratio", options->ratio, ParseRatio,
@@ -288,7 +289,9 @@ Run AddConvert(CLI::App& command) {
            "right-handed (PLY z up, OBJ y up), or host: left-handed, y up, as in the scene")
       ->type_name("AXES");
   command.add_flag("--survey", options->survey, "Write the coordinates of the files instead of the scene's");
-  AddPath(command, "--scene", options->scene, "Save a scene in which the result takes the cloud's place");
+  RefuseOtherFormats(
+      AddPath(command, "--scene", options->scene, "Save a scene in which the result takes the cloud's place"),
+      {".txt", ".xyz", ".asc", ".json"}, "a scene is written: expected a name such as cloud.scene");
   return [options] { return RunConvert(*options); };
 }
 

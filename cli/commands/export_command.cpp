@@ -77,7 +77,7 @@ int RunExport(const ExportOptions& options) {
 Run AddExport(CLI::App& command) {
   const auto options = std::make_shared<ExportOptions>();
   AddInput(command, options->input);
-  RefuseOtherFormats(AddOutput(command, options->output, "Text file to write"),
+  RefuseOtherFormats(AddOutput(command, options->output, "Text file to write"), {".scene", ".c4d", ".json"},
                      "points are written as text: expected a name such as points.txt or points.xyz")
       ->required();
   command.add_flag("--survey", options->survey, "Write the coordinates of the files, as precise as they are");

@@ -43,7 +43,7 @@ int RunSave(const SaveOptions& options) {
 Run AddSave(CLI::App& command) {
   const auto options = std::make_shared<SaveOptions>();
   AddInput(command, options->input);
-  RefuseOtherFormats(AddOutput(command, options->output, "Scene to write"),
+  RefuseOtherFormats(AddOutput(command, options->output, "Scene to write"), {".txt", ".xyz", ".asc", ".json"},
                      "a scene is written: expected a name such as cloud.scene")
       ->required();
   return [options] { return RunSave(*options); };

@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <regex>
 #include <stdexcept>
 #include <vector>
 
@@ -236,6 +237,9 @@ void WriteRows(Table& table, double scale, std::ostream& out) {
   }
 }
 
+/** A longer line is none of numbers. */
+constexpr std::size_t kMostOfLine = 1000;
+
 } // namespace
 
 bool ConvertTable(std::istream& in, std::ostream& out, std::string* error) {
@@ -252,6 +256,13 @@ bool ConvertTable(std::istream& in, std::ostream& out, std::string* error) {
 }
 
 std::string WayToLoadAsTable(std::istream& in) {
+  static const std::regex decimalCommas("\\s*([-+]?[0-9]+,[0-9]+[ \t]+){2}[-+]?[0-9]+,[0-9]+\\s*.*");
+  std::string first;
+  std::getline(in, first);
+  if (first.size() < kMostOfLine && std::regex_match(first, decimalCommas))
+    return "to load it, write points in place of its decimal commas";
+  in.clear();
+  in.seekg(0);
   try {
     Table table(in);
     return table.Next() ? "to load it, name it .csv" : std::string();

@@ -53,10 +53,13 @@ CLI::Option* ExpectSuffix(CLI::Option* output, std::vector<std::string> suffixes
   });
 }
 
-CLI::Option* RefuseOtherFormats(CLI::Option* output, const std::string& instead) {
-  return output->check([instead](const std::string& path) {
-    for (const char* suffix : kOtherFormats)
-      if (HasSuffix(path, suffix)) throw UsageError{"--output " + path + ": " + instead + ", not " + suffix};
+CLI::Option* RefuseOtherFormats(CLI::Option* output, std::vector<std::string> also,
+                                const std::string& instead) {
+  also.insert(also.end(), std::begin(kOtherFormats), std::end(kOtherFormats));
+  const std::string name = "--" + output->get_lnames().front() + " ";
+  return output->check([also = std::move(also), name, instead](const std::string& path) {
+    for (const std::string& suffix : also)
+      if (HasSuffix(path, suffix)) throw UsageError{name + path + ": " + instead + ", not " + suffix};
     return std::string();
   });
 }

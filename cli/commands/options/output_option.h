@@ -19,7 +19,11 @@ bool HasSuffix(const std::string& path, const std::string& suffix);
 /** Refuses other names before anything is loaded; "-" is right for all. */
 CLI::Option* ExpectSuffix(CLI::Option* output, std::vector<std::string> suffixes);
 
-/** Refuses names that promise another format than what is written: `instead` says what that is. */
-CLI::Option* RefuseOtherFormats(CLI::Option* output, const std::string& instead);
+/**
+ * Refuses names that promise another format than what is written: pictures, scans, archives, and the suffixes
+ * in `also`. `instead` says what is written.
+ */
+CLI::Option* RefuseOtherFormats(CLI::Option* output, std::vector<std::string> also,
+                                const std::string& instead);
 
 } // namespace cli
