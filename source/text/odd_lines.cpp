@@ -110,7 +110,7 @@ void OddLineFinder::Colorless(const char* line, std::size_t length, std::int64_t
 
 OddLines OddLineFinder::Take() {
   if (normals_) found_.colors = LineCount();
-  return std::move(found_);
+  return found_;
 }
 
 bool OddLineFinder::FindSeparators(const char* line, std::size_t length, std::int64_t number) {
