@@ -122,4 +122,25 @@ std::vector<FileReport> ReadFileReports(BaseList2D* cloud) {
   return reports;
 }
 
+std::string UnitName(LONG unit) {
+  switch (unit) {
+  case KELVRA_UNIT_METRE:
+    return "m";
+  case KELVRA_UNIT_FOOT:
+    return "ft";
+  case KELVRA_UNIT_US_FOOT:
+    return "US ft";
+  case KELVRA_UNIT_DEGREE:
+    return "degrees";
+  default:
+    return std::string();
+  }
+}
+
+std::string SystemName(const FileFacts& facts) {
+  if (facts.epsg == 0) return facts.crs;
+  const std::string code = "EPSG " + std::to_string(facts.epsg);
+  return facts.crs.empty() ? code : facts.crs + " (" + code + ")";
+}
+
 } // namespace cli

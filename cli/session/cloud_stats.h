@@ -60,6 +60,12 @@ struct FileReport {
   std::string strayIn;   ///< the folder that was loaded, for a file in it that is no point cloud
 };
 
+/** Of KELVRA_UNIT_...; empty where the file names none. */
+std::string UnitName(LONG unit);
+
+/** The coordinate system as the file names it, with its number; empty where it names none. */
+std::string SystemName(const FileFacts& facts);
+
 /** Asks an object of any kind. False when it is not a point cloud or could not answer. */
 bool ReadCloudStats(BaseList2D* object, CloudStats* stats);
 

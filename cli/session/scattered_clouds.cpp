@@ -58,6 +58,32 @@ std::vector<Cloud>::const_iterator FindFar(const std::vector<Cloud>& clouds) {
                       [&](const Cloud& cloud) { return AreFar(clouds.front(), cloud); });
 }
 
+std::string SystemOf(const FileReport& report) {
+  const std::string system = SystemName(report.facts), unit = UnitName(report.facts.unit);
+  return report.path + " (" + system + (system.empty() || unit.empty() ? "" : ", ") + unit + ")";
+}
+
+/**
+ * Finds the first two files whose numbers (EPSG) or units differ, where both have them. Names of systems do
+ * not tell: each writer spells them in its own way. Empty where no two files contradict each other.
+ */
+std::string FindOtherSystem(const std::vector<FileReport>& reports) {
+  const FileReport *numbered = nullptr, *measured = nullptr; // the first file with a number, with a unit
+  for (const FileReport& report : reports) {
+    const FileFacts& facts = report.facts;
+    if (report.points == 0) continue;
+    const FileReport* other = nullptr;
+    if (numbered && facts.epsg && facts.epsg != numbered->facts.epsg) other = numbered;
+    if (measured && facts.unit && facts.unit != measured->facts.unit) other = measured;
+    if (other)
+      return SystemOf(*other) + " and " + SystemOf(report) +
+             " are in different coordinate systems, and neither is converted: reproject one of them first";
+    if (!numbered && facts.epsg) numbered = &report;
+    if (!measured && facts.unit) measured = &report;
+  }
+  return std::string();
+}
+
 } // namespace
 
 bool LieFarApart(const CloudSession& session) {
@@ -85,6 +111,8 @@ std::vector<std::string> FindScattered(const CloudSession& session) {
     warnings.push_back(Described(fitted) + " is fitted to the size of the object, but " + Described(stored) +
                        " is not: their scales differ (--set fit_text=on fits both)");
   }
+  const std::string systems = FindOtherSystem(session.Reports());
+  if (!systems.empty()) warnings.push_back(systems);
   return warnings;
 }
 

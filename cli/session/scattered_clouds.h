@@ -12,6 +12,7 @@ bool LieFarApart(const CloudSession& session);
 /**
  * A line for the first pair of files that lie more than ten times their size apart, and one where only some
  * of the clouds are fitted to the object's size, so that their scales differ. Both boxes are in the lines.
+ * Another one for the first file whose coordinate system is not that of the files before it.
  */
 std::vector<std::string> FindScattered(const CloudSession& session);
 

@@ -53,6 +53,30 @@ TEST(Info, WarnsOfCloudsThatLieFarApart) {
     EXPECT_TRUE(Holds(err, part)) << err;
 }
 
+/** A LAS 1.2 file without records gets one that names its coordinate system. */
+std::string WithSystem(std::string las, std::uint16_t epsg) {
+  std::string record(54, '\0');
+  record.replace(2, 15, "LASF_Projection");
+  const std::uint16_t id = 34735, keys[] = {1, 1, 0, 1, 3072, 0, 1, epsg}, size = sizeof keys;
+  std::memcpy(&record[18], &id, 2);
+  std::memcpy(&record[20], &size, 2);
+  record.append((const char*)keys, size);
+  const std::uint32_t places[] = {(std::uint32_t)(227 + record.size()), 1}; // of the points; how many records
+  std::memcpy(&las[96], places, sizeof places);
+  return las.insert(227, record);
+}
+
+TEST(Info, WarnsOfDifferentCoordinateSystems) {
+  const TempFolder folder;
+  ASSERT_EQ(RunProgram("make_cloud", {"--points", "9", folder / "plain.las"}).status, 0);
+  const std::string plain = TempFolder::Read(folder / "plain.las"),
+                    west = folder.Write("west.las", WithSystem(plain, 25832)),
+                    east = folder.Write("east.las", WithSystem(plain, 25833));
+  EXPECT_EQ(Kelvra({"info", west, folder / "plain.las", west}).err, "");
+  EXPECT_TRUE(Holds(Kelvra({"info", west, folder / "plain.las", east}).err,
+                    "west.las (EPSG 25832, m) and " + east + " (EPSG 25833, m) are in different coordinate"));
+}
+
 TEST(Info, SaysWhyAFileCannotBeRead) {
   const TempFolder folder;
   const std::string good = folder.Write("good.xyz", kPoints), circle = folder / "circle.xyz";

@@ -40,7 +40,7 @@ TEST_F(RenderCommand, ItSaysThatAllIsWellOnlyWhenEveryFileIsThere) {
 TEST_F(RenderCommand, WrongUseIsOneLineBeforeAnythingIsLoaded) {
   std::istringstream cases(
       "--size 0x5;--size 20000x1;--depth 7;--depth 32;--frames 5-2;--frames 0-1;--frames x;"
-      "--frames 1-9999999;--light moon;--light sun:1;--light sun:1,2:-1;--light point:1,2,x;"
+      "--frames 1-9999999;--light moon;--light sun:1;--light sun:1,91;--light sun:1,2:-1;--light point:1,2,x;"
       "--light point:1,2,inf;--light ambient:1:red;--light sun:1,2:1:#ffffff:9;--light ;"
       "--background blue;--pixel 1,1;--threads 0;--threads 65;--supersample 0;--turn x;--turn inf;"
       "--ground-mirror 2;--ground-mirror nan;--ground-height nan;--camera 1,2,3;--fov 0;--record nowhere;"

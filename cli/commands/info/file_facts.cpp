@@ -27,22 +27,6 @@ const char* Name(FileOutcome outcome) {
   return "";
 }
 
-/** Empty where the file names no unit. */
-std::string UnitName(LONG unit) {
-  switch (unit) {
-  case KELVRA_UNIT_METRE:
-    return "m";
-  case KELVRA_UNIT_FOOT:
-    return "ft";
-  case KELVRA_UNIT_US_FOOT:
-    return "US ft";
-  case KELVRA_UNIT_DEGREE:
-    return "degrees";
-  default:
-    return std::string();
-  }
-}
-
 /** What each point of a LAS point format has beside its position. */
 std::vector<std::string> AttributesOf(LONG format, const BlockStats* points) {
   std::vector<std::string> names = {"intensity", "returns", "class"};
@@ -78,12 +62,6 @@ std::string VersionText(const FileFacts& facts) {
   return std::to_string(facts.versionMajor) + "." + std::to_string(facts.versionMinor);
 }
 
-std::string SystemText(const FileFacts& facts) {
-  if (facts.epsg == 0) return facts.crs;
-  const std::string code = "EPSG " + std::to_string(facts.epsg);
-  return facts.crs.empty() ? code : facts.crs + " (" + code + ")";
-}
-
 /** Mean distance of neighbours, as if the points covered the largest face of their box: most scans are
  * surfaces.
  */
@@ -114,7 +92,7 @@ std::string KindLine(const FileReport& report, const BlockStats* points) {
     parts.push_back("LAS " + VersionText(facts) + ", point format " + std::to_string(facts.pointFormat) +
                     ": " + Joined(AttributesOf(facts.pointFormat, points), ", "));
     if (!points || !points->hasColor) parts.push_back("no colours");
-    const std::string system = SystemText(facts), unit = UnitName(facts.unit);
+    const std::string system = SystemName(facts), unit = UnitName(facts.unit);
     parts.push_back(system.empty() ? "no coordinate system" : system);
     parts.push_back(unit.empty() ? "no unit named" : "unit " + unit);
   }
@@ -175,7 +153,7 @@ std::vector<std::string> FactLines(const FileReport& report, const BlockStats* p
 nlohmann::json FactsJson(const FileReport& report, const BlockStats* points) {
   const SceneBox scene = SceneOf(points);
   const FileFacts& facts = report.facts;
-  const std::string unit = UnitName(facts.unit), system = SystemText(facts);
+  const std::string unit = UnitName(facts.unit), system = SystemName(facts);
   nlohmann::json json = {{"path", report.path},
                          {"points", report.points},
                          {"outcome", Name(report.outcome)},

@@ -28,7 +28,9 @@ Matrix SunMatrix(double azimuth, double elevation) {
 Matrix ParseSun(const std::string& text) {
   const std::vector<std::string> angles = Split(text, ',');
   if (angles.size() != 2) throw UsageError{kForms};
-  return SunMatrix(ParseNumber(angles[0]), ParseNumber(angles[1]));
+  const double azimuth = ParseNumber(angles[0]), elevation = ParseNumber(angles[1]);
+  if (std::abs(elevation) > 90.0) throw UsageError{"the elevation of a sun is from -90 to 90 degrees"};
+  return SunMatrix(azimuth, elevation);
 }
 
 } // namespace

@@ -227,9 +227,10 @@ int Follower::Report() {
                     << ")";
   const bool whole = Made() == work_.Count();
   if (whole) work_.Finish();
+  const std::string remark = flawed.empty() ? "" : "; " + Units((int)flawed.size()) + " with a problem";
   Line(whole ? std::cout : std::cerr)
       << Grouped(Made()) << " of " << Units(work_.Count()) << ", " << Grouped(Made() - madeBefore_)
-      << " of them made now in " << Duration(Since(start_));
+      << " of them made now in " << Duration(Since(start_)) << remark;
   return whole && flawed.empty() ? kExitWhole : kExitIncomplete;
 }
 
