@@ -1,6 +1,7 @@
 #include "tools/cloud_writer.h"
 
 #include "host/base/open_file.h"
+#include "host/base/replacing_file.h"
 
 #include <algorithm>
 #include <cctype>
@@ -11,7 +12,7 @@
 #include <stdexcept>
 
 #ifdef KELVRA_HAVE_LASLIB
-#include <laswriter.hpp>
+#include <laswriter_las.hpp>
 #endif
 
 namespace tools {
@@ -31,15 +32,45 @@ std::string SuffixOf(const std::string& path) {
   throw std::runtime_error(path + ": " + what);
 }
 
+/** The file of the C library that writers fill. */
+class OutputFile {
+public:
+  explicit OutputFile(const std::string& path) : path_(path), target_(path) {
+    std::string reason;
+    if (!target_.Open(&reason)) Fail(path_, reason);
+    file_ = host::OpenFile(target_.HandOver(), "wb");
+    if (!file_) Fail(path_, std::strerror(errno));
+    std::setvbuf(file_, nullptr, _IOFBF, 1 << 18);
+  }
+  ~OutputFile() {
+    if (file_) std::fclose(file_);
+  }
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
+
+  std::FILE* File() { return file_; }
+
+  void Finish() {
+    std::FILE* const file = file_;
+    file_ = nullptr;
+    const bool written = std::fflush(file) == 0 && std::ferror(file) == 0; // libraries do not look
+    const int why = errno;
+    if (std::fclose(file) != 0 || !written) Fail(path_, std::strerror(written ? errno : why));
+    std::string reason;
+    if (!target_.Reopen(&reason) || !target_.Commit(&reason)) Fail(path_, reason);
+  }
+
+private:
+  std::string path_;
+  host::ReplacingFile target_;
+  std::FILE* file_ = nullptr;
+};
+
 class TextWriter : public CloudWriter {
 public:
   explicit TextWriter(const WriterOptions& options, bool pts)
-      : options_(options), pts_(pts), file_(host::OpenFile(options.path, "wb")) {
-    if (!file_) Fail(options.path, std::strerror(errno));
+      : options_(options), pts_(pts), output_(options.path), file_(output_.File()) {
     if (pts_) std::fprintf(file_, "%lld\n", options.count);
-  }
-  ~TextWriter() override {
-    if (file_) std::fclose(file_);
   }
 
   void Write(const ScanPoint& p) override {
@@ -56,15 +87,12 @@ public:
     if (written < 0) Fail(options_.path, std::strerror(errno));
   }
 
-  void Close() override {
-    std::FILE* file = file_;
-    file_ = nullptr;
-    if (std::fclose(file) != 0) Fail(options_.path, std::strerror(errno));
-  }
+  void Close() override { output_.Finish(); }
 
 private:
   WriterOptions options_;
   bool pts_;
+  OutputFile output_;
   std::FILE* file_;
 };
 
@@ -75,7 +103,8 @@ constexpr int kRecordLength[] = {20, 28, 26, 34, 57, 63, 30, 36, 38, 59, 67};
 
 class LasWriter : public CloudWriter {
 public:
-  explicit LasWriter(const WriterOptions& options) : options_(options) {
+  explicit LasWriter(const WriterOptions& options, bool compressed)
+      : options_(options), output_(options.path) {
     const bool extended = options.pointFormat >= 6;
     header_.version_major = 1;
     header_.version_minor = (U8)(extended ? 4 : (options.pointFormat >= 4 ? 3 : 2));
@@ -89,9 +118,10 @@ public:
     std::snprintf(header_.generating_software, sizeof header_.generating_software, "make_cloud");
     if (!point_.init(&header_, header_.point_data_format, header_.point_data_record_length, &header_))
       Fail(options.path, "point format " + std::to_string(options.pointFormat) + " is not supported");
-    opener_.set_file_name(options.path.c_str());
-    writer_.reset(opener_.open(&header_));
-    if (!writer_) Fail(options.path, "cannot be written");
+    const U32 compressor = !compressed ? LASZIP_COMPRESSOR_NONE
+                           : extended  ? LASZIP_COMPRESSOR_LAYERED_CHUNKED
+                                       : LASZIP_COMPRESSOR_CHUNKED;
+    if (!writer_.open(output_.File(), &header_, compressor, 2)) Fail(options.path, "cannot be written");
   }
 
   void Write(const ScanPoint& p) override {
@@ -111,22 +141,23 @@ public:
     point_.set_RGBI(0, (U16)(p.r * factor));
     point_.set_RGBI(1, (U16)(p.g * factor));
     point_.set_RGBI(2, (U16)(p.b * factor));
-    if (!writer_->write_point(&point_)) Fail(options_.path, "a point could not be written (disk full?)");
-    writer_->update_inventory(&point_);
+    if (!writer_.write_point(&point_)) Fail(options_.path, "a point could not be written (disk full?)");
+    writer_.update_inventory(&point_);
   }
 
   void Close() override {
-    const bool updated = writer_->update_header(&header_, TRUE);
-    const bool closed = writer_->close() > 0;
+    const bool updated = writer_.update_header(&header_, TRUE);
+    const bool closed = writer_.close() > 0;
     if (!updated || !closed) Fail(options_.path, "the file could not be finished (disk full?)");
+    output_.Finish();
   }
 
 private:
   WriterOptions options_;
+  OutputFile output_;
   LASheader header_;
   LASpoint point_;
-  LASwriteOpener opener_;
-  std::unique_ptr<LASwriter> writer_;
+  LASwriterLAS writer_;
 };
 
 #endif
@@ -137,7 +168,7 @@ std::unique_ptr<CloudWriter> CloudWriter::Create(const WriterOptions& options) {
   const std::string suffix = SuffixOf(options.path);
   if (suffix == "las" || suffix == "laz") {
 #ifdef KELVRA_HAVE_LASLIB
-    return std::make_unique<LasWriter>(options);
+    return std::make_unique<LasWriter>(options, suffix == "laz");
 #else
     Fail(options.path, "this build cannot write LAS and LAZ (LASlib was not available)");
 #endif

@@ -20,7 +20,8 @@ struct WriterOptions {
   int columns = 6;                             ///< XYZ: 3, 6 or 9
 };
 
-/** One file being written; throws std::runtime_error naming the file on every failure. */
+/** One file being written, which has its name once it is closed; throws std::runtime_error on every failure.
+ */
 class CloudWriter {
 public:
   virtual ~CloudWriter() {}

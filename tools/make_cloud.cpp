@@ -1,4 +1,5 @@
 // make_cloud: writes a generated landscape of any size in any format that the module reads.
+#include "host/base/printable.h"
 #include "tools/cloud_writer.h"
 
 #include <CLI/CLI.hpp>
@@ -31,9 +32,9 @@ int main(int argc, char** argv) {
     for (long long i = 0; i < options.count; ++i) writer->Write(scene.Point(i));
     writer->Close();
   } catch (const std::exception& e) {
-    std::cerr << "make_cloud: " << e.what() << "\n";
+    std::cerr << "make_cloud: " << host::Printable(e.what()) << "\n";
     return 1;
   }
-  std::cout << options.path << ": " << options.count << " points\n";
+  std::cout << host::Printable(options.path) << ": " << options.count << " points\n";
   return 0;
 }

@@ -1,5 +1,6 @@
 // picture_difference: how much two PNG files differ, in steps of 8 bits. Exit status 0 when no more than
 // one pixel in ten thousand differs by more than one step.
+#include "host/base/printable.h"
 #include "host/picture/image.h"
 
 #include <algorithm>
@@ -28,7 +29,7 @@ int main(int argc, char** argv) {
   host::gl::Image a, b;
   std::string error;
   if (!host::gl::ReadPng(argv[1], &a, &error) || !host::gl::ReadPng(argv[2], &b, &error)) {
-    std::cerr << "picture_difference: " << error << "\n";
+    std::cerr << "picture_difference: " << host::Printable(error) << "\n";
     return 2;
   }
   if (a.width != b.width || a.height != b.height || a.channels != b.channels) {

@@ -53,7 +53,8 @@ struct Scenery {
   const KelvraLegend* legend = nullptr;
 };
 
-/** Draws the view and writes the pictures, empty or not. False with a line if nothing could be drawn. */
+/** Draws the view and writes the pictures. False with a line if nothing could be drawn; no picture is written
+ * then. */
 bool DrawPictures(CloudSession& session, const SnapshotPlan& plan, const Scenery& scenery) {
   std::string error;
   const std::unique_ptr<host::Viewport> view =
@@ -64,18 +65,19 @@ bool DrawPictures(CloudSession& session, const SnapshotPlan& plan, const Scenery
   for (int number = 0; number < plan.Pictures(); ++number) {
     view->SetCamera(host::TurnedCamera(scenery.camera, 360.0 * number / plan.Pictures()));
     const ConsoleLines console(session.App().GetConsole());
-    bool drawn = view->Draw(&error);
+    const bool drawn = view->Draw(&error);
     if (!drawn) Line(std::cerr) << error;
     console.Print();
+    if (!drawn) return false;
     const std::string name = plan.PictureName(number);
-    if (drawn && view->VerticesDrawn() == 0) {
-      Line(std::cerr) << name << ": nothing was drawn of " << ContentText(session, Drawing::Viewport);
-      drawn = false;
+    if (view->VerticesDrawn() == 0) {
+      Line(std::cerr) << name << ": nothing was drawn of " << ContentText(session, Drawing::Viewport)
+                      << "; no picture was written";
+      return false;
     }
     host::gl::Image image = view->Read();
     if (scenery.legend) DrawLegend(*scenery.legend, &image);
     if (!host::gl::WritePng(image, name, &error)) throw std::runtime_error(error);
-    if (!drawn) return false;
   }
   return true;
 }
@@ -113,14 +115,14 @@ int RunSnapshot(const SnapshotPlan& plan) {
         << "--legend: has no effect: the colours are those of the files and stand for nothing else";
 
   RequireMemory(session, plan.view.size, plan.output);
-  const bool drawn = RunSeparately([&] { return DrawPictures(session, plan, scenery); });
+  if (!RunSeparately([&] { return DrawPictures(session, plan, scenery); })) return kExitIncomplete;
   const std::string clones =
       plan.clones.empty() ? "" : " in " + Counted((long long)plan.clones.size(), "clone");
   const std::string pictures =
       plan.turntable > 0 ? Counted(plan.turntable, "picture") + " of a whole turn, " : "";
   Line(std::cout) << OutputName(plan.output) << ": " << pictures << plan.view.size.width << "x"
                   << plan.view.size.height << ", " << ContentText(session, Drawing::Viewport) << clones;
-  return drawn ? session.ExitStatus() : (int)kExitIncomplete;
+  return session.ExitStatus();
 }
 
 } // namespace
