@@ -41,20 +41,45 @@ long long NumberIn(const std::string& path) {
   return file >> number ? number : -1;
 }
 
-/** What the control groups of the process leave to it, from its own one up to the root. */
+/** Where a version of control groups keeps its numbers. */
+struct GroupFiles {
+  const char *root, *limit, *used;
+  std::vector<std::string> filePages; ///< entries of memory.stat
+};
+
+/** What a group and those around it leave, up to the root. */
+long long LeftBy(std::string group, const GroupFiles& files) {
+  long long least = kUnlimited;
+  for (;; group.resize(group.find_last_of('/'))) {
+    const std::string folder = files.root + group + "/";
+    const long long limit = NumberIn(folder + files.limit), used = NumberIn(folder + files.used);
+    // Pages of files count as used, but make room when they must.
+    const long long pages = Sum(folder + "memory.stat", files.filePages);
+    if (limit >= 0 && used >= 0) least = std::min(least, std::max(0LL, limit - used + pages));
+    if (group.empty()) return least;
+  }
+}
+
+/** What the control groups of the process leave to it, of version 2 or of version 1, which clusters still
+ * use. */
 long long OfTheGroups() {
-  std::ifstream file("/proc/self/cgroup");
+  const GroupFiles unified = {
+      "/sys/fs/cgroup", "memory.max", "memory.current", {"active_file", "inactive_file"}};
+  const GroupFiles separate = {"/sys/fs/cgroup/memory",
+                               "memory.limit_in_bytes",
+                               "memory.usage_in_bytes",
+                               {"total_active_file", "total_inactive_file"}};
+  std::ifstream file("/proc/self/cgroup"); // lines NUMBER:CONTROLLERS:/GROUP
   long long least = kUnlimited;
   for (std::string line; std::getline(file, line);) {
-    if (line.rfind("0::/", 0) != 0) continue;
-    for (std::string group = line.substr(3); !group.empty();
-         group.resize(std::max<std::size_t>(group.find_last_of('/'), 0))) {
-      const std::string folder = "/sys/fs/cgroup" + group + "/";
-      const long long limit = NumberIn(folder + "memory.max"), used = NumberIn(folder + "memory.current");
-      // Pages of files count as used, but make room when they must.
-      const long long pages = Sum(folder + "memory.stat", {"active_file", "inactive_file"});
-      if (limit >= 0 && used >= 0) least = std::min(least, std::max(0LL, limit - used + pages));
-    }
+    const std::size_t group = line.find(":/");
+    if (group == std::string::npos) continue;
+    const std::string controllers = line.substr(0, group) + ',';
+    if (controllers == "0:,")
+      least = std::min(least, LeftBy(line.substr(group + 1), unified));
+    else if (controllers.find(":memory,") != std::string::npos ||
+             controllers.find(",memory,") != std::string::npos)
+      least = std::min(least, LeftBy(line.substr(group + 1), separate));
   }
   return least;
 }
