@@ -62,12 +62,14 @@ bool DrawPictures(CloudSession& session, const SnapshotPlan& plan, const Scenery
   view->SetGradient(plan.background.value_or(kTop), plan.background.value_or(kBottom));
   view->SetEyeDome(scenery.eyeDome ? &plan.eyeDomeSettings : nullptr);
   for (int number = 0; number < plan.Pictures(); ++number) {
+    const std::string name = plan.PictureName(number);
+    RequireNotStopped(name);
     view->SetCamera(host::TurnedCamera(scenery.camera, 360.0 * number / plan.Pictures()));
     const ConsoleLines console(session.App().GetConsole());
     bool drawn = view->Draw(&error);
     if (!drawn) Line(std::cerr) << error;
     console.Print();
-    const std::string name = plan.PictureName(number);
+    RequireNotStopped(name);
     if (drawn && view->VerticesDrawn() == 0) {
       Line(std::cerr) << name << ": nothing was drawn of " << ContentText(session, Drawing::Viewport);
       drawn = false;

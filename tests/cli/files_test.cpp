@@ -190,6 +190,13 @@ TEST(Output, EveryCommandSparesTheFilesOfOthers) {
     EXPECT_TRUE(written(standard.out));
     EXPECT_NE(standard.err.find("standard output: "), std::string::npos) << standard.err;
     EXPECT_NE(run("/dev/stdout").status, 0);
+    std::string closed =
+        "XDG_CONFIG_HOME='" + folder / "config" + "' '" KELVRA_BIN_DIR "/kelvra' " + c.command;
+    for (const std::string& word : c.more) closed += " " + word;
+    closed += " '" + cloud + "' -o - >&- 2>'" + folder / "err" + "'";
+    EXPECT_EQ(WEXITSTATUS(std::system(closed.c_str())), 1);
+    EXPECT_EQ(TempFolder::Read(folder / "err"),
+              "kelvra: standard output: it is closed; nothing was written\n");
   }
 }
 
