@@ -260,7 +260,7 @@ int RunConvert(const ConvertOptions& options) {
   if (!options.output.empty()) {
     if (clouds > 1)
       Line(std::cerr) << "the scene holds " << clouds << " point clouds; only the first one is written to "
-                      << options.output;
+                      << OutputName(options.output);
     WriteResult(session, session.Cloud(), options);
   }
   if (!options.scene.empty()) WriteScene(session, options.scene);

@@ -42,8 +42,8 @@ void RequireMemory(const CloudSession& session, const PictureSize& size, const s
   const long long need = (long long)size.width * size.height * 40 + session.Points() * 48;
   const long long free = host::FreeMemory();
   if (free > 0 && need > free)
-    throw std::runtime_error(output + ": drawing takes about " + Bytes(need) + " of memory, but " +
-                             Bytes(free) + " are free; no picture was written");
+    throw std::runtime_error(OutputName(output) + ": drawing takes about " + Bytes(need) +
+                             " of memory, but " + Bytes(free) + " are free; no picture was written");
 }
 
 /** What a picture shows beside the clouds themselves. */
@@ -71,7 +71,8 @@ bool DrawPictures(CloudSession& session, const SnapshotPlan& plan, const Scenery
     console.Print();
     RequireNotStopped(name);
     if (drawn && view->VerticesDrawn() == 0) {
-      Line(std::cerr) << name << ": nothing was drawn of " << ContentText(session, Drawing::Viewport);
+      Line(std::cerr) << OutputName(name) << ": nothing was drawn of "
+                      << ContentText(session, Drawing::Viewport);
       drawn = false;
     }
     host::gl::Image image = view->Read();
