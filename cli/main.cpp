@@ -4,6 +4,7 @@
 #include "cli/reference/usage.h"
 #include "cli/system/exit_status.h"
 #include "cli/system/program_arguments.h"
+#include "cli/system/standard_streams.h"
 #include "cli/text/line.h"
 #include "cli/text/nearest.h"
 
@@ -80,6 +81,7 @@ int Run(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
+  cli::FillClosedStreams();
 #ifdef SIGXFSZ
   std::signal(SIGXFSZ, SIG_IGN); // a file that grows too large is a failed write, not the end
 #endif

@@ -11,6 +11,7 @@
 #include "host/parameters/parameter_text.h"
 #include "host/particles/emitter.h"
 #include "host/particles/particle_system.h"
+#include "host/scene/base_file.h"
 #include "host/scene/scene_file.h"
 #include "host/seam/module.h"
 #include "host/undo/undo.h"
@@ -20,6 +21,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <map>
+#include <utility>
 
 namespace host {
 
@@ -296,6 +298,10 @@ LiveCounts Application::Live() const {
 
 const std::vector<std::string>& Application::Misbehaviour() const {
   return impl_->misbehaviour.Lines();
+}
+
+std::string Application::TakeWriteFailure() {
+  return std::exchange(BaseFileImpl::WriteFailure(), std::string());
 }
 
 Console& Application::GetConsole() {

@@ -111,6 +111,9 @@ public:
   /** "module misbehaves: ..." and "host misbehaves: ..." lines so far. */
   const std::vector<std::string>& Misbehaviour() const;
 
+  /** Why the last file that a plug-in could not write was not written, as it cannot know; empty for none. */
+  std::string TakeWriteFailure();
+
   Console& GetConsole();
   Dialogs& GetDialogs();
   Faults& GetFaults();

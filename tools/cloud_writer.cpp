@@ -36,9 +36,9 @@ std::string SuffixOf(const std::string& path) {
 class OutputFile {
 public:
   explicit OutputFile(const std::string& path) : path_(path), target_(path) {
-    std::string reason;
-    if (!target_.Open(&reason)) Fail(path_, reason);
-    file_ = host::OpenFile(target_.HandOver(), "wb");
+    std::string name, reason;
+    if (!target_.Open(&reason) || !target_.HandOver(&name, &reason)) Fail(path_, reason);
+    file_ = host::OpenFile(name, "wb");
     if (!file_) Fail(path_, std::strerror(errno));
     std::setvbuf(file_, nullptr, _IOFBF, 1 << 18);
   }

@@ -160,7 +160,7 @@ void WriteResult(CloudSession& session, BaseObject* cloud, const ConvertOptions&
   const std::string& path = options.output;
   const Shape shape = ShapeOf(session, cloud, options.survey);
   if (shape.points == 0)
-    throw std::runtime_error(path + ": the conversion built nothing that this file can hold");
+    throw std::runtime_error(OutputName(path) + ": the conversion built nothing that this file can hold");
   const Axes axes = options.hostAxes ? Axes::Host : IsObj(options) ? Axes::YUp : Axes::ZUp;
   std::string error;
   if (!(IsObj(options) ? WriteObj : WritePly)(shape, axes, path, &error, &session.App().GetFaults()))
@@ -190,7 +190,9 @@ void WriteScene(CloudSession& session, const std::string& path) {
   std::string error;
   for (BaseObject* cloud : session.Clouds()) HandOverRenderSettings(session.Document(), cloud);
   for (BaseObject* cloud : session.Clouds())
-    if (!host::MakeEditable(cloud, &error)) throw std::runtime_error(path + ": not written: " + error);
+    if (!host::MakeEditable(cloud, &error))
+      throw std::runtime_error(OutputName(path) + ": not written: " + error);
+  RequireNotStopped(path);
   if (!session.App().SaveScene(session.Document(), path, &error)) throw std::runtime_error(error);
   Line(std::cout) << OutputName(path) << ": scene written, the result in place of the cloud";
 }
@@ -258,7 +260,7 @@ int RunConvert(const ConvertOptions& options) {
   if (!options.output.empty()) {
     if (clouds > 1)
       Line(std::cerr) << "the scene holds " << clouds << " point clouds; only the first one is written to "
-                      << options.output;
+                      << OutputName(options.output);
     WriteResult(session, session.Cloud(), options);
   }
   if (!options.scene.empty()) WriteScene(session, options.scene);

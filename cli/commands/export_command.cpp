@@ -5,10 +5,12 @@
 #include "cli/commands/output/console_lines.h"
 #include "cli/commands/output/file_reports.h"
 #include "cli/commands/output/output_file.h"
+#include "cli/session/file_kinds.h"
 #include "cli/session/ignored_parameters.h"
 #include "cli/text/format.h"
 #include "cli/text/line.h"
 #include "host/base/replacing_file.h"
+#include "host/base/utf8.h"
 #include "otallyframe.h"
 
 #include <iostream>
@@ -30,7 +32,11 @@ bool SaveText(host::Application& application, BaseObject* cloud, const std::stri
   const ConsoleLines console(application.GetConsole());
   const std::size_t firstDialog = application.GetDialogs().Shown().size();
   application.GetDialogs().AnswerFile(path);
+  application.TakeWriteFailure();
   application.PressButton(cloud, KELVRA_SAVE_TEXT);
+  RequireNotStopped(shown);
+  const std::string failure = application.TakeWriteFailure();
+  if (!failure.empty()) throw std::runtime_error(shown + ": " + failure);
   const auto& dialogs = application.GetDialogs().Shown();
   bool saved = true;
   for (std::size_t i = firstDialog; i < dialogs.size(); ++i)
@@ -45,11 +51,12 @@ bool SaveText(host::Application& application, BaseObject* cloud, const std::stri
 
 /** The module writes under the temporary name, so that a link, rights and a killed run fare as elsewhere. */
 bool Export(CloudSession& session, const std::string& path) {
+  RequireNotStopped(path);
   const std::string shown = OutputName(path);
   host::ReplacingFile file(path, &session.App().GetFaults());
-  std::string reason;
-  if (!file.Open(&reason)) throw std::runtime_error(shown + ": " + reason);
-  if (!SaveText(session.App(), session.Cloud(), file.HandOver(), shown)) return false;
+  std::string name, reason;
+  if (!file.Open(&reason) || !file.HandOver(&name, &reason)) throw std::runtime_error(shown + ": " + reason);
+  if (!SaveText(session.App(), session.Cloud(), name, shown)) return false;
   if (!file.Reopen(&reason)) throw std::runtime_error(shown + ": " + reason);
   const long long size = file.File().Length();
   if (!file.Commit(&reason)) throw std::runtime_error(shown + ": " + reason);
@@ -58,6 +65,8 @@ bool Export(CloudSession& session, const std::string& path) {
 }
 
 int RunExport(const ExportOptions& options) {
+  // The module gets the name as a text.
+  if (!host::resource::IsUtf8(options.output)) throw std::runtime_error(options.output + ": " + kNotUtf8);
   RequireWritable(options.output, options.input.files);
   CloudSession session(options.input.faults);
   session.Open(options.input.files, options.input.settings, options.input.trust);

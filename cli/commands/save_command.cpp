@@ -31,6 +31,7 @@ int RunSave(const SaveOptions& options) {
   PrintReports(session, input.verbose);
   session.RequireContent();
   WarnOfUnused(session);
+  RequireNotStopped(options.output);
   std::string error;
   if (!session.App().SaveScene(session.Document(), options.output, &error)) throw std::runtime_error(error);
   const long long size = FileSize(options.output);

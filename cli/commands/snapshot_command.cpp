@@ -42,8 +42,8 @@ void RequireMemory(const CloudSession& session, const PictureSize& size, const s
   const long long need = (long long)size.width * size.height * 40 + session.Points() * 48;
   const long long free = host::FreeMemory();
   if (free > 0 && need > free)
-    throw std::runtime_error(output + ": drawing takes about " + Bytes(need) + " of memory, but " +
-                             Bytes(free) + " are free; no picture was written");
+    throw std::runtime_error(OutputName(output) + ": drawing takes about " + Bytes(need) +
+                             " of memory, but " + Bytes(free) + " are free; no picture was written");
 }
 
 /** What a picture shows beside the clouds themselves. */
@@ -63,16 +63,18 @@ bool DrawPictures(CloudSession& session, const SnapshotPlan& plan, const Scenery
   view->SetGradient(plan.background.value_or(kTop), plan.background.value_or(kBottom));
   view->SetEyeDome(scenery.eyeDome ? &plan.eyeDomeSettings : nullptr);
   for (int number = 0; number < plan.Pictures(); ++number) {
+    const std::string name = plan.PictureName(number);
+    RequireNotStopped(name);
     view->SetCamera(host::TurnedCamera(scenery.camera, 360.0 * number / plan.Pictures()));
     const ConsoleLines console(session.App().GetConsole());
     const bool drawn = view->Draw(&error);
     if (!drawn) Line(std::cerr) << error;
     console.Print();
+    RequireNotStopped(name);
     if (!drawn) return false;
-    const std::string name = plan.PictureName(number);
     if (view->VerticesDrawn() == 0) {
-      Line(std::cerr) << name << ": nothing was drawn of " << ContentText(session, Drawing::Viewport)
-                      << "; no picture was written";
+      Line(std::cerr) << OutputName(name) << ": nothing was drawn of "
+                      << ContentText(session, Drawing::Viewport) << "; no picture was written";
       return false;
     }
     host::gl::Image image = view->Read();

@@ -11,6 +11,7 @@
 #include "cli/system/silence.h"
 #include "cli/text/format.h"
 #include "host/application.h"
+#include "host/base/replacing_file.h"
 #include "host/memory/memory.h"
 #include "host/viewport.h"
 #include "kelvra_messages.h"
@@ -91,6 +92,7 @@ CloudSession::CloudSession(const std::vector<std::string>& faults)
   const fs::path module = fs::u8path(ProgramFolder()) / kModuleName;
   if (!application_->LoadModule(module.u8string(), &error)) throw std::runtime_error(error);
   host::InstallInterruptHandler();
+  host::SetOutputsStop(true);
   application_->GetConsole().ShowProgress(!IsSilent());
   application_->KeepUndo(false);
   host::memory::RefuseBeyondFree(true);
@@ -259,7 +261,7 @@ void CloudSession::LoadFolder(const std::string& folder) {
 void CloudSession::LoadCloud(const std::string& path) {
   const std::string obstacle = ReadObstacle(path);
   if (!obstacle.empty()) {
-    reports_.push_back({path, 0, obstacle, FileOutcome::Refused, {}});
+    reports_.push_back({path.empty() ? "\"\"" : path, 0, obstacle, FileOutcome::Refused, {}});
     return;
   }
   const std::string otherFormat = chosenReader || IsFolder(path) ? "" : OtherFormat(path);

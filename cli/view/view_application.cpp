@@ -4,6 +4,7 @@
 #include "cli/text/format.h"
 #include "cli/view/document_stamp.h"
 #include "host/application.h"
+#include "host/base/replacing_file.h"
 #include "host/parameter_step.h"
 
 #include <chrono>
@@ -56,6 +57,7 @@ ViewApplication::ViewApplication(const ViewPlan& plan)
       heights_(
           [this](BaseObject* cloud, const HeightRamp& ramp) { Later([=] { ColorByHeight(cloud, ramp); }); }),
       panels_(!plan.noPanels) {
+  host::SetOutputsStop(false); // what the window saves is whole, whatever ends the program meanwhile
   render_.Plan().view.size.width = kept_.renderWidth;
   ConnectHost();
   UseDocument(session_.Document());

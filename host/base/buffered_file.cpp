@@ -21,6 +21,10 @@ bool BufferedFile::CreateLike(const std::string& path, const std::string& model)
   return Start(!IsOpen() && file_.CreateLike(path, model, &error_));
 }
 
+bool BufferedFile::CreateUnnamed(const std::string& folder, const std::string& model) {
+  return Start(!IsOpen() && file_.CreateUnnamed(folder, model, &error_));
+}
+
 bool BufferedFile::Start(bool opened) {
   if (!opened) return false;
   if (!buffer_) buffer_.reset(new (std::nothrow) unsigned char[kBufferBytes]);
@@ -73,6 +77,10 @@ bool BufferedFile::Write(const void* data, std::size_t size) {
   // The buffer holds one run of bytes: whatever does not continue it sends it to the disk first.
   const bool follows = dirty_ && position_ == start_ + filled_ && filled_ + count <= kBufferBytes;
   if (!follows) {
+    if (stopped_ && (dirty_ || count >= kBufferBytes) && stopped_()) {
+      error_ = "stopped by the user; nothing was written";
+      return Keep(false);
+    }
     if (!EmptyBuffer()) return false;
     start_ = position_;
   }
@@ -104,9 +112,10 @@ bool BufferedFile::Close() {
   return written && closed;
 }
 
-void BufferedFile::Abandon() {
+void BufferedFile::Abandon(disk::File* kept) {
   dirty_ = false;
   filled_ = 0;
+  if (kept) kept->Swap(file_);
   file_.Close(nullptr);
 }
 

@@ -21,6 +21,12 @@ public:
   bool Open(const std::string& path, disk::Access access);
   /** A new file that nobody else may have, with the rights of `model` where there is one. */
   bool CreateLike(const std::string& path, const std::string& model);
+  /** The same without a name in this folder, where the system knows such files. */
+  bool CreateUnnamed(const std::string& folder, const std::string& model);
+  bool GiveName(const std::string& path) { return file_.GiveName(path, &error_); }
+  void TakeRights(const std::string& model) { file_.TakeRights(model); }
+  /** Asked before each buffer but the last goes to the disk: true ends the writing. NULL: never asked. */
+  void SetStopped(bool (*stopped)()) { stopped_ = stopped; }
   bool IsOpen() const { return file_.IsOpen(); }
 
   /** Fewer bytes than asked for only at the end of the file; -1 on failure. */
@@ -35,8 +41,8 @@ public:
   /** Returns when everything lies on the disk. */
   bool Sync() { return Good() && EmptyBuffer() && Keep(file_.Flush(&error_)); }
   bool Close();
-  /** Closes without writing what is buffered. */
-  void Abandon();
+  /** Closes without writing what is buffered; the file stays open in `kept`, if that is given. */
+  void Abandon(disk::File* kept = nullptr);
 
   /** True until a write has failed. */
   bool Good() const { return !failed_; }
@@ -53,6 +59,7 @@ private:
   }
 
   disk::File file_;
+  bool (*stopped_)() = nullptr;
   std::unique_ptr<unsigned char[]> buffer_;
   std::int64_t start_ = 0, filled_ = 0; ///< the part of the file that the buffer holds
   std::int64_t position_ = 0, length_ = 0;

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace host {
@@ -40,8 +41,15 @@ public:
    * the system lets us. Marked as in use until it is closed (see RemoveUnused).
    */
   bool CreateLike(const std::string& path, const std::string& model, std::string* error);
+  /** The same without a name, so that nothing stays of it unless GiveName follows. False where there is no
+   * such thing. */
+  bool CreateUnnamed(const std::string& folder, const std::string& model, std::string* error);
+  /** The one name of a file from CreateUnnamed. Nothing may have it. */
+  bool GiveName(const std::string& path, std::string* error);
   /** Gives the file owner and rights of `model` where that exists, as far as the system lets us. True. */
   bool TakeRights(const std::string& model);
+  /** Each gets the other's open file. */
+  void Swap(File& other) { std::swap(handle_, other.handle_); }
   bool IsOpen() const { return handle_ >= 0; }
   /** Fewer bytes than asked for only at the end of the file; -1 on failure. */
   std::int64_t ReadAt(std::int64_t position, void* data, std::size_t size, std::string* error);
@@ -83,8 +91,11 @@ int ProcessNumber();
 bool ProcessIsGone(int process);
 /** As its network knows it; may be empty. */
 std::string ComputerName();
-/** Removes a regular file unless a process, perhaps of another computer, has it open from CreateLike. */
-void RemoveUnused(const std::string& path);
+/** Removes a regular file unless a process, perhaps of another computer, has it open from CreateLike. False
+ * when it may be in use; a missing one is not. */
+bool RemoveUnused(const std::string& path);
+/** For signal handlers. Nothing where open files cannot be removed. */
+void RemoveInHandler(const char* path);
 
 struct Entry {
   std::string name;

@@ -45,6 +45,25 @@ int OpenFlags(Access access) {
   return O_RDONLY;
 }
 
+/** Of a new file: the successor of a private one must be private from the start. */
+mode_t RightsLike(const std::string& model) {
+  struct stat old;
+  return model != kPrivate && ::stat(model.c_str(), &old) != 0 ? 0666 : 0600;
+}
+
+/** What an open file can be linked by. */
+std::string OpenFileName(int handle) {
+  return "/proc/self/fd/" + std::to_string(handle);
+}
+
+/** Only the owners of a file and of its folder rename over it where the folder is like /tmp. */
+bool IsHeldByFolder(const std::string& path, const struct stat& file) {
+  struct stat folder;
+  const std::string name = fs::u8path(path).parent_path().u8string();
+  return ::stat(name.empty() ? "." : name.c_str(), &folder) == 0 && (folder.st_mode & S_ISVTX) &&
+         ::geteuid() != 0 && folder.st_uid != ::geteuid() && file.st_uid != ::geteuid();
+}
+
 } // namespace
 
 bool File::Open(const std::string& path, Access access, std::string* error) {
@@ -67,23 +86,45 @@ bool File::Open(const std::string& path, Access access, std::string* error) {
 
 bool File::CreateLike(const std::string& path, const std::string& model, std::string* error) {
   if (IsOpen()) return Fail(error, EBUSY);
-  struct stat old;
-  const bool ordinary = model != kPrivate && ::stat(model.c_str(), &old) != 0;
-  // The successor of a private file must be private from the start.
-  handle_ = ::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, ordinary ? 0666 : 0600);
+  handle_ = ::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, RightsLike(model));
   if (!IsOpen()) return Fail(error, errno);
   ::flock(handle_, LOCK_EX | LOCK_NB);
   return TakeRights(model);
 }
 
+bool File::CreateUnnamed(const std::string& folder, const std::string& model, std::string* error) {
+  if (IsOpen()) return Fail(error, EBUSY);
+#ifdef O_TMPFILE
+  handle_ = ::open(folder.empty() ? "." : folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, RightsLike(model));
+  if (!IsOpen()) return Fail(error, errno);
+  if (::access(OpenFileName(handle_).c_str(), F_OK) != 0) { // it could never get a name
+    const int code = errno;
+    Close(nullptr);
+    return Fail(error, code);
+  }
+  ::flock(handle_, LOCK_EX | LOCK_NB);
+  return TakeRights(model);
+#else
+  (void)folder, (void)model;
+  return Fail(error, ENOTSUP);
+#endif
+}
+
+bool File::GiveName(const std::string& path, std::string* error) {
+  return ::linkat(AT_FDCWD, OpenFileName(handle_).c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) == 0 ||
+         Fail(error, errno);
+}
+
 bool File::TakeRights(const std::string& model) {
   struct stat old;
+  if (model == kPrivate) ::fchmod(handle_, 0600);
   if (::stat(model.c_str(), &old) != 0) return true;
   if (::fchown(handle_, old.st_uid, old.st_gid) == 0 || ::fchown(handle_, (uid_t)-1, old.st_gid) == 0 ||
       old.st_gid == ::getegid())
     ::fchmod(handle_, old.st_mode & 0777);
   else
-    ::fchmod(handle_, old.st_mode & 0707); // what the old group may do, ours may not
+    // What the old group may do, ours may not, but as much as everybody.
+    ::fchmod(handle_, (old.st_mode & 0707) | (old.st_mode & 07) << 3);
   return true;
 }
 
@@ -154,6 +195,8 @@ std::string ReplaceObstacle(const std::string& path, bool force) {
   if (S_ISFIFO(status.st_mode)) return "it is a pipe";
   if (S_ISSOCK(status.st_mode)) return "it is a socket";
   if (!S_ISREG(status.st_mode)) return "it is a device";
+  if (IsHeldByFolder(path, status))
+    return "it belongs to another user, and only its owner can replace a file of this folder";
   if (force) return std::string();
   // The superuser may write everything, so compare the owner and look at the owner's right.
   const bool superuser = ::geteuid() == 0, own = status.st_uid == ::geteuid();
@@ -188,14 +231,20 @@ std::string ComputerName() {
   return name;
 }
 
-void RemoveUnused(const std::string& path) {
+bool RemoveUnused(const std::string& path) {
   // Computers and containers that share a folder do not know each other's processes; the lock tells.
   const int handle = ::open(path.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
-  if (handle < 0) return;
+  if (handle < 0) return errno == ENOENT;
   struct stat status;
-  if (::fstat(handle, &status) == 0 && S_ISREG(status.st_mode) && ::flock(handle, LOCK_EX | LOCK_NB) == 0)
-    ::unlink(path.c_str());
+  const bool unused =
+      ::fstat(handle, &status) == 0 && S_ISREG(status.st_mode) && ::flock(handle, LOCK_EX | LOCK_NB) == 0;
+  if (unused) ::unlink(path.c_str());
   ::close(handle);
+  return unused;
+}
+
+void RemoveInHandler(const char* path) {
+  ::unlink(path);
 }
 
 } // namespace host::disk

@@ -81,6 +81,15 @@ bool File::CreateLike(const std::string& path, const std::string&, std::string* 
   return Open(path, Access::CreateNew, error); // rights come from the folder here
 }
 
+// A file that lost its name cannot get one again here.
+bool File::CreateUnnamed(const std::string&, const std::string&, std::string* error) {
+  return Fail(error, ENOSYS);
+}
+
+bool File::GiveName(const std::string&, std::string* error) {
+  return Fail(error, ENOSYS);
+}
+
 bool File::TakeRights(const std::string&) {
   return true;
 }
@@ -183,10 +192,12 @@ std::string ComputerName() {
   return GetComputerNameA(name, &size) ? name : "";
 }
 
-void RemoveUnused(const std::string& path) {
+bool RemoveUnused(const std::string& path) {
   // Refused while the file is open anywhere.
-  DeleteFileW(fs::u8path(path).c_str());
+  return DeleteFileW(fs::u8path(path).c_str()) || GetLastError() == ERROR_FILE_NOT_FOUND;
 }
+
+void RemoveInHandler(const char*) {}
 
 } // namespace host::disk
 #endif

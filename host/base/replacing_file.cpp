@@ -1,9 +1,14 @@
 #include "host/base/replacing_file.h"
 
+#include "host/base/unfinished_names.h"
+#include "host/base/user_break.h"
+
 #include <atomic>
 #include <cctype>
+#include <cerrno>
 #include <charconv>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <mutex>
 #include <set>
@@ -15,10 +20,14 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr char kTemporaryStart[] = ".save-";
-/** What the name of an unfinished file is followed by when its writer makes one of its own. */
+/** Follows the name of an unfinished file in the name that its writer got, and again in the one that a writer
+ * makes of that. */
 constexpr char kPartEnd[] = ".part";
 
 std::atomic<ProtectedFiles> protectedFiles{ProtectedFiles::Refuse};
+std::atomic<bool> outputsStop{false};
+/** Cleared by the first file without a name that did not get one. */
+std::atomic<bool> namesCanFollow{true};
 
 /** "@COMPUTER.tmp", with nothing that a file's name could not hold. */
 std::string TemporaryEnd() {
@@ -35,11 +44,17 @@ std::string TemporaryName() {
          TemporaryEnd();
 }
 
-/** The process of this computer that made a temporary file, 0 for other names. */
-int MakerOf(std::string name) {
-  const std::string start = kTemporaryStart, end = TemporaryEnd(), part = kPartEnd;
-  if (name.size() > part.size() && name.compare(name.size() - part.size(), part.size(), part) == 0)
+/** The name of the file that shows whether this one is in use. */
+std::string MarkOf(std::string name) {
+  const std::string part = kPartEnd;
+  while (name.size() > part.size() && name.compare(name.size() - part.size(), part.size(), part) == 0)
     name.resize(name.size() - part.size());
+  return name;
+}
+
+/** The process of this computer that made a temporary file, 0 for other names. */
+int MakerOf(const std::string& name) {
+  const std::string start = kTemporaryStart, end = TemporaryEnd();
   if (name.size() <= start.size() + end.size() || name.compare(0, start.size(), start) != 0 ||
       name.compare(name.size() - end.size(), end.size(), end) != 0)
     return 0;
@@ -63,8 +78,10 @@ void RemoveAbandoned(const fs::path& folder) {
   std::error_code failed;
   for (fs::directory_iterator i(folder.empty() ? fs::path(".") : folder, failed), end; !failed && i != end;
        i.increment(failed)) {
-    const int maker = MakerOf(i->path().filename().u8string());
-    if (maker > 0 && disk::ProcessIsGone(maker)) disk::RemoveUnused(i->path().u8string());
+    const std::string name = i->path().u8string(), mark = MarkOf(name);
+    const int maker = MakerOf(fs::u8path(mark).filename().u8string());
+    if (maker > 0 && disk::ProcessIsGone(maker) && disk::RemoveUnused(mark) && name != mark)
+      disk::RemoveUnused(name);
   }
 }
 
@@ -110,6 +127,14 @@ ProtectedFiles GetProtectedFiles() {
   return protectedFiles;
 }
 
+void SetOutputsStop(bool stop) {
+  outputsStop = stop;
+}
+
+Stopped OutputsStopped() {
+  return outputsStop ? Interrupted : nullptr;
+}
+
 std::string ReplacingFile::Obstacle() {
   if (IsStandardOutput(path_)) {
     std::error_code failed;
@@ -130,41 +155,83 @@ bool ReplacingFile::Open(std::string* reason) {
   if (!reason->empty()) return false;
   const fs::path folder = fs::u8path(target_).parent_path();
   RemoveAbandoned(folder);
+  return (namesCanFollow && file_.CreateUnnamed(folder.u8string(), Model())) || CreateNamed(reason);
+}
+
+const std::string& ReplacingFile::Model() const {
+  return IsStandardOutput(path_) ? disk::kPrivate : target_;
+}
+
+bool ReplacingFile::TakeName(const std::function<bool(const std::string& name)>& take) {
+  const fs::path folder = fs::u8path(target_).parent_path();
   // Names may be taken by a killed process that had this one's number.
   for (int tries = 0; tries < 100; ++tries) {
     const std::string name = (folder / TemporaryName()).u8string();
-    if (file_.CreateLike(name, IsStandardOutput(path_) ? disk::kPrivate : target_)) {
+    if (take(name)) {
       temporary_ = name;
+      NoteUnfinished(name);
       return true;
     }
     if (!disk::IsTaken(name)) break;
   }
-  *reason = "no file can be made in " +
-            (folder.empty() ? std::string("this folder") : "\"" + folder.u8string() + "\"") + ": " +
-            file_.Error();
   return false;
+}
+
+bool ReplacingFile::CreateNamed(std::string* reason) {
+  if (TakeName([this](const std::string& name) { return file_.CreateLike(name, Model()); })) return true;
+  const std::string folder = fs::u8path(target_).parent_path().u8string();
+  *reason = "no file can be made in " + (folder.empty() ? std::string("this folder") : "\"" + folder + "\"") +
+            ": " + file_.Error();
+  return false;
+}
+
+bool ReplacingFile::GiveName() {
+  return !temporary_.empty() || TakeName([this](const std::string& name) { return file_.GiveName(name); });
 }
 
 void ReplacingFile::MakePrivate() {
-  std::error_code ignored; // a disk without rights
-  fs::permissions(fs::u8path(temporary_), fs::perms::owner_read | fs::perms::owner_write, ignored);
+  file_.TakeRights(disk::kPrivate);
 }
 
-const std::string& ReplacingFile::HandOver() {
-  file_.Abandon();
-  return temporary_;
+bool ReplacingFile::HandOver(std::string* name, std::string* reason) {
+  if (!GiveName()) {
+    namesCanFollow = false;
+    file_.Abandon();
+    if (!CreateNamed(reason)) return false;
+  }
+  file_.Abandon(&mark_);
+  *name = handedOver_ = temporary_ + kPartEnd;
+  NoteUnfinished(handedOver_);
+  NoteUnfinished(handedOver_ + kPartEnd);
+  return true;
 }
 
 bool ReplacingFile::Reopen(std::string* reason) {
-  if (file_.Open(temporary_, disk::Access::ReadWrite)) return true;
+  // The rights come after the opening, as the old file may be write-protected.
+  if (file_.Open(handedOver_, disk::Access::ReadWrite)) {
+    file_.TakeRights(Model());
+    return true;
+  }
   *reason = file_.Error();
   return false;
+}
+
+void ReplacingFile::RemoveNames() {
+  if (!handedOver_.empty() && (disk::RemoveFile(handedOver_, nullptr) || !disk::IsTaken(handedOver_))) {
+    ForgetUnfinished(handedOver_);
+    ForgetUnfinished(handedOver_ + kPartEnd);
+    handedOver_.clear();
+  }
+  mark_.Close(nullptr);
+  if (temporary_.empty() || !disk::RemoveFile(temporary_, nullptr)) return;
+  ForgetUnfinished(temporary_);
+  temporary_.clear();
 }
 
 bool ReplacingFile::CopyToStandardOutput(std::string* reason) {
   // A reader that goes away ends the program: the name must be gone by then. Windows keeps it until the
   // close.
-  if (disk::RemoveFile(temporary_, nullptr)) temporary_.clear();
+  RemoveNames();
   char piece[1 << 16];
   file_.Seek(0);
   for (std::int64_t left = file_.Length(); left > 0;) {
@@ -176,26 +243,30 @@ bool ReplacingFile::CopyToStandardOutput(std::string* reason) {
     if (std::fwrite(piece, 1, (std::size_t)got, stdout) != (std::size_t)got) break;
     left -= got;
   }
-  if (std::fflush(stdout) == 0 && !std::ferror(stdout)) return true;
-  *reason = "it could not be written";
+  if (!std::ferror(stdout) && std::fflush(stdout) == 0) return true;
+  *reason = std::strerror(errno);
   return false;
 }
 
 bool ReplacingFile::Commit(std::string* reason) {
   if (IsStandardOutput(path_)) return CopyToStandardOutput(reason);
   // A disk may refuse as late as when it has to keep the bytes, or at the close.
-  if (!file_.Sync() || !file_.Close()) {
+  if (!file_.Sync() || !GiveName() || !file_.Close()) {
     *reason = file_.Error();
     return false;
   }
-  if (!disk::Replace(temporary_, target_, reason)) return false;
-  temporary_.clear();
+  if (!disk::Replace(handedOver_.empty() ? temporary_ : handedOver_, target_, reason)) return false;
+  if (handedOver_.empty()) {
+    ForgetUnfinished(temporary_);
+    temporary_.clear();
+  }
+  RemoveNames();
   return true;
 }
 
 ReplacingFile::~ReplacingFile() {
   file_.Abandon();
-  if (!temporary_.empty()) disk::RemoveFile(temporary_, nullptr);
+  RemoveNames();
 }
 
 bool RenameReplacing(const std::string& from, const std::string& to, std::string* reason) {

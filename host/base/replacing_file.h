@@ -3,6 +3,7 @@
 
 #include "host/base/buffered_file.h"
 
+#include <functional>
 #include <string>
 
 namespace host {
@@ -13,19 +14,29 @@ enum class ProtectedFiles { Refuse, Replace };
 void SetProtectedFiles(ProtectedFiles existing);
 ProtectedFiles GetProtectedFiles();
 
+/** Does Ctrl-C end outputs that are being written? Not at first. */
+void SetOutputsStop(bool stop);
+/** What outputs ask; NULL when nothing ends them. */
+using Stopped = bool (*)();
+Stopped OutputsStopped();
+
 /** The path that means standard output. */
 inline bool IsStandardOutput(const std::string& path) {
   return path == "-";
 }
+/** As messages name an output. */
+inline std::string OutputName(const std::string& path) {
+  return IsStandardOutput(path) ? "standard output" : path.empty() ? "\"\"" : path;
+}
 
 /**
- * Writes a hidden temporary file in the target's folder, which takes the target's place in Commit. Without a
+ * Writes a temporary file in the target's folder, which takes the target's place in Commit. Without a
  * Commit that succeeded the target is untouched and nothing stays on the disk. A link stays a link: the file
  * that it leads to is replaced. Folders, devices, pipes and sockets are refused. The new file keeps the
  * rights of the old one.
  *
- * Processes that are killed leave their temporary files; these are named after their process, and the next
- * output into the folder removes them.
+ * The temporary file has no name where the system knows such files, so that a process that is killed leaves
+ * nothing. Elsewhere it has a hidden one after its process, and the next output into the folder removes it.
  *
  * For standard output the temporary file lies where the system keeps such files, and Commit copies it.
  */
@@ -33,7 +44,9 @@ class ReplacingFile {
 public:
   explicit ReplacingFile(const std::string& path, Faults* faults = nullptr,
                          ProtectedFiles existing = GetProtectedFiles())
-      : path_(path), existing_(existing), file_(faults) {}
+      : path_(path), existing_(existing), file_(faults) {
+    file_.SetStopped(OutputsStopped());
+  }
   ~ReplacingFile();
   ReplacingFile(const ReplacingFile&) = delete;
   ReplacingFile& operator=(const ReplacingFile&) = delete;
@@ -43,21 +56,34 @@ public:
   /** False with the reason, without the file's name. */
   bool Open(std::string* reason);
   BufferedFile& File() { return file_; }
+  /** Ctrl-C does not end this one. */
+  void NeverStop() { file_.SetStopped(nullptr); }
   /** Between Open and Commit: nobody but its owner may read the file, whatever the earlier one's rights. */
   void MakePrivate();
-  /** For writers that want a name: closes the file, which they may replace. Reopen comes before Commit. */
-  const std::string& HandOver();
-  /** File() becomes the one that has the name now. False with the reason. */
+  /** For writers that want a name, which they make a file of. False with the reason. */
+  bool HandOver(std::string* name, std::string* reason);
+  /** After that and before Commit: File() becomes the one that they made. False with the reason. */
   bool Reopen(std::string* reason);
   /** Brings everything to the disk and takes the target's place. False with the reason. */
   bool Commit(std::string* reason);
 
 private:
+  /** Whose rights the new file has. */
+  const std::string& Model() const;
+  /** Tries names that nothing should have. */
+  bool TakeName(const std::function<bool(const std::string& name)>& take);
+  bool CreateNamed(std::string* reason);
+  /** For the file that has none. */
+  bool GiveName();
+  void RemoveNames();
   bool CopyToStandardOutput(std::string* reason);
 
-  std::string path_, target_, temporary_;
+  std::string path_, target_;
+  std::string temporary_;  ///< name of the file, empty while it has none
+  std::string handedOver_; ///< name beside it that a writer got
   ProtectedFiles existing_;
   BufferedFile file_;
+  disk::File mark_; ///< once a name was handed over: the temporary file, which shows others that it is in use
 };
 
 /**

@@ -1,6 +1,7 @@
 #include "host/base/user_break.h"
 
 #include "host/base/faults.h"
+#include "host/base/unfinished_names.h"
 
 #include <csignal>
 #include <utility>
@@ -10,6 +11,7 @@ namespace host {
 namespace {
 
 std::atomic<bool> interrupted{false};
+std::atomic<bool> signalled{false}; ///< by the system; a button of a window only interrupts
 static_assert(std::atomic<bool>::is_always_lock_free, "set by a signal handler");
 std::atomic<Faults*> faults{nullptr};
 thread_local Work* current = nullptr;
@@ -17,7 +19,13 @@ thread_local std::function<void()> whenAsked;
 
 extern "C" void OnInterrupt(int signal) {
   interrupted = true;
-  std::signal(signal, SIG_DFL); // the next one ends the program
+  if (!signalled.exchange(true)) {
+    std::signal(signal, OnInterrupt); // some systems call a handler once
+    return;
+  }
+  RemoveUnfinished();
+  std::signal(signal, SIG_DFL);
+  std::raise(signal);
 }
 
 } // namespace

@@ -11,8 +11,8 @@ namespace host {
 class Faults;
 
 /**
- * Ctrl-C, a request to terminate and a closed terminal ask running work to stop; a second one ends the
- * program. For command lines only.
+ * Ctrl-C, a request to terminate and a closed terminal ask running work to stop; a second one removes
+ * unfinished outputs and ends the program. For command lines only.
  */
 void InstallInterruptHandler();
 /** As if the user had pressed Ctrl-C; stays until cleared. Any thread. */

@@ -27,7 +27,7 @@ bool Write(const BasicImage<Sample>& image, const std::string& path, std::string
   ReplacingFile file(path, faults);
   std::string reason;
   if (file.Open(&reason) && Encode(image, {}, file.File(), &reason) && file.Commit(&reason)) return true;
-  *error = path + ": cannot write the picture: " + reason;
+  *error = OutputName(path) + ": cannot write the picture: " + reason;
   return false;
 }
 

@@ -101,7 +101,7 @@ bool SavePicture(const Picture& picture, const std::string& path, PictureFormat 
   } catch (const std::bad_alloc&) {
     reason = "not enough memory";
   }
-  *error = path + ": cannot write the picture: " + reason;
+  *error = OutputName(path) + ": cannot write the picture: " + reason;
   return false;
 }
 

@@ -231,6 +231,7 @@ bool WorldData::Save(std::string* error) {
   std::string reason;
   bool saved = file.Open(&reason);
   if (saved) {
+    file.NeverStop();
     file.MakePrivate();                          // plug-ins keep keys of their registration here
     file.File().Write(text.data(), text.size()); // a failure is remembered up to the commit
     saved = file.Commit(&reason);

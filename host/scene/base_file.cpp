@@ -1,8 +1,15 @@
 #include "host/scene/base_file.h"
 
+#include "host/base/replacing_file.h"
+
 #include <algorithm>
 
 namespace host {
+
+std::string& BaseFileImpl::WriteFailure() {
+  static std::string reason;
+  return reason;
+}
 
 bool BaseFileImpl::Fail(FILEERROR error) {
   error_ = error;
@@ -38,6 +45,7 @@ bool BaseFileImpl::Open(const std::string& path, FILEOPEN mode) {
   }
   readable_ = mode == FILEOPEN_READ || mode == FILEOPEN_READWRITE;
   writable_ = mode != FILEOPEN_READ;
+  file_.SetStopped(writable_ ? OutputsStopped() : nullptr);
   if (mode == FILEOPEN_APPEND) file_.Seek(file_.Length());
   error_ = FILEERROR_NONE;
   return true;
@@ -45,7 +53,9 @@ bool BaseFileImpl::Open(const std::string& path, FILEOPEN mode) {
 
 bool BaseFileImpl::Close() {
   if (!file_.IsOpen()) return false;
-  return file_.Close() || Fail(file_.Good() ? FILEERROR_CLOSE : FILEERROR_WRITE);
+  if (file_.Close()) return true;
+  WriteFailure() = file_.Error();
+  return Fail(file_.Good() ? FILEERROR_CLOSE : FILEERROR_WRITE);
 }
 
 VLONG BaseFileImpl::ReadBytes(void* data, VLONG size, bool mayEnd) {

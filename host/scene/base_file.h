@@ -30,6 +30,8 @@ public:
   FILEERROR Error() const { return error_; }
   /** Reason of the last failed Open. */
   const std::string& Reason() const { return reason_; }
+  /** Why the last file that could not be written was not, as plug-ins cannot say; empty for none. */
+  static std::string& WriteFailure();
 
   BaseFile* Api() { return reinterpret_cast<BaseFile*>(this); }
   static BaseFileImpl* From(BaseFile* file) { return reinterpret_cast<BaseFileImpl*>(file); }

@@ -86,13 +86,14 @@ bool WriteScene(BaseDocument* doc, const std::string& path, Faults* faults, std:
   std::string reason;
   if (file.Open(&reason)) {
     const bool begun = WriteStreamHead(sink, kSceneIdent);
+    // Where in the scene the file's own failure came does not matter.
     if (begun && !writer.Write())
-      reason = writer.Reason();
+      reason = file.File().Good() ? writer.Reason() : sink.Error();
     else if (begun && WriteStreamTail(sink) && file.Commit(&reason))
       return true;
     if (reason.empty()) reason = sink.Error();
   }
-  *error = path + ": " + reason;
+  *error = OutputName(path) + ": " + reason;
   return false;
 }
 

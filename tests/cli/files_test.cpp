@@ -150,6 +150,8 @@ TEST(Save, SceneReopensWithTheSamePointsAndText) {
   ASSERT_EQ(Kelvra({"export", scene, "-o", folder / "b.txt"}).status, 0);
   const std::string text = TempFolder::Read(folder / "a.txt");
   EXPECT_EQ(text, TempFolder::Read(folder / "b.txt"));
+  EXPECT_TRUE(Holds(Kelvra({"export", scene, "-o", folder / "b.txt", "--fault", "write=1"}).err,
+                    "b.txt: No space left on device"));
   // Colours were 8 bits, times 256 in the store, and come out as 16-bit values scaled to 0..255.
   EXPECT_EQ(text.substr(0, text.find('\n')), "1 2 3 9 19 29");
 }
@@ -190,6 +192,13 @@ TEST(Output, EveryCommandSparesTheFilesOfOthers) {
     EXPECT_TRUE(written(standard.out));
     EXPECT_NE(standard.err.find("standard output: "), std::string::npos) << standard.err;
     EXPECT_NE(run("/dev/stdout").status, 0);
+    std::string closed =
+        "XDG_CONFIG_HOME='" + folder / "config" + "' '" KELVRA_BIN_DIR "/kelvra' " + c.command;
+    for (const std::string& word : c.more) closed += " " + word;
+    closed += " '" + cloud + "' -o - >&- 2>'" + folder / "err" + "'";
+    EXPECT_EQ(WEXITSTATUS(std::system(closed.c_str())), 1);
+    EXPECT_EQ(TempFolder::Read(folder / "err"),
+              "kelvra: standard output: it is closed; nothing was written\n");
   }
 }
 

@@ -161,20 +161,22 @@ TEST_F(RenderCommand, RefusedThreadsAreDoneWithout) {
 TEST_F(RenderCommand, AnInterruptEndsItSoonAndLeavesWholeFilesAlone) {
   // Minutes of work, if it were not stopped: within a frame, and somewhere in a long row of small ones.
   const struct {
-    const char* options;
+    const char *signal, *options;
     bool frames;
-  } cases[] = {{"--size 2000x2000 --supersample 16", false}, {"--size 64x64 --frames 0-99999", true}};
+  } cases[] = {{"INT", "--size 2000x2000 --supersample 16", false},
+               {"HUP", "--size 2000x2000 --supersample 16", false},
+               {"TERM", "--size 64x64 --frames 0-99999", true}};
   for (const auto& c : cases) {
-    SCOPED_TRACE(c.options);
-    const std::string out = Sub(c.frames ? "many" : "one"), record = Sub(c.frames ? "many/r" : "one/r");
+    SCOPED_TRACE(c.signal);
+    const std::string out = Sub(c.signal), record = Sub(std::string(c.signal) + "/r");
     // Once it listens, or some frames are there.
     const std::string cue =
         c.frames ? "[ -e '" + out + "/f5.png' ]" : "grep -q 'SigCgt:.*[2367abef]$' /proc/$!/status";
-    const std::string command = "XDG_CONFIG_HOME='" + folder_ / "config" + "' '" +
-                                KELVRA_BIN_DIR "/kelvra' render '" + Cloud() + "' -o '" + out +
-                                "/f#.png' --record '" + record + "' " + c.options + " >/dev/null 2>'" +
-                                folder_ / "err" + "' & for i in $(seq 600); do if " + cue +
-                                "; then break; fi; sleep 0.05; done; sleep 0.5; kill -INT $!; wait $!";
+    const std::string command =
+        "XDG_CONFIG_HOME='" + folder_ / "config" + "' '" + KELVRA_BIN_DIR "/kelvra' render '" + Cloud() +
+        "' -o '" + out + "/f#.png' --record '" + record + "' " + c.options + " >/dev/null 2>'" +
+        folder_ / "err" + "' & for i in $(seq 600); do if " + cue +
+        "; then break; fi; sleep 0.05; done; sleep 0.5; kill -" + c.signal + " $!; wait $!";
     const auto start = std::chrono::steady_clock::now();
     const int status = std::system(command.c_str());
     const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;

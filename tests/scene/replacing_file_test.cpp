@@ -1,10 +1,14 @@
 #include "host/base/faults.h"
 #include "host/base/replacing_file.h"
+#include "host/base/user_break.h"
 #include "support/folder.h"
 
+#include <csignal>
+#include <functional>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 namespace {
 
@@ -122,17 +126,98 @@ TEST_F(Replacing, OnlyTemporaryFilesOfDeadProcessesOfThisComputerAreRemoved) {
   const std::string dead = ".save-" + std::to_string(child) + "-",
                     here = std::string("@") + computer + ".tmp";
   const std::string locked = dead + "1" + here;
-  const std::string kept[] = {"file.part",       "file.tmp",         dead + "0@elsewhere.tmp",
-                              dead + "x" + here, ".save-1-0" + here, locked};
+  const std::string kept[] = {"file.part",       "file.tmp",           dead + "0@elsewhere.tmp",
+                              dead + "x" + here, ".save-1-0" + here,   locked,
+                              locked + ".part",  locked + ".part.part"};
   for (const std::string& name : kept) Write(name, "kept");
   Write(dead + "0" + here, "left behind");
   Write(dead + "0" + here + ".part", "by a writer that got the name");
+  Write(dead + "2" + here + ".part.part", "by a writer that made another one of it");
   const int handle = ::open(Path(locked).c_str(), O_RDONLY);
   ASSERT_EQ(::flock(handle, LOCK_EX | LOCK_NB), 0);
   EXPECT_EQ(Put("file"), "");
   ::close(handle);
   for (const std::string& name : kept) EXPECT_EQ(Read(Path(name)), "kept") << name;
   EXPECT_EQ(folder_.Entries(), std::size(kept) + 1);
+}
+
+TEST_F(Replacing, AProcessThatIsKilledLeavesNoFile) {
+  const pid_t killed = ::fork();
+  if (killed == 0) {
+    ReplacingFile file(Path("file"));
+    std::string reason;
+    const std::string content(1 << 20, 'x');
+    if (!file.Open(&reason) || !file.File().Write(content.data(), content.size())) ::_exit(1);
+    const bool named = !fs::is_empty(folder_.Name());
+    ::kill(::getpid(), named ? SIGUSR1 : SIGKILL);
+  }
+  int status = 0;
+  ASSERT_EQ(::waitpid(killed, &status, 0), killed);
+  ASSERT_TRUE(WIFSIGNALED(status));
+  if (WTERMSIG(status) == SIGUSR1) GTEST_SKIP() << "this disk has no files without names";
+  EXPECT_EQ(WTERMSIG(status), SIGKILL);
+  EXPECT_EQ(folder_.Entries(), 0u);
+}
+
+TEST_F(Replacing, ASecondSignalRemovesTheUnfinishedFiles) {
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    const pid_t ended = ::fork();
+    if (ended == 0) {
+      host::InstallInterruptHandler();
+      ReplacingFile file(Path("file"));
+      std::string name, reason;
+      if (!file.Open(&reason) || !file.HandOver(&name, &reason)) ::_exit(1);
+      std::ofstream(name) << "finished";
+      std::ofstream(name + ".part") << "begun";
+      ::raise(signal);
+      if (folder_.Entries() == 3 && host::Interrupted()) ::raise(SIGTERM);
+      ::_exit(2);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(ended, &status, 0), ended);
+    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM) << signal << " " << status;
+    EXPECT_EQ(folder_.Entries(), 0u) << signal;
+  }
+}
+
+/** The exit status of `work` as an ordinary user. */
+int AsOrdinaryUser(const std::function<bool()>& work) {
+  const pid_t child = ::fork();
+  if (child == 0) ::_exit(::setgid(65534) != 0 || ::setuid(65534) != 0 ? 77 : work() ? 0 : 1);
+  int status = 0;
+  return ::waitpid(child, &status, 0) == child && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+TEST_F(Replacing, OrdinaryUsersReplaceWhatTheyMay) {
+  Write("protected", "old");
+  Write("public", "old");
+  Write("held/public", "old");
+  if (::geteuid() != 0 || ::chown(Path("protected").c_str(), 65534, 65534) != 0)
+    GTEST_SKIP() << "needs the superuser";
+  for (const char* name : {"public", "held/public"}) fs::permissions(Path(name), (fs::perms)0666);
+  fs::permissions(Path("protected"), (fs::perms)0444);
+  fs::permissions(folder_.Name(), (fs::perms)0777);
+  fs::permissions(Path("held"), (fs::perms)01777);
+  if (AsOrdinaryUser([this] { return ::access(folder_.Name().c_str(), W_OK) == 0; }) != 0)
+    GTEST_SKIP() << "no ordinary user gets to the folder of this test";
+  EXPECT_EQ(AsOrdinaryUser([this] {
+              ReplacingFile file(Path("protected"), nullptr, ProtectedFiles::Replace);
+              std::string name, reason;
+              if (!file.Open(&reason) || !file.HandOver(&name, &reason)) return false;
+              std::ofstream(name) << "new";
+              return file.Reopen(&reason) && file.Commit(&reason);
+            }),
+            0);
+  EXPECT_EQ(Read(Path("protected")), "new");
+  EXPECT_EQ(fs::status(Path("protected")).permissions(), (fs::perms)0444);
+  EXPECT_EQ(AsOrdinaryUser([this] { return Put("public").empty(); }), 0);
+  EXPECT_EQ(fs::status(Path("public")).permissions(), (fs::perms)0666);
+  EXPECT_EQ(AsOrdinaryUser([this] {
+              return ReplacingFile(Path("held/public"), nullptr, ProtectedFiles::Replace).Obstacle() ==
+                     "it belongs to another user, and only its owner can replace a file of this folder";
+            }),
+            0);
+  EXPECT_EQ(folder_.Entries(), 3u);
 }
 
 } // namespace

@@ -24,7 +24,7 @@ bool WriteWhole(const std::string& path, std::string* error, host::Faults* fault
     write(file.File()); // a write that fails is remembered up to the commit
     if (file.Commit(&reason)) return true;
   }
-  *error = path + ": " + reason;
+  *error = host::OutputName(path) + ": " + reason;
   return false;
 }
 
@@ -50,7 +50,7 @@ std::string Number(double v) {
 /** The lines as pairs of points. */
 void WriteEdges(const Shape& shape, host::BufferedFile& output) {
   LONG first = 0;
-  for (LONG line = 0; line < shape.lines; ++line) {
+  for (LONG line = 0; line < shape.lines && output.Good(); ++line) {
     const LONG length = shape.length(line);
     for (LONG i = first; i + 1 < first + length; ++i) {
       const LONG pair[2] = {i, i + 1};
@@ -82,7 +82,7 @@ bool WritePly(const Shape& shape, Axes axes, const std::string& path, std::strin
     if (edges > 0)
       Put(output, "element edge " + std::to_string(edges) + "\nproperty int vertex1\nproperty int vertex2\n");
     Put(output, "end_header\n");
-    for (LONG i = 0; i < shape.points; ++i) {
+    for (LONG i = 0; i < shape.points && output.Good(); ++i) {
       const Vector p = InFile(axes, shape.position(i));
       const double xyz[3] = {p.x, p.y, p.z}; // the machines that this runs on are little-endian
       output.Write(xyz, sizeof xyz);
@@ -98,7 +98,7 @@ bool WritePly(const Shape& shape, Axes axes, const std::string& path, std::strin
 bool WriteObj(const Shape& shape, Axes axes, const std::string& path, std::string* error,
               host::Faults* faults) {
   return WriteWhole(path, error, faults, [&](host::BufferedFile& output) {
-    for (LONG i = 0; i < shape.points; ++i) {
+    for (LONG i = 0; i < shape.points && output.Good(); ++i) {
       Put(output, "v" + Three(InFile(axes, shape.position(i))));
       if (shape.color) {
         const Vector color = shape.color(i);
@@ -107,7 +107,7 @@ bool WriteObj(const Shape& shape, Axes axes, const std::string& path, std::strin
       Put(output, "\n");
     }
     LONG next = 1;
-    for (LONG line = 0; line < shape.lines; ++line) {
+    for (LONG line = 0; line < shape.lines && output.Good(); ++line) {
       const LONG length = shape.length(line);
       // A line has two points; a lone one is a point element.
       Put(output, length > 1 ? "l" : "p");

@@ -2,6 +2,8 @@
 
 #include "cli/system/exit_status.h"
 #include "cli/system/silence.h"
+#include "cli/system/standard_streams.h"
+#include "host/application.h"
 #include "host/base/replacing_file.h"
 
 #include <cstdio>
@@ -23,13 +25,13 @@ namespace cli {
 namespace {
 
 [[noreturn]] void Refuse(const std::string& path, const std::string& why) {
-  throw std::runtime_error(path + ": " + why + "; nothing was written");
+  throw std::runtime_error(OutputName(path) + ": " + why + "; nothing was written");
 }
 
 } // namespace
 
 std::string OutputName(const std::string& path) {
-  return host::IsStandardOutput(path) ? "standard output" : path;
+  return host::OutputName(path);
 }
 
 void RequireNoTerminal(const std::string& path) {
@@ -54,16 +56,23 @@ void RequireReplaceable(const std::string& path, const std::vector<std::string>&
 }
 
 void RequireWritable(const std::string& path, const std::vector<std::string>& inputs) {
+  if (host::IsStandardOutput(path) && IsOutputClosed()) Refuse(path, "it is closed");
   RequireReplaceable(path, inputs);
-  std::string reason;
-  if (!host::ReplacingFile(path).Open(&reason)) Refuse(path, reason);
+  host::ReplacingFile file(path);
+  std::string name, reason;
+  // The name too: not every disk gives one to a file that had none.
+  if (!file.Open(&reason) || !file.HandOver(&name, &reason)) Refuse(path, reason);
+}
+
+void RequireNotStopped(const std::string& path) {
+  if (host::Interrupted()) Refuse(path, "stopped by the user");
 }
 
 void WriteText(const std::string& path, const std::string& text) {
   host::ReplacingFile file(path);
   std::string reason;
   if (!file.Open(&reason) || !file.File().Write(text.data(), text.size()) || !file.Commit(&reason))
-    throw std::runtime_error(path +
+    throw std::runtime_error(OutputName(path) +
                              ": cannot be written: " + (reason.empty() ? file.File().Error() : reason));
 }
 

@@ -16,6 +16,10 @@ void RequireReplaceable(const std::string& path, const std::vector<std::string>&
 /** The same, and makes a file beside it for a moment, so that rights and the disk have their say too. */
 void RequireWritable(const std::string& path, const std::vector<std::string>& inputs = {});
 
+/** To be called before an output is begun. Throws std::runtime_error when the user has stopped the command.
+ */
+void RequireNotStopped(const std::string& path);
+
 /** For files that are not text: throws UsageError when standard output is asked for and is a terminal. */
 void RequireNoTerminal(const std::string& path);
 

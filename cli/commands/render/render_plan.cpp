@@ -5,6 +5,8 @@
 #include "cli/commands/options/typed_option.h"
 #include "cli/commands/output/output_file.h"
 #include "cli/commands/render/recorder.h"
+#include "cli/session/file_kinds.h"
+#include "host/base/utf8.h"
 #include "host/render.h"
 
 #include <algorithm>
@@ -86,6 +88,7 @@ host::PictureFormat FormatOf(const RenderPlan& plan) {
 void CheckRecord(const RenderPlan& plan) {
   std::error_code ignored;
   const fs::path folder = fs::u8path(plan.record);
+  if (!host::resource::IsUtf8(plan.record)) throw UsageError{"--record " + plan.record + ": " + kNotUtf8};
   if (!fs::is_directory(folder, ignored)) throw UsageError{"--record " + plan.record + ": no such folder"};
   const fs::path outputFolder = fs::u8path(plan.output).parent_path();
   if (!fs::equivalent(folder, outputFolder.empty() ? fs::path(".") : outputFolder, ignored)) return;
