@@ -1,12 +1,8 @@
 #include "host/base/replacing_file.h"
 
 #include <atomic>
-#include <cctype>
-#include <charconv>
 #include <cstdio>
 #include <filesystem>
-#include <mutex>
-#include <set>
 
 namespace host {
 
@@ -14,59 +10,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr char kTemporaryStart[] = ".save-";
-/** What the name of an unfinished file is followed by when its writer makes one of its own. */
-constexpr char kPartEnd[] = ".part";
-
 std::atomic<ProtectedFiles> protectedFiles{ProtectedFiles::Refuse};
-
-/** "@COMPUTER.tmp", with nothing that a file's name could not hold. */
-std::string TemporaryEnd() {
-  std::string computer = disk::ComputerName();
-  for (char& c : computer)
-    if (!std::isalnum((unsigned char)c) && c != '-' && c != '.') c = '_';
-  return "@" + computer.substr(0, 64) + ".tmp";
-}
-
-/** ".save-PROCESS-NUMBER@COMPUTER.tmp": short, so that there is room for it whatever the target is called. */
-std::string TemporaryName() {
-  static std::atomic<unsigned> serial{0};
-  return kTemporaryStart + std::to_string(disk::ProcessNumber()) + "-" + std::to_string(serial.fetch_add(1)) +
-         TemporaryEnd();
-}
-
-/** The process of this computer that made a temporary file, 0 for other names. */
-int MakerOf(std::string name) {
-  const std::string start = kTemporaryStart, end = TemporaryEnd(), part = kPartEnd;
-  if (name.size() > part.size() && name.compare(name.size() - part.size(), part.size(), part) == 0)
-    name.resize(name.size() - part.size());
-  if (name.size() <= start.size() + end.size() || name.compare(0, start.size(), start) != 0 ||
-      name.compare(name.size() - end.size(), end.size(), end) != 0)
-    return 0;
-  const char* const last = name.data() + name.size() - end.size();
-  int process = 0, number = 0;
-  std::from_chars_result parsed = std::from_chars(name.data() + start.size(), last, process);
-  if (parsed.ec != std::errc() || parsed.ptr == last || *parsed.ptr != '-') return 0;
-  parsed = std::from_chars(parsed.ptr + 1, last, number);
-  return parsed.ec == std::errc() && parsed.ptr == last ? process : 0;
-}
-
-/** Once per run and folder: listing a large folder for each of a thousand frames would take longer than
- * writing them. */
-void RemoveAbandoned(const fs::path& folder) {
-  static std::mutex mutex;
-  static std::set<fs::path> seen;
-  {
-    const std::lock_guard<std::mutex> lock(mutex);
-    if (!seen.insert(folder).second) return;
-  }
-  std::error_code failed;
-  for (fs::directory_iterator i(folder.empty() ? fs::path(".") : folder, failed), end; !failed && i != end;
-       i.increment(failed)) {
-    const int maker = MakerOf(i->path().filename().u8string());
-    if (maker > 0 && disk::ProcessIsGone(maker)) disk::RemoveUnused(i->path().u8string());
-  }
-}
 
 /** Why nothing can be made in the folder; empty when it is there. */
 std::string FolderObstacle(const fs::path& folder) {
@@ -128,49 +72,36 @@ std::string ReplacingFile::Obstacle() {
 bool ReplacingFile::Open(std::string* reason) {
   *reason = Obstacle();
   if (!reason->empty()) return false;
-  const fs::path folder = fs::u8path(target_).parent_path();
-  RemoveAbandoned(folder);
-  // Names may be taken by a killed process that had this one's number.
-  for (int tries = 0; tries < 100; ++tries) {
-    const std::string name = (folder / TemporaryName()).u8string();
-    if (file_.CreateLike(name, IsStandardOutput(path_) ? disk::kPrivate : target_)) {
-      temporary_ = name;
-      return true;
-    }
-    if (!disk::IsTaken(name)) break;
-  }
-  *reason = "no file can be made in " +
-            (folder.empty() ? std::string("this folder") : "\"" + folder.u8string() + "\"") + ": " +
-            file_.Error();
-  return false;
+  return temporary_.Make(fs::u8path(target_).parent_path().u8string(),
+                         IsStandardOutput(path_) ? disk::kPrivate : target_, reason);
 }
 
 void ReplacingFile::MakePrivate() {
   std::error_code ignored; // a disk without rights
-  fs::permissions(fs::u8path(temporary_), fs::perms::owner_read | fs::perms::owner_write, ignored);
+  fs::permissions(fs::u8path(temporary_.Name()), fs::perms::owner_read | fs::perms::owner_write, ignored);
 }
 
 const std::string& ReplacingFile::HandOver() {
-  file_.Abandon();
-  return temporary_;
+  File().Abandon();
+  return temporary_.Name();
 }
 
 bool ReplacingFile::Reopen(std::string* reason) {
-  if (file_.Open(temporary_, disk::Access::ReadWrite)) return true;
-  *reason = file_.Error();
+  if (File().Open(temporary_.Name(), disk::Access::ReadWrite)) return true;
+  *reason = File().Error();
   return false;
 }
 
 bool ReplacingFile::CopyToStandardOutput(std::string* reason) {
   // A reader that goes away ends the program: the name must be gone by then. Windows keeps it until the
   // close.
-  if (disk::RemoveFile(temporary_, nullptr)) temporary_.clear();
+  if (disk::RemoveFile(temporary_.Name(), nullptr)) temporary_.Release();
   char piece[1 << 16];
-  file_.Seek(0);
-  for (std::int64_t left = file_.Length(); left > 0;) {
-    const std::int64_t got = file_.Read(piece, sizeof piece);
+  File().Seek(0);
+  for (std::int64_t left = File().Length(); left > 0;) {
+    const std::int64_t got = File().Read(piece, sizeof piece);
     if (got <= 0) {
-      *reason = file_.Error();
+      *reason = File().Error();
       return false;
     }
     if (std::fwrite(piece, 1, (std::size_t)got, stdout) != (std::size_t)got) break;
@@ -184,18 +115,13 @@ bool ReplacingFile::CopyToStandardOutput(std::string* reason) {
 bool ReplacingFile::Commit(std::string* reason) {
   if (IsStandardOutput(path_)) return CopyToStandardOutput(reason);
   // A disk may refuse as late as when it has to keep the bytes, or at the close.
-  if (!file_.Sync() || !file_.Close()) {
-    *reason = file_.Error();
+  if (!File().Sync() || !File().Close()) {
+    *reason = File().Error();
     return false;
   }
-  if (!disk::Replace(temporary_, target_, reason)) return false;
-  temporary_.clear();
+  if (!disk::Replace(temporary_.Name(), target_, reason)) return false;
+  temporary_.Release();
   return true;
-}
-
-ReplacingFile::~ReplacingFile() {
-  file_.Abandon();
-  if (!temporary_.empty()) disk::RemoveFile(temporary_, nullptr);
 }
 
 bool RenameReplacing(const std::string& from, const std::string& to, std::string* reason) {

@@ -1,7 +1,7 @@
 // A file that appears under its name only when it is complete: the way of every output to the disk.
 #pragma once
 
-#include "host/base/buffered_file.h"
+#include "host/base/temporary_file.h"
 
 #include <string>
 
@@ -33,8 +33,7 @@ class ReplacingFile {
 public:
   explicit ReplacingFile(const std::string& path, Faults* faults = nullptr,
                          ProtectedFiles existing = GetProtectedFiles())
-      : path_(path), existing_(existing), file_(faults) {}
-  ~ReplacingFile();
+      : path_(path), existing_(existing), temporary_(faults) {}
   ReplacingFile(const ReplacingFile&) = delete;
   ReplacingFile& operator=(const ReplacingFile&) = delete;
 
@@ -42,7 +41,7 @@ public:
   std::string Obstacle();
   /** False with the reason, without the file's name. */
   bool Open(std::string* reason);
-  BufferedFile& File() { return file_; }
+  BufferedFile& File() { return temporary_.File(); }
   /** Between Open and Commit: nobody but its owner may read the file, whatever the earlier one's rights. */
   void MakePrivate();
   /** For writers that want a name: closes the file, which they may replace. Reopen comes before Commit. */
@@ -55,9 +54,9 @@ public:
 private:
   bool CopyToStandardOutput(std::string* reason);
 
-  std::string path_, target_, temporary_;
+  std::string path_, target_;
   ProtectedFiles existing_;
-  BufferedFile file_;
+  TemporaryFile temporary_;
 };
 
 /**
