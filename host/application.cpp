@@ -263,6 +263,10 @@ bool Application::SavePreferences(std::string* error) {
   return impl_->services.worldData.Save(error);
 }
 
+bool Application::KeepsPreferences() const {
+  return impl_->services.worldData.IsKept();
+}
+
 BaseObject* CreateObjectFromMenu(BaseDocument* api, LONG type) {
   Document& doc = *Impl(api);
   if (!TheServices().libraries.Offers(type)) return nullptr;

@@ -106,6 +106,8 @@ public:
   BaseList2D* PreferencesPage(LONG id);
   /** Writes the preferences now, which Close does anyway. False with one line naming file and reason. */
   bool SavePreferences(std::string* error);
+  /** False when this run neither reads nor saves them, which the console said at the start. */
+  bool KeepsPreferences() const;
 
   LiveCounts Live() const;
   /** "module misbehaves: ..." and "host misbehaves: ..." lines so far. */

@@ -20,6 +20,7 @@ set(not_driven
   "program|RenderCommand.OnePixelIsExplainedAsItIsRendered|${needs_pictures}"
   "program|RenderCommand.LightGroundAndSamplesShowInThePicture|${needs_pictures}"
   "program|Info.SaysWhyAFileCannotBeRead|makes links and names that are not UTF-8 and expects the reasons of POSIX"
+  "program|Info.OrdinaryUsersReadThatTheyMayNot|becomes another user, who has no Windows programs"
   "program|Output.EveryCommandSparesTheFilesOfOthers|makes symbolic links and devices, which are the other system's"
   "program|RenderCommand.AnOutputThatCannotBeWrittenIsReportedBeforeAnythingIsLoaded|expects the longest name of POSIX file systems"
   "core|ServiceCommands.ReprojectPrintsSixTextsOrThatNothingWasAnswered|names an authority of its own, the system's count here"

@@ -209,10 +209,11 @@ void CheckOutputs(const ConvertOptions& options) {
     throw UsageError{"--survey: expected --output, a file for the coordinates"};
   if (!options.output.empty() && options.output == options.scene)
     throw UsageError{"--scene " + options.scene + ": expected another file than --output"};
+  const FilesToRead inputs(options.input.files);
   for (const std::string& path : {options.output, options.scene})
     if (!path.empty()) {
       RequireNoTerminal(path);
-      RequireWritable(path, options.input.files);
+      RequireWritable(path, inputs);
     }
 }
 

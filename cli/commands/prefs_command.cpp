@@ -54,6 +54,7 @@ int RunPrefsSet(const PrefsOptions& options) {
   std::string error;
   if (!session.App().SetParameterFromText(page, id, options.value, &error))
     throw UsageError{"prefs set " + options.name + " " + options.value + ": " + error};
+  if (!session.App().KeepsPreferences()) return kExitIncomplete;
   if (!session.App().SavePreferences(&error)) throw std::runtime_error(error);
   return kExitWhole;
 }

@@ -25,7 +25,7 @@ int RunSave(const SaveOptions& options) {
   // A scene may be saved where it came from.
   const bool own = input.files.size() == 1 && host::IsSceneFile(input.files[0]);
   RequireNoTerminal(options.output);
-  RequireWritable(options.output, own ? std::vector<std::string>() : input.files);
+  RequireWritable(options.output, own ? FilesToRead() : FilesToRead(input.files));
   CloudSession session(input.faults);
   session.Open(input.files, input.settings, input.trust);
   PrintReports(session, input.verbose);

@@ -27,9 +27,10 @@ namespace {
 
 std::unique_ptr<SequenceWork> WorkOf(const SequencePlan& plan, const CLI::App& command) {
   if (!plan.each.empty()) {
+    if (!plan.part)
+      for (const std::string& file : NotUtf8In(plan.each)) Line(std::cerr) << file << ": " << kNotUtf8;
     auto work = std::make_unique<FileWork>(plan.each, plan.command, plan.render.output);
     if (plan.part) return work;
-    for (const std::string& file : NotUtf8In(plan.each)) Line(std::cerr) << file << ": " << kNotUtf8;
     if (!work->Others().empty()) Line(std::cerr) << StrayLine(plan.each, work->Others());
     return work;
   }
@@ -97,7 +98,10 @@ int RunSequence(const SequencePlan& plan, const CLI::App& command) {
   const std::vector<Part> parts = PartsOf(work->Count(), plan.chunk);
   const WorkFolder folder(plan.render.output);
   if (plan.part) return MakePart(*work, parts, *plan.part, folder);
-  return plan.slurm ? FollowOnCluster(plan, *work, parts, folder) : FollowLocally(plan, *work, parts, folder);
+  const int status =
+      plan.slurm ? FollowOnCluster(plan, *work, parts, folder) : FollowLocally(plan, *work, parts, folder);
+  const bool leftOut = !plan.each.empty() && !NotUtf8In(plan.each).empty();
+  return status == kExitWhole && leftOut ? (int)kExitIncomplete : status;
 }
 
 } // namespace

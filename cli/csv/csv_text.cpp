@@ -1,5 +1,8 @@
 #include "cli/csv/csv_text.h"
 
+#include "host/base/printable.h"
+#include "host/base/user_break.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -31,7 +34,7 @@ const ColumnName kShortNames[] = {{"e", kX},    {"n", kY},        {"h", kZ},
 
 /** Longest line that a table can have. */
 constexpr std::size_t kMostLineBytes = 64 * 1024;
-constexpr std::size_t kShownBytes = 40;
+constexpr std::size_t kShownCharacters = 40;
 constexpr int kMissing = -1;
 
 struct TableError {
@@ -82,6 +85,7 @@ public:
   bool Next() {
     std::string line;
     while (ReadLine(line)) {
+      if (host::Interrupted()) throw TableError{"stopped; nothing of it was loaded"};
       if (Trimmed(line).empty()) continue;
       fields_ = Fields(line, separator_);
       return true;
@@ -99,7 +103,7 @@ public:
     if (!text.empty() && text[0] == '+') text.erase(0, 1);
     const std::from_chars_result read = std::from_chars(text.data(), text.data() + text.size(), *value);
     if (read.ec != std::errc() || read.ptr != text.data() + text.size() || !std::isfinite(*value))
-      throw TableError{Place(line_, place) + "\"" + fields_[place].substr(0, kShownBytes) +
+      throw TableError{Place(line_, place) + "\"" + host::Shortened(fields_[place], kShownCharacters) +
                        "\" is not a number"};
     return text;
   }

@@ -13,7 +13,8 @@ namespace cli {
  * decimals have a point, or a comma where no comma separates. Writes "x y z" or "x y z r g b" a line:
  * coordinates digit by digit as they are, colours from 0 to 255 whatever their range was (0 to 1, 0 to 255 or
  * 16 bits), an intensity without colours as a grey that is white at the highest. Reads the table twice; `in`
- * must be at its start and be able to go back there. False with line, column and what is expected.
+ * must be at its start and be able to go back there. False with line, column and what is expected, or when
+ * the user stopped the program.
  */
 bool ConvertTable(std::istream& in, std::ostream& out, std::string* error);
 

@@ -1,20 +1,18 @@
 // A table as a text file that the module can read.
 #pragma once
 
-#include <filesystem>
+#include "host/base/temporary_file.h"
+
 #include <string>
 
 namespace cli {
 
-/** Lies in a temporary folder of its own, which goes with this object. */
+/** A temporary file that only its owner may read, whatever the rights of the table. */
 class TextOfTable {
 public:
   /** Throws std::runtime_error with what is wrong with the table, or why the text could not be written. */
   explicit TextOfTable(const std::string& tablePath);
-  ~TextOfTable();
-  TextOfTable(const TextOfTable&) = delete;
-  TextOfTable& operator=(const TextOfTable&) = delete;
-  std::string Path() const;
+  std::string Path() const { return text_.Name(); }
 
   /** By its suffix. */
   static bool IsTable(const std::string& path);
@@ -22,9 +20,7 @@ public:
   static std::string WayToLoad(const std::string& path);
 
 private:
-  void Fill(const std::string& tablePath) const;
-
-  std::filesystem::path folder_;
+  host::TemporaryFile text_;
 };
 
 } // namespace cli

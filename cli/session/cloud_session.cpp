@@ -83,6 +83,11 @@ void ReadAs(LONG reader) {
   chosenReader = reader;
 }
 
+bool IsReadInFolder(const std::string& file) {
+  return chosenReader || NamesCloud(file) || !MisnamedCloud(file).empty() ||
+         (OtherFormat(file).empty() && !host::IsSceneFile(file));
+}
+
 CloudSession::CloudSession(const std::vector<std::string>& faults)
     : application_(new host::Application(PreferencesFolder())) {
   PrintConsole(application_->GetConsole(), 0); // what is wrong with the preferences
@@ -274,7 +279,8 @@ void CloudSession::LoadCloud(const std::string& path) {
     try {
       table = std::make_unique<TextOfTable>(path);
     } catch (const std::exception& e) {
-      reports_.push_back({path, 0, e.what(), FileOutcome::Refused, {}});
+      const FileOutcome outcome = host::Interrupted() ? FileOutcome::Stopped : FileOutcome::Refused;
+      reports_.push_back({path, 0, e.what(), outcome, {}});
       return;
     }
   }

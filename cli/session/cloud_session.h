@@ -13,6 +13,9 @@ namespace cli {
 /** From here on cloud files go to this reader (KELVRA_READER_...), whatever their suffix. */
 void ReadAs(LONG reader);
 
+/** Is the file read for points when its folder is loaded? Pictures, scenes and other formats are left out. */
+bool IsReadInFolder(const std::string& file);
+
 class CloudSession {
 public:
   /** Starts the application and loads the module that lies beside this program. Throws std::runtime_error. */

@@ -236,8 +236,8 @@ std::string ReadObstacle(const std::string& path) {
     const fs::directory_iterator entries(file, failed);
     return failed ? failed.message() : std::string();
   }
-  // Opening a pipe would wait for its writer; the module refuses it.
-  if (!fs::is_regular_file(status) || std::ifstream(file, std::ios::binary)) return std::string();
+  if (!fs::is_regular_file(status)) return "not a regular file"; // opening a pipe would wait for its writer
+  if (std::ifstream(file, std::ios::binary)) return std::string();
   return std::generic_category().message(errno);
 }
 

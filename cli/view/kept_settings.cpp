@@ -23,6 +23,9 @@ fs::path PathOfSettings() {
 
 KeptSettings KeptSettings::Load() {
   KeptSettings kept;
+  std::error_code ignored;
+  // Opening a pipe would wait for its writer.
+  if (!fs::is_regular_file(PathOfSettings(), ignored)) return kept;
   std::ifstream file(PathOfSettings());
   const nlohmann::json json = nlohmann::json::parse(file, nullptr, false);
   if (!json.is_object()) return kept;

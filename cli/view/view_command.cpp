@@ -29,7 +29,7 @@ Run AddWindow(CLI::App& command) {
       ->type_name("FILE");
   return [plan, &command] {
     plan->hasSize = command.count("--size") > 0;
-    if (!plan->screenshot.empty()) RequireWritable(plan->screenshot);
+    if (!plan->screenshot.empty()) RequireWritable(plan->screenshot, plan->input.files);
     return RunView(*plan);
   };
 }

@@ -4,14 +4,10 @@
 #include "host/base/user_break.h"
 
 #include <atomic>
-#include <cctype>
 #include <cerrno>
-#include <charconv>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
-#include <mutex>
-#include <set>
 
 namespace host {
 
@@ -19,71 +15,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr char kTemporaryStart[] = ".save-";
-/** Follows the name of an unfinished file in the name that its writer got, and again in the one that a writer
- * makes of that. */
-constexpr char kPartEnd[] = ".part";
-
 std::atomic<ProtectedFiles> protectedFiles{ProtectedFiles::Refuse};
 std::atomic<bool> outputsStop{false};
-/** Cleared by the first file without a name that did not get one. */
-std::atomic<bool> namesCanFollow{true};
-
-/** "@COMPUTER.tmp", with nothing that a file's name could not hold. */
-std::string TemporaryEnd() {
-  std::string computer = disk::ComputerName();
-  for (char& c : computer)
-    if (!std::isalnum((unsigned char)c) && c != '-' && c != '.') c = '_';
-  return "@" + computer.substr(0, 64) + ".tmp";
-}
-
-/** ".save-PROCESS-NUMBER@COMPUTER.tmp": short, so that there is room for it whatever the target is called. */
-std::string TemporaryName() {
-  static std::atomic<unsigned> serial{0};
-  return kTemporaryStart + std::to_string(disk::ProcessNumber()) + "-" + std::to_string(serial.fetch_add(1)) +
-         TemporaryEnd();
-}
-
-/** The name of the file that shows whether this one is in use. */
-std::string MarkOf(std::string name) {
-  const std::string part = kPartEnd;
-  while (name.size() > part.size() && name.compare(name.size() - part.size(), part.size(), part) == 0)
-    name.resize(name.size() - part.size());
-  return name;
-}
-
-/** The process of this computer that made a temporary file, 0 for other names. */
-int MakerOf(const std::string& name) {
-  const std::string start = kTemporaryStart, end = TemporaryEnd();
-  if (name.size() <= start.size() + end.size() || name.compare(0, start.size(), start) != 0 ||
-      name.compare(name.size() - end.size(), end.size(), end) != 0)
-    return 0;
-  const char* const last = name.data() + name.size() - end.size();
-  int process = 0, number = 0;
-  std::from_chars_result parsed = std::from_chars(name.data() + start.size(), last, process);
-  if (parsed.ec != std::errc() || parsed.ptr == last || *parsed.ptr != '-') return 0;
-  parsed = std::from_chars(parsed.ptr + 1, last, number);
-  return parsed.ec == std::errc() && parsed.ptr == last ? process : 0;
-}
-
-/** Once per run and folder: listing a large folder for each of a thousand frames would take longer than
- * writing them. */
-void RemoveAbandoned(const fs::path& folder) {
-  static std::mutex mutex;
-  static std::set<fs::path> seen;
-  {
-    const std::lock_guard<std::mutex> lock(mutex);
-    if (!seen.insert(folder).second) return;
-  }
-  std::error_code failed;
-  for (fs::directory_iterator i(folder.empty() ? fs::path(".") : folder, failed), end; !failed && i != end;
-       i.increment(failed)) {
-    const std::string name = i->path().u8string(), mark = MarkOf(name);
-    const int maker = MakerOf(fs::u8path(mark).filename().u8string());
-    if (maker > 0 && disk::ProcessIsGone(maker) && disk::RemoveUnused(mark) && name != mark)
-      disk::RemoveUnused(name);
-  }
-}
 
 /** Why nothing can be made in the folder; empty when it is there. */
 std::string FolderObstacle(const fs::path& folder) {
@@ -153,79 +86,51 @@ std::string ReplacingFile::Obstacle() {
 bool ReplacingFile::Open(std::string* reason) {
   *reason = Obstacle();
   if (!reason->empty()) return false;
-  const fs::path folder = fs::u8path(target_).parent_path();
-  RemoveAbandoned(folder);
-  return (namesCanFollow && file_.CreateUnnamed(folder.u8string(), Model())) || CreateNamed(reason);
+  return temporary_.MakeUnnamed(Folder(), Model(), reason);
+}
+
+std::string ReplacingFile::Folder() const {
+  return fs::u8path(target_).parent_path().u8string();
 }
 
 const std::string& ReplacingFile::Model() const {
   return IsStandardOutput(path_) ? disk::kPrivate : target_;
 }
 
-bool ReplacingFile::TakeName(const std::function<bool(const std::string& name)>& take) {
-  const fs::path folder = fs::u8path(target_).parent_path();
-  // Names may be taken by a killed process that had this one's number.
-  for (int tries = 0; tries < 100; ++tries) {
-    const std::string name = (folder / TemporaryName()).u8string();
-    if (take(name)) {
-      temporary_ = name;
-      NoteUnfinished(name);
-      return true;
-    }
-    if (!disk::IsTaken(name)) break;
-  }
-  return false;
-}
-
-bool ReplacingFile::CreateNamed(std::string* reason) {
-  if (TakeName([this](const std::string& name) { return file_.CreateLike(name, Model()); })) return true;
-  const std::string folder = fs::u8path(target_).parent_path().u8string();
-  *reason = "no file can be made in " + (folder.empty() ? std::string("this folder") : "\"" + folder + "\"") +
-            ": " + file_.Error();
-  return false;
-}
-
-bool ReplacingFile::GiveName() {
-  return !temporary_.empty() || TakeName([this](const std::string& name) { return file_.GiveName(name); });
-}
-
 void ReplacingFile::MakePrivate() {
-  file_.TakeRights(disk::kPrivate);
+  File().TakeRights(disk::kPrivate);
 }
 
 bool ReplacingFile::HandOver(std::string* name, std::string* reason) {
-  if (!GiveName()) {
-    namesCanFollow = false;
-    file_.Abandon();
-    if (!CreateNamed(reason)) return false;
+  if (!temporary_.GiveName()) {
+    File().Abandon();
+    if (!temporary_.Make(Folder(), Model(), reason)) return false;
   }
-  file_.Abandon(&mark_);
-  *name = handedOver_ = temporary_ + kPartEnd;
+  File().Abandon(&mark_);
+  *name = handedOver_ = temporary_.Name() + kUnfinishedEnd;
   NoteUnfinished(handedOver_);
-  NoteUnfinished(handedOver_ + kPartEnd);
+  NoteUnfinished(handedOver_ + kUnfinishedEnd);
   return true;
 }
 
 bool ReplacingFile::Reopen(std::string* reason) {
   // The rights come after the opening, as the old file may be write-protected.
-  if (file_.Open(handedOver_, disk::Access::ReadWrite)) {
-    file_.TakeRights(Model());
+  if (File().Open(handedOver_, disk::Access::ReadWrite)) {
+    File().TakeRights(Model());
     return true;
   }
-  *reason = file_.Error();
+  *reason = File().Error();
   return false;
 }
 
 void ReplacingFile::RemoveNames() {
   if (!handedOver_.empty() && (disk::RemoveFile(handedOver_, nullptr) || !disk::IsTaken(handedOver_))) {
     ForgetUnfinished(handedOver_);
-    ForgetUnfinished(handedOver_ + kPartEnd);
+    ForgetUnfinished(handedOver_ + kUnfinishedEnd);
     handedOver_.clear();
   }
   mark_.Close(nullptr);
-  if (temporary_.empty() || !disk::RemoveFile(temporary_, nullptr)) return;
-  ForgetUnfinished(temporary_);
-  temporary_.clear();
+  temporary_.RemoveName();
 }
 
 bool ReplacingFile::CopyToStandardOutput(std::string* reason) {
@@ -233,11 +138,11 @@ bool ReplacingFile::CopyToStandardOutput(std::string* reason) {
   // close.
   RemoveNames();
   char piece[1 << 16];
-  file_.Seek(0);
-  for (std::int64_t left = file_.Length(); left > 0;) {
-    const std::int64_t got = file_.Read(piece, sizeof piece);
+  File().Seek(0);
+  for (std::int64_t left = File().Length(); left > 0;) {
+    const std::int64_t got = File().Read(piece, sizeof piece);
     if (got <= 0) {
-      *reason = file_.Error();
+      *reason = File().Error();
       return false;
     }
     if (std::fwrite(piece, 1, (std::size_t)got, stdout) != (std::size_t)got) break;
@@ -251,21 +156,18 @@ bool ReplacingFile::CopyToStandardOutput(std::string* reason) {
 bool ReplacingFile::Commit(std::string* reason) {
   if (IsStandardOutput(path_)) return CopyToStandardOutput(reason);
   // A disk may refuse as late as when it has to keep the bytes, or at the close.
-  if (!file_.Sync() || !GiveName() || !file_.Close()) {
-    *reason = file_.Error();
+  if (!File().Sync() || !temporary_.GiveName() || !File().Close()) {
+    *reason = File().Error();
     return false;
   }
-  if (!disk::Replace(handedOver_.empty() ? temporary_ : handedOver_, target_, reason)) return false;
-  if (handedOver_.empty()) {
-    ForgetUnfinished(temporary_);
-    temporary_.clear();
-  }
+  if (!disk::Replace(handedOver_.empty() ? temporary_.Name() : handedOver_, target_, reason)) return false;
+  if (handedOver_.empty()) temporary_.Release();
   RemoveNames();
   return true;
 }
 
 ReplacingFile::~ReplacingFile() {
-  file_.Abandon();
+  File().Abandon();
   RemoveNames();
 }
 

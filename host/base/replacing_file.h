@@ -1,9 +1,8 @@
 // A file that appears under its name only when it is complete: the way of every output to the disk.
 #pragma once
 
-#include "host/base/buffered_file.h"
+#include "host/base/temporary_file.h"
 
-#include <functional>
 #include <string>
 
 namespace host {
@@ -44,8 +43,8 @@ class ReplacingFile {
 public:
   explicit ReplacingFile(const std::string& path, Faults* faults = nullptr,
                          ProtectedFiles existing = GetProtectedFiles())
-      : path_(path), existing_(existing), file_(faults) {
-    file_.SetStopped(OutputsStopped());
+      : path_(path), existing_(existing), temporary_(faults) {
+    File().SetStopped(OutputsStopped());
   }
   ~ReplacingFile();
   ReplacingFile(const ReplacingFile&) = delete;
@@ -55,9 +54,9 @@ public:
   std::string Obstacle();
   /** False with the reason, without the file's name. */
   bool Open(std::string* reason);
-  BufferedFile& File() { return file_; }
+  BufferedFile& File() { return temporary_.File(); }
   /** Ctrl-C does not end this one. */
-  void NeverStop() { file_.SetStopped(nullptr); }
+  void NeverStop() { File().SetStopped(nullptr); }
   /** Between Open and Commit: nobody but its owner may read the file, whatever the earlier one's rights. */
   void MakePrivate();
   /** For writers that want a name, which they make a file of. False with the reason. */
@@ -70,19 +69,14 @@ public:
 private:
   /** Whose rights the new file has. */
   const std::string& Model() const;
-  /** Tries names that nothing should have. */
-  bool TakeName(const std::function<bool(const std::string& name)>& take);
-  bool CreateNamed(std::string* reason);
-  /** For the file that has none. */
-  bool GiveName();
+  std::string Folder() const;
   void RemoveNames();
   bool CopyToStandardOutput(std::string* reason);
 
   std::string path_, target_;
-  std::string temporary_;  ///< name of the file, empty while it has none
-  std::string handedOver_; ///< name beside it that a writer got
+  std::string handedOver_; ///< name beside the temporary file's that a writer got
   ProtectedFiles existing_;
-  BufferedFile file_;
+  TemporaryFile temporary_;
   disk::File mark_; ///< once a name was handed over: the temporary file, which shows others that it is in use
 };
 

@@ -1,6 +1,7 @@
 #include "host/plugins/world_data.h"
 
 #include "host/base/data_types.h"
+#include "host/base/printable.h"
 #include "host/base/replacing_file.h"
 #include "host/base/text.h"
 
@@ -96,7 +97,7 @@ LONG ToId(const std::string& text) {
   LONG id = 0;
   const std::from_chars_result end = std::from_chars(text.data(), text.data() + text.size(), id);
   if (end.ec != std::errc() || end.ptr != text.data() + text.size())
-    throw std::runtime_error("found the key \"" + text.substr(0, 40) + "\", expected a 32-bit number");
+    throw std::runtime_error("found the key \"" + Shortened(text, 40) + "\", expected a 32-bit number");
   return id;
 }
 

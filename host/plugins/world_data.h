@@ -21,6 +21,9 @@ public:
    */
   bool Save(std::string* error);
 
+  /** False where Open could neither read the file nor set it aside, and without a folder. */
+  bool IsKept() const { return !path_.empty(); }
+
   /** Forgets everything; the file stays. */
   void Clear() { containers_.clear(); }
 

@@ -1,6 +1,10 @@
 // Loading, saving, reopening and exporting through the program.
 #include "support/program_run.h"
 
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 namespace cli_test {
 namespace {
 
@@ -83,12 +87,17 @@ TEST(Info, SaysWhyAFileCannotBeRead) {
   std::filesystem::create_symlink(circle, circle);
   std::filesystem::create_directory(folder / "names");
   folder.Write("names/\xe5.xyz", kPoints);
+  std::filesystem::create_directory(folder / "pipes");
+  for (const char* pipe : {"p.csv", "pipes/p.xyz"}) ASSERT_EQ(::mkfifo((folder / pipe).c_str(), 0600), 0);
   const std::pair<std::string, std::string> cases[] = {
       {folder / "names", "names/\\xe5.xyz: the name is not UTF-8; rename it"},
       {folder / "missing.xyz", "no such file or folder"},
       {good + "/inner.xyz", "Not a directory"},
       {folder / std::string(300, 'x'), "File name too long"},
       {circle, "Too many levels of symbolic links"},
+      {folder / "p.csv", "p.csv: not a regular file"},
+      {folder / "pipes", "p.xyz: not a regular file"},
+      {"/dev/null", "/dev/null: not a regular file"},
       {folder.Write("\xe4.xyz", kPoints), "\\xe4.xyz: the name is not UTF-8; rename it"},
       {folder.Write("begins.scene", "HSCN and no more"), "begins.scene"},
   };
@@ -99,6 +108,36 @@ TEST(Info, SaysWhyAFileCannotBeRead) {
     EXPECT_NE(result.out.find("total: 6 points"), std::string::npos) << result.out;
   }
   EXPECT_EQ(Kelvra({"info", circle}).out.find("box"), std::string::npos) << "nothing has no box";
+}
+
+TEST(Info, OrdinaryUsersReadThatTheyMayNot) {
+  const TempFolder folder;
+  const std::string closed = folder / "closed", secret = folder.Write("secret.xyz", kPoints);
+  std::filesystem::create_directory(closed);
+  std::filesystem::permissions(folder / "", (std::filesystem::perms)0777);
+  for (const std::string& path : {closed, secret}) std::filesystem::permissions(path, {});
+  constexpr int kNoOrdinaryUser = 77, kNobody = 65534;
+  const pid_t child = ::fork();
+  if (child == 0) {
+    const bool superuser = ::geteuid() == 0;
+    if (superuser && (::setgid(kNobody) != 0 || ::setuid(kNobody) != 0)) ::_exit(kNoOrdinaryUser);
+    if (Kelvra({"--version"}).status != 0) ::_exit(kNoOrdinaryUser);
+    const std::vector<std::string> cases[] = {
+        {"info", secret},
+        {"info", closed},
+        {"sequence", "--each", closed, "--do", "info", "-o", folder / "all.json"}};
+    int wrong = 0;
+    for (const std::vector<std::string>& c : cases) {
+      const Result result = Kelvra(c);
+      wrong += result.status != 1 || !Holds(result.err, c[1 + (c.size() > 2)] + ": Permission denied");
+    }
+    ::_exit(wrong);
+  }
+  int status = 0;
+  ASSERT_EQ(::waitpid(child, &status, 0), child);
+  std::filesystem::permissions(closed, std::filesystem::perms::owner_all);
+  if (WEXITSTATUS(status) == kNoOrdinaryUser) GTEST_SKIP() << "no ordinary user can run the program here";
+  EXPECT_EQ(WEXITSTATUS(status), 0);
 }
 
 TEST(Info, LoadsTablesOfAFolderAndNamesWhatIsNoCloudInOneLine) {
@@ -200,6 +239,19 @@ TEST(Output, EveryCommandSparesTheFilesOfOthers) {
     EXPECT_EQ(TempFolder::Read(folder / "err"),
               "kelvra: standard output: it is closed; nothing was written\n");
   }
+  std::filesystem::create_directory(folder / "scans");
+  const std::string scan = folder.Write("scans/c.xyz", kPoints), link = folder / "scans/l.txt";
+  std::filesystem::create_symlink(cloud, link);
+  for (const std::string& output : {scan, link}) {
+    const Result result = Kelvra({"export", folder / "scans", "-o", output});
+    EXPECT_TRUE(result.status == 1 && Holds(result.err, "it is one of the files to read")) << result.err;
+  }
+  EXPECT_EQ(TempFolder::Read(scan) + TempFolder::Read(cloud), std::string(kPoints) + kPoints);
+  std::filesystem::create_directories(folder / "kelvra/preferences.json");
+  EXPECT_EQ(RunProgram("kelvra", {"prefs", "set", "ca_file", "x"}, folder / "").status, 1)
+      << "nothing is kept";
+  for (int run = 0; run < 2; ++run) // what is not read with the folder may be made again
+    EXPECT_TRUE(Holds(Kelvra({"save", folder / "scans", "-o", folder / "scans/all.scene"}).out, "written"));
 }
 
 TEST(Scene, DamagedScenesAreRefusedWithOneLine) {

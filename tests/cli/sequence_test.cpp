@@ -150,6 +150,7 @@ TEST_F(Sequence, WrongUseIsOneLineBeforeAnythingIsDone) {
                                             {Cloud(), "--turntable", "3", "-o", frames, "--do", "info"},
                                             {Cloud(), "--turntable", "3", "-o", frames, "--part", "1"},
                                             {"--each", out, "-o", json},
+                                            {"--each", "--do", "info", "-o", json},
                                             {"--each", out, "--do", "sequence", "-o", json},
                                             {"--each", out, "--do", "info", "-o", out + "/all.png"},
                                             {"--each", out, "--do", "info 'x", "-o", json},

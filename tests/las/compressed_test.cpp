@@ -87,6 +87,13 @@ TEST_F(Compressed, DamagedTableIsNotNeededWhereChunksHaveOneSize) {
   }
 }
 
+TEST_F(Compressed, NothingIsReadBehindTheLastChunkHoweverManyPointsAreAnnounced) {
+  Bytes file = Compress(MakeLas(1, Spiral(4 * kChunk)), kChunk);
+  Put(file, 107, 5000u);
+  EXPECT_EQ(Validate(file).readable, 4u * kChunk);
+  EXPECT_EQ(Heights(file), HeightsOf(points_, 4 * kChunk));
+}
+
 TEST_F(Compressed, TableMayBeFoundFromTheEndOfTheFile) {
   Bytes file = Compress(MakeLas(1, points_), kChunk);
   const std::uint64_t table = TableAt(file);

@@ -71,8 +71,8 @@ TEST_F(LasTest, RecordsThatAreMissingAndALongerHeaderKeepNoPointFromBeingRead) {
     const auto announced = Take<std::uint32_t>(file, 100) + 2;
     Put(file, 100, announced);
     ASSERT_EQ(Validate(file).notes.size(), 1u);
-    EXPECT_NE(Validate(file).notes[0].text.find(std::to_string(announced - 2) + " are there"),
-              std::string::npos);
+    const std::string there = announced == 3 ? "; 1 is there" : "; 2 are there";
+    EXPECT_NE(Validate(file).notes[0].text.find(there), std::string::npos);
     EXPECT_EQ(Heights(file), HeightsOf(points, 5));
   }
   Bytes longer = plain;

@@ -112,7 +112,8 @@ TEST_F(LoadReportTest, ValuesThatCannotBeTrueAreLoadedAndReported) {
   EXPECT_TRUE(kelvra::CheckStored(store).empty());
   kelvra::PointBlock& block = store.groups[0].blocks[0];
   block.positions[4] = std::numeric_limits<SReal>::quiet_NaN();
-  EXPECT_EQ(kelvra::CheckStored(store).at(0).notes.size(), 1u) << "the box still holds what is finite";
+  EXPECT_EQ(kelvra::CheckStored(store).at(0).notes.size(), 2u) << "the box is larger than what is finite";
+  EXPECT_EQ(kelvra::CheckStored(store).at(0).notes.size(), 1u);
   block.box.max.y = 1e300;
   EXPECT_EQ(kelvra::CheckStored(store).at(0).notes.size(), 2u) << "no point can lie there";
   block.positions[0] = -3.0f;
@@ -123,6 +124,11 @@ TEST_F(LoadReportTest, ValuesThatCannotBeTrueAreLoadedAndReported) {
       "2 points of a scene; 1 point without finite coordinates: never shown; the stored box does not hold "
       "the points and was made again");
   EXPECT_EQ(block.box.max, Vector(-3, 0, 0));
+  block.header.key = 1;
+  block.header.slots[kelvra::kSlotMinX] = std::numeric_limits<LReal>::quiet_NaN();
+  EXPECT_EQ(kelvra::CheckStored(store).at(0).notes.size(), 2u) << "nothing could be placed by such bounds";
+  EXPECT_EQ(block.header.slots[kelvra::kSlotMinX], -3.0);
+  block.header.key = 0;
   std::string error;
   ASSERT_TRUE(application_->SaveScene(doc_, Path("far.scene"), &error)) << error;
   BaseDocument* opened = application_->LoadScene(Path("far.scene"), &error);

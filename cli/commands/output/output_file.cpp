@@ -40,7 +40,7 @@ void RequireNoTerminal(const std::string& path) {
         "standard output is a terminal, which cannot show this file; send it to a file or a pipe"};
 }
 
-void RequireReplaceable(const std::string& path, const std::vector<std::string>& inputs) {
+void RequireReplaceable(const std::string& path, const FilesToRead& inputs) {
   const std::string obstacle = host::ReplacingFile(path).Obstacle();
   if (path == "/dev/stdout") Refuse(path, obstacle + " (-o - writes to standard output)");
   const bool forced = host::ReplacingFile(path, nullptr, host::ProtectedFiles::Replace).Obstacle().empty();
@@ -49,13 +49,10 @@ void RequireReplaceable(const std::string& path, const std::vector<std::string>&
     if (!IsSilent()) std::cout.rdbuf(std::cerr.rdbuf());
     return;
   }
-  std::error_code ignored;
-  const fs::path file = fs::u8path(path);
-  for (const std::string& input : inputs)
-    if (fs::equivalent(file, fs::u8path(input), ignored)) Refuse(path, "it is one of the files to read");
+  if (inputs.Holds(path)) Refuse(path, "it is one of the files to read");
 }
 
-void RequireWritable(const std::string& path, const std::vector<std::string>& inputs) {
+void RequireWritable(const std::string& path, const FilesToRead& inputs) {
   if (host::IsStandardOutput(path) && IsOutputClosed()) Refuse(path, "it is closed");
   RequireReplaceable(path, inputs);
   host::ReplacingFile file(path);

@@ -1,20 +1,21 @@
 // Files that commands write.
 #pragma once
 
+#include "cli/session/files_to_read.h"
+
 #include <string>
-#include <vector>
 
 namespace cli {
 
 /**
  * To be called before anything is loaded: an output is a new file or replaces an older one, but never an
- * input. "-" is standard output: what the command prints goes to standard error then. Throws
- * std::runtime_error.
+ * input, whether named or of a folder. "-" is standard output: what the command prints goes to standard error
+ * then. Throws std::runtime_error.
  */
-void RequireReplaceable(const std::string& path, const std::vector<std::string>& inputs = {});
+void RequireReplaceable(const std::string& path, const FilesToRead& inputs = {});
 
 /** The same, and makes a file beside it for a moment, so that rights and the disk have their say too. */
-void RequireWritable(const std::string& path, const std::vector<std::string>& inputs = {});
+void RequireWritable(const std::string& path, const FilesToRead& inputs = {});
 
 /** To be called before an output is begun. Throws std::runtime_error when the user has stopped the command.
  */

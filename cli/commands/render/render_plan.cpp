@@ -105,10 +105,12 @@ void CheckRecord(const RenderPlan& plan) {
 
 void CheckOutputs(const RenderPlan& plan) {
   const FrameRange frames = plan.Frames();
+  const FilesToRead inputs(plan.input.files);
   RequireNoTerminal(plan.output);
   for (int frame = frames.first; frame <= frames.last; ++frame) {
-    RequireReplaceable(FrameName(plan.output, frame), plan.input.files);
-    if (!plan.record.empty()) RequireReplaceable((fs::u8path(plan.record) / RecordName(frame)).u8string());
+    RequireReplaceable(FrameName(plan.output, frame), inputs);
+    if (!plan.record.empty())
+      RequireReplaceable((fs::u8path(plan.record) / RecordName(frame)).u8string(), inputs);
   }
   RequireWritable(FrameName(plan.output, frames.first));
   if (!plan.record.empty()) RequireWritable((fs::u8path(plan.record) / RecordName(frames.first)).u8string());

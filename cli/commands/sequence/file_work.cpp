@@ -71,9 +71,11 @@ FileWork::FileWork(const std::string& folder, const std::string& command, const 
       std::none_of(commands.begin(), commands.end(), [&](const Command& c) { return c.name == name; }))
     throw UsageError{"--do " + command +
                      ": expected a command of kelvra other than sequence, as in \"info --json\""};
-  std::error_code ignored;
-  if (!fs::is_directory(fs::u8path(folder), ignored))
+  std::error_code failed;
+  if (!fs::is_directory(fs::u8path(folder), failed) && failed != std::errc::permission_denied)
     throw UsageError{"--each " + folder + ": no such folder"};
+  const std::string obstacle = ReadObstacle(folder);
+  if (!obstacle.empty()) throw std::runtime_error(folder + ": " + obstacle);
   files_ = CloudFiles(folder, &others_);
   LeaveOutResults();
   if (files_.empty())

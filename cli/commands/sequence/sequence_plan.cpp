@@ -3,6 +3,7 @@
 #include "cli/commands/options/output_option.h"
 #include "cli/commands/options/typed_option.h"
 #include "cli/commands/output/output_file.h"
+#include "cli/session/file_kinds.h"
 #include "host/base/replacing_file.h"
 
 namespace cli {
@@ -21,6 +22,8 @@ void CheckCluster(const SequencePlan& plan) {
 }
 
 void CheckFiles(const SequencePlan& plan) {
+  if (plan.each.compare(0, 2, "--") == 0 && !IsFolder(plan.each))
+    throw UsageError{"--each " + plan.each + ": expected a folder"};
   if (plan.command.empty()) throw UsageError{"--each needs --do, the command to run on each file"};
   if (!plan.render.input.files.empty())
     throw UsageError{plan.render.input.files[0] + ": --each takes no other files"};
@@ -30,7 +33,7 @@ void CheckFiles(const SequencePlan& plan) {
     throw UsageError{"--output " + plan.render.output +
                      ": expected a name that ends in .json, as --each puts results "
                      "together as JSON"};
-  RequireWritable(plan.render.output);
+  RequireWritable(plan.render.output, FilesToRead({plan.each}));
 }
 
 void CheckFrames(SequencePlan& plan) {

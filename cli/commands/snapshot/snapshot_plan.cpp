@@ -63,9 +63,10 @@ void CheckPlan(const SnapshotPlan& plan) {
   RequireNoTerminal(plan.output);
   if (plan.turntable > 0 && !HasFrameNumber(plan.output))
     throw UsageError{plan.output + ": the output needs a #### for the number of the picture"};
+  const FilesToRead inputs(plan.input.files);
   for (int number = 0; number < plan.Pictures(); ++number)
-    RequireReplaceable(plan.PictureName(number), plan.input.files);
-  RequireWritable(plan.PictureName(0), plan.input.files);
+    RequireReplaceable(plan.PictureName(number), inputs);
+  RequireWritable(plan.PictureName(0), inputs);
 }
 
 } // namespace cli

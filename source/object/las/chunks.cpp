@@ -14,7 +14,16 @@ constexpr std::uint64_t kTableHeaderBytes = 8; // version, number of chunks
 struct ChunkTable {
   std::vector<LasChunk> chunks;
   std::uint64_t position = 0; // of the table, and the end of the last chunk
+  // Points that its chunks hold at most, where they fill the bytes before it and not the header's number; 0
+  // where that is not known.
+  std::uint64_t most = 0;
 };
+
+std::uint64_t BytesOf(const std::vector<LasChunk>& chunks) {
+  std::uint64_t bytes = 0;
+  for (const LasChunk& chunk : chunks) bytes += chunk.bytes;
+  return bytes;
+}
 
 // Reads the position of the table; the writer of a stream that cannot seek puts it into the last eight bytes.
 std::string FindTable(ByteSource& file, const LasHeader& header, std::uint64_t& position) {
@@ -47,10 +56,14 @@ std::string ReadTable(ByteSource& file, const LasHeader& header, const LasCompre
     return Text("the chunk table has %s chunks, %s points in %s bytes make %s at most",
                 Grouped(count).c_str(), Grouped(announced).c_str(), Grouped(bytes).c_str(),
                 Grouped(mostChunks).c_str());
-  if (!compression.VariableChunks() && count != (announced - 1) / size + 1)
+  if (!compression.VariableChunks() && count != (announced - 1) / size + 1) {
+    if (DecodeLasChunkTable(file, table.position + kTableHeaderBytes, count, false, table.chunks) &&
+        BytesOf(table.chunks) == bytes)
+      table.most = count * size;
     return Text("the chunk table has %s chunks, %s points in chunks of %s make %s", Grouped(count).c_str(),
                 Grouped(announced).c_str(), Grouped(size).c_str(),
                 Grouped((announced - 1) / size + 1).c_str());
+  }
 
   if (!DecodeLasChunkTable(file, table.position + kTableHeaderBytes, count, compression.VariableChunks(),
                            table.chunks))
@@ -147,6 +160,8 @@ LasChunkPlan PlanLasChunks(ByteSource& file, const LasHeader& header, const LasC
     plan.readable = 0;
     return plan;
   }
+  // Behind the last chunk nothing but the table would be decoded, into points that are none.
+  if (table.most > 0) plan.readable = std::min(plan.readable, table.most);
   // 4. Layered chunks tell their lengths: follow them to the first one that does not fit.
   if (compression.Layered())
     FollowLayeredChunks(file, header, compression, plan.withoutTable ? NULL : &table, plan);

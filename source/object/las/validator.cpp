@@ -102,15 +102,16 @@ void IgnoreSurplus(ByteSource& file, LasFindings& findings) {
                         [](const LasRecord& record) { return record.userId == "laszip encoded"; })
           : PointsFillTheFile(file, header);
   const std::uint64_t room = header.pointOffset - header.headerSize;
-  const std::string what =
-      Text("%s variable-length records (byte 100) do not fit into the %s bytes before the point data",
-           Grouped(header.recordCount).c_str(), Grouped(room).c_str());
+  const std::string what = Text("%s (byte 100) %s not fit into the %s before the point data",
+                                Counted(header.recordCount, "variable-length record").c_str(),
+                                header.recordCount == 1 ? "does" : "do", Counted(room, "byte").c_str());
   if (!sound) {
     findings.complaints.push_back(what);
     return;
   }
   const std::size_t found = findings.records.size();
-  findings.notes.push_back({NoteSeverity::kInfo, what + Text("; %zu are there, the rest is ignored", found)});
+  findings.notes.push_back({NoteSeverity::kInfo, what + Text("; %zu %s there, the rest is ignored", found,
+                                                             found == 1 ? "is" : "are")});
   std::vector<std::uint8_t> count(4);
   for (int i = 0; i < 4; ++i) count[(std::size_t)i] = (std::uint8_t)(found >> (8 * i));
   findings.patches.push_back({kRecordCountField, count});

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <limits>
 #include <new>
 
 namespace kelvra {
@@ -76,9 +77,11 @@ void NoteDegrees(const LoaderSettings& settings, LoadReport& report) {
 constexpr double kFarthestSensible = 1e15;
 
 /** Says when coordinates are too large to be any. */
-void NoteAbsurdExtent(const PointBlock& block, LoadReport& report) {
+void NoteAbsurdExtent(const PointBlock& block, const LVector& origin, LoadReport& report) {
+  const double zero[3] = {origin.x, origin.z, origin.y};
   for (LONG axis = 0; axis < 3; ++axis) {
-    const double farthest = std::max(std::abs(block.box.min[axis]), std::abs(block.box.max[axis]));
+    const double farthest =
+        std::max(std::abs(block.box.min[axis] + zero[axis]), std::abs(block.box.max[axis] + zero[axis]));
     if (!(farthest > kFarthestSensible)) continue;
     char text[120];
     std::snprintf(text, sizeof text,
@@ -120,7 +123,7 @@ private:
     loaded.report.step = StoredStep(block);
     NoteCoarseStep(loaded, target_.options.localOrigin, loaded.report);
     NoteDegrees(block.settings, loaded.report);
-    NoteAbsurdExtent(block, loaded.report);
+    NoteAbsurdExtent(block, loaded.origin, loaded.report);
     block.Finish(kFinishRecomputeBox);
     if (block.header.key > 1) block.Finish(kFinishRecomputeBox);
     if (!Merge(block)) return RefuseForMemory(loaded);
@@ -215,15 +218,35 @@ std::vector<LoadReport> LoadFiles(const std::vector<NamedFile>& files, const Loa
 
 namespace {
 
+/** Can the cloud be placed by its bounds? Without a key it is not. */
+Bool HasUsableBounds(const PointHeader& header) {
+  return header.key == 0 ||
+         std::all_of(header.slots + kSlotMaxY, header.slots + kSlotMaxHeight + 1,
+                     [](LReal bound) { return std::abs(bound) <= std::numeric_limits<SReal>::max(); });
+}
+
+/** Makes the box again; says so when it has become another one. */
+void RemakeBox(PointBlock& block, const char* finding, LoadReport& report) {
+  const Vector low = block.box.Min(), high = block.box.Max();
+  block.Finish(kFinishRecomputeBox);
+  if (low != block.box.Min() || high != block.box.Max()) report.Note(NoteSeverity::kError, finding);
+}
+
 /** Checks one block of a scene. TRUE when something was wrong, which the report says then. */
 Bool CheckBlock(PointBlock& block, LoadReport& report) {
   const LONG notFinite = block.CountNotFinite();
   if (notFinite > 0)
     report.Note(NoteSeverity::kError,
                 Counted((std::uint64_t)notFinite, "point") + " without finite coordinates: never shown");
-  if (!block.BoxHoldsPoints()) {
-    block.Finish(kFinishRecomputeBox);
-    report.Note(NoteSeverity::kError, "the stored box does not hold the points and was made again");
+  if (!block.BoxHoldsPoints())
+    RemakeBox(block, "the stored box does not hold the points and was made again", report);
+  else if (notFinite > 0)
+    RemakeBox(block, "the stored box is larger than the points and was made again", report);
+  if (!HasUsableBounds(block.header)) {
+    const Vector low = block.box.Min(), high = block.box.Max();
+    block.header.SetBounds(LVector(low.x, low.z, low.y), LVector(high.x, high.z, high.y));
+    report.Note(NoteSeverity::kError,
+                "the stored bounds are not numbers and were made again from the points");
   }
   if (report.notes.empty()) return FALSE;
   report.path = Utf8(block.settings.name);
