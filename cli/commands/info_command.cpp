@@ -54,7 +54,9 @@ Totals Total(const CloudSession& session) {
     if (first) total.origin = stats.origin;
     first = false;
   }
-  if (!session.IsApart()) total.sceneBox = session.Extent();
+  // Points of which none is shown have no place in the scene.
+  const bool shown = total.blocks == 0 || !total.box.IsEmpty();
+  if (!session.IsApart() && shown) total.sceneBox = session.Extent();
   return total;
 }
 

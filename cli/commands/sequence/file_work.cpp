@@ -33,6 +33,9 @@ void Replace(std::string& text, const std::string& from, const std::string& to) 
 }
 
 std::string ReadText(const std::string& path) {
+  std::error_code ignored;
+  // Opening a pipe would wait for its writer.
+  if (!fs::is_regular_file(fs::u8path(path), ignored)) return std::string();
   std::ifstream file(fs::u8path(path), std::ios::binary);
   return std::string(std::istreambuf_iterator<char>(file), {});
 }
