@@ -146,7 +146,7 @@ std::string MisnamedCloud(const std::string& path) {
 }
 
 std::string OtherFormat(const std::string& path) {
-  const std::string misnamed = MisnamedCloud(path);
+  std::string misnamed = MisnamedCloud(path);
   if (!misnamed.empty()) return misnamed;
   const std::string suffix = SuffixOf(path), held = WhatBeginsSo(StartOf(path, kBeginningBytes));
   const OtherKind* named = KindOf(suffix);
