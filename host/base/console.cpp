@@ -21,6 +21,15 @@ constexpr int kBarWidth = 30;
 constexpr int kLineStep = 10;
 const std::chrono::seconds kShortWork(10);
 
+/** Long runs report their progress a million times. */
+constexpr std::size_t kKeptSteps = 1000;
+
+template <class Step>
+void Keep(std::deque<Step>& steps, const Step& step) {
+  steps.push_back(step);
+  if (steps.size() > kKeptSteps) steps.pop_front();
+}
+
 } // namespace
 
 void Console::Print(const std::string& line) {
@@ -49,7 +58,7 @@ void Console::Clear() {
 
 void Console::SetStatusText(const std::string& text) {
   std::unique_lock<std::mutex> lock(mutex_);
-  statusTexts_.push_back(text);
+  Keep(statusTexts_, text);
   statusText_ = text;
   ReportProgress(std::move(lock));
 }
@@ -57,7 +66,7 @@ void Console::SetStatusText(const std::string& text) {
 void Console::SetStatusBar(int percent) {
   std::unique_lock<std::mutex> lock(mutex_);
   percent_ = std::clamp(percent, 0, 100);
-  statusBars_.push_back(percent);
+  Keep(statusBars_, percent);
   ReportProgress(std::move(lock));
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <deque>
 #include <functional>
 #include <mutex>
 #include <string>
@@ -34,9 +35,9 @@ public:
    * ten percent of work that takes longer than ten seconds.
    */
   void ShowProgress(bool on) { showProgress_ = on; }
-  /** Every status text and percentage so far. */
-  const std::vector<std::string>& StatusTexts() const { return statusTexts_; }
-  const std::vector<int>& StatusBars() const { return statusBars_; }
+  /** The last thousand status texts and percentages. */
+  const std::deque<std::string>& StatusTexts() const { return statusTexts_; }
+  const std::deque<int>& StatusBars() const { return statusBars_; }
 
 private:
   void ReportProgress(std::unique_lock<std::mutex> lock);
@@ -48,9 +49,9 @@ private:
   mutable std::mutex mutex_;
   std::vector<std::string> lines_;
   std::function<void(const std::string&, int)> progressSink_;
-  std::vector<std::string> statusTexts_;
+  std::deque<std::string> statusTexts_;
   std::string statusText_; ///< the one that is shown
-  std::vector<int> statusBars_;
+  std::deque<int> statusBars_;
   bool showProgress_ = false, drawn_ = false;
   int percent_ = 0, printedPercent_ = 0;
   std::chrono::steady_clock::time_point workStart_;

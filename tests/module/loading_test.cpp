@@ -150,9 +150,9 @@ TEST_F(LasLoadingTest, ProgressIsShownWhenThePercentageChanges) {
     if (text.rfind("Loading", 0) == 0) loading.push_back(text);
   EXPECT_EQ(loading, (std::vector<std::string>{"Loading : 1024 of 5000", "Loading : 2048 of 5000",
                                                "Loading : 3072 of 5000", "Loading : 4096 of 5000"}));
-  std::vector<int> bars = application_.GetConsole().StatusBars();
+  std::deque<int> bars = application_.GetConsole().StatusBars();
   bars.erase(std::remove(bars.begin(), bars.end(), 0), bars.end());
-  EXPECT_EQ(bars, (std::vector<int>{20, 40, 61, 81}));
+  EXPECT_EQ(bars, (std::deque<int>{20, 40, 61, 81}));
 }
 
 class RefusedMemory : public LasLoadingTest {

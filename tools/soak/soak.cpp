@@ -38,7 +38,7 @@ struct Holding {
 constexpr int kWarmUp = 100;
 /** Growth that is not a leak: pages that the allocator has not given back, and a cycle's lines on the
  * console. */
-constexpr long long kMemorySlack = 16 << 20, kHeapPerCycle = 4096;
+constexpr long long kMemorySlack = 16 << 20, kHeapPerCycle = 1024;
 
 [[noreturn]] void Fail(const std::string& what) {
   throw std::runtime_error(what);
