@@ -1,11 +1,18 @@
 // make_cloud: writes a generated landscape of any size in any format that the module reads.
 #include "host/base/printable.h"
+#include "host/base/replacing_file.h"
+#include "host/base/user_break.h"
 #include "tools/cloud_writer.h"
 
 #include <CLI/CLI.hpp>
+#include <csignal>
 #include <iostream>
 
 int main(int argc, char** argv) {
+#ifdef SIGXFSZ
+  std::signal(SIGXFSZ, SIG_IGN); // a file that grows too large is a failed write, not the end
+#endif
+  host::InstallInterruptHandler();
   CLI::App app("Writes a generated cloud (terrain, buildings, trees) as LAS, LAZ, XYZ or PTS");
   tools::WriterOptions options;
   std::uint64_t seed = 1;
@@ -29,12 +36,17 @@ int main(int argc, char** argv) {
   try {
     const std::unique_ptr<tools::CloudWriter> writer = tools::CloudWriter::Create(options);
     tools::CloudScene scene(seed, options.count, extent);
-    for (long long i = 0; i < options.count; ++i) writer->Write(scene.Point(i));
+    for (long long i = 0; i < options.count; ++i) {
+      if (host::Interrupted())
+        throw std::runtime_error(options.path + ": stopped by the user; nothing was written");
+      writer->Write(scene.Point(i));
+    }
     writer->Close();
   } catch (const std::exception& e) {
     std::cerr << "make_cloud: " << host::Printable(e.what()) << "\n";
     return 1;
   }
-  std::cout << host::Printable(options.path) << ": " << options.count << " points\n";
+  (host::IsStandardOutput(options.path) ? std::cerr : std::cout)
+      << host::Printable(host::OutputName(options.path)) << ": " << options.count << " points\n";
   return 0;
 }

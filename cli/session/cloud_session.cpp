@@ -84,7 +84,7 @@ void ReadAs(LONG reader) {
 }
 
 bool IsReadInFolder(const std::string& file) {
-  return chosenReader || NamesCloud(file) || !MisnamedCloud(file).empty() ||
+  return NamesCloud(file) || !MisnamedCloud(file).empty() ||
          (OtherFormat(file).empty() && !host::IsSceneFile(file));
 }
 

@@ -25,6 +25,21 @@ enum class Access {
 /** The model of a file that only its owner may read. */
 inline const std::string kPrivate;
 
+/**
+ * New files of this process are for their owner alone as long as it lives, whoever makes them. One at a time.
+ * Nothing where folders give the rights.
+ */
+class OwnerOnly {
+public:
+  OwnerOnly();
+  ~OwnerOnly();
+  OwnerOnly(const OwnerOnly&) = delete;
+  OwnerOnly& operator=(const OwnerOnly&) = delete;
+
+private:
+  int before_ = 0;
+};
+
 /** One open file with 64-bit positions that the caller keeps. One thread at a time. Closes itself. */
 class File {
 public:

@@ -66,6 +66,12 @@ bool IsHeldByFolder(const std::string& path, const struct stat& file) {
 
 } // namespace
 
+OwnerOnly::OwnerOnly() : before_((int)::umask(077)) {}
+
+OwnerOnly::~OwnerOnly() {
+  ::umask((mode_t)before_);
+}
+
 bool File::Open(const std::string& path, Access access, std::string* error) {
   if (IsOpen()) return Fail(error, EBUSY);
   // A path that ends inside its text would name another file than the one asked for.

@@ -54,6 +54,9 @@ void Touch(const void* data, std::size_t size) {
 
 } // namespace
 
+OwnerOnly::OwnerOnly() = default;
+OwnerOnly::~OwnerOnly() = default;
+
 bool File::Open(const std::string& path, Access access, std::string* error) {
   if (IsOpen()) return Fail(error, EBUSY);
   // A path that ends inside its text would name another file than the one asked for.

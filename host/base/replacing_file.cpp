@@ -107,6 +107,10 @@ bool ReplacingFile::HandOver(std::string* name, std::string* reason) {
     if (!temporary_.Make(Folder(), Model(), reason)) return false;
   }
   File().Abandon(&mark_);
+  // The writer's file gets the rights of the one before only when it is finished.
+  std::error_code ignored;
+  if (IsStandardOutput(path_) || fs::exists(fs::u8path(target_), ignored))
+    ownerOnly_.reset(new disk::OwnerOnly);
   *name = handedOver_ = temporary_.Name() + kUnfinishedEnd;
   NoteUnfinished(handedOver_);
   NoteUnfinished(handedOver_ + kUnfinishedEnd);
@@ -114,6 +118,7 @@ bool ReplacingFile::HandOver(std::string* name, std::string* reason) {
 }
 
 bool ReplacingFile::Reopen(std::string* reason) {
+  ownerOnly_.reset();
   // The rights come after the opening, as the old file may be write-protected.
   if (File().Open(handedOver_, disk::Access::ReadWrite)) {
     File().TakeRights(Model());
@@ -143,6 +148,10 @@ bool ReplacingFile::CopyToStandardOutput(std::string* reason) {
     const std::int64_t got = File().Read(piece, sizeof piece);
     if (got <= 0) {
       *reason = File().Error();
+      return false;
+    }
+    if (OutputsStopped() && Interrupted()) {
+      *reason = "stopped by the user";
       return false;
     }
     if (std::fwrite(piece, 1, (std::size_t)got, stdout) != (std::size_t)got) break;

@@ -3,6 +3,7 @@
 
 #include "host/base/temporary_file.h"
 
+#include <memory>
 #include <string>
 
 namespace host {
@@ -77,6 +78,8 @@ private:
   std::string handedOver_; ///< name beside the temporary file's that a writer got
   ProtectedFiles existing_;
   TemporaryFile temporary_;
+  /** Between HandOver and Reopen where the finished file has other rights than an ordinary new one. */
+  std::unique_ptr<disk::OwnerOnly> ownerOnly_;
   disk::File mark_; ///< once a name was handed over: the temporary file, which shows others that it is in use
 };
 

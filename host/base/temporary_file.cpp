@@ -19,6 +19,8 @@ constexpr char kTemporaryStart[] = ".save-";
 
 /** Cleared by the first file without a name that did not get one. */
 std::atomic<bool> namesCanFollow{true};
+/** Set once a file without a name got one. */
+std::atomic<bool> namesFollow{false};
 
 /** "@COMPUTER.tmp", with nothing that a file's name could not hold. */
 std::string TemporaryEnd() {
@@ -92,6 +94,14 @@ bool TemporaryFile::TakeName(const std::function<bool(const std::string& name)>&
   return false;
 }
 
+void TemporaryFile::TryNames() {
+  BufferedFile tried(nullptr);
+  if (!tried.CreateUnnamed(folder_, disk::kPrivate)) return;
+  namesCanFollow = TakeName([&](const std::string& name) { return tried.GiveName(name); });
+  namesFollow = namesCanFollow.load();
+  RemoveName();
+}
+
 bool TemporaryFile::Make(const std::string& folder, const std::string& model, std::string* reason) {
   folder_ = folder;
   RemoveAbandoned(fs::u8path(folder));
@@ -104,6 +114,7 @@ bool TemporaryFile::Make(const std::string& folder, const std::string& model, st
 bool TemporaryFile::MakeUnnamed(const std::string& folder, const std::string& model, std::string* reason) {
   folder_ = folder;
   RemoveAbandoned(fs::u8path(folder));
+  if (!namesFollow) TryNames();
   return (namesCanFollow && file_.CreateUnnamed(folder, model)) || Make(folder, model, reason);
 }
 
@@ -120,7 +131,7 @@ void TemporaryFile::Release() {
 }
 
 void TemporaryFile::RemoveName() {
-  if (!name_.empty() && disk::RemoveFile(name_, nullptr)) Release();
+  if (!name_.empty() && (disk::RemoveFile(name_, nullptr) || !disk::IsTaken(name_))) Release();
 }
 
 TemporaryFile::~TemporaryFile() {

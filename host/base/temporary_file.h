@@ -39,6 +39,8 @@ public:
   void RemoveName();
 
 private:
+  /** Some systems let files be made without a name, but not get one: better to know before the work. */
+  void TryNames();
   /** Tries names that nothing should have. */
   bool TakeName(const std::function<bool(const std::string& name)>& take);
 

@@ -34,9 +34,10 @@ void NoteUnfinished(const std::string& path) {
 void ForgetUnfinished(const std::string& path) {
   for (Slot& slot : slots) {
     int expected = kNoted;
-    // Nobody else changes a slot of this path, so that it may be compared first.
-    if (slot.state != kNoted || path != slot.path) continue;
-    if (slot.state.compare_exchange_strong(expected, kFree)) return;
+    if (!slot.state.compare_exchange_strong(expected, kChanging)) continue;
+    const bool found = path == slot.path;
+    slot.state = found ? kFree : kNoted;
+    if (found) return;
   }
 }
 

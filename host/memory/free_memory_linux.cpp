@@ -55,7 +55,7 @@ long long LeftBy(std::string group, const GroupFiles& files) {
     const long long limit = NumberIn(folder + files.limit), used = NumberIn(folder + files.used);
     // Pages of files count as used, but make room when they must.
     const long long pages = Sum(folder + "memory.stat", files.filePages);
-    if (limit >= 0 && used >= 0) least = std::min(least, std::max(0LL, limit - used + pages));
+    if (limit >= 0 && used >= 0) least = std::min(least, std::max(0LL, limit - std::max(0LL, used - pages)));
     if (group.empty()) return least;
   }
 }
